@@ -1,0 +1,107 @@
+#include "client/ModuleDescription.h"
+
+#include <climits>
+
+#include "client/Utf8.h"
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+namespace {
+
+template <class Interface>
+std::string Text(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
+  CUniqueBstr value;
+  Check((object.*property)(value.Put()));
+  return ToUtf8(ViewOf(value.Get()));
+}
+
+template <class Interface>
+long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
+  long value = 0;
+  Check((object.*property)(&value));
+  return value;
+}
+
+/// A number of a module's table, where the installer gives LONG_MIN for null.
+template <class Interface>
+std::optional<long> Cell(Interface& object,
+                         HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
+  const long value = Number(object, property);
+  return value == LONG_MIN ? std::nullopt : std::optional<long>(value);
+}
+
+FileDescription DescribeItem(IMMFile& file) {
+  return {Text(file, &IMMFile::get_Key),      Text(file, &IMMFile::get_Directory),
+          Text(file, &IMMFile::get_FileName), Cell(file, &IMMFile::get_FileSize),
+          Text(file, &IMMFile::get_Version),  Text(file, &IMMFile::get_Language),
+          Cell(file, &IMMFile::get_Sequence)};
+}
+
+DependencyDescription DescribeItem(IMMDependency& dependency) {
+  return {Text(dependency, &IMMDependency::get_Key), Text(dependency, &IMMDependency::get_ModuleID),
+          Cell(dependency, &IMMDependency::get_Language),
+          Text(dependency, &IMMDependency::get_Version)};
+}
+
+ExclusionDescription DescribeItem(IMMExclusion& exclusion) {
+  return {Text(exclusion, &IMMExclusion::get_Key), Text(exclusion, &IMMExclusion::get_ModuleID),
+          Text(exclusion, &IMMExclusion::get_Language),
+          Text(exclusion, &IMMExclusion::get_MinVersion),
+          Text(exclusion, &IMMExclusion::get_MaxVersion)};
+}
+
+std::string DescribeItem(IMMCustomAction& action) {
+  return Text(action, &IMMCustomAction::get_Name);
+}
+
+std::string DescribeItem(IMMDialog& dialog) { return Text(dialog, &IMMDialog::get_Name); }
+
+/// Fills `items` from a collection of the module; a failure goes to `failures` and leaves it empty.
+template <class Item, class Collection, class Value>
+void DescribeCollection(IMergeModule& module,
+                        HRESULT (STDMETHODCALLTYPE IMergeModule::*property)(Collection**),
+                        std::vector<Value>& items, std::vector<ServerFailure>& failures) {
+  try {
+    CComPtr<Collection> collection;
+    Check((module.*property)(collection.Put()));
+    const long count = Number(*collection, &Collection::get_Count);
+    items.reserve(static_cast<size_t>(count));
+    VARIANT index;
+    index.vt = VT_I4;
+    for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+      CComPtr<Item> item;
+      Check(collection->get_Item(index, item.Put()));
+      items.push_back(DescribeItem(*item));
+    }
+  } catch (const ServerFailure& failure) {
+    items.clear();
+    failures.push_back(failure);
+  }
+}
+
+}  // namespace
+
+ModuleDescription Describe(IMergeModule& module) {
+  ModuleDescription description;
+  description.path = Text(module, &IMergeModule::get_Path);
+  description.key = Text(module, &IMergeModule::get_Key);
+  description.moduleId = Text(module, &IMergeModule::get_ModuleID);
+  description.language = Number(module, &IMergeModule::get_Language);
+  description.version = Text(module, &IMergeModule::get_Version);
+  description.displayName = Text(module, &IMergeModule::get_DisplayName);
+  description.subject = Text(module, &IMergeModule::get_Subject);
+  description.author = Text(module, &IMergeModule::get_Author);
+  description.comments = Text(module, &IMergeModule::get_Comments);
+  description.packageCode = Text(module, &IMergeModule::get_PackageCode);
+
+  auto& failures = description.failures;
+  DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, description.files, failures);
+  DescribeCollection<IMMDependency>(module, &IMergeModule::get_Dependencies,
+                                    description.dependencies, failures);
+  DescribeCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, description.exclusions,
+                                   failures);
+  DescribeCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions,
+                                      description.customActions, failures);
+  DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, description.dialogs, failures);
+  return description;
+}

@@ -1,0 +1,64 @@
+#include "client/ModuleJson.h"
+
+namespace {
+
+Json Number(const std::optional<long>& value) { return value ? Json(*value) : Json(nullptr); }
+
+Json ItemJson(const FileDescription& file) {
+  return {{"key", file.key},
+          {"directory", file.directory},
+          {"fileName", file.fileName},
+          {"fileSize", Number(file.size)},
+          {"version", file.version},
+          {"language", file.language},
+          {"sequence", Number(file.sequence)}};
+}
+
+Json ItemJson(const DependencyDescription& dependency) {
+  return {{"key", dependency.key},
+          {"moduleId", dependency.moduleId},
+          {"language", Number(dependency.language)},
+          {"version", dependency.version}};
+}
+
+Json ItemJson(const ExclusionDescription& exclusion) {
+  return {{"key", exclusion.key},
+          {"moduleId", exclusion.moduleId},
+          {"language", exclusion.language},
+          {"minVersion", exclusion.minVersion},
+          {"maxVersion", exclusion.maxVersion}};
+}
+
+template <class Item>
+Json ListJson(const std::vector<Item>& items) {
+  Json list = Json::array();
+  for (const Item& item : items) {
+    list.push_back(ItemJson(item));
+  }
+  return list;
+}
+
+}  // namespace
+
+Json ModuleJson(const ModuleDescription& module) {
+  return {{"path", module.path},
+          {"key", module.key},
+          {"moduleId", module.moduleId},
+          {"language", module.language},
+          {"version", module.version},
+          {"displayName", module.displayName},
+          {"subject", module.subject},
+          {"author", module.author},
+          {"comments", module.comments},
+          {"packageCode", module.packageCode},
+          {"files", ListJson(module.files)},
+          {"dependencies", ListJson(module.dependencies)},
+          {"exclusions", ListJson(module.exclusions)},
+          {"customActions", module.customActions},
+          {"dialogs", module.dialogs}};
+}
+
+Json FailureJson(const std::string& file, const ServerFailure& failure) {
+  return {
+      {"file", file}, {"hresult", HResultText(failure.Result())}, {"description", failure.what()}};
+}

@@ -1,0 +1,15 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+
+#include "client/ModuleDescription.h"
+
+/// Members keep the order in which they are added.
+using Json = nlohmann::ordered_json;
+
+/// A module for machines: every value, empty ones too; null for a number that the module leaves
+/// out.
+Json ModuleJson(const ModuleDescription& module);
+
+/// A failure that concerns `file`.
+Json FailureJson(const std::string& file, const ServerFailure& failure);

@@ -1,0 +1,46 @@
+#include "client/ServerFailure.h"
+
+#include <cstdio>
+
+#include "client/Utf8.h"
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+#include "common/SystemText.h"
+
+namespace {
+
+std::string OnOneLine(std::string text) {
+  std::string line;
+  for (const char c : text) {
+    if (c != '\r' && c != '\n') {
+      line += c;
+    } else if (!line.empty() && line.back() != ' ') {
+      line += ' ';
+    }
+  }
+  while (!line.empty() && line.back() == ' ') {
+    line.pop_back();
+  }
+  return line;
+}
+
+}  // namespace
+
+ServerFailure ServerFailure::Capture(HRESULT hr) {
+  CComPtr<IErrorInfo> info;
+  CUniqueBstr description;
+  if (::GetErrorInfo(0, info.Put()) == S_OK) {
+    info->GetDescription(description.Put());
+  }
+  if (description) {
+    return {hr, OnOneLine(ToUtf8(ViewOf(description.Get())))};
+  }
+  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
+  return {hr, text ? OnOneLine(ToUtf8(text.Get())) : "Unknown error"};
+}
+
+std::string HResultText(HRESULT hr) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
+  return text;
+}

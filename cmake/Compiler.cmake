@@ -1,0 +1,32 @@
+# Compiler and linker settings of every target of the project: qm_settings.
+
+add_library(qm_settings INTERFACE)
+target_include_directories(qm_settings INTERFACE "${PROJECT_SOURCE_DIR}")
+# Generated headers are found as "idl/x.h"; they include one another by their bare names.
+target_include_directories(qm_settings SYSTEM INTERFACE
+  "${PROJECT_BINARY_DIR}/generated" "${PROJECT_BINARY_DIR}/generated/idl")
+target_compile_definitions(qm_settings INTERFACE
+  UNICODE _UNICODE NOMINMAX WINVER=0x0601 _WIN32_WINNT=0x0601)
+# -Woverloaded-virtual: on this target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
+# nothing else says so. -Wnon-virtual-dtor is left out: it fires on every COM interface.
+target_compile_options(qm_settings INTERFACE
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Werror;-Woverloaded-virtual;-Wsuggest-override;-Wcast-qual;-Wshadow>
+  $<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>)
+target_link_options(qm_settings INTERFACE
+  -static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
+  $<$<CONFIG:Release>:-s>)
+# The stack protector's support library is not among the compiler's own defaults on this target.
+target_link_libraries(qm_settings INTERFACE ssp)
+
+if(QM_STRICT)
+  target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
+  target_compile_options(qm_settings INTERFACE
+    -O1 -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+endif()
+
+# A static library of one folder of the house; its sources are all the folder's .cpp files.
+function(qm_add_library name)
+  file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
+  add_library(${name} STATIC ${sources})
+  target_link_libraries(${name} PUBLIC qm_settings ${ARGN})
+endfunction()

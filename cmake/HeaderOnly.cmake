@@ -1,0 +1,14 @@
+# Header-only libraries of the build machine, for cross-compiled programs: only the libraries' own
+# folders are shown to the compiler, never the machine's whole include folder.
+
+set(headers "${CMAKE_BINARY_DIR}/headers")
+file(MAKE_DIRECTORY "${headers}")
+foreach(library CLI nlohmann)
+  if(NOT EXISTS "/usr/include/${library}")
+    message(FATAL_ERROR "The headers of ${library} were not found; run tools/setup")
+  endif()
+  file(CREATE_LINK "/usr/include/${library}" "${headers}/${library}" SYMBOLIC)
+endforeach()
+
+add_library(header_only INTERFACE)
+target_include_directories(header_only SYSTEM INTERFACE "${headers}")

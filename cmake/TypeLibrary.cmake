@@ -1,0 +1,30 @@
+# Type libraries, headers and GUID definitions from IDL.
+
+# stdole2.tlb, which every automation library imports, comes with Wine.
+file(GLOB QM_STDOLE2 /usr/lib/*/wine/i386-windows/stdole2.tlb /usr/lib/wine/i386-windows/stdole2.tlb)
+if(NOT QM_STDOLE2)
+  message(FATAL_ERROR "stdole2.tlb of 32-bit Wine was not found; run tools/setup")
+endif()
+list(GET QM_STDOLE2 0 QM_STDOLE2)
+get_filename_component(QM_STDOLE2_DIR "${QM_STDOLE2}" DIRECTORY)
+
+set(QM_IDL_FLAGS --win32 -I "${PROJECT_SOURCE_DIR}/idl" -I "${PROJECT_SOURCE_DIR}/idl/platform"
+  -L "${QM_STDOLE2_DIR}")
+
+# qm_add_idl(<name> [<imported idl>...]): generated/idl/<name>.h, <name>_i.c and <name>.tlb.
+function(qm_add_idl name)
+  set(out "${PROJECT_BINARY_DIR}/generated/idl")
+  file(MAKE_DIRECTORY "${out}")
+  set(idl "${PROJECT_SOURCE_DIR}/idl/${name}.idl")
+  set(imports "${PROJECT_SOURCE_DIR}/idl/platform/oaidl.idl")
+  foreach(import IN LISTS ARGN)
+    list(APPEND imports "${PROJECT_SOURCE_DIR}/idl/${import}.idl")
+  endforeach()
+  add_custom_command(
+    OUTPUT "${out}/${name}.h" "${out}/${name}_i.c" "${out}/${name}.tlb"
+    COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -h -o "${out}/${name}.h" "${idl}"
+    COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -u -o "${out}/${name}_i.c" "${idl}"
+    COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -t -o "${out}/${name}.tlb" "${idl}"
+    DEPENDS "${idl}" ${imports}
+    VERBATIM)
+endfunction()

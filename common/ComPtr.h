@@ -1,0 +1,59 @@
+#pragma once
+
+#include <windows.h>
+
+#include <utility>
+
+/// Holds one reference on a COM object.
+template <class T>
+class CComPtr {
+ public:
+  CComPtr() noexcept = default;
+  CComPtr(T* object) noexcept : m_object(object) {
+    if (m_object) {
+      m_object->AddRef();
+    }
+  }
+  CComPtr(const CComPtr& other) noexcept : CComPtr(other.m_object) {}
+  CComPtr(CComPtr&& other) noexcept : m_object(other.Detach()) {}
+  CComPtr& operator=(CComPtr other) noexcept {
+    std::swap(m_object, other.m_object);
+    return *this;
+  }
+  ~CComPtr() { Release(); }
+
+  /// Takes over a reference that the caller holds.
+  static CComPtr Adopt(T* object) noexcept {
+    CComPtr holder;
+    holder.m_object = object;
+    return holder;
+  }
+
+  T* Get() const noexcept { return m_object; }
+  T* operator->() const noexcept { return m_object; }
+  T& operator*() const noexcept { return *m_object; }
+  explicit operator bool() const noexcept { return m_object != nullptr; }
+
+  /// Gives the reference up to the caller.
+  T* Detach() noexcept { return std::exchange(m_object, nullptr); }
+
+  void Release() noexcept {
+    if (T* const object = Detach()) {
+      object->Release();
+    }
+  }
+
+  /// Releases what is held; the address receives a new reference.
+  T** Put() noexcept {
+    Release();
+    return &m_object;
+  }
+
+  template <class Other>
+  HRESULT QueryInterface(Other** other) const noexcept {
+    return m_object->QueryInterface(__uuidof(Other), reinterpret_cast<void**>(other));
+  }
+
+ private:
+  T* m_object = nullptr;
+};

@@ -1,0 +1,32 @@
+#include "common/Path.h"
+
+#include <windows.h>
+
+CWideString JoinPath(const CWideString& base, std::wstring_view tail) {
+  if (base.empty()) {
+    return tail;
+  }
+  const bool baseEnds = std::wstring_view(base).back() == L'\\';
+  const bool tailBegins = !tail.empty() && tail.front() == L'\\';
+  if (baseEnds && tailBegins) {
+    return base + tail.substr(1);
+  }
+  CWideString path(base);
+  if (!baseEnds && !tailBegins) {
+    path += L"\\";
+  }
+  path += tail;
+  return path;
+}
+
+CWideString FolderOf(std::wstring_view path) {
+  const size_t end = path.rfind(L'\\');
+  return end == std::wstring_view::npos ? CWideString() : CWideString(path.substr(0, end));
+}
+
+CWideString FullPath(const CWideString& path) {
+  const DWORD size = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  std::wstring full(size, L'\0');
+  const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
+  return length == 0 || length >= size ? path : CWideString(full.c_str(), length);
+}

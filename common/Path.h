@@ -1,0 +1,14 @@
+#pragma once
+
+#include "common/WideString.h"
+
+/// base and tail with exactly one backslash between them; a tail that begins with a backslash is
+/// not doubled, and an empty base gives the tail as it is.
+CWideString JoinPath(const CWideString& base, std::wstring_view tail);
+
+/// The folder of a file: everything before the last backslash; empty when there is none.
+CWideString FolderOf(std::wstring_view path);
+
+/// The full path of a file or folder, from the current folder when it is relative; the path itself
+/// when the system cannot tell.
+CWideString FullPath(const CWideString& path);

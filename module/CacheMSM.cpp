@@ -1,0 +1,149 @@
+#include "module/CacheMSM.h"
+
+#include "common/ModuleKey.h"
+#include "msidb/Database.h"
+#include "msidb/SummaryInfo.h"
+#include "msidb/View.h"
+// After the installer's headers, on which it depends.
+#include <msidefs.h>
+
+using msidb::Database;
+using msidb::Record;
+using msidb::SummaryInfo;
+using msidb::View;
+
+namespace {
+
+/// Calls `use` for every row of a query over `table`; a module that lacks the table has no rows.
+template <class Use>
+void ForEachRow(const Database& database, const wchar_t* table, const CWideString& query, Use use) {
+  if (!database.HasTable(table)) {
+    return;
+  }
+  View view;
+  view.Run(database, query);
+  while (view.Next()) {
+    use(view.Row());
+  }
+}
+
+/// The same for all columns of `table`, in the table's own order, of the module at `path`.
+template <class Use>
+void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
+  ForEachRow(Database::OpenReadOnly(path), table, CWideString::Format(L"SELECT * FROM `%s`", table),
+             use);
+}
+
+void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
+  ForEachRow(path, table, [&](const Record& row) { names.push_back(row.GetString(1)); });
+}
+
+}  // namespace
+
+void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origin) {
+  m_strPath = path;
+  m_strOrigin = origin;
+  ReadSignature();
+  ReadSummary();
+  ResolveDisplayName();
+}
+
+void CCacheMSM::ReadSignature() {
+  const Database database = Database::OpenReadOnly(m_strPath);
+  View view;
+  view.RunTable(database, L"ModuleSignature");
+  if (view.Next()) {
+    m_nLanguage = view.Row().GetInteger(2);
+    m_strModuleID = view.Row().GetString(1);
+    m_strVersion = view.Row().GetString(3);
+  }
+  m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
+}
+
+void CCacheMSM::ReadSummary() {
+  const SummaryInfo summary(m_strPath);
+  m_strAuthor = summary.GetString(PID_AUTHOR);
+  m_strComments = summary.GetString(PID_COMMENTS);
+  m_strPackageCode = summary.GetString(PID_REVNUMBER);
+  m_strSubject = summary.GetString(PID_SUBJECT);
+  SetNameAndVersion(m_strPackageCode.c_str(), m_strVersion.c_str());
+}
+
+void CCacheMSM::ResolveDisplayName() {
+  m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
+}
+
+const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
+  if (!std::exchange(m_bDialogsRead, true)) {
+    LoadDialogs();
+  }
+  return m_dialogs;
+}
+
+const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
+  if (!std::exchange(m_bCustomActionsRead, true)) {
+    LoadCustomActions();
+  }
+  return m_customActions;
+}
+
+const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
+  if (!std::exchange(m_bDependenciesRead, true)) {
+    LoadDependencies();
+  }
+  return m_dependencies;
+}
+
+const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
+  if (!std::exchange(m_bExclusionsRead, true)) {
+    LoadExclusions();
+  }
+  return m_exclusions;
+}
+
+const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
+  if (!std::exchange(m_bFilesRead, true)) {
+    LoadFiles();
+  }
+  return m_files;
+}
+
+void CCacheMSM::LoadDialogs() { ReadNames(m_strPath, L"Dialog", m_dialogs); }
+
+void CCacheMSM::LoadCustomActions() { ReadNames(m_strPath, L"CustomAction", m_customActions); }
+
+void CCacheMSM::LoadDependencies() {
+  ForEachRow(m_strPath, L"ModuleDependency", [&](const Record& row) {
+    DependencyRecord dependency(row);
+    const bool itself = dependency.RequiredID == m_strModuleID &&
+                        dependency.RequiredLanguage == m_nLanguage &&
+                        dependency.RequiredVersion == m_strVersion;
+    if (!itself) {
+      const CWideString key = dependency.Key;
+      m_dependencies.insert_or_assign(key, std::move(dependency));
+    }
+  });
+}
+
+void CCacheMSM::LoadExclusions() {
+  ForEachRow(m_strPath, L"ModuleExclusion", [&](const Record& row) {
+    ExclusionRecord exclusion(row);
+    const CWideString key = exclusion.Key;
+    m_exclusions.insert_or_assign(key, std::move(exclusion));
+  });
+}
+
+void CCacheMSM::LoadFiles() {
+  const Database database = Database::OpenReadOnly(m_strPath);
+
+  DirectoryMap directories;
+  ForEachRow(database, L"Component", L"SELECT * FROM Component ORDER BY Component",
+             [&](const Record& row) { directories[row.GetString(1)] = row.GetString(3); });
+
+  ForEachRow(database, L"File", L"SELECT * FROM File ORDER BY Sequence", [&](const Record& row) {
+    const auto component = directories.find(row.GetString(2));
+    FileRecord file(row, component == directories.end() ? CWideString() : component->second);
+    const CWideString key = file.File;
+    m_files.insert_or_assign(key, std::move(file));
+  });
+}

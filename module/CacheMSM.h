@@ -1,0 +1,89 @@
+#pragma once
+
+#include <map>
+#include <vector>
+
+#include "common/WideString.h"
+#include "gallery/MMGallery.h"
+#include "module/RowRecords.h"
+
+/// The description of one merge module in memory: identity and summary texts, read by
+/// InitFromModule, and the module's tables, each read once, when its accessor is first called, even
+/// if that fails.
+///
+/// The module file is open only while a call runs. Failures are raised, see ReportInstallerResult;
+/// what was read before a failure stays.
+class CCacheMSM : public CMMGallery {
+ public:
+  using NameList = std::vector<CWideString>;
+  using DependencyMap = std::map<CWideString, DependencyRecord>;
+  using ExclusionMap = std::map<CWideString, ExclusionRecord>;
+  using FileMap = std::map<CWideString, FileRecord>;
+
+  CCacheMSM() noexcept = default;
+  ~CCacheMSM() override = default;
+
+  /// Fills the record from the module database at `path`. `origin` says where it was found; it may
+  /// be empty.
+  void InitFromModule(const CWideString& path, const CWideString& origin);
+
+  /// Module key, "ID:language".
+  const CWideString& Key() const noexcept { return m_strKey; }
+  const CWideString& ModuleID() const noexcept { return m_strModuleID; }
+  const CWideString& Path() const noexcept { return m_strPath; }
+  const CWideString& Version() const noexcept { return m_strVersion; }
+  const CWideString& Author() const noexcept { return m_strAuthor; }
+  const CWideString& PackageCode() const noexcept { return m_strPackageCode; }
+  const CWideString& Comments() const noexcept { return m_strComments; }
+  const CWideString& Subject() const noexcept { return m_strSubject; }
+  const CWideString& DisplayName() const noexcept { return m_strDisplayName; }
+  long Language() const noexcept { return m_nLanguage; }
+  const CWideString& GetOrigin() const noexcept { return m_strOrigin; }
+
+  /// Dialog and custom action names, in row order.
+  const NameList& GetDialogs();
+  const NameList& GetCustomActions();
+
+  /// Rows by module key; of rows with one key the last stays. A dependency that names this module
+  /// itself, version included, is left out.
+  const DependencyMap& GetDependencies();
+  const ExclusionMap& GetExclusions();
+
+  /// Rows by their File column.
+  const FileMap& GetFiles();
+
+ private:
+  using DirectoryMap = std::map<CWideString, CWideString>;
+
+  void ReadSignature();
+  void ReadSummary();
+  void ResolveDisplayName();
+
+  void LoadDialogs();
+  void LoadCustomActions();
+  void LoadDependencies();
+  void LoadExclusions();
+  void LoadFiles();
+
+  CWideString m_strKey;
+  CWideString m_strModuleID;
+  CWideString m_strPath;
+  CWideString m_strVersion;
+  CWideString m_strAuthor;
+  CWideString m_strPackageCode;
+  CWideString m_strComments;
+  CWideString m_strSubject;
+  CWideString m_strDisplayName;
+  long m_nLanguage = 0;
+  NameList m_dialogs;
+  bool m_bDialogsRead = false;
+  NameList m_customActions;
+  bool m_bCustomActionsRead = false;
+  DependencyMap m_dependencies;
+  bool m_bDependenciesRead = false;
+  ExclusionMap m_exclusions;
+  bool m_bExclusionsRead = false;
+  FileMap m_files;
+  bool m_bFilesRead = false;
+  CWideString m_strOrigin;
+};

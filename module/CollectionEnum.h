@@ -1,0 +1,86 @@
+#pragma once
+
+#include <algorithm>
+#include <memory>
+
+#include "module/CollectionElements.h"
+#include "server/frame/ComObject.h"
+
+/// Enumerator of a collection. It holds no reference on the collection but shares its element list,
+/// so that it stays valid when the collection goes.
+template <class ItemInterface>
+class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
+ public:
+  using Elements = CCollectionElements<ItemInterface>;
+  using InterfaceMap = CInterfaceMap<Via<IEnumVARIANT, IEnumVARIANT>>;
+
+  /// A new enumerator over all of `elements`, standing at `cursor`. E_OUTOFMEMORY.
+  static HRESULT Make(const std::shared_ptr<const Elements>& elements, size_t cursor,
+                      IEnumVARIANT** out) noexcept {
+    *out = nullptr;
+    return RunAtBoundary(GUID_NULL, [&] {
+      const auto enumerator = CComObject<CCollectionEnum>::Create();
+      enumerator->m_elements = elements;
+      enumerator->m_last = elements->Size();
+      enumerator->m_cursor = cursor;
+      return enumerator.QueryInterface(out);
+    });
+  }
+
+  STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
+    if (!values || (!fetched && count != 1)) {
+      return E_POINTER;
+    }
+    if (fetched) {
+      *fetched = 0;
+    }
+    ULONG copied = 0;
+    while (copied < count && m_cursor < m_last && CopyCurrent(values[copied])) {
+      ++m_cursor;
+      ++copied;
+    }
+    if (fetched) {
+      *fetched = copied;
+    }
+    return copied == count ? S_OK : S_FALSE;
+  }
+
+  /// S_OK when the cursor stands at the end afterwards, S_FALSE when it does not: the reverse of
+  /// the usual sense, on which clients rely.
+  STDMETHOD(Skip)(ULONG count) override {
+    m_cursor += std::min<size_t>(count, m_last - m_cursor);
+    return m_cursor == m_last ? S_OK : S_FALSE;
+  }
+
+  STDMETHOD(Reset)() override {
+    m_cursor = m_first;
+    return S_OK;
+  }
+
+  STDMETHOD(Clone)(IEnumVARIANT** enumerator) override {
+    if (!enumerator) {
+      return E_POINTER;
+    }
+    return Make(m_elements, m_cursor, enumerator);
+  }
+
+  virtual ~CCollectionEnum() = default;
+
+ private:
+  /// The element under the cursor, as VT_DISPATCH, into `value`, which counts as uninitialised.
+  bool CopyCurrent(VARIANT& value) const noexcept {
+    VARIANT element;
+    ::VariantInit(&element);
+    element.vt = VT_DISPATCH;
+    element.pdispVal = CComPtr<ItemInterface>((*m_elements)[m_cursor].item).Detach();
+    ::VariantInit(&value);
+    const HRESULT hr = ::VariantCopy(&value, &element);
+    ::VariantClear(&element);
+    return SUCCEEDED(hr);
+  }
+
+  std::shared_ptr<const Elements> m_elements;
+  size_t m_first = 0;
+  size_t m_last = 0;
+  size_t m_cursor = 0;
+};

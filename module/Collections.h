@@ -1,0 +1,14 @@
+#pragma once
+
+#include "idl/qmmmupdater.h"
+#include "module/RefCollectionImpl.h"
+
+// The collections of the server.
+
+class CMMFiles : public CRefCollectionImpl<IMMFile, IMMFiles> {};
+class CMMDependencies : public CRefCollectionImpl<IMMDependency, IMMDependencies> {};
+class CMMExclusions : public CRefCollectionImpl<IMMExclusion, IMMExclusions> {};
+class CMMCustomActions : public CRefCollectionImpl<IMMCustomAction, IMMCustomActions> {};
+class CMMDialogs : public CRefCollectionImpl<IMMDialog, IMMDialogs> {};
+class CMMGalleryDownloadFilesCaskel
+    : public CRefCollectionImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFilesCaskel> {};

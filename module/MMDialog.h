@@ -1,0 +1,7 @@
+#pragma once
+
+#include "idl/qmmmupdater.h"
+#include "module/MMItem.h"
+
+/// A dialog of a module.
+class CMMDialog : public CMMNamedItem<IMMDialog> {};

@@ -1,0 +1,19 @@
+#include "module/MMExclusion.h"
+
+void CMMExclusion::Init(const ExclusionRecord& exclusion) {
+  m_strKey = exclusion.Key;
+  m_strModuleID = exclusion.ExcludedID;
+  m_strMinVersion = exclusion.ExcludedMinVersion;
+  m_strMaxVersion = exclusion.ExcludedMaxVersion;
+  m_strLanguage = CWideString::Format(L"%d", exclusion.ExcludedLanguage);
+}
+
+STDMETHODIMP CMMExclusion::get_Key(BSTR* value) { return GetText(m_strKey, value); }
+
+STDMETHODIMP CMMExclusion::get_ModuleID(BSTR* value) { return GetText(m_strModuleID, value); }
+
+STDMETHODIMP CMMExclusion::get_MinVersion(BSTR* value) { return GetText(m_strMinVersion, value); }
+
+STDMETHODIMP CMMExclusion::get_MaxVersion(BSTR* value) { return GetText(m_strMaxVersion, value); }
+
+STDMETHODIMP CMMExclusion::get_Language(BSTR* value) { return GetText(m_strLanguage, value); }

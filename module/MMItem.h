@@ -1,0 +1,41 @@
+#pragma once
+
+#include "common/Bstr.h"
+#include "common/WideString.h"
+#include "server/error/SupportErrorInfo.h"
+#include "server/frame/ComObject.h"
+#include "server/frame/DispatchImpl.h"
+
+/// Base of the items of a module's collections: read-only objects that hold copies of a row's
+/// values, set once by the item's Init.
+template <class Interface>
+class CMMItem : public IDispatchImpl<Interface>,
+                public CSupportErrorInfo<Interface>,
+                public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<Via<Interface, Interface, IDispatch>,
+                                     Via<ISupportErrorInfo, ISupportErrorInfo>>;
+
+ protected:
+  /// Text property of an item. Always S_OK: a null pointer is skipped, and when memory is short the
+  /// caller gets a null text.
+  static HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
+    if (value) {
+      *value = AllocBstr(text);
+    }
+    return S_OK;
+  }
+};
+
+/// An item that has nothing but a name.
+template <class Interface>
+class CMMNamedItem : public CMMItem<Interface> {
+ public:
+  void Init(const CWideString& name) { m_strName = name; }
+  const CWideString& CollectionKey() const noexcept { return m_strName; }
+
+  STDMETHOD(get_Name)(BSTR* value) override { return this->GetText(m_strName, value); }
+
+ private:
+  CWideString m_strName;
+};

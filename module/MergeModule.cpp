@@ -1,0 +1,185 @@
+#include "module/MergeModule.h"
+
+#include "common/Bstr.h"
+#include "module/Collections.h"
+#include "module/MMCustomAction.h"
+#include "module/MMDependency.h"
+#include "module/MMDialog.h"
+#include "module/MMExclusion.h"
+#include "module/MMFile.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+const CWideString& EntryOf(const CWideString& name) noexcept { return name; }
+
+template <class Row>
+const Row& EntryOf(const std::pair<const CWideString, Row>& entry) noexcept {
+  return entry.second;
+}
+
+VARIANT_BOOL ToVariantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
+
+}  // namespace
+
+std::shared_ptr<CCacheMSM> CMergeModule::RequireRecord() const {
+  if (!m_pCache) {
+    Raise(com_exception(E_UNEXPECTED, L"No merge module is open."));
+  }
+  return m_pCache;
+}
+
+HRESULT CMergeModule::GetText(TextField field, BSTR* value) const noexcept {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = nullptr;
+    const auto record = RequireRecord();
+    *value = AllocBstr((*record.*field)());
+    return *value ? S_OK : E_OUTOFMEMORY;
+  });
+}
+
+template <class Item, class Collection, class List, class Interface>
+HRESULT CMergeModule::GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = nullptr;
+    const auto record = RequireRecord();
+    const auto collection = CComObject<Collection>::Create();
+    for (const auto& entry : (*record.*list)()) {
+      const auto item = CComObject<Item>::Create();
+      item->Init(EntryOf(entry));
+      collection->Add(item->CollectionKey(), item.Get());
+    }
+    ThrowIfFailed(collection.QueryInterface(value));
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeModule::get_Dialogs(IMMDialogs** value) {
+  return GetCollection<CMMDialog, CMMDialogs>(&CCacheMSM::GetDialogs, value);
+}
+
+STDMETHODIMP CMergeModule::get_CustomActions(IMMCustomActions** value) {
+  return GetCollection<CMMCustomAction, CMMCustomActions>(&CCacheMSM::GetCustomActions, value);
+}
+
+STDMETHODIMP CMergeModule::get_PackageCode(BSTR* value) {
+  return GetText(&CCacheMSM::PackageCode, value);
+}
+
+STDMETHODIMP CMergeModule::get_ModuleID(BSTR* value) {
+  return GetText(&CCacheMSM::ModuleID, value);
+}
+
+STDMETHODIMP CMergeModule::get_Key(BSTR* value) { return GetText(&CCacheMSM::Key, value); }
+
+STDMETHODIMP CMergeModule::get_Path(BSTR* value) { return GetText(&CCacheMSM::Path, value); }
+
+STDMETHODIMP CMergeModule::get_Comments(BSTR* value) {
+  return GetText(&CCacheMSM::Comments, value);
+}
+
+STDMETHODIMP CMergeModule::get_Subject(BSTR* value) { return GetText(&CCacheMSM::Subject, value); }
+
+STDMETHODIMP CMergeModule::get_Author(BSTR* value) { return GetText(&CCacheMSM::Author, value); }
+
+STDMETHODIMP CMergeModule::get_Language(long* value) {
+  *value = 0;
+  return MethodBoundary([&] {
+    *value = RequireRecord()->Language();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeModule::get_Version(BSTR* value) { return GetText(&CCacheMSM::Version, value); }
+
+STDMETHODIMP CMergeModule::get_Dependencies(IMMDependencies** value) {
+  return GetCollection<CMMDependency, CMMDependencies>(&CCacheMSM::GetDependencies, value);
+}
+
+STDMETHODIMP CMergeModule::get_Exclusions(IMMExclusions** value) {
+  return GetCollection<CMMExclusion, CMMExclusions>(&CCacheMSM::GetExclusions, value);
+}
+
+STDMETHODIMP CMergeModule::get_Files(IMMFiles** value) {
+  return GetCollection<CMMFile, CMMFiles>(&CCacheMSM::GetFiles, value);
+}
+
+STDMETHODIMP CMergeModule::get_DisplayName(BSTR* value) {
+  return GetText(&CCacheMSM::DisplayName, value);
+}
+
+STDMETHODIMP CMergeModule::Open(BSTR path) {
+  return MethodBoundary([&] {
+    // The new record is in place before it is filled: after a failure the object answers with what
+    // could be read, and not with the module that it held before.
+    m_pCache = std::make_shared<CCacheMSM>();
+    const auto record = m_pCache;
+    record->InitFromModule(path, CWideString());
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeModule::get_Present(VARIANT_BOOL* value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = VARIANT_FALSE;
+    return RequireRecord()->GetPresent(value);
+  });
+}
+
+STDMETHODIMP CMergeModule::get_NeedsDownload(VARIANT_BOOL* value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = VARIANT_FALSE;
+    return RequireRecord()->GetNeedsDownload(value);
+  });
+}
+
+STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = nullptr;
+    (void)RequireRecord();
+    const auto collection = CComObject<CMMGalleryDownloadFilesCaskel>::Create();
+    ThrowIfFailed(collection.QueryInterface(value));
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeModule::get_LocalPath(BSTR* value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = nullptr;
+    return RequireRecord()->GetLocalPath(value);
+  });
+}
+
+STDMETHODIMP CMergeModule::get_HasOrigin(VARIANT_BOOL* value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    *value = VARIANT_FALSE;
+    *value = ToVariantBool(!RequireRecord()->GetOrigin().empty());
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeModule::get_Origin(BSTR* value) {
+  // Unlike the other texts, this one takes a null pointer for "not wanted".
+  return value ? GetText(&CCacheMSM::GetOrigin, value) : S_OK;
+}

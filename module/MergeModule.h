@@ -1,0 +1,67 @@
+#pragma once
+
+#include <memory>
+
+#include "idl/qmmmupdater.h"
+#include "idl/qmmmupdater2.h"
+#include "module/CacheMSM.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/SupportErrorInfo.h"
+#include "server/frame/ComObject.h"
+#include "server/frame/DispatchImpl.h"
+
+/// One merge module (coclass MergeModule2). Every answer comes from a module record, which the
+/// object shares with whoever made it; Open replaces the record of this object alone.
+class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMergeModuleTavik>,
+                     public IDispatchImpl<IMergeModuleTavik>,
+                     public CErrorHandler<&CLSID_MergeModule2>,
+                     public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<
+      Via<ISupportErrorInfo, ISupportErrorInfo>,
+      Via<IMergeModuleTavik, IMergeModuleTavik, IMergeModule2, IMergeModule, IDispatch>>;
+
+  virtual ~CMergeModule() = default;
+
+  // IMergeModule
+  STDMETHOD(get_Dialogs)(IMMDialogs** value) override;
+  STDMETHOD(get_CustomActions)(IMMCustomActions** value) override;
+  STDMETHOD(get_PackageCode)(BSTR* value) override;
+  STDMETHOD(get_ModuleID)(BSTR* value) override;
+  STDMETHOD(get_Key)(BSTR* value) override;
+  STDMETHOD(get_Path)(BSTR* value) override;
+  STDMETHOD(get_Comments)(BSTR* value) override;
+  STDMETHOD(get_Subject)(BSTR* value) override;
+  STDMETHOD(get_Author)(BSTR* value) override;
+  STDMETHOD(get_Language)(long* value) override;
+  STDMETHOD(get_Version)(BSTR* value) override;
+  STDMETHOD(get_Dependencies)(IMMDependencies** value) override;
+  STDMETHOD(get_Exclusions)(IMMExclusions** value) override;
+  STDMETHOD(get_Files)(IMMFiles** value) override;
+  STDMETHOD(get_DisplayName)(BSTR* value) override;
+  STDMETHOD(Open)(BSTR path) override;
+
+  // IMergeModule2
+  STDMETHOD(get_Present)(VARIANT_BOOL* value) override;
+  STDMETHOD(get_NeedsDownload)(VARIANT_BOOL* value) override;
+  STDMETHOD(get_DownloadFiles)(IMMGalleryDownloadFilesCaskel** value) override;
+  STDMETHOD(get_LocalPath)(BSTR* value) override;
+
+  // IMergeModuleTavik
+  STDMETHOD(get_HasOrigin)(VARIANT_BOOL* value) override;
+  STDMETHOD(get_Origin)(BSTR* value) override;
+
+ private:
+  using TextField = const CWideString& (CCacheMSM::*)() const noexcept;
+
+  /// The record in use, kept alive for the caller's work. Raises E_UNEXPECTED when there is none.
+  std::shared_ptr<CCacheMSM> RequireRecord() const;
+
+  HRESULT GetText(TextField field, BSTR* value) const noexcept;
+
+  /// A new Collection with one new Item per entry of the record's `list`, in its order.
+  template <class Item, class Collection, class List, class Interface>
+  HRESULT GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept;
+
+  std::shared_ptr<CCacheMSM> m_pCache;
+};

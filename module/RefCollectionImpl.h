@@ -1,0 +1,125 @@
+#pragma once
+
+#include <memory>
+
+#include "module/CollectionElements.h"
+#include "module/CollectionEnum.h"
+#include "module/CollectionIndex.h"
+#include "server/frame/ComObject.h"
+#include "server/frame/DispatchImpl.h"
+
+/// Read-only automation collection of items with keys. Whoever makes one fills it with Add before
+/// handing it out.
+///
+/// The element list is shared with the enumerators: they stay valid when the collection goes, and
+/// removing elements leaves them the list as it was.
+template <class ItemInterface, class Collection>
+class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<Via<Collection, Collection, IDispatch>>;
+
+  STDMETHOD(get_Item)(VARIANT index, ItemInterface** item) override {
+    if (!item) {
+      return E_POINTER;
+    }
+    *item = nullptr;
+    const size_t position = Find(CCollectionIndex(index));
+    if (position == m_elements->Size()) {
+      return E_INVALIDARG;
+    }
+    *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
+    return S_OK;
+  }
+
+  STDMETHOD(get_Count)(long* count) override {
+    if (!count) {
+      return E_POINTER;
+    }
+    *count = static_cast<long>(m_elements->Size());
+    return S_OK;
+  }
+
+  STDMETHOD(get__NewEnum)(IUnknown** enumerator) override {
+    if (!enumerator) {
+      return E_POINTER;
+    }
+    *enumerator = nullptr;
+    CComPtr<IEnumVARIANT> made;
+    const HRESULT hr = this->get_Enumerator(made.Put());
+    if (FAILED(hr)) {
+      return hr;
+    }
+    return made->QueryInterface(__uuidof(IEnumVARIANT), reinterpret_cast<void**>(enumerator));
+  }
+
+  STDMETHOD(get_Enumerator)(IEnumVARIANT** enumerator) override {
+    if (!enumerator) {
+      return E_POINTER;
+    }
+    return CCollectionEnum<ItemInterface>::Make(m_elements, 0, enumerator);
+  }
+
+  /// Removes the element at `position`, counted from 0. E_INVALIDARG at the end, E_OUTOFMEMORY.
+  virtual HRESULT Remove(size_t position) {
+    if (position >= m_elements->Size()) {
+      return E_INVALIDARG;
+    }
+    return RunAtBoundary(GUID_NULL, [&] {
+      auto elements = std::make_shared<Elements>(*m_elements);
+      elements->Erase(position);
+      Replace(std::move(elements));
+      return S_OK;
+    });
+  }
+
+  /// Empties the collection and releases its items, from the last to the first; those that an
+  /// enumerator still lists are released with it. E_OUTOFMEMORY.
+  virtual HRESULT RemoveAll() {
+    return RunAtBoundary(GUID_NULL, [&] {
+      Replace(std::make_shared<Elements>());
+      return S_OK;
+    });
+  }
+
+  virtual ~CRefCollectionImpl() = default;
+
+  /// Appends an item, on which the collection holds a reference. After std::bad_alloc the
+  /// collection is of no use but to be released.
+  void Add(const CWideString& key, ItemInterface* item) {
+    m_elements->Append(key, item);
+    m_keyIndex.insert(m_elements->Size() - 1);
+  }
+
+ protected:
+  CRefCollectionImpl()
+      : m_elements(std::make_shared<Elements>()), m_keyIndex(CKeyOrder<Elements>(*m_elements)) {}
+
+ private:
+  using Elements = CCollectionElements<ItemInterface>;
+
+  /// Position of an element, or the end.
+  size_t Find(const CCollectionIndex& index) const noexcept {
+    const size_t end = m_elements->Size();
+    if (index.IsNumber()) {
+      const bool inside = index.Number() >= 1 && static_cast<size_t>(index.Number()) <= end;
+      return inside ? static_cast<size_t>(index.Number()) - 1 : end;
+    }
+    if (index.IsKey()) {
+      const auto found = m_keyIndex.find(index.Key());
+      return found == m_keyIndex.end() ? end : *found;
+    }
+    return end;
+  }
+
+  void Replace(std::shared_ptr<Elements> elements) {
+    CKeyIndex<Elements> keyIndex{CKeyOrder<Elements>(*elements)};
+    for (size_t position = 0; position < elements->Size(); ++position) {
+      keyIndex.insert(position);
+    }
+    m_keyIndex = std::move(keyIndex);
+    m_elements = std::move(elements);
+  }
+
+  std::shared_ptr<Elements> m_elements;
+  CKeyIndex<Elements> m_keyIndex;
+};

@@ -1,0 +1,44 @@
+#include "msidb/Database.h"
+
+#include "msidb/InstallerResult.h"
+
+namespace msidb {
+
+Database Database::OpenReadOnly(const CWideString& path) { return Open(path, MSIDBOPEN_READONLY); }
+
+Database Database::Open(const CWideString& path, const wchar_t* persist) {
+  CMsiHandle handle;
+  ReportInstallerResult(::MsiOpenDatabaseW(path.c_str(), persist, handle.Put()), L"MsiOpenDatabase",
+                        path.c_str());
+  return Database(std::move(handle));
+}
+
+bool Database::HasTable(const wchar_t* table) const {
+  switch (::MsiDatabaseIsTablePersistentW(Get(), table)) {
+    case MSICONDITION_TRUE:
+    case MSICONDITION_FALSE:
+      return true;
+    case MSICONDITION_NONE:
+      return false;
+    default:
+      // The function has no code of its own for a failure.
+      ReportInstallerResult(ERROR_FUNCTION_FAILED, L"MsiDatabaseIsTablePersistent", table);
+      return false;
+  }
+}
+
+void Database::Import(const CWideString& folder, const CWideString& fileName) {
+  ReportInstallerResult(::MsiDatabaseImportW(Get(), folder.c_str(), fileName.c_str()),
+                        L"MsiDatabaseImport", folder.c_str(), fileName.c_str());
+}
+
+void Database::Export(const CWideString& table, const CWideString& folder,
+                      const CWideString& fileName) const {
+  ReportInstallerResult(
+      ::MsiDatabaseExportW(Get(), table.c_str(), folder.c_str(), fileName.c_str()),
+      L"MsiDatabaseExport", table.c_str(), fileName.c_str());
+}
+
+void Database::Commit() { ReportInstallerResult(::MsiDatabaseCommit(Get()), L"MsiDatabaseCommit"); }
+
+}  // namespace msidb

@@ -1,0 +1,90 @@
+#include "msidb/InstallerResult.h"
+
+#include "common/ComPtr.h"
+#include "common/SystemText.h"
+#include "msidb/MsiHandle.h"
+#include "msidb/TextReader.h"
+#include "server/error/Raise.h"
+#include "server/error/win32_exception.h"
+
+namespace msidb {
+
+namespace {
+
+/// Fields of an error record: 1 the error number, 2 and on its arguments.
+constexpr wchar_t kRecordTemplate[] = L"Windows Installer Error [1]: [2]{, [3]}{, [4]}{, [5]}\n";
+
+[[noreturn]] void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
+                               const wchar_t* argument1, const wchar_t* argument2,
+                               int viewErrorDetail);
+
+CWideString FormatErrorRecord(MSIHANDLE record) {
+  if (::MsiRecordIsNull(record, 0)) {
+    const UINT code = ::MsiRecordSetStringW(record, 0, kRecordTemplate);
+    if (code != ERROR_SUCCESS) {
+      // Without the record: it would lead here again.
+      RaiseFailure(code, 0, L"MsiRecordSetString", L"", L"", 0);
+    }
+  }
+  CWideString text;
+  ReadText<1024>(
+      text,
+      [&](wchar_t* buffer, DWORD* length) { return ::MsiFormatRecordW(0, record, buffer, length); },
+      [](DWORD length) { return length + 1; });
+  return text;
+}
+
+CWideString Describe(MSIHANDLE errorRecord, HRESULT hr) {
+  if (errorRecord) {
+    return FormatErrorRecord(errorRecord);
+  }
+  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
+  return text ? CWideString(text.Get()) : CWideString();
+}
+
+CWideString CallText(const wchar_t* functionName, const wchar_t* argument1,
+                     const wchar_t* argument2) {
+  if (*argument1 == L'\0') {
+    return CWideString::Format(L"%s()", functionName);
+  }
+  if (*argument2 == L'\0') {
+    return CWideString::Format(L"%s(%s)", functionName, argument1);
+  }
+  return CWideString::Format(L"%s(%s, %s)", functionName, argument1, argument2);
+}
+
+/// Makes `message` the thread's error object; raises what the system answers when it cannot.
+void InstallErrorInfo(const CWideString& message) {
+  CComPtr<ICreateErrorInfo> create;
+  ThrowIfFailed(::CreateErrorInfo(create.Put()));
+  create->SetGUID(GUID_NULL);  // not the initial value everywhere
+  // The interface takes text that it does not change.
+  ThrowIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
+  CComPtr<IErrorInfo> info;
+  ThrowIfFailed(create.QueryInterface(info.Put()));
+  ThrowIfFailed(::SetErrorInfo(0, info.Get()));
+}
+
+void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
+                  const wchar_t* argument1, const wchar_t* argument2, int viewErrorDetail) {
+  HRESULT hr = qm::HResultFromCode(code);
+  if (SUCCEEDED(hr)) {
+    hr = E_UNEXPECTED;
+  }
+  InstallErrorInfo(Describe(errorRecord, hr) + CallText(functionName, argument1, argument2));
+  RaiseHResult(viewErrorDetail == MSIDBERROR_DUPLICATEKEY ? kDuplicateKey : hr);
+}
+
+}  // namespace
+
+UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t* argument1,
+                           const wchar_t* argument2, int viewErrorDetail) {
+  if (code == ERROR_SUCCESS) {
+    return code;
+  }
+  // First of all: the next installer call replaces the thread's record.
+  const CMsiHandle errorRecord(::MsiGetLastErrorRecord());
+  RaiseFailure(code, errorRecord.Get(), functionName, argument1, argument2, viewErrorDetail);
+}
+
+}  // namespace msidb

@@ -1,0 +1,45 @@
+#include "msidb/Record.h"
+
+#include "msidb/InstallerResult.h"
+#include "msidb/TextReader.h"
+
+namespace msidb {
+
+Record Record::Create(UINT fieldCount) {
+  Record record{CMsiHandle(::MsiCreateRecord(fieldCount))};
+  if (!record) {
+    ReportInstallerResult(ERROR_CREATE_FAILED, L"MsiCreateRecord");
+  }
+  return record;
+}
+
+CWideString Record::GetString(UINT field) const {
+  CWideString text;
+  const UINT code = ReadText<2048>(
+      text,
+      [&](wchar_t* buffer, DWORD* length) {
+        return ::MsiRecordGetStringW(Get(), field, buffer, length);
+      },
+      // Twice the size, since some installers count bytes here in one code page and not in another.
+      [&](DWORD) { return 2 * ::MsiRecordDataSize(Get(), field) + 1; });
+  ReportInstallerResult(code, L"MsiRecordGetString");
+  return text;
+}
+
+int Record::GetInteger(UINT field) const noexcept {
+  return m_handle ? ::MsiRecordGetInteger(Get(), field) : 0;
+}
+
+bool Record::IsNull(UINT field) const noexcept { return ::MsiRecordIsNull(Get(), field) != FALSE; }
+
+void Record::SetString(UINT field, const CWideString& text) {
+  ReportInstallerResult(::MsiRecordSetStringW(Get(), field, text.c_str()), L"MsiRecordSetString");
+}
+
+void Record::SetInteger(UINT field, int value) {
+  ReportInstallerResult(::MsiRecordSetInteger(Get(), field, value), L"MsiRecordSetInteger");
+}
+
+void Record::Clear() { ReportInstallerResult(::MsiRecordClearData(Get()), L"MsiRecordClearData"); }
+
+}  // namespace msidb

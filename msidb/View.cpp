@@ -1,0 +1,86 @@
+#include "msidb/View.h"
+
+#include "msidb/InstallerResult.h"
+
+namespace msidb {
+
+void View::Open(const Database& database, const CWideString& query, const wchar_t* argument1,
+                const wchar_t* argument2) {
+  m_row = Record();
+  ReportInstallerResult(::MsiDatabaseOpenViewW(database.Get(), query.c_str(), m_view.Put()),
+                        L"MsiOpenDatabaseView", argument1, argument2);
+}
+
+void View::Execute(const Record* parameters, const wchar_t* argument1, const wchar_t* argument2) {
+  m_atEnd = false;
+  ReportInstallerResult(::MsiViewExecute(m_view.Get(), parameters ? parameters->Get() : 0),
+                        L"MsiViewExecute", argument1, argument2);
+}
+
+void View::Run(const Database& database, const CWideString& query, const Record* parameters) {
+  Open(database, query);
+  Execute(parameters);
+}
+
+bool View::RunAndFetch(const Database& database, const CWideString& query,
+                       const Record* parameters) {
+  Run(database, query, parameters);
+  return Next();
+}
+
+void View::RunTable(const Database& database, const CWideString& table) {
+  Run(database, CWideString::Format(L"SELECT * FROM `%s`", table.c_str()));
+}
+
+bool View::Next() {
+  if (!m_view || m_atEnd) {
+    return false;
+  }
+  const UINT code = Fetch();
+  // Remembered, because some installers begin at the first row again when they are asked once more.
+  m_atEnd = code == ERROR_NO_MORE_ITEMS;
+  if (!m_atEnd) {
+    ReportInstallerResult(code, L"MsiViewFetch");
+  }
+  return !m_atEnd;
+}
+
+void View::RequireNext() {
+  if (!Next()) {
+    ReportInstallerResult(ERROR_NO_MORE_ITEMS, L"MsiViewFetch");
+  }
+}
+
+UINT View::Fetch() {
+  m_row = Record();
+  CMsiHandle row;
+  const UINT code = ::MsiViewFetch(m_view.Get(), row.Put());
+  m_row = Record(std::move(row));
+  return code;
+}
+
+void View::Modify(MSIMODIFY mode, const Record& record) {
+  const UINT code = ::MsiViewModify(m_view.Get(), mode, record.Get());
+  int detail = 0;
+  if (code == ERROR_INVALID_DATA) {
+    wchar_t columns[128];
+    DWORD size = 127;
+    detail = ::MsiViewGetErrorW(m_view.Get(), columns, &size);
+  }
+  ReportInstallerResult(code, L"MsiViewModify", L"", L"", detail);
+}
+
+Record View::ColumnInfo(MSICOLINFO kind) const {
+  CMsiHandle columns;
+  ReportInstallerResult(::MsiViewGetColumnInfo(m_view.Get(), kind, columns.Put()),
+                        L"MsiViewGetColumnInfo");
+  return Record(std::move(columns));
+}
+
+void View::Close() noexcept {
+  if (m_view) {
+    ::MsiViewClose(m_view.Get());
+  }
+}
+
+}  // namespace msidb

@@ -1,0 +1,74 @@
+// build_module OUTPUT.msm FOLDER: makes a merge module from the table text files (*.idt) of a
+// folder.
+
+#include <algorithm>
+#include <cstdio>
+#include <vector>
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+#include "common/Path.h"
+#include "msidb/Database.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+struct FindTraits {
+  using Handle = HANDLE;
+  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(Handle handle) noexcept { ::FindClose(handle); }
+};
+
+/// File names in name order, so that the same sources give the same module.
+std::vector<CWideString> TableFiles(const CWideString& folder) {
+  WIN32_FIND_DATAW found;
+  const CUniqueHandle<FindTraits> search(
+      ::FindFirstFileW(JoinPath(folder, L"*.idt").c_str(), &found));
+  if (!search) {
+    RaiseLastError();
+  }
+  std::vector<CWideString> names;
+  do {
+    names.emplace_back(found.cFileName);
+  } while (::FindNextFileW(search.Get(), &found));
+  std::sort(names.begin(), names.end());
+  return names;
+}
+
+void BuildModule(const CWideString& output, const CWideString& folder) {
+  const std::vector<CWideString> tables = TableFiles(folder);
+  msidb::Database database = msidb::Database::Open(output, MSIDBOPEN_CREATE);
+  for (const CWideString& table : tables) {
+    database.Import(folder, table);
+  }
+  database.Commit();
+}
+
+void PrintError(HRESULT hr) {
+  CComPtr<IErrorInfo> info;
+  CUniqueBstr description;
+  if (::GetErrorInfo(0, info.Put()) == S_OK) {
+    info->GetDescription(description.Put());
+  }
+  std::fprintf(stderr, "build_module: 0x%08lX %ls\n", static_cast<unsigned long>(hr),
+               description ? description.Get() : L"");
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc != 3) {
+    std::fputs("usage: build_module OUTPUT.msm FOLDER\n", stderr);
+    return 2;
+  }
+  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
+    BuildModule(FullPath(argv[1]), FullPath(argv[2]));
+    return S_OK;
+  });
+  if (FAILED(hr)) {
+    PrintError(hr);
+    return 1;
+  }
+  return 0;
+}

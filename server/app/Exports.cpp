@@ -1,0 +1,41 @@
+#include "server/app/QMMMUpdaterApp.h"
+#include "server/error/ErrorHandler.h"
+#include "server/frame/Registrar.h"
+
+namespace {
+
+CQMMMUpdaterApp theApp;
+
+}  // namespace
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {
+  switch (reason) {
+    case DLL_PROCESS_ATTACH:
+      theApp.SetInstance(instance);
+      return theApp.InitInstance();
+    case DLL_PROCESS_DETACH:
+      // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
+      if (!reserved) {
+        theApp.ExitInstance();
+      }
+      break;
+    default:
+      break;
+  }
+  return TRUE;
+}
+
+STDAPI DllCanUnloadNow() { return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+  return CComModule::Instance().GetClassObject(clsid, iid, out);
+}
+
+STDAPI DllRegisterServer() {
+  return RunAtBoundary(GUID_NULL,
+                       [] { return RegisterServer(ServerObjects(), theApp.Instance()); });
+}
+
+STDAPI DllUnregisterServer() {
+  return RunAtBoundary(GUID_NULL, [] { return UnregisterServer(ServerObjects()); });
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include "server/frame/ComModule.h"
+#include "server/frame/WinApp.h"
+
+/// Application object of the server: starts and ends the COM module.
+class CQMMMUpdaterApp final : public CWinApp {
+ public:
+  BOOL InitInstance() override;
+  int ExitInstance() override;
+};
+
+/// The coclasses that this server creates.
+const ObjectMap& ServerObjects() noexcept;

@@ -1,0 +1,5 @@
+#pragma once
+
+// Identifiers of the DLL's resources.
+#define IDS_MODULE_NAME 100
+#define IDS_CLASS_DESCRIPTION 1009

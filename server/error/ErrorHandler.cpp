@@ -1,0 +1,88 @@
+#include "server/error/ErrorHandler.h"
+
+#include <cstring>
+#include <new>
+
+#include "common/Bstr.h"
+#include "common/SystemText.h"
+#include "server/error/ComException.h"
+#include "server/error/ErrorInfo.h"
+#include "server/error/win32_exception.h"
+
+namespace {
+
+// Nothing here throws or needs the C++ heap: it runs when memory may be short.
+
+void Trace(HRESULT hr, const wchar_t* description) noexcept {
+  wchar_t number[16];
+  ::wsprintfW(number, L"%i", hr);
+  ::OutputDebugStringW(L"\nException caught: ");
+  ::OutputDebugStringW(number);
+  ::OutputDebugStringW(L" = ");
+  ::OutputDebugStringW(description);
+}
+
+CUniqueBstr JoinContext(const wchar_t* description, const wchar_t* context) noexcept {
+  constexpr std::wstring_view separator = L"\n     > ";
+  const size_t head = std::wcslen(description);
+  const size_t tail = std::wcslen(context);
+  CUniqueBstr text(::SysAllocStringLen(nullptr, static_cast<UINT>(head + separator.size() + tail)));
+  if (text) {
+    wchar_t* position = text.Get();
+    position = std::wmemcpy(position, description, head) + head;
+    position = std::wmemcpy(position, separator.data(), separator.size()) + separator.size();
+    std::wmemcpy(position, context, tail);
+  }
+  return text;
+}
+
+HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* description,
+               const wchar_t* context) noexcept {
+  Trace(hr, description);
+  CUniqueBstr message;
+  if (context) {
+    message = JoinContext(description, context);
+  }
+  return SetComErrorInfo(clsid, message ? message.Get() : description, iid, hr);
+}
+
+HRESULT ReportOutOfMemory() noexcept {
+  Trace(E_OUTOFMEMORY, L"");
+  return E_OUTOFMEMORY;
+}
+
+HRESULT ReportUnexpected(REFCLSID clsid) noexcept {
+  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(E_UNEXPECTED));
+  return Report(clsid, E_UNEXPECTED, GUID_NULL, text ? text.Get() : L"Unknown error", nullptr);
+}
+
+}  // namespace
+
+HRESULT ReportFailure(REFCLSID clsid, const com_exception& failure,
+                      const wchar_t* context) noexcept {
+  return Report(clsid, failure.hr, failure.iid, failure.description.c_str(), context);
+}
+
+HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
+  try {
+    throw;
+  } catch (const com_exception& failure) {
+    return ReportFailure(clsid, failure, nullptr);
+  } catch (CComException* exception) {
+    const HRESULT hr = ReportFailure(clsid, exception->Failure(), nullptr);
+    exception->Delete();
+    return hr;
+  } catch (const qm::win32_exception& failure) {
+    return Report(clsid, failure.hresult(), GUID_NULL, failure.message(), nullptr);
+  } catch (const std::bad_alloc&) {
+    return ReportOutOfMemory();
+  } catch (CMemoryException* exception) {
+    exception->Delete();
+    return ReportOutOfMemory();
+  } catch (CException* exception) {
+    exception->Delete();
+    return ReportUnexpected(clsid);
+  } catch (...) {
+    return ReportUnexpected(clsid);
+  }
+}

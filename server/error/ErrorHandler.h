@@ -1,0 +1,46 @@
+#pragma once
+
+#include <windows.h>
+
+#include "server/error/com_exception.h"
+
+/// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
+/// returns `failure.hr` (DISP_E_EXCEPTION for 0). With a context the description ends in "\n     >
+/// " and the context.
+HRESULT ReportFailure(REFCLSID clsid, const com_exception& failure,
+                      const wchar_t* context) noexcept;
+
+/// Call from a catch clause: reports the exception that is being handled under a class and returns
+/// its HRESULT. Out of memory is E_OUTOFMEMORY without an error object, an exception of no known
+/// kind E_UNEXPECTED. Exceptions thrown by pointer are deleted.
+HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
+
+/// Runs `work`, which returns an HRESULT, and answers what it answers; an exception is reported
+/// under the class and becomes the result. An error object from before the call is dropped first.
+///
+/// Every interface method that can fail does its work in here: nothing else in the server catches.
+template <class Work>
+HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
+  ::SetErrorInfo(0, nullptr);
+  try {
+    return work();
+  } catch (...) {
+    return ReportCurrentException(clsid);
+  }
+}
+
+/// Base of a class that reports failures under its class identifier.
+template <const CLSID* pClsid>
+class CErrorHandler {
+ public:
+  HRESULT Report(const com_exception& failure, const wchar_t* context) const noexcept {
+    return ReportFailure(*pClsid, failure, context);
+  }
+
+ protected:
+  /// The method boundary, see RunAtBoundary.
+  template <class Work>
+  static HRESULT MethodBoundary(Work&& work) noexcept {
+    return RunAtBoundary(*pClsid, static_cast<Work&&>(work));
+  }
+};

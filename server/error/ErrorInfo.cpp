@@ -1,0 +1,36 @@
+#include "server/error/ErrorInfo.h"
+
+#include <windows.h>
+
+#include "common/ComPtr.h"
+#include "common/UniqueHandle.h"
+
+namespace {
+
+struct TaskTextTraits {
+  using Handle = wchar_t*;
+  static constexpr Handle None() noexcept { return nullptr; }
+  static void Close(Handle text) noexcept { ::CoTaskMemFree(text); }
+};
+
+}  // namespace
+
+HRESULT SetComErrorInfo(REFCLSID clsid, const wchar_t* description, REFIID iid,
+                        HRESULT hr) noexcept {
+  CComPtr<ICreateErrorInfo> create;
+  if (SUCCEEDED(::CreateErrorInfo(create.Put()))) {
+    // Always: a new error object does not begin with GUID_NULL everywhere.
+    create->SetGUID(iid);
+    CUniqueHandle<TaskTextTraits> progId;
+    if (SUCCEEDED(::ProgIDFromCLSID(clsid, progId.Put()))) {
+      create->SetSource(progId.Get());
+    }
+    // The interface takes text that it does not change.
+    create->SetDescription(const_cast<wchar_t*>(description));
+    CComPtr<IErrorInfo> info;
+    if (SUCCEEDED(create.QueryInterface(info.Put()))) {
+      ::SetErrorInfo(0, info.Get());
+    }
+  }
+  return hr == S_OK ? DISP_E_EXCEPTION : hr;
+}

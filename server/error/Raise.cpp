@@ -1,0 +1,10 @@
+#include "server/error/Raise.h"
+
+#include "server/error/ComException.h"
+#include "server/error/win32_exception.h"
+
+void Raise(const com_exception& failure) { throw new CComException(failure); }
+
+void RaiseHResult(HRESULT hr) { Raise(com_exception(hr)); }
+
+void RaiseLastError() { throw qm::win32_exception(); }

@@ -1,0 +1,12 @@
+#pragma once
+
+#include <windows.h>
+
+/// Answers InterfaceSupportsErrorInfo: S_OK for the interfaces of the list, S_FALSE for all others.
+template <class... Interfaces>
+class CSupportErrorInfo : public ISupportErrorInfo {
+ public:
+  STDMETHOD(InterfaceSupportsErrorInfo)(REFIID iid) override {
+    return (... || (iid == __uuidof(Interfaces))) ? S_OK : S_FALSE;
+  }
+};

@@ -1,0 +1,29 @@
+#pragma once
+
+#include "server/frame/ComModule.h"
+
+/// Class factory of one coclass. The module makes it once and holds it with one reference, which
+/// does not count as a lock; references that clients hold do, as LockServer does.
+class CComClassFactory final : public IClassFactory {
+ public:
+  CComClassFactory(const ObjectMapEntry& entry, CComClassFactory* next) noexcept
+      : m_entry(entry), m_next(next) {}
+
+  const ObjectMapEntry& Entry() const noexcept { return m_entry; }
+  CComClassFactory* Next() const noexcept { return m_next; }
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override;
+  STDMETHOD_(ULONG, AddRef)() override;
+  STDMETHOD_(ULONG, Release)() override;
+  /// E_POINTER for a null `out`; CLASS_E_NOAGGREGATION when an outer object asks for anything but
+  /// IUnknown; what the creator answers.
+  STDMETHOD(CreateInstance)(IUnknown* outer, REFIID iid, void** out) override;
+  STDMETHOD(LockServer)(BOOL lock) override;
+
+ private:
+  virtual ~CComClassFactory() = default;
+
+  const ObjectMapEntry& m_entry;
+  CComClassFactory* m_next;
+  LONG m_references = 1;
+};

@@ -1,0 +1,84 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/WideString.h"
+
+/// Creates an object of a class; see CreateComObject.
+using ComCreator = HRESULT (*)(IUnknown* outer, REFIID iid, void** out) noexcept;
+
+/// One coclass of the server.
+struct ObjectMapEntry {
+  const CLSID* clsid;
+  const wchar_t* progId;                    ///< with its version, "Server.Class.1"
+  const wchar_t* versionIndependentProgId;  ///< "Server.Class"
+  UINT descriptionId;                       ///< string resource that describes the class
+  ComCreator create;
+};
+
+/// The coclasses of the server; the application object owns it.
+struct ObjectMap {
+  const ObjectMapEntry* entries;
+  size_t count;
+};
+
+/// The library that describes an interface to IDispatch.
+enum class TypeLibrary {
+  Interfaces,  ///< qmmmupdater.tlb beside the DLL, else the registered one
+  Classes,     ///< the resource of the DLL
+};
+
+class CComClassFactory;
+class CTypeInfoHolder;
+
+/// State of the server module: its instance, coclasses and lock count, the cached class factories
+/// and type information. One per process.
+class CComModule {
+ public:
+  static CComModule& Instance() noexcept;
+
+  /// Starts the module. `objects` must outlive it.
+  void Init(const ObjectMap& objects, HINSTANCE instance) noexcept;
+
+  /// Releases what is cached. Not to be called when the process ends: other DLLs are gone then.
+  void Term() noexcept;
+
+  HINSTANCE ModuleInstance() const noexcept { return m_instance; }
+  const ObjectMap& Objects() const noexcept { return m_objects; }
+
+  /// Objects and server locks that are alive.
+  LONG LockCount() const noexcept { return m_lockCount; }
+  void Lock() noexcept { ::InterlockedIncrement(&m_lockCount); }
+  void Unlock() noexcept { ::InterlockedDecrement(&m_lockCount); }
+
+  /// The class factory of a coclass, made once. CLASS_E_CLASSNOTAVAILABLE when the map lacks it,
+  /// E_OUTOFMEMORY.
+  HRESULT GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept;
+
+  /// A type library of the server, loaded once. Fails with what the library's loading answers.
+  HRESULT GetTypeLibrary(TypeLibrary library, ITypeLib** out) noexcept;
+
+  /// Has `holder` cleared by Term.
+  void Adopt(CTypeInfoHolder& holder) noexcept;
+
+ private:
+  CComModule() noexcept;
+  ~CComModule();
+
+  CComClassFactory* FindOrMakeFactory(const ObjectMapEntry& entry) noexcept;
+
+  HINSTANCE m_instance = nullptr;
+  ObjectMap m_objects{};
+  LONG m_lockCount = 0;
+  CRITICAL_SECTION m_factoryCreation;
+  CComClassFactory* m_factories = nullptr;  // chained, each held with one reference
+  CTypeInfoHolder* m_typeInfoHolders = nullptr;
+  ITypeLib* m_typeLibraries[2] = {};
+};
+
+/// Full path of a module's file, of any length. Throws qm::win32_exception.
+CWideString ModulePath(HINSTANCE instance);
+
+/// Full path of the interface type library, which lies beside the server's own file. Throws
+/// qm::win32_exception.
+CWideString InterfaceLibraryPath();

@@ -1,0 +1,139 @@
+#pragma once
+
+#include <new>
+
+#include "common/ComPtr.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/Raise.h"
+#include "server/frame/ComModule.h"
+#include "server/frame/InterfaceMap.h"
+
+/// Base of every COM object's implementation. An implementation leaves IUnknown to the forms below,
+/// names its interfaces in `InterfaceMap`, and may hide FinalConstruct.
+class CComObjectRoot {
+ public:
+  CComObjectRoot(const CComObjectRoot&) = delete;
+  CComObjectRoot& operator=(const CComObjectRoot&) = delete;
+
+  /// Second step of construction, run once the object is whole; a failure ends its creation.
+  HRESULT FinalConstruct() noexcept { return S_OK; }
+
+ protected:
+  CComObjectRoot() noexcept = default;
+  ~CComObjectRoot() = default;
+};
+
+/// Interlocked reference count that begins at 1 and holds the server's module lock while it lives.
+class CComReferenceCount {
+ public:
+  CComReferenceCount() noexcept { CComModule::Instance().Lock(); }
+  ~CComReferenceCount() { CComModule::Instance().Unlock(); }
+  CComReferenceCount(const CComReferenceCount&) = delete;
+  CComReferenceCount& operator=(const CComReferenceCount&) = delete;
+
+  ULONG Increment() noexcept { return static_cast<ULONG>(::InterlockedIncrement(&m_count)); }
+  ULONG Decrement() noexcept { return static_cast<ULONG>(::InterlockedDecrement(&m_count)); }
+
+ private:
+  LONG m_count = 1;
+};
+
+/// Stand-alone form of an implementation.
+template <class Base>
+class CComObject final : public Base {
+ public:
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    return Base::InterfaceMap::Query(static_cast<Base*>(this), iid, out);
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return m_references.Increment(); }
+  STDMETHOD_(ULONG, Release)() override {
+    const ULONG left = m_references.Decrement();
+    if (left == 0) {
+      delete this;
+    }
+    return left;
+  }
+
+  /// A new object with one reference. Raises what its final construction answers; out of memory is
+  /// std::bad_alloc.
+  static CComPtr<CComObject> Create() {
+    auto object = CComPtr<CComObject>::Adopt(new CComObject);
+    ThrowIfFailed(object->FinalConstruct());
+    return object;
+  }
+
+ private:
+  CComReferenceCount m_references;
+};
+
+/// Form of an implementation that lives inside an aggregated object: its IUnknown is the outer one.
+template <class Base>
+class CComContainedObject final : public Base {
+ public:
+  explicit CComContainedObject(IUnknown* outer) noexcept : m_outer(outer) {}
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    return m_outer->QueryInterface(iid, out);
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return m_outer->AddRef(); }
+  STDMETHOD_(ULONG, Release)() override { return m_outer->Release(); }
+
+ private:
+  IUnknown* m_outer;  // outlives this object, so no reference is held
+};
+
+/// Aggregated form: the non-delegating IUnknown that the outer object holds, around a contained
+/// form.
+template <class Base>
+class CComAggObject final : public IUnknown {
+ public:
+  explicit CComAggObject(IUnknown* outer) : m_contained(outer) {}
+  virtual ~CComAggObject() = default;
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    if (iid != __uuidof(IUnknown)) {
+      return Base::InterfaceMap::Query(static_cast<Base*>(&m_contained), iid, out);
+    }
+    if (!out) {
+      return E_POINTER;
+    }
+    AddRef();
+    *out = static_cast<IUnknown*>(this);
+    return S_OK;
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return m_references.Increment(); }
+  STDMETHOD_(ULONG, Release)() override {
+    const ULONG left = m_references.Decrement();
+    if (left == 0) {
+      delete this;
+    }
+    return left;
+  }
+
+  static CComPtr<CComAggObject> Create(IUnknown* outer) {
+    auto object = CComPtr<CComAggObject>::Adopt(new CComAggObject(outer));
+    ThrowIfFailed(object->m_contained.FinalConstruct());
+    return object;
+  }
+
+ private:
+  CComReferenceCount m_references;
+  CComContainedObject<Base> m_contained;
+};
+
+/// Creator of the class factories: the stand-alone form, or with an outer object the aggregated
+/// one. E_POINTER for a null `out`, which is cleared first; E_OUTOFMEMORY; what final construction
+/// answers.
+template <class Base>
+HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
+  if (!out) {
+    return E_POINTER;
+  }
+  *out = nullptr;
+  return RunAtBoundary(GUID_NULL, [&]() -> HRESULT {
+    if (outer) {
+      return CComAggObject<Base>::Create(outer)->QueryInterface(iid, out);
+    }
+    return CComObject<Base>::Create()->QueryInterface(iid, out);
+  });
+}

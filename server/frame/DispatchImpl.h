@@ -1,0 +1,76 @@
+#pragma once
+
+#include <windows.h>
+
+#include "server/frame/ComModule.h"
+
+/// Type information of one interface, loaded when it is first asked for and kept until the module
+/// ends. Objects are static.
+class CTypeInfoHolder {
+ public:
+  constexpr CTypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
+      : m_iid(iid), m_library(library) {}
+
+  HRESULT GetTypeInfo(ITypeInfo** out) noexcept;
+  HRESULT GetIdsOfNames(REFIID iid, wchar_t** names, UINT count, DISPID* ids) noexcept;
+
+  /// Calls a member of `object`, which implements the interface. Beyond what ITypeInfo does: a call
+  /// that says "method" alone also finds a property, since some script hosts ask so, and a result
+  /// of type VT_UNKNOWN is handed on as VT_DISPATCH where the object answers it.
+  HRESULT Invoke(void* object, DISPID member, REFIID iid, WORD flags, DISPPARAMS* parameters,
+                 VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept;
+
+  /// For the module: links holders that are filled, and empties one, giving the next.
+  void ChainTo(CTypeInfoHolder* next) noexcept { m_next = next; }
+  CTypeInfoHolder* Clear() noexcept;
+
+ private:
+  HRESULT Load() noexcept;
+
+  const IID& m_iid;
+  TypeLibrary m_library;
+  ITypeInfo* m_info = nullptr;
+  CTypeInfoHolder* m_next = nullptr;
+};
+
+/// IDispatch of a dual interface, answered from the type information of Described: Interface itself
+/// or an older version that it inherits.
+template <class Interface, class Described = Interface,
+          TypeLibrary library = TypeLibrary::Interfaces>
+class IDispatchImpl : public Interface {
+ public:
+  STDMETHOD(GetTypeInfoCount)(UINT* count) override {
+    if (!count) {
+      return E_POINTER;
+    }
+    *count = 1;
+    return S_OK;
+  }
+
+  STDMETHOD(GetTypeInfo)(UINT index, LCID, ITypeInfo** info) override {
+    if (!info) {
+      return E_POINTER;
+    }
+    *info = nullptr;
+    return index == 0 ? s_typeInfo.GetTypeInfo(info) : DISP_E_BADINDEX;
+  }
+
+  STDMETHOD(GetIDsOfNames)
+  (REFIID iid, wchar_t** names, UINT count, LCID, DISPID* ids) override {
+    return s_typeInfo.GetIdsOfNames(iid, names, count, ids);
+  }
+
+  STDMETHOD(Invoke)
+  (DISPID member, REFIID iid, LCID, WORD flags, DISPPARAMS* parameters, VARIANT* result,
+   EXCEPINFO* exception, UINT* badArgument) override {
+    return s_typeInfo.Invoke(static_cast<Described*>(this), member, iid, flags, parameters, result,
+                             exception, badArgument);
+  }
+
+ private:
+  static CTypeInfoHolder s_typeInfo;
+};
+
+template <class Interface, class Described, TypeLibrary library>
+CTypeInfoHolder IDispatchImpl<Interface, Described, library>::s_typeInfo(__uuidof(Described),
+                                                                         library);

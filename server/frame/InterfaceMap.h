@@ -1,0 +1,45 @@
+#pragma once
+
+#include <windows.h>
+
+/// One branch of an object's base classes: a pointer to Branch answers for each of Interfaces.
+template <class Branch, class... Interfaces>
+struct Via {
+  static_assert(sizeof...(Interfaces) > 0);
+
+  template <class Object>
+  static IUnknown* Pointer(Object* object) noexcept {
+    return static_cast<Branch*>(object);
+  }
+
+  static bool Answers(REFIID iid) noexcept { return (... || (iid == __uuidof(Interfaces))); }
+};
+
+/// What an object answers to QueryInterface; its identity (IUnknown) is the pointer of the first
+/// branch. A class names its map in a member `InterfaceMap`.
+template <class Primary, class... Others>
+struct CInterfaceMap {
+  template <class Object>
+  static IUnknown* Identity(Object* object) noexcept {
+    return Primary::Pointer(object);
+  }
+
+  template <class Object>
+  static HRESULT Query(Object* object, REFIID iid, void** out) noexcept {
+    if (!out) {
+      return E_POINTER;
+    }
+    IUnknown* found = nullptr;
+    if (iid == __uuidof(IUnknown) || Primary::Answers(iid)) {
+      found = Primary::Pointer(object);
+    } else {
+      (void)(... || (Others::Answers(iid) && (found = Others::Pointer(object))));
+    }
+    *out = found;
+    if (!found) {
+      return E_NOINTERFACE;
+    }
+    found->AddRef();
+    return S_OK;
+  }
+};

@@ -1,0 +1,11 @@
+#pragma once
+
+#include "server/frame/ComModule.h"
+
+/// Writes the registry entries of every coclass of the map (CLSID with description, InprocServer32
+/// with threading model "Apartment" and both ProgIDs; the ProgID keys) and registers both type
+/// libraries. Returns the first failure unchanged.
+HRESULT RegisterServer(const ObjectMap& objects, HINSTANCE instance);
+
+/// Removes what RegisterServer writes; entries that are not there are no failure.
+HRESULT UnregisterServer(const ObjectMap& objects);
