@@ -9,7 +9,7 @@
 
 namespace {
 
-std::string OnOneLine(std::string text) {
+std::string OnOneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {
     if (c != '\r' && c != '\n') {

@@ -16,7 +16,12 @@ class CComPtr {
   }
   CComPtr(const CComPtr& other) noexcept : CComPtr(other.m_object) {}
   CComPtr(CComPtr&& other) noexcept : m_object(other.Detach()) {}
-  CComPtr& operator=(CComPtr other) noexcept {
+  CComPtr& operator=(const CComPtr& other) noexcept {
+    CComPtr copy(other);
+    std::swap(m_object, copy.m_object);
+    return *this;
+  }
+  CComPtr& operator=(CComPtr&& other) noexcept {
     std::swap(m_object, other.m_object);
     return *this;
   }

@@ -37,7 +37,7 @@ CWideString CWideString::Format(const wchar_t* format, ...) {
   const CLastErrorKeeper keeper;
   // The C library's own functions by their underscored names: the standard ones are replaced by
   // MinGW's, in which "%s" takes narrow text.
-  va_list arguments;
+  va_list arguments{};
   va_start(arguments, format);
   const int length = _vscwprintf(format, arguments);
   va_end(arguments);

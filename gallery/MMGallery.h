@@ -27,9 +27,6 @@ class CMMGallery {
   /// empty. Called once, before anything is read.
   void SetNameAndVersion(const wchar_t* name, const wchar_t* version);
 
- protected:
-  const CWideString& Name() const noexcept { return m_strName; }
-
  private:
   CWideString m_strName;
   CWideString m_strLocalVersion;

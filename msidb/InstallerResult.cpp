@@ -14,18 +14,7 @@ namespace {
 /// Fields of an error record: 1 the error number, 2 and on its arguments.
 constexpr wchar_t kRecordTemplate[] = L"Windows Installer Error [1]: [2]{, [3]}{, [4]}{, [5]}\n";
 
-[[noreturn]] void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
-                               const wchar_t* argument1, const wchar_t* argument2,
-                               int viewErrorDetail);
-
 CWideString FormatErrorRecord(MSIHANDLE record) {
-  if (::MsiRecordIsNull(record, 0)) {
-    const UINT code = ::MsiRecordSetStringW(record, 0, kRecordTemplate);
-    if (code != ERROR_SUCCESS) {
-      // Without the record: it would lead here again.
-      RaiseFailure(code, 0, L"MsiRecordSetString", L"", L"", 0);
-    }
-  }
   CWideString text;
   ReadText<1024>(
       text,
@@ -65,8 +54,9 @@ void InstallErrorInfo(const CWideString& message) {
   ThrowIfFailed(::SetErrorInfo(0, info.Get()));
 }
 
-void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
-                  const wchar_t* argument1, const wchar_t* argument2, int viewErrorDetail) {
+[[noreturn]] void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
+                               const wchar_t* argument1, const wchar_t* argument2,
+                               int viewErrorDetail) {
   HRESULT hr = qm::HResultFromCode(code);
   if (SUCCEEDED(hr)) {
     hr = E_UNEXPECTED;
@@ -84,6 +74,12 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
   }
   // First of all: the next installer call replaces the thread's record.
   const CMsiHandle errorRecord(::MsiGetLastErrorRecord());
+  if (errorRecord && ::MsiRecordIsNull(errorRecord.Get(), 0)) {
+    const UINT templateCode = ::MsiRecordSetStringW(errorRecord.Get(), 0, kRecordTemplate);
+    if (templateCode != ERROR_SUCCESS) {
+      RaiseFailure(templateCode, 0, L"MsiRecordSetString", L"", L"", 0);
+    }
+  }
   RaiseFailure(code, errorRecord.Get(), functionName, argument1, argument2, viewErrorDetail);
 }
 

@@ -36,6 +36,8 @@ class CTypeInfoHolder;
 class CComModule {
  public:
   static CComModule& Instance() noexcept;
+  CComModule(const CComModule&) = delete;
+  CComModule& operator=(const CComModule&) = delete;
 
   /// Starts the module. `objects` must outlive it.
   void Init(const ObjectMap& objects, HINSTANCE instance) noexcept;

@@ -1,0 +1,23 @@
+// Says which of some merge modules deliver a file.
+//
+//   cscript //nologo FindFile.js NAME FILE.msm...
+//
+// The server must be registered. On 64-bit Windows use the 32-bit script host,
+// %SystemRoot%\SysWOW64\cscript.exe. Quits with 0 when some module delivers the file, else with 1.
+
+var wanted = WScript.Arguments(0).toLowerCase();
+var module = new ActiveXObject("QmMMUpdater.MergeModule2");
+var found = 0;
+
+for (var i = 1; i < WScript.Arguments.length; i++) {
+  module.Open(WScript.Arguments(i));
+  for (var files = new Enumerator(module.Files); !files.atEnd(); files.moveNext()) {
+    // The table holds "SHORT~1.DLL|LongName.dll", or one name alone.
+    var names = files.item().FileName.toLowerCase().split("|");
+    if (names[0] == wanted || names[names.length - 1] == wanted) {
+      WScript.Echo(module.Key + ": " + files.item().Key);
+      found++;
+    }
+  }
+}
+WScript.Quit(found ? 0 : 1);
