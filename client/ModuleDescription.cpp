@@ -5,6 +5,7 @@
 #include "client/Utf8.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "msidb/ModuleDirectories.h"
 
 namespace {
 
@@ -31,9 +32,13 @@ std::optional<long> Cell(Interface& object,
 }
 
 FileDescription DescribeItem(IMMFile& file) {
-  return {Text(file, &IMMFile::get_Key),      Text(file, &IMMFile::get_Directory),
-          Text(file, &IMMFile::get_FileName), Cell(file, &IMMFile::get_FileSize),
-          Text(file, &IMMFile::get_Version),  Text(file, &IMMFile::get_Language),
+  return {Text(file, &IMMFile::get_Key),
+          Text(file, &IMMFile::get_Directory),
+          {},
+          Text(file, &IMMFile::get_FileName),
+          Cell(file, &IMMFile::get_FileSize),
+          Text(file, &IMMFile::get_Version),
+          Text(file, &IMMFile::get_Language),
           Cell(file, &IMMFile::get_Sequence)};
 }
 
@@ -79,6 +84,24 @@ void DescribeCollection(IMergeModule& module,
   }
 }
 
+/// Where the files go. No interface tells, so this asks the module's file itself.
+void ResolveTargetPaths(ModuleDescription& module) {
+  msidb::DirectoryPaths paths;
+  for (const FileDescription& file : module.files) {
+    paths.try_emplace(ToWide(file.directory));
+  }
+  if (paths.empty()) {
+    return;
+  }
+  const HRESULT hr = msidb::ResolveModuleDirectories(ToWide(module.path), paths);
+  if (FAILED(hr)) {
+    module.failures.push_back(ServerFailure::Capture(hr));
+  }
+  for (FileDescription& file : module.files) {
+    file.targetPath = ToUtf8(paths[ToWide(file.directory)]);
+  }
+}
+
 }  // namespace
 
 ModuleDescription Describe(IMergeModule& module) {
@@ -96,6 +119,7 @@ ModuleDescription Describe(IMergeModule& module) {
 
   auto& failures = description.failures;
   DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, description.files, failures);
+  ResolveTargetPaths(description);
   DescribeCollection<IMMDependency>(module, &IMergeModule::get_Dependencies,
                                     description.dependencies, failures);
   DescribeCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, description.exclusions,

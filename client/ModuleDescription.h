@@ -12,7 +12,8 @@
 
 struct FileDescription {
   std::string key;
-  std::string directory;
+  std::string directory;   ///< key of the module's Directory table
+  std::string targetPath;  ///< where that directory lies, "[ProgramFilesFolder]My Company\\bin"
   std::string fileName;
   std::optional<long> size;
   std::string version;
@@ -51,10 +52,10 @@ struct ModuleDescription {
   std::vector<ExclusionDescription> exclusions;
   std::vector<std::string> customActions;
   std::vector<std::string> dialogs;
-  /// Collections that could not be read; they are empty above.
+  /// What could not be read: collections, which are empty above, or the files' target paths.
   std::vector<ServerFailure> failures;
 };
 
 /// Everything that an open module says of itself. Throws ServerFailure when a property fails; a
-/// collection that fails is left out and listed among the failures.
+/// collection that fails is left out and listed among the failures, and so are target paths.
 ModuleDescription Describe(IMergeModule& module);

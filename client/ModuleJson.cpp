@@ -7,6 +7,7 @@ Json Number(const std::optional<long>& value) { return value ? Json(*value) : Js
 Json ItemJson(const FileDescription& file) {
   return {{"key", file.key},
           {"directory", file.directory},
+          {"targetPath", file.targetPath},
           {"fileName", file.fileName},
           {"fileSize", Number(file.size)},
           {"version", file.version},

@@ -26,10 +26,11 @@ std::string Names(const std::string& heading, const std::vector<std::string>& na
 }
 
 std::string Files(const std::vector<FileDescription>& files) {
-  TextTable table({"Key", "Directory", "File name", "Size", "Version", "Language", "Sequence"});
+  TextTable table(
+      {"Key", "Directory", "Target path", "File name", "Size", "Version", "Language", "Sequence"});
   for (const FileDescription& file : files) {
-    table.Add({file.key, file.directory, file.fileName, Cell(file.size), file.version,
-               file.language, Cell(file.sequence)});
+    table.Add({file.key, file.directory, file.targetPath, file.fileName, Cell(file.size),
+               file.version, file.language, Cell(file.sequence)});
   }
   return Heading("Files", files.size()) + table.ToString(kIndent);
 }

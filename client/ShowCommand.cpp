@@ -21,7 +21,7 @@ CComPtr<IMergeModule> CreateModule() {
 }
 
 ModuleDescription Read(IMergeModule& module, const std::string& file) {
-  const CUniqueBstr path(AllocBstr(FullPath(CWideString(ToWide(file)))));
+  const CUniqueBstr path(AllocBstr(FullPath(ToWide(file))));
   Check(path ? module.Open(path.Get()) : E_OUTOFMEMORY);
   return Describe(module);
 }

@@ -11,10 +11,10 @@ std::string ToUtf8(std::wstring_view text) {
   return narrow;
 }
 
-std::wstring ToWide(std::string_view text) {
+CWideString ToWide(std::string_view text) {
   const int length = static_cast<int>(text.size());
   const int size = ::MultiByteToWideChar(CP_UTF8, 0, text.data(), length, nullptr, 0);
   std::wstring wide(static_cast<size_t>(size), L'\0');
   ::MultiByteToWideChar(CP_UTF8, 0, text.data(), length, wide.data(), size);
-  return wide;
+  return CWideString(std::move(wide));
 }

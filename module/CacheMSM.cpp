@@ -2,6 +2,7 @@
 
 #include "common/ModuleKey.h"
 #include "msidb/Database.h"
+#include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
 #include "msidb/View.h"
 // After the installer's headers, on which it depends.
@@ -106,6 +107,10 @@ const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
     LoadFiles();
   }
   return m_files;
+}
+
+CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
+  return msidb::ResolveTargetPath(Database::OpenReadOnly(m_strPath), key);
 }
 
 void CCacheMSM::LoadDialogs() { ReadNames(m_strPath, L"Dialog", m_dialogs); }

@@ -52,6 +52,10 @@ class CCacheMSM : public CMMGallery {
   /// Rows by their File column.
   const FileMap& GetFiles();
 
+  /// The path of a key of the module's Directory table, for showing where files go; see
+  /// msidb::ResolveTargetPath. Nothing is kept.
+  CWideString ResolveDirectory(const CWideString& key) const;
+
  private:
   using DirectoryMap = std::map<CWideString, CWideString>;
 

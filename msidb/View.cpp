@@ -6,9 +6,12 @@ namespace msidb {
 
 void View::Open(const Database& database, const CWideString& query, const wchar_t* argument1,
                 const wchar_t* argument2) {
+  ReportInstallerResult(TryOpen(database, query), L"MsiOpenDatabaseView", argument1, argument2);
+}
+
+UINT View::TryOpen(const Database& database, const CWideString& query) noexcept {
   m_row = Record();
-  ReportInstallerResult(::MsiDatabaseOpenViewW(database.Get(), query.c_str(), m_view.Put()),
-                        L"MsiOpenDatabaseView", argument1, argument2);
+  return ::MsiDatabaseOpenViewW(database.Get(), query.c_str(), m_view.Put());
 }
 
 void View::Execute(const Record* parameters, const wchar_t* argument1, const wchar_t* argument2) {

@@ -14,6 +14,9 @@ class View {
   void Open(const Database& database, const CWideString& query, const wchar_t* argument1 = L"",
             const wchar_t* argument2 = L"");
 
+  /// The same, with the installer's code returned and not raised.
+  UINT TryOpen(const Database& database, const CWideString& query) noexcept;
+
   /// Runs the open query. `parameters` gives the values of its "?" and must be there when it has
   /// any.
   void Execute(const Record* parameters = nullptr, const wchar_t* argument1 = L"",

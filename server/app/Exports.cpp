@@ -1,6 +1,7 @@
 #include "server/app/QMMMUpdaterApp.h"
 #include "server/error/ErrorHandler.h"
 #include "server/frame/Registrar.h"
+#include "server/loader/ComponentLoader.h"
 
 namespace {
 
@@ -25,7 +26,15 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
   return TRUE;
 }
 
-STDAPI DllCanUnloadNow() { return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() {
+  if (CComModule::Instance().LockCount() != 0) {
+    return S_FALSE;
+  }
+  return RunAtBoundary(GUID_NULL, [] {
+    CComponentLoader::Instance().UnloadIdle();
+    return S_OK;
+  });
+}
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
   return CComModule::Instance().GetClassObject(clsid, iid, out);

@@ -5,19 +5,13 @@
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
-#include "common/UniqueHandle.h"
+#include "common/RegistryKey.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "server/error/Raise.h"
 #include "server/error/win32_exception.h"
 
 namespace {
-
-struct RegistryKeyTraits {
-  using Handle = HKEY;
-  static constexpr Handle None() noexcept { return nullptr; }
-  static void Close(Handle key) noexcept { ::RegCloseKey(key); }
-};
 
 void ThrowIfRegistryFailed(LSTATUS status) {
   ThrowIfFailed(qm::HResultFromCode(static_cast<DWORD>(status)));
@@ -26,7 +20,7 @@ void ThrowIfRegistryFailed(LSTATUS status) {
 /// Sets a value of a key below HKEY_CLASSES_ROOT, which is made when it is missing; null names the
 /// key's default value.
 void SetValue(const CWideString& key, const wchar_t* name, const CWideString& value) {
-  CUniqueHandle<RegistryKeyTraits> handle;
+  CUniqueRegistryKey handle;
   ThrowIfRegistryFailed(::RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0,
                                           KEY_SET_VALUE, nullptr, handle.Put(), nullptr));
   ThrowIfRegistryFailed(

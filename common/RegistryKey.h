@@ -1,0 +1,14 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/UniqueHandle.h"
+
+struct RegistryKeyTraits {
+  using Handle = HKEY;
+  static constexpr Handle None() noexcept { return nullptr; }
+  static void Close(Handle key) noexcept { ::RegCloseKey(key); }
+};
+
+/// The one owner of an open registry key.
+using CUniqueRegistryKey = CUniqueHandle<RegistryKeyTraits>;

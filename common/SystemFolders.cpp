@@ -1,0 +1,51 @@
+#include "common/SystemFolders.h"
+
+#include <windows.h>
+
+#include "common/Path.h"
+#include "common/RegistryKey.h"
+
+namespace {
+
+CWideString ReadText(HKEY key, const wchar_t* name) {
+  DWORD size = 0;
+  if (::RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
+    return {};
+  }
+  // One more: the value need not end in a zero.
+  std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
+  DWORD type = REG_NONE;
+  const LSTATUS status =
+      ::RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
+  const bool isText = type == REG_SZ || type == REG_EXPAND_SZ;
+  return status == ERROR_SUCCESS && isText ? CWideString(text.c_str()) : CWideString();
+}
+
+/// The text of a function that fills a buffer and returns the text's length, or 0.
+CWideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
+  wchar_t folder[MAX_PATH];
+  const UINT length = getFolder(folder, MAX_PATH);
+  return length > 0 && length < MAX_PATH ? CWideString(folder, length) : CWideString();
+}
+
+}  // namespace
+
+CWideString GetProgramFolder(unsigned long request) {
+  const bool native = (request & kNativeFolder) != 0;
+  CUniqueRegistryKey key;
+  ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", 0,
+                  native ? KEY_READ | KEY_WOW64_64KEY : KEY_READ, key.Put());
+  const bool common = (request & ~kNativeFolder) == kCommonFiles;
+  return key ? ReadText(key.Get(), common ? L"CommonFilesDir" : L"ProgramFilesDir") : CWideString();
+}
+
+CWideString GetSystemFolder(unsigned long request) {
+  switch (request) {
+    case kSysNative:
+      return JoinPath(FolderFrom(::GetWindowsDirectoryW), L"sysnative");
+    case kSysWow64:
+      return JoinPath(FolderFrom(::GetWindowsDirectoryW), L"syswow64");
+    default:
+      return FolderFrom(::GetSystemDirectoryW);
+  }
+}

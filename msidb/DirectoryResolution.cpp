@@ -1,0 +1,201 @@
+#include "msidb/DirectoryResolution.h"
+
+#include <cwchar>
+#include <set>
+
+#include "msidb/DirectoryName.h"
+#include "msidb/InstallerResult.h"
+#include "msidb/PredefinedFolders.h"
+#include "msidb/ProjectTraitsMSI.h"
+#include "msidb/View.h"
+
+namespace msidb {
+
+namespace {
+
+bool EqualsIgnoringCase(const CWideString& a, const wchar_t* b) noexcept {
+  return ::_wcsicmp(a.c_str(), b) == 0;
+}
+
+bool BeginsWithDot(const CWideString& name) noexcept {
+  return !name.empty() && std::wstring_view(name).front() == L'.';
+}
+
+/// The text of a field that fits into a path.
+UINT ReadName(const Record& row, UINT field, CWideString& name) {
+  wchar_t buffer[MAX_PATH];
+  DWORD length = MAX_PATH;
+  const UINT code = ::MsiRecordGetStringW(row.Get(), field, buffer, &length);
+  if (code == ERROR_SUCCESS) {
+    name = CWideString(buffer);
+  }
+  return code;
+}
+
+/// The installer's SQL has no escape for an apostrophe: a name that holds one is in no query.
+bool CanBeQuoted(const CWideString& name) noexcept {
+  return std::wstring_view(name).find(L'\'') == std::wstring_view::npos;
+}
+
+/// A walk up the Directory table: takes its rows one by one and puts their names before the path.
+class DirectoryWalk {
+ public:
+  DirectoryWalk(const Database& database, const DirectoryOptions& options, CWideString& path)
+      : m_database(database), m_options(options), m_path(path) {}
+
+  /// Takes a row (Directory_Parent, DefaultDir, Directory); a name that is too long is returned as
+  /// the installer's code. AtEnd() tells whether to go on with the row of the parent.
+  UINT Take(const Record& row) {
+    m_atEnd = true;
+    CWideString defaultDir;
+    CWideString key;
+    UINT code = ReadName(row, 2, defaultDir);
+    if (code == ERROR_SUCCESS) {
+      code = ReadName(row, 3, key);
+    }
+    if (code != ERROR_SUCCESS || !m_visited.insert(key).second) {
+      return code;
+    }
+    if (m_options.stripModuleSuffix) {
+      key = StripModuleSuffix(key);
+    }
+    if (PredefinedRootMatch(m_database, key)) {
+      Prepend(Reference(key), m_options.bracketRoot);
+      return code;
+    }
+    return TakeOwnFolder(row, defaultDir, key);
+  }
+
+  bool AtEnd() const noexcept { return m_atEnd; }
+
+ private:
+  /// A row that is no predefined folder.
+  UINT TakeOwnFolder(const Record& row, const CWideString& defaultDir, const CWideString& key) {
+    CWideString name = SplitDefaultDir(defaultDir, m_options.useSourcePart, m_options.useShortName);
+    const bool isRoot = EqualsIgnoringCase(name, L"SOURCEDIR");
+    if (isRoot && !LookupProperty(m_database, key, name)) {
+      return ERROR_SUCCESS;
+    }
+    if (BeginsWithDot(name)) {
+      if (m_options.resolveDotFolders && !m_options.useSourcePart) {
+        return TakeDotFolder(row, key);
+      }
+      name = Reference(key);
+    }
+    Prepend(name, false);
+    m_atEnd = isRoot;
+    return ERROR_SUCCESS;
+  }
+
+  /// A "." folder is that of its parent; below TARGETDIR, the one that a property names.
+  UINT TakeDotFolder(const Record& row, const CWideString& key) {
+    CWideString parent;
+    const UINT code = ReadName(row, 1, parent);
+    if (code == ERROR_SUCCESS) {
+      m_atEnd = EqualsIgnoringCase(parent, L"TARGETDIR");
+      CWideString value;
+      if (m_atEnd && LookupProperty(m_database, key, value)) {
+        m_path = value + m_path;
+      }
+    }
+    return code;
+  }
+
+  /// A key in place of a name. The brackets are those of installer properties in projects of any
+  /// kind.
+  CWideString Reference(const CWideString& key) const {
+    if (!m_options.bracketRoot) {
+      return key;
+    }
+    const ProjectTraitsMSI traits;
+    return traits.OpenDelimiter() + key + traits.CloseDelimiter();
+  }
+
+  /// A property reference ends in a backslash when it is filled in, so none follows it.
+  void Prepend(const CWideString& name, bool isPropertyReference) {
+    CWideString path = name;
+    if (!m_path.empty() && !isPropertyReference) {
+      path += L"\\";
+    }
+    path += m_path;
+    m_path = std::move(path);
+  }
+
+  const Database& m_database;
+  const DirectoryOptions& m_options;
+  CWideString& m_path;
+  std::set<CWideString> m_visited;
+  bool m_atEnd = false;
+};
+
+}  // namespace
+
+UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWideString& path,
+                          const DirectoryOptions& options) {
+  path.clear();
+  const Record start{CMsiHandle(::MsiCreateRecord(1))};
+  if (!start) {
+    return ERROR_CREATE_FAILED;
+  }
+  UINT code = ::MsiRecordSetStringW(start.Get(), 1, key.c_str());
+  if (code != ERROR_SUCCESS) {
+    return code;
+  }
+  View view;
+  code = view.TryOpen(database,
+                      L"SELECT `Directory_Parent`,`DefaultDir`, `Directory` FROM `Directory` "
+                      L"WHERE `Directory`.`Directory`=?");
+  if (code != ERROR_SUCCESS) {
+    return database.HasTable(L"Directory") ? code : ERROR_SUCCESS;
+  }
+
+  // A row is the parameter of the next execution: its first field, which "?" takes, is the parent.
+  DirectoryWalk walk(database, options, path);
+  view.Execute(&start);
+  while (code == ERROR_SUCCESS && view.Next()) {
+    code = walk.Take(view.Row());
+    if (walk.AtEnd()) {
+      break;
+    }
+    view.Close();
+    view.Execute(&view.Row());
+  }
+  return code;
+}
+
+CWideString ResolveTargetPath(const Database& database, const CWideString& key) {
+  CWideString path;
+  ReportInstallerResult(ResolveDirectoryPath(database, key, path, kTargetPath),
+                        L"ResolveDirectoryPath", key.c_str());
+  return path;
+}
+
+bool PredefinedRootMatch(const Database& database, const CWideString& key) {
+  std::wstring upper(key);
+  ::CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
+  // The table of folders is asked first: it answers without a query for nearly every row of a walk.
+  if (!FindPredefinedRoot(CWideString(std::move(upper)))) {
+    return false;
+  }
+  View view;
+  return view.RunAndFetch(
+      database,
+      CWideString::Format(L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory` = '%s'",
+                          key.c_str()));
+}
+
+bool LookupProperty(const Database& database, const CWideString& name, CWideString& value) {
+  if (!CanBeQuoted(name) || !database.HasTable(L"Property")) {
+    return false;
+  }
+  View view;
+  const bool found = view.RunAndFetch(
+      database,
+      CWideString::Format(L"SELECT * FROM `Property` WHERE `Property` = '%s'", name.c_str()));
+  if (found) {
+    value = view.Row().GetString(2);
+  }
+  return found;
+}
+
+}  // namespace msidb

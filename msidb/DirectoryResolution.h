@@ -1,0 +1,41 @@
+#pragma once
+
+#include "msidb/Database.h"
+
+namespace msidb {
+
+/// What a directory's path is made of.
+struct DirectoryOptions {
+  bool useSourcePart = false;  ///< the part of DefaultDir behind ":" instead of the one before it
+  bool useShortName = false;   ///< the part before "|" instead of the one behind it
+  bool stripModuleSuffix = false;  ///< keys without a merge module's suffix
+  bool resolveDotFolders = false;  ///< "." names below TARGETDIR through the Property table
+  bool bracketRoot = false;        ///< the predefined folder at the root as "[key]"
+};
+
+/// The options for showing where a module's files go.
+constexpr DirectoryOptions kTargetPath{false, false, true, true, true};
+
+/// The path of a key of the Directory table: a walk from its row up to a predefined folder, to the
+/// root or to a parent that is missing or was visited already. A key without a row, and any key
+/// when the table is missing, gives an empty path.
+///
+/// Returns an installer code, ERROR_SUCCESS included, for a query that cannot be opened, a
+/// parameter that cannot be made, and a name that is longer than the 259 characters of a path
+/// (ERROR_MORE_DATA); `path` then holds what was built so far. Failures to execute and to fetch are
+/// raised.
+UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWideString& path,
+                          const DirectoryOptions& options);
+
+/// The path that kTargetPath gives for `key`; a code that ResolveDirectoryPath returns is raised
+/// under its name and `key`.
+CWideString ResolveTargetPath(const Database& database, const CWideString& key);
+
+/// Whether the row `key` is there and is one of the installer's predefined folders, whatever its
+/// case. The 64-bit folders and TARGETDIR are none here: their own rows say where they lie.
+bool PredefinedRootMatch(const Database& database, const CWideString& key);
+
+/// The value of an installer property; false, and `value` untouched, when there is no such row.
+bool LookupProperty(const Database& database, const CWideString& name, CWideString& value);
+
+}  // namespace msidb

@@ -1,0 +1,34 @@
+#include "msidb/ProjectTraitsManager.h"
+
+#include "msidb/ProjectTraitsMSI.h"
+#include "msidb/ProjectTraitsPro.h"
+#include "server/error/Exception.h"
+#include "server/loader/ComponentLoader.h"
+
+int GetActiveProjectType() {
+  // The decorated name is the exported one.
+  const auto getType = CComponentLoader::Instance().FunctionOf<int(WINAPI*)()>(
+      L"QMObjMgr.DLL", "_GetActiveProjectType@0");
+  return getType();
+}
+
+bool IsScriptProjectActive() { return GetActiveProjectType() == kScriptProject; }
+
+CProjectTraitsManager::CProjectTraitsManager() {
+  m_traits.push_back(std::make_unique<ProjectTraitsMSI>());
+  m_traits.push_back(std::make_unique<ProjectTraitsPro>());
+}
+
+CProjectTraitsManager& CProjectTraitsManager::Instance() noexcept {
+  static CProjectTraitsManager manager;
+  return manager;
+}
+
+const ProjectTraits& CProjectTraitsManager::Current() const {
+  const auto type = static_cast<size_t>(GetActiveProjectType());
+  // A negative type is beyond the end as well.
+  if (type >= m_traits.size() || !m_traits[type]) {
+    ThrowMemoryException();
+  }
+  return *m_traits[type];
+}
