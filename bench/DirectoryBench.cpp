@@ -98,7 +98,7 @@ void BareWalks(const CWideString& module) {
 
 /// As a client does: the keys of all files, of which each directory is asked for once.
 void WholeModule(const CWideString& module) {
-  msidb::DirectoryPaths paths;
+  msidb::TargetDirectories paths;
   for (int i = 0; i < kFiles; ++i) {
     paths.try_emplace(KeyOf(i % kDirectories));
   }
@@ -108,7 +108,7 @@ void WholeModule(const CWideString& module) {
 void EveryFile(const CWideString& module) {
   const msidb::Database database = msidb::Database::OpenReadOnly(module);
   for (int i = 0; i < kFiles; ++i) {
-    msidb::ResolveTargetPath(database, KeyOf(i % kDirectories));
+    msidb::RequireDirectoryPath(database, KeyOf(i % kDirectories), msidb::kTargetPath);
   }
 }
 

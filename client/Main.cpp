@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <cstdio>
 
 #include "client/ServerFailure.h"
@@ -21,6 +22,33 @@ class CComApartment {
   ~CComApartment() { ::CoUninitialize(); }
   CComApartment(const CComApartment&) = delete;
   CComApartment& operator=(const CComApartment&) = delete;
+};
+
+/// Has a console show the UTF-8 that the client writes; a pipe or file gets the bytes in any case.
+class CUtf8Console {
+ public:
+  CUtf8Console() noexcept : m_previous(IsConsole() ? ::GetConsoleOutputCP() : 0) {
+    if (m_previous) {
+      ::SetConsoleOutputCP(CP_UTF8);
+    }
+  }
+  ~CUtf8Console() {
+    std::fflush(stdout);
+    if (m_previous) {
+      ::SetConsoleOutputCP(m_previous);
+    }
+  }
+  CUtf8Console(const CUtf8Console&) = delete;
+  CUtf8Console& operator=(const CUtf8Console&) = delete;
+
+ private:
+  static bool IsConsole() noexcept {
+    DWORD mode = 0;
+    return ::GetConsoleMode(::GetStdHandle(STD_OUTPUT_HANDLE), &mode) ||
+           ::GetConsoleMode(::GetStdHandle(STD_ERROR_HANDLE), &mode);
+  }
+
+  UINT m_previous;
 };
 
 int Run(std::vector<std::string> arguments) {
@@ -52,6 +80,9 @@ int Run(std::vector<std::string> arguments) {
     std::fprintf(stderr, "mmcat: the server cannot be used: %s %s\n",
                  HResultText(failure.Result()).c_str(), failure.what());
     return kServerFailed;
+  } catch (const std::exception& failure) {  // out of memory, for one
+    std::fprintf(stderr, "mmcat: %s\n", failure.what());
+    return kServerFailed;
   }
 }
 
@@ -62,6 +93,7 @@ int wmain(int argc, wchar_t** argv) {
   static char buffer[1 << 16];
   std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
 
+  const CUtf8Console console;
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
     arguments.push_back(ToUtf8(argv[i]));

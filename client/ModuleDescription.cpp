@@ -61,11 +61,13 @@ std::string DescribeItem(IMMCustomAction& action) {
 
 std::string DescribeItem(IMMDialog& dialog) { return Text(dialog, &IMMDialog::get_Name); }
 
-/// Fills `items` from a collection of the module; a failure goes to `failures` and leaves it empty.
+/// Fills `items` from a collection of the module; a failure is noted under `part` and leaves it
+/// empty.
 template <class Item, class Collection, class Value>
 void DescribeCollection(IMergeModule& module,
                         HRESULT (STDMETHODCALLTYPE IMergeModule::*property)(Collection**),
-                        std::vector<Value>& items, std::vector<ServerFailure>& failures) {
+                        const char* part, std::vector<Value>& items,
+                        std::vector<PartFailure>& failures) {
   try {
     CComPtr<Collection> collection;
     Check((module.*property)(collection.Put()));
@@ -80,25 +82,32 @@ void DescribeCollection(IMergeModule& module,
     }
   } catch (const ServerFailure& failure) {
     items.clear();
-    failures.push_back(failure);
+    failures.push_back({part, failure});
   }
 }
 
 /// Where the files go. No interface tells, so this asks the module's file itself.
 void ResolveTargetPaths(ModuleDescription& module) {
-  msidb::DirectoryPaths paths;
+  msidb::TargetDirectories directories;
   for (const FileDescription& file : module.files) {
-    paths.try_emplace(ToWide(file.directory));
+    directories.try_emplace(ToWide(file.directory));
   }
-  if (paths.empty()) {
+  if (directories.empty()) {
     return;
   }
-  const HRESULT hr = msidb::ResolveModuleDirectories(ToWide(module.path), paths);
+  const HRESULT hr = msidb::ResolveModuleDirectories(ToWide(module.path), directories);
   if (FAILED(hr)) {
-    module.failures.push_back(ServerFailure::Capture(hr));
+    module.failures.push_back({"target paths", ServerFailure::Capture(hr)});
+    return;
+  }
+  for (const auto& [key, directory] : directories) {
+    if (FAILED(directory.result)) {
+      module.failures.push_back({"target path of " + ToUtf8(key),
+                                 {directory.result, OnOneLine(ToUtf8(directory.description))}});
+    }
   }
   for (FileDescription& file : module.files) {
-    file.targetPath = ToUtf8(paths[ToWide(file.directory)]);
+    file.targetPath = ToUtf8(directories[ToWide(file.directory)].path);
   }
 }
 
@@ -118,14 +127,16 @@ ModuleDescription Describe(IMergeModule& module) {
   description.packageCode = Text(module, &IMergeModule::get_PackageCode);
 
   auto& failures = description.failures;
-  DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, description.files, failures);
+  DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, "files", description.files,
+                              failures);
   ResolveTargetPaths(description);
-  DescribeCollection<IMMDependency>(module, &IMergeModule::get_Dependencies,
+  DescribeCollection<IMMDependency>(module, &IMergeModule::get_Dependencies, "dependencies",
                                     description.dependencies, failures);
-  DescribeCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, description.exclusions,
-                                   failures);
-  DescribeCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions,
+  DescribeCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, "exclusions",
+                                   description.exclusions, failures);
+  DescribeCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions, "custom actions",
                                       description.customActions, failures);
-  DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, description.dialogs, failures);
+  DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
+                                failures);
   return description;
 }

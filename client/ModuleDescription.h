@@ -36,6 +36,12 @@ struct ExclusionDescription {
   std::string maxVersion;
 };
 
+/// A part of a module that could not be read.
+struct PartFailure {
+  std::string part;  ///< "files", "dependencies", ..., "target path of KEY"
+  ServerFailure failure;
+};
+
 struct ModuleDescription {
   std::string path;
   std::string key;
@@ -52,10 +58,11 @@ struct ModuleDescription {
   std::vector<ExclusionDescription> exclusions;
   std::vector<std::string> customActions;
   std::vector<std::string> dialogs;
-  /// What could not be read: collections, which are empty above, or the files' target paths.
-  std::vector<ServerFailure> failures;
+  /// What could not be read: collections, which are empty above, or target paths.
+  std::vector<PartFailure> failures;
 };
 
-/// Everything that an open module says of itself. Throws ServerFailure when a property fails; a
-/// collection that fails is left out and listed among the failures, and so are target paths.
+/// Identity, summary and tables of an open module, with the target paths of its files. Throws
+/// ServerFailure when a property fails; a collection or target path that fails is left out and
+/// listed among the failures.
 ModuleDescription Describe(IMergeModule& module);

@@ -59,7 +59,9 @@ Json ModuleJson(const ModuleDescription& module) {
           {"dialogs", module.dialogs}};
 }
 
-Json FailureJson(const std::string& file, const ServerFailure& failure) {
-  return {
-      {"file", file}, {"hresult", HResultText(failure.Result())}, {"description", failure.what()}};
+Json FailureJson(const std::string& file, const std::string& part, const ServerFailure& failure) {
+  return {{"file", file},
+          {"part", part},
+          {"hresult", HResultText(failure.Result())},
+          {"description", failure.what()}};
 }

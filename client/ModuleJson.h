@@ -11,5 +11,5 @@ using Json = nlohmann::ordered_json;
 /// out.
 Json ModuleJson(const ModuleDescription& module);
 
-/// A failure that concerns `file`.
-Json FailureJson(const std::string& file, const ServerFailure& failure);
+/// A failure to read `file`, or only a part of it; `part` is empty for the whole.
+Json FailureJson(const std::string& file, const std::string& part, const ServerFailure& failure);

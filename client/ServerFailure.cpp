@@ -7,8 +7,6 @@
 #include "common/ComPtr.h"
 #include "common/SystemText.h"
 
-namespace {
-
 std::string OnOneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {
@@ -23,8 +21,6 @@ std::string OnOneLine(const std::string& text) {
   }
   return line;
 }
-
-}  // namespace
 
 ServerFailure ServerFailure::Capture(HRESULT hr) {
   CComPtr<IErrorInfo> info;

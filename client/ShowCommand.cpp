@@ -26,8 +26,9 @@ ModuleDescription Read(IMergeModule& module, const std::string& file) {
   return Describe(module);
 }
 
-void PrintFailure(const std::string& file, const ServerFailure& failure) {
-  std::fprintf(stderr, "mmcat: %s: %s %s\n", file.c_str(), HResultText(failure.Result()).c_str(),
+void PrintFailure(const std::string& file, const std::string& part, const ServerFailure& failure) {
+  const std::string subject = part.empty() ? file : file + ": " + part;
+  std::fprintf(stderr, "mmcat: %s: %s %s\n", subject.c_str(), HResultText(failure.Result()).c_str(),
                failure.what());
 }
 
@@ -45,15 +46,15 @@ class Report {
       m_first = false;
       std::fwrite(text.data(), 1, text.size(), stdout);
     }
-    for (const ServerFailure& failure : module.failures) {
-      Add(file, failure);
+    for (const PartFailure& failed : module.failures) {
+      Add(file, failed.part, failed.failure);
     }
   }
 
-  void Add(const std::string& file, const ServerFailure& failure) {
+  void Add(const std::string& file, const std::string& part, const ServerFailure& failure) {
     m_failed = true;
-    m_document["errors"].push_back(FailureJson(file, failure));
-    PrintFailure(file, failure);
+    m_document["errors"].push_back(FailureJson(file, part, failure));
+    PrintFailure(file, part, failure);
   }
 
   ExitCode Finish() const {
@@ -80,7 +81,7 @@ ExitCode Show(const std::vector<std::string>& files, bool json) {
     try {
       report.Add(file, Read(*module, file));
     } catch (const ServerFailure& failure) {
-      report.Add(file, failure);
+      report.Add(file, "", failure);
     }
   }
   return report.Finish();

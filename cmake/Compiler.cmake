@@ -10,18 +10,18 @@ target_compile_definitions(qm_settings INTERFACE
 # -Woverloaded-virtual: on this target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
 # nothing else says so. -Wnon-virtual-dtor is left out: it fires on every COM interface.
 target_compile_options(qm_settings INTERFACE
-  $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Werror;-Woverloaded-virtual;-Wsuggest-override;-Wcast-qual;-Wshadow>
-  $<$<COMPILE_LANGUAGE:CXX>:-fstack-protector-strong>)
+  $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Werror;-Woverloaded-virtual;-Wsuggest-override;-Wcast-qual;-Wshadow>)
 target_link_options(qm_settings INTERFACE
   -static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
   $<$<CONFIG:Release>:-s>)
-# The stack protector's support library is not among the compiler's own defaults on this target.
-target_link_libraries(qm_settings INTERFACE ssp)
 
 if(QM_STRICT)
   target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
+  # The stack protector is left out of what users get: its support library opens a cryptographic
+  # provider while the DLL is loaded.
   target_compile_options(qm_settings INTERFACE
-    -O1 -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+    -O1 -fstack-protector-strong -fsanitize=undefined -fsanitize-undefined-trap-on-error)
+  target_link_libraries(qm_settings INTERFACE ssp)
 endif()
 
 # A static library of one folder of the house; its sources are all the folder's .cpp files.

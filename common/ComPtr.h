@@ -22,7 +22,8 @@ class CComPtr {
     return *this;
   }
   CComPtr& operator=(CComPtr&& other) noexcept {
-    std::swap(m_object, other.m_object);
+    CComPtr taken(std::move(other));
+    std::swap(m_object, taken.m_object);
     return *this;
   }
   ~CComPtr() { Release(); }

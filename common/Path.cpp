@@ -21,7 +21,11 @@ CWideString JoinPath(const CWideString& base, std::wstring_view tail) {
 
 CWideString FolderOf(std::wstring_view path) {
   const size_t end = path.rfind(L'\\');
-  return end == std::wstring_view::npos ? CWideString() : CWideString(path.substr(0, end));
+  if (end == std::wstring_view::npos) {
+    return {};
+  }
+  const bool isRoot = end == 2 && path[1] == L':';
+  return path.substr(0, isRoot ? end + 1 : end);
 }
 
 CWideString FullPath(const CWideString& path) {

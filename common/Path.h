@@ -6,7 +6,8 @@
 /// not doubled, and an empty base gives the tail as it is.
 CWideString JoinPath(const CWideString& base, std::wstring_view tail);
 
-/// The folder of a file: everything before the last backslash; empty when there is none.
+/// The folder of a file or folder: everything before the last backslash, which only the root of a
+/// drive keeps; empty when there is no backslash.
 CWideString FolderOf(std::wstring_view path);
 
 /// The full path of a file or folder, from the current folder when it is relative; the path itself

@@ -28,6 +28,12 @@ CWideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
   return length > 0 && length < MAX_PATH ? CWideString(folder, length) : CWideString();
 }
 
+/// A folder below the Windows folder.
+CWideString BelowWindows(const wchar_t* name) {
+  const CWideString windows = FolderFrom(::GetWindowsDirectoryW);
+  return windows.empty() ? windows : JoinPath(windows, name);
+}
+
 }  // namespace
 
 CWideString GetProgramFolder(unsigned long request) {
@@ -42,9 +48,9 @@ CWideString GetProgramFolder(unsigned long request) {
 CWideString GetSystemFolder(unsigned long request) {
   switch (request) {
     case kSysNative:
-      return JoinPath(FolderFrom(::GetWindowsDirectoryW), L"sysnative");
+      return BelowWindows(L"sysnative");
     case kSysWow64:
-      return JoinPath(FolderFrom(::GetWindowsDirectoryW), L"syswow64");
+      return BelowWindows(L"syswow64");
     default:
       return FolderFrom(::GetSystemDirectoryW);
   }

@@ -2,6 +2,7 @@
 
 #include <string>
 #include <string_view>
+#include <utility>
 
 /// The text type of the whole server: UTF-16, any length, embedded zeros allowed.
 ///

@@ -15,24 +15,33 @@ using msidb::View;
 
 namespace {
 
-/// Calls `use` for every row of a query over `table`; a module that lacks the table has no rows.
-template <class Use>
-void ForEachRow(const Database& database, const wchar_t* table, const CWideString& query, Use use) {
+/// Calls `use` for every row that `run` has a view find in `table`; a module that lacks the table
+/// has no rows.
+template <class Run, class Use>
+void ForEachRow(const Database& database, const wchar_t* table, Run run, Use use) {
   if (!database.HasTable(table)) {
     return;
   }
   View view;
-  view.Run(database, query);
+  run(view);
   while (view.Next()) {
     use(view.Row());
   }
 }
 
-/// The same for all columns of `table`, in the table's own order, of the module at `path`.
+/// The rows of a query over `table`.
+template <class Use>
+void ForEachRow(const Database& database, const wchar_t* table, const wchar_t* query, Use use) {
+  ForEachRow(
+      database, table, [&](View& view) { view.Run(database, query); }, use);
+}
+
+/// All rows of `table` of the module at `path`, in the table's own order.
 template <class Use>
 void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
-  ForEachRow(Database::OpenReadOnly(path), table, CWideString::Format(L"SELECT * FROM `%s`", table),
-             use);
+  const Database database = Database::OpenReadOnly(path);
+  ForEachRow(
+      database, table, [&](View& view) { view.RunTable(database, table); }, use);
 }
 
 void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
@@ -110,7 +119,7 @@ const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
 }
 
 CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
-  return msidb::ResolveTargetPath(Database::OpenReadOnly(m_strPath), key);
+  return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, msidb::kTargetPath);
 }
 
 void CCacheMSM::LoadDialogs() { ReadNames(m_strPath, L"Dialog", m_dialogs); }

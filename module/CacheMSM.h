@@ -53,7 +53,7 @@ class CCacheMSM : public CMMGallery {
   const FileMap& GetFiles();
 
   /// The path of a key of the module's Directory table, for showing where files go; see
-  /// msidb::ResolveTargetPath. Nothing is kept.
+  /// msidb::RequireDirectoryPath. Nothing is kept.
   CWideString ResolveDirectory(const CWideString& key) const;
 
  private:

@@ -1,11 +1,13 @@
 #pragma once
 
+#include <windows.h>
+
 #include "common/WideString.h"
 
 class ProjectTraits;
 
 /// HRESULT of a predefined folder that has no default directory.
-constexpr long kUnknownPredefinedFolder = static_cast<long>(0x800403ED);
+constexpr HRESULT kUnknownPredefinedFolder = static_cast<HRESULT>(0x800403ED);
 
 /// The DefaultDir text that a predefined folder gets when its row of the Directory table has to be
 /// made: "short|long", or one name for both. A key that is not predefined (the comparison is exact)

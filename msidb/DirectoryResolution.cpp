@@ -32,9 +32,13 @@ UINT ReadName(const Record& row, UINT field, CWideString& name) {
   return code;
 }
 
-/// The installer's SQL has no escape for an apostrophe: a name that holds one is in no query.
-bool CanBeQuoted(const CWideString& name) noexcept {
-  return std::wstring_view(name).find(L'\'') == std::wstring_view::npos;
+/// Fetches the first row that `query` finds for `name`, which stands for its "%s"; false when there
+/// is none. The installer's SQL has no escape for an apostrophe, so a name that holds one is in no
+/// query and has no row.
+bool FetchByName(View& view, const Database& database, const wchar_t* query,
+                 const CWideString& name) {
+  const bool canBeQuoted = std::wstring_view(name).find(L'\'') == std::wstring_view::npos;
+  return canBeQuoted && view.RunAndFetch(database, CWideString::Format(query, name.c_str()));
 }
 
 /// A walk up the Directory table: takes its rows one by one and puts their names before the path.
@@ -141,12 +145,15 @@ UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWid
   if (code != ERROR_SUCCESS) {
     return code;
   }
+  if (!database.HasTable(L"Directory")) {
+    return ERROR_SUCCESS;
+  }
   View view;
   code = view.TryOpen(database,
                       L"SELECT `Directory_Parent`,`DefaultDir`, `Directory` FROM `Directory` "
                       L"WHERE `Directory`.`Directory`=?");
   if (code != ERROR_SUCCESS) {
-    return database.HasTable(L"Directory") ? code : ERROR_SUCCESS;
+    return code;
   }
 
   // A row is the parameter of the next execution: its first field, which "?" takes, is the parent.
@@ -163,11 +170,25 @@ UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWid
   return code;
 }
 
-CWideString ResolveTargetPath(const Database& database, const CWideString& key) {
+CWideString RequireDirectoryPath(const Database& database, const CWideString& key,
+                                 const DirectoryOptions& options) {
   CWideString path;
-  ReportInstallerResult(ResolveDirectoryPath(database, key, path, kTargetPath),
-                        L"ResolveDirectoryPath", key.c_str());
+  ReportInstallerResult(ResolveDirectoryPath(database, key, path, options), L"ResolveDirectoryPath",
+                        key.c_str());
   return path;
+}
+
+DirectoryPaths ResolveAllDirectories(const Database& database, const DirectoryOptions& options) {
+  DirectoryPaths paths;
+  if (database.HasTable(L"Directory")) {
+    View view;
+    view.RunTable(database, L"Directory");
+    while (view.Next()) {
+      const CWideString key = view.Row().GetString(1);
+      paths.insert_or_assign(key, RequireDirectoryPath(database, key, options));
+    }
+  }
+  return paths;
 }
 
 bool PredefinedRootMatch(const Database& database, const CWideString& key) {
@@ -178,20 +199,17 @@ bool PredefinedRootMatch(const Database& database, const CWideString& key) {
     return false;
   }
   View view;
-  return view.RunAndFetch(
-      database,
-      CWideString::Format(L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory` = '%s'",
-                          key.c_str()));
+  return FetchByName(view, database,
+                     L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory` = '%s'", key);
 }
 
 bool LookupProperty(const Database& database, const CWideString& name, CWideString& value) {
-  if (!CanBeQuoted(name) || !database.HasTable(L"Property")) {
+  if (!database.HasTable(L"Property")) {
     return false;
   }
   View view;
-  const bool found = view.RunAndFetch(
-      database,
-      CWideString::Format(L"SELECT * FROM `Property` WHERE `Property` = '%s'", name.c_str()));
+  const bool found =
+      FetchByName(view, database, L"SELECT * FROM `Property` WHERE `Property` = '%s'", name);
   if (found) {
     value = view.Row().GetString(2);
   }

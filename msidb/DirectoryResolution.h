@@ -1,5 +1,7 @@
 #pragma once
 
+#include <map>
+
 #include "msidb/Database.h"
 
 namespace msidb {
@@ -13,8 +15,13 @@ struct DirectoryOptions {
   bool bracketRoot = false;        ///< the predefined folder at the root as "[key]"
 };
 
-/// The options for showing where a module's files go.
+/// The options for showing where a module's files go, and those for looking at all of a table's
+/// rows.
 constexpr DirectoryOptions kTargetPath{false, false, true, true, true};
+constexpr DirectoryOptions kTableScan{false, false, true, true, false};
+
+/// Paths of directories by their keys of the Directory table.
+using DirectoryPaths = std::map<CWideString, CWideString>;
 
 /// The path of a key of the Directory table: a walk from its row up to a predefined folder, to the
 /// root or to a parent that is missing or was visited already. A key without a row, and any key
@@ -27,9 +34,15 @@ constexpr DirectoryOptions kTargetPath{false, false, true, true, true};
 UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWideString& path,
                           const DirectoryOptions& options);
 
-/// The path that kTargetPath gives for `key`; a code that ResolveDirectoryPath returns is raised
-/// under its name and `key`.
-CWideString ResolveTargetPath(const Database& database, const CWideString& key);
+/// The path of `key`; a code that ResolveDirectoryPath returns is raised under that name, with
+/// `key`.
+CWideString RequireDirectoryPath(const Database& database, const CWideString& key,
+                                 const DirectoryOptions& options);
+
+/// The paths of all rows of the Directory table; none when it is missing. Raises as
+/// RequireDirectoryPath does.
+DirectoryPaths ResolveAllDirectories(const Database& database,
+                                     const DirectoryOptions& options = kTableScan);
 
 /// Whether the row `key` is there and is one of the installer's predefined folders, whatever its
 /// case. The 64-bit folders and TARGETDIR are none here: their own rows say where they lie.

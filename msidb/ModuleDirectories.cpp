@@ -1,16 +1,32 @@
 #include "msidb/ModuleDirectories.h"
 
 #include "msidb/DirectoryResolution.h"
-#include "msidb/InstallerResult.h"
 #include "server/error/ErrorHandler.h"
 
 namespace msidb {
 
-HRESULT ResolveModuleDirectories(const CWideString& module, DirectoryPaths& paths) noexcept {
+namespace {
+
+TargetDirectory Resolve(const Database& database, const CWideString& key) {
+  TargetDirectory directory;
+  directory.result = RunAtBoundary(GUID_NULL, [&] {
+    directory.path = RequireDirectoryPath(database, key, kTargetPath);
+    return S_OK;
+  });
+  if (FAILED(directory.result)) {
+    directory.description = com_exception(directory.result).description;
+  }
+  return directory;
+}
+
+}  // namespace
+
+HRESULT ResolveModuleDirectories(const CWideString& module,
+                                 TargetDirectories& directories) noexcept {
   return RunAtBoundary(GUID_NULL, [&] {
     const Database database = Database::OpenReadOnly(module);
-    for (auto& [key, path] : paths) {
-      path = ResolveTargetPath(database, key);
+    for (auto& [key, directory] : directories) {
+      directory = Resolve(database, key);
     }
     return S_OK;
   });

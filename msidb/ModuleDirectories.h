@@ -8,15 +8,23 @@
 
 namespace msidb {
 
-/// Paths of a module's directories by their keys of the Directory table.
-using DirectoryPaths = std::map<CWideString, CWideString>;
+/// Where a directory of a module lies, or why that cannot be said.
+struct TargetDirectory {
+  CWideString path;         ///< "[ProgramFilesFolder]My Company\\bin"
+  HRESULT result = S_OK;    ///< a failing HRESULT when the path cannot be resolved
+  CWideString description;  ///< of the failure
+};
 
-/// Fills in the path of every key of `paths`, for showing where the files of the module at `module`
-/// go:
-/// "[ProgramFilesFolder]My Company\bin". Each key is resolved once, over one open database.
+/// Target directories by their keys of the module's Directory table.
+using TargetDirectories = std::map<CWideString, TargetDirectory>;
+
+/// Resolves every key of `directories`, each once, over one open database, for showing where the
+/// files of the module at `module` go. A directory that fails does not stand in the way of the
+/// others.
 ///
 /// Never throws: answers a failing HRESULT, with the thread's error object, when the module cannot
-/// be read; keys before the failure are filled in then.
-HRESULT ResolveModuleDirectories(const CWideString& module, DirectoryPaths& paths) noexcept;
+/// be opened or memory is short.
+HRESULT ResolveModuleDirectories(const CWideString& module,
+                                 TargetDirectories& directories) noexcept;
 
 }  // namespace msidb

@@ -3,6 +3,7 @@
 #include <map>
 
 #include "common/Bstr.h"
+#include "common/ModuleLifetime.h"
 #include "server/error/Raise.h"
 
 namespace msidb {
@@ -47,7 +48,8 @@ RootMap MakeRootMap() {
 }  // namespace
 
 const wchar_t* FindPredefinedRoot(const CWideString& upperCaseKey) {
-  static const RootMap map = MakeRootMap();
+  static CModuleWide<RootMap> theMap;
+  const RootMap& map = theMap.Get([] { return new RootMap(MakeRootMap()); });
   const auto found = map.find(CopyKey(upperCaseKey));
   return found == map.end() ? nullptr : found->second;
 }

@@ -1,5 +1,6 @@
 #include "msidb/ProjectTraitsManager.h"
 
+#include "common/ModuleLifetime.h"
 #include "msidb/ProjectTraitsMSI.h"
 #include "msidb/ProjectTraitsPro.h"
 #include "server/error/Exception.h"
@@ -19,9 +20,9 @@ CProjectTraitsManager::CProjectTraitsManager() {
   m_traits.push_back(std::make_unique<ProjectTraitsPro>());
 }
 
-CProjectTraitsManager& CProjectTraitsManager::Instance() noexcept {
-  static CProjectTraitsManager manager;
-  return manager;
+CProjectTraitsManager& CProjectTraitsManager::Instance() {
+  static CModuleWide<CProjectTraitsManager> manager;
+  return manager.Get([] { return new CProjectTraitsManager; });
 }
 
 const ProjectTraits& CProjectTraitsManager::Current() const {

@@ -19,10 +19,10 @@ int GetActiveProjectType();
 /// Whether the active project is script-based. Raises as GetActiveProjectType does.
 bool IsScriptProjectActive();
 
-/// Owns the traits of both kinds of project. One per process, from load to unload.
+/// Owns the traits of both kinds of project. One per process, made at its first use.
 class CProjectTraitsManager {
  public:
-  static CProjectTraitsManager& Instance() noexcept;
+  static CProjectTraitsManager& Instance();
 
   /// The traits of the active project. A project of no known type raises the frame's out-of-memory
   /// exception, by which callers recognise it; otherwise as GetActiveProjectType.

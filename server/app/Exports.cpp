@@ -16,6 +16,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
       return theApp.InitInstance();
     case DLL_PROCESS_DETACH:
       // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
+      // What the module keeps has no destructor that the C library would run.
       if (!reserved) {
         theApp.ExitInstance();
       }
@@ -27,13 +28,11 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 }
 
 STDAPI DllCanUnloadNow() {
-  if (CComModule::Instance().LockCount() != 0) {
-    return S_FALSE;
+  if (CComModule::Instance().LockCount() == 0) {
+    UnloadIdleSiblings();
   }
-  return RunAtBoundary(GUID_NULL, [] {
-    CComponentLoader::Instance().UnloadIdle();
-    return S_OK;
-  });
+  // Asked after the siblings, whose code may have made an object meanwhile.
+  return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
@@ -46,5 +45,6 @@ STDAPI DllRegisterServer() {
 }
 
 STDAPI DllUnregisterServer() {
-  return RunAtBoundary(GUID_NULL, [] { return UnregisterServer(ServerObjects()); });
+  return RunAtBoundary(GUID_NULL,
+                       [] { return UnregisterServer(ServerObjects(), theApp.Instance()); });
 }

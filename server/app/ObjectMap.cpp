@@ -1,3 +1,6 @@
+#include <iterator>
+
+#include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "module/MergeModule.h"
 #include "server/app/QMMMUpdaterApp.h"
@@ -9,6 +12,7 @@ const ObjectMap& ServerObjects() noexcept {
       {&CLSID_MergeModule2, L"QmMMUpdater.MergeModule2.1", L"QmMMUpdater.MergeModule2",
        IDS_CLASS_DESCRIPTION, &CreateComObject<CMergeModule>},
   };
-  static const ObjectMap map{entries, std::size(entries)};
+  static const ObjectMap map{entries, std::size(entries), &LIBID_QMMMUPDATER2Lib,
+                             &LIBID_QMMMUpdaterLib, L"qmmmupdater.tlb"};
   return map;
 }

@@ -1,16 +1,14 @@
 #include "server/app/QMMMUpdaterApp.h"
 
-#include <exception>
+#include "common/ModuleLifetime.h"
 
 BOOL CQMMMUpdaterApp::InitInstance() {
-  // Has the C++ runtime make this thread's exception state now: making it at the first throw ends
-  // the process when memory is short then.
-  (void)std::uncaught_exceptions();
   CComModule::Instance().Init(ServerObjects(), Instance());
   return CWinApp::InitInstance();
 }
 
 int CQMMMUpdaterApp::ExitInstance() {
   CComModule::Instance().Term();
+  EndModuleLifetime();
   return CWinApp::ExitInstance();
 }

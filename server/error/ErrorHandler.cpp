@@ -48,6 +48,7 @@ HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* descriptio
 
 HRESULT ReportOutOfMemory() noexcept {
   Trace(E_OUTOFMEMORY, L"");
+  ::SetErrorInfo(0, nullptr);  // one that a failure on the way left would explain something else
   return E_OUTOFMEMORY;
 }
 
@@ -68,7 +69,7 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
     throw;
   } catch (const com_exception& failure) {
     return ReportFailure(clsid, failure, nullptr);
-  } catch (CComException* exception) {
+  } catch (_CComException<int>* exception) {
     const HRESULT hr = ReportFailure(clsid, exception->Failure(), nullptr);
     exception->Delete();
     return hr;

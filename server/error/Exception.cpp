@@ -15,7 +15,10 @@ BOOL CMemoryException::GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT*) co
   return CopyMessage(text ? text.Get() : L"", buffer, maxChars);
 }
 
-void ThrowMemoryException() {
-  static CMemoryException exception;
-  throw &exception;
-}
+namespace {
+
+CMemoryException theMemoryException;
+
+}  // namespace
+
+void ThrowMemoryException() { throw &theMemoryException; }

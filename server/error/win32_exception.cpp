@@ -35,7 +35,7 @@ struct win32_exception::Shared {
   NarrowText narrow{};
 };
 
-win32_exception::win32_exception() : m_shared(new Shared{::GetLastError()}) {}
+win32_exception::win32_exception(DWORD code) : m_shared(new Shared{code}) {}
 
 win32_exception::win32_exception(const win32_exception& other) noexcept
     : std::exception(other), m_shared(other.m_shared) {

@@ -13,7 +13,7 @@ namespace qm {
 /// interlocked operations; the last copy frees it.
 class win32_exception : public std::exception {
  public:
-  win32_exception();
+  win32_exception() : win32_exception(::GetLastError()) {}
   win32_exception(const win32_exception& other) noexcept;
   win32_exception& operator=(const win32_exception& other) noexcept;
   ~win32_exception() override;
@@ -30,6 +30,9 @@ class win32_exception : public std::exception {
   const char* what() const noexcept override;
 
  private:
+  /// Takes the code as an argument: making the shared block may change the thread's.
+  explicit win32_exception(DWORD code);
+
   struct Shared;
   Shared* m_shared;
 };

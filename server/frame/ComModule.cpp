@@ -1,17 +1,29 @@
 #include "server/frame/ComModule.h"
 
+#include <exception>
+#include <new>
 #include <utility>
 
 #include "common/ComPtr.h"
 #include "common/Path.h"
-#include "idl/qmmmupdater.h"
-#include "idl/qmmmupdater2.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
 #include "server/frame/ClassFactory.h"
 #include "server/frame/DispatchImpl.h"
 
 namespace {
+
+// The C++ runtime makes some of its state at the first throw of the process and of a thread, and
+// does not survive a shortage of memory then. These have it made while memory is there.
+
+void PrepareModuleForExceptions() noexcept {
+  try {
+    throw 0;
+  } catch (int) {  // NOLINT(bugprone-empty-catch): throwing was the point
+  }
+}
+
+void PrepareThreadForExceptions() noexcept { (void)std::uncaught_exceptions(); }
 
 class CSectionLock {
  public:
@@ -45,6 +57,7 @@ CComModule::CComModule() noexcept {
 CComModule::~CComModule() { ::DeleteCriticalSection(&m_factoryCreation); }
 
 void CComModule::Init(const ObjectMap& objects, HINSTANCE instance) noexcept {
+  PrepareModuleForExceptions();
   m_objects = objects;
   m_instance = instance;
 }
@@ -69,6 +82,7 @@ HRESULT CComModule::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexc
     return E_POINTER;
   }
   *out = nullptr;
+  PrepareThreadForExceptions();
   for (size_t i = 0; i < m_objects.count; ++i) {
     if (*m_objects.entries[i].clsid == clsid) {
       CComClassFactory* const factory = FindOrMakeFactory(m_objects.entries[i]);
@@ -96,9 +110,11 @@ HRESULT CComModule::GetTypeLibrary(TypeLibrary library, ITypeLib** out) noexcept
   ITypeLib*& loaded = m_typeLibraries[static_cast<size_t>(library)];
   if (!loaded) {
     const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-      return library == TypeLibrary::Interfaces
-                 ? LoadLibraryOrRegistered(InterfaceLibraryPath(), LIBID_QMMMUpdaterLib, &loaded)
-                 : LoadLibraryOrRegistered(ModulePath(m_instance), LIBID_QMMMUPDATER2Lib, &loaded);
+      return library == TypeLibrary::Interfaces && m_objects.interfaceLibrary
+                 ? LoadLibraryOrRegistered(InterfaceLibraryPath(m_objects, m_instance),
+                                           *m_objects.interfaceLibrary, &loaded)
+                 : LoadLibraryOrRegistered(ModulePath(m_instance), *m_objects.classLibrary,
+                                           &loaded);
     });
     if (FAILED(hr)) {
       return hr;
@@ -128,7 +144,6 @@ CWideString ModulePath(HINSTANCE instance) {
   }
 }
 
-CWideString InterfaceLibraryPath() {
-  return JoinPath(FolderOf(ModulePath(CComModule::Instance().ModuleInstance())),
-                  L"qmmmupdater.tlb");
+CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance) {
+  return JoinPath(FolderOf(ModulePath(instance)), objects.interfaceLibraryFile);
 }

@@ -16,15 +16,21 @@ struct ObjectMapEntry {
   ComCreator create;
 };
 
-/// The coclasses of the server; the application object owns it.
+/// The coclasses of a DLL and the type libraries that describe them; the DLL owns it.
 struct ObjectMap {
   const ObjectMapEntry* entries;
   size_t count;
+  /// The library that the DLL carries as a resource.
+  const GUID* classLibrary;
+  /// The library of the interfaces and its file, which lies beside the DLL; null when the resource
+  /// describes the interfaces too.
+  const GUID* interfaceLibrary = nullptr;
+  const wchar_t* interfaceLibraryFile = nullptr;
 };
 
 /// The library that describes an interface to IDispatch.
 enum class TypeLibrary {
-  Interfaces,  ///< qmmmupdater.tlb beside the DLL, else the registered one
+  Interfaces,  ///< the file beside the DLL, else the registered one
   Classes,     ///< the resource of the DLL
 };
 
@@ -32,7 +38,7 @@ class CComClassFactory;
 class CTypeInfoHolder;
 
 /// State of the server module: its instance, coclasses and lock count, the cached class factories
-/// and type information. One per process.
+/// and type information. One per DLL.
 class CComModule {
  public:
   static CComModule& Instance() noexcept;
@@ -46,7 +52,6 @@ class CComModule {
   void Term() noexcept;
 
   HINSTANCE ModuleInstance() const noexcept { return m_instance; }
-  const ObjectMap& Objects() const noexcept { return m_objects; }
 
   /// Objects and server locks that are alive.
   LONG LockCount() const noexcept { return m_lockCount; }
@@ -81,6 +86,5 @@ class CComModule {
 /// Full path of a module's file, of any length. Throws qm::win32_exception.
 CWideString ModulePath(HINSTANCE instance);
 
-/// Full path of the interface type library, which lies beside the server's own file. Throws
-/// qm::win32_exception.
-CWideString InterfaceLibraryPath();
+/// Full path of the interface library's file beside the DLL. Throws qm::win32_exception.
+CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);

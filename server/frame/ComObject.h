@@ -23,7 +23,8 @@ class CComObjectRoot {
   ~CComObjectRoot() = default;
 };
 
-/// Interlocked reference count that begins at 1 and holds the server's module lock while it lives.
+/// Interlocked reference count that begins at 1 and holds the server's module lock while it lives:
+/// a base or member that comes before the implementation, and so goes after it.
 class CComReferenceCount {
  public:
   CComReferenceCount() noexcept { CComModule::Instance().Lock(); }
@@ -40,14 +41,14 @@ class CComReferenceCount {
 
 /// Stand-alone form of an implementation.
 template <class Base>
-class CComObject final : public Base {
+class CComObject final : private CComReferenceCount, public Base {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     return Base::InterfaceMap::Query(static_cast<Base*>(this), iid, out);
   }
-  STDMETHOD_(ULONG, AddRef)() override { return m_references.Increment(); }
+  STDMETHOD_(ULONG, AddRef)() override { return this->Increment(); }
   STDMETHOD_(ULONG, Release)() override {
-    const ULONG left = m_references.Decrement();
+    const ULONG left = this->Decrement();
     if (left == 0) {
       delete this;
     }
@@ -61,16 +62,13 @@ class CComObject final : public Base {
     ThrowIfFailed(object->FinalConstruct());
     return object;
   }
-
- private:
-  CComReferenceCount m_references;
 };
 
 /// Form of an implementation that lives inside an aggregated object: its IUnknown is the outer one.
 template <class Base>
 class CComContainedObject final : public Base {
  public:
-  explicit CComContainedObject(IUnknown* outer) noexcept : m_outer(outer) {}
+  explicit CComContainedObject(IUnknown* outer) : m_outer(outer) {}
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     return m_outer->QueryInterface(iid, out);

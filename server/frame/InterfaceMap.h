@@ -20,11 +20,6 @@ struct Via {
 template <class Primary, class... Others>
 struct CInterfaceMap {
   template <class Object>
-  static IUnknown* Identity(Object* object) noexcept {
-    return Primary::Pointer(object);
-  }
-
-  template <class Object>
   static HRESULT Query(Object* object, REFIID iid, void** out) noexcept {
     if (!out) {
       return E_POINTER;

@@ -6,8 +6,6 @@
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "common/RegistryKey.h"
-#include "idl/qmmmupdater.h"
-#include "idl/qmmmupdater2.h"
 #include "server/error/Raise.h"
 #include "server/error/win32_exception.h"
 
@@ -52,7 +50,7 @@ CWideString StringResource(HINSTANCE instance, UINT id) {
   return length > 0 ? CWideString(text, static_cast<size_t>(length)) : CWideString();
 }
 
-void RegisterClass(const ObjectMapEntry& entry, HINSTANCE instance) {
+void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE instance) {
   const CWideString clsid = TextOf(*entry.clsid);
   const CWideString description = StringResource(instance, entry.descriptionId);
 
@@ -70,7 +68,7 @@ void RegisterClass(const ObjectMapEntry& entry, HINSTANCE instance) {
   SetValue(key + L"\\ProgID", nullptr, versioned);
   SetValue(key + L"\\VersionIndependentProgID", nullptr, current);
   SetValue(key + L"\\Programmable", nullptr, CWideString());
-  SetValue(key + L"\\TypeLib", nullptr, TextOf(LIBID_QMMMUPDATER2Lib));
+  SetValue(key + L"\\TypeLib", nullptr, TextOf(library));
   SetValue(key + L"\\InprocServer32", nullptr, ModulePath(instance));
   SetValue(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
 }
@@ -83,10 +81,24 @@ void RegisterLibrary(const CWideString& path) {
                                   const_cast<wchar_t*>(FolderOf(path).c_str())));
 }
 
-void UnregisterLibrary(REFGUID libid) {
-  // Asked first, because systems differ in what they answer for a library that is not registered.
-  CUniqueBstr path;
-  if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, path.Put()))) {
+/// Whether two spellings of a path (short names, letter case) are those of one file.
+bool IsSameFile(const wchar_t* a, const wchar_t* b) {
+  wchar_t longA[MAX_PATH * 2];
+  wchar_t longB[MAX_PATH * 2];
+  const auto longName = [](const wchar_t* path, wchar_t(&buffer)[MAX_PATH * 2]) {
+    const DWORD length = ::GetLongPathNameW(path, buffer, MAX_PATH * 2);
+    return length > 0 && length < MAX_PATH * 2 ? buffer : path;
+  };
+  return ::_wcsicmp(longName(a, longA), longName(b, longB)) == 0;
+}
+
+/// Unless another file, one that carries the same library, has taken the place of `path`.
+void UnregisterLibrary(REFGUID libid, const CWideString& path) {
+  // Asked first, also because systems differ in what they answer for a library that is not
+  // registered.
+  CUniqueBstr registered;
+  if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
+      registered && IsSameFile(registered.Get(), path.c_str())) {
     ThrowIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, SYS_WIN32));
   }
 }
@@ -95,23 +107,27 @@ void UnregisterLibrary(REFGUID libid) {
 
 HRESULT RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
-    RegisterClass(objects.entries[i], instance);
+    RegisterClass(objects.entries[i], *objects.classLibrary, instance);
   }
   // The interface library comes last: the library of the classes carries copies of the interfaces,
   // and the interfaces' own entries are to name the library that declares them.
   RegisterLibrary(ModulePath(instance));
-  RegisterLibrary(InterfaceLibraryPath());
+  if (objects.interfaceLibrary) {
+    RegisterLibrary(InterfaceLibraryPath(objects, instance));
+  }
   return S_OK;
 }
 
-HRESULT UnregisterServer(const ObjectMap& objects) {
+HRESULT UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
     const ObjectMapEntry& entry = objects.entries[i];
     DeleteKey(entry.progId);
     DeleteKey(entry.versionIndependentProgId);
     DeleteKey(ClassKey(entry));
   }
-  UnregisterLibrary(LIBID_QMMMUpdaterLib);
-  UnregisterLibrary(LIBID_QMMMUPDATER2Lib);
+  if (objects.interfaceLibrary) {
+    UnregisterLibrary(*objects.interfaceLibrary, InterfaceLibraryPath(objects, instance));
+  }
+  UnregisterLibrary(*objects.classLibrary, ModulePath(instance));
   return S_OK;
 }

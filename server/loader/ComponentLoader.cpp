@@ -2,6 +2,7 @@
 
 #include <shlwapi.h>
 
+#include "common/ModuleLifetime.h"
 #include "common/Path.h"
 #include "common/SystemFolders.h"
 #include "common/SystemText.h"
@@ -28,23 +29,36 @@ bool FileExists(const CWideString& path) noexcept {
   RaiseFor(dll, qm::HResultFromCode(code));
 }
 
-/// Makes a folder the current one for as long as the object lives, so that a DLL finds those that
-/// it needs itself beside it.
-class CurrentFolder {
+/// For as long as the object lives: a folder is the current one, so that a DLL finds those that it
+/// needs itself beside it, and a load that fails is told to the caller alone and not in a message
+/// box.
+class LoadConditions {
  public:
-  explicit CurrentFolder(const CWideString& folder) {
+  explicit LoadConditions(const CWideString& folder) {
     const DWORD size = ::GetCurrentDirectoryW(0, nullptr);
-    m_previous.resize(size);
-    m_previous.resize(::GetCurrentDirectoryW(size, m_previous.data()));
-    ::SetCurrentDirectoryW(folder.c_str());
+    m_previousFolder.resize(size);
+    m_previousFolder.resize(::GetCurrentDirectoryW(size, m_previousFolder.data()));
+    ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_previousMode);
+    // A folder that could not be given back is not left in the first place.
+    if (!m_previousFolder.empty()) {
+      ::SetCurrentDirectoryW(folder.c_str());
+    }
   }
-  ~CurrentFolder() { ::SetCurrentDirectoryW(m_previous.c_str()); }
-  CurrentFolder(const CurrentFolder&) = delete;
-  CurrentFolder& operator=(const CurrentFolder&) = delete;
+  ~LoadConditions() {
+    if (!m_previousFolder.empty()) {
+      ::SetCurrentDirectoryW(m_previousFolder.c_str());
+    }
+    ::SetThreadErrorMode(m_previousMode, nullptr);
+  }
+  LoadConditions(const LoadConditions&) = delete;
+  LoadConditions& operator=(const LoadConditions&) = delete;
 
  private:
-  std::wstring m_previous;
+  std::wstring m_previousFolder;
+  DWORD m_previousMode = 0;
 };
+
+CModuleWide<CComponentLoader> theLoader;
 
 /// An exported function, or null. By way of void*: the compiler warns of casts between function
 /// types.
@@ -60,9 +74,16 @@ CComponentLoader::CComponentLoader(CWideString serverFolder, CWideString commonF
       m_strCommonFilesFolder(std::move(commonFilesFolder)) {}
 
 CComponentLoader& CComponentLoader::Instance() {
-  static CComponentLoader loader(FolderOf(ModulePath(CComModule::Instance().ModuleInstance())),
-                                 GetProgramFolder(kCommonFiles));
-  return loader;
+  return theLoader.Get([] {
+    return new CComponentLoader(FolderOf(ModulePath(CComModule::Instance().ModuleInstance())),
+                                GetProgramFolder(kCommonFiles));
+  });
+}
+
+void UnloadIdleSiblings() noexcept {
+  if (CComponentLoader* const loader = theLoader.Find()) {
+    loader->UnloadIdle();
+  }
 }
 
 bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
@@ -70,15 +91,23 @@ bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
   return ::_wcsicmp(a.c_str(), b.c_str()) < 0;
 }
 
+bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
+                                                const wchar_t* b) const noexcept {
+  return ::_wcsicmp(a.c_str(), b) < 0;
+}
+
+bool CComponentLoader::IgnoringCase::operator()(const wchar_t* a,
+                                                const CWideString& b) const noexcept {
+  return ::_wcsicmp(a, b.c_str()) < 0;
+}
+
 CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {
   CWideString folder = m_strServerFolder;
-  while (!::PathIsRootW(folder.c_str()) && !folder.empty()) {
-    // The root of a drive keeps its backslash.
-    CWideString parent = FolderOf(folder);
-    if (parent.length() == 2) {
-      parent += L"\\";
+  while (!folder.empty() && !::PathIsRootW(folder.c_str())) {
+    folder = FolderOf(folder);
+    if (folder.empty()) {
+      break;  // a relative path has no folders above it
     }
-    folder = std::move(parent);
     CWideString candidate = JoinPath(folder, L"System");
     if (::PathFileExistsW(JoinPath(candidate, dll).c_str())) {
       return candidate;
@@ -87,19 +116,32 @@ CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {
   return {};
 }
 
+/// Where the DLL lies, as a full path; empty when it is at none of the places.
 CWideString CComponentLoader::Find(const wchar_t* dll) const {
   if (std::wcschr(dll, L'\\')) {
-    return dll;
+    return FullPath(dll);
   }
-  const CWideString folders[] = {m_strServerFolder, JoinPath(m_strServerFolder, L"System"),
-                                 JoinPath(m_strCommonFilesFolder, L"Quillmark")};
-  for (const CWideString& folder : folders) {
-    CWideString path = JoinPath(folder, dll);
+  const struct {
+    const CWideString& base;
+    const wchar_t* below;
+  } places[] = {{m_strServerFolder, L""},
+                {m_strServerFolder, L"System"},
+                {m_strCommonFilesFolder, L"Quillmark"}};
+  for (const auto& place : places) {
+    if (place.base.empty()) {
+      continue;  // without a base the path would be relative to the current folder
+    }
+    CWideString path = JoinPath(JoinPath(place.base, place.below), dll);
     if (FileExists(path)) {
       return path;
     }
   }
   return {};
+}
+
+HMODULE CComponentLoader::Loaded(const wchar_t* dll) const noexcept {
+  const auto loaded = m_loaded.find(dll);
+  return loaded == m_loaded.end() ? nullptr : loaded->second;
 }
 
 /// The module, or null and the code of the failure. `path` is where the DLL lies, empty when it was
@@ -109,14 +151,12 @@ HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, D
     code = ERROR_MOD_NOT_FOUND;
     return nullptr;
   }
+  const LoadConditions conditions(FolderOf(path));
   // The place in the map comes first: once the DLL is loaded nothing can fail any more.
   const auto entry = m_loaded.emplace(dll, nullptr).first;
-  {
-    const CurrentFolder folder(FolderOf(path));
-    entry->second = ::LoadLibraryW(path.c_str());
-    code = ::GetLastError();
-  }
-  const HMODULE module = entry->second;
+  const HMODULE module = ::LoadLibraryW(path.c_str());
+  code = ::GetLastError();
+  entry->second = module;
   if (!module) {
     m_loaded.erase(entry);
   }
@@ -125,8 +165,7 @@ HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, D
 
 void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
   DWORD code = ERROR_SUCCESS;
-  const auto loaded = m_loaded.find(dll);
-  HMODULE module = loaded != m_loaded.end() ? loaded->second : nullptr;
+  HMODULE module = Loaded(dll);
   if (!module) {
     CWideString path = Find(dll);
     if (path.empty()) {
@@ -147,8 +186,10 @@ void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
 
 void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, void** out) {
   DWORD code = ERROR_SUCCESS;
-  const auto loaded = m_loaded.find(dll);
-  const HMODULE module = loaded != m_loaded.end() ? loaded->second : TryLoad(dll, Find(dll), code);
+  HMODULE module = Loaded(dll);
+  if (!module) {
+    module = TryLoad(dll, Find(dll), code);
+  }
   if (!module) {
     constexpr DWORD anyServer =
         CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;

@@ -16,7 +16,7 @@ class CComponentLoader {
   /// below `commonFilesFolder`.
   CComponentLoader(CWideString serverFolder, CWideString commonFilesFolder);
 
-  /// The loader of this process.
+  /// The loader of this DLL, made at its first use.
   static CComponentLoader& Instance();
 
   /// The folder "System" that holds `dll` in the nearest folder above the server's own (never in
@@ -45,16 +45,24 @@ class CComponentLoader {
   void UnloadIdle() noexcept;
 
  private:
+  /// Compares names, for a search also with a plain text.
   struct IgnoringCase {
+    using is_transparent = void;
     bool operator()(const CWideString& a, const CWideString& b) const noexcept;
+    bool operator()(const CWideString& a, const wchar_t* b) const noexcept;
+    bool operator()(const wchar_t* a, const CWideString& b) const noexcept;
   };
 
   void* AddressOf(const wchar_t* dll, const char* name);
   void Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, void** out);
   CWideString Find(const wchar_t* dll) const;
+  HMODULE Loaded(const wchar_t* dll) const noexcept;
   HMODULE TryLoad(const wchar_t* dll, const CWideString& path, DWORD& code);
 
   CWideString m_strServerFolder;
   CWideString m_strCommonFilesFolder;
   std::map<CWideString, HMODULE, IgnoringCase> m_loaded;
 };
+
+/// Has the loader of this DLL, if there is one yet, unload idle siblings.
+void UnloadIdleSiblings() noexcept;

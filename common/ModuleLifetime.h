@@ -1,0 +1,53 @@
+#pragma once
+
+#include <utility>
+
+/// Ends the objects of all CModuleWide, those that were made last first. For a DLL that is
+/// unloaded; not to be called when the process ends, when nothing needs to be released and other
+/// DLLs are gone.
+void EndModuleLifetime() noexcept;
+
+/// For CModuleWide: a link in the chain of what EndModuleLifetime ends.
+class CModuleLifetimeLink {
+ public:
+  CModuleLifetimeLink(const CModuleLifetimeLink&) = delete;
+  CModuleLifetimeLink& operator=(const CModuleLifetimeLink&) = delete;
+
+ protected:
+  constexpr CModuleLifetimeLink() noexcept = default;
+  ~CModuleLifetimeLink() = default;
+  void Enlist() noexcept;
+
+ private:
+  friend void EndModuleLifetime() noexcept;
+  virtual void End() noexcept = 0;
+
+  CModuleLifetimeLink* m_next = nullptr;
+};
+
+/// Holds the one object of its kind in this DLL, from its first use to the DLL's unloading. A
+/// static CModuleWide needs no construction at load and has no destructor that runs at exit.
+template <class T>
+class CModuleWide final : private CModuleLifetimeLink {
+ public:
+  constexpr CModuleWide() noexcept = default;
+
+  /// The object, made by `make` (a T* from new) at the first call; when that throws, the next call
+  /// tries again.
+  template <class Make>
+  T& Get(Make make) {
+    if (!m_object) {
+      m_object = make();
+      Enlist();
+    }
+    return *m_object;
+  }
+
+  /// The object, or null before it was made.
+  T* Find() const noexcept { return m_object; }
+
+ private:
+  void End() noexcept override { delete std::exchange(m_object, nullptr); }
+
+  T* m_object = nullptr;
+};

@@ -1,0 +1,31 @@
+#include "server/error/ErrorHandler.h"
+#include "server/frame/Registrar.h"
+#include "siblings/Component/Component.h"
+
+extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {
+  if (reason == DLL_PROCESS_ATTACH) {
+    CComModule::Instance().Init(ComponentObjects(), instance);
+  } else if (reason == DLL_PROCESS_DETACH && !reserved) {
+    // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
+    CComModule::Instance().Term();
+  }
+  return TRUE;
+}
+
+STDAPI DllCanUnloadNow() { return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE; }
+
+STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
+  return CComModule::Instance().GetClassObject(clsid, iid, out);
+}
+
+STDAPI DllRegisterServer() {
+  return RunAtBoundary(GUID_NULL, [] {
+    return RegisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+  });
+}
+
+STDAPI DllUnregisterServer() {
+  return RunAtBoundary(GUID_NULL, [] {
+    return UnregisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+  });
+}

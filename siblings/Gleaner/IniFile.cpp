@@ -1,0 +1,140 @@
+#include "siblings/Gleaner/IniFile.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <numeric>
+
+#include "siblings/Gleaner/IniText.h"
+
+namespace {
+
+/// Up to so many names are compared one by one; most sections have fewer.
+constexpr size_t kFewNames = 16;
+
+bool IsLineBreak(wchar_t c) noexcept { return c == L'\n' || c == L'\r'; }
+
+std::wstring_view Trim(std::wstring_view text) noexcept {
+  // Every control character is a blank: files of old editors end in one (Ctrl+Z).
+  constexpr auto isBlank = [](wchar_t c) { return c <= L' '; };
+  while (!text.empty() && isBlank(text.front())) {
+    text.remove_prefix(1);
+  }
+  while (!text.empty() && isBlank(text.back())) {
+    text.remove_suffix(1);
+  }
+  return text;
+}
+
+wchar_t ToUpperAscii(wchar_t c) noexcept {
+  return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
+}
+
+/// Below, at or above 0 as `a` comes before, with or after `b`.
+int CompareNames(std::wstring_view a, std::wstring_view b) noexcept {
+  // Nearly all names are ASCII; what is not begins where the system's function takes over.
+  constexpr wchar_t endOfAscii = 0x80;
+  size_t same = 0;
+  for (const size_t end = std::min(a.size(), b.size()); same < end; ++same) {
+    const wchar_t first = ToUpperAscii(a[same]);
+    const wchar_t second = ToUpperAscii(b[same]);
+    if (first >= endOfAscii || second >= endOfAscii) {
+      return ::CompareStringOrdinal(a.data() + same, static_cast<int>(a.size() - same),
+                                    b.data() + same, static_cast<int>(b.size() - same), TRUE) -
+             CSTR_EQUAL;
+    }
+    if (first != second) {
+      return first - second;
+    }
+  }
+  return a.size() < b.size() ? -1 : a.size() > b.size();
+}
+
+}  // namespace
+
+CIniFile::CIniFile(std::wstring text) : m_text(std::move(text)) {
+  const wchar_t* const end = m_text.data() + m_text.size();
+  for (const wchar_t* line = m_text.data(); line < end;) {
+    const wchar_t* const lineEnd = std::find_if(line, end, IsLineBreak);
+    AddLine(Trim({line, static_cast<size_t>(lineEnd - line)}));
+    line = lineEnd + 1;
+  }
+  m_sections.shrink_to_fit();
+  m_keys.shrink_to_fit();
+}
+
+std::shared_ptr<const CIniFile> CIniFile::Load(const CWideString& path) {
+  return std::make_shared<const CIniFile>(ReadText(path));
+}
+
+void CIniFile::AddLine(std::wstring_view line) {
+  if (line.empty() || line.front() == L';') {
+    return;
+  }
+  if (line.front() == L'[') {
+    line = line.substr(1, line.rfind(L']') - 1);  // all that is left when there is none
+    m_sections.push_back({PlaceOf(Trim(line)), static_cast<uint32_t>(m_keys.size()), 0});
+  } else if (!m_sections.empty()) {
+    const size_t nameEnd = std::min(line.find(L'='), line.size());
+    const size_t valueBegin = std::min(nameEnd + 1, line.size());
+    m_keys.push_back(
+        {PlaceOf(Trim(line.substr(0, nameEnd))), PlaceOf(Trim(line.substr(valueBegin)))});
+    ++m_sections.back().keyCount;
+  }
+}
+
+CIniFile::Span CIniFile::PlaceOf(std::wstring_view part) const noexcept {
+  return {static_cast<uint32_t>(part.data() - m_text.data()), static_cast<uint32_t>(part.size())};
+}
+
+const CIniFile::Section* CIniFile::SectionAt(size_t position) const noexcept {
+  return position < m_sections.size() ? &m_sections[position] : nullptr;
+}
+
+const CIniFile::Key* CIniFile::KeyAt(const Section& section, size_t position) const noexcept {
+  return position < section.keyCount ? &m_keys[section.firstKey + position] : nullptr;
+}
+
+const CIniFile::Section* CIniFile::FindSection(std::wstring_view name) const {
+  return Find(m_sections.data(), m_sections.size(), name,
+              [this]() -> Order& { return m_sectionOrder; });
+}
+
+const CIniFile::Key* CIniFile::FindKey(const Section& section, std::wstring_view name) const {
+  return Find(m_keys.data() + section.firstKey, section.keyCount, name,
+              [&]() -> Order& { return m_keyOrders[&section]; });
+}
+
+/// Positions in the order of the names, equal names in the order of the file.
+template <class Entry>
+CIniFile::Order CIniFile::OrderOf(const Entry* entries, size_t count) const {
+  Order order(count);
+  std::iota(order.begin(), order.end(), 0);
+  std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
+    const int result = CompareNames(TextAt(entries[a].name), TextAt(entries[b].name));
+    return result != 0 ? result < 0 : a < b;
+  });
+  return order;
+}
+
+template <class Entry, class GetOrder>
+const Entry* CIniFile::Find(const Entry* entries, size_t count, std::wstring_view name,
+                            GetOrder getOrder) const {
+  const Entry* const end = entries + count;
+  if (count <= kFewNames) {
+    const Entry* const found = std::find_if(entries, end, [&](const Entry& entry) {
+      return entry.name.length == name.size() && CompareNames(TextAt(entry.name), name) == 0;
+    });
+    return found != end ? found : nullptr;
+  }
+  Order& order = getOrder();
+  if (order.empty()) {
+    order = OrderOf(entries, count);
+  }
+  const auto place =
+      std::lower_bound(order.begin(), order.end(), name, [&](uint32_t position, auto wanted) {
+        return CompareNames(TextAt(entries[position].name), wanted) < 0;
+      });
+  const bool found = place != order.end() && CompareNames(TextAt(entries[*place].name), name) == 0;
+  return found ? entries + *place : nullptr;
+}

@@ -1,0 +1,69 @@
+#include "siblings/Gleaner/IniIndex.h"
+
+#include <new>
+
+#include "common/Bstr.h"
+
+namespace {
+
+/// Follows VT_BYREF | VT_VARIANT; null when a reference leads nowhere or never ends.
+const VARIANT* Dereference(const VARIANT* value) noexcept {
+  // No caller nests references; a chain this deep refers to itself.
+  constexpr int maxDepth = 16;
+  for (int depth = 0; value && depth < maxDepth; ++depth) {
+    if (value->vt != (VT_VARIANT | VT_BYREF)) {
+      const bool leadsNowhere = (value->vt & VT_BYREF) != 0 && !value->byref;
+      return leadsNowhere ? nullptr : value;
+    }
+    value = value->pvarVal;
+  }
+  return nullptr;
+}
+
+size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1; }
+
+}  // namespace
+
+CIniIndex::CIniIndex(const VARIANT& index) {
+  ::VariantInit(&m_converted);
+  if (const VARIANT* const value = Dereference(&index)) {
+    Take(*value);
+  }
+}
+
+CIniIndex::~CIniIndex() { ::VariantClear(&m_converted); }
+
+void CIniIndex::Take(const VARIANT& index) {
+  const bool reference = (index.vt & VT_BYREF) != 0;
+  switch (index.vt & ~VT_BYREF) {
+    case VT_BSTR:
+      TakeName(reference ? *index.pbstrVal : index.bstrVal);
+      break;
+    case VT_I2:
+      m_position = FromNumber(reference ? *index.piVal : index.iVal);
+      break;
+    case VT_UI2:
+      m_position = FromNumber(reference ? *index.puiVal : index.uiVal);
+      break;
+    case VT_I4:
+    case VT_UI4:
+      m_position = FromNumber(reference ? *index.plVal : index.lVal);
+      break;
+    default: {
+      // The source is read only; the function's parameter just does not say so.
+      const HRESULT hr =
+          ::VariantChangeType(&m_converted, const_cast<VARIANT*>(&index), 0, VT_BSTR);
+      if (hr == E_OUTOFMEMORY) {
+        throw std::bad_alloc();
+      }
+      if (SUCCEEDED(hr)) {
+        TakeName(m_converted.bstrVal);
+      }
+    }
+  }
+}
+
+void CIniIndex::TakeName(BSTR name) noexcept {
+  m_isName = true;
+  m_name = ViewOf(name);
+}

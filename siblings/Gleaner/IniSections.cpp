@@ -1,0 +1,31 @@
+#include "siblings/Gleaner/IniSections.h"
+
+#include "siblings/Gleaner/IniIndex.h"
+#include "siblings/Gleaner/IniKeys.h"
+
+void CIniSection::Init(std::shared_ptr<const CIniFile> file,
+                       const CIniFile::Section& section) noexcept {
+  m_pFile = std::move(file);
+  m_pSection = &section;
+}
+
+STDMETHODIMP CIniSection::get_Name(BSTR* name) {
+  return AnswerText(name, *m_pFile, m_pSection->name);
+}
+
+STDMETHODIMP CIniSection::get_Keys(IIniKeys** keys) {
+  return Answer(keys, [&] { return Make<CIniKeys>(m_pFile, *m_pSection); });
+}
+
+void CIniSections::Init(std::shared_ptr<const CIniFile> file) noexcept {
+  m_pFile = std::move(file);
+}
+
+STDMETHODIMP CIniSections::get_Item(VARIANT index, IIniSection** section) {
+  return Answer(section, [&]() -> IIniSection* {
+    const CIniIndex wanted(index);
+    const CIniFile::Section* const found = wanted.IsName() ? m_pFile->FindSection(wanted.Name())
+                                                           : m_pFile->SectionAt(wanted.Position());
+    return found ? Make<CIniSection>(m_pFile, *found) : nullptr;
+  });
+}

@@ -1,0 +1,104 @@
+#include "siblings/QmAppServices/ApplicationServices.h"
+
+#include <new>
+#include <optional>
+
+#include "common/Bstr.h"
+#include "common/Path.h"
+#include "common/SystemFolders.h"
+#include "siblings/Gleaner/IniFile.h"
+
+namespace {
+
+CWideString OwnFolder() { return FolderOf(ModulePath(CComModule::Instance().ModuleInstance())); }
+
+CWideString CommonModules() {
+  const CWideString common = GetProgramFolder(kCommonFiles);
+  return common.empty() ? common : JoinPath(common, L"Merge Modules");
+}
+
+std::optional<CWideString> FromEnvironment(const wchar_t* variable) {
+  std::wstring value;
+  // The size counts the terminator, so that it is 0 for a variable that is not set alone.
+  DWORD size = ::GetEnvironmentVariableW(variable, nullptr, 0);
+  if (size == 0) {
+    return std::nullopt;
+  }
+  while (size > value.size()) {
+    value.resize(size);
+    size = ::GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size()));
+  }
+  value.resize(size);
+  return CWideString(std::move(value));
+}
+
+std::optional<CWideString> FromSettingsFile(const wchar_t* key) {
+  const CWideString path = JoinPath(OwnFolder(), L"QmAppServices.ini");
+  if (::GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
+    return std::nullopt;
+  }
+  const std::shared_ptr<const CIniFile> file = CIniFile::Load(path);
+  const CIniFile::Section* const section = file->FindSection(L"Services");
+  const CIniFile::Key* const found = section ? file->FindKey(*section, key) : nullptr;
+  return found ? std::optional<CWideString>(file->TextAt(found->value)) : std::nullopt;
+}
+
+std::optional<CWideString> FromSettings(const wchar_t* variable, const wchar_t* key) {
+  std::optional<CWideString> value = FromEnvironment(variable);
+  return value ? value : FromSettingsFile(key);
+}
+
+CWideString Folder(const wchar_t* variable, const wchar_t* key) {
+  const std::optional<CWideString> value = FromSettings(variable, key);
+  return value ? *value : OwnFolder();
+}
+
+}  // namespace
+
+template <class GetText>
+HRESULT CApplicationServices::Answer(BSTR* out, GetText getText) noexcept {
+  if (!out) {
+    return E_POINTER;
+  }
+  *out = nullptr;
+  return MethodBoundary([&] {
+    *out = AllocBstr(getText());
+    if (!*out) {
+      throw std::bad_alloc();
+    }
+    return S_OK;
+  });
+}
+
+HRESULT CApplicationServices::NotImplemented(BSTR* out) noexcept {
+  return Answer(out, []() -> CWideString { RaiseHResult(E_NOTIMPL); });
+}
+
+STDMETHODIMP CApplicationServices::get_GalleryRoot(BSTR* folder) {
+  return Answer(folder, [] { return Folder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
+}
+
+STDMETHODIMP CApplicationServices::get_FileIndexFolder(BSTR* folder) {
+  return Answer(folder, [] { return Folder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
+}
+
+STDMETHODIMP CApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
+  return Answer(folder, [] { return Folder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
+}
+
+STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
+  return Answer(path, [] {
+    const std::optional<CWideString> value = FromSettings(L"QM_MODULE_PATH", L"ModulePath");
+    return value ? *value : CommonModules();
+  });
+}
+
+STDMETHODIMP CApplicationServices::get_DataFolder(BSTR* folder) {
+  return Answer(folder, [] { return Folder(L"QM_DATA_DIR", L"DataDir"); });
+}
+
+STDMETHODIMP CApplicationServices::get_UserModuleSearchPath(BSTR* path) {
+  return Answer(path, [] {
+    return FromSettings(L"QM_USER_MODULE_PATH", L"UserModulePath").value_or(CWideString());
+  });
+}

@@ -1,0 +1,184 @@
+#include <algorithm>
+
+#include "tests/support/Answers.h"
+#include "tests/support/Imports.h"
+#include "tests/support/ServerTest.h"
+
+namespace {
+
+using testing::EndsWith;
+using testing::HasSubstr;
+using testing::PrintToString;
+using testing::StartsWith;
+
+/// Whether a list has no items but such of `whole`, in the same order.
+bool IsPartOf(const std::wstring& part, const std::wstring& whole) {
+  size_t found = 0;
+  for (size_t start = 0; start < part.size() && found != std::wstring::npos;) {
+    const size_t end = std::min(part.find(L" / ", start), part.size());
+    found = whole.find(part.substr(start, end - start), found);
+    start = end + 3;
+  }
+  return found != std::wstring::npos;
+}
+
+bool IsSilent(const ImportedFunction& function) {
+  return function.kind == FaultKind::Installer && !function.reportedAs;
+}
+
+/// A rich module is opened and read completely with call 1, 2, 3, ... of one kind failing; then it
+/// is read a second time, opened anew and read a third time without a fault.
+class FaultSweepTest : public CServerTest {
+ protected:
+  void SetUp() override {
+    CServerTest::SetUp();
+    m_whole = ReadModule(OpenModule(m_rich).Get(), Route::VirtualTable);
+  }
+
+  void Sweep(FaultKind kind, Route route) {
+    const int runs = SweepFaults(kind, [&](int call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      RunOnce(route);
+      ExpectNothingLeft();
+    });
+    EXPECT_GT(runs, 20);
+  }
+
+  void RunOnce(Route route) {
+    CComPtr<IMergeModuleTavik> module = NewModule();
+    const bool created = static_cast<bool>(module);
+    if (!created) {
+      module = NewModule();
+    }
+    const HRESULT opened = Open(module.Get(), m_rich);
+    const std::wstring description = TakeDescription();
+    const Answers first = ReadModule(module.Get(), route);
+    FailNoCall();
+    const Answers second = ReadModule(module.Get(), route);
+
+    const ImportedFunction* const fault = FailedFunction();
+    SCOPED_TRACE(fault ? fault->name : "no fault");
+    if (FAILED(opened)) {
+      ExpectReported(fault, FailureText(opened, description));
+    } else {
+      const size_t shown = CheckReadings(fault, first, second) + !created;
+      EXPECT_EQ(fault && !IsSilent(*fault) ? 1u : 0u, shown);
+    }
+    EXPECT_EQ(S_OK, Open(module.Get(), m_rich));
+    EXPECT_EQ(m_whole, ReadModule(module.Get(), route));
+  }
+
+  /// Expects what succeeded to be whole, and a list that failed to be a part of it when it is asked
+  /// a second time. Returns how many readings show the fault.
+  size_t CheckReadings(const ImportedFunction* fault, const Answers& first,
+                       const Answers& second) const {
+    const Answers whole = fault && IsSilent(*fault) ? WithoutOneSummaryText(first) : m_whole;
+    size_t shown = 0;
+    for (const auto& [name, answer] : first) {
+      SCOPED_TRACE(PrintToString(name));
+      if (IsFailure(answer)) {
+        ++shown;
+        ExpectReported(fault, answer);
+        EXPECT_TRUE(IsPartOf(second.at(name), whole.at(name))) << PrintToString(second.at(name));
+        continue;
+      }
+      // A text of an item, which is null when memory is short; one of the module would have failed.
+      if (answer.find(L"(null)") != std::wstring::npos && answer != L"(null)") {
+        ++shown;
+        EXPECT_EQ(FaultKind::Text, fault->kind);
+      } else {
+        EXPECT_EQ(whole.at(name), answer);
+      }
+      EXPECT_EQ(whole.at(name), second.at(name));
+    }
+    return shown;
+  }
+
+  void ExpectReported(const ImportedFunction* fault, const std::wstring& failure) const {
+    ASSERT_TRUE(fault && !IsSilent(*fault)) << PrintToString(failure);
+    EXPECT_THAT(failure, StartsWith(FailureText(fault->reportedCode, L"")));
+    if (fault->kind != FaultKind::Installer) {
+      EXPECT_THAT(failure, EndsWith(L" ")) << "out of memory has no description";
+    } else if (fault->takesPath) {
+      EXPECT_THAT(failure, EndsWith(fault->reportedAs + (L"(" + m_rich + L")")));
+    } else {
+      EXPECT_THAT(failure, HasSubstr(fault->reportedAs + std::wstring(L"(")));
+      EXPECT_THAT(failure, EndsWith(L")"));
+    }
+  }
+
+  /// All that a module tells of which one summary text cannot be read.
+  Answers WithoutOneSummaryText(const Answers& answers) const {
+    Answers whole = m_whole;
+    for (const wchar_t* name : {L"Author", L"Comments", L"PackageCode", L"Subject"}) {
+      if (answers.at(name).empty()) {
+        whole[name].clear();
+        whole[L"DisplayName"] = whole[L"Subject"].empty() ? m_rich : whole[L"Subject"];
+        break;
+      }
+    }
+    EXPECT_NE(m_whole, whole);
+    return whole;
+  }
+
+  Answers m_whole;
+};
+
+TEST_F(FaultSweepTest, InstallerCalls) { Sweep(FaultKind::Installer, Route::VirtualTable); }
+TEST_F(FaultSweepTest, Heap) { Sweep(FaultKind::Heap, Route::VirtualTable); }
+TEST_F(FaultSweepTest, HeapThroughDispatch) { Sweep(FaultKind::Heap, Route::Dispatch); }
+TEST_F(FaultSweepTest, Texts) { Sweep(FaultKind::Text, Route::VirtualTable); }
+
+TEST_F(FaultSweepTest, HeapWhileAFailureIsReported) {
+  const std::wstring missing = m_folder / L"missing.msm";
+  CComPtr<IMergeModuleTavik> module = NewModule();
+  const HRESULT usual = Open(module.Get(), missing);
+  const auto sweep = [&] {
+    return SweepFaults(FaultKind::Heap, [&](int call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      const HRESULT hr = Open(module.Get(), missing);
+      FailNoCall();
+      EXPECT_TRUE(hr == usual || hr == E_OUTOFMEMORY) << std::hex << hr;
+      EXPECT_EQ(usual, Open(module.Get(), missing));
+      EXPECT_THAT(TakeDescription(), EndsWith(L"MsiOpenDatabase(" + missing + L")"));
+    });
+  };
+  EXPECT_GT(sweep(), 5);
+  // The C++ runtime has made by now what it makes once when memory is short.
+  module.Release();
+  Settle();
+  module = NewModule();
+  sweep();
+}
+
+TEST_F(FaultSweepTest, HeapWhileTheServerStarts) {
+  const int runs = SweepFaults(FaultKind::Heap, [&](int call) {
+    SCOPED_TRACE("call " + std::to_string(call));
+    m_server.Unload();
+    m_server.Load();
+    size_t failures = 0;
+    for (int attempt = 1; attempt <= 2; ++attempt) {
+      CComPtr<IClassFactory> factory;
+      CComPtr<IDispatch> module;
+      HRESULT hr = m_server.DllGetClassObject(CLSID_MergeModule2, __uuidof(IClassFactory),
+                                              reinterpret_cast<void**>(factory.Put()));
+      if (SUCCEEDED(hr)) {
+        hr = factory->CreateInstance(nullptr, __uuidof(IDispatch),
+                                     reinterpret_cast<void**>(module.Put()));
+      }
+      if (SUCCEEDED(hr)) {
+        CVariant path;
+        hr = Invoke(module.Get(), L"Path", DISPATCH_PROPERTYGET, nullptr, &path);
+      }
+      EXPECT_TRUE(hr == E_OUTOFMEMORY || hr == E_UNEXPECTED) << std::hex << hr;
+      failures += hr == E_OUTOFMEMORY;
+      FailNoCall();
+    }
+    EXPECT_LE(failures, FailedFunction() ? 1u : 0u);
+    EXPECT_EQ(S_OK, m_server.DllCanUnloadNow());
+  });
+  EXPECT_GT(runs, 2);
+  Settle();
+}
+
+}  // namespace

@@ -1,0 +1,163 @@
+#include "common/Bstr.h"
+#include "tests/support/Answers.h"
+#include "tests/support/ScriptHost.h"
+#include "tests/support/ServerTest.h"
+
+namespace {
+
+class RoutesTest : public CServerTest {
+ protected:
+  CComPtr<IMMFiles> OpenFiles() const {
+    CComPtr<IMMFiles> files;
+    EXPECT_EQ(S_OK, OpenRichModule()->get_Files(files.Put()));
+    return files;
+  }
+};
+
+TEST_F(RoutesTest, BothRoutesTellAllOfARichModule) {
+  const Answers expected{
+      {L"Dialogs", L"ZuluDialog / AlphaDialog"},
+      {L"CustomActions", L"ZuluAction / AlphaAction"},
+      {L"PackageCode", L"{00000000-0000-0000-0000-00000000ABCD}"},
+      {L"ModuleID", L"Rich.0A1B"},
+      {L"Key", L"Rich.0A1B:1033"},
+      {L"Path", m_rich},
+      {L"Comments", L"The comments"},
+      {L"Subject", L"A rich module"},
+      {L"Author", L"The author"},
+      {L"Language", L"1033"},
+      {L"Version", L"3.1.4"},
+      {L"Dependencies", L"Need.A:0;Need.A;;0 / Need.B:1031;Need.B;2.0;1031"},
+      {L"Exclusions", L"Avoid.A:-1033;Avoid.A;;7.0;-1033 / Avoid.B:1036;Avoid.B;1.5;1.9;1036"},
+      {L"Files",
+       L"DirB.0A1B;AlphaFile;815;ALPHA.TXT|alphafile.txt;ZuluFile;1042;2 / "
+       L"DirA.0A1B;ZuluFile;4711;ZULU.DLL|zulufile.dll;6.0.1;1040,1041;1"},
+      {L"DisplayName", L"A rich module"},
+      {L"Present", L"True"},
+      {L"NeedsDownload", L"False"},
+      {L"DownloadFiles", L""},
+      {L"LocalPath", L""},
+      {L"HasOrigin", L"False"},
+      {L"Origin", L""},
+  };
+  EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::VirtualTable));
+  EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::Dispatch));
+
+  const CComPtr<IMergeModuleTavik> module = NewModule();
+  const CUniqueBstr path(AllocBstr(m_rich));
+  EXPECT_EQ(S_OK, CallSlot(module.Get(), 16, path.Get())) << "Open";
+  EXPECT_EQ(expected, ReadModule(module.Get(), Route::VirtualTable));
+}
+
+TEST_F(RoutesTest, CollectionsFindElementsByNumberAndKey) {
+  const CComPtr<IMMFiles> files = OpenFiles();
+  CVariant second(2), otherCase(L"zULUfILE"), unknown(L"NoFile"), zero(0L), three(3), byReference;
+  byReference.vt = VT_BYREF | VT_VARIANT;
+  byReference.pvarVal = &second;
+  const std::pair<VARIANT*, bool> cases[] = {{&second, true},    {&byReference, true},
+                                             {&otherCase, true}, {&unknown, false},
+                                             {&zero, false},     {&three, false}};
+  for (const auto& [index, found] : cases) {
+    SCOPED_TRACE(index - cases[0].first);
+    const HRESULT expected = found ? S_OK : E_INVALIDARG;
+    CVariant result;
+    CComPtr<IMMFile> item;
+    EXPECT_EQ(expected, CallSlot(files.Get(), 1, *index, item.Put()));
+    EXPECT_EQ(expected, Invoke(files.Get(), L"Item", DISPATCH_PROPERTYGET, index, &result));
+    if (found) {
+      EXPECT_EQ(item.Get(), result.pdispVal);
+      CUniqueBstr key;
+      EXPECT_EQ(S_OK, item->get_Key(key.Put()));
+      EXPECT_EQ(L"ZuluFile", ViewOf(key.Get()));
+    } else {
+      EXPECT_FALSE(item);
+    }
+  }
+  EXPECT_EQ(E_POINTER, CallSlot(files.Get(), 1, static_cast<VARIANT>(zero), nullptr));
+}
+
+TEST_F(RoutesTest, EnumeratorsComeFromTheirSlotsAndByName) {
+  const CComPtr<IMMFiles> files = OpenFiles();
+  CComPtr<IUnknown> third;
+  CComPtr<IEnumVARIANT> fourth;
+  EXPECT_EQ(S_OK, CallSlot(files.Get(), 3, third.Put()));
+  EXPECT_EQ(S_OK, CallSlot(files.Get(), 4, fourth.Put()));
+  EXPECT_NE(third.Get(), fourth.Get());
+  EXPECT_EQ(S_FALSE, fourth->Skip(1)) << "not at the end yet";
+  CVariant items[2];
+  ULONG fetched = 9;
+  EXPECT_EQ(S_FALSE, fourth->Next(2, items, &fetched));
+  EXPECT_EQ(1u, fetched);
+  for (const wchar_t* name : {L"_NewEnum", L"Enumerator"}) {
+    for (const WORD flags : {DISPATCH_PROPERTYGET, DISPATCH_METHOD}) {
+      CVariant enumerator;
+      EXPECT_EQ(S_OK, Invoke(files.Get(), name, flags, nullptr, &enumerator));
+      EXPECT_EQ(VT_UNKNOWN, enumerator.vt);
+    }
+  }
+  for (size_t slot = 2; slot <= 4; ++slot) {
+    EXPECT_EQ(E_POINTER, CallSlot(files.Get(), slot, nullptr));
+  }
+}
+
+TEST_F(RoutesTest, Scripts) {
+  const std::wstring everything =
+      L"ZuluDialog,AlphaDialog,ZuluAction,AlphaAction,Need.A:0,Need.B:1031,Avoid.A:-1033,"
+      L"Avoid.B:1036,DirB.0A1B,DirA.0A1B,";
+  const std::wstring code = FailureText(Open(NewModule().Get(), L"x"), L"").substr(2, 8);
+  const std::wstring failure = code + L"MsiOpenDatabase(" + m_rich + L"x)5";
+  const struct {
+    const wchar_t* language;
+    const wchar_t* script;
+    std::wstring result;
+  } cases[] = {
+      {L"VBScript",
+       L"For Each x In module.Dialogs: result = result & x.Name & \",\": Next\n"
+       L"For Each x In module.CustomActions: result = result & x.Name & \",\": Next\n"
+       L"For Each x In module.Dependencies: result = result & x.Key & \",\": Next\n"
+       L"For Each x In module.Exclusions: result = result & x.Key & \",\": Next\n"
+       L"For Each x In module.Files: result = result & x.Directory & \",\": Next\n"
+       L"For Each x In module.DownloadFiles: result = result & \"?\": Next\n",
+       everything},
+      {L"JScript",
+       L"var result = '', i, e, lists = [module.Dialogs, module.CustomActions,\n"
+       L"  module.Dependencies, module.Exclusions, module.Files, module.DownloadFiles];\n"
+       L"for (i = 0; i < lists.length; i++)\n"
+       L"  for (e = new Enumerator(lists[i]); !e.atEnd(); e.moveNext())\n"
+       L"    result += (i < 2 ? e.item().Name : i < 4 ? e.item().Key : e.item().Directory) + ',';",
+       everything},
+      {L"VBScript",
+       L"Set files = module.Files\n"
+       L"result = files.Count & files(2).FileSize & files.Item(\"ALPHAFILE\").Version & "
+       L"module.Present",
+       L"24711ZuluFileTrue"},
+      {L"JScript",
+       L"module.Files; module.Files.Item(1); module.Files._NewEnum; module.Open(module.Path);\n"
+       L"var result = module.Files.Item('alphafile').FileSize + module.Language;",
+       L"1848"},
+      {L"VBScript",
+       L"On Error Resume Next\n"
+       L"module.Files.Item \"NoFile\"\n"
+       L"number = Err.Number\n"
+       L"Err.Clear\n"
+       L"module.Open module.Path & \"x\"\n"
+       L"result = Hex(Err.Number) & Mid(Err.Description, InStr(Err.Description, \"Msi\")) & number",
+       failure},
+      {L"JScript",
+       L"var result; try { module.Open(module.Path + 'x'); } catch (e) {\n"
+       L"  result = (e.number >>> 0).toString(16).toUpperCase() +\n"
+       L"    e.description.substring(e.description.indexOf('Msi')) + 5; }",
+       failure},
+  };
+  for (const auto& [language, script, result] : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::wstring(script)));
+    EXPECT_EQ(result, RunScript(language, script, OpenRichModule().Get()));
+  }
+  const std::wstring unhandled = RunScript(L"JScript", L"\nmodule.Open('x')", NewModule().Get());
+  EXPECT_THAT(unhandled, testing::StartsWith(L"0x" + code + L" line 2 "));
+  EXPECT_THAT(unhandled, testing::EndsWith(L"MsiOpenDatabase(x)"));
+  // The JScript of Wine keeps a reference on every enumerator.
+  Settle();
+}
+
+}  // namespace

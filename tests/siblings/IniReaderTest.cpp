@@ -1,0 +1,335 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <limits>
+
+#include "common/Bstr.h"
+#include "tests/siblings/Component.h"
+#include "tests/support/Answers.h"
+#include "tests/support/Imports.h"
+#include "tests/support/TestFolder.h"
+
+namespace {
+
+using testing::StartsWith;
+
+/// As scripts call what may be a method or a property.
+constexpr WORD kByName = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
+
+constexpr char kText[] =
+    "[First]\r\nOne=1\r\nTwo=zwei\r\nTWO=again\r\nbare\r\n[Second]\r\n[FIRST]\r\nHidden=1\r\n";
+
+class IniReaderTest : public ::testing::Test {
+ protected:
+  std::wstring Write(const wchar_t* name, std::string_view bytes) {
+    PutFile(m_folder / name, bytes);
+    return m_folder / name;
+  }
+
+  HRESULT Load(const std::wstring& path) {
+    const CUniqueBstr text(AllocBstr(path));
+    return m_reader->Load(text.Get());
+  }
+
+  CComPtr<IIniSections> Sections() {
+    CComPtr<IIniSections> sections;
+    EXPECT_EQ(S_OK, m_reader->get_Sections(sections.Put()));
+    return sections;
+  }
+
+  CComPtr<IIniSection> Section(const VARIANT& index) {
+    CComPtr<IIniSection> section;
+    EXPECT_EQ(S_OK, Sections()->get_Item(index, section.Put()));
+    return section;
+  }
+
+  CComPtr<IIniKeys> Keys(const wchar_t* section) {
+    CComPtr<IIniKeys> keys;
+    EXPECT_EQ(S_OK, Section(CVariant(section))->get_Keys(keys.Put()));
+    return keys;
+  }
+
+  /// The value of a key, "(none)" when there is no such key.
+  static std::wstring Value(IIniKeys* keys, const VARIANT& index) {
+    auto* found = reinterpret_cast<IIniKey*>(keys);  // is to be overwritten in any case
+    EXPECT_EQ(S_OK, keys->get_Item(index, &found));
+    const auto key = CComPtr<IIniKey>::Adopt(found);
+    CUniqueBstr value;
+    EXPECT_EQ(S_OK, key ? key->get_Value(value.Put()) : S_OK);
+    return key ? std::wstring(ViewOf(value.Get())) : L"(none)";
+  }
+
+  CComThread m_com;
+  CTestFolder m_folder;
+  CComponent m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
+  CComPtr<IIniReader> m_reader = m_component.Create<IIniReader>(CLSID_IniReader);
+};
+
+TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
+  const CUniqueBstr path(AllocBstr(Write(L"a.ini", kText)));
+  ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 2, path.Get()));
+  CComPtr<IUnknown> sections, section, keys, key;
+  ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 1, sections.Put()));
+  const CVariant name(L"fiRST"), two(2);
+  ASSERT_EQ(S_OK, CallSlot(sections.Get(), 1, static_cast<VARIANT>(name), section.Put()));
+  CUniqueBstr sectionName, keyName, value;
+  ASSERT_EQ(S_OK, CallSlot(section.Get(), 1, sectionName.Put()));
+  ASSERT_EQ(S_OK, CallSlot(section.Get(), 2, keys.Put()));
+  ASSERT_EQ(S_OK, CallSlot(keys.Get(), 1, static_cast<VARIANT>(two), key.Put()));
+  long count = -1;
+  ASSERT_EQ(S_OK, CallSlot(keys.Get(), 2, &count));
+  ASSERT_EQ(S_OK, CallSlot(key.Get(), 1, keyName.Put()));
+  ASSERT_EQ(S_OK, CallSlot(key.Get(), 2, value.Put()));
+  EXPECT_EQ(L"First", ViewOf(sectionName.Get()));
+  EXPECT_EQ(4, count);
+  EXPECT_EQ(L"Two", ViewOf(keyName.Get()));
+  EXPECT_EQ(L"zwei", ViewOf(value.Get()));
+
+  const std::pair<IUnknown*, size_t> getters[] = {{m_reader.Get(), 1}, {section.Get(), 1},
+                                                  {section.Get(), 2},  {keys.Get(), 2},
+                                                  {key.Get(), 1},      {key.Get(), 2}};
+  for (const auto& [object, slot] : getters) {
+    EXPECT_EQ(E_POINTER, CallSlot(object, slot, static_cast<void*>(nullptr))) << slot;
+  }
+  for (IUnknown* const collection : {sections.Get(), keys.Get()}) {
+    EXPECT_EQ(E_POINTER,
+              CallSlot(collection, 1, static_cast<VARIANT>(two), static_cast<void*>(nullptr)));
+  }
+}
+
+TEST_F(IniReaderTest, EveryInterfaceIsCalledByName) {
+  CVariant path((Write(L"a.ini", kText)).c_str());
+  CVariant missing((m_folder / L"missing.ini").c_str());
+  CVariant name(L"first"), two(2), sections, section, sectionName, keys, count, key, keyName, value;
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
+            Invoke(m_reader.Get(), L"Load", kByName, &missing, nullptr));
+  ASSERT_EQ(S_OK, Invoke(m_reader.Get(), L"Load", kByName, &path, nullptr));
+  ASSERT_EQ(S_OK, Invoke(m_reader.Get(), L"Sections", kByName, nullptr, &sections));
+  ASSERT_EQ(S_OK, Invoke(sections.pdispVal, L"Item", kByName, &name, &section));
+  ASSERT_EQ(S_OK, Invoke(section.pdispVal, L"Name", kByName, nullptr, &sectionName));
+  ASSERT_EQ(S_OK, Invoke(section.pdispVal, L"Keys", kByName, nullptr, &keys));
+  ASSERT_EQ(S_OK, Invoke(keys.pdispVal, L"Count", kByName, nullptr, &count));
+  ASSERT_EQ(S_OK, Invoke(keys.pdispVal, L"Item", kByName, &two, &key));
+  ASSERT_EQ(S_OK, Invoke(key.pdispVal, L"Name", kByName, nullptr, &keyName));
+  ASSERT_EQ(S_OK, Invoke(key.pdispVal, L"Value", kByName, nullptr, &value));
+  ExpectMembers(m_reader.Get(), L"Sections Load");
+  ExpectMembers(sections.pdispVal, L"Item");
+  ExpectMembers(section.pdispVal, L"Name Keys");
+  ExpectMembers(keys.pdispVal, L"Item Count");
+  ExpectMembers(key.pdispVal, L"Name Value");
+  EXPECT_EQ(L"First", ViewOf(sectionName.bstrVal));
+  EXPECT_EQ(4, count.lVal);
+  EXPECT_EQ(L"Two", ViewOf(keyName.bstrVal));
+  EXPECT_EQ(L"zwei", ViewOf(value.bstrVal));
+}
+
+VARIANT Number(VARTYPE type, long number) {
+  VARIANT index{};
+  index.vt = type;
+  index.lVal = number;
+  return index;
+}
+
+VARIANT Reference(VARTYPE type, void* value) {
+  VARIANT index{};
+  index.vt = static_cast<VARTYPE>(type | VT_BYREF);
+  index.byref = value;
+  return index;
+}
+
+TEST_F(IniReaderTest, IndexesOfEveryKind) {
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", "[s]\na=first\n2=by name\n=by no name\n")));
+  CVariant name(L"A");
+  BSTR noName = nullptr;
+  short two = 2;
+  long three = 3;
+  VARIANT real{};
+  real.vt = VT_R8;
+  real.dblVal = 2;
+  VARIANT itself = Reference(VT_VARIANT, nullptr);
+  itself.pvarVal = &itself;
+  VARIANT nested = Reference(VT_VARIANT, &name);
+  const struct {
+    VARIANT index;
+    const wchar_t* value;
+  } cases[] = {
+      {name, L"first"},
+      {Reference(VT_BSTR, &name.bstrVal), L"first"},
+      {Reference(VT_VARIANT, &nested), L"first"},
+      {Reference(VT_BSTR, &noName), L"by no name"},
+      {Number(VT_EMPTY, 0), L"by no name"},
+      {Number(VT_I4, 1), L"first"},
+      {Number(VT_I2, 2), L"by name"},
+      {Number(VT_UI2, 2), L"by name"},
+      {Number(VT_UI4, 3), L"by no name"},
+      {Reference(VT_I2, &two), L"by name"},
+      {Reference(VT_I4, &three), L"by no name"},
+      {real, L"by name"},
+      {Number(VT_I4, 4), L"(none)"},
+      {Number(VT_I4, 0), L"(none)"},
+      {Number(VT_I4, -1), L"(none)"},
+      {Number(VT_I2, -1), L"(none)"},
+      {Number(VT_I4, std::numeric_limits<long>::min()), L"(none)"},
+      {Number(VT_UI4, -1), L"(none)"},
+      {Number(VT_NULL, 0), L"(none)"},
+      {Number(VT_ERROR, DISP_E_PARAMNOTFOUND), L"(none)"},
+      {Number(VT_ARRAY | VT_UI1, 0), L"(none)"},
+      {Number(VT_DISPATCH, 0), L"(none)"},
+      {Reference(VT_I4, nullptr), L"(none)"},
+      {Reference(VT_VARIANT, nullptr), L"(none)"},
+      {itself, L"(none)"},
+  };
+  for (const auto& [index, value] : cases) {
+    EXPECT_EQ(value, Value(Keys(L"S").Get(), index)) << index.vt << " " << index.lVal;
+  }
+}
+
+TEST_F(IniReaderTest, SectionsByNameAndPosition) {
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
+  const wchar_t* const names[] = {nullptr, L"First", L"Second", L"FIRST", nullptr};
+  for (long position = 0; position < 5; ++position) {
+    const CComPtr<IIniSection> section = Section(CVariant(position));
+    ASSERT_EQ(names[position] != nullptr, section.Get() != nullptr) << position;
+    CUniqueBstr name;
+    EXPECT_EQ(S_OK, section ? section->get_Name(name.Put()) : S_OK);
+    EXPECT_EQ(names[position] ? names[position] : L"", ViewOf(name.Get()));
+  }
+  EXPECT_FALSE(Section(CVariant(L"Third")));
+  EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), CVariant(L"Hidden"))) << "not the first";
+}
+
+TEST_F(IniReaderTest, FilesThatCannotBeRead) {
+  const std::wstring good = Write(L"a.ini", kText);
+  const std::wstring locked = Write(L"locked.ini", kText);
+  HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_FALSE(Section(CVariant(1))) << "before any Load";
+  const struct {
+    std::wstring path;
+    DWORD code;
+  } cases[] = {{m_folder / L"missing.ini", ERROR_FILE_NOT_FOUND},
+               {m_folder / L"missing\\a.ini", ERROR_PATH_NOT_FOUND},
+               {ProgramFolder().wstring(), ERROR_ACCESS_DENIED},
+               {locked, ERROR_SHARING_VIOLATION},
+               {L"", ERROR_PATH_NOT_FOUND}};
+  for (const auto& [path, code] : cases) {
+    SCOPED_TRACE(testing::PrintToString(path));
+    ASSERT_EQ(S_OK, Load(good));
+    EXPECT_EQ(HRESULT_FROM_WIN32(code), Load(path));
+    EXPECT_THAT(TakeDescription(), StartsWith(path + L": "));
+    EXPECT_FALSE(Section(CVariant(1))) << "what was read before is gone";
+  }
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), m_reader->Load(nullptr));
+  ::CloseHandle(lock);
+
+  CComPtr<ISupportErrorInfo> support;
+  ASSERT_EQ(S_OK, m_reader.QueryInterface(support.Put()));
+  EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(__uuidof(IIniReader)));
+}
+
+TEST_F(IniReaderTest, AFileThatIsOpenForWritingIsReadAndLeftAlone) {
+  const std::wstring path = Write(L"a.ini", kText);
+  HANDLE writer = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(S_OK, Load(path));
+  ::CloseHandle(writer);
+  EXPECT_TRUE(::DeleteFileW(path.c_str())) << "the reader keeps the file open";
+  EXPECT_EQ(L"1", Value(Keys(L"First").Get(), CVariant(L"One")));
+}
+
+TEST_F(IniReaderTest, ObjectsOutliveReaderAndFileAndLockTheComponent) {
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
+  CComPtr<IIniSections> sections = Sections();
+  CComPtr<IIniSection> section = Section(CVariant(L"First"));
+  CComPtr<IIniKeys> keys = Keys(L"First");
+  CComPtr<IIniKey> key;
+  ASSERT_EQ(S_OK, keys->get_Item(CVariant(L"Two"), key.Put()));
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", "[Other]\nOne=2\n")));
+  EXPECT_FALSE(Section(CVariant(L"First")));
+  EXPECT_EQ(L"2", Value(Keys(L"Other").Get(), CVariant(L"One")));
+  m_reader.Release();
+
+  // Each alone keeps the file that was read and the component.
+  const auto expectLocked = [&](bool locked) {
+    EXPECT_EQ(locked ? S_FALSE : S_OK, m_component.DllCanUnloadNow());
+  };
+  CComPtr<IIniSection> again;
+  EXPECT_EQ(S_OK, sections->get_Item(CVariant(L"first"), again.Put()));
+  EXPECT_TRUE(again);
+  again.Release();
+  sections.Release();
+  CUniqueBstr text;
+  EXPECT_EQ(S_OK, section->get_Name(text.Put()));
+  EXPECT_EQ(L"First", ViewOf(text.Get()));
+  section.Release();
+  EXPECT_EQ(L"1", Value(keys.Get(), CVariant(L"ONE")));
+  keys.Release();
+  expectLocked(true);
+  EXPECT_EQ(S_OK, key->get_Value(text.Put()));
+  EXPECT_EQ(L"zwei", ViewOf(text.Get()));
+  key.Release();
+  expectLocked(false);
+}
+
+TEST_F(IniReaderTest, OutOfMemoryAnywhereIsReportedAndLeavesNothing) {
+  std::string text = kText;
+  for (int i = 0; i < 100; ++i) {
+    text += "Key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
+  }
+  const CUniqueBstr path(AllocBstr(Write(L"a.ini", text)));
+  const CVariant sectionName(L"FIRST"), three(3), keyName(L"key99");
+  HRESULT result = S_OK;
+  std::wstring value;
+  const auto readAll = [&](int) {
+    CComPtr<IIniReader> reader;
+    CComPtr<IIniSections> sections;
+    CComPtr<IIniSection> section;
+    CComPtr<IIniKeys> keys;
+    CComPtr<IIniKey> key;
+    CUniqueBstr found;
+    CComPtr<IClassFactory> factory;
+    const auto succeeds = [&](HRESULT hr) {
+      result = hr;
+      return SUCCEEDED(hr);
+    };
+    value.clear();
+    // The third section is large, so that an index of its names is made.
+    if (succeeds(m_component.DllGetClassObject(CLSID_IniReader, __uuidof(IClassFactory),
+                                               reinterpret_cast<void**>(factory.Put()))) &&
+        succeeds(factory->CreateInstance(nullptr, __uuidof(IIniReader),
+                                         reinterpret_cast<void**>(reader.Put()))) &&
+        succeeds(reader->Load(path.Get())) && succeeds(reader->get_Sections(sections.Put())) &&
+        succeeds(sections->get_Item(three, section.Put())) &&
+        succeeds(section->get_Keys(keys.Put())) && succeeds(keys->get_Item(keyName, key.Put())) &&
+        succeeds(key->get_Value(found.Put()))) {
+      value = ViewOf(found.Get());
+      BSTR name = found.Get();  // is to be overwritten
+      if (!succeeds(key->get_Name(&name))) {
+        value.clear();
+        EXPECT_EQ(nullptr, name);
+      }
+      ::SysFreeString(name);
+    }
+  };
+  // What is made once and stays: the class object, and what the compiler's runtime makes of the
+  // first exception.
+  readAll(0);
+  EXPECT_TRUE(FAILED(Load(L"")));
+  m_reader.Release();
+  ReplaceFaultyImports(m_component.Module());
+  for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
+    int reported = 0;
+    const int faults = SweepFaults(kind, [&](int call) {
+      readAll(call);
+      reported += result == E_OUTOFMEMORY;
+      EXPECT_EQ(SUCCEEDED(result) ? S_OK : E_OUTOFMEMORY, result) << call;
+      EXPECT_EQ(SUCCEEDED(result) ? L"99" : L"", value) << call;
+      EXPECT_EQ(0, HeapBlocks()) << call;
+    });
+    // Giving memory back that is not needed, of sections and of keys, may fail.
+    EXPECT_EQ(kind == FaultKind::Heap ? 2 : 0, faults - reported);
+    EXPECT_LT(0, reported);
+  }
+  EXPECT_EQ(S_OK, m_component.DllCanUnloadNow());
+}
+
+}  // namespace

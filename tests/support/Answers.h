@@ -1,0 +1,62 @@
+#pragma once
+
+#include <windows.h>
+
+#include <map>
+#include <string>
+#include <vector>
+
+#include "tests/support/Interfaces.h"
+
+// Reading objects of the server as its clients do, by the two routes of a dual interface.
+//
+// What a property gives is told as a text: "True" for a boolean, "(null)" for a null text, an
+// item's properties divided by ";", a collection's items divided by " / ", and for a failure "0x",
+// the HRESULT, a blank and the description.
+
+enum class Route { VirtualTable, Dispatch };
+
+/// A VARIANT that is cleared at its end.
+class CVariant : public VARIANT {
+ public:
+  CVariant() noexcept { ::VariantInit(this); }
+  explicit CVariant(long number) noexcept : CVariant() {
+    vt = VT_I4;
+    lVal = number;
+  }
+  explicit CVariant(const wchar_t* text) noexcept : CVariant() {
+    vt = VT_BSTR;
+    bstrVal = ::SysAllocString(text);
+  }
+  CVariant(const CVariant&) = delete;
+  CVariant& operator=(const CVariant&) = delete;
+  ~CVariant() { ::VariantClear(this); }
+};
+
+/// Calls the method in a slot, counted from 1 behind IDispatch, of a virtual table.
+template <class... Arguments>
+HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
+  using Method = HRESULT(STDMETHODCALLTYPE*)(IUnknown*, Arguments...);
+  return (*reinterpret_cast<Method**>(object))[6 + slot](object, arguments...);
+}
+
+/// Calls a member through IDispatch, with one argument at most; gives the HRESULT of the member.
+HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argument,
+               VARIANT* result, std::wstring* description = nullptr);
+
+/// The description that a failed call left on the thread.
+std::wstring TakeDescription();
+
+std::wstring FailureText(HRESULT hr, const std::wstring& description);
+bool IsFailure(const std::wstring& answer);
+
+/// All properties of an item.
+std::wstring ReadItem(IDispatch* item, const std::wstring& interfaceName, Route route);
+
+/// What a module tells, by property.
+using Answers = std::map<std::wstring, std::wstring>;
+
+Answers ReadModule(IDispatch* module, Route route);
+
+/// One property of a module, through the virtual table.
+std::wstring ReadModule(IDispatch* module, const std::wstring& property);

@@ -1,0 +1,160 @@
+#include "tests/support/Imports.h"
+
+#include <cstdlib>
+#include <map>
+#include <set>
+#include <string_view>
+
+#include "msidb/MsiHandle.h"
+
+namespace {
+
+FaultKind s_kind;
+int s_callsUntilFault = 0;
+const char* s_failed = nullptr;
+std::map<std::string_view, int> s_calls;
+int s_heapBlocks = 0;
+
+/// Whether the call that is being made is the one that is to fail.
+bool Fails(FaultKind kind, const char* name) {
+  ++s_calls[name];
+  if (kind != s_kind || s_callsUntilFault == 0 || --s_callsUntilFault > 0) {
+    return false;
+  }
+  s_failed = name;
+  return true;
+}
+
+/// The replacement of a function that fails with a value of its own; kOriginal is called otherwise.
+template <FaultKind kKind, auto kOriginal, auto kFailure>
+struct Replacement;
+
+template <FaultKind kKind, class Result, class... Arguments,
+          Result(WINAPI* kOriginal)(Arguments...), auto kFailure>
+struct Replacement<kKind, kOriginal, kFailure> {
+  static inline const char* s_name;
+  static Result WINAPI Call(Arguments... arguments) {
+    return Fails(kKind, s_name) ? static_cast<Result>(kFailure) : kOriginal(arguments...);
+  }
+};
+
+template <FaultKind kKind, auto kOriginal, auto kFailure = nullptr>
+ImportedFunction Replace(const char* dll, const char* name, HRESULT reportedCode = E_OUTOFMEMORY,
+                         const wchar_t* reportedAs = nullptr, bool takesPath = false) {
+  using Faulty = Replacement<kKind, kOriginal, kFailure>;
+  Faulty::s_name = name;
+  void* const replacement = reinterpret_cast<void*>(&Faulty::Call);
+  return {kKind, dll, name, reportedAs, takesPath, reportedCode, replacement};
+}
+
+void* Counted(void* block) {
+  s_heapBlocks += block != nullptr;
+  return block;
+}
+
+void* Malloc(size_t size) {
+  return Fails(FaultKind::Heap, "malloc") ? nullptr : Counted(std::malloc(size));
+}
+void* Calloc(size_t count, size_t size) {
+  return Fails(FaultKind::Heap, "calloc") ? nullptr : Counted(std::calloc(count, size));
+}
+void* Realloc(void* block, size_t size) {
+  return block ? Fails(FaultKind::Heap, "realloc") ? nullptr : std::realloc(block, size)
+               : Malloc(size);
+}
+void Free(void* block) {
+  s_heapBlocks -= block != nullptr;
+  std::free(block);
+}
+
+// The address of an imported function is no constant.
+BSTR WINAPI AllocText(const wchar_t* text) { return ::SysAllocString(text); }
+BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
+  return ::SysAllocStringLen(text, length);
+}
+
+#define INSTALLER(name, failure, code, ...)      \
+  Replace<FaultKind::Installer, &name, failure>( \
+      "msi.dll", #name, static_cast<HRESULT>(0x80070000 | (code)), __VA_ARGS__)
+#define HEAP(name, replacement)                                         \
+  {                                                                     \
+    FaultKind::Heap, "msvcrt.dll", name, nullptr, false, E_OUTOFMEMORY, \
+        reinterpret_cast<void*>(&replacement)                           \
+  }
+#define TEXT_OF(name, original) Replace<FaultKind::Text, &original>("oleaut32.dll", name)
+
+const ImportedFunction kFunctions[] = {
+    INSTALLER(MsiOpenDatabaseW, 1627, 1627, L"MsiOpenDatabase", true),
+    INSTALLER(MsiGetSummaryInformationW, 1620, 1620, L"MsiGetSummaryInformation", true),
+    INSTALLER(MsiSummaryInfoGetPropertyW, 1627, 0, nullptr),
+    INSTALLER(MsiDatabaseIsTablePersistentW, MSICONDITION_ERROR, 1627,
+              L"MsiDatabaseIsTablePersistent"),
+    INSTALLER(MsiDatabaseOpenViewW, 1615, 1615, L"MsiOpenDatabaseView"),
+    INSTALLER(MsiViewExecute, 1603, 1603, L"MsiViewExecute"),
+    INSTALLER(MsiViewFetch, 6, 6, L"MsiViewFetch"),
+    INSTALLER(MsiRecordGetStringW, 87, 87, L"MsiRecordGetString"),
+    INSTALLER(MsiCreateRecord, 0, 1631, L"MsiCreateRecord"),
+    HEAP("malloc", Malloc),
+    HEAP("calloc", Calloc),
+    HEAP("realloc", Realloc),
+    HEAP("free", Free),
+    TEXT_OF("SysAllocString", AllocText),
+    TEXT_OF("SysAllocStringLen", AllocTextLen),
+};
+
+}  // namespace
+
+bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement) {
+  // By address, which serves imports by name and by ordinal alike.
+  std::set<void*> present{reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA(dll), name))};
+  for (const ImportedFunction& function : kFunctions) {
+    if (std::string_view(function.name) == name) {
+      present.insert(function.replacement);
+    }
+  }
+  auto* const base = reinterpret_cast<BYTE*>(importer);
+  const auto* const header = reinterpret_cast<IMAGE_NT_HEADERS*>(
+      base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
+  const DWORD imports =
+      header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
+  for (auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); from->Name;
+       ++from) {
+    for (auto* slot = reinterpret_cast<void**>(base + from->FirstThunk); *slot; ++slot) {
+      DWORD protection;
+      if (present.count(*slot) &&
+          ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection)) {
+        *slot = replacement;
+        return true;
+      }
+    }
+  }
+  return false;
+}
+
+void ReplaceFaultyImports(HMODULE server) {
+  s_heapBlocks = 0;
+  for (const ImportedFunction& function : kFunctions) {
+    ReplaceImport(server, function.dll, function.name, function.replacement);
+  }
+}
+
+void FailCall(FaultKind kind, int call) {
+  s_kind = kind;
+  s_callsUntilFault = call;
+  s_failed = nullptr;
+}
+
+void FailNoCall() { s_callsUntilFault = 0; }
+
+const ImportedFunction* FailedFunction() {
+  for (const ImportedFunction& function : kFunctions) {
+    if (function.name == s_failed) {
+      return &function;
+    }
+  }
+  return nullptr;
+}
+
+int CallCount(const char* name) { return s_calls[name]; }
+
+int HeapBlocks() { return s_heapBlocks; }

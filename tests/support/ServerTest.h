@@ -1,0 +1,69 @@
+#pragma once
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <string>
+
+#include "common/ComPtr.h"
+#include "idl/qmmmupdater.h"
+#include "idl/qmmmupdater2.h"
+#include "tests/support/TestFolder.h"
+
+/// The built server, reached through its exports alone.
+class CServerLibrary {
+ public:
+  ~CServerLibrary() { Unload(); }
+
+  static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
+
+  void Load();
+  void Unload();
+  HMODULE Module() const { return m_module; }
+
+  HRESULT DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) const;
+  HRESULT DllCanUnloadNow() const { return CallPlain("DllCanUnloadNow"); }
+  HRESULT DllRegisterServer() const { return CallPlain("DllRegisterServer"); }
+  HRESULT DllUnregisterServer() const { return CallPlain("DllUnregisterServer"); }
+
+  /// The class factory of MergeModule2.
+  CComPtr<IClassFactory> Factory() const;
+  /// A new module object on which nothing is open; none when it cannot be created.
+  CComPtr<IMergeModuleTavik> NewModule() const;
+
+ private:
+  HRESULT CallPlain(const char* name) const;
+
+  HMODULE m_module = nullptr;
+};
+
+/// Opens a module file.
+HRESULT Open(IMergeModule* module, const std::wstring& path);
+
+/// Loads the server, and checks after the test that nothing of what it or the test made is left.
+class CServerTest : public ::testing::Test {
+ protected:
+  void SetUp() override;
+  void TearDown() override;
+
+  /// Has the server make what it makes once for all, and takes what is alive then as the state to
+  /// which the test has to return.
+  void Settle();
+  void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
+
+  CComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }
+  /// A new module object with the file open.
+  CComPtr<IMergeModuleTavik> OpenModule(const std::wstring& path) const;
+  /// The same with a rich module, which is made anew.
+  CComPtr<IMergeModuleTavik> OpenRichModule() const;
+
+  CServerLibrary m_server;
+  CTestFolder m_folder;
+  std::wstring m_rich = m_folder / L"rich.msm";  ///< path of the rich module
+
+ private:
+  /// What is alive now of all that can leak. Closes installer handles that were left open.
+  std::string Alive() const;
+
+  std::string m_before;
+};

@@ -1,0 +1,21 @@
+#include "tests/support/TestFolder.h"
+
+#include <windows.h>
+
+std::filesystem::path ProgramFolder() {
+  wchar_t path[MAX_PATH];
+  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+  return std::filesystem::path(path).parent_path();
+}
+
+CTestFolder::CTestFolder()
+    : m_path(std::filesystem::temp_directory_path() /
+             (L"qmtest" + std::to_wstring(::GetCurrentProcessId()))) {
+  std::filesystem::remove_all(m_path);  // what an earlier process of this number may have left
+  std::filesystem::create_directory(m_path);
+}
+
+CTestFolder::~CTestFolder() {
+  std::error_code ignored;
+  std::filesystem::remove_all(m_path, ignored);
+}

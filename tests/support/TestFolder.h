@@ -1,0 +1,23 @@
+#pragma once
+
+#include <filesystem>
+#include <string>
+#include <string_view>
+
+/// The folder of the test program, where the server and its type library lie.
+std::filesystem::path ProgramFolder();
+
+/// A new empty folder, removed with everything in it.
+class CTestFolder {
+ public:
+  CTestFolder();
+  ~CTestFolder();
+  CTestFolder(const CTestFolder&) = delete;
+  CTestFolder& operator=(const CTestFolder&) = delete;
+
+  /// Full path of a file in the folder.
+  std::wstring operator/(std::wstring_view name) const { return (m_path / name).wstring(); }
+
+ private:
+  std::filesystem::path m_path;
+};

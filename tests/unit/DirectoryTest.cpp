@@ -1,0 +1,314 @@
+#include "common/Path.h"
+#include "module/CacheMSM.h"
+#include "msidb/DirectoryName.h"
+#include "msidb/DirectoryResolution.h"
+#include "msidb/ModuleDirectories.h"
+#include "server/error/ErrorHandler.h"
+#include "tests/unit/Installer.h"
+#include "tests/unit/TestDatabase.h"
+#include "tests/unit/Testing.h"
+
+using msidb::DirectoryOptions;
+using msidb::DirectoryPaths;
+using msidb::TargetDirectories;
+
+namespace {
+
+#define SUFFIX_32 L".0123456789ABCDEF0123456789ABCDEF"
+#define SUFFIX_36 L".01234567_89AB_CDEF_0123_456789ABCDEF"
+
+TEST(DirectoryName, IsOneOfUpToFourOfTheDefaultDir) {
+  const struct {
+    const wchar_t *defaultDir, *longName, *shortName, *sourceLong, *sourceShort;
+  } cases[] = {
+      {L"a|b:c|d", L"b", L"a", L"d", L"c"},
+      {L"Progra~1|Program Files", L"Program Files", L"Progra~1", L"Program Files", L"Progra~1"},
+      {L"plain", L"plain", L"plain", L"plain", L"plain"},
+      {L".:x", L".", L".", L"x", L"x"},
+      {L"a:b:c", L"a", L"a", L"b:c", L"b:c"},
+      {L"a|b|c", L"b|c", L"a", L"b|c", L"a"},
+      {L":", L"", L"", L"", L""},
+      {L"|", L"", L"", L"", L""},
+      {L"a:", L"a", L"a", L"", L""},
+      {L"", L"", L"", L"", L""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(std::wstring(c.defaultDir)));
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, false, false), c.longName);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, false, true), c.shortName);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, true, false), c.sourceLong);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, true, true), c.sourceShort);
+  }
+}
+
+TEST(DirectoryName, SuffixesHaveTheLengthOfAGuid) {
+  for (size_t length = 0; length < 40; ++length) {
+    EXPECT_EQ(length == 32 || length == 36, msidb::ModuleSuffixMatch(std::wstring(length, L'x')));
+  }
+  EXPECT_EQ(msidb::StripModuleSuffix(L"INSTALLDIR" SUFFIX_32), L"INSTALLDIR");
+  EXPECT_EQ(msidb::StripModuleSuffix(L"a.b" SUFFIX_36), L"a.b");
+  EXPECT_EQ(msidb::StripModuleSuffix(L"INSTALLDIR" SUFFIX_32 L"x"), L"INSTALLDIR" SUFFIX_32 L"x");
+}
+
+/// A database with the trees that the tests walk.
+class Directories : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    installer::Reset();
+    test.Run(
+        L"CREATE TABLE `Directory` (`Directory` CHAR(72) NOT NULL, `Directory_Parent` "
+        L"CHAR(72), `DefaultDir` LONGCHAR NOT NULL PRIMARY KEY `Directory`)");
+    test.Run(
+        L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR NOT NULL "
+        L"PRIMARY KEY `Property`)");
+    const std::initializer_list<CWideString> rows[] = {
+        {L"TARGETDIR", L"", L"SourceDir"},
+        {L"ProgramFilesFolder", L"TARGETDIR", L"."},
+        {L"INSTALLDIR" SUFFIX_32, L"ProgramFilesFolder", L"MYAPP|My App:app|Application"},
+        {L"Bin" SUFFIX_32, L"INSTALLDIR" SUFFIX_32, L"bin"},
+        {L"ProgramFilesFolder" SUFFIX_36, L"TARGETDIR", L"PFiles"},
+        {L"BelowSuffixed", L"ProgramFilesFolder" SUFFIX_36, L"below"},
+        {L"CommonFilesFolder" SUFFIX_36, L"TARGETDIR", L"Common"},
+        {L"BelowCommon", L"CommonFilesFolder" SUFFIX_36, L"below"},
+        {L"ProgramFiles64Folder", L"TARGETDIR", L"Prog64~1|Program Files 64"},
+        {L"windowsfolder", L"TARGETDIR", L"Win"},
+        {L"Anchor", L"TARGETDIR", L"."},
+        {L"BelowAnchor", L"Anchor", L"below"},
+        {L"Adrift", L"TARGETDIR", L"."},
+        {L"BelowAdrift", L"Adrift", L"below"},
+        {L"Same", L"Bin" SUFFIX_32, L".:src"},
+        {L"Hidden", L"Same", L".config"},
+        {L"BelowHidden", L"Hidden", L"below"},
+        {L"Data", L"", L"SOURCEDIR"},
+        {L"BelowData", L"Data", L"below"},
+        {L"Elsewhere", L"", L"SourceDir"},
+        {L"BelowElsewhere", L"Elsewhere", L"below"},
+        {L"Round", L"About", L"round"},
+        {L"About", L"Round", L"about"},
+        {L"Itself", L"Itself", L"itself"},
+        {L"Orphan", L"Gone", L"orphan"},
+        {L"Nameless", L"Orphan", L"|"},
+        {L"BelowNameless", L"Nameless", L"below"},
+        {L"it's", L"TARGETDIR", L"quoted"},
+        {L"it's a dot", L"TARGETDIR", L"."},
+        {L"x' OR '1'='1", L"TARGETDIR", L"."},
+        {L"Fits", L"TARGETDIR", CWideString(std::wstring(259, L'n'))},
+        {L"TooLong", L"TARGETDIR", CWideString(std::wstring(260, L'n'))},
+        {L"BelowTooLong", L"TooLong", L"below"},
+    };
+    for (const auto& row : rows) {
+      test.Insert(L"Directory", row);
+    }
+    test.Insert(L"Property", {L"Anchor", L"C:\\Anchor\\"});
+    test.Insert(L"Property", {L"Data", L"D:\\Data"});
+  }
+  void TearDown() override {
+    installer::Reset();
+    const UINT own = test.database.Get() ? 1 : 0;
+    EXPECT_EQ(own, installer::CloseAllHandles()) << "all but the test's own database";
+  }
+
+  CWideString Resolve(const wchar_t* key, const DirectoryOptions& options) const {
+    CWideString path;
+    EXPECT_EQ(UINT(ERROR_SUCCESS), msidb::ResolveDirectoryPath(test.database, key, path, options));
+    return path;
+  }
+
+  TestDatabase test;
+};
+
+TEST_F(Directories, AreWalkedUpToTheirRoot) {
+  const struct {
+    const wchar_t *key, *target, *scanned;
+  } cases[] = {
+      {L"ProgramFilesFolder", L"[ProgramFilesFolder]", L"ProgramFilesFolder"},
+      {L"Bin" SUFFIX_32, L"[ProgramFilesFolder]My App\\bin", L"ProgramFilesFolder\\My App\\bin"},
+      // A suffixed predefined folder is one only where its own row is there as well.
+      {L"BelowSuffixed", L"[ProgramFilesFolder]below", L"ProgramFilesFolder\\below"},
+      {L"BelowCommon", L"Common\\below", L"Common\\below"},
+      {L"ProgramFiles64Folder", L"Program Files 64", L"Program Files 64"},
+      {L"windowsfolder", L"[windowsfolder]", L"windowsfolder"},
+      {L"TARGETDIR", L"", L""},
+      {L"Anchor", L"C:\\Anchor\\", L"C:\\Anchor\\"},
+      {L"BelowAnchor", L"C:\\Anchor\\below", L"C:\\Anchor\\below"},
+      {L"BelowAdrift", L"below", L"below"},
+      {L"BelowHidden", L"[ProgramFilesFolder]My App\\bin\\below",
+       L"ProgramFilesFolder\\My App\\bin\\below"},
+      {L"BelowData", L"D:\\Data\\below", L"D:\\Data\\below"},
+      {L"BelowElsewhere", L"below", L"below"},
+      {L"Round", L"about\\round", L"about\\round"},
+      {L"Itself", L"itself", L"itself"},
+      {L"Orphan", L"orphan", L"orphan"},
+      {L"BelowNameless", L"orphan\\\\below", L"orphan\\\\below"},
+      {L"it's", L"quoted", L"quoted"},
+      {L"it's a dot", L"", L""},
+      {L"x' OR '1'='1", L"", L""},
+      {L"No such row", L"", L""},
+      {L"", L"", L""},
+  };
+  for (const auto& c : cases) {
+    SCOPED_TRACE(::testing::PrintToString(std::wstring(c.key)));
+    EXPECT_EQ(Resolve(c.key, msidb::kTargetPath), c.target);
+    EXPECT_EQ(Resolve(c.key, msidb::kTableScan), c.scanned);
+  }
+}
+
+TEST_F(Directories, OtherOptions) {
+  const DirectoryOptions plain{};
+  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, {true, false, true, true, true}),
+            L"[ProgramFilesFolder]Application\\bin");
+  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, {false, true, true, true, true}),
+            L"[ProgramFilesFolder]MYAPP\\bin");
+  EXPECT_EQ(Resolve(L"BelowSuffixed", plain), L"PFiles\\below") << "suffixes are kept";
+  EXPECT_EQ(Resolve(L"BelowAnchor", plain), L"Anchor\\below") << "a dot folder goes by its key";
+  EXPECT_EQ(Resolve(L"Same", {true, false, true, true, true}),
+            L"[ProgramFilesFolder]Application\\bin\\src");
+}
+
+TEST_F(Directories, ChainsOfAnyDepth) {
+  CWideString expected(L"D0");
+  test.Insert(L"Directory", {L"Deep0", L"TARGETDIR", L"D0"});
+  for (int i = 1; i < 300; ++i) {
+    const CWideString name = CWideString::Format(L"D%d", i);
+    test.Insert(L"Directory",
+                {CWideString::Format(L"Deep%d", i), CWideString::Format(L"Deep%d", i - 1), name});
+    expected = JoinPath(expected, name);
+  }
+  EXPECT_EQ(Resolve(L"Deep299", msidb::kTargetPath), expected);
+}
+
+TEST_F(Directories, NamesThatFitInNoPathAreReturnedAsACode) {
+  EXPECT_EQ(259U, Resolve(L"Fits", msidb::kTargetPath).length());
+  for (const wchar_t* const key : {L"TooLong", L"BelowTooLong"}) {
+    CWideString path;
+    EXPECT_EQ(UINT(ERROR_MORE_DATA),
+              msidb::ResolveDirectoryPath(test.database, key, path, msidb::kTargetPath));
+    const com_exception failure =
+        FailureOf([&] { msidb::RequireDirectoryPath(test.database, key, msidb::kTargetPath); });
+    EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MORE_DATA), failure.hr);
+    EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(key));
+  }
+}
+
+TEST_F(Directories, PredefinedRootsNeedTheirRow) {
+  EXPECT_TRUE(msidb::PredefinedRootMatch(test.database, L"ProgramFilesFolder"));
+  EXPECT_TRUE(msidb::PredefinedRootMatch(test.database, L"windowsfolder"));
+  for (const wchar_t* const key : {L"WindowsFolder", L"CommonFilesFolder", L"TARGETDIR",
+                                   L"ProgramFiles64Folder", L"it's", L""}) {
+    EXPECT_FALSE(msidb::PredefinedRootMatch(test.database, key));
+  }
+}
+
+TEST_F(Directories, PropertiesAreLookedUpByName) {
+  CWideString value(L"untouched");
+  EXPECT_FALSE(msidb::LookupProperty(test.database, L"Nothing", value));
+  EXPECT_FALSE(msidb::LookupProperty(test.database, L"x' OR '1'='1", value));
+  EXPECT_EQ(value, L"untouched");
+  EXPECT_TRUE(msidb::LookupProperty(test.database, L"Data", value));
+  EXPECT_EQ(value, L"D:\\Data");
+}
+
+TEST_F(Directories, AbsentTablesAreEmpty) {
+  test.Run(L"DROP TABLE `Property`");
+  EXPECT_EQ(Resolve(L"BelowAnchor", msidb::kTargetPath), L"below");
+  EXPECT_EQ(Resolve(L"BelowData", msidb::kTargetPath), L"below");
+  test.Run(L"DROP TABLE `Directory`");
+  EXPECT_EQ(Resolve(L"BelowAnchor", msidb::kTargetPath), L"");
+}
+
+TEST_F(Directories, AllOfATableAtOnce) {
+  test.Run(L"DELETE FROM `Directory` WHERE `Directory` = 'TooLong'");
+  const DirectoryPaths paths = msidb::ResolveAllDirectories(test.database);
+  EXPECT_EQ(32U, paths.size());
+  EXPECT_EQ(paths.at(L"Bin" SUFFIX_32), L"ProgramFilesFolder\\My App\\bin");
+  EXPECT_EQ(paths.at(L"TARGETDIR"), L"");
+  test.Run(L"DROP TABLE `Directory`");
+  EXPECT_TRUE(msidb::ResolveAllDirectories(test.database).empty());
+}
+
+TEST_F(Directories, OneViewServesAWalk) {
+  installer::Reset();
+  Resolve(L"BelowNameless", msidb::kTargetPath);
+  EXPECT_EQ(1, installer::CallsOf("MsiDatabaseOpenViewW"));
+  EXPECT_EQ(4, installer::CallsOf("MsiViewExecute")) << "three rows, and the one that is missing";
+}
+
+/// A module file with a few directories, and what its keys resolve to.
+class ModuleDirectories : public Directories {
+ protected:
+  void SetUp() override {
+    Directories::SetUp();
+    test.database.Commit();
+    const msidb::Database closed = std::move(test.database);
+  }
+
+  /// The paths of `keys`; a failure of one is in its place.
+  HRESULT Resolve(std::initializer_list<const wchar_t*> keys) {
+    directories.clear();
+    for (const wchar_t* const key : keys) {
+      directories.try_emplace(key);
+    }
+    return msidb::ResolveModuleDirectories(test.file.path, directories);
+  }
+
+  TargetDirectories directories;
+};
+
+TEST_F(ModuleDirectories, AreResolvedOverOneDatabase) {
+  installer::Reset();
+  EXPECT_EQ(S_OK, Resolve({L"Bin" SUFFIX_32, L"BelowAnchor", L"BelowTooLong", L"BelowData", L""}));
+  EXPECT_EQ(1, installer::CallsOf("MsiOpenDatabaseW"));
+  EXPECT_EQ(directories[L"Bin" SUFFIX_32].path, L"[ProgramFilesFolder]My App\\bin");
+  EXPECT_EQ(directories[L"BelowAnchor"].path, L"C:\\Anchor\\below");
+  EXPECT_EQ(directories[L"BelowData"].path, L"D:\\Data\\below") << "behind one that fails";
+  EXPECT_EQ(directories[L""].path, L"");
+  const msidb::TargetDirectory& failed = directories[L"BelowTooLong"];
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MORE_DATA), failed.result);
+  EXPECT_EQ(failed.description, SystemText(failed.result) + L"ResolveDirectoryPath(BelowTooLong)");
+}
+
+TEST_F(ModuleDirectories, NeedTheirFile) {
+  const CWideString path = CWideString(test.file.path) + L".gone";
+  EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, directories)));
+  const com_exception failure(E_FAIL);
+  EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
+}
+
+TEST_F(ModuleDirectories, SurviveAFailureOfAnyCall) {
+  const struct {
+    const char* function;
+    UINT answer;
+  } calls[] = {
+      {"MsiOpenDatabaseW", ERROR_OPEN_FAILED},
+      {"MsiDatabaseOpenViewW", ERROR_BAD_QUERY_SYNTAX},
+      {"MsiViewExecute", ERROR_FUNCTION_FAILED},
+      {"MsiViewFetch", ERROR_FUNCTION_FAILED},
+      {"MsiCreateRecord", 0},
+      {"MsiRecordSetStringW", ERROR_INVALID_PARAMETER},
+      {"MsiRecordGetStringW", ERROR_INVALID_PARAMETER},
+      {"MsiDatabaseIsTablePersistentW", MSICONDITION_ERROR},
+  };
+  for (const auto& call : calls) {
+    SCOPED_TRACE(call.function);
+    for (int position = 0;; ++position) {
+      SCOPED_TRACE(position);
+      installer::Reset();
+      installer::Answer(call.function, call.answer, position);
+      const HRESULT hr = Resolve({L"BelowAnchor", L"BelowData"});
+      const bool clean = installer::CallsOf(call.function) <= position;
+      installer::Reset();
+      bool described = FAILED(hr) && TakeErrorObject();
+      for (const auto& [key, directory] : directories) {
+        described = described || (FAILED(directory.result) && !directory.description.empty());
+      }
+      EXPECT_EQ(clean, !described);
+      if (clean) {
+        EXPECT_LT(0, position) << "the function was never called";
+        EXPECT_EQ(directories[L"BelowData"].path, L"D:\\Data\\below");
+        break;
+      }
+    }
+  }
+}
+
+}  // namespace

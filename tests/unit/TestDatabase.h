@@ -1,0 +1,39 @@
+#pragma once
+
+#include <initializer_list>
+
+#include "msidb/Database.h"
+#include "msidb/View.h"
+
+/// A name for a new file, which is deleted with the object.
+struct CTempFile {
+  CTempFile() {
+    ::GetTempPathW(MAX_PATH, path);
+    ::GetTempFileNameW(path, L"qmt", 0, path);
+  }
+  ~CTempFile() { ::DeleteFileW(path); }
+  CTempFile(const CTempFile&) = delete;
+  CTempFile& operator=(const CTempFile&) = delete;
+
+  wchar_t path[MAX_PATH];
+};
+
+/// A new installer database in a file of its own.
+struct TestDatabase {
+  void Run(const wchar_t* query) { msidb::View().Run(database, query); }
+
+  /// Adds a row of texts; empty ones are null. Any character may stand in them.
+  void Insert(const wchar_t* table, std::initializer_list<CWideString> cells) {
+    msidb::Record row = msidb::Record::Create(static_cast<UINT>(cells.size()));
+    UINT field = 0;
+    for (const CWideString& cell : cells) {
+      row.SetString(++field, cell);
+    }
+    msidb::View view;
+    view.RunTable(database, table);
+    view.Modify(MSIMODIFY_INSERT, row);
+  }
+
+  CTempFile file;  // goes after the database, which has it open
+  msidb::Database database = msidb::Database::Open(file.path, MSIDBOPEN_CREATE);
+};

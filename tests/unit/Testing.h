@@ -1,0 +1,69 @@
+#pragma once
+
+#include <windows.h>
+#include <gtest/gtest.h>
+
+#include "common/WideString.h"
+#include "server/error/ComException.h"
+
+inline void PrintTo(const CWideString& text, std::ostream* out) {
+  *out << ::testing::PrintToString(std::wstring(std::wstring_view(text)));
+}
+
+/// The system's text for a failure, as the server shows it.
+CWideString SystemText(HRESULT hr);
+
+/// Makes an error object for this thread.
+void LeaveErrorObject(const wchar_t* description, const wchar_t* source = L"",
+                      REFIID iid = GUID_NULL);
+
+/// Takes the error object of this thread, which has none afterwards; false when there is none.
+bool TakeErrorObject();
+
+/// The failure that `work` raises; with S_OK when it raises none.
+template <class Work>
+com_exception FailureOf(Work work) {
+  try {
+    work();
+  } catch (CComException* exception) {
+    com_exception failure = exception->Failure();
+    exception->Delete();
+    return failure;
+  }
+  return com_exception(S_OK, L"no failure was raised");
+}
+
+/// The C++ heap of the test program: every operator new overwrites the thread's last-error code, as
+/// the system's allocator may.
+namespace heap {
+
+constexpr DWORD kLastError = 0x00A110C8;  ///< what an allocation leaves
+
+/// Blocks that are allocated now.
+long Live() noexcept;
+
+/// Makes an allocation fail, counted from 1 and from now; 0 makes none fail. Gives whether the one
+/// that was asked for last has failed.
+bool SetFault(long position) noexcept;
+
+/// Calls `work` with allocation 1, 2, 3, ... failing until none is left to fail. Each time it must
+/// answer E_OUTOFMEMORY and leave no block behind; `check` looks at the rest.
+template <class Work, class Check>
+void SweepFaults(Work work, Check check) {
+  for (long position = 1;; ++position) {
+    SCOPED_TRACE(position);
+    const long blocks = Live();
+    SetFault(position);
+    const HRESULT hr = work();
+    if (!SetFault(0)) {
+      EXPECT_EQ(S_OK, hr);
+      EXPECT_LT(1, position) << "nothing was allocated";
+      return;
+    }
+    EXPECT_EQ(blocks, Live());
+    EXPECT_EQ(E_OUTOFMEMORY, hr);
+    check();
+  }
+}
+
+}  // namespace heap
