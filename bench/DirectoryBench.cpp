@@ -10,6 +10,7 @@
 #include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
 #include "server/error/ErrorHandler.h"
+#include "server/error/Raise.h"
 
 namespace {
 
@@ -46,6 +47,9 @@ CWideString BuildModule() {
   const std::wstring idt(JoinPath(folder, table));
   {
     FILE* const file = ::_wfopen(idt.c_str(), L"wb");
+    if (!file) {
+      RaiseLastError();
+    }
     std::fwrite(rows.data(), 1, rows.size(), file);
     std::fclose(file);
   }
@@ -131,5 +135,8 @@ int main() {
     ::DeleteFileW(module.c_str());
     return S_OK;
   });
+  if (FAILED(hr)) {
+    std::fprintf(stderr, "bench_directories: 0x%08lX\n", static_cast<unsigned long>(hr));
+  }
   return FAILED(hr) ? 1 : 0;
 }

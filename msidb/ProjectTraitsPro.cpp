@@ -1,6 +1,6 @@
 #include "msidb/ProjectTraitsPro.h"
 
-#include "msidb/NameList.h"
+#include "msidb/NameMatch.h"
 
 namespace {
 

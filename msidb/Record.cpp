@@ -20,7 +20,7 @@ CWideString Record::GetString(UINT field) const {
       [&](wchar_t* buffer, DWORD* length) {
         return ::MsiRecordGetStringW(Get(), field, buffer, length);
       },
-      // Twice the size, since some installers count bytes here in one code page and not in another.
+      // Twice the size: whether that counts characters or bytes is not relied on.
       [&](DWORD) { return 2 * ::MsiRecordDataSize(Get(), field) + 1; });
   ReportInstallerResult(code, L"MsiRecordGetString");
   return text;

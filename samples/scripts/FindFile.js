@@ -10,7 +10,12 @@ var module = new ActiveXObject("QmMMUpdater.MergeModule2");
 var found = 0;
 
 for (var i = 1; i < WScript.Arguments.length; i++) {
-  module.Open(WScript.Arguments(i));
+  try {
+    module.Open(WScript.Arguments(i));
+  } catch (failure) {
+    WScript.Echo(WScript.Arguments(i) + ": " + failure.message);
+    continue;
+  }
   for (var files = new Enumerator(module.Files); !files.atEnd(); files.moveNext()) {
     // The table holds "SHORT~1.DLL|LongName.dll", or one name alone.
     var names = files.item().FileName.toLowerCase().split("|");

@@ -5,8 +5,8 @@
 #include "server/error/com_exception.h"
 
 /// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
-/// returns `failure.hr` (DISP_E_EXCEPTION for 0). With a context the description ends in "\n     >
-/// " and the context.
+/// returns `failure.hr` (DISP_E_EXCEPTION for 0). A context is added to the description, behind a
+/// line break and "     > ".
 HRESULT ReportFailure(REFCLSID clsid, const com_exception& failure,
                       const wchar_t* context) noexcept;
 
