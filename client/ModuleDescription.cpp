@@ -23,6 +23,13 @@ long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(
   return value;
 }
 
+template <class Interface>
+bool Flag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(VARIANT_BOOL*)) {
+  VARIANT_BOOL value = VARIANT_FALSE;
+  Check((object.*property)(&value));
+  return value != VARIANT_FALSE;
+}
+
 /// A number of a module's table, where the installer gives LONG_MIN for null.
 template <class Interface>
 std::optional<long> Cell(Interface& object,
@@ -61,29 +68,57 @@ std::string DescribeItem(IMMCustomAction& action) {
 
 std::string DescribeItem(IMMDialog& dialog) { return Text(dialog, &IMMDialog::get_Name); }
 
+DownloadFileDescription DescribeItem(IMMGalleryDownloadFileCaskel& file) {
+  return {Text(file, &IMMGalleryDownloadFileCaskel::get_Location),
+          Text(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
+          Text(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
+          Number(file, &IMMGalleryDownloadFileCaskel::get_FileSize),
+          Text(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
+}
+
+/// The items of a collection.
+template <class Item, class Value, class Collection>
+std::vector<Value> DescribeItems(Collection& collection) {
+  const long count = Number(collection, &Collection::get_Count);
+  std::vector<Value> items;
+  items.reserve(static_cast<size_t>(count));
+  VARIANT index;
+  index.vt = VT_I4;
+  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    CComPtr<Item> item;
+    Check(collection.get_Item(index, item.Put()));
+    items.push_back(DescribeItem(*item));
+  }
+  return items;
+}
+
 /// Fills `items` from a collection of the module; a failure is noted under `part` and leaves it
 /// empty.
-template <class Item, class Collection, class Value>
-void DescribeCollection(IMergeModule& module,
-                        HRESULT (STDMETHODCALLTYPE IMergeModule::*property)(Collection**),
+template <class Item, class Module, class Collection, class Value>
+void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*property)(Collection**),
                         const char* part, std::vector<Value>& items,
                         std::vector<PartFailure>& failures) {
   try {
     CComPtr<Collection> collection;
     Check((module.*property)(collection.Put()));
-    const long count = Number(*collection, &Collection::get_Count);
-    items.reserve(static_cast<size_t>(count));
-    VARIANT index;
-    index.vt = VT_I4;
-    for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
-      CComPtr<Item> item;
-      Check(collection->get_Item(index, item.Put()));
-      items.push_back(DescribeItem(*item));
-    }
+    items = DescribeItems<Item, Value>(*collection);
   } catch (const ServerFailure& failure) {
-    items.clear();
     failures.push_back({part, failure});
   }
+}
+
+void DescribeGallery(IMergeModule2& module, GalleryDescription& gallery,
+                     std::vector<PartFailure>& failures) {
+  try {
+    gallery.present = Flag(module, &IMergeModule2::get_Present);
+    gallery.needsDownload = Flag(module, &IMergeModule2::get_NeedsDownload);
+    gallery.localPath = Text(module, &IMergeModule2::get_LocalPath);
+  } catch (const ServerFailure& failure) {
+    failures.push_back({"gallery", failure});
+    return;
+  }
+  DescribeCollection<IMMGalleryDownloadFileCaskel>(
+      module, &IMergeModule2::get_DownloadFiles, "download files", gallery.downloadFiles, failures);
 }
 
 /// Where the files go. No interface tells, so this asks the module's file itself.
@@ -113,7 +148,8 @@ void ResolveTargetPaths(ModuleDescription& module) {
 
 }  // namespace
 
-ModuleDescription Describe(IMergeModule& module) {
+ModuleDescription Describe(IMergeModule2& newestModule) {
+  IMergeModule& module = newestModule;
   ModuleDescription description;
   description.path = Text(module, &IMergeModule::get_Path);
   description.key = Text(module, &IMergeModule::get_Key);
@@ -138,5 +174,6 @@ ModuleDescription Describe(IMergeModule& module) {
                                       description.customActions, failures);
   DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
                                 failures);
+  DescribeGallery(newestModule, description.gallery, failures);
   return description;
 }

@@ -36,9 +36,25 @@ struct ExclusionDescription {
   std::string maxVersion;
 };
 
+struct DownloadFileDescription {
+  std::string location;
+  std::string mediaLocation;
+  std::string internetLocation;
+  long size = 0;
+  std::string checkSum;
+};
+
+/// What the object gallery says about the module.
+struct GalleryDescription {
+  bool present = true;
+  bool needsDownload = false;
+  std::string localPath;
+  std::vector<DownloadFileDescription> downloadFiles;
+};
+
 /// A part of a module that could not be read.
 struct PartFailure {
-  std::string part;  ///< "files", "dependencies", ..., "target path of KEY"
+  std::string part;  ///< "files", "dependencies", ..., "target path of KEY", "gallery"
   ServerFailure failure;
 };
 
@@ -58,6 +74,7 @@ struct ModuleDescription {
   std::vector<ExclusionDescription> exclusions;
   std::vector<std::string> customActions;
   std::vector<std::string> dialogs;
+  GalleryDescription gallery;
   /// What could not be read: collections, which are empty above, or target paths.
   std::vector<PartFailure> failures;
 };
@@ -65,4 +82,4 @@ struct ModuleDescription {
 /// Identity, summary and tables of an open module, with the target paths of its files. Throws
 /// ServerFailure when a property fails; a collection or target path that fails is left out and
 /// listed among the failures.
-ModuleDescription Describe(IMergeModule& module);
+ModuleDescription Describe(IMergeModule2& module);

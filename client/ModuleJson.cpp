@@ -30,6 +30,14 @@ Json ItemJson(const ExclusionDescription& exclusion) {
           {"maxVersion", exclusion.maxVersion}};
 }
 
+Json ItemJson(const DownloadFileDescription& file) {
+  return {{"location", file.location},
+          {"mediaLocation", file.mediaLocation},
+          {"internetLocation", file.internetLocation},
+          {"fileSize", file.size},
+          {"checkSum", file.checkSum}};
+}
+
 template <class Item>
 Json ListJson(const std::vector<Item>& items) {
   Json list = Json::array();
@@ -56,7 +64,11 @@ Json ModuleJson(const ModuleDescription& module) {
           {"dependencies", ListJson(module.dependencies)},
           {"exclusions", ListJson(module.exclusions)},
           {"customActions", module.customActions},
-          {"dialogs", module.dialogs}};
+          {"dialogs", module.dialogs},
+          {"present", module.gallery.present},
+          {"needsDownload", module.gallery.needsDownload},
+          {"localPath", module.gallery.localPath},
+          {"downloadFiles", ListJson(module.gallery.downloadFiles)}};
 }
 
 Json FailureJson(const std::string& file, const std::string& part, const ServerFailure& failure) {

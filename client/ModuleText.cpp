@@ -7,7 +7,7 @@ namespace {
 std::string Cell(const std::optional<long>& value) { return value ? std::to_string(*value) : ""; }
 
 std::string Field(const std::string& name, const std::string& value) {
-  constexpr size_t width = 14;
+  constexpr size_t width = 16;
   return value.empty() ? "" : "  " + name + std::string(width - name.size(), ' ') + value + '\n';
 }
 
@@ -51,6 +51,17 @@ std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
   return Heading("Exclusions", exclusions.size()) + table.ToString(kIndent);
 }
 
+std::string DownloadFiles(const std::vector<DownloadFileDescription>& files) {
+  TextTable table({"Location", "On media", "On the internet", "Size", "Checksum"});
+  for (const DownloadFileDescription& file : files) {
+    table.Add({file.location, file.mediaLocation, file.internetLocation, std::to_string(file.size),
+               file.checkSum});
+  }
+  return Heading("Download files", files.size()) + table.ToString(kIndent);
+}
+
+std::string YesOrNo(bool value) { return value ? "yes" : "no"; }
+
 }  // namespace
 
 std::string ModuleText(const ModuleDescription& module) {
@@ -64,6 +75,9 @@ std::string ModuleText(const ModuleDescription& module) {
   text += Field("Comments", module.comments);
   text += Field("Package code", module.packageCode);
   text += Field("Path", module.path);
+  text += Field("Present", YesOrNo(module.gallery.present));
+  text += Field("Needs download", YesOrNo(module.gallery.needsDownload));
+  text += Field("Local path", module.gallery.localPath);
   if (!module.files.empty()) {
     text += Files(module.files);
   }
@@ -78,6 +92,9 @@ std::string ModuleText(const ModuleDescription& module) {
   }
   if (!module.dialogs.empty()) {
     text += Names("Dialogs", module.dialogs);
+  }
+  if (!module.gallery.downloadFiles.empty()) {
+    text += DownloadFiles(module.gallery.downloadFiles);
   }
   return text;
 }

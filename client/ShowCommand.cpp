@@ -13,14 +13,14 @@
 
 namespace {
 
-CComPtr<IMergeModule> CreateModule() {
-  CComPtr<IMergeModule> module;
+CComPtr<IMergeModule2> CreateModule() {
+  CComPtr<IMergeModule2> module;
   Check(::CoCreateInstance(CLSID_MergeModule2, nullptr, CLSCTX_INPROC_SERVER,
-                           __uuidof(IMergeModule), reinterpret_cast<void**>(module.Put())));
+                           __uuidof(IMergeModule2), reinterpret_cast<void**>(module.Put())));
   return module;
 }
 
-ModuleDescription Read(IMergeModule& module, const std::string& file) {
+ModuleDescription Read(IMergeModule2& module, const std::string& file) {
   const CUniqueBstr path(AllocBstr(FullPath(ToWide(file))));
   Check(path ? module.Open(path.Get()) : E_OUTOFMEMORY);
   return Describe(module);
@@ -75,7 +75,7 @@ class Report {
 }  // namespace
 
 ExitCode Show(const std::vector<std::string>& files, bool json) {
-  const CComPtr<IMergeModule> module = CreateModule();
+  const CComPtr<IMergeModule2> module = CreateModule();
   Report report(json);
   for (const std::string& file : files) {
     try {

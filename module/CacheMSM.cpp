@@ -1,6 +1,7 @@
 #include "module/CacheMSM.h"
 
 #include "common/ModuleKey.h"
+#include "gallery/IniIndexes.h"
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
@@ -58,6 +59,21 @@ void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origi
   ResolveDisplayName();
 }
 
+void CCacheMSM::InitFromGallery(const CWideString& name) {
+  m_bFromGallery = true;
+  SetNameAndVersion(name.c_str(), L"");
+  m_strPath = ResolveLocalPath();
+  m_nLanguage = GetLanguage();
+  m_strModuleID = GetModuleID();
+  m_strVersion = GetVersion();
+  m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
+  m_strAuthor = GetAuthor();
+  m_strComments = GetComments();
+  m_strPackageCode = Name();
+  m_strSubject = GetSubject();
+  ResolveDisplayName();
+}
+
 void CCacheMSM::ReadSignature() {
   const Database database = Database::OpenReadOnly(m_strPath);
   View view;
@@ -80,7 +96,9 @@ void CCacheMSM::ReadSummary() {
 }
 
 void CCacheMSM::ResolveDisplayName() {
-  m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
+  if (!CIniIndexes::Instance().LookupModuleName(m_strKey, m_strDisplayName)) {
+    m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
+  }
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
@@ -122,11 +140,24 @@ CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
   return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, msidb::kTargetPath);
 }
 
-void CCacheMSM::LoadDialogs() { ReadNames(m_strPath, L"Dialog", m_dialogs); }
+void CCacheMSM::LoadDialogs() {
+  if (m_bFromGallery) {
+    return;
+  }
+  ReadNames(m_strPath, L"Dialog", m_dialogs);
+}
 
-void CCacheMSM::LoadCustomActions() { ReadNames(m_strPath, L"CustomAction", m_customActions); }
+void CCacheMSM::LoadCustomActions() {
+  if (m_bFromGallery) {
+    return;
+  }
+  ReadNames(m_strPath, L"CustomAction", m_customActions);
+}
 
 void CCacheMSM::LoadDependencies() {
+  if (m_bFromGallery) {
+    return;
+  }
   ForEachRow(m_strPath, L"ModuleDependency", [&](const Record& row) {
     DependencyRecord dependency(row);
     const bool itself = dependency.RequiredID == m_strModuleID &&
@@ -140,6 +171,9 @@ void CCacheMSM::LoadDependencies() {
 }
 
 void CCacheMSM::LoadExclusions() {
+  if (m_bFromGallery) {
+    return;
+  }
   ForEachRow(m_strPath, L"ModuleExclusion", [&](const Record& row) {
     ExclusionRecord exclusion(row);
     const CWideString key = exclusion.Key;
@@ -148,6 +182,9 @@ void CCacheMSM::LoadExclusions() {
 }
 
 void CCacheMSM::LoadFiles() {
+  if (m_bFromGallery) {
+    return;
+  }
   const Database database = Database::OpenReadOnly(m_strPath);
 
   DirectoryMap directories;

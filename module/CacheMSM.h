@@ -27,6 +27,9 @@ class CCacheMSM : public CMMGallery {
   /// be empty.
   void InitFromModule(const CWideString& path, const CWideString& origin);
 
+  /// Fills the record from the gallery description `name`.
+  void InitFromGallery(const CWideString& name);
+
   /// Module key, "ID:language".
   const CWideString& Key() const noexcept { return m_strKey; }
   const CWideString& ModuleID() const noexcept { return m_strModuleID; }
@@ -89,5 +92,6 @@ class CCacheMSM : public CMMGallery {
   bool m_bExclusionsRead = false;
   FileMap m_files;
   bool m_bFilesRead = false;
+  bool m_bFromGallery = false;
   CWideString m_strOrigin;
 };

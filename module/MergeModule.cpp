@@ -1,6 +1,7 @@
 #include "module/MergeModule.h"
 
 #include "common/Bstr.h"
+#include "gallery/MMGalleryDownloadFileCaskel.h"
 #include "module/Collections.h"
 #include "module/MMCustomAction.h"
 #include "module/MMDependency.h"
@@ -16,6 +17,21 @@ const CWideString& EntryOf(const CWideString& name) noexcept { return name; }
 template <class Row>
 const Row& EntryOf(const std::pair<const CWideString, Row>& entry) noexcept {
   return entry.second;
+}
+
+/// Adds one download file of the record's gallery description under its position from 1. One that
+/// the description leaves out is an item without texts.
+void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCaskel& files) {
+  CUniqueBstr location;
+  CUniqueBstr mediaLocation;
+  CUniqueBstr internetLocation;
+  CUniqueBstr checkSum;
+  long fileSize = 0;
+  gallery.GetDownloadFile(index, location.Put(), mediaLocation.Put(), internetLocation.Put(),
+                          &fileSize, checkSum.Put());
+  const auto file = CComObject<CMMGalleryDownloadFileCaskel>::Create();
+  file->Init(location.Get(), mediaLocation.Get(), internetLocation.Get(), fileSize, checkSum.Get());
+  files.Add(CWideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
 }
 
 VARIANT_BOOL ToVariantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
@@ -151,8 +167,12 @@ STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** val
       return E_POINTER;
     }
     *value = nullptr;
-    (void)RequireRecord();
+    const auto record = RequireRecord();
     const auto collection = CComObject<CMMGalleryDownloadFilesCaskel>::Create();
+    const long count = record->GetDownloadFileCount();
+    for (long index = 0; index < count; ++index) {
+      AddDownloadFile(*record, index, *collection);
+    }
     ThrowIfFailed(collection.QueryInterface(value));
     return S_OK;
   });

@@ -27,18 +27,10 @@ struct BstrLess {
 
 using RootMap = std::map<CUniqueBstr, const wchar_t*, BstrLess>;
 
-CUniqueBstr CopyKey(std::wstring_view key) {
-  CUniqueBstr copy(AllocBstr(key));
-  if (!copy) {
-    RaiseHResult(E_OUTOFMEMORY);
-  }
-  return copy;
-}
-
 RootMap MakeRootMap() {
   RootMap map;
   for (const wchar_t* const root : kPredefinedRoots) {
-    CUniqueBstr key = CopyKey(root);
+    CUniqueBstr key = MakeBstr(root);
     ::CharUpperBuffW(key.Get(), ::SysStringLen(key.Get()));
     map.emplace(std::move(key), root);
   }
@@ -50,7 +42,7 @@ RootMap MakeRootMap() {
 const wchar_t* FindPredefinedRoot(const CWideString& upperCaseKey) {
   static CModuleWide<RootMap> theMap;
   const RootMap& map = theMap.Get([] { return new RootMap(MakeRootMap()); });
-  const auto found = map.find(CopyKey(upperCaseKey));
+  const auto found = map.find(MakeBstr(upperCaseKey));
   return found == map.end() ? nullptr : found->second;
 }
 

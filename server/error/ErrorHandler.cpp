@@ -87,3 +87,13 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
     return ReportUnexpected(clsid);
   }
 }
+
+void DropCurrentException() noexcept {
+  try {
+    throw;
+  } catch (CException* exception) {
+    exception->Delete();
+  } catch (...) {  // NOLINT(bugprone-empty-catch): dropping is what this is for
+  }
+  ::SetErrorInfo(0, nullptr);
+}

@@ -18,7 +18,8 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
 /// Runs `work`, which returns an HRESULT, and answers what it answers; an exception is reported
 /// under the class and becomes the result. An error object from before the call is dropped first.
 ///
-/// Every interface method that can fail does its work in here: nothing else in the server catches.
+/// Every interface method that can fail does its work in here: nothing else in the server catches
+/// but DropFailures.
 template <class Work>
 HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   ::SetErrorInfo(0, nullptr);
@@ -26,6 +27,21 @@ HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
     return work();
   } catch (...) {
     return ReportCurrentException(clsid);
+  }
+}
+
+/// Call from a catch clause: drops the exception that is being handled; one thrown by pointer is
+/// deleted.
+void DropCurrentException() noexcept;
+
+/// Runs `work`; an exception, and what the thread has of an error object then, is dropped without a
+/// trace.
+template <class Work>
+void DropFailures(Work&& work) noexcept {
+  try {
+    work();
+  } catch (...) {
+    DropCurrentException();
   }
 }
 

@@ -8,3 +8,11 @@ void Raise(const com_exception& failure) { throw new CComException(failure); }
 void RaiseHResult(HRESULT hr) { Raise(com_exception(hr)); }
 
 void RaiseLastError() { throw qm::win32_exception(); }
+
+CUniqueBstr MakeBstr(std::wstring_view text) {
+  CUniqueBstr copy(AllocBstr(text));
+  if (!copy) {
+    RaiseHResult(E_OUTOFMEMORY);
+  }
+  return copy;
+}

@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/Bstr.h"
 #include "server/error/com_exception.h"
 
 /// Throws a new CComException* that holds a copy of `failure`.
@@ -17,3 +18,6 @@ inline void ThrowIfFailed(HRESULT hr) {
 
 /// Throws qm::win32_exception for the thread's last-error code.
 [[noreturn]] void RaiseLastError();
+
+/// A new BSTR of `text`; raises E_OUTOFMEMORY.
+CUniqueBstr MakeBstr(std::wstring_view text);

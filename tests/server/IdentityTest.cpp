@@ -1,5 +1,6 @@
 #include "tests/support/Answers.h"
 #include "tests/support/ServerTest.h"
+#include "tests/support/TaskMemory.h"
 
 namespace {
 
@@ -175,8 +176,10 @@ TEST_F(IdentityTest, ClassObjectsAreMadeOnceAndForKnownClassesAlone) {
 }
 
 TEST_F(IdentityTest, TheServerUnloadsAndLoadsAgain) {
+  const long loaded = TaskMemoryBlocks();
   m_server.Unload();
   EXPECT_EQ(nullptr, ::GetModuleHandleW(CServerLibrary::Path().c_str()));
+  EXPECT_GT(loaded, TaskMemoryBlocks()) << "the type library is still loaded";
   m_server.Load();
   EXPECT_EQ(L"True", ReadModule(OpenRichModule().Get(), Route::Dispatch)[L"Present"]);
   Settle();

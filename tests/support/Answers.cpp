@@ -50,12 +50,15 @@ std::wstring GetValue(IDispatch* object, const Member& member, size_t slot, Rout
         Invoke(object, member.name.c_str(), DISPATCH_PROPERTYGET, nullptr, value, &description);
     return FAILED(hr) ? FailureText(hr, description) : L"";
   }
-  value->vt = member.type;
+  // A method that fails clears what was in its out parameter.
+  wchar_t leftover[] = L"leftover";
+  const bool pointer = member.type == VT_BSTR || member.type == VT_DISPATCH;
+  value->byref = pointer ? leftover : nullptr;
   const HRESULT hr = CallSlot(object, slot, static_cast<void*>(&value->byref));
   if (SUCCEEDED(hr)) {
+    value->vt = member.type;
     return L"";
   }
-  const bool pointer = member.type == VT_BSTR || member.type == VT_DISPATCH;
   return FailureText(hr, TakeDescription()) + (pointer && value->byref ? L" and a value" : L"");
 }
 

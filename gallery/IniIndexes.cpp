@@ -1,0 +1,70 @@
+#include "gallery/IniIndexes.h"
+
+#include <utility>
+
+#include "common/ModuleLifetime.h"
+#include "common/Path.h"
+#include "gallery/IniFile.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+/// Adds every line of a section of the file to `table`; of lines with one key the last wins.
+void ReadIndex(const CWideString& path, const wchar_t* sectionName, CIniIndexes::Table& table) {
+  const CComPtr<IIniReader> reader = CreateIniReader();
+  if (FAILED(reader->Load(MakeBstr(path).Get()))) {
+    ::SetErrorInfo(0, nullptr);  // no index is no failure
+    return;
+  }
+  const CComPtr<IIniSection> section = FindSection(*reader, sectionName);
+  if (!section) {
+    return;
+  }
+  const CComPtr<IIniKeys> keys = KeysOf(*section);
+  const long count = CountOf(*keys);
+  for (long position = 1; position <= count; ++position) {
+    if (const CComPtr<IIniKey> key = FindKey(*keys, position)) {
+      table.insert_or_assign(NameOf(*key), ValueOf(*key));
+    }
+  }
+}
+
+}  // namespace
+
+CIniIndexes& CIniIndexes::Instance() {
+  static CModuleWide<CIniIndexes> indexes;
+  return indexes.Get([] { return new CIniIndexes; });
+}
+
+void CIniIndexes::LoadOnce(IApplicationServices& services) {
+  if (std::exchange(m_bLoaded, true)) {
+    return;
+  }
+  LoadModuleNames(AskServices(services, &IApplicationServices::get_ModuleIndexFolder));
+  const CWideString fileIndexes = AskServices(services, &IApplicationServices::get_FileIndexFolder);
+  LoadPlatformFileModules(fileIndexes);
+  LoadFileModules(fileIndexes);
+}
+
+bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+  const auto found = m_moduleNames.find(key);
+  if (found == m_moduleNames.end()) {
+    return false;
+  }
+  name = found->second;
+  return true;
+}
+
+void CIniIndexes::LoadModuleNames(const CWideString& folder) {
+  ReadIndex(JoinPath(folder, L"modules.ini"), L"modules", m_moduleNames);
+}
+
+void CIniIndexes::LoadFileModules(const CWideString& folder) {
+  ReadIndex(JoinPath(folder, L"FilesToModules.ini"), L"FilesToModules", m_fileModules);
+}
+
+void CIniIndexes::LoadPlatformFileModules(const CWideString& folder) {
+  // The section is in the singular, unlike the file.
+  ReadIndex(JoinPath(folder, L"PlatformFilesToModules.ini"), L"PlatformFileToModule",
+            m_platformFileModules);
+}

@@ -1,0 +1,46 @@
+#include "gallery/MMGalleryDownloadFileCaskel.h"
+
+#include "common/Bstr.h"
+
+namespace {
+
+HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
+  if (!value) {
+    return E_POINTER;
+  }
+  *value = AllocBstr(text);
+  return *value ? S_OK : E_OUTOFMEMORY;
+}
+
+}  // namespace
+
+void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* mediaLocation,
+                                        const wchar_t* internetLocation, long fileSize,
+                                        const wchar_t* checkSum) {
+  m_strLocation = location;
+  m_strMediaLocation = mediaLocation;
+  m_strInternetLocation = internetLocation;
+  m_lFileSize = fileSize;
+  m_strCheckSum = checkSum;
+}
+
+STDMETHODIMP CMMGalleryDownloadFileCaskel::get_Location(BSTR* value) {
+  return GetText(m_strLocation, value);
+}
+
+STDMETHODIMP CMMGalleryDownloadFileCaskel::get_MediaLocation(BSTR* value) {
+  return GetText(m_strMediaLocation, value);
+}
+
+STDMETHODIMP CMMGalleryDownloadFileCaskel::get_InternetLocation(BSTR* value) {
+  return GetText(m_strInternetLocation, value);
+}
+
+STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
+  *value = m_lFileSize;
+  return S_OK;
+}
+
+STDMETHODIMP CMMGalleryDownloadFileCaskel::get_CheckSum(BSTR* value) {
+  return GetText(m_strCheckSum, value);
+}

@@ -1,0 +1,597 @@
+#include <filesystem>
+#include <fstream>
+
+#include "common/SearchPath.h"
+#include "gallery/CompareVersions.h"
+#include "gallery/IniFile.h"
+#include "gallery/IniIndexes.h"
+#include "gallery/MMGalleryDownloadFileCaskel.h"
+#include "module/MergeModule.h"
+#include "tests/unit/TestDatabase.h"
+#include "tests/unit/Testing.h"
+// After the installer's headers, on which it depends.
+#include <msidefs.h>
+
+namespace fs = std::filesystem;
+using std::string_literals::operator""s;
+
+namespace {
+
+TEST(CompareVersions, Table) {
+  struct Case {
+    const wchar_t* a;
+    const wchar_t* b;
+    int result;
+  } const cases[] = {
+      {L"1.2", L"1.2.0.0", 0},       {L"2.0", L"1.9.9.9", 1},    {L"1.10", L"1.9", 1},
+      {L"0.2", L"0.1.9", 1},         {L"0.0.2", L"0.0.1.9", 1},  {L"0.0.0.1", L"", 1},
+      {L"1.0.1", L"1.0.0.65535", 1}, {L"40000", L"30000", 1},    {L"0.0.40000", L"0.0.30000", 1},
+      {L"65536", L"0", 0},           {L"1.65537", L"1.1", 0},    {L"1.2.3.5", L"1.2.3.4.9", 1},
+      {L"1.2.3.4.5", L"1.2.3.4", 0}, {L"", L"0.0", 0},           {L"beta", L"", 0},
+      {L"1.x.3", L"1.0.3", 0},       {L"1.2rc9.3", L"1.2.3", 0}, {L"1..2", L"1.0.2", 0},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(c.result, CompareVersions(c.a, c.b)) << c.a << " against " << c.b;
+    EXPECT_EQ(-c.result, CompareVersions(c.b, c.a)) << c.b << " against " << c.a;
+  }
+}
+
+TEST(SearchPath, SplitsThenExpands) {
+  using List = std::vector<CWideString>;
+  ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", L"C:\\x, y");
+  struct Case {
+    const wchar_t* path;
+    List entries;
+    List folders;
+  } const cases[] = {
+      {L"", {}, {}},
+      {L" ,\t, ", {}, {}},
+      {L"C:\\a b", {L"C:\\a b"}, {L"C:\\a b"}},
+      {L",\tb , a,,b", {L"b", L"a", L"b"}, {L"b", L"a", L"b"}},
+      {L"a;b,c", {L"a;b", L"c"}, {L"a;b", L"c"}},
+      {L"%QM_TEST_FOLDER%\\z,b", {L"%QM_TEST_FOLDER%\\z", L"b"}, {L"C:\\x, y\\z", L"b"}},
+      {L"%QM_TEST_NONE%,100%", {L"%QM_TEST_NONE%", L"100%"}, {L"%QM_TEST_NONE%", L"100%"}},
+  };
+  for (const Case& c : cases) {
+    EXPECT_EQ(c.entries, SplitCommaList(c.path)) << c.path;
+    EXPECT_EQ(c.folders, ExpandSearchPath(c.path)) << c.path;
+  }
+}
+
+// ---- A record
+
+/// A gallery in a folder of its own, which is the gallery root as well; modules are searched for in
+/// its folders "one" and "two".
+class Gallery : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    wchar_t path[MAX_PATH];
+    ::GetTempPathW(MAX_PATH, path);
+    ::GetTempFileNameW(path, L"qmg", 0, path);
+    ::DeleteFileW(path);
+    m_root = path;
+    fs::create_directories(m_root / "ObjectGallery");
+    ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", m_root.c_str());
+    const std::wstring searchPath = (m_root / "one").wstring() + L", " + (m_root / "two").wstring();
+    ::SetEnvironmentVariableW(L"QM_MODULE_PATH", searchPath.c_str());
+  }
+  void TearDown() override { fs::remove_all(m_root); }
+
+  void Put(const fs::path& file, std::string_view bytes) {
+    fs::create_directories((m_root / file).parent_path());
+    std::ofstream stream(m_root / file, std::ios::binary);
+    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+  }
+
+  /// Puts the description of the module "lamp".
+  void Describe(std::string_view text) { Put(m_lamp, text); }
+  void DescribeInUtf16(std::wstring_view text) {
+    Put(m_lamp, {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)});
+  }
+
+  /// Puts the installer database one\lamp.msm, with one row in every table that a record reads.
+  void PutModule() {
+    fs::create_directories(m_root / "one");
+    auto database = msidb::Database::Open((m_root / "one" / "lamp.msm").c_str(), MSIDBOPEN_CREATE);
+    for (const wchar_t* query : {
+             L"CREATE TABLE `ModuleSignature` (`ModuleID` CHAR(72) NOT NULL, `Language` SHORT, "
+             L"`Version` CHAR(32) PRIMARY KEY `ModuleID`)",
+             L"INSERT INTO `ModuleSignature` VALUES ('Lamp.1', 1033, '1.0')",
+             L"CREATE TABLE `Dialog` (`Dialog` CHAR(72) NOT NULL PRIMARY KEY `Dialog`)",
+             L"INSERT INTO `Dialog` VALUES ('Welcome')",
+             L"CREATE TABLE `CustomAction` (`Action` CHAR(72) NOT NULL PRIMARY KEY `Action`)",
+             L"INSERT INTO `CustomAction` VALUES ('Light')",
+             L"CREATE TABLE `ModuleDependency` (`ModuleID` CHAR(72) NOT NULL, `ModuleLanguage` "
+             L"SHORT, `RequiredID` CHAR(72), `RequiredLanguage` SHORT, `RequiredVersion` CHAR(32) "
+             L"PRIMARY KEY `ModuleID`)",
+             L"INSERT INTO `ModuleDependency` VALUES ('Lamp.1', 1033, 'Socket.1', 0, '')",
+             L"CREATE TABLE `ModuleExclusion` (`ModuleID` CHAR(72) NOT NULL, `ModuleLanguage` "
+             L"SHORT, `ExcludedID` CHAR(72), `ExcludedLanguage` SHORT, `ExcludedMinVersion` "
+             L"CHAR(32), `ExcludedMaxVersion` CHAR(32) PRIMARY KEY `ModuleID`)",
+             L"INSERT INTO `ModuleExclusion` VALUES ('Lamp.1', 1033, 'Candle.1', 0, '', '')",
+             L"CREATE TABLE `File` (`File` CHAR(72) NOT NULL, `Component_` CHAR(72), `FileName` "
+             L"CHAR(255), `FileSize` LONG, `Version` CHAR(72), `Language` CHAR(20), `Attributes` "
+             L"SHORT, `Sequence` SHORT PRIMARY KEY `File`)",
+             L"INSERT INTO `File` VALUES ('bulb', 'C', 'bulb.dll', 1, '', '', 0, 1)",
+         }) {
+      msidb::View().Run(database, query);
+    }
+    CMsiHandle summary;
+    ASSERT_EQ(0U, ::MsiGetSummaryInformationW(database.Get(), nullptr, 1, summary.Put()));
+    ::MsiSummaryInfoSetPropertyW(summary.Get(), PID_REVNUMBER, VT_LPSTR, 0, nullptr, L"lamp");
+    ASSERT_EQ(0U, ::MsiSummaryInfoPersist(summary.Get()));
+    database.Commit();
+  }
+
+  /// What the three questions answer, such as "present, needs download: one\lamp.msm".
+  std::wstring StateOf(CMMGallery& record) {
+    VARIANT_BOOL present = 7;
+    VARIANT_BOOL needsDownload = 7;
+    CUniqueBstr path;
+    EXPECT_EQ(S_OK, record.GetPresent(&present));
+    EXPECT_EQ(S_OK, record.GetNeedsDownload(&needsDownload));
+    EXPECT_EQ(S_OK, record.GetLocalPath(path.Put()));
+    EXPECT_TRUE(path.Get());
+    std::wstring state;
+    state += present == VARIANT_TRUE ? L"present" : present == VARIANT_FALSE ? L"absent" : L"?";
+    state += needsDownload == VARIANT_TRUE    ? L", needs download"
+             : needsDownload == VARIANT_FALSE ? L""
+                                              : L"?";
+    if (const std::wstring full(ViewOf(path.Get())); !full.empty()) {
+      EXPECT_EQ(0U, full.find(m_root.wstring())) << full;
+      state += L": " + full.substr(m_root.wstring().size() + 1);
+    }
+    return state;
+  }
+
+  fs::path m_root;
+  const fs::path m_lamp = fs::path("ObjectGallery") / "lamp.ini";
+};
+
+struct Lamp : CMMGallery {
+  explicit Lamp(const wchar_t* version = L"") { SetNameAndVersion(L"lamp", version); }
+};
+
+const std::string kLamp =
+    "[MergeModule]\nFileName=lamp.msm\nVersion=2.0\n[lamp.msm]\nLocation=anything\n";
+const std::string kTwoDownloads =
+    kLamp + "[DownloadFiles]\nKey1=first\nKey3=third\n[first]\nLocation=d\\1.bin\n" +
+    "[third]\nLocation=\\d\\3.bin\n";
+
+TEST_F(Gallery, PresenceByDescriptionAndFiles) {
+  struct Case {
+    const char* what;
+    std::string ini;
+    std::vector<const char*> files;
+    const wchar_t* version;
+    const wchar_t* state;
+  } const cases[] = {
+      {"empty", "", {"one/lamp.msm"}, L"", L"present"},
+      {"a lone bracket", "[", {"one/lamp.msm"}, L"", L"present"},
+      {"no FileName",
+       "[MergeModule]\nVersion=2\n[lamp.msm]\nLocation=x",
+       {"one/lamp.msm"},
+       L"",
+       L"present"},
+      {"the same version", kLamp, {"one/lamp.msm"}, L"2.0.0.0", L"present: one\\lamp.msm"},
+      {"an older one in the gallery", kLamp, {"one/lamp.msm"}, L"2.0.1", L"present: one\\lamp.msm"},
+      {"a newer one",
+       kLamp,
+       {"one/lamp.msm"},
+       L"1.9.9.9",
+       L"present, needs download: one\\lamp.msm"},
+      {"any is newer than none",
+       kLamp,
+       {"one/lamp.msm"},
+       L"",
+       L"present, needs download: one\\lamp.msm"},
+      {"empty Location",
+       "[MergeModule]\nFileName=lamp.msm\nVersion=2.0\n[lamp.msm]\nLocation=\n",
+       {"one/lamp.msm"},
+       L"1.0",
+       L"absent"},
+      {"no Location",
+       "[MergeModule]\nFileName=lamp.msm\nVersion=2.0",
+       {"one/lamp.msm"},
+       L"1.0",
+       L"absent"},
+      {"no file", kLamp, {"lamp.msm", "ObjectGallery/lamp.msm"}, L"1.0", L"absent"},
+      {"the second folder", kLamp, {"two/lamp.msm"}, L"2.0", L"present: two\\lamp.msm"},
+      {"both folders", kLamp, {"two/lamp.msm", "one/lamp.msm"}, L"2.0", L"present: one\\lamp.msm"},
+      {"downloads there, in both places",
+       kTwoDownloads,
+       {"one/lamp.msm", "d/1.bin", "ObjectGallery/d/3.bin"},
+       L"2.0",
+       L"present: one\\lamp.msm"},
+      {"first download missing",
+       kTwoDownloads,
+       {"one/lamp.msm", "d/3.bin"},
+       L"2.0",
+       L"absent, needs download: one\\lamp.msm"},
+      {"last download missing",
+       kTwoDownloads,
+       {"one/lamp.msm", "d/1.bin", "one/d/3.bin"},
+       L"2.0",
+       L"absent, needs download: one\\lamp.msm"},
+      {"downloads there, newer",
+       kTwoDownloads,
+       {"one/lamp.msm", "d/1.bin", "d/3.bin"},
+       L"1",
+       L"present, needs download: one\\lamp.msm"},
+      {"keys of any name count",
+       kLamp + "[DownloadFiles]\nother=x\n[x]\nLocation=d\\1.bin",
+       {"one/lamp.msm"},
+       L"2.0",
+       L"absent, needs download: one\\lamp.msm"},
+      {"a download without Location",
+       kLamp + "[DownloadFiles]\nKey1=x\n",
+       {"one/lamp.msm"},
+       L"2.0",
+       L"present: one\\lamp.msm"},
+  };
+  for (const Case& c : cases) {
+    SCOPED_TRACE(c.what);
+    for (const fs::directory_entry& entry : fs::directory_iterator(m_root)) {
+      fs::remove_all(entry);
+    }
+    Describe(c.ini);
+    for (const char* file : c.files) {
+      Put(file, "x");
+    }
+    Lamp record(c.version);
+    EXPECT_EQ(c.state, StateOf(record));
+  }
+}
+
+TEST_F(Gallery, PresenceIsFixedAtTheFirstQuestion) {
+  Describe(kLamp);
+  Put("one/lamp.msm", "x");
+  Lamp record(L"2.0");
+  EXPECT_EQ(L"present: one\\lamp.msm", StateOf(record));
+  fs::remove_all(m_root / "one");
+  EXPECT_EQ(L"present: one\\lamp.msm", StateOf(record));
+  Lamp other(L"2.0");
+  EXPECT_EQ(L"absent", StateOf(other));
+  Put("two/lamp.msm", "x");
+  EXPECT_EQ(L"absent", StateOf(other));
+  EXPECT_EQ(other.ResolveLocalPath(), (m_root / "two" / "lamp.msm").c_str()) << "looks each time";
+}
+
+TEST_F(Gallery, ADescriptionIsLookedForUntilItIsThereAndThenKept) {
+  Lamp record;
+  EXPECT_EQ(record.GetSubject(), L"");
+  fs::create_directories(m_root / m_lamp);
+  EXPECT_EQ(record.GetSubject(), L"") << "a folder is no description";
+  fs::remove(m_root / m_lamp);
+  Describe("[MergeModule]\nSubject=Lamp");
+  EXPECT_EQ(record.GetSubject(), L"Lamp");
+  Describe("[MergeModule]\nSubject=Other");
+  EXPECT_EQ(record.GetSubject(), L"Lamp");
+  fs::remove(m_root / m_lamp);
+  EXPECT_EQ(record.GetSubject(), L"Lamp");
+}
+
+TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
+  Describe(kTwoDownloads);
+  Lamp locked;
+  {
+    const HANDLE lock = ::CreateFileW((m_root / m_lamp).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
+                                      nullptr, OPEN_EXISTING, 0, nullptr);
+    ASSERT_NE(INVALID_HANDLE_VALUE, lock);
+    EXPECT_EQ(locked.GetVersion(), L"");
+    ::CloseHandle(lock);
+  }
+  EXPECT_FALSE(TakeErrorObject());
+  EXPECT_EQ(locked.GetVersion(), L"") << "was opened again";
+  EXPECT_EQ(L"present", StateOf(locked));
+  EXPECT_EQ(0, locked.GetDownloadFileCount());
+
+  ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_root / "none").c_str());
+  Lamp homeless;
+  EXPECT_EQ(homeless.GetVersion(), L"");
+  EXPECT_EQ(L"present", StateOf(homeless));
+  ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", m_root.c_str());
+  EXPECT_EQ(homeless.GetVersion(), L"2.0");
+}
+
+TEST_F(Gallery, NamesDoNotLeaveTheGalleryFolder) {
+  const fs::path gallery("ObjectGallery");
+  for (const wchar_t* name : {L"..\\outside", L"../outside", L"sub\\lamp", L"sub/lamp"}) {
+    Put(gallery / (name + L".ini"s), "[MergeModule]\nSubject=Lamp");
+    ASSERT_TRUE(fs::exists(m_root / gallery / (name + L".ini"s)));
+    CMMGallery record;
+    record.SetNameAndVersion(name, nullptr);
+    EXPECT_EQ(record.GetSubject(), L"") << name;
+  }
+  Put(gallery / L"{a} b..c.ini", "[MergeModule]\nSubject=Lamp");
+  CMMGallery plain;
+  plain.SetNameAndVersion(L"{a} b..c", nullptr);
+  EXPECT_EQ(plain.GetSubject(), L"Lamp");
+}
+
+TEST_F(Gallery, ItemsAreReadByTheNamesOfTheirKeys) {
+  Describe(
+      "[Dependency]\nKey1=Socket.1\n[Socket.1]\nVersion=1.5\nLanguage=1031\n"
+      "[Exclusions]\nKey1=Candle.1\nKey2=Torch.1\nKey3=\n"
+      "[Candle.1]\nExcludedMinVersion=1\nExcludedMaxVersion=3\nExcludedLanguage=-5\n"
+      "[Files]\nKey1=bulb\n[bulb]\nFileName=bulb.dll\nVersion=4.5\nFileSize=12abc\nLanguage=\n"
+      "[DownloadFiles]\nKey1=d\nKey3=e\n[d]\nLocation=d\\1\nMediaLocation=m\nInternetLocation=i\n"
+      "FileSize=77\nCheckSum=s\n[e]\nFileSize=5\n");
+  Lamp record;
+  EXPECT_EQ(1, record.GetDependencyCount());
+  EXPECT_EQ(3, record.GetExclusionCount());
+  EXPECT_EQ(1, record.GetFileCount());
+  EXPECT_EQ(2, record.GetDownloadFileCount());
+
+  CUniqueBstr a, b, c, d;
+  const auto texts = [&] {
+    std::wstring all;
+    for (const CUniqueBstr* text : {&a, &b, &c, &d}) {
+      all += text->Get() ? std::wstring(ViewOf(text->Get())) + L"|" : L"null|";
+    }
+    return all;
+  };
+  const auto drop = [&] {
+    for (CUniqueBstr* text : {&a, &b, &c, &d}) {
+      *text = CUniqueBstr();
+    }
+  };
+  long size = -1;
+  long language = -1;
+  record.GetDependency(0, a.Put(), b.Put(), &language);
+  EXPECT_EQ(L"Socket.1|1.5|null|null|", texts());
+  EXPECT_EQ(1031, language);
+  drop();
+  record.GetExclusion(0, a.Put(), b.Put(), c.Put(), &language);
+  EXPECT_EQ(L"Candle.1|1|3|null|", texts());
+  EXPECT_EQ(-5, language);
+  drop();
+  record.GetExclusion(1, a.Put(), b.Put(), c.Put(), &language);
+  EXPECT_EQ(L"Torch.1|||null|", texts()) << "an item without a section";
+  EXPECT_EQ(0, language);
+  drop();
+  record.GetFile(0, a.Put(), b.Put(), c.Put(), &size, &(language = -1));
+  EXPECT_EQ(L"bulb|bulb.dll|4.5|null|", texts());
+  EXPECT_EQ(12, size);
+  EXPECT_EQ(0, language);
+  drop();
+  record.GetDownloadFile(0, a.Put(), b.Put(), c.Put(), &size, d.Put());
+  EXPECT_EQ(L"d\\1|m|i|s|", texts());
+  EXPECT_EQ(77, size);
+  drop();
+  record.GetDownloadFile(2, a.Put(), nullptr, c.Put(), &size, nullptr);
+  EXPECT_EQ(L"|null||null|", texts()) << "null pointers are not wanted";
+  EXPECT_EQ(5, size);
+
+  // Items that are missing, one inside the count, leave texts as they are and numbers 0.
+  wchar_t mark[] = L"mark";
+  for (const long index : {1L, 3L, -1L}) {
+    BSTR out[] = {mark, mark, mark, mark};
+    record.GetDownloadFile(index, &out[0], &out[1], &out[2], &(size = -1), &out[3]);
+    EXPECT_EQ(0, size) << index;
+    record.GetDependency(index, &out[0], &out[1], &(language = -1));
+    EXPECT_EQ(0, language) << index;
+    for (const BSTR text : out) {
+      EXPECT_EQ(mark, text) << index;
+    }
+  }
+}
+
+// ---- A module record of the gallery
+
+TEST_F(Gallery, AModuleRecordOfTheGalleryIsFilledFromTheDescriptionAlone) {
+  PutModule();
+  DescribeInUtf16(
+      L"\uFEFF[mergemodule]\r\nFileName=lamp.msm\r\nLanguage=1049x\r\nModuleID=Лампа.1\r\n"
+      L"Author=Ζωή\r\nComments=光\r\nSubject=Lampe für \U0001F600\r\nVersion=2.0\r\n"
+      L"[LAMP.MSM]\r\nLocation=x\r\n");
+  const std::wstring path = (m_root / "one" / "lamp.msm").wstring();
+  CCacheMSM record;
+  record.InitFromGallery(L"lamp");
+  EXPECT_EQ(record.Path(), path);
+  EXPECT_EQ(1049, record.Language());
+  EXPECT_EQ(record.ModuleID(), L"Лампа.1");
+  EXPECT_EQ(record.Key(), L"Лампа.1:1049");
+  EXPECT_EQ(record.Version(), L"2.0");
+  EXPECT_EQ(record.Author(), L"Ζωή");
+  EXPECT_EQ(record.Comments(), L"光");
+  EXPECT_EQ(record.Subject(), L"Lampe für \U0001F600");
+  EXPECT_EQ(record.DisplayName(), L"Lampe für \U0001F600");
+  EXPECT_EQ(record.PackageCode(), L"lamp");
+  EXPECT_EQ(record.GetOrigin(), L"");
+  EXPECT_EQ(L"present, needs download: one\\lamp.msm", StateOf(record)) << "no version is known";
+
+  const auto sizes = [](CCacheMSM& of) {
+    return std::vector{of.GetDialogs().size(), of.GetCustomActions().size(),
+                       of.GetDependencies().size(), of.GetExclusions().size(),
+                       of.GetFiles().size()};
+  };
+  CCacheMSM file;
+  file.InitFromModule(path.c_str(), L"");
+  EXPECT_EQ((std::vector<size_t>{1, 1, 1, 1, 1}), sizes(file));
+  EXPECT_EQ((std::vector<size_t>{0, 0, 0, 0, 0}), sizes(record));
+
+  Describe(kLamp);
+  CCacheMSM nameless;
+  nameless.InitFromGallery(L"lamp");
+  EXPECT_EQ(nameless.DisplayName(), path) << "without a subject";
+  EXPECT_EQ(nameless.Key(), L":0");
+}
+
+TEST_F(Gallery, AModuleFileIsDescribedUnderItsPackageCode) {
+  PutModule();
+  Describe(kTwoDownloads + "FileSize=12abc\nCheckSum=s\n[first]\n");
+  Put("d/1.bin", "x");
+  Put("d/3.bin", "x");
+  const auto module = CComObject<CMergeModule>::Create();
+  ASSERT_EQ(S_OK, module->Open(MakeBstr((m_root / "one" / "lamp.msm").wstring()).Get()));
+  VARIANT_BOOL present = VARIANT_FALSE;
+  VARIANT_BOOL needsDownload = VARIANT_FALSE;
+  EXPECT_EQ(S_OK, module->get_Present(&present));
+  EXPECT_EQ(S_OK, module->get_NeedsDownload(&needsDownload));
+  EXPECT_EQ(VARIANT_TRUE, present);
+  EXPECT_EQ(VARIANT_TRUE, needsDownload) << "2.0 against the 1.0 of the file";
+
+  CComPtr<IMMGalleryDownloadFilesCaskel> files;
+  ASSERT_EQ(S_OK, module->get_DownloadFiles(files.Put()));
+  long count = -1;
+  EXPECT_EQ(S_OK, files->get_Count(&count));
+  EXPECT_EQ(2, count);
+  std::wstring list;
+  for (const wchar_t* key : {L"1", L"2"}) {
+    const CUniqueBstr text = MakeBstr(key);
+    VARIANT index{};
+    index.vt = VT_BSTR;
+    index.bstrVal = text.Get();
+    CComPtr<IMMGalleryDownloadFileCaskel> file;
+    ASSERT_EQ(S_OK, files->get_Item(index, file.Put()));
+    CUniqueBstr location;
+    EXPECT_EQ(S_OK, file->get_Location(location.Put()));
+    long size = -1;
+    EXPECT_EQ(S_OK, file->get_FileSize(&size));
+    list += std::wstring(ViewOf(location.Get())) + L" " + std::to_wstring(size) + L"|";
+  }
+  EXPECT_EQ(L"d\\1.bin 0| 0|", list) << "Key2, which is not there, is the second";
+}
+
+TEST(DownloadFile, GivesWhatItWasGiven) {
+  using Getter = HRESULT (STDMETHODCALLTYPE IMMGalleryDownloadFileCaskel::*)(BSTR*);
+  struct Case {
+    Getter get;
+    const wchar_t* text;
+  } const cases[] = {
+      {&IMMGalleryDownloadFileCaskel::get_Location, L"l"},
+      {&IMMGalleryDownloadFileCaskel::get_MediaLocation, L"m"},
+      {&IMMGalleryDownloadFileCaskel::get_InternetLocation, L"i"},
+      {&IMMGalleryDownloadFileCaskel::get_CheckSum, L"c"},
+  };
+  const auto full = CComObject<CMMGalleryDownloadFileCaskel>::Create();
+  const auto empty = CComObject<CMMGalleryDownloadFileCaskel>::Create();
+  full->Init(L"l", L"m", L"i", -3, L"c");
+  empty->Init(nullptr, nullptr, nullptr, 0, nullptr);
+  for (const Case& c : cases) {
+    CUniqueBstr text;
+    EXPECT_EQ(S_OK, (full.Get()->*c.get)(text.Put()));
+    EXPECT_EQ(c.text, ViewOf(text.Get()));
+    EXPECT_EQ(S_OK, (empty.Get()->*c.get)(text.Put()));
+    EXPECT_TRUE(text.Get()) << c.text;
+    EXPECT_EQ(L"", ViewOf(text.Get()));
+    EXPECT_EQ(E_POINTER, (full.Get()->*c.get)(nullptr));
+  }
+  long size = 0;
+  EXPECT_EQ(S_OK, full->get_FileSize(&size));
+  EXPECT_EQ(-3, size);
+}
+
+// ---- Indexes, which a process reads once
+
+TEST_F(Gallery, IndexesAreReadOnceInAProcess) {
+  ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", (m_root / "names").c_str());
+  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", (m_root / "files").c_str());
+  Put("names/modules.ini", "[other]\nX:0=no\n[modules]\nLamp.9:7=Old\nX:1=x\nLamp.9:7=Bright\n");
+  Put("files/modules.ini", "[modules]\nX:0=wrong folder\n");
+  Put("files/FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\nB.dll=1:X\n");
+  Put("files/PlatformFilesToModules.ini",
+      "[PlatformFilesToModules]\na.dll=no\n[PlatformFileToModule]\nb.dll=Lamp.9\nc.dll\n");
+  Describe("[MergeModule]\nModuleID=Lamp.9\nLanguage=7\nSubject=Lamp");
+  CCacheMSM before;
+  before.InitFromGallery(L"lamp");
+  EXPECT_EQ(before.DisplayName(), L"Lamp");
+
+  CIniIndexes& indexes = CIniIndexes::Instance();
+  const auto services = CreateApplicationServices();
+  const auto expectTables = [&] {
+    CWideString name = L"untouched";
+    EXPECT_FALSE(indexes.LookupModuleName(L"X:0", name));
+    EXPECT_FALSE(indexes.LookupModuleName(L"lamp.9:7", name)) << "compared exactly";
+    EXPECT_EQ(name, L"untouched");
+    EXPECT_TRUE(indexes.LookupModuleName(L"Lamp.9:7", name));
+    EXPECT_EQ(name, L"Bright");
+    EXPECT_EQ((CIniIndexes::Table{{L"setup.exe", L"0:Lamp.9"}, {L"B.dll", L"1:X"}}),
+              indexes.FileModules());
+    EXPECT_EQ((CIniIndexes::Table{{L"b.dll", L"Lamp.9"}, {L"c.dll", L""}}),
+              indexes.PlatformFileModules());
+  };
+  indexes.LoadOnce(*services);
+  EXPECT_FALSE(TakeErrorObject());
+  expectTables();
+
+  Put("names/modules.ini", "[modules]\nX:0=late\nLamp.9:7=Late\n");
+  Put("files/PlatformFilesToModules.ini", "[PlatformFileToModule]\nkernel32.dll=late\n");
+  indexes.LoadOnce(*services);
+  expectTables();
+
+  CCacheMSM after;
+  after.InitFromGallery(L"lamp");
+  EXPECT_EQ(after.DisplayName(), L"Bright");
+  EXPECT_EQ(after.Subject(), L"Lamp");
+}
+
+TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
+  CIniIndexes& indexes = CIniIndexes::Instance();
+  if (!indexes.FileModules().empty()) {
+    GTEST_SKIP() << "this process has read its indexes; ctest gives each test its own";
+  }
+  ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", (m_root / "none").c_str());
+  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", m_root.c_str());
+  const auto services = CreateApplicationServices();
+  for (int round = 1; round <= 2; ++round) {
+    indexes.LoadOnce(*services);
+    EXPECT_FALSE(TakeErrorObject());
+    CWideString name;
+    EXPECT_FALSE(indexes.LookupModuleName(L"Lamp.9:7", name));
+    EXPECT_TRUE(indexes.FileModules().empty());
+    EXPECT_TRUE(indexes.PlatformFileModules().empty());
+    Put("none/modules.ini", "[modules]\nLamp.9:7=Late\n");
+    Put("FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\n");
+  }
+}
+
+// ---- A reader that is out of order
+
+/// Answers every question with the same result, and no object.
+template <class Interface>
+class CBroken : public IDispatchImpl<Interface>, public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<Via<Interface, Interface, IDispatch>>;
+  HRESULT result = S_OK;
+};
+
+class CBrokenReader : public CBroken<IIniReader> {
+ public:
+  STDMETHOD(get_Sections)(IIniSections**) override { return result; }
+  STDMETHOD(Load)(BSTR) override { return result; }
+};
+
+class CBrokenSection : public CBroken<IIniSection> {
+ public:
+  STDMETHOD(get_Name)(BSTR*) override { return result; }
+  STDMETHOD(get_Keys)(IIniKeys**) override { return result; }
+};
+
+class CBrokenKeys : public CBroken<IIniKeys> {
+ public:
+  STDMETHOD(get_Item)(VARIANT, IIniKey**) override { return result; }
+  STDMETHOD(get_Count)(long*) override { return result; }
+};
+
+TEST(BrokenReader, FailuresAreRaised) {
+  const auto reader = CComObject<CBrokenReader>::Create();
+  const auto section = CComObject<CBrokenSection>::Create();
+  const auto keys = CComObject<CBrokenKeys>::Create();
+  EXPECT_FALSE(FindKey(*keys, L"none")) << "a key that is missing";
+  for (const HRESULT hr : {S_OK, E_ACCESSDENIED}) {
+    reader->result = section->result = keys->result = hr;
+    const com_exception failures[] = {FailureOf([&] { FindSection(*reader, L"x"); }),
+                                      FailureOf([&] { KeysOf(*section); })};
+    for (const com_exception& failure : failures) {
+      EXPECT_EQ(FAILED(hr) ? hr : E_UNEXPECTED, failure.hr);
+      EXPECT_EQ(hr == S_OK, std::wstring_view(failure.description).find(L"Gleaner.dll: ") == 0)
+          << failure.description.c_str();
+    }
+  }
+  EXPECT_EQ(E_ACCESSDENIED, FailureOf([&] { CountOf(*keys); }).hr);
+  EXPECT_EQ(E_ACCESSDENIED, FailureOf([&] { FindKey(*keys, 1); }).hr);
+}
+
+}  // namespace
