@@ -57,7 +57,8 @@ int Run(std::vector<std::string> arguments) {
   app.allow_windows_style_options(false);
   app.require_subcommand(1);
   app.footer(
-      "Exit codes: 0 success, 2 wrong usage, 4 some file could not be read, 5 the server failed.");
+      "Exit codes: 0 success, 2 wrong usage, 3 the output cannot be written, 4 some file could not "
+      "be read, 5 the server failed.");
 
   std::vector<std::string> files;
   bool json = false;
@@ -75,7 +76,12 @@ int Run(std::vector<std::string> arguments) {
 
   try {
     const CComApartment apartment;
-    return Show(files, json);
+    const ExitCode exitCode = Show(files, json);
+    if (std::fflush(stdout) != 0 || std::ferror(stdout)) {
+      std::fputs("mmcat: the output cannot be written\n", stderr);
+      return kOutputFailed;
+    }
+    return exitCode;
   } catch (const ServerFailure& failure) {
     std::fprintf(stderr, "mmcat: the server cannot be used: %s %s\n",
                  HResultText(failure.Result()).c_str(), failure.what());

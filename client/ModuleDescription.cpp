@@ -154,7 +154,7 @@ ModuleDescription Describe(IMergeModule2& newestModule) {
   description.path = Text(module, &IMergeModule::get_Path);
   description.key = Text(module, &IMergeModule::get_Key);
   description.moduleId = Text(module, &IMergeModule::get_ModuleID);
-  description.language = Number(module, &IMergeModule::get_Language);
+  description.language = Cell(module, &IMergeModule::get_Language);
   description.version = Text(module, &IMergeModule::get_Version);
   description.displayName = Text(module, &IMergeModule::get_DisplayName);
   description.subject = Text(module, &IMergeModule::get_Subject);

@@ -62,7 +62,7 @@ struct ModuleDescription {
   std::string path;
   std::string key;
   std::string moduleId;
-  long language = 0;
+  std::optional<long> language;
   std::string version;
   std::string displayName;
   std::string subject;

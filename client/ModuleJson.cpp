@@ -53,7 +53,7 @@ Json ModuleJson(const ModuleDescription& module) {
   return {{"path", module.path},
           {"key", module.key},
           {"moduleId", module.moduleId},
-          {"language", module.language},
+          {"language", Number(module.language)},
           {"version", module.version},
           {"displayName", module.displayName},
           {"subject", module.subject},

@@ -7,6 +7,7 @@
 enum ExitCode {
   kSuccess = 0,
   kUsage = 2,
+  kOutputFailed = 3,    ///< what was shown could not be written
   kSomeUnreadable = 4,  ///< some file could not be read; the others were shown
   kServerFailed = 5,    ///< the server itself could not be used
 };

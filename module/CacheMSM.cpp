@@ -79,6 +79,7 @@ void CCacheMSM::ReadSignature() {
   View view;
   view.RunTable(database, L"ModuleSignature");
   if (view.Next()) {
+    view.Row().RequireFields(3, L"ModuleSignature");
     m_nLanguage = view.Row().GetInteger(2);
     m_strModuleID = view.Row().GetString(1);
     m_strVersion = view.Row().GetString(3);
@@ -159,6 +160,7 @@ void CCacheMSM::LoadDependencies() {
     return;
   }
   ForEachRow(m_strPath, L"ModuleDependency", [&](const Record& row) {
+    row.RequireFields(5, L"ModuleDependency");
     DependencyRecord dependency(row);
     const bool itself = dependency.RequiredID == m_strModuleID &&
                         dependency.RequiredLanguage == m_nLanguage &&
@@ -175,6 +177,7 @@ void CCacheMSM::LoadExclusions() {
     return;
   }
   ForEachRow(m_strPath, L"ModuleExclusion", [&](const Record& row) {
+    row.RequireFields(6, L"ModuleExclusion");
     ExclusionRecord exclusion(row);
     const CWideString key = exclusion.Key;
     m_exclusions.insert_or_assign(key, std::move(exclusion));
@@ -189,9 +192,13 @@ void CCacheMSM::LoadFiles() {
 
   DirectoryMap directories;
   ForEachRow(database, L"Component", L"SELECT * FROM Component ORDER BY Component",
-             [&](const Record& row) { directories[row.GetString(1)] = row.GetString(3); });
+             [&](const Record& row) {
+               row.RequireFields(3, L"Component");
+               directories[row.GetString(1)] = row.GetString(3);
+             });
 
   ForEachRow(database, L"File", L"SELECT * FROM File ORDER BY Sequence", [&](const Record& row) {
+    row.RequireFields(8, L"File");
     const auto component = directories.find(row.GetString(2));
     FileRecord file(row, component == directories.end() ? CWideString() : component->second);
     const CWideString key = file.File;

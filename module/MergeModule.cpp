@@ -132,6 +132,10 @@ STDMETHODIMP CMergeModule::get_DisplayName(BSTR* value) {
 
 STDMETHODIMP CMergeModule::Open(BSTR path) {
   return MethodBoundary([&] {
+    if (ViewOf(path).find(L'\0') != std::wstring_view::npos) {
+      // The installer would open the file that the text before it names.
+      Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
+    }
     // The new record is in place before it is filled: after a failure the object answers with what
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();

@@ -36,13 +36,20 @@ std::vector<CWideString> TableFiles(const CWideString& folder) {
   return names;
 }
 
+/// Builds beside `output` and takes its place at the end: a failure leaves what was there.
 void BuildModule(const CWideString& output, const CWideString& folder) {
   const std::vector<CWideString> tables = TableFiles(folder);
-  msidb::Database database = msidb::Database::Open(output, MSIDBOPEN_CREATE);
-  for (const CWideString& table : tables) {
-    database.Import(folder, table);
+  const CWideString unfinished = output + L".new";
+  {
+    msidb::Database database = msidb::Database::Open(unfinished, MSIDBOPEN_CREATE);
+    for (const CWideString& table : tables) {
+      database.Import(folder, table);
+    }
+    database.Commit();
   }
-  database.Commit();
+  if (!::MoveFileExW(unfinished.c_str(), output.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+    RaiseLastError();
+  }
 }
 
 void PrintError(HRESULT hr) {

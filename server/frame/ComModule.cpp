@@ -1,6 +1,5 @@
 #include "server/frame/ComModule.h"
 
-#include <exception>
 #include <new>
 #include <utility>
 
@@ -12,18 +11,6 @@
 #include "server/frame/DispatchImpl.h"
 
 namespace {
-
-// The C++ runtime makes some of its state at the first throw of the process and of a thread, and
-// does not survive a shortage of memory then. These have it made while memory is there.
-
-void PrepareModuleForExceptions() noexcept {
-  try {
-    throw 0;
-  } catch (int) {  // NOLINT(bugprone-empty-catch): throwing was the point
-  }
-}
-
-void PrepareThreadForExceptions() noexcept { (void)std::uncaught_exceptions(); }
 
 class CSectionLock {
  public:
@@ -54,10 +41,24 @@ CComModule::CComModule() noexcept {
   ::InitializeCriticalSectionAndSpinCount(&m_factoryCreation, 0);
 }
 
-CComModule::~CComModule() { ::DeleteCriticalSection(&m_factoryCreation); }
+CComModule::~CComModule() {
+  ::TlsFree(m_preparedThreads);
+  ::DeleteCriticalSection(&m_factoryCreation);
+}
+
+void CComModule::PrepareThreadForExceptions() const noexcept {
+  if (::TlsGetValue(m_preparedThreads)) {
+    return;
+  }
+  try {
+    throw 0;
+  } catch (int) {  // NOLINT(bugprone-empty-catch): throwing was the point
+  }
+  ::TlsSetValue(m_preparedThreads, ::GetModuleHandleW(nullptr));  // anything but null
+}
 
 void CComModule::Init(const ObjectMap& objects, HINSTANCE instance) noexcept {
-  PrepareModuleForExceptions();
+  PrepareThreadForExceptions();
   m_objects = objects;
   m_instance = instance;
 }

@@ -72,11 +72,16 @@ class CComModule {
   CComModule() noexcept;
   ~CComModule();
 
+  /// Has the C++ runtime make the state that it needs for the first throw of a thread, and of the
+  /// process, while memory is there: it does not survive a shortage then.
+  void PrepareThreadForExceptions() const noexcept;
+
   CComClassFactory* FindOrMakeFactory(const ObjectMapEntry& entry) noexcept;
 
   HINSTANCE m_instance = nullptr;
   ObjectMap m_objects{};
   LONG m_lockCount = 0;
+  const DWORD m_preparedThreads = ::TlsAlloc();
   CRITICAL_SECTION m_factoryCreation;
   CComClassFactory* m_factories = nullptr;  // chained, each held with one reference
   CTypeInfoHolder* m_typeInfoHolders = nullptr;

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <thread>
 
 #include "tests/support/Answers.h"
 #include "tests/support/Imports.h"
@@ -153,6 +154,23 @@ TEST_F(FaultSweepTest, HeapWhileAFailureIsReported) {
   Settle();
   module = NewModule();
   sweep();
+}
+
+TEST_F(FaultSweepTest, HeapAtTheFirstFailureOfAThread) {
+  const int runs = SweepFaults(FaultKind::Heap, [&](int call) {
+    std::thread([&] {
+      ::CoInitialize(nullptr);
+      FailNoCall();
+      if (CComPtr<IMergeModuleTavik> module = NewModule()) {
+        FailCall(FaultKind::Heap, call);
+        EXPECT_TRUE(FAILED(Open(module.Get(), m_folder / L"missing.msm")));
+        FailNoCall();
+      }
+      ::CoUninitialize();
+    }).join();
+  });
+  EXPECT_GT(runs, 5);
+  Settle();
 }
 
 TEST_F(FaultSweepTest, HeapWhileTheServerStarts) {

@@ -52,7 +52,7 @@ TEST_F(ModuleTest, NullPointersAreRefusedOpenOrNot) {
 TEST_F(ModuleTest, AFileThatIsNoModuleFailsAndTheObjectStaysOfUse) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   const Answers rich = ReadModule(module.Get(), Route::VirtualTable);
-  std::ofstream(std::filesystem::path(m_folder / L"empty.msm"));
+  std::ofstream(std::filesystem::path(m_folder / L"empty.msm")) << "";
   std::ofstream(std::filesystem::path(m_folder / L"junk.msm")) << std::string(20000, 'j');
   // Cut further behind, a file crashes the installer library of Wine.
   std::filesystem::copy(m_rich, m_folder / L"short.msm");
@@ -186,8 +186,8 @@ TEST_F(ModuleTest, ADamagedTableFailsAlone) {
 TEST_F(ModuleTest, TheFileIsFreeAfterEveryCall) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   const auto expectFree = [](const std::wstring& path) {
-    const HANDLE file = ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
-                                      OPEN_EXISTING, 0, nullptr);
+    HANDLE file = ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
     EXPECT_NE(INVALID_HANDLE_VALUE, file);
     ::CloseHandle(file);
   };

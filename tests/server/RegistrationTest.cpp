@@ -32,12 +32,15 @@ class CServerContext {
     description.cbSize = sizeof description;
     description.lpSource = manifest.c_str();
     m_context = ::CreateActCtxW(&description);
+    EXPECT_NE(INVALID_HANDLE_VALUE, m_context);
     EXPECT_TRUE(::ActivateActCtx(m_context, &m_cookie));
   }
   ~CServerContext() {
     ::DeactivateActCtx(0, m_cookie);
     ::ReleaseActCtx(m_context);
   }
+  CServerContext(const CServerContext&) = delete;
+  CServerContext& operator=(const CServerContext&) = delete;
 
  private:
   HANDLE m_context;

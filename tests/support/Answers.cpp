@@ -6,7 +6,7 @@
 
 HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argument,
                VARIANT* result, std::wstring* description) {
-  DISPID id;
+  DISPID id = 0;
   auto* text = const_cast<wchar_t*>(name);
   HRESULT hr = object->GetIDsOfNames(IID_NULL, &text, 1, LOCALE_NEUTRAL, &id);
   if (FAILED(hr)) {
@@ -68,7 +68,7 @@ std::wstring ReadCollection(IDispatch* collection, const std::wstring& items, Ro
   const auto append = [&](IDispatch* item) {
     all += (all.empty() ? L"" : L" / ") + ReadItem(item, items, route);
   };
-  HRESULT hr;
+  HRESULT hr = S_OK;
   if (route == Route::VirtualTable) {
     long count = 0;
     hr = CallSlot(collection, 2, &count);
@@ -97,7 +97,7 @@ std::wstring ReadCollection(IDispatch* collection, const std::wstring& items, Ro
 
 std::wstring ReadProperty(IDispatch* object, const Member& member, size_t slot, Route route) {
   CVariant value;
-  const std::wstring failure = GetValue(object, member, slot, route, &value);
+  std::wstring failure = GetValue(object, member, slot, route, &value);
   if (!failure.empty()) {
     return failure;
   }

@@ -73,15 +73,20 @@ BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
   return ::SysAllocStringLen(text, length);
 }
 
-#define INSTALLER(name, failure, code, ...)      \
-  Replace<FaultKind::Installer, &name, failure>( \
+template <class Function>
+ImportedFunction Heap(const char* name, Function replacement) {
+  return {FaultKind::Heap,
+          "msvcrt.dll",
+          name,
+          nullptr,
+          false,
+          E_OUTOFMEMORY,
+          reinterpret_cast<void*>(replacement)};
+}
+
+#define INSTALLER(name, failure, code, ...)          \
+  Replace<FaultKind::Installer, &(name), (failure)>( \
       "msi.dll", #name, static_cast<HRESULT>(0x80070000 | (code)), __VA_ARGS__)
-#define HEAP(name, replacement)                                         \
-  {                                                                     \
-    FaultKind::Heap, "msvcrt.dll", name, nullptr, false, E_OUTOFMEMORY, \
-        reinterpret_cast<void*>(&replacement)                           \
-  }
-#define TEXT_OF(name, original) Replace<FaultKind::Text, &original>("oleaut32.dll", name)
 
 const ImportedFunction kFunctions[] = {
     INSTALLER(MsiOpenDatabaseW, 1627, 1627, L"MsiOpenDatabase", true),
@@ -94,12 +99,12 @@ const ImportedFunction kFunctions[] = {
     INSTALLER(MsiViewFetch, 6, 6, L"MsiViewFetch"),
     INSTALLER(MsiRecordGetStringW, 87, 87, L"MsiRecordGetString"),
     INSTALLER(MsiCreateRecord, 0, 1631, L"MsiCreateRecord"),
-    HEAP("malloc", Malloc),
-    HEAP("calloc", Calloc),
-    HEAP("realloc", Realloc),
-    HEAP("free", Free),
-    TEXT_OF("SysAllocString", AllocText),
-    TEXT_OF("SysAllocStringLen", AllocTextLen),
+    Heap("malloc", &Malloc),
+    Heap("calloc", &Calloc),
+    Heap("realloc", &Realloc),
+    Heap("free", &Free),
+    Replace<FaultKind::Text, &AllocText>("oleaut32.dll", "SysAllocString"),
+    Replace<FaultKind::Text, &AllocTextLen>("oleaut32.dll", "SysAllocStringLen"),
 };
 
 }  // namespace
@@ -120,7 +125,7 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
   for (auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); from->Name;
        ++from) {
     for (auto* slot = reinterpret_cast<void**>(base + from->FirstThunk); *slot; ++slot) {
-      DWORD protection;
+      DWORD protection = 0;
       if (present.count(*slot) &&
           ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection)) {
         *slot = replacement;

@@ -13,7 +13,10 @@
 /// The built server, reached through its exports alone.
 class CServerLibrary {
  public:
+  CServerLibrary() = default;
   ~CServerLibrary() { Unload(); }
+  CServerLibrary(const CServerLibrary&) = delete;
+  CServerLibrary& operator=(const CServerLibrary&) = delete;
 
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
