@@ -74,14 +74,9 @@ BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
 }
 
 template <class Function>
-ImportedFunction Heap(const char* name, Function replacement) {
-  return {FaultKind::Heap,
-          "msvcrt.dll",
-          name,
-          nullptr,
-          false,
-          E_OUTOFMEMORY,
-          reinterpret_cast<void*>(replacement)};
+ImportedFunction Heap(const char* name, Function function) {
+  void* const replacement = reinterpret_cast<void*>(function);
+  return {FaultKind::Heap, "msvcrt.dll", name, nullptr, false, E_OUTOFMEMORY, replacement};
 }
 
 #define INSTALLER(name, failure, code, ...)          \

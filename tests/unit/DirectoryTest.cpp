@@ -311,4 +311,22 @@ TEST_F(ModuleDirectories, SurviveAFailureOfAnyCall) {
   }
 }
 
+TEST_F(ModuleDirectories, SurviveAShortageOfMemory) {
+  // What is made once for all, and room in the log of calls.
+  ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", L"Bin" SUFFIX_32}));
+  directories.clear();
+  installer::Reset();
+  heap::SweepFaults(
+      [&] {
+        HRESULT hr = RunAtBoundary(GUID_NULL, [&] { return Resolve({L"Bin" SUFFIX_32}); });
+        for (const auto& [key, directory] : directories) {
+          hr = FAILED(directory.result) ? directory.result : hr;
+        }
+        directories.clear();
+        installer::Reset();
+        return hr;
+      },
+      [] { ::SetErrorInfo(0, nullptr); });
+}
+
 }  // namespace

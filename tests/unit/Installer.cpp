@@ -3,6 +3,8 @@
 #include <algorithm>
 #include <optional>
 
+#include "tests/unit/Testing.h"
+
 namespace {
 
 struct FixedAnswer {
@@ -15,6 +17,7 @@ std::vector<FixedAnswer> g_answers;
 std::vector<std::string> g_calls;
 
 std::optional<UINT> AnswerTo(const char* function) {
+  const heap::CPause pause;
   g_calls.emplace_back(function);
   for (FixedAnswer& answer : g_answers) {
     if (answer.function == function && --answer.passedOn < 0) {
