@@ -17,6 +17,8 @@ namespace {
 #define SUFFIX_32 L".0123456789ABCDEF0123456789ABCDEF"
 #define SUFFIX_36 L".01234567_89AB_CDEF_0123_456789ABCDEF"
 
+constexpr wchar_t kBin[] = L"Bin" SUFFIX_32;
+
 TEST(DirectoryName, IsOneOfUpToFourOfTheDefaultDir) {
   const struct {
     const wchar_t *defaultDir, *longName, *shortName, *sourceLong, *sourceShort;
@@ -256,9 +258,9 @@ class ModuleDirectories : public Directories {
 
 TEST_F(ModuleDirectories, AreResolvedOverOneDatabase) {
   installer::Reset();
-  EXPECT_EQ(S_OK, Resolve({L"Bin" SUFFIX_32, L"BelowAnchor", L"BelowTooLong", L"BelowData", L""}));
+  EXPECT_EQ(S_OK, Resolve({kBin, L"BelowAnchor", L"BelowTooLong", L"BelowData", L""}));
   EXPECT_EQ(1, installer::CallsOf("MsiOpenDatabaseW"));
-  EXPECT_EQ(directories[L"Bin" SUFFIX_32].path, L"[ProgramFilesFolder]My App\\bin");
+  EXPECT_EQ(directories[kBin].path, L"[ProgramFilesFolder]My App\\bin");
   EXPECT_EQ(directories[L"BelowAnchor"].path, L"C:\\Anchor\\below");
   EXPECT_EQ(directories[L"BelowData"].path, L"D:\\Data\\below") << "behind one that fails";
   EXPECT_EQ(directories[L""].path, L"");
@@ -313,12 +315,12 @@ TEST_F(ModuleDirectories, SurviveAFailureOfAnyCall) {
 
 TEST_F(ModuleDirectories, SurviveAShortageOfMemory) {
   // What is made once for all, and room in the log of calls.
-  ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", L"Bin" SUFFIX_32}));
+  ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", kBin}));
   directories.clear();
   installer::Reset();
   heap::SweepFaults(
       [&] {
-        HRESULT hr = RunAtBoundary(GUID_NULL, [&] { return Resolve({L"Bin" SUFFIX_32}); });
+        HRESULT hr = RunAtBoundary(GUID_NULL, [&] { return Resolve({kBin}); });
         for (const auto& [key, directory] : directories) {
           hr = FAILED(directory.result) ? directory.result : hr;
         }

@@ -17,7 +17,6 @@
 #include <msidefs.h>
 
 namespace fs = std::filesystem;
-using std::string_literals::operator""s;
 
 namespace {
 
@@ -240,8 +239,8 @@ TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
   Describe(kTwoDownloads);
   Lamp locked;
   {
-    const HANDLE lock = ::CreateFileW((m_root / m_lamp).c_str(), GENERIC_READ | GENERIC_WRITE, 0,
-                                      nullptr, OPEN_EXISTING, 0, nullptr);
+    HANDLE lock = ::CreateFileW((m_root / m_lamp).c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
     ASSERT_NE(INVALID_HANDLE_VALUE, lock);
     EXPECT_EQ(locked.GetVersion(), L"");
     ::CloseHandle(lock);
@@ -262,8 +261,8 @@ TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
 TEST_F(Gallery, NamesDoNotLeaveTheGalleryFolder) {
   const fs::path gallery("ObjectGallery");
   for (const wchar_t* name : {L"..\\outside", L"../outside", L"sub\\lamp", L"sub/lamp"}) {
-    Put(gallery / (name + L".ini"s), "[MergeModule]\nSubject=Lamp");
-    ASSERT_TRUE(fs::exists(m_root / gallery / (name + L".ini"s)));
+    Put(gallery / (name + std::wstring(L".ini")), "[MergeModule]\nSubject=Lamp");
+    ASSERT_TRUE(fs::exists(m_root / gallery / (name + std::wstring(L".ini"))));
     CMMGallery record;
     record.SetNameAndVersion(name, nullptr);
     EXPECT_EQ(record.GetSubject(), L"") << name;
@@ -335,7 +334,7 @@ TEST_F(Gallery, ItemsAreReadByTheNamesOfTheirKeys) {
     EXPECT_EQ(0, size) << index;
     record.GetDependency(index, &out[0], &out[1], &(language = -1));
     EXPECT_EQ(0, language) << index;
-    for (const BSTR text : out) {
+    for (BSTR text : out) {
       EXPECT_EQ(mark, text) << index;
     }
   }

@@ -38,7 +38,7 @@ class Loader : public ::testing::Test {
 
   /// Puts the test's component, or junk, into a folder below the root.
   fs::path Put(const char* folder, bool junk = false) {
-    const fs::path path = m_root / folder / "sibling.dll";
+    fs::path path = m_root / folder / "sibling.dll";
     fs::create_directories(path.parent_path());
     fs::copy_file(Program().parent_path() / (junk ? "qmmmupdater.tlb" : "sibling.dll"), path);
     return path;
