@@ -110,12 +110,15 @@ CComClassFactory* CComModule::FindOrMakeFactory(const ObjectMapEntry& entry) noe
 HRESULT CComModule::GetTypeLibrary(TypeLibrary library, ITypeLib** out) noexcept {
   ITypeLib*& loaded = m_typeLibraries[static_cast<size_t>(library)];
   if (!loaded) {
+    const bool fromFile = library == TypeLibrary::Interfaces && m_objects.interfaceLibrary;
+    const GUID* const libid = fromFile ? m_objects.interfaceLibrary : m_objects.classLibrary;
+    if (!libid) {
+      return TYPE_E_LIBNOTREGISTERED;  // before Init
+    }
     const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-      return library == TypeLibrary::Interfaces && m_objects.interfaceLibrary
-                 ? LoadLibraryOrRegistered(InterfaceLibraryPath(m_objects, m_instance),
-                                           *m_objects.interfaceLibrary, &loaded)
-                 : LoadLibraryOrRegistered(ModulePath(m_instance), *m_objects.classLibrary,
-                                           &loaded);
+      return LoadLibraryOrRegistered(
+          fromFile ? InterfaceLibraryPath(m_objects, m_instance) : ModulePath(m_instance), *libid,
+          &loaded);
     });
     if (FAILED(hr)) {
       return hr;
