@@ -34,3 +34,7 @@ CWideString FullPath(const CWideString& path) {
   const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
   return length == 0 || length >= size ? path : CWideString(full.c_str(), length);
 }
+
+bool PathExists(const CWideString& path) noexcept {
+  return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+}

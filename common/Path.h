@@ -13,3 +13,6 @@ CWideString FolderOf(std::wstring_view path);
 /// The full path of a file or folder, from the current folder when it is relative; the path itself
 /// when the system cannot tell.
 CWideString FullPath(const CWideString& path);
+
+/// Whether there is a file or folder of this path.
+bool PathExists(const CWideString& path) noexcept;

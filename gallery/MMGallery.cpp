@@ -15,10 +15,6 @@ namespace {
 constexpr wchar_t kModuleSection[] = L"MergeModule";
 constexpr wchar_t kGalleryFolder[] = L"ObjectGallery";
 
-bool Exists(const CWideString& path) noexcept {
-  return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
 bool IsFile(const CWideString& path) noexcept {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
@@ -109,17 +105,23 @@ CComPtr<IIniSection> CMMGallery::GetSection(const CWideString& section) {
 }
 
 CWideString CMMGallery::ReadValue(const CWideString& section, const CWideString& key) {
+  CWideString value;
+  FindValue(section, key, value);
+  return value;
+}
+
+/// The text of a key; false, and `value` untouched, when the section or the key is missing.
+bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, CWideString& value) {
   const CComPtr<IIniSection> found = GetSection(section);
-  if (!found) {
-    return {};
+  const CComPtr<IIniKey> entry = found ? FindKey(*KeysOf(*found), key) : nullptr;
+  if (!entry) {
+    return false;
   }
-  const CComPtr<IIniKey> entry = FindKey(*KeysOf(*found), key);
-  CUniqueBstr value;
-  if (entry) {
-    // A value that cannot be read counts as empty, unlike everything else.
-    (void)entry->get_Value(value.Put());
-  }
-  return ViewOf(value.Get());
+  CUniqueBstr text;
+  // A value that cannot be read counts as empty, unlike everything else.
+  (void)entry->get_Value(text.Put());
+  value = ViewOf(text.Get());
+  return true;
 }
 
 CWideString CMMGallery::ReadModuleValue(const wchar_t* key) {
@@ -173,16 +175,7 @@ long CMMGallery::GetDownloadFileCount() { return CountItems(L"DownloadFiles"); }
 /// The value of an item's key in its list, which names the item's own section; false when the list
 /// or the key is missing.
 bool CMMGallery::FindItem(const wchar_t* list, long index, CWideString& item) {
-  const CComPtr<IIniSection> section = GetSection(list);
-  if (!section) {
-    return false;
-  }
-  const CWideString name = CWideString::Format(L"Key%d", static_cast<int>(index + 1));
-  if (!FindKey(*KeysOf(*section), name)) {
-    return false;
-  }
-  item = ReadValue(list, name);
-  return true;
+  return FindValue(list, CWideString::Format(L"Key%d", static_cast<int>(index + 1)), item);
 }
 
 void CMMGallery::GetDependency(long index, BSTR* moduleId, BSTR* version, long* language) {
@@ -262,7 +255,7 @@ void CMMGallery::CheckPresence() {
     m_bNeedsDownload = VARIANT_FALSE;
     return;
   }
-  if (!Exists(m_strLocalPath) || !AreDownloadFilesPresent(root)) {
+  if (!PathExists(m_strLocalPath) || !AreDownloadFilesPresent(root)) {
     m_bPresent = VARIANT_FALSE;
     m_bNeedsDownload = VARIANT_TRUE;
   }
@@ -281,8 +274,8 @@ bool CMMGallery::AreDownloadFilesPresent(const CWideString& root) {
     const CComPtr<IIniKey> key = FindKey(*keys, position);
     const CWideString item = key ? ValueOf(*key) : CWideString();
     const CWideString location = ReadValue(item, L"Location");
-    if (!Exists(JoinPath(root, location)) &&
-        !Exists(JoinPath(JoinPath(root, kGalleryFolder), location))) {
+    if (!PathExists(JoinPath(root, location)) &&
+        !PathExists(JoinPath(JoinPath(root, kGalleryFolder), location))) {
       return false;
     }
   }

@@ -68,6 +68,7 @@ class CMMGallery {
   CComPtr<IIniReader> GetIni();
   CComPtr<IIniSection> GetSection(const CWideString& section);
   CWideString ReadValue(const CWideString& section, const CWideString& key);
+  bool FindValue(const CWideString& section, const CWideString& key, CWideString& value);
   CWideString ReadModuleValue(const wchar_t* key);
   long CountItems(const wchar_t* list);
   bool FindItem(const wchar_t* list, long index, CWideString& item);

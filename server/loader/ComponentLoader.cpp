@@ -12,10 +12,6 @@
 
 namespace {
 
-bool FileExists(const CWideString& path) noexcept {
-  return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
-}
-
 /// Raises `hr` under the name of a DLL: with what the failed component left on the thread, else
 /// with the system's text.
 [[noreturn]] void RaiseFor(const wchar_t* dll, HRESULT hr) {
@@ -132,7 +128,7 @@ CWideString CComponentLoader::Find(const wchar_t* dll) const {
       continue;  // without a base the path would be relative to the current folder
     }
     CWideString path = JoinPath(JoinPath(place.base, place.below), dll);
-    if (FileExists(path)) {
+    if (PathExists(path)) {
       return path;
     }
   }
