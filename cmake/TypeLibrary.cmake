@@ -11,7 +11,8 @@ get_filename_component(QM_STDOLE2_DIR "${QM_STDOLE2}" DIRECTORY)
 set(QM_IDL_FLAGS --win32 -I "${PROJECT_SOURCE_DIR}/idl" -I "${PROJECT_SOURCE_DIR}/idl/platform"
   -L "${QM_STDOLE2_DIR}")
 
-# qm_add_idl(<name> [<imported idl>...]): generated/idl/<name>.h, <name>_i.c and <name>.tlb.
+# qm_add_idl(<name> [<imported idl>...]): generated/idl/<name>.h and <name>_i.c; <name>.tlb where the
+# file has a library.
 function(qm_add_idl name)
   set(out "${PROJECT_BINARY_DIR}/generated/idl")
   file(MAKE_DIRECTORY "${out}")
@@ -21,10 +22,17 @@ function(qm_add_idl name)
     list(APPEND imports "${PROJECT_SOURCE_DIR}/idl/${import}.idl")
   endforeach()
   add_custom_command(
-    OUTPUT "${out}/${name}.h" "${out}/${name}_i.c" "${out}/${name}.tlb"
+    OUTPUT "${out}/${name}.h" "${out}/${name}_i.c"
     COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -h -o "${out}/${name}.h" "${idl}"
     COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -u -o "${out}/${name}_i.c" "${idl}"
-    COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -t -o "${out}/${name}.tlb" "${idl}"
     DEPENDS "${idl}" ${imports}
     VERBATIM)
+  file(STRINGS "${idl}" library REGEX "^library ")
+  if(library)
+    add_custom_command(
+      OUTPUT "${out}/${name}.tlb"
+      COMMAND ${QM_WIDL} ${QM_IDL_FLAGS} -t -o "${out}/${name}.tlb" "${idl}"
+      DEPENDS "${idl}" ${imports}
+      VERBATIM)
+  endif()
 endfunction()
