@@ -46,13 +46,17 @@ void CIniIndexes::LoadOnce(IApplicationServices& services) {
   LoadFileModules(fileIndexes);
 }
 
-bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+const CWideString* CIniIndexes::FindModuleName(const CWideString& key) const noexcept {
   const auto found = m_moduleNames.find(key);
-  if (found == m_moduleNames.end()) {
-    return false;
+  return found == m_moduleNames.end() ? nullptr : &found->second;
+}
+
+bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+  const CWideString* const found = FindModuleName(key);
+  if (found) {
+    name = *found;
   }
-  name = found->second;
-  return true;
+  return found != nullptr;
 }
 
 void CIniIndexes::LoadModuleNames(const CWideString& folder) {

@@ -370,7 +370,7 @@ TEST_F(Gallery, AModuleRecordOfTheGalleryIsFilledFromTheDescriptionAlone) {
                        of.GetFiles().size()};
   };
   CCacheMSM file;
-  file.InitFromModule(path.c_str(), L"");
+  file.InitFromModule(path.c_str(), nullptr);
   EXPECT_EQ((std::vector<size_t>{1, 1, 1, 1, 1}), sizes(file));
   EXPECT_EQ((std::vector<size_t>{0, 0, 0, 0, 0}), sizes(record));
 
