@@ -25,6 +25,12 @@ bool IsPlainFileName(std::wstring_view name) noexcept {
   return name.find_first_of(L"\\/:") == std::wstring_view::npos;
 }
 
+/// Whether a download file lies below the gallery root or beside the descriptions.
+bool IsDownloaded(const CWideString& root, const CWideString& location) {
+  return !root.empty() && (PathExists(JoinPath(root, location)) ||
+                           PathExists(JoinPath(JoinPath(root, kGalleryFolder), location)));
+}
+
 long ToLong(const CWideString& text) noexcept { return ::_wtol(text.c_str()); }
 
 /// A text that a caller may want; its BSTR is made at once and given away at the end, when nothing
@@ -81,8 +87,13 @@ CWideString CMMGallery::GetGalleryRoot() {
   return AskServices(*CreateApplicationServices(), &IApplicationServices::get_GalleryRoot);
 }
 
+/// Path of the description; empty when there is no gallery.
 CWideString CMMGallery::GetIniPath() const {
-  return JoinPath(JoinPath(GetGalleryRoot(), kGalleryFolder), m_strName) + L".ini";
+  const CWideString root = GetGalleryRoot();
+  if (root.empty()) {
+    return {};  // joined with nothing the path would be relative to the current folder
+  }
+  return JoinPath(JoinPath(root, kGalleryFolder), m_strName) + L".ini";
 }
 
 CComPtr<IIniReader> CMMGallery::GetIni() {
@@ -273,9 +284,7 @@ bool CMMGallery::AreDownloadFilesPresent(const CWideString& root) {
   for (long position = 1; position <= count; ++position) {
     const CComPtr<IIniKey> key = FindKey(*keys, position);
     const CWideString item = key ? ValueOf(*key) : CWideString();
-    const CWideString location = ReadValue(item, L"Location");
-    if (!PathExists(JoinPath(root, location)) &&
-        !PathExists(JoinPath(JoinPath(root, kGalleryFolder), location))) {
+    if (!IsDownloaded(root, ReadValue(item, L"Location"))) {
       return false;
     }
   }

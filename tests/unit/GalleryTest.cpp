@@ -42,6 +42,7 @@ TEST(CompareVersions, Table) {
 TEST(SearchFolders, SplitsThenExpands) {
   using List = std::vector<CWideString>;
   ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", L"C:\\x, y");
+  ::SetEnvironmentVariableW(L"QM_TEST_EMPTY", L"");
   struct Case {
     const wchar_t* path;
     List entries;
@@ -51,6 +52,7 @@ TEST(SearchFolders, SplitsThenExpands) {
       {L",\tb , a c,,b", {L"b", L"a c", L"b"}, {L"b", L"a c", L"b"}},
       {L"a;b,c", {L"a;b", L"c"}, {L"a;b", L"c"}},
       {L"%QM_TEST_FOLDER%\\z,b", {L"%QM_TEST_FOLDER%\\z", L"b"}, {L"C:\\x, y\\z", L"b"}},
+      {L"a,%QM_TEST_EMPTY%", {L"a", L"%QM_TEST_EMPTY%"}, {L"a"}},
       {L"%QM_TEST_NONE%,100%", {L"%QM_TEST_NONE%", L"100%"}, {L"%QM_TEST_NONE%", L"100%"}},
   };
   for (const Case& c : cases) {
@@ -76,7 +78,10 @@ class Gallery : public ::testing::Test {
     const std::wstring searchPath = (m_root / "one").wstring() + L", " + (m_root / "two").wstring();
     ::SetEnvironmentVariableW(L"QM_MODULE_PATH", searchPath.c_str());
   }
-  void TearDown() override { fs::remove_all(m_root); }
+  void TearDown() override {
+    fs::current_path(m_previous);
+    fs::remove_all(m_root);
+  }
 
   void Put(const fs::path& file, std::string_view bytes) {
     fs::create_directories((m_root / file).parent_path());
@@ -145,6 +150,7 @@ class Gallery : public ::testing::Test {
   }
 
   fs::path m_root;
+  const fs::path m_previous = fs::current_path();
   const fs::path m_lamp = fs::path("ObjectGallery") / "lamp.ini";
 };
 
@@ -256,6 +262,21 @@ TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
   EXPECT_EQ(L"present", StateOf(homeless));
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", m_root.c_str());
   EXPECT_EQ(homeless.GetVersion(), L"2.0");
+}
+
+TEST_F(Gallery, NoRootIsNoGalleryAndNotTheCurrentFolder) {
+  Describe(kTwoDownloads);
+  for (const char* const file : {"one/lamp.msm", "d/1.bin", "d/3.bin"}) {
+    Put(file, "x");
+  }
+  fs::current_path(m_root);
+  Lamp opened(L"2.0");
+  EXPECT_EQ(opened.GetVersion(), L"2.0");
+  ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", L"");
+  EXPECT_EQ(L"absent, needs download: one", StateOf(opened));
+  Lamp unopened;
+  EXPECT_EQ(unopened.GetVersion(), L"");
+  EXPECT_EQ(L"present", StateOf(unopened));
 }
 
 TEST_F(Gallery, NamesDoNotLeaveTheGalleryFolder) {
@@ -496,7 +517,10 @@ TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
     GTEST_SKIP() << "this process has read its indexes; ctest gives each test its own";
   }
   ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", (m_root / "none").c_str());
-  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", m_root.c_str());
+  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", L"");  // which is not the current folder
+  fs::current_path(m_root);
+  Put("PlatformFilesToModules.ini", "[PlatformFileToModule]\nb.dll=Lamp.9\n");
+  Put("FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\n");
   const auto services = CreateApplicationServices();
   for (int round = 1; round <= 2; ++round) {
     indexes.LoadOnce(*services);
@@ -506,7 +530,6 @@ TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
     EXPECT_TRUE(indexes.FileModules().empty());
     EXPECT_TRUE(indexes.PlatformFileModules().empty());
     Put("none/modules.ini", "[modules]\nLamp.9:7=Late\n");
-    Put("FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\n");
   }
 }
 
