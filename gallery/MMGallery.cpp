@@ -102,8 +102,9 @@ CComPtr<IIniReader> CMMGallery::GetIni() {
     DropFailures([&] {
       const CWideString path = GetIniPath();
       if (IsFile(path)) {
+        const CUniqueBstr text = MakeBstr(path);
         m_pIni = CreateIniReader();
-        ThrowIfFailed(m_pIni->Load(MakeBstr(path).Get()));
+        ThrowIfFailed(m_pIni->Load(text.Get()));
       }
     });
   }
