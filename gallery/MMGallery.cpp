@@ -130,8 +130,9 @@ bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, C
     return false;
   }
   CUniqueBstr text;
-  // A value that cannot be read counts as empty, unlike everything else.
-  (void)entry->get_Value(text.Put());
+  if (FAILED(entry->get_Value(text.Put()))) {
+    ::SetErrorInfo(0, nullptr);  // a value that cannot be read is empty, unlike everything else
+  }
   value = ViewOf(text.Get());
   return true;
 }

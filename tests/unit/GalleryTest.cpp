@@ -5,7 +5,6 @@
 
 #include "common/SearchPath.h"
 #include "gallery/CompareVersions.h"
-#include "gallery/IniFile.h"
 #include "gallery/IniIndexes.h"
 #include "gallery/MMGalleryDownloadFileCaskel.h"
 #include "module/MergeModule.h"
@@ -531,38 +530,6 @@ TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
     EXPECT_TRUE(indexes.PlatformFileModules().empty());
     Put("none/modules.ini", "[modules]\nLamp.9:7=Late\n");
   }
-}
-
-// ---- A reader that is out of order
-
-/// A reader that answers every question with the same result and no object.
-class CBroken : public IDispatchImpl<IIniReader>, public CComObjectRoot {
- public:
-  using InterfaceMap = CInterfaceMap<Via<IIniReader, IIniReader, IDispatch>>;
-  STDMETHOD(get_Sections)(IIniSections**) override { return result; }
-  STDMETHOD(Load)(BSTR) override { return result; }
-  HRESULT result = S_OK;
-};
-
-class CBrokenKeys : public IDispatchImpl<IIniKeys>, public CComObjectRoot {
- public:
-  using InterfaceMap = CInterfaceMap<Via<IIniKeys, IIniKeys, IDispatch>>;
-  STDMETHOD(get_Item)(VARIANT, IIniKey**) override { return result; }
-  STDMETHOD(get_Count)(long*) override { return result; }
-  HRESULT result = S_OK;
-};
-
-TEST(BrokenReader, FailuresAreRaised) {
-  const auto reader = CComObject<CBroken>::Create();
-  const auto keys = CComObject<CBrokenKeys>::Create();
-  EXPECT_FALSE(FindKey(*keys, L"none")) << "a key that is missing";
-  const com_exception nothing = FailureOf([&] { FindSection(*reader, L"x"); });
-  EXPECT_EQ(E_UNEXPECTED, nothing.hr);
-  EXPECT_EQ(0U, std::wstring_view(nothing.description).find(L"Gleaner.dll: "));
-  reader->result = keys->result = E_ACCESSDENIED;
-  EXPECT_EQ(E_ACCESSDENIED, FailureOf([&] { FindSection(*reader, L"x"); }).hr);
-  EXPECT_EQ(E_ACCESSDENIED, FailureOf([&] { CountOf(*keys); }).hr);
-  EXPECT_EQ(E_ACCESSDENIED, FailureOf([&] { FindKey(*keys, 1); }).hr);
 }
 
 }  // namespace
