@@ -4,19 +4,21 @@
 
 #include <fstream>
 
-CTestGallery::CTestGallery(const CTestFolder& folder) {
-  const auto put = [&](const wchar_t* name, const char* text) {
+CTestGallery::CTestGallery(const CTestFolder& folder, const char* version) {
+  const auto put = [&](const wchar_t* name, const std::string& text) {
     std::ofstream(std::filesystem::path(folder / name)) << text;
   };
   std::filesystem::create_directory(folder / L"ObjectGallery");
   put(L"ObjectGallery\\{00000000-0000-0000-0000-00000000ABCD}.ini",
-      "[MergeModule]\nFileName=rich.msm\nVersion=4.0\n"
-      "[rich.msm]\nLocation=anything\n"
-      "[DownloadFiles]\nKey1=one\nKey2=two\n"
-      "[one]\nLocation=one.bin\nMediaLocation=media1\nInternetLocation=http://one\nFileSize=11\n"
-      "CheckSum=sum1\n"
-      "[two]\nLocation=two.bin\nMediaLocation=media2\nInternetLocation=http://two\nFileSize=22\n"
-      "CheckSum=sum2\n");
+      std::string("[MergeModule]\nFileName=rich.msm\nVersion=") + version +
+          "\n[rich.msm]\nLocation=anything\n"
+          "[DownloadFiles]\nKey1=one\nKey2=two\nother=one\n"
+          "[one]\nLocation=one.bin\nMediaLocation=media1\nInternetLocation=http://"
+          "one\nFileSize=11\n"
+          "CheckSum=sum1\n"
+          "[two]\nLocation=two.bin\nMediaLocation=media2\nInternetLocation=http://"
+          "two\nFileSize=22\n"
+          "CheckSum=sum2\n");
   put(L"one.bin", "");
   put(L"two.bin", "");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (folder / L"").c_str());
