@@ -45,5 +45,7 @@ std::vector<CWideString> ExpandSearchPath(std::wstring_view path) {
   for (CWideString& folder : folders) {
     folder = ExpandEnvironmentText(folder);
   }
+  const auto isEmpty = [](const CWideString& folder) { return folder.empty(); };
+  folders.erase(std::remove_if(folders.begin(), folders.end(), isEmpty), folders.end());
   return folders;
 }

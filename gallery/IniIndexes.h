@@ -17,8 +17,8 @@ class CIniIndexes {
 
   /// Reads the three tables from the folders that the application services name, at the first call
   /// in the process and at no other, even when that fails. Raises failures of the services, and of
-  /// a reader that fails in a file that it has opened; a file that is missing leaves its table
-  /// empty.
+  /// a reader that fails in a file that it has opened; a file that is missing, or that
+  /// has no folder, leaves its table empty.
   void LoadOnce(IApplicationServices& services);
 
   /// "modules.ini": display names by module key; null for other keys. The text stays as long as the
