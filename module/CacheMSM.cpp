@@ -6,6 +6,8 @@
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
 #include "msidb/View.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/Raise.h"
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
@@ -59,6 +61,19 @@ void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origi
   ResolveDisplayName();
 }
 
+void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& origin) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, origin); });
+  if (m_pFailure) {
+    ResolveDisplayName();
+  }
+}
+
+void CCacheMSM::RequireReadable() const {
+  if (m_pFailure) {
+    Raise(*m_pFailure);
+  }
+}
+
 void CCacheMSM::InitFromGallery(const CWideString& name) {
   m_bFromGallery = true;
   SetNameAndVersion(name.c_str(), L"");
@@ -103,6 +118,7 @@ void CCacheMSM::ResolveDisplayName() {
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
+  RequireReadable();
   if (!std::exchange(m_bDialogsRead, true)) {
     LoadDialogs();
   }
@@ -110,6 +126,7 @@ const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
+  RequireReadable();
   if (!std::exchange(m_bCustomActionsRead, true)) {
     LoadCustomActions();
   }
@@ -117,6 +134,7 @@ const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
 }
 
 const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
+  RequireReadable();
   if (!std::exchange(m_bDependenciesRead, true)) {
     LoadDependencies();
   }
@@ -124,6 +142,7 @@ const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
 }
 
 const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
+  RequireReadable();
   if (!std::exchange(m_bExclusionsRead, true)) {
     LoadExclusions();
   }
@@ -131,6 +150,7 @@ const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
 }
 
 const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
+  RequireReadable();
   if (!std::exchange(m_bFilesRead, true)) {
     LoadFiles();
   }

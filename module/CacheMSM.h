@@ -1,11 +1,13 @@
 #pragma once
 
 #include <map>
+#include <memory>
 #include <vector>
 
 #include "common/WideString.h"
 #include "gallery/MMGallery.h"
 #include "module/RowRecords.h"
+#include "server/error/com_exception.h"
 
 /// The description of one merge module in memory: identity and summary texts, read by
 /// InitFromModule, and the module's tables, each read once, when its accessor is first called, even
@@ -26,6 +28,14 @@ class CCacheMSM : public CMMGallery {
   /// Fills the record from the module database at `path`. `origin` says where it was found; it may
   /// be empty.
   void InitFromModule(const CWideString& path, const CWideString& origin);
+
+  /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
+  /// the path is the display name then, and the failure is kept. Only a shortage of memory is
+  /// raised.
+  void InitFromFoundModule(const CWideString& path, const CWideString& origin);
+
+  /// Whether a failure is kept, which every table then reports.
+  bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
 
   /// Fills the record from the gallery description `name`.
   void InitFromGallery(const CWideString& name);
@@ -55,6 +65,11 @@ class CCacheMSM : public CMMGallery {
   /// Rows by their File column.
   const FileMap& GetFiles();
 
+  /// Whether the module's file has to be compared with what was read before the record is listed
+  /// again.
+  bool NeedsRecheck() const noexcept { return m_bRecheck; }
+  void SetRecheck(bool recheck) noexcept { m_bRecheck = recheck; }
+
   /// The path of a key of the module's Directory table, for showing where files go; see
   /// msidb::RequireDirectoryPath. Nothing is kept.
   CWideString ResolveDirectory(const CWideString& key) const;
@@ -65,6 +80,7 @@ class CCacheMSM : public CMMGallery {
   void ReadSignature();
   void ReadSummary();
   void ResolveDisplayName();
+  void RequireReadable() const;
 
   void LoadDialogs();
   void LoadCustomActions();
@@ -94,4 +110,6 @@ class CCacheMSM : public CMMGallery {
   bool m_bFilesRead = false;
   bool m_bFromGallery = false;
   CWideString m_strOrigin;
+  std::unique_ptr<const com_exception> m_pFailure;
+  bool m_bRecheck = false;
 };

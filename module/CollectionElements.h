@@ -29,6 +29,7 @@ class CCollectionElements {
   size_t Size() const noexcept { return m_elements.size(); }
   const Element& operator[](size_t position) const noexcept { return m_elements[position]; }
 
+  void Reserve(size_t count) { m_elements.reserve(count); }
   void Append(const CWideString& key, ItemInterface* item) { m_elements.push_back({key, item}); }
   void Erase(size_t position) {
     m_elements.erase(m_elements.begin() + static_cast<std::ptrdiff_t>(position));

@@ -10,5 +10,7 @@ class CMMDependencies : public CRefCollectionImpl<IMMDependency, IMMDependencies
 class CMMExclusions : public CRefCollectionImpl<IMMExclusion, IMMExclusions> {};
 class CMMCustomActions : public CRefCollectionImpl<IMMCustomAction, IMMCustomActions> {};
 class CMMDialogs : public CRefCollectionImpl<IMMDialog, IMMDialogs> {};
+class CMergeModules : public CRefCollectionImpl<IMergeModule, IMergeModules> {};
+class CMMSources : public CRefCollectionImpl<IMMSource, IMMSources> {};
 class CMMGalleryDownloadFilesCaskel
     : public CRefCollectionImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFilesCaskel> {};

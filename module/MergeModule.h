@@ -23,6 +23,9 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
 
   virtual ~CMergeModule() = default;
 
+  /// Has the object answer from `record`, which it shares with the caller.
+  void Attach(std::shared_ptr<CCacheMSM> record) noexcept { m_pCache = std::move(record); }
+
   // IMergeModule
   STDMETHOD(get_Dialogs)(IMMDialogs** value) override;
   STDMETHOD(get_CustomActions)(IMMCustomActions** value) override;

@@ -83,6 +83,9 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
 
   virtual ~CRefCollectionImpl() = default;
 
+  /// Makes room for `count` elements, so that Add does not have to move them. std::bad_alloc.
+  void Reserve(size_t count) { m_elements->Reserve(count); }
+
   /// Appends an item, on which the collection holds a reference. After std::bad_alloc the
   /// collection is of no use but to be released.
   void Add(const CWideString& key, ItemInterface* item) {

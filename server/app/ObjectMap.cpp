@@ -1,5 +1,8 @@
 #include <iterator>
 
+#include "catalog/MMCatalog.h"
+#include "catalog/MMCatalogManager.h"
+#include "catalog/MMCatalogPro.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "module/MergeModule.h"
@@ -9,8 +12,14 @@
 
 const ObjectMap& ServerObjects() noexcept {
   static const ObjectMapEntry entries[] = {
+      {&CLSID_MMCatalog, L"QmMMUpdater.MMCatalog.1", L"QmMMUpdater.MMCatalog",
+       IDS_CLASS_DESCRIPTION, &CreateComObject<CMMCatalog>},
+      {&CLSID_MMCatalogPro, L"QmMMUpdater.MMCatalogPro.1", L"QmMMUpdater.MMCatalogPro",
+       IDS_CLASS_DESCRIPTION, &CreateComObject<CMMCatalogPro>},
       {&CLSID_MergeModule2, L"QmMMUpdater.MergeModule2.1", L"QmMMUpdater.MergeModule2",
        IDS_CLASS_DESCRIPTION, &CreateComObject<CMergeModule>},
+      {&CLSID_MMCatalogManager, L"QmMMUpdater.MMCatalogManager.1", L"QmMMUpdater.MMCatalogManager",
+       IDS_CLASS_DESCRIPTION, &CreateComObject<CMMCatalogManager>},
   };
   static const ObjectMap map{entries, std::size(entries), &LIBID_QMMMUPDATER2Lib,
                              &LIBID_QMMMUpdaterLib, L"qmmmupdater.tlb"};

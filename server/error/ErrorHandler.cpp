@@ -11,7 +11,11 @@
 
 namespace {
 
-// Nothing here throws or needs the C++ heap: it runs when memory may be short.
+struct ExceptionDeleter {
+  void operator()(CException* exception) const noexcept { exception->Delete(); }
+};
+
+// Nothing below throws or needs the C++ heap: it runs when memory may be short.
 
 void Trace(HRESULT hr, const wchar_t* description) noexcept {
   wchar_t number[16];
@@ -85,6 +89,19 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
     return ReportUnexpected(clsid);
   } catch (...) {
     return ReportUnexpected(clsid);
+  }
+}
+
+std::unique_ptr<const com_exception> KeepCurrentException() {
+  try {
+    throw;
+  } catch (const com_exception& failure) {
+    return std::make_unique<com_exception>(failure);
+  } catch (_CComException<int>* exception) {
+    const std::unique_ptr<_CComException<int>, ExceptionDeleter> holder(exception);
+    return std::make_unique<com_exception>(exception->Failure());
+  } catch (const qm::win32_exception& failure) {
+    return std::make_unique<com_exception>(failure.hresult(), failure.message());
   }
 }
 

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <memory>
+
 #include "server/error/com_exception.h"
 
 /// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
@@ -42,6 +44,23 @@ void DropFailures(Work&& work) noexcept {
     work();
   } catch (...) {
     DropCurrentException();
+  }
+}
+
+/// Call from a catch clause: the failure that is being handled, as it would be reported; one thrown
+/// by pointer is deleted. Out of memory, and what is of no known kind, is thrown on.
+std::unique_ptr<const com_exception> KeepCurrentException();
+
+/// Runs `work` and gives the failure that it raised, or null; for work that is allowed to fail, and
+/// whose failure somebody will ask for later. Out of memory says nothing about the work and passes
+/// on to the caller.
+template <class Work>
+std::unique_ptr<const com_exception> KeepFailure(Work&& work) {
+  try {
+    work();
+    return nullptr;
+  } catch (...) {
+    return KeepCurrentException();
   }
 }
 

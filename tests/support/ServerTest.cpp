@@ -37,18 +37,14 @@ HRESULT CServerLibrary::CallPlain(const char* name) const {
   return Export<HRESULT(STDAPICALLTYPE*)()>(m_module, name)();
 }
 
-CComPtr<IClassFactory> CServerLibrary::Factory() const {
+CComPtr<IClassFactory> CServerLibrary::Factory(REFCLSID clsid) const {
   CComPtr<IClassFactory> factory;
-  DllGetClassObject(CLSID_MergeModule2, __uuidof(IClassFactory),
-                    reinterpret_cast<void**>(factory.Put()));
+  DllGetClassObject(clsid, __uuidof(IClassFactory), reinterpret_cast<void**>(factory.Put()));
   return factory;
 }
 
 CComPtr<IMergeModuleTavik> CServerLibrary::NewModule() const {
-  CComPtr<IMergeModuleTavik> module;
-  Factory()->CreateInstance(nullptr, __uuidof(IMergeModuleTavik),
-                            reinterpret_cast<void**>(module.Put()));
-  return module;
+  return Create<IMergeModuleTavik>(CLSID_MergeModule2);
 }
 
 HRESULT Open(IMergeModule* module, const std::wstring& path) {

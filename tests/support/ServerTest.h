@@ -29,8 +29,15 @@ class CServerLibrary {
   HRESULT DllRegisterServer() const { return CallPlain("DllRegisterServer"); }
   HRESULT DllUnregisterServer() const { return CallPlain("DllUnregisterServer"); }
 
-  /// The class factory of MergeModule2.
-  CComPtr<IClassFactory> Factory() const;
+  CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const;
+  /// A new object; none when it cannot be created.
+  template <class Interface>
+  CComPtr<Interface> Create(REFCLSID clsid) const {
+    CComPtr<Interface> object;
+    Factory(clsid)->CreateInstance(nullptr, __uuidof(Interface),
+                                   reinterpret_cast<void**>(object.Put()));
+    return object;
+  }
   /// A new module object on which nothing is open; none when it cannot be created.
   CComPtr<IMergeModuleTavik> NewModule() const;
 
@@ -51,7 +58,7 @@ class CServerTest : public ::testing::Test {
 
   /// Has the server make what it makes once for all, and takes what is alive then as the state to
   /// which the test has to return.
-  void Settle();
+  virtual void Settle();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
   CComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }

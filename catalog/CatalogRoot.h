@@ -1,0 +1,64 @@
+#pragma once
+
+#include "catalog/ProjectKind.h"
+#include "idl/qmmmupdater.h"
+#include "idl/qmmmupdater2.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/SupportErrorInfo.h"
+#include "server/frame/ComObject.h"
+#include "server/frame/DispatchImpl.h"
+
+/// What the two catalog classes have in common. Scripts reach the members up to IMMCatalogVelmora.
+template <const CLSID* pClsid>
+class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMMCatalogCaskel>,
+                     public IDispatchImpl<IMMCatalogCaskel, IMMCatalogVelmora>,
+                     public CErrorHandler<pClsid>,
+                     public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<
+      Via<ISupportErrorInfo, ISupportErrorInfo>,
+      Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>>;
+
+  // The slots of the primary table behind those of ISupportErrorInfo: their order is a contract.
+
+  /// Run once, as the last step of creation; a failure ends it.
+  virtual HRESULT Initialize() noexcept = 0;
+
+  /// Reports a failure under the class; see CErrorHandler.
+  virtual HRESULT Report(const com_exception& failure, const wchar_t* context) const noexcept {
+    return CErrorHandler<pClsid>::Report(failure, context);
+  }
+
+  virtual ~CCatalogRoot() = default;
+
+  HRESULT FinalConstruct() noexcept { return Initialize(); }
+
+  STDMETHOD(put_Option)(VARIANT_BOOL value) override {
+    m_bOption = value != VARIANT_FALSE;
+    return S_OK;
+  }
+
+ protected:
+  /// SupportsProject with the class's own rule about project kinds. The answer is VARIANT_TRUE
+  /// until the project says otherwise, also when asking it fails.
+  template <class Rule>
+  HRESULT AnswerSupportsProject(IUnknown* project, VARIANT_BOOL* supported,
+                                Rule supportsKind) const noexcept {
+    return this->MethodBoundary([&]() -> HRESULT {
+      if (!supported) {
+        return E_INVALIDARG;
+      }
+      *supported = VARIANT_TRUE;
+      if (!project) {
+        return E_INVALIDARG;
+      }
+      if (!supportsKind(GetProjectKind(*project))) {
+        *supported = VARIANT_FALSE;
+      }
+      return S_OK;
+    });
+  }
+
+ private:
+  bool m_bOption = false;
+};

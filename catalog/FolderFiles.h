@@ -1,0 +1,52 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/Path.h"
+#include "common/UniqueHandle.h"
+
+struct FindHandleTraits {
+  using Handle = HANDLE;
+  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(Handle find) noexcept { ::FindClose(find); }
+};
+
+/// The one owner of an open file search.
+using CUniqueFindHandle = CUniqueHandle<FindHandleTraits>;
+
+/// Has the system answer with an error where it would ask the user for a disk, in this thread and
+/// for the life of the object.
+class CNoDiskPrompts {
+ public:
+  CNoDiskPrompts() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &m_previous); }
+  ~CNoDiskPrompts() { ::SetThreadErrorMode(m_previous, nullptr); }
+  CNoDiskPrompts(const CNoDiskPrompts&) = delete;
+  CNoDiskPrompts& operator=(const CNoDiskPrompts&) = delete;
+
+ private:
+  DWORD m_previous = 0;
+};
+
+/// Whether a file name ends in `extension` (".msm"), without regard to case.
+bool HasExtension(const wchar_t* fileName, std::wstring_view extension) noexcept;
+
+/// Calls `use` with the WIN32_FIND_DATAW of every file of `folder` whose name ends in `extension`,
+/// in the order in which the file system lists them. A folder that is missing or cannot be read has
+/// no files.
+template <class Use>
+void ForEachFile(const CWideString& folder, std::wstring_view extension, Use use) {
+  const CNoDiskPrompts noPrompts;
+  WIN32_FIND_DATAW found;
+  const CUniqueFindHandle find(
+      ::FindFirstFileW((JoinPath(folder, L"*") + extension).c_str(), &found));
+  if (!find) {
+    return;
+  }
+  do {
+    // The pattern also finds files whose short name alone has the extension.
+    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
+        HasExtension(found.cFileName, extension)) {
+      use(found);
+    }
+  } while (::FindNextFileW(find.Get(), &found));
+}

@@ -1,0 +1,221 @@
+#include "catalog/MMCatalog.h"
+
+#include "catalog/FileLookup.h"
+#include "catalog/MMSource.h"
+#include "catalog/QueryArgument.h"
+#include "catalog/Refresh.h"
+#include "catalog/Repositories.h"
+#include "common/Bstr.h"
+#include "gallery/IniIndexes.h"
+#include "gallery/Siblings.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+/// Marks the time in which a refresh is under way.
+class CRefreshMark {
+ public:
+  explicit CRefreshMark(CCatalogState& state) noexcept : m_state(state) {
+    m_state.isRefreshing = true;
+  }
+  ~CRefreshMark() { m_state.isRefreshing = false; }
+  CRefreshMark(const CRefreshMark&) = delete;
+  CRefreshMark& operator=(const CRefreshMark&) = delete;
+
+ private:
+  CCatalogState& m_state;
+};
+
+HRESULT Zero(long* result) noexcept {
+  *result = 0;
+  return S_OK;
+}
+
+}  // namespace
+
+HRESULT CMMCatalog::Initialize() noexcept {
+  return MethodBoundary([&] {
+    m_pServices = CreateApplicationServices();
+    m_strSearchPath = AskServices(*m_pServices, &IApplicationServices::get_ModuleSearchPath);
+    m_strUserSearchPath =
+        AskServices(*m_pServices, &IApplicationServices::get_UserModuleSearchPath);
+    m_pModules = nullptr;
+    m_bDirty = true;
+    CIniIndexes::Instance().LoadOnce(*m_pServices);
+    m_bInitialized = true;
+    return S_OK;
+  });
+}
+
+void CMMCatalog::RunRefresh() {
+  CCatalogState& state = CCatalogState::Instance();
+  if (!m_bInitialized || state.isRefreshing) {
+    return;
+  }
+  const CRefreshMark mark(state);
+  UpdateSources(state, CurrentSearchFolders());
+  RecheckSources(state);
+  if (!m_bDirty && m_nChanges == state.changes) {
+    return;
+  }
+  m_bDirty = true;
+  auto modules = std::make_unique<const CModuleList>(
+      BuildModuleList(state, AskServices(*m_pServices, &IApplicationServices::get_GalleryRoot)));
+  m_pModules = std::move(modules);
+  m_nChanges = state.changes;
+  m_bDirty = false;
+  state.ForgetGoneRecords();
+}
+
+std::vector<SearchFolder> CMMCatalog::CurrentSearchFolders() {
+  if (!m_pRepositoryMgr) {
+    m_pRepositoryMgr =
+        OpenRepositoryList(AskServices(*m_pServices, &IApplicationServices::get_DataFolder));
+  }
+  std::vector<Repository> repositories;
+  if (m_pRepositoryMgr) {
+    repositories = ReadRepositories(*m_pRepositoryMgr);
+  }
+  return ListSearchFolders(JoinSearchPaths(m_strSearchPath, m_strUserSearchPath), repositories);
+}
+
+const CModuleList& CMMCatalog::RequireModules() {
+  if (!m_pModules) {
+    RunRefresh();
+  }
+  if (!m_pModules) {
+    Raise(com_exception(E_PENDING, L"The catalog is being built."));
+  }
+  return *m_pModules;
+}
+
+STDMETHODIMP CMMCatalog::Reserved1(long, long, long* result) { return Zero(result); }
+
+STDMETHODIMP CMMCatalog::Reserved2(long, long* result) { return Zero(result); }
+
+STDMETHODIMP CMMCatalog::Refresh(long* result) {
+  *result = 0;
+  return MethodBoundary([&] {
+    RunRefresh();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::get_Sources(IMMSources** sources) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!sources) {
+      return E_POINTER;
+    }
+    *sources = nullptr;
+    RequireModules();
+    const auto collection = CComObject<CMMSources>::Create();
+    int position = 0;
+    for (const auto& [folder, source] : CCatalogState::Instance().sources) {
+      const auto item = CComObject<CMMSource>::Create();
+      item->Init(*source);
+      collection->Add(CWideString::Format(L"%d", ++position), item.Get());
+    }
+    ThrowIfFailed(collection.QueryInterface(sources));
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::get_MergeModules(IMergeModules** modules) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!modules) {
+      return E_POINTER;
+    }
+    RunRefresh();
+    const CModuleList& list = RequireModules();
+    // A caller may ask with the list in hand that it got before.
+    if (IMergeModules* const held = std::exchange(*modules, nullptr)) {
+      held->Release();
+    }
+    *modules = list.NewReference();
+    return S_OK;
+  });
+}
+
+template <class MakeQuery>
+HRESULT CMMCatalog::Find(MakeQuery makeQuery, IMergeModules** modules, long* count) noexcept {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!modules || !count) {
+      return E_POINTER;
+    }
+    *modules = nullptr;
+    *count = 0;
+    const CModuleList matches = MatchModules(RequireModules(), makeQuery());
+    *count = static_cast<long>(matches.Records().size());
+    *modules = matches.NewReference();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModules** modules,
+                                     long* count) {
+  if (!key) {
+    return E_POINTER;
+  }
+  return Find(
+      [&] {
+        ModuleQuery query = QueryOfKey(*key, version);
+        query.language.clear();
+        return query;
+      },
+      modules, count);
+}
+
+STDMETHODIMP CMMCatalog::Reserved7(long* result) { return Zero(result); }
+
+STDMETHODIMP CMMCatalog::Reserved8(long, long* result) { return Zero(result); }
+
+STDMETHODIMP CMMCatalog::Reserved9(long) { return S_OK; }
+
+STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* modules) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!modules) {
+      return E_POINTER;
+    }
+    modules->vt = VT_EMPTY;
+    GiveCount(0, count);
+    const CModuleList matches = MatchModules(RequireModules(), QueryOfArgument(query));
+    GiveCount(static_cast<long>(matches.Records().size()), count);
+    modules->pdispVal = matches.NewReference();
+    modules->vt = VT_DISPATCH;
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::FindModule(BSTR key, BSTR version, long, IMergeModules** modules,
+                                    long* count) {
+  return Find([&] { return QueryOfKey(key, version); }, modules, count);
+}
+
+STDMETHODIMP CMMCatalog::GetModuleForFile(BSTR fileName, BSTR* key) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!key) {
+      return E_POINTER;
+    }
+    *key = nullptr;
+    *key = MakeBstr(FindModuleForFile(ViewOf(fileName))).Release();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::GetModuleDisplayName(BSTR key, BSTR* name) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!name) {
+      return E_POINTER;
+    }
+    *name = nullptr;
+    CWideString text = ViewOf(key);
+    CIniIndexes::Instance().LookupModuleName(text, text);
+    *name = MakeBstr(text).Release();
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::SupportsProject(IUnknown* project, VARIANT_BOOL* supported) {
+  return AnswerSupportsProject(project, supported,
+                               [](long kind) { return kind == 1 || kind == 3; });
+}

@@ -1,0 +1,63 @@
+#pragma once
+
+#include "catalog/CatalogRoot.h"
+#include "catalog/CatalogState.h"
+#include "catalog/ModuleList.h"
+#include "catalog/ModuleMatcher.h"
+#include "idl/siblings.h"
+
+/// The catalog of all merge modules of the search folders and the gallery (coclass MMCatalog).
+///
+/// The list of modules is built when it is first asked for, and built anew only when a refresh
+/// finds that the search folders or something in them changed. A list that was handed out stays as
+/// it is. After a failure the catalog has the list that it had, and tries again at the next call.
+class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
+ public:
+  /// Asks the application services for the search paths, and has the index tables of the process
+  /// read if they are not yet.
+  HRESULT Initialize() noexcept override;
+
+  // IMMCatalog
+  STDMETHOD(Reserved1)(long first, long second, long* result) override;
+  STDMETHOD(Reserved2)(long first, long* result) override;
+  STDMETHOD(Refresh)(long* result) override;
+  STDMETHOD(get_Sources)(IMMSources** sources) override;
+  STDMETHOD(get_MergeModules)(IMergeModules** modules) override;
+  STDMETHOD(FindModules)
+  (BSTR* key, BSTR version, long flags, IMergeModules** modules, long* count) override;
+  STDMETHOD(Reserved7)(long* result) override;
+  STDMETHOD(Reserved8)(long first, long* result) override;
+  STDMETHOD(Reserved9)(long first) override;
+
+  // IMMCatalogVelmora
+  STDMETHOD(CatalogQuery)(VARIANT query, VARIANT* count, VARIANT* modules) override;
+  STDMETHOD(FindModule)
+  (BSTR key, BSTR version, long flags, IMergeModules** modules, long* count) override;
+  STDMETHOD(GetModuleForFile)(BSTR fileName, BSTR* key) override;
+  STDMETHOD(GetModuleDisplayName)(BSTR key, BSTR* name) override;
+
+  // IMMCatalogCaskel
+  STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
+
+ private:
+  /// Brings the list of modules up to date. Does nothing before Initialize has succeeded and while
+  /// another refresh is under way.
+  void RunRefresh();
+  std::vector<SearchFolder> CurrentSearchFolders();
+
+  /// The current list, built first when there is none yet. Raises E_PENDING when it is being built.
+  const CModuleList& RequireModules();
+
+  /// Answers a query in the typed outs of FindModule and FindModules.
+  template <class MakeQuery>
+  HRESULT Find(MakeQuery makeQuery, IMergeModules** modules, long* count) noexcept;
+
+  bool m_bInitialized = false;
+  bool m_bDirty = true;
+  unsigned long m_nChanges = 0;  ///< the count of changes at which the list was built
+  std::unique_ptr<const CModuleList> m_pModules;
+  CWideString m_strSearchPath;
+  CWideString m_strUserSearchPath;
+  CComPtr<IApplicationServices> m_pServices;
+  CComPtr<IRepositoryMgr> m_pRepositoryMgr;  ///< kept, since it keeps what it has read
+};

@@ -1,0 +1,24 @@
+#pragma once
+
+#include "catalog/MMCatalog.h"
+#include "catalog/MMCatalogPro.h"
+
+/// Hands out the catalog that suits a kind of project (coclass MMCatalogManager). Each catalog is
+/// made at the first request for it and kept until the manager goes.
+class CMMCatalogManager : public IDispatchImpl<IMMCatalogManagerVelmora>,
+                          public CSupportErrorInfo<IMMCatalogManagerVelmora>,
+                          public CErrorHandler<&CLSID_MMCatalogManager>,
+                          public CComObjectRoot {
+ public:
+  using InterfaceMap =
+      CInterfaceMap<Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>,
+                    Via<ISupportErrorInfo, ISupportErrorInfo>>;
+
+  STDMETHOD(GetCatalog)(long projectKind, IUnknown** catalog) override;
+
+  virtual ~CMMCatalogManager() = default;
+
+ private:
+  CComPtr<CComObject<CMMCatalog>> m_pCatalog;
+  CComPtr<CComObject<CMMCatalogPro>> m_pScriptCatalog;
+};

@@ -1,0 +1,37 @@
+#pragma once
+
+#include "catalog/CatalogRoot.h"
+
+/// The catalog for script-based projects (coclass MMCatalogPro), which use no merge modules: it
+/// keeps no catalog, and nearly all members succeed without doing anything. Outs that are left
+/// alone keep what the caller had in them.
+class CMMCatalogPro : public CCatalogRoot<&CLSID_MMCatalogPro> {
+ public:
+  HRESULT Initialize() noexcept override { return S_OK; }
+
+  // IMMCatalog
+  STDMETHOD(Reserved1)(long, long, long* result) override { return Zero(result); }
+  STDMETHOD(Reserved2)(long, long* result) override { return Zero(result); }
+  STDMETHOD(Refresh)(long* result) override { return Zero(result); }
+  STDMETHOD(get_Sources)(IMMSources**) override { return S_OK; }
+  STDMETHOD(get_MergeModules)(IMergeModules**) override { return S_OK; }
+  STDMETHOD(FindModules)(BSTR*, BSTR, long, IMergeModules**, long*) override { return S_OK; }
+  STDMETHOD(Reserved7)(long*) override { return S_OK; }
+  STDMETHOD(Reserved8)(long, long*) override { return S_OK; }
+  STDMETHOD(Reserved9)(long) override { return S_OK; }
+
+  // IMMCatalogVelmora
+  STDMETHOD(CatalogQuery)(VARIANT, VARIANT*, VARIANT*) override { return S_OK; }
+  STDMETHOD(FindModule)(BSTR, BSTR, long, IMergeModules**, long*) override { return S_OK; }
+  STDMETHOD(GetModuleForFile)(BSTR, BSTR*) override { return S_OK; }
+  STDMETHOD(GetModuleDisplayName)(BSTR, BSTR*) override { return S_OK; }
+
+  // IMMCatalogCaskel
+  STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
+
+ private:
+  static HRESULT Zero(long* result) noexcept {
+    *result = 0;
+    return S_OK;
+  }
+};

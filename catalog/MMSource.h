@@ -1,0 +1,34 @@
+#pragma once
+
+#include "catalog/Source.h"
+#include "idl/qmmmupdater.h"
+#include "idl/qmmmupdater2.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/SupportErrorInfo.h"
+#include "server/frame/ComObject.h"
+#include "server/frame/DispatchImpl.h"
+
+/// One search folder as a client sees it: a copy of its description, and the records that it had
+/// when the object was made. Failures are reported under MMCatalog.
+class CMMSource : public IDispatchImpl<IMMSource>,
+                  public CSupportErrorInfo<IMMSource>,
+                  public CErrorHandler<&CLSID_MMCatalog>,
+                  public CComObjectRoot {
+ public:
+  using InterfaceMap = CInterfaceMap<Via<IMMSource, IMMSource, IDispatch>,
+                                     Via<ISupportErrorInfo, ISupportErrorInfo>>;
+
+  virtual ~CMMSource() = default;
+
+  void Init(const CSource& source);
+
+  STDMETHOD(get_Entry)(BSTR* value) override;
+  STDMETHOD(get_Folder)(BSTR* value) override;
+  STDMETHOD(get_DisplayName)(BSTR* value) override;
+  STDMETHOD(get_SecondPass)(VARIANT_BOOL* value) override;
+  STDMETHOD(get_MergeModules)(IMergeModules** value) override;
+
+ private:
+  SearchFolder m_folder;
+  std::shared_ptr<const RecordList> m_records;
+};

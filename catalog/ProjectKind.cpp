@@ -1,0 +1,19 @@
+#include "catalog/ProjectKind.h"
+
+#include "common/ComPtr.h"
+#include "idl/host.h"
+#include "server/error/Raise.h"
+
+long GetProjectKind(IUnknown& project) {
+  CComPtr<IHostProject> hostProject;
+  ThrowIfFailed(
+      project.QueryInterface(__uuidof(IHostProject), reinterpret_cast<void**>(hostProject.Put())));
+  CComPtr<IHostProjectSettings> settings;
+  ThrowIfFailed(hostProject->GetSettings(settings.Put()));
+  if (!settings) {
+    Raise(com_exception(E_UNEXPECTED, L"The project has no settings."));
+  }
+  long kind = 0;
+  ThrowIfFailed(settings->GetProjectKind(&kind));
+  return kind;
+}

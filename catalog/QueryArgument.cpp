@@ -1,0 +1,122 @@
+#include "catalog/QueryArgument.h"
+
+#include <utility>
+
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+class CUniqueVariant {
+ public:
+  CUniqueVariant() noexcept { ::VariantInit(&m_value); }
+  ~CUniqueVariant() { ::VariantClear(&m_value); }
+  CUniqueVariant(const CUniqueVariant&) = delete;
+  CUniqueVariant& operator=(const CUniqueVariant&) = delete;
+
+  VARIANT* Get() noexcept { return &m_value; }
+  VARIANT* operator->() noexcept { return &m_value; }
+
+ private:
+  VARIANT m_value;
+};
+
+/// A key and the version that goes with it, still as the script has them.
+struct Pair {
+  CUniqueVariant key;
+  CUniqueVariant version;
+};
+
+void Require(bool condition) {
+  if (!condition) {
+    Raise(com_exception(E_INVALIDARG,
+                        L"The query is neither a module key nor an array of key and version."));
+  }
+}
+
+ModuleQuery QueryOfTexts(VARIANT* key, VARIANT* version) {
+  for (VARIANT* const value : {key, version}) {
+    Require(SUCCEEDED(::VariantChangeType(value, value, 0, VT_BSTR)));
+  }
+  return QueryOfKey(key->bstrVal, version->bstrVal);
+}
+
+void GetElement(SAFEARRAY* array, LONG index, VARTYPE type, VARIANT* value) {
+  if (type == VT_VARIANT) {
+    ThrowIfFailed(::SafeArrayGetElement(array, &index, value));
+  } else {
+    Require(type == VT_BSTR);
+    ThrowIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
+    value->vt = VT_BSTR;
+  }
+}
+
+ModuleQuery QueryOfArray(SAFEARRAY* array) {
+  LONG first = 0;
+  LONG last = 0;
+  VARTYPE type = VT_EMPTY;
+  Require(array && ::SafeArrayGetDim(array) == 1 &&
+          SUCCEEDED(::SafeArrayGetLBound(array, 1, &first)) &&
+          SUCCEEDED(::SafeArrayGetUBound(array, 1, &last)) &&
+          SUCCEEDED(::SafeArrayGetVartype(array, &type)) && last - first == 1);
+  Pair pair;
+  GetElement(array, first, type, pair.key.Get());
+  GetElement(array, last, type, pair.version.Get());
+  return QueryOfTexts(pair.key.Get(), pair.version.Get());
+}
+
+/// Reads a property of a script's object; false when it has none of this name.
+bool GetProperty(IDispatch& object, const wchar_t* name, VARIANT* value) {
+  std::wstring text(name);
+  wchar_t* names = text.data();
+  DISPID id = 0;
+  if (FAILED(object.GetIDsOfNames(IID_NULL, &names, 1, LOCALE_NEUTRAL, &id))) {
+    return false;
+  }
+  DISPPARAMS none{};
+  return SUCCEEDED(object.Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET, &none, value,
+                                 nullptr, nullptr));
+}
+
+ModuleQuery QueryOfArrayObject(IDispatch* object) {
+  CUniqueVariant length;
+  Pair pair;
+  Require(object && GetProperty(*object, L"length", length.Get()) &&
+          SUCCEEDED(::VariantChangeType(length.Get(), length.Get(), 0, VT_I4)) &&
+          length->lVal == 2 && GetProperty(*object, L"0", pair.key.Get()) &&
+          GetProperty(*object, L"1", pair.version.Get()));
+  return QueryOfTexts(pair.key.Get(), pair.version.Get());
+}
+
+}  // namespace
+
+ModuleQuery QueryOfArgument(const VARIANT& argument) {
+  CUniqueVariant value;
+  // Follows references, without which a loop of them cannot be walked.
+  Require(SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(&argument))));
+  if (value->vt & VT_ARRAY) {
+    return QueryOfArray(value->parray);
+  }
+  if (value->vt == VT_DISPATCH) {
+    return QueryOfArrayObject(value->pdispVal);
+  }
+  CUniqueVariant noVersion;
+  return QueryOfTexts(value.Get(), noVersion.Get());
+}
+
+void GiveCount(long count, VARIANT* out) noexcept {
+  if (out && out->vt == (VT_VARIANT | VT_BYREF)) {
+    out = out->pvarVal;
+  }
+  if (!out || (out->vt == VT_ERROR && out->scode == DISP_E_PARAMNOTFOUND)) {
+    return;
+  }
+  if (out->vt == (VT_I4 | VT_BYREF)) {
+    *out->plVal = count;
+    return;
+  }
+  ::VariantClear(out);
+  out->vt = VT_I4;
+  out->lVal = count;
+}

@@ -1,0 +1,138 @@
+#include "catalog/Source.h"
+
+#include <algorithm>
+#include <iterator>
+#include <map>
+
+#include "catalog/FolderFiles.h"
+#include "common/Path.h"
+
+CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
+    : m_folder(folder), m_records(std::make_shared<RecordList>()) {
+  // Records name the folder as their origin.
+  if (predecessor && predecessor->m_folder.folder == folder.folder) {
+    m_files = predecessor->m_files;
+    m_records = predecessor->m_records;
+    m_bAnyUnreadable = predecessor->m_bAnyUnreadable;
+  }
+}
+
+CSource::Stamp CSource::StampOf(const WIN32_FIND_DATAW& found) noexcept {
+  return {found.ftLastWriteTime,
+          (static_cast<ULONGLONG>(found.nFileSizeHigh) << 32U) | found.nFileSizeLow};
+}
+
+bool CSource::IsSame(const Stamp& a, const Stamp& b) noexcept {
+  return ::CompareFileTime(&a.lastWrite, &b.lastWrite) == 0 && a.size == b.size;
+}
+
+bool CSource::Recheck() {
+  ListFolder();
+  if (m_bAnyUnreadable) {
+    RetryUnreadable();
+  }
+  return m_bChanged;
+}
+
+/// Compares the folder with the list, which nearly always is in the same order: nothing is
+/// allocated before a file is missing or new.
+void CSource::ListFolder() {
+  size_t position = 0;
+  bool isInOrder = true;
+  Files others;
+  ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
+    const Stamp stamp = StampOf(found);
+    isInOrder = isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
+    if (!isInOrder) {
+      others.push_back({found.cFileName, stamp, {}, nullptr});
+      return;
+    }
+    File& file = m_files[position++];
+    if (!IsSame(file.stamp, stamp)) {
+      file.stamp = stamp;
+      m_bChanged = true;
+    }
+  });
+  if (!others.empty() || position != m_files.size()) {
+    ReplaceFiles(std::move(others), position);
+  }
+}
+
+/// Has `others` follow the first `unchanged` files of the list, with the records that they have in
+/// the rest of it.
+void CSource::ReplaceFiles(Files others, size_t unchanged) {
+  const auto rest = m_files.begin() + static_cast<std::ptrdiff_t>(unchanged);
+  std::map<std::wstring_view, const File*> known;
+  for (auto file = rest; file != m_files.end(); ++file) {
+    known.emplace(file->name, &*file);
+  }
+  bool changed = others.size() != known.size();
+  for (File& file : others) {
+    const auto found = known.find(file.name);
+    if (found == known.end()) {
+      changed = true;
+      continue;
+    }
+    changed = changed || !IsSame(found->second->stamp, file.stamp);
+    file.readStamp = found->second->readStamp;
+    file.record = found->second->record;
+  }
+  m_files.reserve(unchanged + others.size());
+  // Nothing can fail from here.
+  m_files.erase(m_files.begin() + static_cast<std::ptrdiff_t>(unchanged), m_files.end());
+  std::move(others.begin(), others.end(), std::back_inserter(m_files));
+  m_bChanged = m_bChanged || changed;
+}
+
+/// A file that was locked or half written when it was read does not show in the list when it
+/// becomes readable: it is tried again.
+void CSource::RetryUnreadable() {
+  for (File& file : m_files) {
+    if (file.record && file.record->IsUnreadable()) {
+      const auto record = Read(file.name);
+      if (!record || !record->IsUnreadable()) {
+        file.record = nullptr;
+        m_bChanged = true;
+      }
+    }
+  }
+}
+
+bool CSource::NeedsReading(const File& file) noexcept {
+  if (!file.record) {
+    return true;
+  }
+  const bool rewritten = file.record->NeedsRecheck() && !IsSame(file.stamp, file.readStamp);
+  file.record->SetRecheck(rewritten);
+  return rewritten;
+}
+
+/// A record of the file; none when it is gone.
+std::shared_ptr<CCacheMSM> CSource::Read(const CWideString& fileName) const {
+  const CWideString path = JoinPath(m_folder.folder, fileName);
+  auto record = std::make_shared<CCacheMSM>();
+  record->InitFromFoundModule(path, m_folder.folder);
+  if (record->IsUnreadable() && !PathExists(path)) {
+    return nullptr;
+  }
+  return record;
+}
+
+/// Makes the list of the records that there are.
+void CSource::SetRecords() {
+  RecordList records;
+  records.reserve(m_files.size());
+  bool anyUnreadable = false;
+  for (const File& file : m_files) {
+    if (file.record) {
+      records.push_back(file.record);
+      anyUnreadable = anyUnreadable || file.record->IsUnreadable();
+    }
+  }
+  std::sort(records.begin(), records.end(), [](const auto& a, const auto& b) {
+    return a->Key() == b->Key() ? a->Path() < b->Path() : a->Key() < b->Key();
+  });
+  m_records = std::make_shared<const RecordList>(std::move(records));
+  m_bAnyUnreadable = anyUnreadable;
+  m_bChanged = false;
+}
