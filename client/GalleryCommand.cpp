@@ -108,8 +108,8 @@ std::string GalleryText(const std::vector<GalleryEntry>& entries) {
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
-    table.Add({entry.state, entry.file.moduleId.empty() ? "" : entry.file.key, entry.file.version,
-               entry.localVersion, entry.file.packageCode,
+    table.Add({entry.state, entry.file.key, entry.file.version, entry.localVersion,
+               entry.file.packageCode,
                entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
     if (!entry.gallery.downloadFiles.empty()) {
       hasFiles = true;

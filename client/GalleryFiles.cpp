@@ -1,7 +1,7 @@
 #include "client/GalleryFiles.h"
 
 #include <algorithm>
-#include <cwchar>
+#include <cstdlib>
 
 #include "client/Properties.h"
 #include "common/ModuleKey.h"
@@ -76,9 +76,10 @@ void Read(GalleryFile& file) {
   if (const CComPtr<IIniKeys> keys = ModuleKeys(*reader)) {
     file.moduleId = Value(*keys, L"ModuleID");
     file.version = Value(*keys, L"Version");
-    const CWideString language = ToWide(Value(*keys, L"Language"));
-    const long number = std::wcstol(language.c_str(), nullptr, 10);
-    file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), number));
+    const long language = std::strtol(Value(*keys, L"Language").c_str(), nullptr, 10);
+    if (!file.moduleId.empty()) {
+      file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
+    }
   }
 }
 

@@ -13,7 +13,7 @@ struct GalleryFile {
   std::string path;
   std::string packageCode;  ///< what the file is named after
   std::string moduleId;
-  std::string key;  ///< "ID:language", also without an ID
+  std::string key;  ///< "ID:language"
   std::string version;
   std::optional<ServerFailure> failure;  ///< why the file could not be read
 };
