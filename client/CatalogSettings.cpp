@@ -14,12 +14,12 @@ void SetVariable(const wchar_t* name, const CWideString& value) {
                                                        : HRESULT_FROM_WIN32(::GetLastError()));
 }
 
-/// The full path of a folder that a setting names; empty for a setting that is not given.
-CWideString FullFolder(const std::string& folder) {
-  if (folder.empty()) {
+/// The full path of a folder that a setting names; empty when it names none.
+CWideString FullFolder(const std::optional<std::string>& folder) {
+  if (!folder || folder->empty()) {
     return {};
   }
-  CWideString path = FullPath(ToWide(folder));
+  CWideString path = FullPath(ToWide(*folder));
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
     PrintRemark(ToUtf8(path) + ": there is no such folder");
@@ -37,8 +37,8 @@ std::string WhyNoSearchFolder(const std::string& folder) {
 }
 
 void Apply(const CatalogSettings& settings) {
-  if (settings.folders.empty() && settings.galleryRoot.empty() && settings.indexFolder.empty() &&
-      settings.dataFolder.empty()) {
+  if (settings.folders.empty() && !settings.galleryRoot && !settings.indexFolder &&
+      !settings.dataFolder) {
     return;
   }
   CWideString searchPath;

@@ -1,15 +1,16 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
 /// Where the catalog looks, in place of what the machine's application services say. UTF-8 paths;
-/// an empty one is not given.
+/// an empty one stands for no folder.
 struct CatalogSettings {
   std::vector<std::string> folders;  ///< module search folders, in the order of the search
-  std::string galleryRoot;
-  std::string indexFolder;
-  std::string dataFolder;  ///< holds Repositories\Repositories.xml
+  std::optional<std::string> galleryRoot;
+  std::optional<std::string> indexFolder;
+  std::optional<std::string> dataFolder;  ///< holds Repositories\Repositories.xml
 };
 
 /// Why a folder cannot be one of a module search path; empty when it can.

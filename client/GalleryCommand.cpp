@@ -16,7 +16,7 @@ struct GalleryEntry {
   GalleryFile file;
   const char* state = "";
   std::string note;          ///< why the catalog has no module of it
-  std::string supersededBy;  ///< path of the module that the catalog has instead
+  std::string supersededBy;  ///< path of the catalog's module, or its package code
   std::string localVersion;
   GalleryDescription gallery;
 };
@@ -95,6 +95,9 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
     entry.note = "it names no module";
   } else if (const CComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
     entry.supersededBy = Text(*other, &IMergeModule::get_Path);
+    if (entry.supersededBy.empty()) {  // another description
+      entry.supersededBy = Text(*other, &IMergeModule::get_PackageCode);
+    }
     entry.note = "superseded by " + entry.supersededBy;
   }
   return entry;
