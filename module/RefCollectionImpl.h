@@ -23,12 +23,14 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
       return E_POINTER;
     }
     *item = nullptr;
-    const size_t position = Find(CCollectionIndex(index));
-    if (position == m_elements->Size()) {
-      return E_INVALIDARG;
-    }
-    *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
-    return S_OK;
+    return RunAtBoundary(GUID_NULL, [&] {
+      const size_t position = Find(CCollectionIndex(index));
+      if (position == m_elements->Size()) {
+        return E_INVALIDARG;
+      }
+      *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
+      return S_OK;
+    });
   }
 
   STDMETHOD(get_Count)(long* count) override {
@@ -86,40 +88,27 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   /// Makes room for `count` elements, so that Add does not have to move them. std::bad_alloc.
   void Reserve(size_t count) { m_elements->Reserve(count); }
 
-  /// Appends an item, on which the collection holds a reference. After std::bad_alloc the
-  /// collection is of no use but to be released.
-  void Add(const CWideString& key, ItemInterface* item) {
-    m_elements->Append(key, item);
-    m_keyIndex.insert(m_elements->Size() - 1);
-  }
+  /// Appends an item, on which the collection holds a reference. std::bad_alloc.
+  void Add(const CWideString& key, ItemInterface* item) { m_elements->Append(key, item); }
 
  protected:
-  CRefCollectionImpl()
-      : m_elements(std::make_shared<Elements>()), m_keyIndex(CKeyOrder<Elements>(*m_elements)) {}
+  CRefCollectionImpl() : m_elements(std::make_shared<Elements>()), m_keyIndex(*m_elements) {}
 
  private:
   using Elements = CCollectionElements<ItemInterface>;
 
   /// Position of an element, or the end.
-  size_t Find(const CCollectionIndex& index) const noexcept {
+  size_t Find(const CCollectionIndex& index) {
     const size_t end = m_elements->Size();
     if (index.IsNumber()) {
       const bool inside = index.Number() >= 1 && static_cast<size_t>(index.Number()) <= end;
       return inside ? static_cast<size_t>(index.Number()) - 1 : end;
     }
-    if (index.IsKey()) {
-      const auto found = m_keyIndex.find(index.Key());
-      return found == m_keyIndex.end() ? end : *found;
-    }
-    return end;
+    return index.IsKey() ? m_keyIndex.Find(index.Key()) : end;
   }
 
-  void Replace(std::shared_ptr<Elements> elements) {
-    CKeyIndex<Elements> keyIndex{CKeyOrder<Elements>(*elements)};
-    for (size_t position = 0; position < elements->Size(); ++position) {
-      keyIndex.insert(position);
-    }
-    m_keyIndex = std::move(keyIndex);
+  void Replace(std::shared_ptr<Elements> elements) noexcept {
+    m_keyIndex = CKeyIndex<Elements>(*elements);
     m_elements = std::move(elements);
   }
 
