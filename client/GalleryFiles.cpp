@@ -4,6 +4,7 @@
 #include <cstdlib>
 
 #include "client/Properties.h"
+#include "common/IgnoringCase.h"
 #include "common/ModuleKey.h"
 #include "common/Path.h"
 
@@ -17,15 +18,9 @@ struct FindTraits {
 
 constexpr std::wstring_view kExtension = L".ini";
 
-int CompareIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
-  return ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
-                                static_cast<int>(b.size()), TRUE) -
-         CSTR_EQUAL;
-}
-
 bool HasExtension(std::wstring_view name) noexcept {
   return name.size() > kExtension.size() &&
-         CompareIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension) == 0;
+         EqualsIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
 }
 
 /// The names of the description files of a folder.
@@ -44,7 +39,7 @@ std::vector<std::wstring> DescriptionNames(const CWideString& folder) {
     }
   } while (::FindNextFileW(search.Get(), &found));
   std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
-    return CompareIgnoringCase(a, b) < 0;
+    return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
   });
   return names;
 }
