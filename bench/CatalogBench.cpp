@@ -89,7 +89,7 @@ long Count(IMMCatalogVelmora& catalog) {
 template <class Use>
 void ForEachModule(const std::wstring& folder, Use use) {
   WIN32_FIND_DATAW found;
-  const HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
+  HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
   if (find == INVALID_HANDLE_VALUE) {
     Fail("folder", static_cast<long>(::GetLastError()));
   }
@@ -177,7 +177,7 @@ double Pass(const std::wstring& folder) {
 }
 
 void Touch(const std::wstring& path) {
-  const HANDLE file =
+  HANDLE file =
       ::CreateFileW(path.c_str(), FILE_WRITE_ATTRIBUTES, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   FILETIME time;
   ::GetFileTime(file, nullptr, nullptr, &time);

@@ -30,9 +30,9 @@ inline double Median(std::vector<double> values) {
 template <class Work>
 double MedianMilliseconds(Work work) {
   work();
-  std::vector<double> times;
-  for (int i = 0; i < 5; ++i) {
-    times.push_back(Milliseconds(work));
+  std::vector<double> times(5);
+  for (double& time : times) {
+    time = Milliseconds(work);
   }
   return Median(times);
 }
