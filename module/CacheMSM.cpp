@@ -2,6 +2,7 @@
 
 #include "common/ModuleKey.h"
 #include "gallery/IniIndexes.h"
+#include "msidb/CompoundFile.h"
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
@@ -53,16 +54,20 @@ void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameLis
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin) {
+void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileState state) {
   m_strPath = path;
   m_pOrigin = std::move(origin);
+  if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
+    Raise(
+        com_exception(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), path + L": The file is cut short."));
+  }
   ReadSignature();
   ReadSummary();
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin)); });
+void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin, FileState state) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin), state); });
   if (m_pFailure) {
     ResolveDisplayName();
   }

@@ -28,13 +28,20 @@ class CCacheMSM : public CMMGallery {
   /// Text that many records share; null counts as empty.
   using SharedText = std::shared_ptr<const CWideString>;
 
+  /// How sure it is that a file is complete.
+  enum class FileState {
+    Settled,   ///< nobody has written it for a while
+    Unsettled  ///< it may be cut short, and is looked at before the installer opens it
+  };
+
   /// Fills the record from the module database at `path`. `origin` says where it was found.
-  void InitFromModule(const CWideString& path, SharedText origin);
+  void InitFromModule(const CWideString& path, SharedText origin,
+                      FileState state = FileState::Unsettled);
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
   /// raised.
-  void InitFromFoundModule(const CWideString& path, SharedText origin);
+  void InitFromFoundModule(const CWideString& path, SharedText origin, FileState state);
 
   /// Whether a failure is kept, which every table then reports.
   bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
