@@ -4,6 +4,7 @@
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "module/CollectionIndex.h"
 #include "server/error/Raise.h"
 
 namespace {
@@ -93,8 +94,8 @@ ModuleQuery QueryOfArrayObject(IDispatch* object) {
 
 ModuleQuery QueryOfArgument(const VARIANT& argument) {
   CUniqueVariant value;
-  // Follows references, without which a loop of them cannot be walked.
-  Require(SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(&argument))));
+  const VARIANT* const source = FollowReferences(&argument);
+  Require(source && SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source))));
   if (value->vt & VT_ARRAY) {
     return QueryOfArray(value->parray);
   }

@@ -2,20 +2,6 @@
 
 namespace {
 
-/// Follows VT_BYREF | VT_VARIANT; null when a reference leads nowhere or never ends.
-const VARIANT* Dereference(const VARIANT* value) noexcept {
-  // No caller nests references; a chain this deep refers to itself.
-  constexpr int maxDepth = 16;
-  for (int depth = 0; value && depth < maxDepth; ++depth) {
-    if (value->vt != (VT_VARIANT | VT_BYREF)) {
-      const bool nullReference = (value->vt & VT_BYREF) != 0 && !value->byref;
-      return nullReference ? nullptr : value;
-    }
-    value = value->pvarVal;
-  }
-  return nullptr;
-}
-
 VARTYPE IndexType(VARTYPE type) noexcept {
   switch (type & ~VT_BYREF) {
     case VT_I4:
@@ -30,9 +16,22 @@ VARTYPE IndexType(VARTYPE type) noexcept {
 
 }  // namespace
 
+const VARIANT* FollowReferences(const VARIANT* value) noexcept {
+  // No caller nests references; a chain this deep refers to itself.
+  constexpr int maxDepth = 16;
+  for (int depth = 0; value && depth < maxDepth; ++depth) {
+    if (value->vt != (VT_VARIANT | VT_BYREF)) {
+      const bool nullReference = (value->vt & VT_BYREF) != 0 && !value->byref;
+      return nullReference ? nullptr : value;
+    }
+    value = value->pvarVal;
+  }
+  return nullptr;
+}
+
 CCollectionIndex::CCollectionIndex(const VARIANT& index) noexcept {
   ::VariantInit(&m_value);
-  const VARIANT* const source = Dereference(&index);
+  const VARIANT* const source = FollowReferences(&index);
   // On failure the value stays empty, which is neither number nor key.
   if (source) {
     // The source is read only; the function's parameter just does not say so.

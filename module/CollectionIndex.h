@@ -2,6 +2,10 @@
 
 #include <windows.h>
 
+/// What a VARIANT refers to with VT_VARIANT | VT_BYREF, over several references too; null when one
+/// of them, or that of the value itself, leads nowhere, or when they never end.
+const VARIANT* FollowReferences(const VARIANT* value) noexcept;
+
 /// The index of a collection element as a client gives it: a number from 1, a key, or nothing that
 /// an element could have.
 ///
