@@ -3,8 +3,8 @@
 #include <utility>
 
 #include "common/Bstr.h"
+#include "common/CollectionIndex.h"
 #include "common/ComPtr.h"
-#include "module/CollectionIndex.h"
 #include "server/error/Raise.h"
 
 namespace {

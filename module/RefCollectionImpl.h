@@ -1,10 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
+#include "common/CollectionIndex.h"
 #include "module/CollectionElements.h"
 #include "module/CollectionEnum.h"
-#include "module/CollectionIndex.h"
 #include "server/frame/ComObject.h"
 #include "server/frame/DispatchImpl.h"
 
@@ -23,12 +24,14 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
       return E_POINTER;
     }
     *item = nullptr;
-    const size_t position = Find(CCollectionIndex(index));
-    if (position == m_elements->Size()) {
-      return E_INVALIDARG;
-    }
-    *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
-    return S_OK;
+    return RunAtBoundary(GUID_NULL, [&] {
+      const size_t position = Find(CCollectionIndex(index));
+      if (position == m_elements->Size()) {
+        return E_INVALIDARG;
+      }
+      *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
+      return S_OK;
+    });
   }
 
   STDMETHOD(get_Count)(long* count) override {
@@ -103,15 +106,11 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   /// Position of an element, or the end.
   size_t Find(const CCollectionIndex& index) const noexcept {
     const size_t end = m_elements->Size();
-    if (index.IsNumber()) {
-      const bool inside = index.Number() >= 1 && static_cast<size_t>(index.Number()) <= end;
-      return inside ? static_cast<size_t>(index.Number()) - 1 : end;
-    }
-    if (index.IsKey()) {
-      const auto found = m_keyIndex.find(index.Key());
+    if (index.IsText()) {
+      const auto found = m_keyIndex.find(index.Text().data());
       return found == m_keyIndex.end() ? end : *found;
     }
-    return end;
+    return std::min(index.Position(), end);
   }
 
   void Replace(std::shared_ptr<Elements> elements) {

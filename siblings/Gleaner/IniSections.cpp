@@ -1,6 +1,6 @@
 #include "siblings/Gleaner/IniSections.h"
 
-#include "siblings/Gleaner/IniIndex.h"
+#include "common/CollectionIndex.h"
 #include "siblings/Gleaner/IniKeys.h"
 
 void CIniSection::Init(std::shared_ptr<const CIniFile> file,
@@ -23,8 +23,8 @@ void CIniSections::Init(std::shared_ptr<const CIniFile> file) noexcept {
 
 STDMETHODIMP CIniSections::get_Item(VARIANT index, IIniSection** section) {
   return Answer(section, [&]() -> IIniSection* {
-    const CIniIndex wanted(index);
-    const CIniFile::Section* const found = wanted.IsName() ? m_pFile->FindSection(wanted.Name())
+    const CCollectionIndex wanted(index);
+    const CIniFile::Section* const found = wanted.IsText() ? m_pFile->FindSection(wanted.Text())
                                                            : m_pFile->SectionAt(wanted.Position());
     return found ? Make<CIniSection>(m_pFile, *found) : nullptr;
   });
