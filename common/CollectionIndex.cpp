@@ -64,7 +64,5 @@ void CCollectionIndex::Take(const VARIANT& index) {
 
 void CCollectionIndex::TakeText(BSTR text) noexcept {
   m_isText = true;
-  if (text) {
-    m_text = ViewOf(text);
-  }
+  m_text = text ? ViewOf(text) : L"";
 }

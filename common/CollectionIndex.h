@@ -24,7 +24,7 @@ class CCollectionIndex {
 
   bool IsText() const noexcept { return m_isText; }
 
-  /// The text, behind which a zero stands; empty when the index is none.
+  /// The text, behind which a zero stands; only when the index is one.
   std::wstring_view Text() const noexcept { return m_text; }
 
   /// The position, counted from 0; that of no element when the index is none.
@@ -35,7 +35,7 @@ class CCollectionIndex {
   void TakeText(BSTR text) noexcept;
 
   bool m_isText = false;
-  std::wstring_view m_text = L"";
+  std::wstring_view m_text;
   size_t m_position = static_cast<size_t>(-1);
   VARIANT m_converted;
 };

@@ -7,9 +7,13 @@ void CIniKey::Init(std::shared_ptr<const CIniFile> file, const CIniFile::Key& ke
   m_pKey = &key;
 }
 
-STDMETHODIMP CIniKey::get_Name(BSTR* name) { return AnswerText(name, *m_pFile, m_pKey->name); }
+STDMETHODIMP CIniKey::get_Name(BSTR* name) {
+  return AnswerText(name, [&] { return m_pFile->TextAt(m_pKey->name); });
+}
 
-STDMETHODIMP CIniKey::get_Value(BSTR* value) { return AnswerText(value, *m_pFile, m_pKey->value); }
+STDMETHODIMP CIniKey::get_Value(BSTR* value) {
+  return AnswerText(value, [&] { return m_pFile->TextAt(m_pKey->value); });
+}
 
 void CIniKeys::Init(std::shared_ptr<const CIniFile> file,
                     const CIniFile::Section& section) noexcept {

@@ -10,7 +10,7 @@ void CIniSection::Init(std::shared_ptr<const CIniFile> file,
 }
 
 STDMETHODIMP CIniSection::get_Name(BSTR* name) {
-  return AnswerText(name, *m_pFile, m_pSection->name);
+  return AnswerText(name, [&] { return m_pFile->TextAt(m_pSection->name); });
 }
 
 STDMETHODIMP CIniSection::get_Keys(IIniKeys** keys) {
