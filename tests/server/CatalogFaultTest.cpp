@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <filesystem>
 #include <iterator>
 #include <map>
 #include <random>
@@ -47,6 +48,10 @@ class CatalogFaultTest : public CCatalogTest {
     WriteModule(L"b\\3.msm", "Three");
     m_spare = WriteModule(L"spare\\2", "Two");
     m_added = PathOf(L"a\\2.msm");
+    WriteText(L"data\\Repositories\\Repositories.xml",
+              "<Repositories><Repository><Property Name='MMSearchPath' Value='" +
+                  std::filesystem::path(m_folder / L"b").string() +
+                  "'/></Repository></Repositories>");
   }
 
   void Sweep(FaultKind kind, bool withGallery) {
@@ -58,7 +63,8 @@ class CatalogFaultTest : public CCatalogTest {
     }
     const int runs = SweepFaults(kind, [&](int call) {
       SCOPED_TRACE("call " + std::to_string(call));
-      SetSearchPath(L"*a,*b");
+      SetSearchPath(L"*a");
+      ::SetEnvironmentVariableW(L"QM_DATA_DIR", (m_folder / L"data").c_str());
       ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"gallery").c_str());
       RunOnce();
       ForgetAll();

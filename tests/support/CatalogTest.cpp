@@ -5,6 +5,7 @@
 
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
+#include "tests/support/Imports.h"
 
 namespace {
 
@@ -123,3 +124,5 @@ std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t*
   EXPECT_EQ(inCollection, count);
   return KeysOf(modules.Get());
 }
+
+int FilesOpened() { return CallCount("MsiOpenDatabaseW") + CallCount("MsiGetSummaryInformationW"); }
