@@ -12,7 +12,6 @@
 namespace {
 
 using testing::EndsWith;
-using testing::PrintToString;
 
 /// Key and display name of each module.
 using List = std::multiset<std::wstring>;

@@ -1,5 +1,3 @@
-#include <cstring>
-
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogTest.h"
@@ -11,14 +9,16 @@ using testing::PrintToString;
 
 CUniqueBstr Text(const wchar_t* text) { return CUniqueBstr(::SysAllocString(text)); }
 
-/// A VARIANT of any type around a value that it does not own.
-template <class Value>
-VARIANT Around(int type, Value value) {
+/// A VARIANT of any type around a number, or a pointer that it does not own.
+VARIANT Around(int type, LONGLONG number) {
   VARIANT variant;
   ::VariantInit(&variant);
   variant.vt = static_cast<VARTYPE>(type);
-  std::memcpy(&variant.lVal, &value, sizeof value);
+  variant.llVal = number;
   return variant;
+}
+VARIANT Around(int type, const void* pointer) {
+  return Around(type, static_cast<LONGLONG>(reinterpret_cast<ULONG_PTR>(pointer)));
 }
 
 class CatalogQueryTest : public CCatalogTest {
@@ -181,7 +181,7 @@ TEST_F(CatalogQueryTest, AQueryIsATextOrAnArrayOfTwo) {
   const VARIANT others[] = {itself,
                             Around(VT_VARIANT | VT_BYREF, nullptr),
                             Around(VT_BSTR | VT_BYREF, nullptr),
-                            Around(VT_NULL, 0),
+                            Around(VT_NULL, 0LL),
                             Around(VT_ERROR, DISP_E_PARAMNOTFOUND),
                             Around(VT_DISPATCH, nullptr),
                             Around(VT_UNKNOWN, m_catalog.Get()),
@@ -254,7 +254,7 @@ TEST_F(CatalogQueryTest, ItemTakesNumbersOfFourTypesAndTexts) {
   expect(Around(VT_VARIANT | VT_BYREF, &key), 4);
   expect(numberAsText, 0);
   expect(Around(VT_BSTR, nullptr), 1);
-  expect(Around(VT_EMPTY, 0), 1);
+  expect(Around(VT_EMPTY, 0LL), 1);
   expect(Around(VT_ARRAY | VT_I4, nullptr), 0);
   VARIANT itself = Around(VT_VARIANT | VT_BYREF, &itself);
   expect(itself, 0);

@@ -168,8 +168,7 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   WriteText(L"a\\empty.msm", "");
   WriteText(L"a\\text.msm", "This is no database.");
   BuildModule(PathOf(L"a\\other.msm"), {{L"Dialog", "Some\t1\n"}});
-  const HANDLE lock =
-      ::CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   const auto catalog = NewCatalog();
   const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
   EXPECT_EQ(L"? ? ? ? Good:1033", KeysOf(list.Get()));

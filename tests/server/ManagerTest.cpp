@@ -32,7 +32,7 @@ class CHostObject {
   static ULONG STDMETHODCALLTYPE Release(CHostObject* self) { return --self->references; }
   static HRESULT STDMETHODCALLTYPE WrongSlot(CHostObject*, void*) { return E_NOTIMPL; }
 
-  void** m_table = m_slots;  // first, where callers look for it
+  [[maybe_unused]] void** m_table = m_slots;  // first, where callers look for it
   IID m_iid;
   void* m_slots[60];
 

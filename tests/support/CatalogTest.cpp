@@ -67,7 +67,7 @@ std::wstring CCatalogTest::PathOf(const std::wstring& path) const {
 
 std::wstring CCatalogTest::WriteModule(const std::wstring& path, const std::string& id,
                                        const std::string& version, int language) const {
-  const std::wstring full = PathOf(path);
+  std::wstring full = PathOf(path);
   BuildModule(full,
               {{L"ModuleSignature", id + "\t" + std::to_string(language) + "\t" + version + "\n"},
                {L"_SummaryInformation", "1\t1252\n3\tTitle of " + id + "\n"}});

@@ -69,7 +69,7 @@ void Free(void* block) {
 }
 
 HANDLE WINAPI FindFirst(const wchar_t* pattern, WIN32_FIND_DATAW* found) {
-  const HANDLE search = ::FindFirstFileW(pattern, found);
+  HANDLE search = ::FindFirstFileW(pattern, found);
   s_fileSearches += search != INVALID_HANDLE_VALUE;
   return search;
 }
