@@ -107,9 +107,7 @@ ModuleQuery QueryOfArgument(const VARIANT& argument) {
 }
 
 void GiveCount(long count, VARIANT* out) noexcept {
-  if (out && out->vt == (VT_VARIANT | VT_BYREF)) {
-    out = out->pvarVal;
-  }
+  out = const_cast<VARIANT*>(FollowReferences(out));
   if (!out || (out->vt == VT_ERROR && out->scode == DISP_E_PARAMNOTFOUND)) {
     return;
   }
