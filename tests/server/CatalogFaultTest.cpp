@@ -5,6 +5,7 @@
 #include <random>
 #include <set>
 
+#include "common/Bstr.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogTest.h"
 #include "tests/support/Imports.h"
@@ -152,6 +153,46 @@ TEST_F(CatalogFaultTest, InstallerCalls) { Sweep(FaultKind::Installer, true); }
 TEST_F(CatalogFaultTest, Heap) { Sweep(FaultKind::Heap, false); }
 TEST_F(CatalogFaultTest, HeapWithAGallery) { Sweep(FaultKind::Heap, true); }
 TEST_F(CatalogFaultTest, Texts) { Sweep(FaultKind::Text, true); }
+
+TEST_F(CatalogFaultTest, Queries) {
+  SetSearchPath(L"*a,*b");
+  auto catalog = NewCatalog();
+  ModulesOf(catalog.Get());
+  CVariant key(L"One"), keyOfAll(L"one:1033");
+  for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
+    const int runs = SweepFaults(kind, [&](int call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      CComPtr<IMergeModules> found[3];
+      CComPtr<IMMSources> sources;
+      CComPtr<IMMSource> source;
+      CVariant modules, count;
+      CUniqueBstr texts[3];
+      long counts[2];
+      std::vector<HRESULT> results{
+          catalog->FindModule(key.bstrVal, nullptr, 0, found[0].Put(), &counts[0]),
+          catalog->FindModules(&keyOfAll.bstrVal, nullptr, 0, found[1].Put(), &counts[1]),
+          catalog->CatalogQuery(key, &count, &modules),
+          catalog->get_Sources(sources.Put()),
+          catalog->GetModuleForFile(key.bstrVal, texts[0].Put()),
+          catalog->GetModuleDisplayName(key.bstrVal, texts[1].Put())};
+      if (sources) {
+        sources->get_Item(CVariant(1), source.Put());
+        results.push_back(source->get_MergeModules(found[2].Put()));
+        results.push_back(source->get_DisplayName(texts[2].Put()));
+      }
+      FailNoCall();
+      const auto failed = std::count(results.begin(), results.end(), E_OUTOFMEMORY);
+      EXPECT_EQ(FailedFunction() ? 1 : 0, failed);
+      EXPECT_EQ(results.size(), std::count(results.begin(), results.end(), S_OK) + failed);
+      EXPECT_EQ(SUCCEEDED(results[0]), found[0] && counts[0] == 1);
+      EXPECT_EQ(SUCCEEDED(results[1]), found[1] && counts[1] == 1);
+      EXPECT_EQ(SUCCEEDED(results[2]), modules.vt == VT_DISPATCH && count.lVal == 1);
+      EXPECT_EQ(SUCCEEDED(results[4]), static_cast<bool>(texts[0]));
+      EXPECT_EQ(SUCCEEDED(results[5]), static_cast<bool>(texts[1]));
+    });
+    EXPECT_GT(runs, kind == FaultKind::Heap ? 20 : 2);
+  }
+}
 
 /// Module files come, go and change at random, and two catalogs of which one is made anew now and
 /// then list them.

@@ -204,9 +204,10 @@ TEST_F(CatalogQueryTest, TheCountGoesWhereItIsWanted) {
   CVariant beta(L"Beta"), variable(L"old");
   long number = 7;
   VARIANT toVariable = Around(VT_VARIANT | VT_BYREF, &variable),
+          twice = Around(VT_VARIANT | VT_BYREF, &toVariable),
           toNumber = Around(VT_I4 | VT_BYREF, &number),
           leftOut = Around(VT_ERROR, DISP_E_PARAMNOTFOUND);
-  for (VARIANT* count : {static_cast<VARIANT*>(nullptr), &leftOut, &toVariable, &toNumber}) {
+  for (VARIANT* count : {static_cast<VARIANT*>(nullptr), &leftOut, &twice, &toNumber}) {
     CVariant modules;
     EXPECT_EQ(S_OK, m_catalog->CatalogQuery(beta, count, &modules));
   }

@@ -4,11 +4,21 @@
 #include <filesystem>
 #include <functional>
 
-#include "common/Bstr.h"
+#include "msidb/MsiHandle.h"
 #include "tests/support/Answers.h"
 #include "tests/support/Imports.h"
 
 namespace {
+
+/// What is done when the server opens a database next.
+std::function<void()> s_whenOpened;
+
+UINT WINAPI OpenDatabase(const wchar_t* path, const wchar_t* persist, MSIHANDLE* database) {
+  if (const auto what = std::exchange(s_whenOpened, nullptr)) {
+    what();
+  }
+  return ::MsiOpenDatabaseW(path, persist, database);
+}
 
 using testing::EndsWith;
 using testing::PrintToString;
@@ -200,6 +210,41 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   opened = FilesOpened();
   KeysOf(catalog.Get());
   EXPECT_EQ(0, FilesOpened() - opened);
+}
+
+TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
+  SetSearchPath(L"*a");
+  const std::wstring file = WriteModule(L"a\\1.msm", "One"), away = PathOf(L"a\\1.away");
+  EXPECT_TRUE(ReplaceImport(m_server.Module(), "msi.dll", "MsiOpenDatabaseW",
+                            reinterpret_cast<void*>(&OpenDatabase)));
+  const auto catalog = NewCatalog();
+  s_whenOpened = [&] { EXPECT_TRUE(::MoveFileW(file.c_str(), away.c_str())); };
+  EXPECT_EQ(L"", KeysOf(catalog.Get())) << "a file that is gone is not listed";
+  EXPECT_TRUE(::MoveFileW(away.c_str(), file.c_str()));
+  EXPECT_EQ(L"One:1033", KeysOf(catalog.Get())) << "it is back as it was";
+
+  s_whenOpened = [&] {
+    WriteModule(L"spare\\2", "Two");
+    Copy(m_folder / L"spare\\2", L"a\\1.msm");
+  };
+  ShiftTime(L"a\\1.msm", 5);
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+
+  // A call that comes in meanwhile gets the list that there is.
+  const auto second = NewCatalog();
+  ShiftTime(L"a\\1.msm", 5);
+  s_whenOpened = [&] {
+    long zero = 7;
+    CComPtr<IMergeModules> none;
+    EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+    EXPECT_EQ(S_OK, second->Refresh(&zero));
+    EXPECT_EQ(E_PENDING, second->get_MergeModules(none.Put()));
+    EXPECT_EQ(L"The catalog is being built.", TakeDescription());
+  };
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+  EXPECT_FALSE(s_whenOpened) << "the file was not read";
+  EXPECT_EQ(L"Two:1033", KeysOf(second.Get()));
 }
 
 }  // namespace
