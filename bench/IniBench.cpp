@@ -1,15 +1,19 @@
 // INI files: 1,000 gallery descriptions read with all their keys, through the reader's interfaces
-// and, as the baseline, with the platform's own function; a file of 10 MB; the memory of a reader.
+// and, as the baseline, with the platform's own function; a file of 10 MB; the memory of a reader
+// and of the records that hold one.
 
 #include <cstdio>
+#include <memory>
 #include <string>
 #include <vector>
 
+#include "bench/HeapBytes.h"
 #include "bench/Measure.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "idl/siblings.h"
+#include "module/CacheMSM.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
 #include "server/frame/ComModule.h"
@@ -84,13 +88,15 @@ void Write(const CWideString& path, const std::string& bytes) {
   std::fclose(file);
 }
 
-/// A folder of files that are removed with it.
+/// The folder of the descriptions below a gallery root of its own; removed with its files.
 class CScratch {
  public:
   CScratch() {
     wchar_t folder[MAX_PATH + 1];
     ::GetTempPathW(MAX_PATH + 1, folder);
-    m_folder = JoinPath(folder, L"QmIniBench");
+    m_root = JoinPath(folder, L"QmIniBench");
+    m_folder = JoinPath(m_root, L"ObjectGallery");
+    ::CreateDirectoryW(m_root.c_str(), nullptr);
     ::CreateDirectoryW(m_folder.c_str(), nullptr);
   }
   ~CScratch() {
@@ -98,6 +104,7 @@ class CScratch {
       ::DeleteFileW(file.c_str());
     }
     ::RemoveDirectoryW(m_folder.c_str());
+    ::RemoveDirectoryW(m_root.c_str());
   }
   CScratch(const CScratch&) = delete;
   CScratch& operator=(const CScratch&) = delete;
@@ -107,19 +114,24 @@ class CScratch {
     Write(m_files.back(), bytes);
     return m_files.back();
   }
+  const CWideString& Root() const { return m_root; }
   const std::vector<CWideString>& Files() const { return m_files; }
 
  private:
+  CWideString m_root;
   CWideString m_folder;
   std::vector<CWideString> m_files;
 };
 
+/// The class object of the build's own reader. Records look for their siblings beside it from now
+/// on.
 CComPtr<IClassFactory> ReaderFactory() {
   const CWideString build = FolderOf(FolderOf(ModulePath(nullptr)));
   const HMODULE dll = ::LoadLibraryW(JoinPath(build, L"bin\\Gleaner.dll").c_str());
   if (!dll) {
     RaiseLastError();
   }
+  CComModule::Instance().Init({}, dll);
   const auto getClassObject = reinterpret_cast<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(
       reinterpret_cast<void*>(::GetProcAddress(dll, "DllGetClassObject")));
   CComPtr<IClassFactory> factory;
@@ -184,30 +196,40 @@ size_t ReadWithThePlatform(const std::vector<CWideString>& files,
   return length;
 }
 
-/// Bytes in use in all heaps of the process.
-size_t HeapBytes() {
-  HANDLE heaps[64];
-  const DWORD count = std::min<DWORD>(::GetProcessHeaps(64, heaps), 64);
-  size_t bytes = 0;
-  for (DWORD i = 0; i < count; ++i) {
-    PROCESS_HEAP_ENTRY entry{};
-    while (::HeapWalk(heaps[i], &entry)) {
-      if (entry.wFlags & PROCESS_HEAP_ENTRY_BUSY) {
-        bytes += entry.cbData + entry.cbOverhead;
-      }
-    }
+CWideString NameOf(int record) { return CWideString::Format(L"Record%d", record); }
+
+/// A record of the gallery with its description open.
+std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
+  auto record = std::make_unique<CMMGallery>();
+  record->SetNameAndVersion(NameOf(number).c_str(), L"1.0");
+  if (record->GetSubject().empty()) {
+    std::printf("A description was not opened.\n");
   }
-  return bytes;
+  return record;
 }
 
-size_t BytesPerReader(IClassFactory* factory, const std::vector<CWideString>& files) {
-  std::vector<CComPtr<IIniReader>> readers;
-  readers.reserve(files.size());
-  const size_t before = HeapBytes();
-  for (const CWideString& file : files) {
-    readers.push_back(Load(factory, file));
+/// A module record filled from its description, which stays open.
+std::unique_ptr<CCacheMSM> MakeModuleRecord(int number) {
+  auto record = std::make_unique<CCacheMSM>();
+  record->InitFromGallery(NameOf(number));
+  if (record->Subject().empty()) {
+    std::printf("A description was not opened.\n");
   }
-  return (HeapBytes() - before) / files.size();
+  return record;
+}
+
+/// Prints how many bytes each of the objects holds that `make` gives for the numbers of all
+/// records.
+template <class Make>
+void MemoryRow(const char* name, Make make) {
+  std::vector<decltype(make(0))> objects;
+  objects.reserve(kRecords);
+  make(0);  // what is made once for all
+  const size_t before = HeapBytes();
+  for (int i = 0; i < kRecords; ++i) {
+    objects.push_back(make(i));
+  }
+  std::printf("%-58s %9u bytes\n", name, static_cast<unsigned>((HeapBytes() - before) / kRecords));
 }
 
 /// An index of files in one section, of 10 MB.
@@ -227,7 +249,7 @@ void MeasureRecords(IClassFactory* factory) {
   const Description description = MakeDescription();
   CScratch scratch;
   for (int i = 0; i < kRecords; ++i) {
-    scratch.Add(CWideString::Format(L"Record%d.ini", i), description.text);
+    scratch.Add(NameOf(i) + L".ini", description.text);
   }
   size_t platformLength = 0;
   size_t length = 0;
@@ -240,8 +262,11 @@ void MeasureRecords(IClassFactory* factory) {
               static_cast<unsigned>(description.text.size()));
   Row("baseline: GetPrivateProfileStringW, each key", baseline, baseline);
   Row("reader, each key from the reader to its value", time, baseline);
-  std::printf("%-58s %9u bytes\n", "memory of one loaded reader",
-              static_cast<unsigned>(BytesPerReader(factory, scratch.Files())));
+  ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", scratch.Root().c_str());
+  MemoryRow("memory of one loaded reader",
+            [&](int i) { return Load(factory, scratch.Files()[i]); });
+  MemoryRow("memory of one gallery record, its description open", MakeGalleryRecord);
+  MemoryRow("memory of one module record, filled from the gallery", MakeModuleRecord);
   if (length != platformLength) {
     std::printf("The two did not read the same.\n");
   }

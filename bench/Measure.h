@@ -3,24 +3,36 @@
 #include <windows.h>
 
 #include <algorithm>
-#include <array>
+#include <vector>
+
+/// Milliseconds that `work` takes once.
+template <class Work>
+double Milliseconds(Work work) {
+  LARGE_INTEGER frequency;
+  LARGE_INTEGER begin;
+  LARGE_INTEGER end;
+  ::QueryPerformanceFrequency(&frequency);
+  ::QueryPerformanceCounter(&begin);
+  work();
+  ::QueryPerformanceCounter(&end);
+  return 1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
+         static_cast<double>(frequency.QuadPart);
+}
+
+/// The middle one of an odd number of values.
+inline double Median(std::vector<double> values) {
+  const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
+  std::nth_element(values.begin(), middle, values.end());
+  return *middle;
+}
 
 /// Milliseconds that `work` takes: the median of five runs after one that is not counted.
 template <class Work>
 double MedianMilliseconds(Work work) {
-  LARGE_INTEGER frequency;
-  ::QueryPerformanceFrequency(&frequency);
   work();
-  std::array<double, 5> times{};
+  std::vector<double> times(5);
   for (double& time : times) {
-    LARGE_INTEGER begin;
-    LARGE_INTEGER end;
-    ::QueryPerformanceCounter(&begin);
-    work();
-    ::QueryPerformanceCounter(&end);
-    time = 1000.0 * static_cast<double>(end.QuadPart - begin.QuadPart) /
-           static_cast<double>(frequency.QuadPart);
+    time = Milliseconds(work);
   }
-  std::nth_element(times.begin(), times.begin() + times.size() / 2, times.end());
-  return times[times.size() / 2];
+  return Median(times);
 }

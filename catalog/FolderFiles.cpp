@@ -1,9 +1,8 @@
 #include "catalog/FolderFiles.h"
 
-#include <cwchar>
+#include "common/IgnoringCase.h"
 
-bool HasExtension(const wchar_t* fileName, std::wstring_view extension) noexcept {
-  const size_t length = std::wcslen(fileName);
-  return length >= extension.size() &&
-         ::_wcsnicmp(fileName + length - extension.size(), extension.data(), extension.size()) == 0;
+bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept {
+  return fileName.size() >= extension.size() &&
+         EqualsIgnoringCase(fileName.substr(fileName.size() - extension.size()), extension);
 }

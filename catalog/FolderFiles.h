@@ -28,7 +28,7 @@ class CNoDiskPrompts {
 };
 
 /// Whether a file name ends in `extension` (".msm"), without regard to case.
-bool HasExtension(const wchar_t* fileName, std::wstring_view extension) noexcept;
+bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept;
 
 /// Calls `use` with the WIN32_FIND_DATAW of every file of `folder` whose name ends in `extension`,
 /// in the order in which the file system lists them. A folder that is missing or cannot be read has

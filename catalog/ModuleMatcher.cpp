@@ -1,25 +1,19 @@
 #include "catalog/ModuleMatcher.h"
 
-#include <cwchar>
-
 #include "common/Bstr.h"
+#include "common/IgnoringCase.h"
 
 namespace {
 
-/// Comparing lengths first spares most comparisons of text.
-bool IsEqualIgnoringCase(const CWideString& a, const CWideString& b) noexcept {
-  return a.length() == b.length() && ::_wcsicmp(a.c_str(), b.c_str()) == 0;
-}
-
 bool HasLanguage(const CCacheMSM& record, const CWideString& language) {
-  return IsEqualIgnoringCase(CWideString::Format(L"%d", static_cast<int>(record.Language())),
-                             language);
+  return EqualsIgnoringCase(CWideString::Format(L"%d", static_cast<int>(record.Language())),
+                            language);
 }
 
 bool Matches(const CCacheMSM& record, const ModuleQuery& query) {
-  return IsEqualIgnoringCase(record.ModuleID(), query.moduleId) &&
+  return EqualsIgnoringCase(record.ModuleID(), query.moduleId) &&
          (query.language.empty() || HasLanguage(record, query.language)) &&
-         (query.version.empty() || IsEqualIgnoringCase(record.Version(), query.version));
+         (query.version.empty() || EqualsIgnoringCase(record.Version(), query.version));
 }
 
 }  // namespace

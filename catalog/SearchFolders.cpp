@@ -11,6 +11,9 @@ void Append(const CWideString& searchPath, const CWideString& displayName, bool 
             std::vector<SearchFolder>& folders) {
   for (CWideString& entry : SplitCommaList(searchPath)) {
     CWideString folder = FolderText(entry);
+    if (folder.empty()) {
+      continue;  // it would stand for the current folder
+    }
     const CWideString& name = displayName.empty() ? folder : displayName;
     folders.push_back({std::move(entry), folder, name, secondPass});
   }
@@ -19,7 +22,7 @@ void Append(const CWideString& searchPath, const CWideString& displayName, bool 
 }  // namespace
 
 CWideString FolderText(const CWideString& entry) {
-  const CWideString full = FullPath(ExpandEnvironmentText(entry));
+  CWideString full = FullPath(ExpandEnvironmentText(entry));
   const std::wstring_view text(full);
   const bool isDriveRoot = text.size() == 3 && text[1] == L':';
   if (text.size() > 1 && text.back() == L'\\' && !isDriveRoot) {

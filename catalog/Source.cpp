@@ -8,7 +8,9 @@
 #include "common/Path.h"
 
 CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
-    : m_folder(folder), m_records(std::make_shared<RecordList>()) {
+    : m_folder(folder),
+      m_pOrigin(std::make_shared<CWideString>(folder.folder)),
+      m_records(std::make_shared<RecordList>()) {
   // Records name the folder as their origin.
   if (predecessor && predecessor->m_folder.folder == folder.folder) {
     m_files = predecessor->m_files;
@@ -111,7 +113,7 @@ bool CSource::NeedsReading(const File& file) noexcept {
 std::shared_ptr<CCacheMSM> CSource::Read(const CWideString& fileName) const {
   const CWideString path = JoinPath(m_folder.folder, fileName);
   auto record = std::make_shared<CCacheMSM>();
-  record->InitFromFoundModule(path, m_folder.folder);
+  record->InitFromFoundModule(path, m_pOrigin);
   if (record->IsUnreadable() && !PathExists(path)) {
     return nullptr;
   }

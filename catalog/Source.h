@@ -84,7 +84,8 @@ class CSource {
   void SetRecords();
 
   SearchFolder m_folder;
-  Files m_files;  ///< in the order in which the file system lists them
+  CCacheMSM::SharedText m_pOrigin;  ///< the folder, for the records
+  Files m_files;                    ///< in the order in which the file system lists them
   bool m_bChanged = true;
   bool m_bAnyUnreadable = false;
   std::shared_ptr<const RecordList> m_records;

@@ -29,7 +29,11 @@ CWideString FolderOf(std::wstring_view path) {
 }
 
 CWideString FullPath(const CWideString& path) {
-  const DWORD size = ::GetFullPathNameW(path.c_str(), 0, nullptr, nullptr);
+  wchar_t buffer[MAX_PATH];
+  const DWORD size = ::GetFullPathNameW(path.c_str(), MAX_PATH, buffer, nullptr);
+  if (size < MAX_PATH) {
+    return size == 0 ? path : CWideString(buffer, size);
+  }
   std::wstring full(size, L'\0');
   const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
   return length == 0 || length >= size ? path : CWideString(full.c_str(), length);

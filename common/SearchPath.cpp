@@ -31,6 +31,9 @@ std::vector<CWideString> SplitCommaList(std::wstring_view list) {
 }
 
 CWideString ExpandEnvironmentText(const CWideString& text) {
+  if (std::wstring_view(text).find(L'%') == std::wstring_view::npos) {
+    return text;
+  }
   const DWORD size = ::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
   std::wstring expanded(size, L'\0');
   const DWORD length = ::ExpandEnvironmentStringsW(text.c_str(), expanded.data(), size);
@@ -42,5 +45,7 @@ std::vector<CWideString> ExpandSearchPath(std::wstring_view path) {
   for (CWideString& folder : folders) {
     folder = ExpandEnvironmentText(folder);
   }
+  const auto isEmpty = [](const CWideString& folder) { return folder.empty(); };
+  folders.erase(std::remove_if(folders.begin(), folders.end(), isEmpty), folders.end());
   return folders;
 }

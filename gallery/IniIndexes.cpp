@@ -9,10 +9,14 @@
 
 namespace {
 
-/// Adds every line of a section of the file to `table`; of lines with one key the last wins.
-void ReadIndex(const CWideString& path, const wchar_t* sectionName, CIniIndexes::Table& table) {
+/// Adds every line of a section of an index file to `table`; of lines with one key the last wins.
+void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* sectionName,
+               CIniIndexes::Table& table) {
+  if (folder.empty()) {
+    return;  // joined with nothing the path would be relative to the current folder
+  }
   const CComPtr<IIniReader> reader = CreateIniReader();
-  if (FAILED(reader->Load(MakeBstr(path).Get()))) {
+  if (FAILED(reader->Load(MakeBstr(JoinPath(folder, file)).Get()))) {
     ::SetErrorInfo(0, nullptr);  // no index is no failure
     return;
   }
@@ -46,25 +50,28 @@ void CIniIndexes::LoadOnce(IApplicationServices& services) {
   LoadFileModules(fileIndexes);
 }
 
-bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+const CWideString* CIniIndexes::FindModuleName(const CWideString& key) const noexcept {
   const auto found = m_moduleNames.find(key);
-  if (found == m_moduleNames.end()) {
-    return false;
+  return found == m_moduleNames.end() ? nullptr : &found->second;
+}
+
+bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+  const CWideString* const found = FindModuleName(key);
+  if (found) {
+    name = *found;
   }
-  name = found->second;
-  return true;
+  return found != nullptr;
 }
 
 void CIniIndexes::LoadModuleNames(const CWideString& folder) {
-  ReadIndex(JoinPath(folder, L"modules.ini"), L"modules", m_moduleNames);
+  ReadIndex(folder, L"modules.ini", L"modules", m_moduleNames);
 }
 
 void CIniIndexes::LoadFileModules(const CWideString& folder) {
-  ReadIndex(JoinPath(folder, L"FilesToModules.ini"), L"FilesToModules", m_fileModules);
+  ReadIndex(folder, L"FilesToModules.ini", L"FilesToModules", m_fileModules);
 }
 
 void CIniIndexes::LoadPlatformFileModules(const CWideString& folder) {
   // The section is in the singular, unlike the file.
-  ReadIndex(JoinPath(folder, L"PlatformFilesToModules.ini"), L"PlatformFileToModule",
-            m_platformFileModules);
+  ReadIndex(folder, L"PlatformFilesToModules.ini", L"PlatformFileToModule", m_platformFileModules);
 }

@@ -17,11 +17,15 @@ class CIniIndexes {
 
   /// Reads the three tables from the folders that the application services name, at the first call
   /// in the process and at no other, even when that fails. Raises failures of the services, and of
-  /// a reader that fails in a file that it has opened; a file that is missing leaves its table
-  /// empty.
+  /// a reader that fails in a file that it has opened; a file that is missing, or that
+  /// has no folder, leaves its table empty.
   void LoadOnce(IApplicationServices& services);
 
-  /// "modules.ini": display names by module key. False, and `name` untouched, for other keys.
+  /// "modules.ini": display names by module key; null for other keys. The text stays as long as the
+  /// DLL.
+  const CWideString* FindModuleName(const CWideString& key) const noexcept;
+
+  /// The same as a copy. False, and `name` untouched, for other keys.
   bool LookupModuleName(const CWideString& key, CWideString& name) const;
 
   /// "FilesToModules.ini": a flag and a module key ("0:ID:language") by file name in lower case.

@@ -25,6 +25,12 @@ bool IsPlainFileName(std::wstring_view name) noexcept {
   return name.find_first_of(L"\\/:") == std::wstring_view::npos;
 }
 
+/// Whether a download file lies below the gallery root or beside the descriptions.
+bool IsDownloaded(const CWideString& root, const CWideString& location) {
+  return !root.empty() && (PathExists(JoinPath(root, location)) ||
+                           PathExists(JoinPath(JoinPath(root, kGalleryFolder), location)));
+}
+
 long ToLong(const CWideString& text) noexcept { return ::_wtol(text.c_str()); }
 
 /// A text that a caller may want; its BSTR is made at once and given away at the end, when nothing
@@ -81,8 +87,13 @@ CWideString CMMGallery::GetGalleryRoot() {
   return AskServices(*CreateApplicationServices(), &IApplicationServices::get_GalleryRoot);
 }
 
+/// Path of the description; empty when there is no gallery.
 CWideString CMMGallery::GetIniPath() const {
-  return JoinPath(JoinPath(GetGalleryRoot(), kGalleryFolder), m_strName) + L".ini";
+  const CWideString root = GetGalleryRoot();
+  if (root.empty()) {
+    return {};  // joined with nothing the path would be relative to the current folder
+  }
+  return JoinPath(JoinPath(root, kGalleryFolder), m_strName) + L".ini";
 }
 
 CComPtr<IIniReader> CMMGallery::GetIni() {
@@ -91,8 +102,9 @@ CComPtr<IIniReader> CMMGallery::GetIni() {
     DropFailures([&] {
       const CWideString path = GetIniPath();
       if (IsFile(path)) {
+        const CUniqueBstr text = MakeBstr(path);
         m_pIni = CreateIniReader();
-        ThrowIfFailed(m_pIni->Load(MakeBstr(path).Get()));
+        ThrowIfFailed(m_pIni->Load(text.Get()));
       }
     });
   }
@@ -118,8 +130,9 @@ bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, C
     return false;
   }
   CUniqueBstr text;
-  // A value that cannot be read counts as empty, unlike everything else.
-  (void)entry->get_Value(text.Put());
+  if (FAILED(entry->get_Value(text.Put()))) {
+    ::SetErrorInfo(0, nullptr);  // a value that cannot be read is empty, unlike everything else
+  }
   value = ViewOf(text.Get());
   return true;
 }
@@ -273,9 +286,7 @@ bool CMMGallery::AreDownloadFilesPresent(const CWideString& root) {
   for (long position = 1; position <= count; ++position) {
     const CComPtr<IIniKey> key = FindKey(*keys, position);
     const CWideString item = key ? ValueOf(*key) : CWideString();
-    const CWideString location = ReadValue(item, L"Location");
-    if (!PathExists(JoinPath(root, location)) &&
-        !PathExists(JoinPath(JoinPath(root, kGalleryFolder), location))) {
+    if (!IsDownloaded(root, ReadValue(item, L"Location"))) {
       return false;
     }
   }

@@ -53,16 +53,16 @@ void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameLis
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origin) {
+void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin) {
   m_strPath = path;
-  m_strOrigin = origin;
+  m_pOrigin = std::move(origin);
   ReadSignature();
   ReadSummary();
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& origin) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, origin); });
+void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin)); });
   if (m_pFailure) {
     ResolveDisplayName();
   }
@@ -84,7 +84,6 @@ void CCacheMSM::InitFromGallery(const CWideString& name) {
   m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
   m_strAuthor = GetAuthor();
   m_strComments = GetComments();
-  m_strPackageCode = Name();
   m_strSubject = GetSubject();
   ResolveDisplayName();
 }
@@ -106,14 +105,15 @@ void CCacheMSM::ReadSummary() {
   const SummaryInfo summary(m_strPath);
   m_strAuthor = summary.GetString(PID_AUTHOR);
   m_strComments = summary.GetString(PID_COMMENTS);
-  m_strPackageCode = summary.GetString(PID_REVNUMBER);
+  const CWideString packageCode = summary.GetString(PID_REVNUMBER);
   m_strSubject = summary.GetString(PID_SUBJECT);
-  SetNameAndVersion(m_strPackageCode.c_str(), m_strVersion.c_str());
+  SetNameAndVersion(packageCode.c_str(), m_strVersion.c_str());
 }
 
 void CCacheMSM::ResolveDisplayName() {
-  if (!CIniIndexes::Instance().LookupModuleName(m_strKey, m_strDisplayName)) {
-    m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
+  m_pDisplayName = CIniIndexes::Instance().FindModuleName(m_strKey);
+  if (!m_pDisplayName) {
+    m_pDisplayName = m_strSubject.empty() ? &m_strPath : &m_strSubject;
   }
 }
 

@@ -25,14 +25,16 @@ class CCacheMSM : public CMMGallery {
   CCacheMSM() noexcept = default;
   ~CCacheMSM() override = default;
 
-  /// Fills the record from the module database at `path`. `origin` says where it was found; it may
-  /// be empty.
-  void InitFromModule(const CWideString& path, const CWideString& origin);
+  /// Text that many records share; null counts as empty.
+  using SharedText = std::shared_ptr<const CWideString>;
+
+  /// Fills the record from the module database at `path`. `origin` says where it was found.
+  void InitFromModule(const CWideString& path, SharedText origin);
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
   /// raised.
-  void InitFromFoundModule(const CWideString& path, const CWideString& origin);
+  void InitFromFoundModule(const CWideString& path, SharedText origin);
 
   /// Whether a failure is kept, which every table then reports.
   bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
@@ -46,12 +48,15 @@ class CCacheMSM : public CMMGallery {
   const CWideString& Path() const noexcept { return m_strPath; }
   const CWideString& Version() const noexcept { return m_strVersion; }
   const CWideString& Author() const noexcept { return m_strAuthor; }
-  const CWideString& PackageCode() const noexcept { return m_strPackageCode; }
+  /// Package code: also the name by which the gallery describes the module.
+  const CWideString& PackageCode() const noexcept { return Name(); }
   const CWideString& Comments() const noexcept { return m_strComments; }
   const CWideString& Subject() const noexcept { return m_strSubject; }
-  const CWideString& DisplayName() const noexcept { return m_strDisplayName; }
+  const CWideString& DisplayName() const noexcept { return *m_pDisplayName; }
   long Language() const noexcept { return m_nLanguage; }
-  const CWideString& GetOrigin() const noexcept { return m_strOrigin; }
+  std::wstring_view GetOrigin() const noexcept {
+    return m_pOrigin ? std::wstring_view(*m_pOrigin) : std::wstring_view();
+  }
 
   /// Dialog and custom action names, in row order.
   const NameList& GetDialogs();
@@ -93,10 +98,9 @@ class CCacheMSM : public CMMGallery {
   CWideString m_strPath;
   CWideString m_strVersion;
   CWideString m_strAuthor;
-  CWideString m_strPackageCode;
   CWideString m_strComments;
   CWideString m_strSubject;
-  CWideString m_strDisplayName;
+  const CWideString* m_pDisplayName = &m_strSubject;  ///< of this record, or of the index
   long m_nLanguage = 0;
   NameList m_dialogs;
   bool m_bDialogsRead = false;
@@ -109,7 +113,7 @@ class CCacheMSM : public CMMGallery {
   FileMap m_files;
   bool m_bFilesRead = false;
   bool m_bFromGallery = false;
-  CWideString m_strOrigin;
+  SharedText m_pOrigin;
   std::unique_ptr<const com_exception> m_pFailure;
   bool m_bRecheck = false;
 };

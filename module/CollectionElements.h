@@ -1,11 +1,12 @@
 #pragma once
 
-#include <cwchar>
-#include <set>
+#include <algorithm>
+#include <numeric>
 #include <utility>
 #include <vector>
 
 #include "common/ComPtr.h"
+#include "common/IgnoringCase.h"
 #include "common/WideString.h"
 
 /// The elements of a collection in their order. Releases its items from the last to the first.
@@ -39,30 +40,56 @@ class CCollectionElements {
   std::vector<Element> m_elements;
 };
 
-/// Orders positions of an element list by the elements' keys, without regard to case, and finds
-/// them by a key's text. Refers to the list, which must outlive it.
+/// The positions of an element list in the order of the elements' keys, without regard to case,
+/// those of equal keys in the order of the list. Made when a key is first looked up: most lists are
+/// only walked. Refers to the list, which must outlive it.
 template <class Elements>
-class CKeyOrder {
+class CKeyIndex {
  public:
-  using is_transparent = void;
+  explicit CKeyIndex(const Elements& elements) noexcept : m_elements(&elements) {}
 
-  explicit CKeyOrder(const Elements& elements) noexcept : m_elements(&elements) {}
-
-  template <class Left, class Right>
-  bool operator()(const Left& left, const Right& right) const noexcept {
-    return ::_wcsicmp(KeyOf(left), KeyOf(right)) < 0;
+  /// The position of the first element with this key, or the end. std::bad_alloc.
+  size_t Find(const wchar_t* key) {
+    TakeNewElements();
+    const auto found = FirstNotBefore(key);
+    return found == m_positions.end() || Compare(*found, key) != 0 ? m_elements->Size() : *found;
   }
 
  private:
-  const wchar_t* KeyOf(size_t position) const noexcept {
+  using Positions = std::vector<size_t>;
+
+  const wchar_t* KeyAt(size_t position) const noexcept {
     return (*m_elements)[position].key.c_str();
   }
-  const wchar_t* KeyOf(const wchar_t* key) const noexcept { return key; }
+  int Compare(size_t position, const wchar_t* key) const noexcept {
+    return CompareIgnoringCase(KeyAt(position), key);
+  }
+
+  Positions::const_iterator FirstNotBefore(const wchar_t* key) const noexcept {
+    return std::lower_bound(
+        m_positions.begin(), m_positions.end(), key,
+        [&](size_t position, const wchar_t* wanted) { return Compare(position, wanted) < 0; });
+  }
+
+  /// Takes up the elements that were added since the last call. One that was added between two
+  /// lookups, as when a list is filled with what it lacks, is put in its place.
+  void TakeNewElements() {
+    const size_t known = m_positions.size();
+    const size_t count = m_elements->Size();
+    if (known == count) {
+      return;
+    }
+    m_positions.resize(count);
+    const auto added = m_positions.begin() + static_cast<std::ptrdiff_t>(known);
+    std::iota(added, m_positions.end(), known);
+    const auto isBefore = [&](size_t a, size_t b) {
+      const int order = Compare(a, KeyAt(b));
+      return order == 0 ? a < b : order < 0;
+    };
+    std::sort(added, m_positions.end(), isBefore);
+    std::inplace_merge(m_positions.begin(), added, m_positions.end(), isBefore);
+  }
 
   const Elements* m_elements;
+  Positions m_positions;
 };
-
-/// The positions of an element list by key; of keys that are equal without regard to case, the
-/// first.
-template <class Elements>
-using CKeyIndex = std::set<size_t, CKeyOrder<Elements>>;

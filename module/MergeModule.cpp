@@ -45,14 +45,16 @@ std::shared_ptr<CCacheMSM> CMergeModule::RequireRecord() const {
   return m_pCache;
 }
 
-HRESULT CMergeModule::GetText(TextField field, BSTR* value) const noexcept {
+template <class Text>
+HRESULT CMergeModule::GetText(Text (CCacheMSM::*text)() const noexcept,
+                              BSTR* value) const noexcept {
   return MethodBoundary([&]() -> HRESULT {
     if (!value) {
       return E_POINTER;
     }
     *value = nullptr;
     const auto record = RequireRecord();
-    *value = AllocBstr((*record.*field)());
+    *value = AllocBstr((*record.*text)());
     return *value ? S_OK : E_OUTOFMEMORY;
   });
 }
@@ -140,7 +142,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
-    record->InitFromModule(path, CWideString());
+    record->InitFromModule(path, nullptr);
     return S_OK;
   });
 }

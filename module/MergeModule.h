@@ -55,12 +55,12 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
   STDMETHOD(get_Origin)(BSTR* value) override;
 
  private:
-  using TextField = const CWideString& (CCacheMSM::*)() const noexcept;
-
   /// The record in use, kept alive for the caller's work. Raises E_UNEXPECTED when there is none.
   std::shared_ptr<CCacheMSM> RequireRecord() const;
 
-  HRESULT GetText(TextField field, BSTR* value) const noexcept;
+  /// A text of the record.
+  template <class Text>
+  HRESULT GetText(Text (CCacheMSM::*text)() const noexcept, BSTR* value) const noexcept;
 
   /// A new Collection with one new Item per entry of the record's `list`, in its order.
   template <class Item, class Collection, class List, class Interface>

@@ -89,36 +89,23 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   /// Makes room for `count` elements, so that Add does not have to move them. std::bad_alloc.
   void Reserve(size_t count) { m_elements->Reserve(count); }
 
-  /// Appends an item, on which the collection holds a reference. After std::bad_alloc the
-  /// collection is of no use but to be released.
-  void Add(const CWideString& key, ItemInterface* item) {
-    m_elements->Append(key, item);
-    m_keyIndex.insert(m_elements->Size() - 1);
-  }
+  /// Appends an item, on which the collection holds a reference. std::bad_alloc.
+  void Add(const CWideString& key, ItemInterface* item) { m_elements->Append(key, item); }
 
  protected:
-  CRefCollectionImpl()
-      : m_elements(std::make_shared<Elements>()), m_keyIndex(CKeyOrder<Elements>(*m_elements)) {}
+  CRefCollectionImpl() : m_elements(std::make_shared<Elements>()), m_keyIndex(*m_elements) {}
 
  private:
   using Elements = CCollectionElements<ItemInterface>;
 
   /// Position of an element, or the end.
-  size_t Find(const CCollectionIndex& index) const noexcept {
+  size_t Find(const CCollectionIndex& index) {
     const size_t end = m_elements->Size();
-    if (index.IsText()) {
-      const auto found = m_keyIndex.find(index.Text().data());
-      return found == m_keyIndex.end() ? end : *found;
-    }
-    return std::min(index.Position(), end);
+    return index.IsText() ? m_keyIndex.Find(index.Text().data()) : std::min(index.Position(), end);
   }
 
-  void Replace(std::shared_ptr<Elements> elements) {
-    CKeyIndex<Elements> keyIndex{CKeyOrder<Elements>(*elements)};
-    for (size_t position = 0; position < elements->Size(); ++position) {
-      keyIndex.insert(position);
-    }
-    m_keyIndex = std::move(keyIndex);
+  void Replace(std::shared_ptr<Elements> elements) noexcept {
+    m_keyIndex = CKeyIndex<Elements>(*elements);
     m_elements = std::move(elements);
   }
 

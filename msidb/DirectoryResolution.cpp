@@ -1,8 +1,8 @@
 #include "msidb/DirectoryResolution.h"
 
-#include <cwchar>
 #include <set>
 
+#include "common/IgnoringCase.h"
 #include "msidb/DirectoryName.h"
 #include "msidb/InstallerResult.h"
 #include "msidb/PredefinedFolders.h"
@@ -12,10 +12,6 @@
 namespace msidb {
 
 namespace {
-
-bool EqualsIgnoringCase(const CWideString& a, const wchar_t* b) noexcept {
-  return ::_wcsicmp(a.c_str(), b) == 0;
-}
 
 bool BeginsWithDot(const CWideString& name) noexcept {
   return !name.empty() && std::wstring_view(name).front() == L'.';

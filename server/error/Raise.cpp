@@ -1,5 +1,7 @@
 #include "server/error/Raise.h"
 
+#include <new>
+
 #include "server/error/ComException.h"
 #include "server/error/win32_exception.h"
 
@@ -12,7 +14,7 @@ void RaiseLastError() { throw qm::win32_exception(); }
 CUniqueBstr MakeBstr(std::wstring_view text) {
   CUniqueBstr copy(AllocBstr(text));
   if (!copy) {
-    RaiseHResult(E_OUTOFMEMORY);
+    throw std::bad_alloc();
   }
   return copy;
 }

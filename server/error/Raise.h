@@ -19,5 +19,5 @@ inline void ThrowIfFailed(HRESULT hr) {
 /// Throws qm::win32_exception for the thread's last-error code.
 [[noreturn]] void RaiseLastError();
 
-/// A new BSTR of `text`; raises E_OUTOFMEMORY.
+/// A new BSTR of `text`. Throws std::bad_alloc.
 CUniqueBstr MakeBstr(std::wstring_view text);

@@ -196,6 +196,10 @@ TEST_F(IdentityTest, ClassObjectsAreMadeOnceAndForKnownClassesAlone) {
   none = this;
   EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, m_server.DllGetClassObject(factory, factory, &none));
   EXPECT_EQ(nullptr, none);
+  none = this;
+  EXPECT_EQ(E_NOINTERFACE,
+            m_server.DllGetClassObject(CLSID_MergeModule2, __uuidof(IDispatch), &none));
+  EXPECT_EQ(nullptr, none);
   EXPECT_EQ(E_POINTER, m_server.DllGetClassObject(CLSID_MergeModule2, factory, nullptr));
   EXPECT_EQ(m_server.Factory().Get(), m_server.Factory().Get());
   EXPECT_EQ(E_POINTER, m_server.Factory()->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));

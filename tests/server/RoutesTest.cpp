@@ -2,6 +2,7 @@
 #include "tests/support/Answers.h"
 #include "tests/support/ScriptHost.h"
 #include "tests/support/ServerTest.h"
+#include "tests/support/TestGallery.h"
 
 namespace {
 
@@ -47,6 +48,28 @@ TEST_F(RoutesTest, BothRoutesTellAllOfARichModule) {
   const CUniqueBstr path(AllocBstr(m_rich));
   EXPECT_EQ(S_OK, CallSlot(module.Get(), 16, path.Get())) << "Open";
   EXPECT_EQ(expected, ReadModule(module.Get(), Route::VirtualTable));
+}
+
+TEST_F(RoutesTest, BothRoutesTellWhatTheGalleryDescribes) {
+  const CTestGallery gallery(m_folder, "3.1.4.0");
+  Settle();  // the type library of the classes describes download files
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  for (const Route route : {Route::VirtualTable, Route::Dispatch}) {
+    const Answers answers = ReadModule(module.Get(), route);
+    EXPECT_EQ(L"True", answers.at(L"Present"));
+    EXPECT_EQ(L"False", answers.at(L"NeedsDownload")) << "the version of the file";
+    EXPECT_EQ(CTestGallery::kDownloadFiles, answers.at(L"DownloadFiles"));
+    EXPECT_EQ(m_rich, answers.at(L"LocalPath"));
+  }
+  CComPtr<IMMGalleryDownloadFilesCaskel> files;
+  CComPtr<IMMGalleryDownloadFileCaskel> second;
+  ASSERT_EQ(S_OK, module->get_DownloadFiles(files.Put()));
+  ASSERT_EQ(S_OK, files->get_Item(CVariant(L"2"), second.Put())) << "the key is the position";
+  EXPECT_EQ(L"two.bin;media2;http://two;22;sum2",
+            ReadItem(second.Get(), L"IMMGalleryDownloadFileCaskel", Route::VirtualTable));
+  for (const size_t text : {1u, 2u, 3u, 5u}) {
+    EXPECT_EQ(E_POINTER, CallSlot(second.Get(), text, nullptr));
+  }
 }
 
 TEST_F(RoutesTest, CollectionsFindElementsByNumberAndKey) {

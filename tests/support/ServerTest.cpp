@@ -16,8 +16,8 @@ Function Export(HMODULE module, const char* name) {
 
 }  // namespace
 
-void CServerLibrary::Load() {
-  m_module = ::LoadLibraryW(Path().c_str());
+void CServerLibrary::Load(const std::wstring& path) {
+  m_module = ::LoadLibraryW(path.c_str());
   ReplaceFaultyImports(m_module);
 }
 
@@ -54,7 +54,7 @@ HRESULT Open(IMergeModule* module, const std::wstring& path) {
 void CServerTest::SetUp() {
   CountTaskMemory();
   ASSERT_EQ(S_OK, ::CoInitialize(nullptr));
-  m_server.Load();
+  m_server.Load(m_serverPath);
   Settle();
 }
 
@@ -64,7 +64,7 @@ void CServerTest::TearDown() {
   m_server.Unload();
   // COM does not let a DLL go that is locked, as after a script whose engine leaks; the next test
   // shall begin with a new one all the same.
-  while (const HMODULE left = ::GetModuleHandleW(CServerLibrary::Path().c_str())) {
+  while (const HMODULE left = ::GetModuleHandleW(m_serverPath.c_str())) {
     ::FreeLibrary(left);
   }
 }

@@ -20,7 +20,7 @@ class CServerLibrary {
 
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
-  void Load();
+  void Load(const std::wstring& path = Path());
   void Unload();
   HMODULE Module() const { return m_module; }
 
@@ -68,6 +68,7 @@ class CServerTest : public ::testing::Test {
   CComPtr<IMergeModuleTavik> OpenRichModule() const;
 
   CServerLibrary m_server;
+  std::wstring m_serverPath = CServerLibrary::Path();  ///< which server SetUp loads
   CTestFolder m_folder;
   std::wstring m_rich = m_folder / L"rich.msm";  ///< path of the rich module
 

@@ -1,5 +1,4 @@
 #include "idl/qmmmupdater.h"
-#include "module/MMDialog.h"
 #include "server/frame/ComObject.h"
 #include "server/frame/DispatchImpl.h"
 #include "tests/unit/Testing.h"
@@ -98,26 +97,6 @@ TEST_F(Frame, FactoriesAreCachedAndOnlyClientsLock) {
   const CComPtr<IClassFactory> kept = Factory();
   m_module.Term();
   EXPECT_EQ(E_POINTER, kept->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));
-}
-
-TEST_F(Frame, ClassObjectFailures) {
-  const struct {
-    const CLSID& clsid;
-    const IID& iid;
-    HRESULT hr;
-  } cases[] = {{GUID_NULL, __uuidof(IClassFactory), CLASS_E_CLASSNOTAVAILABLE},
-               {kProbeClass, __uuidof(IDispatch), E_NOINTERFACE}};
-  for (const auto& c : cases) {
-    void* out = &out;
-    EXPECT_EQ(c.hr, m_module.GetClassObject(c.clsid, c.iid, &out));
-    EXPECT_EQ(nullptr, out);
-  }
-  EXPECT_EQ(E_POINTER, m_module.GetClassObject(kProbeClass, __uuidof(IUnknown), nullptr));
-  m_module.Term();
-  CComPtr<IUnknown> factory;
-  const auto out = reinterpret_cast<void**>(factory.Put());
-  heap::SweepFaults([&] { return m_module.GetClassObject(kProbeClass, IID_IUnknown, out); },
-                    [&] { EXPECT_FALSE(factory); });
 }
 
 TEST_F(Frame, FailedCreationLeavesNothing) {
@@ -231,15 +210,6 @@ TEST_F(Dispatch, ServesScripts) {
     ::VariantClear(&result);
     EXPECT_EQ(S_OK, GetCatalog(kind, nullptr));
   }
-
-  // Some script hosts ask for a property as for a method.
-  const auto dialog = CComObject<CMMDialog>::Create();
-  dialog->Init(L"Welcome");
-  DISPPARAMS none{};
-  VARIANT name;
-  ASSERT_EQ(S_OK, dialog->Invoke(1, IID_NULL, 0, DISPATCH_METHOD, &none, &name, nullptr, nullptr));
-  EXPECT_STREQ(L"Welcome", name.bstrVal);
-  ::VariantClear(&name);
 }
 
 }  // namespace

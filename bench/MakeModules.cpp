@@ -1,0 +1,101 @@
+// make_modules FOLDER COUNT: merge modules to measure with, named Module0001.msm and so on, each
+// with an ID and a summary of its own. Those that are there already are left as they are.
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+
+#include "common/Path.h"
+#include "msidb/Database.h"
+#include "server/error/ErrorHandler.h"
+#include "server/error/Raise.h"
+
+namespace {
+
+void WriteTable(const CWideString& path, const std::string& text) {
+  FILE* const file = ::_wfopen(path.c_str(), L"wb");
+  if (!file) {
+    RaiseLastError();
+  }
+  std::fwrite(text.data(), 1, text.size(), file);
+  std::fclose(file);
+}
+
+std::string Number(int number) {
+  char text[16];
+  std::snprintf(text, sizeof text, "%04d", number);
+  return text;
+}
+
+void BuildModule(const CWideString& folder, const CWideString& path, int number) {
+  const std::string suffix = Number(number) + ".C685A6B2_5C68_494B_8B13_7777875E" + Number(number);
+  const std::string id = "Library" + suffix;
+  const struct {
+    const wchar_t* name;
+    std::string text;
+  } tables[] = {
+      {L"ModuleSignature.idt",
+       "ModuleID\tLanguage\tVersion\r\ns72\ti2\ts32\r\nModuleSignature\tModuleID\tLanguage\r\n" +
+           id + "\t1033\t2.4.1." + std::to_string(number) + "\r\n"},
+      {L"_SummaryInformation.idt",
+       "PropertyId\tValue\r\ni2\tl255\r\n_SummaryInformation\tPropertyId\r\n1\t1252\r\n"
+       "3\tRuntime library number " +
+           std::to_string(number) +
+           "\r\n4\tLarkfield Software\r\n"
+           "6\tFiles of the runtime library for programs and services\r\n"
+           "9\t{C685A6B2-5C68-494B-8B13-7777875E" +
+           Number(number) + "}\r\n"},
+      {L"Component.idt",
+       "Component\tComponentId\tDirectory_\r\ns72\tS38\ts72\r\nComponent\tComponent\r\n"
+       "Main." +
+           suffix + "\t\tSystemFolder." + suffix + "\r\n"},
+      {L"File.idt",
+       "File\tComponent_\tFileName\tFileSize\tVersion\tLanguage\tAttributes\tSequence\r\n"
+       "s72\ts72\tl255\ti4\tS72\tS20\tI2\ti2\r\nFile\tFile\r\n"
+       "Dll." +
+           suffix + "\tMain." + suffix + "\tlib" + Number(number) +
+           ".dll\t40960\t2.4.1.0\t"
+           "1033\t\t1\r\n"},
+      {L"ModuleDependency.idt",
+       "ModuleID\tModuleLanguage\tRequiredID\tRequiredLanguage\tRequiredVersion\r\n"
+       "s72\ti2\ts72\ti2\tS32\r\nModuleDependency\tModuleID\tModuleLanguage\tRequiredID\t"
+       "RequiredLanguage\r\n" +
+           id + "\t1033\tLibrary" + Number(number / 2) + ".C685A6B2_5C68_494B_8B13_7777875E" +
+           Number(number / 2) + "\t1033\t2.0\r\n"},
+  };
+  {
+    msidb::Database database = msidb::Database::Open(path + L".new", MSIDBOPEN_CREATE);
+    for (const auto& table : tables) {
+      WriteTable(JoinPath(folder, table.name), table.text);
+      database.Import(folder, table.name);
+    }
+    database.Commit();
+  }
+  for (const auto& table : tables) {
+    ::DeleteFileW(JoinPath(folder, table.name).c_str());
+  }
+  if (!::MoveFileW((path + L".new").c_str(), path.c_str())) {
+    RaiseLastError();
+  }
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc != 3) {
+    std::fputs("usage: make_modules FOLDER COUNT\n", stderr);
+    return 2;
+  }
+  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
+    const CWideString folder = FullPath(argv[1]);
+    const int count = ::_wtoi(argv[2]);
+    for (int number = 1; number <= count; ++number) {
+      const CWideString path = JoinPath(folder, CWideString::Format(L"Module%04d.msm", number));
+      if (!PathExists(path)) {
+        BuildModule(folder, path, number);
+      }
+    }
+    return S_OK;
+  });
+  return FAILED(hr) ? 1 : 0;
+}

@@ -1,0 +1,89 @@
+#include "client/GalleryFiles.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "client/IniFile.h"
+#include "client/Properties.h"
+#include "common/IgnoringCase.h"
+#include "common/ModuleKey.h"
+#include "common/Path.h"
+
+namespace {
+
+struct FindTraits {
+  using Handle = HANDLE;
+  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(Handle handle) noexcept { ::FindClose(handle); }
+};
+
+constexpr std::wstring_view kExtension = L".ini";
+
+bool HasExtension(std::wstring_view name) noexcept {
+  return name.size() > kExtension.size() &&
+         EqualsIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
+}
+
+/// The names of the description files of a folder.
+std::vector<std::wstring> DescriptionNames(const CWideString& folder) {
+  std::vector<std::wstring> names;
+  WIN32_FIND_DATAW found;
+  const CUniqueHandle<FindTraits> search(
+      ::FindFirstFileW(JoinPath(folder, L"*.ini").c_str(), &found));
+  if (!search) {
+    return names;
+  }
+  do {
+    // Short names match as well.
+    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && HasExtension(found.cFileName)) {
+      names.emplace_back(found.cFileName);
+    }
+  } while (::FindNextFileW(search.Get(), &found));
+  std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
+    return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
+  });
+  return names;
+}
+
+/// The value of a line; of several with one name, of the first.
+std::string Value(const std::vector<IniLine>& lines, const char* name) {
+  const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
+    return EqualsIgnoringCase(ToWide(line.name), ToWide(name));
+  });
+  return found == lines.end() ? "" : found->value;
+}
+
+void Read(GalleryFile& file) {
+  const std::vector<IniLine> lines = ReadIniSection(file.path, L"MergeModule");
+  file.moduleId = Value(lines, "ModuleID");
+  file.version = Value(lines, "Version");
+  const long language = std::strtol(Value(lines, "Language").c_str(), nullptr, 10);
+  if (!file.moduleId.empty()) {
+    file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
+  }
+}
+
+}  // namespace
+
+std::vector<GalleryFile> ReadGalleryFiles() {
+  const auto services =
+      Create<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
+  const std::string root = Text(*services, &IApplicationServices::get_GalleryRoot);
+  if (root.empty()) {
+    return {};
+  }
+  const CWideString folder = JoinPath(ToWide(root), L"ObjectGallery");
+  std::vector<GalleryFile> files;
+  for (const std::wstring& name : DescriptionNames(folder)) {
+    GalleryFile file;
+    file.path = ToUtf8(JoinPath(folder, name));
+    file.packageCode = ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));
+    try {
+      Read(file);
+    } catch (const ServerFailure& failure) {
+      file.failure = failure;
+    }
+    files.push_back(std::move(file));
+  }
+  return files;
+}
