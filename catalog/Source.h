@@ -43,6 +43,8 @@ class CSource {
         auto record = Read(file);
         if (record) {
           adopt(record);
+        } else {
+          file.stamp = {};  // if it comes back as it was, that is a change
         }
         file.record = std::move(record);
         file.readStamp = file.stamp;

@@ -98,6 +98,7 @@ std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const
 
 void RemarkUnknownKey(const std::vector<ListedModule>& modules, const std::string& key) {
   std::vector<std::string> keys;
+  keys.reserve(modules.size());
   for (const ListedModule& module : modules) {
     keys.push_back(module.key);
   }

@@ -58,8 +58,9 @@ void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileS
   m_strPath = path;
   m_pOrigin = std::move(origin);
   if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
-    Raise(
-        com_exception(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), path + L": The file is cut short."));
+    Raise(com_exception(
+        HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT),
+        CWideString::Format(L"The file is cut short. MsiOpenDatabase(%s)", path.c_str())));
   }
   ReadSignature();
   ReadSummary();
