@@ -2,33 +2,10 @@
 
 #include <climits>
 
-#include "client/Utf8.h"
-#include "common/Bstr.h"
-#include "common/ComPtr.h"
+#include "client/Properties.h"
 #include "msidb/ModuleDirectories.h"
 
 namespace {
-
-template <class Interface>
-std::string Text(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
-  CUniqueBstr value;
-  Check((object.*property)(value.Put()));
-  return ToUtf8(ViewOf(value.Get()));
-}
-
-template <class Interface>
-long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
-  long value = 0;
-  Check((object.*property)(&value));
-  return value;
-}
-
-template <class Interface>
-bool Flag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(VARIANT_BOOL*)) {
-  VARIANT_BOOL value = VARIANT_FALSE;
-  Check((object.*property)(&value));
-  return value != VARIANT_FALSE;
-}
 
 /// A number of a module's table, where the installer gives LONG_MIN for null.
 template <class Interface>
@@ -76,22 +53,6 @@ DownloadFileDescription DescribeItem(IMMGalleryDownloadFileCaskel& file) {
           Text(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
 }
 
-/// The items of a collection.
-template <class Item, class Value, class Collection>
-std::vector<Value> DescribeItems(Collection& collection) {
-  const long count = Number(collection, &Collection::get_Count);
-  std::vector<Value> items;
-  items.reserve(static_cast<size_t>(count));
-  VARIANT index;
-  index.vt = VT_I4;
-  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
-    CComPtr<Item> item;
-    Check(collection.get_Item(index, item.Put()));
-    items.push_back(DescribeItem(*item));
-  }
-  return items;
-}
-
 /// Fills `items` from a collection of the module; a failure is noted under `part` and leaves it
 /// empty.
 template <class Item, class Module, class Collection, class Value>
@@ -99,26 +60,12 @@ void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*prop
                         const char* part, std::vector<Value>& items,
                         std::vector<PartFailure>& failures) {
   try {
-    CComPtr<Collection> collection;
-    Check((module.*property)(collection.Put()));
-    items = DescribeItems<Item, Value>(*collection);
+    std::vector<Value> read;
+    ForEach<Item>(*Get(module, property), [&](Item& item) { read.push_back(DescribeItem(item)); });
+    items = std::move(read);
   } catch (const ServerFailure& failure) {
     failures.push_back({part, failure});
   }
-}
-
-void DescribeGallery(IMergeModule2& module, GalleryDescription& gallery,
-                     std::vector<PartFailure>& failures) {
-  try {
-    gallery.present = Flag(module, &IMergeModule2::get_Present);
-    gallery.needsDownload = Flag(module, &IMergeModule2::get_NeedsDownload);
-    gallery.localPath = Text(module, &IMergeModule2::get_LocalPath);
-  } catch (const ServerFailure& failure) {
-    failures.push_back({"gallery", failure});
-    return;
-  }
-  DescribeCollection<IMMGalleryDownloadFileCaskel>(
-      module, &IMergeModule2::get_DownloadFiles, "download files", gallery.downloadFiles, failures);
 }
 
 /// Where the files go. No interface tells, so this asks the module's file itself.
@@ -148,6 +95,21 @@ void ResolveTargetPaths(ModuleDescription& module) {
 
 }  // namespace
 
+GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailure>& failures) {
+  GalleryDescription gallery;
+  try {
+    gallery.present = Flag(module, &IMergeModule2::get_Present);
+    gallery.needsDownload = Flag(module, &IMergeModule2::get_NeedsDownload);
+    gallery.localPath = Text(module, &IMergeModule2::get_LocalPath);
+  } catch (const ServerFailure& failure) {
+    failures.push_back({"gallery", failure});
+    return gallery;
+  }
+  DescribeCollection<IMMGalleryDownloadFileCaskel>(
+      module, &IMergeModule2::get_DownloadFiles, "download files", gallery.downloadFiles, failures);
+  return gallery;
+}
+
 ModuleDescription Describe(IMergeModule2& newestModule) {
   IMergeModule& module = newestModule;
   ModuleDescription description;
@@ -174,6 +136,6 @@ ModuleDescription Describe(IMergeModule2& newestModule) {
                                       description.customActions, failures);
   DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
                                 failures);
-  DescribeGallery(newestModule, description.gallery, failures);
+  description.gallery = DescribeGallery(newestModule, failures);
   return description;
 }

@@ -79,6 +79,9 @@ struct ModuleDescription {
   std::vector<PartFailure> failures;
 };
 
+/// What the gallery says about a module; what cannot be read is added to the failures.
+GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailure>& failures);
+
 /// Identity, summary and tables of an open module, with the target paths of its files. Throws
 /// ServerFailure when a property fails; a collection or target path that fails is left out and
 /// listed among the failures.

@@ -49,6 +49,10 @@ Json ListJson(const std::vector<Item>& items) {
 
 }  // namespace
 
+Json DownloadFilesJson(const std::vector<DownloadFileDescription>& files) {
+  return ListJson(files);
+}
+
 Json ModuleJson(const ModuleDescription& module) {
   return {{"path", module.path},
           {"key", module.key},
@@ -68,12 +72,5 @@ Json ModuleJson(const ModuleDescription& module) {
           {"present", module.gallery.present},
           {"needsDownload", module.gallery.needsDownload},
           {"localPath", module.gallery.localPath},
-          {"downloadFiles", ListJson(module.gallery.downloadFiles)}};
-}
-
-Json FailureJson(const std::string& file, const std::string& part, const ServerFailure& failure) {
-  return {{"file", file},
-          {"part", part},
-          {"hresult", HResultText(failure.Result())},
-          {"description", failure.what()}};
+          {"downloadFiles", DownloadFilesJson(module.gallery.downloadFiles)}};
 }

@@ -6,23 +6,6 @@ namespace {
 
 std::string Cell(const std::optional<long>& value) { return value ? std::to_string(*value) : ""; }
 
-/// A text of a module on one line, without the control characters that a terminal would obey.
-std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      c = ' ';
-    }
-  }
-  return text;
-}
-
-std::vector<std::string> PrintableRow(std::vector<std::string> row) {
-  for (std::string& cell : row) {
-    cell = Printable(std::move(cell));
-  }
-  return row;
-}
-
 std::string Field(const std::string& name, const std::string& value) {
   constexpr size_t width = 16;
   return value.empty()
@@ -48,8 +31,8 @@ std::string Files(const std::vector<FileDescription>& files) {
   TextTable table(
       {"Key", "Directory", "Target path", "File name", "Size", "Version", "Language", "Sequence"});
   for (const FileDescription& file : files) {
-    table.Add(PrintableRow({file.key, file.directory, file.targetPath, file.fileName,
-                            Cell(file.size), file.version, file.language, Cell(file.sequence)}));
+    table.Add({file.key, file.directory, file.targetPath, file.fileName, Cell(file.size),
+               file.version, file.language, Cell(file.sequence)});
   }
   return Heading("Files", files.size()) + table.ToString(kIndent);
 }
@@ -57,7 +40,7 @@ std::string Files(const std::vector<FileDescription>& files) {
 std::string Dependencies(const std::vector<DependencyDescription>& dependencies) {
   TextTable table({"Module ID", "Language", "Version"});
   for (const DependencyDescription& dependency : dependencies) {
-    table.Add(PrintableRow({dependency.moduleId, Cell(dependency.language), dependency.version}));
+    table.Add({dependency.moduleId, Cell(dependency.language), dependency.version});
   }
   return Heading("Dependencies", dependencies.size()) + table.ToString(kIndent);
 }
@@ -65,8 +48,7 @@ std::string Dependencies(const std::vector<DependencyDescription>& dependencies)
 std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
   TextTable table({"Module ID", "Language", "From version", "To version"});
   for (const ExclusionDescription& exclusion : exclusions) {
-    table.Add(PrintableRow(
-        {exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion}));
+    table.Add({exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion});
   }
   return Heading("Exclusions", exclusions.size()) + table.ToString(kIndent);
 }
@@ -74,8 +56,8 @@ std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
 std::string DownloadFiles(const std::vector<DownloadFileDescription>& files) {
   TextTable table({"Location", "On media", "On the internet", "Size", "Checksum"});
   for (const DownloadFileDescription& file : files) {
-    table.Add(PrintableRow({file.location, file.mediaLocation, file.internetLocation,
-                            std::to_string(file.size), file.checkSum}));
+    table.Add({file.location, file.mediaLocation, file.internetLocation, std::to_string(file.size),
+               file.checkSum});
   }
   return Heading("Download files", files.size()) + table.ToString(kIndent);
 }

@@ -13,19 +13,41 @@ size_t Width(const std::string& text) {
 
 }  // namespace
 
+std::string Printable(std::string text) {
+  for (char& c : text) {
+    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
+      c = ' ';
+    }
+  }
+  return text;
+}
+
+void TextTable::Add(std::vector<std::string> row) {
+  for (std::string& cell : row) {
+    cell = Printable(std::move(cell));
+  }
+  m_rows.push_back({false, std::move(row)});
+}
+
+void TextTable::AddLine(std::string text) {
+  m_rows.push_back({true, {Printable(std::move(text))}});
+}
+
 std::string TextTable::ToString(const std::string& indent) const {
-  std::vector<size_t> widths(m_rows.front().size());
-  for (const auto& row : m_rows) {
-    for (size_t column = 0; column < row.size(); ++column) {
-      widths[column] = std::max(widths[column], Width(row[column]));
+  std::vector<size_t> widths(m_rows.front().cells.size());
+  for (const Row& row : m_rows) {
+    for (size_t column = 0; !row.isLine && column < row.cells.size(); ++column) {
+      widths[column] = std::max(widths[column], Width(row.cells[column]));
     }
   }
   std::string text;
-  for (const auto& row : m_rows) {
-    std::string line = indent;
-    for (size_t column = 0; column < row.size(); ++column) {
-      line += row[column];
-      line.append(widths[column] - Width(row[column]) + 2, ' ');
+  for (const Row& row : m_rows) {
+    std::string line = row.isLine ? "" : indent;
+    for (size_t column = 0; column < row.cells.size(); ++column) {
+      line += row.cells[column];
+      if (!row.isLine) {
+        line.append(widths[column] - Width(row.cells[column]) + 2, ' ');
+      }
     }
     line.erase(line.find_last_not_of(' ') + 1);
     text += line + '\n';

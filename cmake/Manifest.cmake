@@ -1,5 +1,5 @@
-# Quillmark.MergeModules.manifest: the server as a side-by-side assembly, through which a program
-# creates its objects without registration. The name must not be that of a DLL, beside which Windows
+# Quillmark.MergeModules.manifest: the server and its siblings as a side-by-side assembly, through which
+# a program creates their objects without registration. The name must not be that of a DLL, beside which Windows
 # would stop looking for a manifest. Made from the IDL, which is the only home of the GUIDs.
 
 # qm_guid_before(<variable> <idl text> <declaration>): the uuid of the attributes of a declaration.
@@ -15,14 +15,20 @@ function(qm_guid_before variable text declaration)
   set(${variable} "${guid}" PARENT_SCOPE)
 endfunction()
 
-set(idl_files "${PROJECT_SOURCE_DIR}/idl/qmmmupdater.idl" "${PROJECT_SOURCE_DIR}/idl/qmmmupdater2.idl")
-set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS ${idl_files})
-file(READ "${PROJECT_SOURCE_DIR}/idl/qmmmupdater.idl" interfaces_idl)
-file(READ "${PROJECT_SOURCE_DIR}/idl/qmmmupdater2.idl" classes_idl)
+foreach(idl qmmmupdater qmmmupdater2 siblings)
+  set(idl_file "${PROJECT_SOURCE_DIR}/idl/${idl}.idl")
+  set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${idl_file}")
+  file(READ "${idl_file}" ${idl}_text)
+endforeach()
 
-qm_guid_before(LIBID_INTERFACES "${interfaces_idl}" "library QMMMUpdaterLib ")
-qm_guid_before(LIBID_CLASSES "${classes_idl}" "library QMMMUPDATER2Lib ")
-qm_guid_before(CLSID_MERGEMODULE2 "${classes_idl}" "coclass MergeModule2 ")
+qm_guid_before(LIBID_INTERFACES "${qmmmupdater_text}" "library QMMMUpdaterLib ")
+qm_guid_before(LIBID_CLASSES "${qmmmupdater2_text}" "library QMMMUPDATER2Lib ")
+foreach(class MMCatalog MMCatalogPro MergeModule2 MMCatalogManager)
+  qm_guid_before(CLSID_${class} "${qmmmupdater2_text}" "coclass ${class} ")
+endforeach()
+foreach(class IniReader ApplicationServices RepositoryMgr)
+  qm_guid_before(CLSID_${class} "${siblings_text}" "coclass ${class} ")
+endforeach()
 
 set(QM_MANIFEST "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Quillmark.MergeModules.manifest")
 configure_file("${PROJECT_SOURCE_DIR}/server/app/Quillmark.MergeModules.manifest.in" "${QM_MANIFEST}" @ONLY)
