@@ -1,10 +1,11 @@
 #pragma once
 
+#include <algorithm>
 #include <memory>
 
+#include "common/CollectionIndex.h"
 #include "module/CollectionElements.h"
 #include "module/CollectionEnum.h"
-#include "module/CollectionIndex.h"
 #include "server/frame/ComObject.h"
 #include "server/frame/DispatchImpl.h"
 
@@ -100,11 +101,7 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   /// Position of an element, or the end.
   size_t Find(const CCollectionIndex& index) {
     const size_t end = m_elements->Size();
-    if (index.IsNumber()) {
-      const bool inside = index.Number() >= 1 && static_cast<size_t>(index.Number()) <= end;
-      return inside ? static_cast<size_t>(index.Number()) - 1 : end;
-    }
-    return index.IsKey() ? m_keyIndex.Find(index.Key()) : end;
+    return index.IsText() ? m_keyIndex.Find(index.Text().data()) : std::min(index.Position(), end);
   }
 
   void Replace(std::shared_ptr<Elements> elements) noexcept {

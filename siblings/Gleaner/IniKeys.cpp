@@ -1,15 +1,19 @@
 #include "siblings/Gleaner/IniKeys.h"
 
-#include "siblings/Gleaner/IniIndex.h"
+#include "common/CollectionIndex.h"
 
 void CIniKey::Init(std::shared_ptr<const CIniFile> file, const CIniFile::Key& key) noexcept {
   m_pFile = std::move(file);
   m_pKey = &key;
 }
 
-STDMETHODIMP CIniKey::get_Name(BSTR* name) { return AnswerText(name, *m_pFile, m_pKey->name); }
+STDMETHODIMP CIniKey::get_Name(BSTR* name) {
+  return AnswerText(name, [&] { return m_pFile->TextAt(m_pKey->name); });
+}
 
-STDMETHODIMP CIniKey::get_Value(BSTR* value) { return AnswerText(value, *m_pFile, m_pKey->value); }
+STDMETHODIMP CIniKey::get_Value(BSTR* value) {
+  return AnswerText(value, [&] { return m_pFile->TextAt(m_pKey->value); });
+}
 
 void CIniKeys::Init(std::shared_ptr<const CIniFile> file,
                     const CIniFile::Section& section) noexcept {
@@ -19,9 +23,9 @@ void CIniKeys::Init(std::shared_ptr<const CIniFile> file,
 
 STDMETHODIMP CIniKeys::get_Item(VARIANT index, IIniKey** key) {
   return Answer(key, [&]() -> IIniKey* {
-    const CIniIndex wanted(index);
-    const CIniFile::Key* const found = wanted.IsName()
-                                           ? m_pFile->FindKey(*m_pSection, wanted.Name())
+    const CCollectionIndex wanted(index);
+    const CIniFile::Key* const found = wanted.IsText()
+                                           ? m_pFile->FindKey(*m_pSection, wanted.Text())
                                            : m_pFile->KeyAt(*m_pSection, wanted.Position());
     return found ? Make<CIniKey>(m_pFile, *found) : nullptr;
   });

@@ -1,6 +1,6 @@
 #include "siblings/Gleaner/IniSections.h"
 
-#include "siblings/Gleaner/IniIndex.h"
+#include "common/CollectionIndex.h"
 #include "siblings/Gleaner/IniKeys.h"
 
 void CIniSection::Init(std::shared_ptr<const CIniFile> file,
@@ -10,7 +10,7 @@ void CIniSection::Init(std::shared_ptr<const CIniFile> file,
 }
 
 STDMETHODIMP CIniSection::get_Name(BSTR* name) {
-  return AnswerText(name, *m_pFile, m_pSection->name);
+  return AnswerText(name, [&] { return m_pFile->TextAt(m_pSection->name); });
 }
 
 STDMETHODIMP CIniSection::get_Keys(IIniKeys** keys) {
@@ -23,8 +23,8 @@ void CIniSections::Init(std::shared_ptr<const CIniFile> file) noexcept {
 
 STDMETHODIMP CIniSections::get_Item(VARIANT index, IIniSection** section) {
   return Answer(section, [&]() -> IIniSection* {
-    const CIniIndex wanted(index);
-    const CIniFile::Section* const found = wanted.IsName() ? m_pFile->FindSection(wanted.Name())
+    const CCollectionIndex wanted(index);
+    const CIniFile::Section* const found = wanted.IsText() ? m_pFile->FindSection(wanted.Text())
                                                            : m_pFile->SectionAt(wanted.Position());
     return found ? Make<CIniSection>(m_pFile, *found) : nullptr;
   });

@@ -2,49 +2,11 @@
 
 #include <windows.h>
 
-#include <climits>
 #include <cstring>
-#include <new>
 
-#include "common/UniqueHandle.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
+#include "siblings/Component/File.h"
 
 namespace {
-
-struct FileTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle file) noexcept { ::CloseHandle(file); }
-};
-
-using CUniqueFile = CUniqueHandle<FileTraits>;
-
-[[noreturn]] void RaiseFor(const CWideString& path) {
-  com_exception failure(qm::HResultFromCode(::GetLastError()));
-  failure.description = path + L": " + failure.description;
-  Raise(failure);
-}
-
-std::string ReadBytes(const CWideString& path) {
-  const CUniqueFile file(::CreateFileW(path.c_str(), GENERIC_READ,
-                                       FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
-                                       nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
-  LARGE_INTEGER size{};
-  if (!file || !::GetFileSizeEx(file.Get(), &size)) {
-    RaiseFor(path);
-  }
-  if (size.QuadPart > INT_MAX) {
-    throw std::bad_alloc();
-  }
-  std::string bytes(static_cast<size_t>(size.QuadPart), '\0');
-  DWORD length = 0;
-  if (!::ReadFile(file.Get(), bytes.data(), static_cast<DWORD>(bytes.size()), &length, nullptr)) {
-    RaiseFor(path);
-  }
-  bytes.resize(length);
-  return bytes;
-}
 
 bool RemovePrefix(std::string_view& bytes, std::string_view prefix) noexcept {
   if (bytes.substr(0, prefix.size()) != prefix) {
@@ -94,4 +56,10 @@ std::wstring DecodeText(std::string_view bytes) {
   return FromCodePage(CP_ACP, bytes);
 }
 
-std::wstring ReadText(const CWideString& path) { return DecodeText(ReadBytes(path)); }
+std::wstring ReadText(const CWideString& path) {
+  const CUniqueFile file = OpenFile(path);
+  if (!file) {
+    RaiseForFile(path);
+  }
+  return DecodeText(ReadBytes(file, path));
+}

@@ -1,9 +1,7 @@
 #include "siblings/QmAppServices/ApplicationServices.h"
 
-#include <new>
 #include <optional>
 
-#include "common/Bstr.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "common/SystemFolders.h"
@@ -80,39 +78,24 @@ CWideString Folder(const wchar_t* variable, const wchar_t* key) {
 
 }  // namespace
 
-template <class GetText>
-HRESULT CApplicationServices::Answer(BSTR* out, GetText getText) noexcept {
-  if (!out) {
-    return E_POINTER;
-  }
-  *out = nullptr;
-  return MethodBoundary([&] {
-    *out = AllocBstr(getText());
-    if (!*out) {
-      throw std::bad_alloc();
-    }
-    return S_OK;
-  });
-}
-
 HRESULT CApplicationServices::NotImplemented(BSTR* out) noexcept {
-  return Answer(out, []() -> CWideString { RaiseHResult(E_NOTIMPL); });
+  return AnswerText(out, []() -> CWideString { RaiseHResult(E_NOTIMPL); });
 }
 
 STDMETHODIMP CApplicationServices::get_GalleryRoot(BSTR* folder) {
-  return Answer(folder, [] { return Folder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
+  return AnswerText(folder, [] { return Folder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
 }
 
 STDMETHODIMP CApplicationServices::get_FileIndexFolder(BSTR* folder) {
-  return Answer(folder, [] { return Folder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
+  return AnswerText(folder, [] { return Folder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
 }
 
 STDMETHODIMP CApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
-  return Answer(folder, [] { return Folder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
+  return AnswerText(folder, [] { return Folder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
 }
 
 STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
-  return Answer(path, [] {
+  return AnswerText(path, [] {
     const std::optional<CWideString> value =
         FromSettings(L"QM_MODULE_PATH", L"ModulePath", AllFromOwnFolder);
     return value ? *value : CommonModules();
@@ -120,11 +103,11 @@ STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
 }
 
 STDMETHODIMP CApplicationServices::get_DataFolder(BSTR* folder) {
-  return Answer(folder, [] { return Folder(L"QM_DATA_DIR", L"DataDir"); });
+  return AnswerText(folder, [] { return Folder(L"QM_DATA_DIR", L"DataDir"); });
 }
 
 STDMETHODIMP CApplicationServices::get_UserModuleSearchPath(BSTR* path) {
-  return Answer(path, [] {
+  return AnswerText(path, [] {
     return FromSettings(L"QM_USER_MODULE_PATH", L"UserModulePath", AllFromOwnFolder)
         .value_or(CWideString());
   });

@@ -1,11 +1,6 @@
 #pragma once
 
-#include "common/WideString.h"
-#include "idl/siblings.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
+#include "siblings/Component/ComponentObject.h"
 
 /// Where the authoring environment keeps things (coclass ApplicationServices).
 ///
@@ -13,14 +8,9 @@
 /// QmAppServices.ini beside the DLL, else a default. What is set to nothing is set. Read anew at
 /// every call, so that a change counts at once; an INI file that is there and cannot be read is a
 /// failure.
-class CApplicationServices : public IDispatchImpl<IApplicationServices>,
-                             public CSupportErrorInfo<IApplicationServices>,
-                             public CErrorHandler<&CLSID_ApplicationServices>,
-                             public CComObjectRoot {
+class CApplicationServices
+    : public CComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
-  using InterfaceMap = CInterfaceMap<Via<IApplicationServices, IApplicationServices, IDispatch>,
-                                     Via<ISupportErrorInfo, ISupportErrorInfo>>;
-
   STDMETHOD(get_GalleryRoot)(BSTR* folder) override;
   STDMETHOD(Reserved2)(BSTR* value) override { return NotImplemented(value); }
   STDMETHOD(Reserved3)(BSTR* value) override { return NotImplemented(value); }
@@ -40,9 +30,5 @@ class CApplicationServices : public IDispatchImpl<IApplicationServices>,
   STDMETHOD(get_UserModuleSearchPath)(BSTR* path) override;
 
  private:
-  /// Runs `getText` at the method boundary and gives its text to the caller.
-  template <class GetText>
-  static HRESULT Answer(BSTR* out, GetText getText) noexcept;
-
   static HRESULT NotImplemented(BSTR* out) noexcept;
 };

@@ -1,5 +1,8 @@
 #include <gtest/gtest.h>
 
+#include <memory>
+#include <vector>
+
 #include "common/Bstr.h"
 #include "tests/siblings/Component.h"
 #include "tests/support/TestFolder.h"
@@ -25,34 +28,39 @@ HRESULT CreateRegistered(const wchar_t* progId, REFIID iid) {
 
 TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) {
   const CComThread com;
-  const std::wstring readerPath = (ProgramFolder() / L"Gleaner.dll").wstring();
-  const std::wstring servicesPath = (ProgramFolder() / L"QmAppServices.dll").wstring();
-  const CComponent reader(readerPath);
-  const CComponent services(servicesPath);
-  const auto create = [](const wchar_t* version) {
-    const std::wstring readerId = L"Gleaner.IniReader" + std::wstring(version);
-    const std::wstring servicesId = L"QmAppServices.ApplicationServices" + std::wstring(version);
-    return std::pair(CreateRegistered(readerId.c_str(), __uuidof(IIniReader)),
-                     CreateRegistered(servicesId.c_str(), __uuidof(IApplicationServices)));
+  const struct {
+    const wchar_t* dll;
+    const wchar_t* progId;
+    IID iid;
+  } classes[] = {
+      {L"Gleaner.dll", L"Gleaner.IniReader", __uuidof(IIniReader)},
+      {L"QmAppServices.dll", L"QmAppServices.ApplicationServices", __uuidof(IApplicationServices)},
+      {L"Corvane8.dll", L"Corvane8.RepositoryMgr", __uuidof(IRepositoryMgr)},
   };
-  const auto both = std::pair(S_OK, S_OK);
+  std::vector<std::wstring> paths;
+  std::vector<std::unique_ptr<CComponent>> components;
+  for (const auto& c : classes) {
+    paths.push_back((ProgramFolder() / c.dll).wstring());
+    components.push_back(std::make_unique<CComponent>(paths.back()));
+    EXPECT_EQ(S_OK, components.back()->DllRegisterServer());
+    EXPECT_EQ(paths.back(), RegisteredLibrary());
+  }
 
-  EXPECT_EQ(S_OK, reader.DllRegisterServer());
-  EXPECT_EQ(readerPath, RegisteredLibrary());
-  EXPECT_EQ(S_OK, services.DllRegisterServer());
-  EXPECT_EQ(servicesPath, RegisteredLibrary());
-  EXPECT_EQ(both, create(L""));
-  EXPECT_EQ(both, create(L".1"));
-
-  // The library that the other component registered stays with that one.
-  EXPECT_EQ(S_OK, reader.DllUnregisterServer());
-  EXPECT_EQ(servicesPath, RegisteredLibrary());
-  EXPECT_EQ(std::pair(CO_E_CLASSSTRING, S_OK), create(L""));
-
-  EXPECT_EQ(S_OK, services.DllUnregisterServer());
-  EXPECT_EQ(L"", RegisteredLibrary());
-  EXPECT_EQ(std::pair(CO_E_CLASSSTRING, CO_E_CLASSSTRING), create(L".1"));
-  EXPECT_EQ(S_OK, services.DllUnregisterServer()) << "nothing is left to remove";
+  // One after the other goes; the library stays with the component that registered it last.
+  for (size_t removed = 0; removed <= std::size(classes); ++removed) {
+    SCOPED_TRACE(removed);
+    for (size_t i = 0; i < std::size(classes); ++i) {
+      const HRESULT expected = i < removed ? CO_E_CLASSSTRING : S_OK;
+      const std::wstring progId = classes[i].progId;
+      EXPECT_EQ(expected, CreateRegistered(progId.c_str(), classes[i].iid));
+      EXPECT_EQ(expected, CreateRegistered((progId + L".1").c_str(), classes[i].iid));
+    }
+    EXPECT_EQ(removed < std::size(classes) ? paths.back() : L"", RegisteredLibrary());
+    if (removed < std::size(classes)) {
+      EXPECT_EQ(S_OK, components[removed]->DllUnregisterServer());
+    }
+  }
+  EXPECT_EQ(S_OK, components.back()->DllUnregisterServer()) << "nothing is left to remove";
 }
 
 }  // namespace

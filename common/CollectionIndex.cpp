@@ -1,4 +1,4 @@
-#include "siblings/Gleaner/IniIndex.h"
+#include "common/CollectionIndex.h"
 
 #include <new>
 
@@ -24,20 +24,20 @@ size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1
 
 }  // namespace
 
-CIniIndex::CIniIndex(const VARIANT& index) {
+CCollectionIndex::CCollectionIndex(const VARIANT& index) {
   ::VariantInit(&m_converted);
   if (const VARIANT* const value = Dereference(&index)) {
     Take(*value);
   }
 }
 
-CIniIndex::~CIniIndex() { ::VariantClear(&m_converted); }
+CCollectionIndex::~CCollectionIndex() { ::VariantClear(&m_converted); }
 
-void CIniIndex::Take(const VARIANT& index) {
+void CCollectionIndex::Take(const VARIANT& index) {
   const bool reference = (index.vt & VT_BYREF) != 0;
   switch (index.vt & ~VT_BYREF) {
     case VT_BSTR:
-      TakeName(reference ? *index.pbstrVal : index.bstrVal);
+      TakeText(reference ? *index.pbstrVal : index.bstrVal);
       break;
     case VT_I2:
       m_position = FromNumber(reference ? *index.piVal : index.iVal);
@@ -57,13 +57,13 @@ void CIniIndex::Take(const VARIANT& index) {
         throw std::bad_alloc();
       }
       if (SUCCEEDED(hr)) {
-        TakeName(m_converted.bstrVal);
+        TakeText(m_converted.bstrVal);
       }
     }
   }
 }
 
-void CIniIndex::TakeName(BSTR name) noexcept {
-  m_isName = true;
-  m_name = ViewOf(name);
+void CCollectionIndex::TakeText(BSTR text) noexcept {
+  m_isText = true;
+  m_text = text ? ViewOf(text) : L"";
 }

@@ -1,0 +1,171 @@
+#include "client/MergeSet.h"
+
+#include <algorithm>
+
+namespace {
+
+std::string LanguageText(std::optional<long> language) {
+  return language && *language != 0 ? std::to_string(*language) : "any language";
+}
+
+/// Why a module was chosen out of those that satisfy the requirement.
+std::string ReasonOfChoice(const Requirement& requirement, size_t candidates, size_t sameVersion) {
+  if (candidates == 1) {
+    return "the only one";
+  }
+  std::string reason = sameVersion == candidates
+                           ? "first of " + std::to_string(candidates) + " with this version"
+                           : "highest version of " + std::to_string(candidates);
+  if (sameVersion > 1 && sameVersion != candidates) {
+    reason += ", first of " + std::to_string(sameVersion);
+  }
+  return reason + (requirement.version.empty() ? "" : ", at least " + requirement.version);
+}
+
+/// Walks requirements depth first, with a stack of its own instead of the thread's.
+class Planner {
+ public:
+  explicit Planner(const MergeSet& set) : m_set(set), m_states(set.Modules().size()) {}
+
+  void Add(size_t wanted) {
+    Enter(wanted, std::nullopt, "asked for");
+    while (!m_path.empty()) {
+      Step();
+    }
+  }
+
+  MergePlan Take() { return std::move(m_plan); }
+
+ private:
+  enum class State { New, Open, Done };
+
+  struct Visit {
+    PlannedModule planned;
+    size_t nextRequirement = 0;
+  };
+
+  void Enter(size_t module, std::optional<size_t> neededBy, std::string reason) {
+    if (m_states[module] == State::New) {
+      m_states[module] = State::Open;
+      m_path.push_back({{module, neededBy, std::move(reason)}});
+    } else if (m_states[module] == State::Open) {
+      NoteCycle(module);
+    }
+  }
+
+  void Step() {
+    Visit& visit = m_path.back();
+    const size_t module = visit.planned.module;
+    const auto& requirements = m_set.Modules()[module].requirements;
+    if (visit.nextRequirement == requirements.size()) {
+      m_states[module] = State::Done;
+      m_plan.modules.push_back(std::move(visit.planned));
+      m_path.pop_back();
+      return;
+    }
+    const Requirement& requirement = requirements[visit.nextRequirement++];
+    Choice choice = m_set.Choose(requirement);
+    if (choice.module) {
+      Enter(*choice.module, module, std::move(choice.reason));
+    } else {
+      m_plan.missing.push_back({module, requirement, std::move(choice.reason)});
+    }
+  }
+
+  void NoteCycle(size_t module) {
+    const auto first = std::find_if(m_path.begin(), m_path.end(), [&](const Visit& visit) {
+      return visit.planned.module == module;
+    });
+    std::vector<size_t> cycle;
+    for (auto visit = first; visit != m_path.end(); ++visit) {
+      cycle.push_back(visit->planned.module);
+    }
+    m_plan.cycles.push_back(std::move(cycle));
+  }
+
+  const MergeSet& m_set;
+  std::vector<State> m_states;
+  std::vector<Visit> m_path;
+  MergePlan m_plan;
+};
+
+}  // namespace
+
+MergeSet::MergeSet(const std::vector<MergeModule>& modules) : m_modules(modules) {
+  for (size_t position = 0; position < modules.size(); ++position) {
+    m_byId[FoldCase(modules[position].moduleId)].push_back(position);
+  }
+}
+
+const std::vector<size_t>& MergeSet::ModulesOfId(const std::string& moduleId) const {
+  static const std::vector<size_t> none;
+  const auto found = m_byId.find(FoldCase(moduleId));
+  return found == m_byId.end() ? none : found->second;
+}
+
+Choice MergeSet::Choose(const Requirement& requirement) const {
+  const std::vector<size_t>& sameId = ModulesOfId(requirement.moduleId);
+  if (sameId.empty()) {
+    return {std::nullopt, "no module has this ID"};
+  }
+  std::optional<size_t> best;
+  size_t candidates = 0;
+  size_t sameVersion = 0;
+  bool anyLanguageFits = false;
+  for (const size_t position : sameId) {
+    const MergeModule& module = m_modules[position];
+    anyLanguageFits = anyLanguageFits || LanguageFits(requirement.language, module.language);
+    if (!Satisfies(requirement, module.moduleId, module.language, module.version)) {
+      continue;
+    }
+    ++candidates;
+    const int order = best ? CompareVersionTexts(module.version, m_modules[*best].version) : 1;
+    sameVersion = order > 0 ? 1 : sameVersion + (order == 0);
+    const bool isExact = requirement.language == module.language;
+    if (order > 0 || (order == 0 && isExact && requirement.language != m_modules[*best].language)) {
+      best = position;
+    }
+  }
+  if (!best) {
+    return {best, anyLanguageFits
+                      ? "every version is lower than " + requirement.version
+                      : "no module of this ID is for " + LanguageText(requirement.language)};
+  }
+  return {best, ReasonOfChoice(requirement, candidates, sameVersion)};
+}
+
+MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {
+  Planner planner(set);
+  for (const size_t module : wanted) {
+    planner.Add(module);
+  }
+  return planner.Take();
+}
+
+std::vector<size_t> ModulesThatNeed(const MergeSet& set, size_t module) {
+  const auto& modules = set.Modules();
+  std::vector<std::vector<size_t>> neededBy(modules.size());
+  for (size_t position = 0; position < modules.size(); ++position) {
+    for (const Requirement& requirement : modules[position].requirements) {
+      if (const auto chosen = set.Choose(requirement).module) {
+        neededBy[*chosen].push_back(position);
+      }
+    }
+  }
+  std::vector<bool> isFound(modules.size());
+  std::vector<size_t> found;
+  std::vector<size_t> open{module};
+  while (!open.empty()) {
+    const size_t next = open.back();
+    open.pop_back();
+    for (const size_t user : neededBy[next]) {
+      if (!isFound[user] && user != module) {
+        isFound[user] = true;
+        found.push_back(user);
+        open.push_back(user);
+      }
+    }
+  }
+  std::sort(found.begin(), found.end());
+  return found;
+}

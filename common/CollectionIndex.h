@@ -1,0 +1,37 @@
+#pragma once
+
+#include <windows.h>
+
+#include <string_view>
+
+/// The index of a collection element as a client gives it: a position, a text, or nothing that an
+/// element could have.
+///
+/// References are followed first. VT_I2, VT_I4, VT_UI2 and VT_UI4 are positions, counted from 1;
+/// every other type, a double or a boolean too, is the text that VariantChangeType makes of it.
+/// What cannot be converted is no index. Views the client's VARIANT.
+class CCollectionIndex {
+ public:
+  /// Throws std::bad_alloc.
+  explicit CCollectionIndex(const VARIANT& index);
+  ~CCollectionIndex();
+  CCollectionIndex(const CCollectionIndex&) = delete;
+  CCollectionIndex& operator=(const CCollectionIndex&) = delete;
+
+  bool IsText() const noexcept { return m_isText; }
+
+  /// The text, behind which a zero stands; only when the index is one.
+  std::wstring_view Text() const noexcept { return m_text; }
+
+  /// The position, counted from 0; that of no element when the index is none.
+  size_t Position() const noexcept { return m_position; }
+
+ private:
+  void Take(const VARIANT& index);
+  void TakeText(BSTR text) noexcept;
+
+  bool m_isText = false;
+  std::wstring_view m_text;
+  size_t m_position = static_cast<size_t>(-1);
+  VARIANT m_converted;
+};

@@ -1,0 +1,11 @@
+#include "siblings/Component/Component.h"
+#include "siblings/Corvane8/RepositoryMgr.h"
+
+const ObjectMap& ComponentObjects() noexcept {
+  static const ObjectMapEntry entries[] = {
+      {&CLSID_RepositoryMgr, L"Corvane8.RepositoryMgr.1", L"Corvane8.RepositoryMgr",
+       IDS_COMPONENT_DESCRIPTION, &CreateComObject<CRepositoryMgr>},
+  };
+  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  return map;
+}

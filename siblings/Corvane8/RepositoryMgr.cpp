@@ -1,0 +1,44 @@
+#include "siblings/Corvane8/RepositoryMgr.h"
+
+#include "siblings/Component/File.h"
+#include "siblings/Corvane8/Repositories.h"
+
+STDMETHODIMP CRepositoryMgr::get_Path(BSTR* path) {
+  return AnswerText(path, [&]() -> std::wstring_view { return m_strPath; });
+}
+
+STDMETHODIMP CRepositoryMgr::put_Path(BSTR path) {
+  return MethodBoundary([&] {
+    if (m_strPath != ViewOf(path)) {
+      m_strPath = ViewOf(path);
+      m_pList.reset();
+    }
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CRepositoryMgr::GetRepositories(IRepositories** repositories) {
+  return Answer(repositories, [&] {
+    Refresh();
+    return Make<CRepositories>(m_pList);
+  });
+}
+
+void CRepositoryMgr::Refresh() {
+  const FileStamp stamp = StampOf(m_strPath);
+  if (!m_pList || !(stamp == m_stamp)) {
+    m_pList = ReadRepositories(m_strPath);
+    // A change while the file was read shows at the next call.
+    m_stamp = stamp;
+  }
+}
+
+CRepositoryMgr::FileStamp CRepositoryMgr::StampOf(const CWideString& path) {
+  WIN32_FILE_ATTRIBUTE_DATA data{};
+  if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) &&
+      !IsMissingFile(::GetLastError())) {
+    RaiseForFile(path);
+  }
+  return {ULONGLONG{data.ftLastWriteTime.dwHighDateTime} << 32 | data.ftLastWriteTime.dwLowDateTime,
+          ULONGLONG{data.nFileSizeHigh} << 32 | data.nFileSizeLow};
+}
