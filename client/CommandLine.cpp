@@ -4,6 +4,8 @@
 #include <algorithm>
 
 #include "client/CatalogSettings.h"
+#include "client/CheckCommand.h"
+#include "client/DepsCommand.h"
 #include "client/GalleryCommand.h"
 #include "client/ListCommands.h"
 #include "client/LookupCommands.h"
@@ -18,6 +20,7 @@ struct Values {
   std::vector<std::string> files;
   std::string subject;  ///< the one argument of a command
   std::string version;
+  DepsView depsView = DepsView::Order;
   bool json = false;
 };
 
@@ -28,7 +31,8 @@ class Parser {
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
     m_app.footer(
-        "Exit codes: 0 success, 2 wrong usage, 3 nothing matched, 4 some module could not be read, "
+        "Exit codes: 0 success, 1 findings of deps or check, 2 wrong usage, 3 nothing matched, 4 "
+        "some module could not be read, "
         "5 the server failed, 6 the output cannot be written.");
 
     Add("show", "Show module files: identity, summary, tables",
@@ -49,6 +53,21 @@ class Parser {
     AddSubject(AddOfCatalog("name", "Tell the display name of a module",
                             [](const Values& values) { return Name(values.subject, values.json); }),
                "KEY", "Module key, ID:LANGUAGE");
+    CLI::App& deps = AddOfCatalog(
+        "deps", "Tell what a module needs, in the order of merging",
+        [](const Values& values) { return Deps(values.subject, values.depsView, values.json); });
+    AddSubject(deps, "KEY", "Module ID, or ID:LANGUAGE for one language");
+    deps.add_flag(
+        "--tree", [this](std::int64_t) { m_values.depsView = DepsView::Tree; },
+        "Each module above what it needs");
+    deps.add_flag(
+            "--reverse", [this](std::int64_t) { m_values.depsView = DepsView::Reverse; },
+            "The modules that need this one instead")
+        ->excludes("--tree");
+    AddOfCatalog("check", "Tell what is wrong in the catalog, or in a set of modules",
+                 [](const Values& values) { return CheckCatalog(values.files, values.json); })
+        .add_option("KEY", m_values.files,
+                    "Modules that are to be merged, ID or ID:LANGUAGE; all when there are none");
     AddOfCatalog("sources", "List the module search folders",
                  [](const Values& values) { return Sources(values.json); });
     AddOfCatalog("gallery", "List the descriptions of the object gallery",

@@ -3,6 +3,7 @@
 /// Exit codes of the client.
 enum ExitCode {
   kSuccess = 0,
+  kFindings = 1,  ///< something is as it should not be, and was shown
   kUsage = 2,
   kNothingMatched = 3,  ///< no module is what was asked for
   kSomeUnreadable = 4,  ///< some module could not be read; the others were shown

@@ -147,7 +147,7 @@ Json GalleryJson(const std::vector<GalleryEntry>& entries) {
 }  // namespace
 
 ExitCode Gallery(bool json) {
-  Report report(json);
+  Report report("gallery", json);
   const CatalogModules modules;
   std::vector<GalleryEntry> entries;
   for (GalleryFile& file : ReadGalleryFiles()) {

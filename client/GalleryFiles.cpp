@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "client/IniFile.h"
 #include "client/Properties.h"
 #include "common/IgnoringCase.h"
 #include "common/ModuleKey.h"
@@ -44,37 +45,21 @@ std::vector<std::wstring> DescriptionNames(const CWideString& folder) {
   return names;
 }
 
-VARIANT NameIndex(const CUniqueBstr& name) noexcept {
-  VARIANT index;
-  index.vt = VT_BSTR;
-  index.bstrVal = name.Get();
-  return index;
-}
-
-/// The lines of section "MergeModule"; null when there is none.
-CComPtr<IIniKeys> ModuleKeys(IIniReader& reader) {
-  const CComPtr<IIniSections> sections = Get(reader, &IIniReader::get_Sections);
-  CComPtr<IIniSection> section;
-  Check(sections->get_Item(NameIndex(Argument(L"MergeModule")), section.Put()));
-  return section ? Get(*section, &IIniSection::get_Keys) : CComPtr<IIniKeys>();
-}
-
-std::string Value(IIniKeys& keys, std::wstring_view name) {
-  CComPtr<IIniKey> key;
-  Check(keys.get_Item(NameIndex(Argument(name)), key.Put()));
-  return key ? Text(*key, &IIniKey::get_Value) : "";
+/// The value of a line; of several with one name, of the first.
+std::string Value(const std::vector<IniLine>& lines, const char* name) {
+  const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
+    return EqualsIgnoringCase(ToWide(line.name), ToWide(name));
+  });
+  return found == lines.end() ? "" : found->value;
 }
 
 void Read(GalleryFile& file) {
-  const auto reader = Create<IIniReader>(CLSID_IniReader, "Gleaner.dll");
-  Check(reader->Load(Argument(ToWide(file.path)).Get()));
-  if (const CComPtr<IIniKeys> keys = ModuleKeys(*reader)) {
-    file.moduleId = Value(*keys, L"ModuleID");
-    file.version = Value(*keys, L"Version");
-    const long language = std::strtol(Value(*keys, L"Language").c_str(), nullptr, 10);
-    if (!file.moduleId.empty()) {
-      file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
-    }
+  const std::vector<IniLine> lines = ReadIniSection(file.path, L"MergeModule");
+  file.moduleId = Value(lines, "ModuleID");
+  file.version = Value(lines, "Version");
+  const long language = std::strtol(Value(lines, "Language").c_str(), nullptr, 10);
+  if (!file.moduleId.empty()) {
+    file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
   }
 }
 

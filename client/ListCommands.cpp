@@ -17,12 +17,12 @@ ExitCode Finish(Report& report, const std::vector<ListedModule>& modules) {
 }  // namespace
 
 ExitCode List(bool json) {
-  Report report(json);
+  Report report("list", json);
   return Finish(report, ReadModules(*Catalog().Modules(), report));
 }
 
 ExitCode Find(const std::string& key, const std::string& version, bool json) {
-  Report report(json);
+  Report report("find", json);
   const std::vector<ListedModule> modules = ReadModules(*Catalog().Find(key, version), report);
   const ExitCode exitCode = Finish(report, modules);
   return modules.empty() ? kNothingMatched : exitCode;

@@ -8,8 +8,8 @@ ExitCode Which(const std::string& fileName, bool json) {
   const Catalog catalog;
   const std::string key = catalog.ModuleForFile(fileName);
   const std::string displayName = key.empty() ? "" : catalog.DisplayName(key);
-  Report report(json);
-  report.Document() = {{"file", fileName}, {"key", key}, {"displayName", displayName}};
+  Report report("which", json);
+  report.Document().update({{"file", fileName}, {"key", key}, {"displayName", displayName}});
   if (!key.empty()) {
     report.Print(Printable(key) + "  " + Printable(displayName) + '\n');
   } else {
@@ -21,8 +21,8 @@ ExitCode Which(const std::string& fileName, bool json) {
 
 ExitCode Name(const std::string& key, bool json) {
   const std::string displayName = Catalog().DisplayName(key);
-  Report report(json);
-  report.Document() = {{"key", key}, {"displayName", displayName}};
+  Report report("name", json);
+  report.Document().update({{"key", key}, {"displayName", displayName}});
   report.Print(Printable(displayName) + '\n');
   return report.Finish();
 }

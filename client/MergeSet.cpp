@@ -142,7 +142,7 @@ MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {
   return planner.Take();
 }
 
-std::vector<size_t> ModulesThatNeed(const MergeSet& set, size_t module) {
+std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module) {
   const auto& modules = set.Modules();
   std::vector<std::vector<size_t>> neededBy(modules.size());
   for (size_t position = 0; position < modules.size(); ++position) {
@@ -153,19 +153,21 @@ std::vector<size_t> ModulesThatNeed(const MergeSet& set, size_t module) {
     }
   }
   std::vector<bool> isFound(modules.size());
-  std::vector<size_t> found;
-  std::vector<size_t> open{module};
-  while (!open.empty()) {
-    const size_t next = open.back();
-    open.pop_back();
-    for (const size_t user : neededBy[next]) {
-      if (!isFound[user] && user != module) {
+  isFound[module] = true;
+  std::vector<ModuleUser> found;
+  const auto addUsersOf = [&](size_t needed) {
+    for (const size_t user : neededBy[needed]) {
+      if (!isFound[user]) {
         isFound[user] = true;
-        found.push_back(user);
-        open.push_back(user);
+        found.push_back({user, needed});
       }
     }
+  };
+  addUsersOf(module);
+  for (size_t next = 0; next < found.size(); ++next) {
+    addUsersOf(found[next].module);
   }
-  std::sort(found.begin(), found.end());
+  std::sort(found.begin(), found.end(),
+            [](const ModuleUser& a, const ModuleUser& b) { return a.module < b.module; });
   return found;
 }

@@ -70,6 +70,12 @@ struct MergePlan {
 /// by memory alone.
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted);
 
+/// A module that needs another one.
+struct ModuleUser {
+  size_t module;
+  size_t through;  ///< what it needs itself on the shortest way to that one; or that one
+};
+
 /// The modules whose requirements are satisfied with `module`, directly or through others, in the
 /// order of the list.
-std::vector<size_t> ModulesThatNeed(const MergeSet& set, size_t module);
+std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module);

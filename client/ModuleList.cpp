@@ -3,10 +3,9 @@
 #include "client/Properties.h"
 #include "client/TextTable.h"
 
-namespace {
-
-ListedModule Read(IMergeModuleTavik& newestModule) {
-  IMergeModule& module = newestModule;
+ListedModule ReadModule(IMergeModule& module) {
+  CComPtr<IMergeModuleTavik> newestModule;
+  Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
   ListedModule listed;
   listed.path = Text(module, &IMergeModule::get_Path);
   listed.key = Text(module, &IMergeModule::get_Key);
@@ -15,10 +14,13 @@ ListedModule Read(IMergeModuleTavik& newestModule) {
   listed.version = Text(module, &IMergeModule::get_Version);
   listed.displayName = Text(module, &IMergeModule::get_DisplayName);
   listed.packageCode = Text(module, &IMergeModule::get_PackageCode);
-  listed.fromGallery = !Flag(newestModule, &IMergeModuleTavik::get_HasOrigin);
-  listed.origin = Text(newestModule, &IMergeModuleTavik::get_Origin);
+  listed.fromGallery = !Flag(*newestModule, &IMergeModuleTavik::get_HasOrigin);
+  listed.origin = Text(*newestModule, &IMergeModuleTavik::get_Origin);
+  listed.object = std::move(newestModule);
   return listed;
 }
+
+namespace {
 
 /// The name of a file in the folder that the list shows it under; the path of any other.
 std::string FileInFolder(const ListedModule& module) {
@@ -33,9 +35,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
   std::vector<ListedModule> list;
   list.reserve(static_cast<size_t>(Number(modules, &IMergeModules::get_Count)));
   ForEach<IMergeModule>(modules, [&](IMergeModule& module) {
-    CComPtr<IMergeModuleTavik> newestModule;
-    Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
-    list.push_back(Read(*newestModule));
+    list.push_back(ReadModule(module));
     const ListedModule& listed = list.back();
     if (listed.moduleId.empty() || listed.packageCode.empty()) {
       // No module, or one without either. Its tables tell, and are read for no other module.

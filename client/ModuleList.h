@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "client/Report.h"
+#include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
 /// A module as the catalog lists it: plain values in UTF-8.
@@ -17,7 +18,11 @@ struct ListedModule {
   bool fromGallery = false;
   std::string origin;  ///< the search folder; empty for a module of the gallery
   std::string path;
+  CComPtr<IMergeModuleTavik> object;  ///< for further questions
 };
+
+/// What a module object tells without its tables. Throws ServerFailure.
+ListedModule ReadModule(IMergeModule& module);
 
 /// The modules of a collection, in its order. What a module cannot say goes to the report: a file
 /// that the catalog could not read is listed, and its failure reported.

@@ -18,8 +18,10 @@ void Report::AddFailure(const std::string& file, const std::string& part,
   PrintRemark(subject + ": " + HResultText(failure.Result()) + ' ' + failure.what());
 }
 
-ExitCode Report::Finish() {
-  const ExitCode exitCode = m_errors.empty() ? kSuccess : kSomeUnreadable;
+ExitCode Report::Finish(bool hasFindings) {
+  const ExitCode exitCode = !m_errors.empty() ? kSomeUnreadable
+                            : hasFindings     ? kFindings
+                                              : kSuccess;
   if (m_json) {
     m_document["errors"] = std::move(m_errors);
     const std::string text = m_document.dump(2) + '\n';

@@ -13,7 +13,10 @@ using Json = nlohmann::ordered_json;
 /// document has the failures as well, in its last member, "errors".
 class Report {
  public:
-  explicit Report(bool json) : m_json(json) {}
+  /// A report of a command; its document begins with "schema", which names the command and the
+  /// version of what it prints.
+  Report(const std::string& command, bool json)
+      : m_json(json), m_document{{"schema", "mmcat/" + command + "/1"}} {}
 
   bool AsJson() const { return m_json; }
 
@@ -26,12 +29,13 @@ class Report {
   /// A failure to read `file`, or only a part of it; `part` is empty for the whole.
   void AddFailure(const std::string& file, const std::string& part, const ServerFailure& failure);
 
-  /// Prints the document, if there is one. The answer is that of a run with these failures.
-  ExitCode Finish();
+  /// Prints the document, if there is one. The answer is that of a run with these failures, and
+  /// with findings or without.
+  ExitCode Finish(bool hasFindings = false);
 
  private:
   bool m_json;
-  Json m_document = Json::object();
+  Json m_document;
   Json m_errors = Json::array();
 };
 

@@ -19,7 +19,7 @@ ModuleDescription Read(IMergeModule2& module, const std::string& file) {
 
 ExitCode Show(const std::vector<std::string>& files, bool json) {
   const auto module = Create<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
-  Report report(json);
+  Report report("show", json);
   Json modules = Json::array();
   bool first = true;
   for (const std::string& file : files) {

@@ -52,7 +52,7 @@ ExitCode Sources(bool json) {
   std::vector<ListedSource> sources;
   ForEach<IMMSource>(*Catalog().Sources(),
                      [&](IMMSource& source) { sources.push_back(Read(source)); });
-  Report report(json);
+  Report report("sources", json);
   report.Document()["sources"] = SourcesJson(sources);
   report.Print(SourcesText(sources));
   return report.Finish();

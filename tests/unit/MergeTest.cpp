@@ -123,7 +123,11 @@ TEST(MergeSetTest, APlanPutsEveryModuleBehindWhatItNeeds) {
   ASSERT_EQ(1u, plan.missing.size());
   EXPECT_EQ(0u, plan.missing.front().neededBy);
   EXPECT_EQ("Gone", plan.missing.front().requirement.moduleId);
-  EXPECT_EQ("Top Left Right Other", Names(modules, ModulesThatNeed(set, 3)));
+  std::string users;
+  for (const ModuleUser& user : ModulesThatNeed(set, 3)) {
+    users += modules[user.module].moduleId + "-" + modules[user.through].moduleId + " ";
+  }
+  EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
 }
 
 TEST(MergeSetTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {

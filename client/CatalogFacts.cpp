@@ -1,0 +1,110 @@
+#include "client/CatalogFacts.h"
+
+#include <climits>
+
+#include "client/Catalog.h"
+#include "client/NearestNames.h"
+#include "client/Properties.h"
+
+namespace {
+
+std::optional<long> LanguageOf(IMMDependency& dependency) {
+  const long language = Number(dependency, &IMMDependency::get_Language);
+  return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
+}
+
+/// The language of an exclusion is a text, empty when the table has none.
+std::optional<long> LanguageOf(IMMExclusion& exclusion) {
+  const std::string language = Text(exclusion, &IMMExclusion::get_Language);
+  return language.empty() ? std::nullopt
+                          : std::optional<long>(std::strtol(language.c_str(), nullptr, 10));
+}
+
+std::vector<Requirement> ReadRequirements(IMergeModule& module) {
+  std::vector<Requirement> requirements;
+  ForEach<IMMDependency>(*Get(module, &IMergeModule::get_Dependencies),
+                         [&](IMMDependency& dependency) {
+                           requirements.push_back({Text(dependency, &IMMDependency::get_ModuleID),
+                                                   LanguageOf(dependency),
+                                                   Text(dependency, &IMMDependency::get_Version)});
+                         });
+  return requirements;
+}
+
+std::vector<Exclusion> ReadExclusions(IMergeModule& module) {
+  std::vector<Exclusion> exclusions;
+  ForEach<IMMExclusion>(*Get(module, &IMergeModule::get_Exclusions), [&](IMMExclusion& exclusion) {
+    exclusions.push_back({Text(exclusion, &IMMExclusion::get_ModuleID), LanguageOf(exclusion),
+                          Text(exclusion, &IMMExclusion::get_MinVersion),
+                          Text(exclusion, &IMMExclusion::get_MaxVersion)});
+  });
+  return exclusions;
+}
+
+std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
+  std::vector<DeliveredFile> files;
+  ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
+    files.push_back(
+        {LongName(Text(file, &IMMFile::get_FileName)), Text(file, &IMMFile::get_Directory)});
+  });
+  return files;
+}
+
+/// Adds what the tables of the module at the end of the lists say.
+void ReadTables(IMergeModule& module, Facts facts, CatalogFacts& catalog) {
+  catalog.merge.back().requirements = ReadRequirements(module);
+  if (facts == Facts::All) {
+    catalog.details.back().exclusions = ReadExclusions(module);
+    catalog.details.back().files = ReadFiles(module);
+  }
+}
+
+}  // namespace
+
+std::string LongName(const std::string& fileName) {
+  const size_t bar = fileName.find('|');
+  return bar == std::string::npos ? fileName : fileName.substr(bar + 1);
+}
+
+CatalogFacts ReadCatalogFacts(Facts facts, Report& report) {
+  CatalogFacts catalog;
+  ForEach<IMergeModule>(*Catalog().Modules(), [&](IMergeModule& module) {
+    catalog.modules.push_back(ReadModule(module));
+    const ListedModule& listed = catalog.modules.back();
+    catalog.merge.push_back({listed.key, listed.moduleId, listed.language, listed.version, {}});
+    catalog.details.emplace_back();
+    catalog.details.back().path = listed.path;
+    try {
+      ReadTables(module, facts, catalog);
+    } catch (const ServerFailure& failure) {
+      catalog.details.back().failure = failure.what();
+      report.AddFailure(listed.path, "", failure);
+    }
+  });
+  return catalog;
+}
+
+std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const std::string& key) {
+  const std::string wanted = FoldCase(key);
+  std::vector<size_t> positions;
+  for (size_t position = 0; position < modules.size(); ++position) {
+    const ListedModule& module = modules[position];
+    if (!key.empty() && (FoldCase(module.key) == wanted || FoldCase(module.moduleId) == wanted)) {
+      positions.push_back(position);
+    }
+  }
+  return positions;
+}
+
+void RemarkUnknownKey(const std::vector<ListedModule>& modules, const std::string& key) {
+  std::vector<std::string> keys;
+  for (const ListedModule& module : modules) {
+    keys.push_back(module.key);
+  }
+  std::string remark = key + ": the catalog has no such module";
+  const std::vector<std::string> nearest = NearestNames(key, keys);
+  for (const std::string& name : nearest) {
+    remark += (name == nearest.front() ? "; did you mean " : " or ") + name;
+  }
+  PrintRemark(remark);
+}

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// One line of a section, name=value, in UTF-8.
+struct IniLine {
+  std::string name;
+  std::string value;
+};
+
+/// The lines of a section of an INI file, read by the reader component; none when there is no such
+/// section. Throws ServerFailure when the component or the file cannot be read.
+std::vector<IniLine> ReadIniSection(const std::string& path, const wchar_t* section);
