@@ -3,9 +3,15 @@
 //
 //   ListCatalog [ID[:LANGUAGE]]
 //
-// It needs idl/qmmmupdater.h, ole32 and oleaut32. With ListCatalog.rc it finds the server beside
-// itself, without registration; without that resource script it uses the registered server.
-// Ends with 0, 3 when there is no such module, or 1 after a failure.
+// It needs idl/qmmmupdater.h, ole32 and oleaut32:
+//
+//   i686-w64-mingw32-windres ListCatalog.rc resources.o
+//   i686-w64-mingw32-g++ -std=c++17 -municode -DUNICODE -static -I ../../include
+//     ListCatalog.cpp resources.o -lole32 -loleaut32 -o ListCatalog.exe
+//
+// With ListCatalog.rc it finds the server beside itself, without registration; without that
+// resource script it uses the registered server. Ends with 0, 3 when there is no such module, or 1
+// after a failure.
 
 #include <windows.h>
 
