@@ -7,6 +7,9 @@ namespace msidb {
 Database Database::OpenReadOnly(const CWideString& path) { return Open(path, MSIDBOPEN_READONLY); }
 
 Database Database::Open(const CWideString& path, const wchar_t* persist) {
+  if (path.length() >= MAX_PATH) {  // some installers copy it to their stack without counting
+    ReportInstallerResult(ERROR_FILENAME_EXCED_RANGE, L"MsiOpenDatabase", path.c_str());
+  }
   CMsiHandle handle;
   ReportInstallerResult(::MsiOpenDatabaseW(path.c_str(), persist, handle.Put()), L"MsiOpenDatabase",
                         path.c_str());

@@ -121,6 +121,16 @@ TEST_F(Installer, ReportTakesTheLastErrorRecordForText) {
 
 // ---- The wrappers
 
+TEST_F(Installer, PathThatIsTooLongIsNotGivenToTheInstaller) {
+  const CWideString longest(L"C:\\" + std::wstring(MAX_PATH - 4, L'm'));
+  Answer("MsiOpenDatabaseW", ERROR_OPEN_FAILED);
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED),
+            FailureOf([&] { Database::OpenReadOnly(longest); }).hr);
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILENAME_EXCED_RANGE),
+            FailureOf([&] { Database::OpenReadOnly(longest + L"m"); }).hr);
+  EXPECT_EQ(1, CallsOf("MsiOpenDatabaseW"));
+}
+
 TEST_F(Installer, EveryFailureIsRaisedWithItsCall) {
   struct Case {
     const char* function;
