@@ -59,9 +59,10 @@ void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileS
   m_strPath = path;
   m_pOrigin = std::move(origin);
   if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
-    Raise(com_exception(
-        qm::HResultFromCode(ERROR_FILE_CORRUPT),
-        CWideString::Format(L"The file is cut short. MsiOpenDatabase(%s)", path.c_str())));
+    Raise(
+        com_exception(qm::HResultFromCode(ERROR_FILE_CORRUPT),
+                      CWideString::Format(L"The file is damaged or cut short. MsiOpenDatabase(%s)",
+                                          path.c_str())));
   }
   ReadSignature();
   ReadSummary();
