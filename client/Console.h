@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
+/// Whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
+bool IsConsole(DWORD standardHandle) noexcept;
+
 /// Has stdout buffered and a console show the UTF-8 that the client writes; a pipe or file gets the
-/// bytes in any case. One object, in main.
+/// bytes in any case. Leaves the console as it was. One object, in main.
 class CUtf8Console {
  public:
   CUtf8Console() noexcept;
@@ -13,7 +16,12 @@ class CUtf8Console {
 
  private:
   UINT m_previousCodePage;
+  DWORD m_previousMode = 0;
 };
+
+/// Has the console of stdout obey the marks of Style.h. False when stdout is none or cannot, or
+/// when the environment's NO_COLOR forbids colours.
+bool EnableColors() noexcept;
 
 /// Whether everything that was printed to stdout has been written.
 bool FlushOutput() noexcept;

@@ -57,7 +57,7 @@ std::vector<IndexEntry> ReadIndexEntries(Report& report) {
       report.AddFailure(path, "", failure);
     }
   };
-  read(nameFolder, "modules.ini", L"modules", [](const IniLine& line) { return line.name; });
+  read(nameFolder, kModuleIndex, L"modules", [](const IniLine& line) { return line.name; });
   read(fileFolder, "FilesToModules.ini", L"FilesToModules",
        [](const IniLine& line) { return KeyBehindFlag(line.value); });
   read(fileFolder, "PlatformFilesToModules.ini", L"PlatformFileToModule",

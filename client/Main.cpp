@@ -9,9 +9,9 @@
 #include "client/Report.h"
 #include "client/Utf8.h"
 
-// Has the C library expand wildcards in arguments, which Windows leaves to programs.
+// The C library does not expand wildcards in arguments: of some they are a part.
 extern "C" int _dowildcard;
-int _dowildcard = -1;
+int _dowildcard = 0;
 
 namespace {
 
