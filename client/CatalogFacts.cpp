@@ -75,8 +75,9 @@ void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
 
 CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
   CatalogFacts catalog;
+  Progress progress;
   const CComPtr<IMergeModules> modules = Catalog().Modules();
-  Progress progress(static_cast<size_t>(Number(*modules, &IMergeModules::get_Count)));
+  progress.SetTotal(static_cast<size_t>(Number(*modules, &IMergeModules::get_Count)));
   ForEach<IMergeModule>(*modules, [&](IMergeModule& module) {
     progress.Step();
     catalog.modules.push_back(ReadModule(module));

@@ -22,9 +22,12 @@ CUtf8Console::CUtf8Console() noexcept
     : m_previousCodePage(IsConsole(STD_OUTPUT_HANDLE) || IsConsole(STD_ERROR_HANDLE)
                              ? ::GetConsoleOutputCP()
                              : 0) {
-  // A console costs one call per character when the program does not buffer.
+  // A console costs one call per character when the program does not buffer, and shows no character
+  // of which it gets the bytes one by one.
   static char buffer[1 << 16];
+  static char remarks[1 << 12];
   std::setvbuf(stdout, buffer, _IOFBF, sizeof buffer);
+  std::setvbuf(stderr, remarks, _IOFBF, sizeof remarks);
   ::GetConsoleMode(Output(), &m_previousMode);
   if (m_previousCodePage) {
     ::SetConsoleOutputCP(CP_UTF8);

@@ -5,8 +5,9 @@
 /// Whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
 bool IsConsole(DWORD standardHandle) noexcept;
 
-/// Has stdout buffered and a console show the UTF-8 that the client writes; a pipe or file gets the
-/// bytes in any case. Leaves the console as it was. One object, in main.
+/// Has stdout and stderr buffered and a console show the UTF-8 that the client writes; a pipe or
+/// file gets the bytes in any case. What is written to stderr is to be flushed. Leaves the console
+/// as it was. One object, in main.
 class CUtf8Console {
  public:
   CUtf8Console() noexcept;

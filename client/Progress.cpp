@@ -6,33 +6,39 @@
 
 namespace {
 
-// Milliseconds. What is done at once needs no progress.
-constexpr ULONGLONG kFirst = 500;
-constexpr ULONGLONG kNext = 100;
+constexpr ULONGLONG kInterval = 100;  // milliseconds
 
 int g_width = 0;  // of what stands in the line
 
 }  // namespace
 
-Progress::Progress(size_t total) noexcept
-    : m_total(total),
-      m_isShown(IsConsole(STD_ERROR_HANDLE)),
-      m_nextTime(::GetTickCount64() + kFirst) {}
+Progress::Progress() noexcept : m_isShown(IsConsole(STD_ERROR_HANDLE)) {
+  if (m_isShown) {
+    Show("reading the list of modules");
+  }
+}
 
 void Progress::Step() noexcept {
   ++m_begun;
   if (!m_isShown || ::GetTickCount64() < m_nextTime) {
     return;
   }
-  m_nextTime = ::GetTickCount64() + kNext;
-  char line[64];
-  std::snprintf(line, sizeof line, "reading %zu of %zu modules", m_begun, m_total);
-  g_width = std::fprintf(stderr, "\r%s", line) - 1;
+  char text[64];
+  std::snprintf(text, sizeof text, "reading %zu of %zu modules", m_begun, m_total);
+  Show(text);
+}
+
+void Progress::Show(const char* text) noexcept {
+  Erase();
+  g_width = std::fprintf(stderr, "%s", text);
+  std::fflush(stderr);
+  m_nextTime = ::GetTickCount64() + kInterval;
 }
 
 void Progress::Erase() noexcept {
   if (g_width > 0) {
     std::fprintf(stderr, "\r%*s\r", g_width, "");
+    std::fflush(stderr);
     g_width = 0;
   }
 }

@@ -4,14 +4,18 @@
 
 #include <cstddef>
 
-/// Says on stderr how far a long run over the modules has come, "reading 1200 of 2900 modules",
+/// Says on stderr how far a long run over the catalog has come, "reading 1200 of 2900 modules",
 /// where stderr is a console, and takes that away at the end. One at a time.
 class Progress {
  public:
-  explicit Progress(size_t total) noexcept;
+  /// The catalog makes its list of modules.
+  Progress() noexcept;
   ~Progress() { Erase(); }
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
+
+  /// The list is there, and has so many modules.
+  void SetTotal(size_t total) noexcept { m_total = total; }
 
   /// The next module is about to be read.
   void Step() noexcept;
@@ -20,8 +24,10 @@ class Progress {
   static void Erase() noexcept;
 
  private:
-  size_t m_total;
+  void Show(const char* text) noexcept;
+
+  size_t m_total = 0;
   size_t m_begun = 0;
   bool m_isShown;
-  ULONGLONG m_nextTime;
+  ULONGLONG m_nextTime = 0;
 };

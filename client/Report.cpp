@@ -46,4 +46,5 @@ ExitCode Report::Finish(ExitCode outcome) {
 void PrintRemark(const std::string& text) {
   Progress::Erase();
   std::fprintf(stderr, "mmcat: %s\n", Printable(text).c_str());
+  std::fflush(stderr);
 }
