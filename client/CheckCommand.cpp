@@ -95,15 +95,17 @@ std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogF
   return scope;
 }
 
+std::string Count(size_t count, const std::string& what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string FindingsText(const std::vector<Finding>& findings, size_t modules) {
   std::string text;
   for (const Finding& finding : findings) {
     text += Highlighted(finding.code) + ": " + Printable(finding.text) + '\n';
   }
-  return text +
-         (findings.empty() ? "Nothing found in "
-                           : std::to_string(findings.size()) + " findings in ") +
-         std::to_string(modules) + " modules\n";
+  return text + (findings.empty() ? "Nothing found" : Count(findings.size(), "finding")) + " in " +
+         Count(modules, "module") + '\n';
 }
 
 Json FindingsJson(const std::vector<Finding>& findings) {
