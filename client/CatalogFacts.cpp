@@ -48,16 +48,6 @@ std::vector<Exclusion> ReadExclusions(IMergeModule& module) {
   return exclusions;
 }
 
-std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
-  std::vector<DeliveredFile> files;
-  ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
-    files.push_back(MakeDeliveredFile(
-        Text(file, &IMMFile::get_FileName), Text(file, &IMMFile::get_Directory),
-        Text(file, &IMMFile::get_Key), Text(file, &IMMFile::get_Version), SizeOf(file)));
-  });
-  return files;
-}
-
 /// Adds what the tables of the module at the end of the lists say.
 void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
   if (facts & kRequirements) {
@@ -72,6 +62,16 @@ void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
 }
 
 }  // namespace
+
+std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
+  std::vector<DeliveredFile> files;
+  ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
+    files.push_back(MakeDeliveredFile(
+        Text(file, &IMMFile::get_FileName), Text(file, &IMMFile::get_Directory),
+        Text(file, &IMMFile::get_Key), Text(file, &IMMFile::get_Version), SizeOf(file)));
+  });
+  return files;
+}
 
 CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
   CatalogFacts catalog;

@@ -18,6 +18,9 @@ struct CatalogFacts {
 /// to the report, and has no tables. Throws ServerFailure when the catalog fails.
 CatalogFacts ReadCatalogFacts(unsigned facts, Report& report);
 
+/// The rows of a module's File table. Throws ServerFailure.
+std::vector<DeliveredFile> ReadFiles(IMergeModule& module);
+
 /// The positions of the modules of a key, "ID" or "ID:language", in any letter case.
 std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const std::string& key);
 
