@@ -46,6 +46,9 @@ CWideString KeyOfPlatformEntry(std::wstring_view value) {
 
 CWideString FindModuleForFile(std::wstring_view file) {
   const CWideString name = LowerCaseFileName(file);
+  if (name.empty()) {
+    return {};  // the index may have a line without a name
+  }
   const CIniIndexes& indexes = CIniIndexes::Instance();
   const auto found = indexes.FileModules().find(name);
   if (found != indexes.FileModules().end()) {

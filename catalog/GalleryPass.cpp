@@ -1,26 +1,11 @@
 #include "catalog/GalleryPass.h"
 
 #include "catalog/FolderFiles.h"
-#include "common/ModuleKey.h"
+#include "common/Path.h"
 
 namespace {
 
 constexpr std::wstring_view kExtension = L".ini";
-
-/// The key of the module that a description names; empty when it names none.
-CWideString KeyOfDescription(const CWideString& name) {
-  CMMGallery description;
-  description.SetNameAndVersion(name.c_str(), L"");
-  const CWideString id = description.GetModuleID();
-  return id.empty() ? id : MakeModuleKey(id, description.GetLanguage());
-}
-
-std::shared_ptr<CCacheMSM> MakeGalleryRecord(CCatalogState& state, const CWideString& name) {
-  auto record = std::make_shared<CCacheMSM>();
-  record->InitFromGallery(name);
-  state.records.push_back(record);
-  return record;
-}
 
 }  // namespace
 
@@ -30,11 +15,14 @@ void AddModulesOfGallery(CCatalogState& state, const CWideString& galleryRoot,
   const auto addModule = [&](const WIN32_FIND_DATAW& found) {
     const std::wstring_view fileName(found.cFileName);
     const CWideString name(fileName.substr(0, fileName.size() - kExtension.size()));
-    const CWideString key = KeyOfDescription(name);
-    if (key.empty() || modules.HasKey(key)) {
+    // One that is not listed is read as well: a description that were opened a second time to be
+    // listed could be another one by then, or fail, which reads as empty.
+    const auto record = std::make_shared<CCacheMSM>();
+    record->InitFromGallery(name);
+    if (record->ModuleID().empty() || modules.HasKey(record->Key())) {
       return;
     }
-    const auto record = MakeGalleryRecord(state, name);
+    state.records.push_back(record);
     records.insert_or_assign(name, record);
     modules.Add(record);
   };

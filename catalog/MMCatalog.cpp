@@ -153,11 +153,9 @@ HRESULT CMMCatalog::Find(MakeQuery makeQuery, IMergeModules** modules, long* cou
 
 STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModules** modules,
                                      long* count) {
-  if (!key) {
-    return E_POINTER;
-  }
   return Find(
       [&] {
+        ThrowIfFailed(key ? S_OK : E_POINTER);
         ModuleQuery query = QueryOfKey(*key, version);
         query.language.clear();
         return query;
@@ -177,8 +175,10 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
       return E_POINTER;
     }
     modules->vt = VT_EMPTY;
+    // A script may pass one variable for both.
+    const ModuleQuery wanted = QueryOfArgument(query);
     GiveCount(0, count);
-    const CModuleList matches = MatchModules(RequireModules(), QueryOfArgument(query));
+    const CModuleList matches = MatchModules(RequireModules(), wanted);
     GiveCount(static_cast<long>(matches.Records().size()), count);
     modules->pdispVal = matches.NewReference();
     modules->vt = VT_DISPATCH;

@@ -3,6 +3,7 @@
 #include <utility>
 
 #include "common/Bstr.h"
+#include "common/CollectionIndex.h"
 #include "common/ComPtr.h"
 #include "server/error/Raise.h"
 
@@ -93,8 +94,8 @@ ModuleQuery QueryOfArrayObject(IDispatch* object) {
 
 ModuleQuery QueryOfArgument(const VARIANT& argument) {
   CUniqueVariant value;
-  // Follows references, without which a loop of them cannot be walked.
-  Require(SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(&argument))));
+  const VARIANT* const source = FollowReferences(&argument);
+  Require(source && SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source))));
   if (value->vt & VT_ARRAY) {
     return QueryOfArray(value->parray);
   }
@@ -106,9 +107,7 @@ ModuleQuery QueryOfArgument(const VARIANT& argument) {
 }
 
 void GiveCount(long count, VARIANT* out) noexcept {
-  if (out && out->vt == (VT_VARIANT | VT_BYREF)) {
-    out = out->pvarVal;
-  }
+  out = const_cast<VARIANT*>(FollowReferences(out));
   if (!out || (out->vt == VT_ERROR && out->scode == DISP_E_PARAMNOTFOUND)) {
     return;
   }

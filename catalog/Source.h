@@ -40,9 +40,11 @@ class CSource {
   void UpdateRecords(Adopt adopt) {
     for (File& file : m_files) {
       if (NeedsReading(file)) {
-        auto record = Read(file.name);
+        auto record = Read(file);
         if (record) {
           adopt(record);
+        } else {
+          file.stamp = {};  // if it comes back as it was, that is a change
         }
         file.record = std::move(record);
         file.readStamp = file.stamp;
@@ -78,7 +80,8 @@ class CSource {
   void ListFolder();
   void ReplaceFiles(Files others, size_t unchanged);
   void RetryUnreadable();
-  std::shared_ptr<CCacheMSM> Read(const CWideString& fileName) const;
+  static CCacheMSM::FileState StateOf(const Stamp& stamp) noexcept;
+  std::shared_ptr<CCacheMSM> Read(const File& file) const;
   void SetRecords();
 
   SearchFolder m_folder;

@@ -141,6 +141,7 @@ class ModuleCheck {
       return;
     }
     std::vector<std::string> places;
+    places.reserve(modules.size());
     for (const size_t position : modules) {
       places.push_back(m_details[position].path + " (version " + Module(position).version + ')');
     }
@@ -151,6 +152,7 @@ class ModuleCheck {
 
   void AddVersions(const std::string& id, const std::vector<size_t>& modules) {
     std::vector<std::string> versions;
+    versions.reserve(modules.size());
     for (const size_t position : modules) {
       versions.push_back(Module(position).version);
     }

@@ -6,8 +6,11 @@
 
 namespace {
 
-/// Follows VT_BYREF | VT_VARIANT; null when a reference leads nowhere or never ends.
-const VARIANT* Dereference(const VARIANT* value) noexcept {
+size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1; }
+
+}  // namespace
+
+const VARIANT* FollowReferences(const VARIANT* value) noexcept {
   // No caller nests references; a chain this deep refers to itself.
   constexpr int maxDepth = 16;
   for (int depth = 0; value && depth < maxDepth; ++depth) {
@@ -20,13 +23,9 @@ const VARIANT* Dereference(const VARIANT* value) noexcept {
   return nullptr;
 }
 
-size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1; }
-
-}  // namespace
-
 CCollectionIndex::CCollectionIndex(const VARIANT& index) {
   ::VariantInit(&m_converted);
-  if (const VARIANT* const value = Dereference(&index)) {
+  if (const VARIANT* const value = FollowReferences(&index)) {
     Take(*value);
   }
 }

@@ -4,6 +4,10 @@
 
 #include <string_view>
 
+/// What a VARIANT refers to with VT_VARIANT | VT_BYREF, over several references too; null when one
+/// of them, or that of the value itself, leads nowhere, or when they never end.
+const VARIANT* FollowReferences(const VARIANT* value) noexcept;
+
 /// The index of a collection element as a client gives it: a position, a text, or nothing that an
 /// element could have.
 ///

@@ -2,6 +2,7 @@
 
 #include "common/ModuleKey.h"
 #include "gallery/IniIndexes.h"
+#include "msidb/CompoundFile.h"
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
@@ -53,25 +54,34 @@ void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameLis
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin) {
+void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileState state) {
   m_strPath = path;
   m_pOrigin = std::move(origin);
+  if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
+    Raise(com_exception(
+        HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT),
+        CWideString::Format(L"The file is cut short. MsiOpenDatabase(%s)", path.c_str())));
+  }
   ReadSignature();
   ReadSummary();
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin)); });
+void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin, FileState state) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin), state); });
   if (m_pFailure) {
     ResolveDisplayName();
   }
 }
 
-void CCacheMSM::RequireReadable() const {
+CCacheMSM::Tables& CCacheMSM::RequireTables() {
   if (m_pFailure) {
     Raise(*m_pFailure);
   }
+  if (!m_pTables) {
+    m_pTables = std::make_unique<Tables>();
+  }
+  return *m_pTables;
 }
 
 void CCacheMSM::InitFromGallery(const CWideString& name) {
@@ -118,64 +128,64 @@ void CCacheMSM::ResolveDisplayName() {
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
-  RequireReadable();
-  if (!std::exchange(m_bDialogsRead, true)) {
-    LoadDialogs();
+  Tables& tables = RequireTables();
+  if (!std::exchange(tables.m_bDialogsRead, true)) {
+    LoadDialogs(tables.m_dialogs);
   }
-  return m_dialogs;
+  return tables.m_dialogs;
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
-  RequireReadable();
-  if (!std::exchange(m_bCustomActionsRead, true)) {
-    LoadCustomActions();
+  Tables& tables = RequireTables();
+  if (!std::exchange(tables.m_bCustomActionsRead, true)) {
+    LoadCustomActions(tables.m_customActions);
   }
-  return m_customActions;
+  return tables.m_customActions;
 }
 
 const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
-  RequireReadable();
-  if (!std::exchange(m_bDependenciesRead, true)) {
-    LoadDependencies();
+  Tables& tables = RequireTables();
+  if (!std::exchange(tables.m_bDependenciesRead, true)) {
+    LoadDependencies(tables.m_dependencies);
   }
-  return m_dependencies;
+  return tables.m_dependencies;
 }
 
 const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
-  RequireReadable();
-  if (!std::exchange(m_bExclusionsRead, true)) {
-    LoadExclusions();
+  Tables& tables = RequireTables();
+  if (!std::exchange(tables.m_bExclusionsRead, true)) {
+    LoadExclusions(tables.m_exclusions);
   }
-  return m_exclusions;
+  return tables.m_exclusions;
 }
 
 const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
-  RequireReadable();
-  if (!std::exchange(m_bFilesRead, true)) {
-    LoadFiles();
+  Tables& tables = RequireTables();
+  if (!std::exchange(tables.m_bFilesRead, true)) {
+    LoadFiles(tables.m_files);
   }
-  return m_files;
+  return tables.m_files;
 }
 
 CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
   return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, msidb::kTargetPath);
 }
 
-void CCacheMSM::LoadDialogs() {
+void CCacheMSM::LoadDialogs(NameList& dialogs) const {
   if (m_bFromGallery) {
     return;
   }
-  ReadNames(m_strPath, L"Dialog", m_dialogs);
+  ReadNames(m_strPath, L"Dialog", dialogs);
 }
 
-void CCacheMSM::LoadCustomActions() {
+void CCacheMSM::LoadCustomActions(NameList& customActions) const {
   if (m_bFromGallery) {
     return;
   }
-  ReadNames(m_strPath, L"CustomAction", m_customActions);
+  ReadNames(m_strPath, L"CustomAction", customActions);
 }
 
-void CCacheMSM::LoadDependencies() {
+void CCacheMSM::LoadDependencies(DependencyMap& dependencies) const {
   if (m_bFromGallery) {
     return;
   }
@@ -187,12 +197,12 @@ void CCacheMSM::LoadDependencies() {
                         dependency.RequiredVersion == m_strVersion;
     if (!itself) {
       const CWideString key = dependency.Key;
-      m_dependencies.insert_or_assign(key, std::move(dependency));
+      dependencies.insert_or_assign(key, std::move(dependency));
     }
   });
 }
 
-void CCacheMSM::LoadExclusions() {
+void CCacheMSM::LoadExclusions(ExclusionMap& exclusions) const {
   if (m_bFromGallery) {
     return;
   }
@@ -200,11 +210,11 @@ void CCacheMSM::LoadExclusions() {
     row.RequireFields(6, L"ModuleExclusion");
     ExclusionRecord exclusion(row);
     const CWideString key = exclusion.Key;
-    m_exclusions.insert_or_assign(key, std::move(exclusion));
+    exclusions.insert_or_assign(key, std::move(exclusion));
   });
 }
 
-void CCacheMSM::LoadFiles() {
+void CCacheMSM::LoadFiles(FileMap& files) const {
   if (m_bFromGallery) {
     return;
   }
@@ -222,6 +232,6 @@ void CCacheMSM::LoadFiles() {
     const auto component = directories.find(row.GetString(2));
     FileRecord file(row, component == directories.end() ? CWideString() : component->second);
     const CWideString key = file.File;
-    m_files.insert_or_assign(key, std::move(file));
+    files.insert_or_assign(key, std::move(file));
   });
 }

@@ -28,13 +28,20 @@ class CCacheMSM : public CMMGallery {
   /// Text that many records share; null counts as empty.
   using SharedText = std::shared_ptr<const CWideString>;
 
+  /// How sure it is that a file is complete.
+  enum class FileState {
+    Settled,   ///< nobody has written it for a while
+    Unsettled  ///< it may be cut short, and is looked at before the installer opens it
+  };
+
   /// Fills the record from the module database at `path`. `origin` says where it was found.
-  void InitFromModule(const CWideString& path, SharedText origin);
+  void InitFromModule(const CWideString& path, SharedText origin,
+                      FileState state = FileState::Unsettled);
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
   /// raised.
-  void InitFromFoundModule(const CWideString& path, SharedText origin);
+  void InitFromFoundModule(const CWideString& path, SharedText origin, FileState state);
 
   /// Whether a failure is kept, which every table then reports.
   bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
@@ -82,16 +89,32 @@ class CCacheMSM : public CMMGallery {
  private:
   using DirectoryMap = std::map<CWideString, CWideString>;
 
+  /// The module's tables, each with the flag that says that it was read, if only in vain.
+  struct Tables {
+    NameList m_dialogs;
+    bool m_bDialogsRead = false;
+    NameList m_customActions;
+    bool m_bCustomActionsRead = false;
+    DependencyMap m_dependencies;
+    bool m_bDependenciesRead = false;
+    ExclusionMap m_exclusions;
+    bool m_bExclusionsRead = false;
+    FileMap m_files;
+    bool m_bFilesRead = false;
+  };
+
+  /// The tables, for a caller that asks for one of them. Raises the kept failure of the file.
+  Tables& RequireTables();
+
   void ReadSignature();
   void ReadSummary();
   void ResolveDisplayName();
-  void RequireReadable() const;
 
-  void LoadDialogs();
-  void LoadCustomActions();
-  void LoadDependencies();
-  void LoadExclusions();
-  void LoadFiles();
+  void LoadDialogs(NameList& dialogs) const;
+  void LoadCustomActions(NameList& customActions) const;
+  void LoadDependencies(DependencyMap& dependencies) const;
+  void LoadExclusions(ExclusionMap& exclusions) const;
+  void LoadFiles(FileMap& files) const;
 
   CWideString m_strKey;
   CWideString m_strModuleID;
@@ -102,16 +125,7 @@ class CCacheMSM : public CMMGallery {
   CWideString m_strSubject;
   const CWideString* m_pDisplayName = &m_strSubject;  ///< of this record, or of the index
   long m_nLanguage = 0;
-  NameList m_dialogs;
-  bool m_bDialogsRead = false;
-  NameList m_customActions;
-  bool m_bCustomActionsRead = false;
-  DependencyMap m_dependencies;
-  bool m_bDependenciesRead = false;
-  ExclusionMap m_exclusions;
-  bool m_bExclusionsRead = false;
-  FileMap m_files;
-  bool m_bFilesRead = false;
+  std::unique_ptr<Tables> m_pTables;  ///< null before a table is first asked for
   bool m_bFromGallery = false;
   SharedText m_pOrigin;
   std::unique_ptr<const com_exception> m_pFailure;

@@ -32,7 +32,7 @@ bool View::RunAndFetch(const Database& database, const CWideString& query,
 }
 
 void View::RunTable(const Database& database, const CWideString& table) {
-  Run(database, CWideString::Format(L"SELECT * FROM `%s`", table.c_str()));
+  Run(database, CWideString(L"SELECT * FROM `") + table + L"`");
 }
 
 bool View::Next() {

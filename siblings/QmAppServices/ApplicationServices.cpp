@@ -3,6 +3,7 @@
 #include <optional>
 
 #include "common/Path.h"
+#include "common/SearchPath.h"
 #include "common/SystemFolders.h"
 #include "siblings/Gleaner/IniFile.h"
 
@@ -30,6 +31,22 @@ std::optional<CWideString> FromEnvironment(const wchar_t* variable) {
   return CWideString(std::move(value));
 }
 
+/// A folder of the settings file: one that begins with a dot lies below the folder of the file.
+CWideString FromOwnFolder(const CWideString& folder) {
+  const bool isRelative = !folder.empty() && folder.c_str()[0] == L'.';
+  return isRelative ? FullPath(JoinPath(OwnFolder(), folder)) : folder;
+}
+
+/// The same for folders that are divided by commas.
+CWideString AllFromOwnFolder(const CWideString& folders) {
+  CWideString all;
+  for (const CWideString& folder : SplitCommaList(folders)) {
+    all += all.empty() ? L"" : L",";
+    all += FromOwnFolder(folder);
+  }
+  return all;
+}
+
 std::optional<CWideString> FromSettingsFile(const wchar_t* key) {
   const CWideString path = JoinPath(OwnFolder(), L"QmAppServices.ini");
   if (::GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
@@ -41,13 +58,21 @@ std::optional<CWideString> FromSettingsFile(const wchar_t* key) {
   return found ? std::optional<CWideString>(file->TextAt(found->value)) : std::nullopt;
 }
 
-std::optional<CWideString> FromSettings(const wchar_t* variable, const wchar_t* key) {
+/// A value that is set somewhere; what the settings file says goes through `resolve`.
+std::optional<CWideString> FromSettings(const wchar_t* variable, const wchar_t* key,
+                                        CWideString (*resolve)(const CWideString&)) {
   std::optional<CWideString> value = FromEnvironment(variable);
-  return value ? value : FromSettingsFile(key);
+  if (!value) {
+    value = FromSettingsFile(key);
+    if (value) {
+      value = resolve(*value);
+    }
+  }
+  return value;
 }
 
 CWideString Folder(const wchar_t* variable, const wchar_t* key) {
-  const std::optional<CWideString> value = FromSettings(variable, key);
+  const std::optional<CWideString> value = FromSettings(variable, key, FromOwnFolder);
   return value ? *value : OwnFolder();
 }
 
@@ -71,7 +96,8 @@ STDMETHODIMP CApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
 
 STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
-    const std::optional<CWideString> value = FromSettings(L"QM_MODULE_PATH", L"ModulePath");
+    const std::optional<CWideString> value =
+        FromSettings(L"QM_MODULE_PATH", L"ModulePath", AllFromOwnFolder);
     return value ? *value : CommonModules();
   });
 }
@@ -82,6 +108,7 @@ STDMETHODIMP CApplicationServices::get_DataFolder(BSTR* folder) {
 
 STDMETHODIMP CApplicationServices::get_UserModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
-    return FromSettings(L"QM_USER_MODULE_PATH", L"UserModulePath").value_or(CWideString());
+    return FromSettings(L"QM_USER_MODULE_PATH", L"UserModulePath", AllFromOwnFolder)
+        .value_or(CWideString());
   });
 }

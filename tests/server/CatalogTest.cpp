@@ -1,13 +1,41 @@
 #include "tests/support/CatalogTest.h"
 
+#include <chrono>
 #include <filesystem>
+#include <functional>
 
-#include "common/Bstr.h"
+#include "msidb/MsiHandle.h"
 #include "tests/support/Answers.h"
+#include "tests/support/Imports.h"
 
 namespace {
 
-class CatalogTest : public CCatalogTest {};
+/// What is done when the server opens a database next.
+std::function<void()> s_whenOpened;
+
+UINT WINAPI OpenDatabase(const wchar_t* path, const wchar_t* persist, MSIHANDLE* database) {
+  if (const auto what = std::exchange(s_whenOpened, nullptr)) {
+    what();
+  }
+  return ::MsiOpenDatabaseW(path, persist, database);
+}
+
+using testing::EndsWith;
+using testing::PrintToString;
+
+class CatalogTest : public CCatalogTest {
+ protected:
+  /// Has `path` name another file; the file that it named before goes.
+  void Copy(const std::wstring& from, const std::wstring& path) const {
+    EXPECT_TRUE(::CopyFileW(from.c_str(), PathOf(path).c_str(), FALSE));
+  }
+
+  /// Changes the last-write time of a file.
+  void ShiftTime(const std::wstring& path, int seconds) const {
+    const std::filesystem::path file(m_folder / path);
+    last_write_time(file, last_write_time(file) + std::chrono::seconds(seconds));
+  }
+};
 
 TEST_F(CatalogTest, ListsSourcesInTwoPassesAndThenTheGallery) {
   SetSearchPath(L"*two,*one,*missing,*TWO\\,Q:\\removed");
@@ -16,11 +44,207 @@ TEST_F(CatalogTest, ListsSourcesInTwoPassesAndThenTheGallery) {
   WriteModule(L"two\\z.msm", "Alpha");
   WriteModule(L"two\\not a module.ms", "Gamma");
   std::filesystem::create_directories(PathOf(L"two\\folder.msm"));
-  WriteDescription(L"known", "Beta");
+  WriteDescription(L"known", "BETA");
   WriteDescription(L"new", "Delta", "2.0", 0);
+  WriteDescription(L"other name", "delta", "3.0", 0);
   WriteDescription(L"unnamed", "");
   const auto catalog = NewCatalog();
-  EXPECT_EQ(L"Alpha:1031 Beta:1033 Alpha:1033 Delta:0", KeysOf(catalog.Get()));
+  EXPECT_EQ(L"Alpha:1031 Beta:1033 Alpha:1033 Delta:0", KeysOf(catalog.Get()))
+      << "keys are equal in any letter case";
+}
+
+TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
+  SetSearchPath(L"*a,*b");
+  const std::wstring two = WriteModule(L"spare\\2", "Two"), rich = WriteModule(L"spare\\3", "Rich");
+  BuildRichModule(PathOf(L"a\\0.msm"));
+  WriteModule(L"a\\1.msm", "One");
+  const auto file = [&](const wchar_t* path) { return std::filesystem::path(m_folder / path); };
+  const struct {
+    const char* what;
+    std::function<void()> change;
+    int filesRead;  // -1 when the list stays
+    const wchar_t* keys;
+  } steps[] = {
+      {"nothing", [] {}, -1, L"One:1033 Rich.0A1B:1033"},
+      {"other files", [&] { WriteText(L"a\\1.msm.txt", ""); }, -1, L"One:1033 Rich.0A1B:1033"},
+      {"the gallery alone", [&] { WriteDescription(L"x", "New"); }, -1, L"One:1033 Rich.0A1B:1033"},
+      {"a new file", [&] { Copy(two, L"b\\2.msm"); }, 1,
+       L"One:1033 Rich.0A1B:1033 Two:1033 New:1033"},
+      {"newer", [&] { ShiftTime(L"a\\1.msm", 1); }, 1,
+       L"One:1033 Rich.0A1B:1033 Two:1033 New:1033"},
+      {"older", [&] { ShiftTime(L"b\\2.msm", -100000); }, 1,
+       L"One:1033 Rich.0A1B:1033 Two:1033 New:1033"},
+      {"another size at the same time",
+       [&] {
+         const auto time = last_write_time(file(L"b\\2.msm"));
+         Copy(m_folder / L"a\\0.msm", L"b\\2.msm");
+         last_write_time(file(L"b\\2.msm"), time);
+       },
+       1, L"One:1033 Rich.0A1B:1033 Rich.0A1B:1033 New:1033"},
+      {"replaced", [&] { rename(file(L"spare\\2"), file(L"b\\2.msm")); }, 1,
+       L"One:1033 Rich.0A1B:1033 Two:1033 New:1033"},
+      {"renamed", [&] { rename(file(L"a\\1.msm"), file(L"a\\1 of many.MSM")); }, 1,
+       L"One:1033 Rich.0A1B:1033 Two:1033 New:1033"},
+      {"moved", [&] { rename(file(L"a\\1 of many.MSM"), file(L"b\\1.msm")); }, 1,
+       L"Rich.0A1B:1033 One:1033 Two:1033 New:1033"},
+      {"removed", [&] { remove(file(L"b\\1.msm")); }, 0, L"Rich.0A1B:1033 Two:1033 New:1033"},
+      {"a folder removed", [&] { remove_all(file(L"b")); }, 0, L"Rich.0A1B:1033 New:1033"},
+      {"and made again", [&] { Copy(rich, L"b\\9.msm"); }, 1, L"Rich.0A1B:1033 Rich:1033 New:1033"},
+  };
+  // What one of two catalogs has read or found changed, the other one knows, too.
+  CComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
+  CComPtr<IMergeModules> lists[] = {ModulesOf(catalogs[0].Get()), ModulesOf(catalogs[1].Get())};
+  ReadModule(ModuleAt(lists[0].Get(), 2).Get(), L"Dialogs");
+  for (const auto& step : steps) {
+    SCOPED_TRACE(step.what);
+    step.change();
+    std::swap(catalogs[0], catalogs[1]);
+    std::swap(lists[0], lists[1]);
+    const int opened = FilesOpened();
+    for (int i : {0, 1}) {
+      const CComPtr<IMergeModules> before = lists[i];
+      const std::wstring keysBefore = KeysOf(before.Get());
+      lists[i] = ModulesOf(catalogs[i].Get());
+      EXPECT_EQ(step.filesRead < 0, before.Get() == lists[i].Get());
+      EXPECT_EQ(step.keys, KeysOf(lists[i].Get()));
+      EXPECT_EQ(keysBefore, KeysOf(before.Get())) << "a list that was handed out changed";
+      EXPECT_EQ(lists[i].Get(), ModulesOf(catalogs[i].Get()).Get());
+    }
+    const bool isFirst = std::wstring_view(step.keys).substr(0, 4) == L"Rich";
+    EXPECT_EQ(L"ZuluDialog / AlphaDialog",
+              ReadModule(ModuleAt(lists[0].Get(), isFirst ? 1 : 2).Get(), L"Dialogs"));
+    EXPECT_EQ(2 * std::max(step.filesRead, 0), FilesOpened() - opened);
+  }
+}
+
+TEST_F(CatalogTest, WhatWasHandedOutOutlivesFilesFoldersAndCatalogs) {
+  SetSearchPath(L"*a");
+  const std::wstring path = PathOf(L"a\\rich.msm");
+  BuildRichModule(path);
+  WriteDescription(L"described", "Described", "4.2", 0);
+  auto catalog = NewCatalog();
+  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  const auto rich = ModuleAt(list.Get(), 1), described = ModuleAt(list.Get(), 2);
+  CComPtr<IMMSources> sources;
+  CComPtr<IMMSource> source;
+  EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put()));
+  EXPECT_EQ(S_OK, sources->get_Item(CVariant(1), source.Put()));
+  EXPECT_EQ(L"ZuluDialog / AlphaDialog", ReadModule(rich.Get(), L"Dialogs"));
+
+  std::filesystem::remove_all(PathOf(L"a"));
+  std::filesystem::remove_all(PathOf(L"gallery"));
+  SetSearchPath(L"*b");
+  EXPECT_EQ(L"", KeysOf(NewCatalog().Get()));
+  EXPECT_EQ(L"", KeysOf(catalog.Get()));
+  catalog.Release();
+
+  EXPECT_EQ(L"Rich.0A1B:1033 Described:0", KeysOf(list.Get()));
+  EXPECT_EQ(L"ZuluDialog / AlphaDialog", ReadModule(rich.Get(), L"Dialogs"));
+  EXPECT_EQ(L"A rich module", ReadModule(rich.Get(), L"DisplayName"));
+  EXPECT_EQ(m_folder / L"a", ReadModule(rich.Get(), L"Origin"));
+  EXPECT_THAT(ReadModule(rich.Get(), L"Files"), EndsWith(L"MsiOpenDatabase(" + path + L")"));
+  EXPECT_EQ(L"4.2", ReadModule(described.Get(), L"Version"));
+  EXPECT_EQ(L"", ReadModule(described.Get(), L"Files"));
+  CComPtr<IMergeModules> ofSource;
+  EXPECT_EQ(S_OK, source->get_MergeModules(ofSource.Put()));
+  EXPECT_EQ(L"Rich.0A1B:1033", KeysOf(ofSource.Get()));
+}
+
+TEST_F(CatalogTest, AModuleOfAFileGoesBeforeTheGallerysAndOfDoublesTheFirstIsFound) {
+  SetSearchPath(L"*a,*b");
+  WriteDescription(L"d", "ALPHA");
+  const std::wstring late = WriteModule(L"b\\1.msm", "Alpha"),
+                     second = WriteModule(L"a\\2.msm", "Alpha"),
+                     first = WriteModule(L"a\\1.msm", "Alpha");
+  const auto catalog = NewCatalog();
+  for (const std::wstring& path : {first, second, late}) {
+    SCOPED_TRACE(PrintToString(path));
+    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    CComPtr<IMergeModule> found;
+    EXPECT_EQ(S_OK, list->get_Item(CVariant(L"aLPHA:1033"), found.Put()));
+    EXPECT_EQ(path, ReadModule(found.Get(), L"Path"));
+    EXPECT_EQ(KeysOf(list.Get()), Find(catalog.Get(), L"alpha")) << "doubles are all listed";
+    EXPECT_TRUE(std::filesystem::remove(path));
+  }
+  EXPECT_EQ(L"ALPHA:1033", KeysOf(catalog.Get()));
+  WriteModule(L"a\\1.msm", "Alpha");
+  EXPECT_EQ(L"Alpha:1033", KeysOf(catalog.Get()));
+}
+
+TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
+  SetSearchPath(L"*a");
+  const std::wstring good = WriteModule(L"a\\good.msm", "Good");
+  const std::wstring locked = WriteModule(L"a\\locked.msm", "Locked");
+  WriteText(L"a\\empty.msm", "");
+  WriteText(L"a\\text.msm", "This is no database.");
+  BuildModule(PathOf(L"a\\other.msm"), {{L"Dialog", "Some\t1\n"}});
+  HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  const auto catalog = NewCatalog();
+  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  EXPECT_EQ(L"? ? ? ? Good:1033", KeysOf(list.Get()));
+  const wchar_t* names[] = {L"empty", L"locked", L"other", L"text"};
+  for (long i = 0; i < 4; ++i) {
+    const std::wstring path = m_folder / (L"a\\" + std::wstring(names[i]) + L".msm");
+    SCOPED_TRACE(PrintToString(path));
+    const CComPtr<IMergeModuleTavik> module = ModuleAt(list.Get(), i + 1);
+    EXPECT_EQ(path, ReadModule(module.Get(), L"DisplayName"));
+    EXPECT_EQ(path, ReadModule(module.Get(), L"Path"));
+    EXPECT_EQ(L"", ReadModule(module.Get(), L"ModuleID"));
+    for (const wchar_t* table :
+         {L"Dialogs", L"CustomActions", L"Dependencies", L"Exclusions", L"Files", L"Files"}) {
+      const std::wstring answer = ReadModule(module.Get(), table);
+      EXPECT_TRUE(IsFailure(answer));
+      EXPECT_THAT(answer,
+                  EndsWith(i == 2 ? L"MsiOpenDatabaseView()" : L"MsiOpenDatabase(" + path + L")"));
+    }
+  }
+  int opened = FilesOpened();
+  EXPECT_EQ(list.Get(), ModulesOf(catalog.Get()).Get()) << "they are as unreadable as before";
+  EXPECT_EQ(4, FilesOpened() - opened) << "each is tried once";
+  ::CloseHandle(lock);
+  EXPECT_EQ(L"? ? ? Good:1033 Locked:1033", KeysOf(catalog.Get()));
+  for (const wchar_t* name : {L"a\\text.msm", L"a\\empty.msm", L"a\\other.msm"}) {
+    Copy(good, name);
+  }
+  EXPECT_EQ(L"Good:1033 Good:1033 Good:1033 Good:1033 Locked:1033", KeysOf(catalog.Get()));
+  opened = FilesOpened();
+  KeysOf(catalog.Get());
+  EXPECT_EQ(0, FilesOpened() - opened);
+}
+
+TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
+  SetSearchPath(L"*a");
+  const std::wstring file = WriteModule(L"a\\1.msm", "One"), away = PathOf(L"a\\1.away");
+  EXPECT_TRUE(ReplaceImport(m_server.Module(), "msi.dll", "MsiOpenDatabaseW",
+                            reinterpret_cast<void*>(&OpenDatabase)));
+  const auto catalog = NewCatalog();
+  s_whenOpened = [&] { EXPECT_TRUE(::MoveFileW(file.c_str(), away.c_str())); };
+  EXPECT_EQ(L"", KeysOf(catalog.Get())) << "a file that is gone is not listed";
+  EXPECT_TRUE(::MoveFileW(away.c_str(), file.c_str()));
+  EXPECT_EQ(L"One:1033", KeysOf(catalog.Get())) << "it is back as it was";
+
+  s_whenOpened = [&] {
+    WriteModule(L"spare\\2", "Two");
+    Copy(m_folder / L"spare\\2", L"a\\1.msm");
+  };
+  ShiftTime(L"a\\1.msm", 5);
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+
+  // A call that comes in meanwhile gets the list that there is.
+  const auto second = NewCatalog();
+  ShiftTime(L"a\\1.msm", 5);
+  s_whenOpened = [&] {
+    long zero = 7;
+    CComPtr<IMergeModules> none;
+    EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+    EXPECT_EQ(S_OK, second->Refresh(&zero));
+    EXPECT_EQ(E_PENDING, second->get_MergeModules(none.Put()));
+    EXPECT_EQ(L"The catalog is being built.", TakeDescription());
+  };
+  EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
+  EXPECT_FALSE(s_whenOpened) << "the file was not read";
+  EXPECT_EQ(L"Two:1033", KeysOf(second.Get()));
 }
 
 }  // namespace

@@ -54,9 +54,9 @@ TEST_F(ModuleTest, AFileThatIsNoModuleFailsAndTheObjectStaysOfUse) {
   const Answers rich = ReadModule(module.Get(), Route::VirtualTable);
   std::ofstream(std::filesystem::path(m_folder / L"empty.msm")) << "";
   std::ofstream(std::filesystem::path(m_folder / L"junk.msm")) << std::string(20000, 'j');
-  // Cut further behind, a file crashes the installer library of Wine.
+  // The installer library of Wine does not survive this one.
   std::filesystem::copy(m_rich, m_folder / L"short.msm");
-  std::filesystem::resize_file(m_folder / L"short.msm", 1024);
+  std::filesystem::resize_file(m_folder / L"short.msm", 3072);
   BuildModule(m_folder / L"unsigned.msm", {{L"Dialog", "One\t1\n"}});
   std::filesystem::create_directory(m_folder / L"folder.msm");
 

@@ -8,6 +8,23 @@ namespace {
 const std::wstring kProgId = L"QmMMUpdater.MergeModule2";
 const std::wstring kVersionedProgId = kProgId + L".1";
 
+const std::pair<CLSID, std::wstring> kClasses[] = {
+    {CLSID_MMCatalog, L"QmMMUpdater.MMCatalog"},
+    {CLSID_MMCatalogPro, L"QmMMUpdater.MMCatalogPro"},
+    {CLSID_MergeModule2, kProgId},
+    {CLSID_MMCatalogManager, L"QmMMUpdater.MMCatalogManager"},
+};
+
+/// The source of the error object that a failed call left on the thread.
+std::wstring TakeSource() {
+  CComPtr<IErrorInfo> info;
+  CUniqueBstr source;
+  if (::GetErrorInfo(0, info.Put()) == S_OK) {
+    info->GetSource(source.Put());
+  }
+  return std::wstring(ViewOf(source.Get()));
+}
+
 std::wstring TextOf(REFGUID guid) {
   wchar_t text[39];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
@@ -71,11 +88,7 @@ class RegistrationTest : public CServerTest {
       EXPECT_EQ(S_OK, Open(module.Get(), m_rich));
       EXPECT_EQ(L"3.1.4", ReadModule(module.Get(), Route::Dispatch)[L"Version"]);
       EXPECT_TRUE(FAILED(Open(module.Get(), m_rich + L"x")));
-      CComPtr<IErrorInfo> info;
-      CUniqueBstr source;
-      ASSERT_EQ(S_OK, ::GetErrorInfo(0, info.Put()));
-      info->GetSource(source.Put());
-      EXPECT_EQ(kVersionedProgId, ViewOf(source.Get()));
+      EXPECT_EQ(kVersionedProgId, TakeSource());
     }
     EXPECT_EQ(L"Rich.0A1B:1033",
               RunScript(L"VBScript",
@@ -88,24 +101,14 @@ class RegistrationTest : public CServerTest {
 };
 
 TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
-  const std::wstring description = L"Quillmark QmMMUpdater2", clsid = TextOf(CLSID_MergeModule2),
-                     key = L"CLSID\\" + clsid, interfaces = TextOf(LIBID_QMMMUpdaterLib);
-  const struct {
+  const std::wstring description = L"Quillmark QmMMUpdater2",
+                     interfaces = TextOf(LIBID_QMMMUpdaterLib);
+  struct Entry {
     std::wstring key;
     const wchar_t* name;
     std::wstring value;
-  } entries[] = {
-      {key, nullptr, description},
-      {key + L"\\InprocServer32", nullptr, CServerLibrary::Path()},
-      {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
-      {key + L"\\ProgID", nullptr, kVersionedProgId},
-      {key + L"\\VersionIndependentProgID", nullptr, kProgId},
-      {key + L"\\TypeLib", nullptr, TextOf(LIBID_QMMMUPDATER2Lib)},
-      {kProgId, nullptr, description},
-      {kProgId + L"\\CLSID", nullptr, clsid},
-      {kProgId + L"\\CurVer", nullptr, kVersionedProgId},
-      {kVersionedProgId, nullptr, description},
-      {kVersionedProgId + L"\\CLSID", nullptr, clsid},
+  };
+  std::vector<Entry> entries{
       {L"TypeLib\\" + interfaces + L"\\1.0\\0\\win32", nullptr,
        (ProgramFolder() / L"qmmmupdater.tlb").wstring()},
       {L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib) + L"\\1.0\\0\\win32", nullptr,
@@ -114,6 +117,23 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
       {L"Interface\\" + TextOf(__uuidof(IMMGalleryDownloadFileCaskel)) + L"\\TypeLib", nullptr,
        interfaces},
   };
+  for (const auto& [guid, progId] : kClasses) {
+    const std::wstring clsid = TextOf(guid), key = L"CLSID\\" + clsid, versioned = progId + L".1";
+    const Entry ofClass[] = {
+        {key, nullptr, description},
+        {key + L"\\InprocServer32", nullptr, CServerLibrary::Path()},
+        {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+        {key + L"\\ProgID", nullptr, versioned},
+        {key + L"\\VersionIndependentProgID", nullptr, progId},
+        {key + L"\\TypeLib", nullptr, TextOf(LIBID_QMMMUPDATER2Lib)},
+        {progId, nullptr, description},
+        {progId + L"\\CLSID", nullptr, clsid},
+        {progId + L"\\CurVer", nullptr, versioned},
+        {versioned, nullptr, description},
+        {versioned + L"\\CLSID", nullptr, clsid},
+    };
+    entries.insert(entries.end(), std::begin(ofClass), std::end(ofClass));
+  }
   for (const bool registers : {true, true, false, false}) {
     SCOPED_TRACE(registers ? "registered" : "unregistered");
     EXPECT_EQ(S_OK, registers ? m_server.DllRegisterServer() : m_server.DllUnregisterServer());
@@ -126,6 +146,24 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
 TEST_F(RegistrationTest, RegisteredObjectsAreCreated) {
   EXPECT_EQ(S_OK, m_server.DllRegisterServer());
   ExpectCreation();
+}
+
+TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
+  EXPECT_EQ(S_OK, m_server.DllRegisterServer());
+  for (const auto& [clsid, progId] : kClasses) {
+    SCOPED_TRACE(testing::PrintToString(progId));
+    CComPtr<IUnknown> object;
+    ASSERT_EQ(S_OK, ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IUnknown),
+                                       reinterpret_cast<void**>(object.Put())));
+    CComPtr<IMMCatalogCaskel> catalog;
+    if (SUCCEEDED(object.QueryInterface(catalog.Put()))) {
+      VARIANT_BOOL supported = VARIANT_FALSE;
+      EXPECT_EQ(E_NOINTERFACE, catalog->SupportsProject(object.Get(), &supported));
+      EXPECT_EQ(progId + L".1", TakeSource());
+    }
+  }
+  // Class factories and index tables stay.
+  Settle();
 }
 
 TEST_F(RegistrationTest, AManifestServesInPlaceOfTheRegistry) {

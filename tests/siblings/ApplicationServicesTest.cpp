@@ -92,10 +92,16 @@ TEST_F(ApplicationServicesTest, EnvironmentThenSettingsFileThenDefault) {
     EXPECT_EQ(std::wstring(3000, L'y'), Get(setting));
     WriteSettings(key + "=");
     EXPECT_EQ(L"", Get(setting));
+    WriteSettings(key + "=..\\From, Here");
+    const std::wstring above = FolderOf(FolderOf(m_dll)).c_str();
+    const bool isList = setting.slot == 15 || setting.slot == 17;
+    EXPECT_EQ(above + (isList ? L"\\From,Here" : L"\\From, Here"), Get(setting));
     set(L"C:\\From Environment");
     EXPECT_EQ(L"C:\\From Environment", Get(setting));
     set(longValue.c_str());
     EXPECT_EQ(longValue, Get(setting));
+    set(L".\\as it is");
+    EXPECT_EQ(L".\\as it is", Get(setting)) << "no file says it, so that there is no folder";
     WriteSettings(key + "=C:\\From File\r\n");
     set(L"");
     EXPECT_EQ(L"", Get(setting)) << "set to nothing";

@@ -5,6 +5,7 @@
 
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
+#include "tests/support/Imports.h"
 
 namespace {
 
@@ -66,7 +67,7 @@ std::wstring CCatalogTest::PathOf(const std::wstring& path) const {
 
 std::wstring CCatalogTest::WriteModule(const std::wstring& path, const std::string& id,
                                        const std::string& version, int language) const {
-  const std::wstring full = PathOf(path);
+  std::wstring full = PathOf(path);
   BuildModule(full,
               {{L"ModuleSignature", id + "\t" + std::to_string(language) + "\t" + version + "\n"},
                {L"_SummaryInformation", "1\t1252\n3\tTitle of " + id + "\n"}});
@@ -123,3 +124,5 @@ std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t*
   EXPECT_EQ(inCollection, count);
   return KeysOf(modules.Get());
 }
+
+int FilesOpened() { return CallCount("MsiOpenDatabaseW") + CallCount("MsiGetSummaryInformationW"); }

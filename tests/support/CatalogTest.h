@@ -53,3 +53,6 @@ CComPtr<IMergeModuleTavik> ModuleAt(IMergeModules* modules, long position);
 
 /// The keys of the modules that FindModule finds.
 std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t* version = L"");
+
+/// How often the server opened a database or a summary stream: twice for each module file.
+int FilesOpened();

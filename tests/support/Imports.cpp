@@ -14,6 +14,7 @@ int s_callsUntilFault = 0;
 const char* s_failed = nullptr;
 std::map<std::string_view, int> s_calls;
 int s_heapBlocks = 0;
+int s_fileSearches = 0;
 
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
@@ -67,6 +68,16 @@ void Free(void* block) {
   std::free(block);
 }
 
+HANDLE WINAPI FindFirst(const wchar_t* pattern, WIN32_FIND_DATAW* found) {
+  HANDLE search = ::FindFirstFileW(pattern, found);
+  s_fileSearches += search != INVALID_HANDLE_VALUE;
+  return search;
+}
+BOOL WINAPI EndSearch(HANDLE search) {
+  --s_fileSearches;
+  return ::FindClose(search);
+}
+
 // The address of an imported function is no constant.
 BSTR WINAPI AllocText(const wchar_t* text) { return ::SysAllocString(text); }
 BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
@@ -74,9 +85,9 @@ BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
 }
 
 template <class Function>
-ImportedFunction Heap(const char* name, Function function) {
+ImportedFunction Handwritten(const char* name, Function function, const char* dll = "msvcrt.dll") {
   void* const replacement = reinterpret_cast<void*>(function);
-  return {FaultKind::Heap, "msvcrt.dll", name, nullptr, false, E_OUTOFMEMORY, replacement};
+  return {FaultKind::Heap, dll, name, nullptr, false, E_OUTOFMEMORY, replacement};
 }
 
 #define INSTALLER(name, failure, code, ...)          \
@@ -94,10 +105,12 @@ const ImportedFunction kFunctions[] = {
     INSTALLER(MsiViewFetch, 6, 6, L"MsiViewFetch"),
     INSTALLER(MsiRecordGetStringW, 87, 87, L"MsiRecordGetString"),
     INSTALLER(MsiCreateRecord, 0, 1631, L"MsiCreateRecord"),
-    Heap("malloc", &Malloc),
-    Heap("calloc", &Calloc),
-    Heap("realloc", &Realloc),
-    Heap("free", &Free),
+    Handwritten("malloc", &Malloc),
+    Handwritten("calloc", &Calloc),
+    Handwritten("realloc", &Realloc),
+    Handwritten("free", &Free),
+    Handwritten("FindFirstFileW", &FindFirst, "kernel32.dll"),
+    Handwritten("FindClose", &EndSearch, "kernel32.dll"),
     Replace<FaultKind::Text, &AllocText>("oleaut32.dll", "SysAllocString"),
     Replace<FaultKind::Text, &AllocTextLen>("oleaut32.dll", "SysAllocStringLen"),
 };
@@ -158,3 +171,5 @@ const ImportedFunction* FailedFunction() {
 int CallCount(const char* name) { return s_calls[name]; }
 
 int HeapBlocks() { return s_heapBlocks; }
+
+int FileSearches() { return s_fileSearches; }

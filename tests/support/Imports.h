@@ -47,6 +47,9 @@ int CallCount(const char* name);
 /// Blocks that the server allocated on the heap since the replacement, less those that it freed.
 int HeapBlocks();
 
+/// File searches that the server has open.
+int FileSearches();
+
 /// Calls `run` with call 1, 2, 3, ... of the kind failing until a run in which no call is left to
 /// fail. Returns the number of runs in which one failed.
 template <class Run>

@@ -11,7 +11,7 @@ namespace {
 /// Lives on the stack for longer than the engine.
 class CSite final : public IActiveScriptSite {
  public:
-  explicit CSite(IDispatch* module) : m_module(module) {}
+  explicit CSite(IDispatch* object) : m_object(object) {}
 
   const std::wstring& Failure() const { return m_failure; }
 
@@ -28,7 +28,7 @@ class CSite final : public IActiveScriptSite {
       *type = nullptr;
     }
     if (mask & SCRIPTINFO_IUNKNOWN) {
-      *item = CComPtr<IDispatch>(m_module).Detach();
+      *item = CComPtr<IDispatch>(m_object).Detach();
     }
     return S_OK;
   }
@@ -52,14 +52,15 @@ class CSite final : public IActiveScriptSite {
   STDMETHOD(OnLeaveScript)() override { return S_OK; }
 
  private:
-  IDispatch* m_module;
+  IDispatch* m_object;
   std::wstring m_failure;
 };
 
 }  // namespace
 
-std::wstring RunScript(const wchar_t* language, const std::wstring& code, IDispatch* module) {
-  CSite site(module);
+std::wstring RunScript(const wchar_t* language, const std::wstring& code, IDispatch* object,
+                       const wchar_t* name) {
+  CSite site(object);
   CLSID clsid{};
   CComPtr<IActiveScript> engine;
   ::CLSIDFromProgID(language, &clsid);
@@ -73,8 +74,8 @@ std::wstring RunScript(const wchar_t* language, const std::wstring& code, IDispa
   engine.QueryInterface(parser.Put());
   parser->InitNew();
   engine->SetScriptSite(&site);
-  if (module) {
-    engine->AddNamedItem(L"module", SCRIPTITEM_ISVISIBLE);
+  if (object) {
+    engine->AddNamedItem(name, SCRIPTITEM_ISVISIBLE);
   }
   engine->SetScriptState(SCRIPTSTATE_STARTED);
   EXCEPINFO toldToTheSite{};

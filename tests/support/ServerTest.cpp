@@ -88,7 +88,7 @@ std::string CServerTest::Alive() const {
   return std::to_string(TaskMemoryBlocks()) + " blocks of task memory, " +
          std::to_string(HeapBlocks()) + " of the server's heap, " +
          std::to_string(::MsiCloseAllHandles()) + " installer handles, " +
-         (locked ? "locked" : "not locked");
+         std::to_string(FileSearches()) + " file searches, " + (locked ? "locked" : "not locked");
 }
 
 CComPtr<IMergeModuleTavik> CServerTest::OpenModule(const std::wstring& path) const {

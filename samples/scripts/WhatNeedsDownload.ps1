@@ -1,0 +1,21 @@
+# Lists the modules of the catalog that must be fetched before they can be used, and their files.
+#
+#   powershell -ExecutionPolicy Bypass -File WhatNeedsDownload.ps1
+#
+# The server must be registered. On 64-bit Windows use the 32-bit host,
+# %SystemRoot%\SysWOW64\WindowsPowerShell\v1.0\powershell.exe. Ends with 0 when there is nothing to
+# fetch, else with 3.
+
+$ErrorActionPreference = 'Stop'
+$exitCode = 0
+$catalog = New-Object -ComObject QmMMUpdater.MMCatalog
+foreach ($module in $catalog.MergeModules) {
+    if ($module.NeedsDownload) {
+        $exitCode = 3
+        Write-Output "$($module.Key) $($module.Version) $($module.DisplayName)"
+        foreach ($file in $module.DownloadFiles) {
+            Write-Output "  $($file.InternetLocation), $($file.FileSize) bytes, to $($file.Location)"
+        }
+    }
+}
+exit $exitCode

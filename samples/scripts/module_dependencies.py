@@ -1,0 +1,31 @@
+"""Lists what the modules of the catalog need, and says what the catalog does not have.
+
+    py -3-32 module_dependencies.py
+
+The server must be registered. Needs a 32-bit Python with pywin32 (python -m pip install pywin32).
+Ends with 0 when the catalog has all, else with 3.
+"""
+
+import sys
+
+import win32com.client
+
+
+def main() -> int:
+    catalog = win32com.client.Dispatch("QmMMUpdater.MMCatalog")
+    # A file that could not be read has no ID, and no tables either.
+    modules = [module for module in catalog.MergeModules if module.ModuleID]
+    known = {module.ModuleID.lower() for module in modules}
+
+    all_there = True
+    for module in modules:
+        for dependency in module.Dependencies:
+            is_known = dependency.ModuleID.lower() in known
+            all_there = all_there and is_known
+            remark = "" if is_known else ", which the catalog does not have"
+            print(f"{module.Key} needs {dependency.Key} {dependency.Version}".rstrip() + remark)
+    return 0 if all_there else 3
+
+
+if __name__ == "__main__":
+    sys.exit(main())

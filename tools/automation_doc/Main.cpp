@@ -1,0 +1,28 @@
+// automation_doc: writes the reference of the automation server from its type libraries.
+//
+//   automation_doc FRAME EXAMPLES INTERFACES.tlb CLASSES.tlb MANIFEST OUTPUT
+
+#include <windows.h>
+
+#include <cstdio>
+#include <exception>
+
+#include "tools/automation_doc/AutomationDocument.h"
+#include "tools/automation_doc/TextFile.h"
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc != 7) {
+    std::fputs("usage: automation_doc FRAME EXAMPLES INTERFACES CLASSES MANIFEST OUTPUT\n", stderr);
+    return 2;
+  }
+  try {
+    const std::string frame = ReadTextFile(argv[1]);
+    CExamples examples(ReadTextFile(argv[2]));
+    WriteTextFile(argv[6], MakeAutomationDocument(frame, ReadClasses(argv[4], argv[5]),
+                                                  ReadInterfaces(argv[3]), std::move(examples)));
+    return 0;
+  } catch (const std::exception& failure) {
+    std::fprintf(stderr, "automation_doc: %s\n", failure.what());
+    return 1;
+  }
+}

@@ -1,0 +1,9 @@
+#pragma once
+
+#include <string>
+
+/// The bytes of a file. Throws std::runtime_error.
+std::string ReadTextFile(const wchar_t* path);
+
+/// Replaces a file. Throws std::runtime_error.
+void WriteTextFile(const wchar_t* path, const std::string& text);

@@ -1,0 +1,324 @@
+#include "tools/automation_doc/TypeDescription.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <stdexcept>
+
+#include "client/Utf8.h"
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+
+namespace {
+
+void Check(HRESULT hr, const char* what) {
+  if (FAILED(hr)) {
+    char text[16];
+    std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
+    throw std::runtime_error(std::string(what) + ": " + text);
+  }
+}
+
+std::string GuidText(const GUID& guid) {
+  wchar_t text[40];
+  ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+  return ToUtf8(text);
+}
+
+/// Holds what a type information lends: attributes of a type, or the description of a function.
+template <class T, void (STDMETHODCALLTYPE ITypeInfo::*release)(T*)>
+class CLent {
+ public:
+  explicit CLent(ITypeInfo& info) noexcept : m_info(info) {}
+  ~CLent() {
+    if (m_value) {
+      (m_info.*release)(m_value);
+    }
+  }
+  CLent(const CLent&) = delete;
+  CLent& operator=(const CLent&) = delete;
+
+  T** Put() noexcept { return &m_value; }
+  const T* operator->() const noexcept { return m_value; }
+
+ private:
+  ITypeInfo& m_info;
+  T* m_value = nullptr;
+};
+using CAttributes = CLent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using CFunction = CLent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
+
+/// Name of a type or a member, and its help text divided at "Errors: ".
+struct Documentation {
+  Documentation(ITypeInfo& info, MEMBERID member) {
+    CUniqueBstr nameText;
+    CUniqueBstr helpText;
+    Check(info.GetDocumentation(member, nameText.Put(), helpText.Put(), nullptr, nullptr),
+          "GetDocumentation");
+    name = ToUtf8(ViewOf(nameText.Get()));
+    help = ToUtf8(ViewOf(helpText.Get()));
+    if (help.empty()) {
+      throw std::runtime_error(name + " has no help text");
+    }
+    constexpr char kErrors[] = " Errors: ";
+    const size_t found = help.find(kErrors);
+    if (found != std::string::npos) {
+      errors = help.substr(found + std::size(kErrors) - 1);
+      help.resize(found);
+    }
+  }
+
+  std::string name;
+  std::string help;
+  std::string errors;
+};
+
+std::string NameOf(ITypeInfo& info) {
+  CUniqueBstr name;
+  Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "type name");
+  return ToUtf8(ViewOf(name.Get()));
+}
+
+CComPtr<ITypeInfo> Referenced(ITypeInfo& info, HREFTYPE reference) {
+  CComPtr<ITypeInfo> referenced;
+  Check(info.GetRefTypeInfo(reference, referenced.Put()), "referenced type");
+  return referenced;
+}
+
+CComPtr<ITypeInfo> Implemented(ITypeInfo& info, int number) {
+  HREFTYPE reference = 0;
+  Check(info.GetRefTypeOfImplType(static_cast<UINT>(number), &reference), "implemented type");
+  return Referenced(info, reference);
+}
+
+/// A type as the two kinds of clients write it.
+struct TypeNames {
+  std::string script;
+  std::string cpp;
+};
+
+TypeNames NamesOfType(ITypeInfo& info, const TYPEDESC& type) {
+  switch (type.vt) {
+    case VT_USERDEFINED: {
+      const std::string name = NameOf(*Referenced(info, type.hreftype));
+      return {name, name};
+    }
+    case VT_I4:
+      return {"Long", "long"};
+    case VT_BSTR:
+      return {"String", "BSTR"};
+    case VT_BOOL:
+      return {"Boolean", "VARIANT_BOOL"};
+    case VT_VARIANT:
+      return {"Variant", "VARIANT"};
+    case VT_UNKNOWN:
+      return {"Object", "IUnknown*"};
+    case VT_DISPATCH:
+      return {"Object", "IDispatch*"};
+    default:
+      throw std::runtime_error("a type that this program does not know: " +
+                               std::to_string(type.vt));
+  }
+}
+
+TypeNames NamesOfParameter(ITypeInfo& info, const ELEMDESC& parameter) {
+  const TYPEDESC* type = &parameter.tdesc;
+  std::string stars;
+  for (; type->vt == VT_PTR; type = type->lptdesc) {
+    stars += '*';
+  }
+  TypeNames names = NamesOfType(info, *type);
+  names.cpp += stars;
+  return names;
+}
+
+std::vector<std::string> NamesOfParameters(ITypeInfo& info, const FUNCDESC& function) {
+  constexpr UINT kMost = 16;
+  BSTR names[kMost] = {};
+  UINT count = 0;
+  Check(info.GetNames(function.memid, names, kMost, &count), "GetNames");
+  std::vector<std::string> texts;
+  for (UINT i = 0; i < count; ++i) {
+    texts.push_back(ToUtf8(ViewOf(CUniqueBstr(names[i]).Get())));
+    if (i > 0) {
+      // A library keeps one spelling of a name, and a member of the same name may give it.
+      char& first = texts.back()[0];
+      first = static_cast<char>(first >= 'A' && first <= 'Z' ? first - 'A' + 'a' : first);
+    }
+  }
+  // The parameter of a property that is put has no name of its own.
+  texts.resize(static_cast<size_t>(function.cParams) + 1, "value");
+  return texts;
+}
+
+/// The attributes of a parameter as IDL writes them.
+std::string AttributesOf(USHORT flags) {
+  if (flags & PARAMFLAG_FRETVAL) {
+    return "[out, retval] ";
+  }
+  std::string text = flags & PARAMFLAG_FIN ? "[in" : "[";
+  if (flags & PARAMFLAG_FOUT) {
+    text += flags & PARAMFLAG_FIN ? ", out" : "out";
+  }
+  return text + (flags & PARAMFLAG_FOPT ? ", optional] " : "] ");
+}
+
+void AppendTo(std::string& list, const std::string& text) {
+  list += (list.empty() ? "" : ", ") + text;
+}
+
+MemberDescription ReadMember(ITypeInfo& info, UINT index) {
+  CFunction function(info);
+  Check(info.GetFuncDesc(index, function.Put()), "GetFuncDesc");
+  const Documentation documentation(info, function->memid);
+
+  MemberDescription member;
+  member.name = documentation.name;
+  member.help = documentation.help;
+  member.errors = documentation.errors;
+  member.id = function->memid;
+  constexpr int kDispatchSlots = 7;
+  member.slot = function->oVft / static_cast<int>(sizeof(void*)) - kDispatchSlots + 1;
+  member.isHidden = (function->wFuncFlags & FUNCFLAG_FHIDDEN) != 0;
+
+  const std::vector<std::string> names = NamesOfParameters(info, **function.Put());
+  std::string forScripts;
+  std::string forCpp;
+  for (int i = 0; i < function->cParams; ++i) {
+    const ELEMDESC& parameter = function->lprgelemdescParam[i];
+    const TypeNames types = NamesOfParameter(info, parameter);
+    const std::string& name = names[static_cast<size_t>(i) + 1];
+    const USHORT flags = parameter.paramdesc.wParamFlags;
+    AppendTo(forCpp, AttributesOf(flags) + types.cpp + ' ' + name);
+    if (flags & PARAMFLAG_FRETVAL) {
+      member.resultType = types.script;
+      continue;
+    }
+    const bool isOut = (flags & PARAMFLAG_FOUT) != 0;
+    member.hasTypedOut = member.hasTypedOut || (isOut && types.script != "Variant");
+    const std::string text = (isOut ? "ByRef " : std::string()) + name + " As " + types.script;
+    AppendTo(forScripts, flags & PARAMFLAG_FOPT ? '[' + text + ']' : text);
+  }
+
+  const std::string result = member.resultType.empty() ? "" : " As " + member.resultType;
+  const std::string parameters = forScripts.empty() ? "" : '(' + forScripts + ')';
+  switch (function->invkind) {
+    case INVOKE_PROPERTYGET:
+      member.signature = "Property " + member.name + parameters + result + ", read-only";
+      member.declaration = "get_";
+      break;
+    case INVOKE_PROPERTYPUT:
+      member.signature = "Property " + member.name + parameters + ", write-only";
+      member.declaration = "put_";
+      break;
+    default:
+      member.signature =
+          (result.empty() ? "Sub " : "Function ") + member.name + '(' + forScripts + ')' + result;
+  }
+  member.declaration = "HRESULT " + member.declaration + member.name + '(' + forCpp + ')';
+  return member;
+}
+
+InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
+  constexpr int kVirtualTable = -1;
+  const CComPtr<ITypeInfo> table = Implemented(dispatch, kVirtualTable);
+  CAttributes attributes(*table);
+  Check(table->GetTypeAttr(attributes.Put()), "GetTypeAttr");
+
+  const Documentation documentation(dispatch, MEMBERID_NIL);
+  InterfaceDescription description;
+  description.name = documentation.name;
+  description.help = documentation.help;
+  description.errors = documentation.errors;
+  description.guid = GuidText(attributes->guid);
+  description.base = NameOf(*Implemented(*table, 0));
+  for (UINT i = 0; i < attributes->cFuncs; ++i) {
+    description.members.push_back(ReadMember(*table, i));
+  }
+  return description;
+}
+
+/// Has COM find classes through a side-by-side manifest while it lives.
+class CManifestScope {
+ public:
+  explicit CManifestScope(const wchar_t* manifest) {
+    ACTCTXW context{};
+    context.cbSize = sizeof context;
+    context.lpSource = manifest;
+    m_context = ::CreateActCtxW(&context);
+    if (m_context == INVALID_HANDLE_VALUE) {
+      Check(HRESULT_FROM_WIN32(::GetLastError()), "the manifest");
+    }
+    if (!::ActivateActCtx(m_context, &m_cookie)) {
+      const DWORD error = ::GetLastError();
+      ::ReleaseActCtx(m_context);
+      Check(HRESULT_FROM_WIN32(error), "the manifest");
+    }
+  }
+  ~CManifestScope() {
+    ::DeactivateActCtx(0, m_cookie);
+    ::ReleaseActCtx(m_context);
+  }
+  CManifestScope(const CManifestScope&) = delete;
+  CManifestScope& operator=(const CManifestScope&) = delete;
+
+ private:
+  HANDLE m_context;
+  ULONG_PTR m_cookie = 0;
+};
+
+/// The version-independent ProgID of a class.
+std::string ProgramIdOf(const CLSID& clsid) {
+  wchar_t* text = nullptr;
+  Check(::ProgIDFromCLSID(clsid, &text), "a class that the manifest does not name");
+  std::string id = ToUtf8(text);
+  ::CoTaskMemFree(text);
+  return id.substr(0, id.rfind('.'));
+}
+
+ClassDescription ReadClass(ITypeInfo& info) {
+  CAttributes attributes(info);
+  Check(info.GetTypeAttr(attributes.Put()), "GetTypeAttr");
+  const Documentation documentation(info, MEMBERID_NIL);
+  return {documentation.name, GuidText(attributes->guid), ProgramIdOf(attributes->guid),
+          documentation.help, NameOf(*Implemented(info, 0))};
+}
+
+/// Calls `read` with every type of a kind.
+template <class Read>
+void ForEachType(const wchar_t* path, TYPEKIND kind, Read read) {
+  CComPtr<ITypeLib> library;
+  Check(::LoadTypeLibEx(path, REGKIND_NONE, library.Put()), ToUtf8(path).c_str());
+  const UINT count = library->GetTypeInfoCount();
+  for (UINT i = 0; i < count; ++i) {
+    TYPEKIND found{};
+    CComPtr<ITypeInfo> info;
+    Check(library->GetTypeInfoType(i, &found), "GetTypeInfoType");
+    Check(library->GetTypeInfo(i, info.Put()), "GetTypeInfo");
+    if (found == kind) {
+      read(*info);
+    }
+  }
+}
+
+}  // namespace
+
+const MemberDescription* InterfaceDescription::Find(const char* member) const noexcept {
+  const auto found = std::find_if(members.begin(), members.end(),
+                                  [&](const auto& known) { return known.name == member; });
+  return found == members.end() ? nullptr : &*found;
+}
+
+std::vector<InterfaceDescription> ReadInterfaces(const wchar_t* path) {
+  std::vector<InterfaceDescription> interfaces;
+  ForEachType(path, TKIND_DISPATCH,
+              [&](ITypeInfo& info) { interfaces.push_back(ReadInterface(info)); });
+  return interfaces;
+}
+
+std::vector<ClassDescription> ReadClasses(const wchar_t* path, const wchar_t* manifest) {
+  const CManifestScope scope(manifest);
+  std::vector<ClassDescription> classes;
+  ForEachType(path, TKIND_COCLASS, [&](ITypeInfo& info) { classes.push_back(ReadClass(info)); });
+  return classes;
+}
