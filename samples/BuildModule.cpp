@@ -1,6 +1,6 @@
-// build_module OUTPUT.msm FOLDER: makes a merge module from the table text files (*.idt) of a
-// folder. Then it runs the SQL statements of the file Changes.sql there, one on each line, if there
-// is one: they are UTF-8, while an import may read the system's code page only.
+// build_module [OUTPUT.msm FOLDER]...: makes merge modules, each from the table text files (*.idt)
+// of a folder. Then it runs the SQL statements of the file Changes.sql there, one on each line, if
+// there is one: they are UTF-8, while an import may read the system's code page only.
 
 #include <algorithm>
 #include <cstdio>
@@ -85,12 +85,14 @@ void PrintError(HRESULT hr) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc != 3) {
-    std::fputs("usage: build_module OUTPUT.msm FOLDER\n", stderr);
+  if (argc % 2 == 0) {
+    std::fputs("usage: build_module [OUTPUT.msm FOLDER]...\n", stderr);
     return 2;
   }
   const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-    BuildModule(FullPath(argv[1]), FullPath(argv[2]));
+    for (int i = 1; i < argc; i += 2) {
+      BuildModule(FullPath(argv[i]), FullPath(argv[i + 1]));
+    }
     return S_OK;
   });
   if (FAILED(hr)) {
