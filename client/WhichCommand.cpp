@@ -1,7 +1,7 @@
 #include "client/WhichCommand.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 #include "client/Catalog.h"
 #include "client/CatalogFacts.h"
@@ -32,28 +32,28 @@ std::string NameOfFile(const std::string& file) {
 /// them it was.
 std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& pattern,
                                  Report& report) {
-  const std::vector<IndexEntry> entries = ReadIndexEntries(report);
-  std::set<std::string> names;
-  if (HasWildcard(pattern)) {
-    for (const IndexEntry& entry : entries) {
-      if (entry.table != kModuleIndex && MatchesPattern(FoldCase(entry.name), FoldCase(pattern))) {
-        names.insert(entry.name);
-      }
+  const std::string wanted = FoldCase(pattern);
+  std::map<std::string, std::vector<IndexEntry>> entries;  // by file, in the order of the tables
+  for (IndexEntry& entry : ReadIndexEntries(report)) {
+    if (entry.table != kModuleIndex && MatchesPattern(FoldCase(entry.name), wanted)) {
+      entries[FoldCase(entry.name)].push_back(std::move(entry));
     }
-  } else {
-    names.insert(pattern);
+  }
+  if (!HasWildcard(pattern)) {
+    entries[wanted];  // the catalog is asked in any case
   }
   std::vector<Delivery> deliveries;
-  for (const std::string& name : names) {
+  for (const auto& [folded, named] : entries) {
+    const std::string name = named.empty() ? pattern : named.front().name;
     const std::string key = catalog.ModuleForFile(name);
-    if (!key.empty()) {
-      const auto entry = std::find_if(entries.begin(), entries.end(), [&](const IndexEntry& one) {
-        return one.table != kModuleIndex && one.moduleKey == key &&
-               FoldCase(one.name) == FoldCase(name);
-      });
-      deliveries.push_back({name, key, catalog.DisplayName(key),
-                            entry == entries.end() ? "index" : entry->table, "", "", "", ""});
+    if (key.empty()) {
+      continue;
     }
+    const auto entry = std::find_if(named.begin(), named.end(), [&](const IndexEntry& candidate) {
+      return candidate.moduleKey == key;
+    });
+    deliveries.push_back({name, key, catalog.DisplayName(key),
+                          entry == named.end() ? "index" : entry->table, "", "", "", ""});
   }
   return deliveries;
 }
