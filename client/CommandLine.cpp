@@ -2,9 +2,11 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 #include "client/CatalogSettings.h"
 #include "client/CheckCommand.h"
+#include "client/Console.h"
 #include "client/DepsCommand.h"
 #include "client/ExclusionsCommand.h"
 #include "client/FilesCommand.h"
@@ -50,7 +52,12 @@ class Parser {
       std::reverse(arguments.begin(), arguments.end());  // the order that the parser takes
       m_app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-      return m_app.exit(error) == 0 ? kSuccess : kUsage;
+      std::ostringstream output;
+      std::ostringstream remarks;
+      const int exitCode = m_app.exit(error, output, remarks);
+      WriteOutput(output.str());
+      WriteError(remarks.str());
+      return exitCode == 0 ? kSuccess : kUsage;
     }
     return [run = m_run, values = m_values] {
       Apply(values.settings);

@@ -2,8 +2,6 @@
 
 #include <windows.h>
 
-#include <cstdio>
-
 #include "client/CommandLine.h"
 #include "client/Console.h"
 #include "client/Report.h"
@@ -48,7 +46,7 @@ ExitCode Run(const Command& command) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  const CUtf8Console console;
+  const CConsoleMode console;
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
     arguments.push_back(ToUtf8(argv[i]));

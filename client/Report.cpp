@@ -1,17 +1,9 @@
 #include "client/Report.h"
 
-#include <cstdio>
-
 #include "client/Console.h"
 #include "client/Progress.h"
 #include "client/Style.h"
 #include "client/TextTable.h"
-
-namespace {
-
-void Write(const std::string& text) { std::fwrite(text.data(), 1, text.size(), stdout); }
-
-}  // namespace
 
 Report::Report(const std::string& command, const OutputOptions& options)
     : m_json(options.json),
@@ -20,7 +12,7 @@ Report::Report(const std::string& command, const OutputOptions& options)
 
 void Report::Print(const std::string& text) {
   if (!m_json) {
-    Write(m_colors ? text : WithoutMarks(text));
+    WriteOutput(m_colors ? text : WithoutMarks(text));
   }
 }
 
@@ -38,13 +30,12 @@ ExitCode Report::Finish(ExitCode outcome) {
   const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
   if (m_json) {
     m_document["errors"] = std::move(m_errors);
-    Write(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
+    WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   }
   return someUnreadable ? kSomeUnreadable : outcome;
 }
 
 void PrintRemark(const std::string& text) {
   Progress::Erase();
-  std::fprintf(stderr, "mmcat: %s\n", Printable(text).c_str());
-  std::fflush(stderr);
+  WriteError("mmcat: " + Printable(text) + '\n');
 }
