@@ -22,7 +22,7 @@ struct CCatalogState {
   /// The records that the last refresh took from the gallery, by the names of their descriptions.
   std::map<CWideString, std::shared_ptr<CCacheMSM>> galleryRecords;
 
-  /// Every record made so far that somebody held when ForgetGoneRecords was called last.
+  /// Every record made so far, but for those that nobody held any more at ForgetGoneRecords.
   std::vector<std::weak_ptr<CCacheMSM>> records;
 
   /// How often the sources or one of their folders were seen to have changed. A catalog whose list

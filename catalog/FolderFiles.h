@@ -31,16 +31,16 @@ class CNoDiskPrompts {
 bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept;
 
 /// Calls `use` with the WIN32_FIND_DATAW of every file of `folder` whose name ends in `extension`,
-/// in the order in which the file system lists them. A folder that is missing or cannot be read has
-/// no files.
+/// in the order in which the file system lists them. A folder that is missing or cannot be opened
+/// has no files. False when the listing broke off, as that of a network folder may.
 template <class Use>
-void ForEachFile(const CWideString& folder, std::wstring_view extension, Use use) {
+bool ForEachFile(const CWideString& folder, std::wstring_view extension, Use use) {
   const CNoDiskPrompts noPrompts;
   WIN32_FIND_DATAW found;
   const CUniqueFindHandle find(
       ::FindFirstFileW((JoinPath(folder, L"*") + extension).c_str(), &found));
   if (!find) {
-    return;
+    return true;
   }
   do {
     // The pattern also finds files whose short name alone has the extension.
@@ -49,4 +49,5 @@ void ForEachFile(const CWideString& folder, std::wstring_view extension, Use use
       use(found);
     }
   } while (::FindNextFileW(find.Get(), &found));
+  return ::GetLastError() == ERROR_NO_MORE_FILES;
 }

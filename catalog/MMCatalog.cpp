@@ -126,12 +126,11 @@ STDMETHODIMP CMMCatalog::get_MergeModules(IMergeModules** modules) {
       return E_POINTER;
     }
     RunRefresh();
-    const CModuleList& list = RequireModules();
+    IMergeModules* const current = RequireModules().NewReference();
     // A caller may ask with the list in hand that it got before.
-    if (IMergeModules* const held = std::exchange(*modules, nullptr)) {
+    if (IMergeModules* const held = std::exchange(*modules, current)) {
       held->Release();
     }
-    *modules = list.NewReference();
     return S_OK;
   });
 }
@@ -175,9 +174,8 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
       return E_POINTER;
     }
     modules->vt = VT_EMPTY;
-    // A script may pass one variable for both.
+    // Reading it may run a script's code, which may refresh the catalog.
     const ModuleQuery wanted = QueryOfArgument(query);
-    GiveCount(0, count);
     const CModuleList matches = MatchModules(RequireModules(), wanted);
     GiveCount(static_cast<long>(matches.Records().size()), count);
     modules->pdispVal = matches.NewReference();

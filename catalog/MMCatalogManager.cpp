@@ -1,5 +1,7 @@
 #include "catalog/MMCatalogManager.h"
 
+#include <utility>
+
 namespace {
 
 bool IsScriptKind(long projectKind) noexcept { return projectKind == 9 || projectKind == 10; }
@@ -7,7 +9,11 @@ bool IsScriptKind(long projectKind) noexcept { return projectKind == 9 || projec
 template <class Catalog>
 HRESULT Give(CComPtr<CComObject<Catalog>>& cached, IUnknown** catalog) {
   if (!cached) {
-    cached = CComObject<Catalog>::Create();
+    auto made = CComObject<Catalog>::Create();
+    // A component of another process may have let a second request through meanwhile.
+    if (!cached) {
+      cached = std::move(made);
+    }
   }
   return cached.QueryInterface(catalog);
 }

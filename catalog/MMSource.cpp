@@ -3,29 +3,17 @@
 #include "catalog/ModuleList.h"
 #include "common/Bstr.h"
 
-namespace {
-
-HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
-  if (!value) {
-    return E_POINTER;
-  }
-  *value = AllocBstr(text);
-  return *value ? S_OK : E_OUTOFMEMORY;
-}
-
-}  // namespace
-
 void CMMSource::Init(const CSource& source) {
   m_folder = source.Description();
   m_records = source.Records();
 }
 
-STDMETHODIMP CMMSource::get_Entry(BSTR* value) { return GetText(m_folder.entry, value); }
+STDMETHODIMP CMMSource::get_Entry(BSTR* value) { return GiveBstr(m_folder.entry, value); }
 
-STDMETHODIMP CMMSource::get_Folder(BSTR* value) { return GetText(m_folder.folder, value); }
+STDMETHODIMP CMMSource::get_Folder(BSTR* value) { return GiveBstr(m_folder.folder, value); }
 
 STDMETHODIMP CMMSource::get_DisplayName(BSTR* value) {
-  return GetText(m_folder.displayName, value);
+  return GiveBstr(m_folder.displayName, value);
 }
 
 STDMETHODIMP CMMSource::get_SecondPass(VARIANT_BOOL* value) {

@@ -1,6 +1,7 @@
 #include "catalog/QueryArgument.h"
 
-#include <utility>
+#include <new>
+#include <string>
 
 #include "common/Bstr.h"
 #include "common/CollectionIndex.h"
@@ -36,9 +37,18 @@ void Require(bool condition) {
   }
 }
 
+/// The same of a call that tells whether a value can be had. Throws std::bad_alloc when memory is
+/// short, which says nothing about the value.
+void RequireSuccess(HRESULT hr) {
+  if (hr == E_OUTOFMEMORY) {
+    throw std::bad_alloc();
+  }
+  Require(SUCCEEDED(hr));
+}
+
 ModuleQuery QueryOfTexts(VARIANT* key, VARIANT* version) {
   for (VARIANT* const value : {key, version}) {
-    Require(SUCCEEDED(::VariantChangeType(value, value, 0, VT_BSTR)));
+    RequireSuccess(::VariantChangeType(value, value, 0, VT_BSTR));
   }
   return QueryOfKey(key->bstrVal, version->bstrVal);
 }
@@ -95,7 +105,8 @@ ModuleQuery QueryOfArrayObject(IDispatch* object) {
 ModuleQuery QueryOfArgument(const VARIANT& argument) {
   CUniqueVariant value;
   const VARIANT* const source = FollowReferences(&argument);
-  Require(source && SUCCEEDED(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source))));
+  Require(source != nullptr);
+  RequireSuccess(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source)));
   if (value->vt & VT_ARRAY) {
     return QueryOfArray(value->parray);
   }

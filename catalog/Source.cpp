@@ -50,7 +50,7 @@ void CSource::ListFolder() {
   size_t position = 0;
   bool isInOrder = true;
   Files others;
-  ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
+  const bool isComplete = ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
     const Stamp stamp = StampOf(found);
     isInOrder = isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
     if (!isInOrder) {
@@ -63,7 +63,8 @@ void CSource::ListFolder() {
       m_bChanged = true;
     }
   });
-  if (!others.empty() || position != m_files.size()) {
+  // Of a listing that broke off nobody can tell which files are gone.
+  if (isComplete && (!others.empty() || position != m_files.size())) {
     ReplaceFiles(std::move(others), position);
   }
 }

@@ -15,11 +15,11 @@ std::optional<long> LanguageOf(IMMDependency& dependency) {
   return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
 }
 
-/// The language of an exclusion is a text, empty when the table has none.
+/// The language of an exclusion is a text, which has the number of a null cell as well.
 std::optional<long> LanguageOf(IMMExclusion& exclusion) {
-  const std::string language = Text(exclusion, &IMMExclusion::get_Language);
-  return language.empty() ? std::nullopt
-                          : std::optional<long>(std::strtol(language.c_str(), nullptr, 10));
+  const long language =
+      std::strtol(Text(exclusion, &IMMExclusion::get_Language).c_str(), nullptr, 10);
+  return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
 }
 
 std::optional<long> SizeOf(IMMFile& file) {

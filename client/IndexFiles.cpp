@@ -1,38 +1,10 @@
 #include "client/IndexFiles.h"
 
-#include <algorithm>
-
 #include "client/IniFile.h"
 #include "client/Properties.h"
+#include "common/FileIndexEntry.h"
 #include "common/Path.h"
 #include "idl/siblings.h"
-
-namespace {
-
-bool IsNumber(const std::string& text) {
-  return !text.empty() &&
-         std::all_of(text.begin(), text.end(), [](char c) { return c >= '0' && c <= '9'; });
-}
-
-std::string WithLanguage(const std::string& key) {
-  return key.find(':') == std::string::npos ? key + ":0" : key;
-}
-
-/// The module key of an entry "flag:key": none unless the flag is 0.
-std::string KeyBehindFlag(const std::string& value) {
-  const size_t colon = value.find(':');
-  const bool names = colon != std::string::npos && value.substr(0, colon) == "0";
-  return names ? WithLanguage(value.substr(colon + 1)) : "";
-}
-
-/// An entry for a system file may be a key without a flag as well.
-std::string KeyOfPlatformEntry(const std::string& value) {
-  const size_t colon = value.find(':');
-  const bool hasFlag = colon != std::string::npos && IsNumber(value.substr(0, colon));
-  return hasFlag || value.empty() ? KeyBehindFlag(value) : WithLanguage(value);
-}
-
-}  // namespace
 
 std::vector<IndexEntry> ReadIndexEntries(Report& report) {
   const auto services =
@@ -59,8 +31,8 @@ std::vector<IndexEntry> ReadIndexEntries(Report& report) {
   };
   read(nameFolder, kModuleIndex, L"modules", [](const IniLine& line) { return line.name; });
   read(fileFolder, "FilesToModules.ini", L"FilesToModules",
-       [](const IniLine& line) { return KeyBehindFlag(line.value); });
+       [](const IniLine& line) { return ToUtf8(ModuleOfFileEntry(ToWide(line.value))); });
   read(fileFolder, "PlatformFilesToModules.ini", L"PlatformFileToModule",
-       [](const IniLine& line) { return KeyOfPlatformEntry(line.value); });
+       [](const IniLine& line) { return ToUtf8(ModuleOfPlatformFileEntry(ToWide(line.value))); });
   return entries;
 }

@@ -4,10 +4,6 @@
 
 namespace {
 
-std::string LanguageText(std::optional<long> language) {
-  return language && *language != 0 ? std::to_string(*language) : "any language";
-}
-
 /// Why a module was chosen out of those that satisfy the requirement.
 std::string ReasonOfChoice(const Requirement& requirement, size_t candidates, size_t sameVersion) {
   if (candidates == 1) {
@@ -127,9 +123,10 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
     }
   }
   if (!best) {
+    // Every language fits a requirement without one.
     return {best, anyLanguageFits
                       ? "every version is lower than " + requirement.version
-                      : "no module of this ID is for " + LanguageText(requirement.language)};
+                      : "no module of this ID is for " + std::to_string(*requirement.language)};
   }
   return {best, ReasonOfChoice(requirement, candidates, sameVersion)};
 }

@@ -74,8 +74,7 @@ HRESULT CMMGallery::GetNeedsDownload(VARIANT_BOOL* result) {
 
 HRESULT CMMGallery::GetLocalPath(BSTR* result) {
   EnsureChecked();
-  *result = AllocBstr(m_strLocalPath);
-  return *result ? S_OK : E_OUTOFMEMORY;
+  return GiveBstr(m_strLocalPath, result);
 }
 
 void CMMGallery::SetNameAndVersion(const wchar_t* name, const wchar_t* version) {

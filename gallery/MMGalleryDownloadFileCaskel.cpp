@@ -2,18 +2,6 @@
 
 #include "common/Bstr.h"
 
-namespace {
-
-HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
-  if (!value) {
-    return E_POINTER;
-  }
-  *value = AllocBstr(text);
-  return *value ? S_OK : E_OUTOFMEMORY;
-}
-
-}  // namespace
-
 void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* mediaLocation,
                                         const wchar_t* internetLocation, long fileSize,
                                         const wchar_t* checkSum) {
@@ -25,15 +13,15 @@ void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* 
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_Location(BSTR* value) {
-  return GetText(m_strLocation, value);
+  return GiveBstr(m_strLocation, value);
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_MediaLocation(BSTR* value) {
-  return GetText(m_strMediaLocation, value);
+  return GiveBstr(m_strMediaLocation, value);
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_InternetLocation(BSTR* value) {
-  return GetText(m_strInternetLocation, value);
+  return GiveBstr(m_strInternetLocation, value);
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
@@ -42,5 +30,5 @@ STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_CheckSum(BSTR* value) {
-  return GetText(m_strCheckSum, value);
+  return GiveBstr(m_strCheckSum, value);
 }

@@ -9,6 +9,7 @@
 #include "msidb/View.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
+#include "server/error/win32_exception.h"
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
@@ -59,7 +60,7 @@ void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileS
   m_pOrigin = std::move(origin);
   if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
     Raise(com_exception(
-        HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT),
+        qm::HResultFromCode(ERROR_FILE_CORRUPT),
         CWideString::Format(L"The file is cut short. MsiOpenDatabase(%s)", path.c_str())));
   }
   ReadSignature();

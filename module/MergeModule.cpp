@@ -54,8 +54,7 @@ HRESULT CMergeModule::GetText(Text (CCacheMSM::*text)() const noexcept,
     }
     *value = nullptr;
     const auto record = RequireRecord();
-    *value = AllocBstr((*record.*text)());
-    return *value ? S_OK : E_OUTOFMEMORY;
+    return GiveBstr((*record.*text)(), value);
   });
 }
 

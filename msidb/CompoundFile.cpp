@@ -5,17 +5,11 @@
 #include <array>
 #include <cstring>
 
-#include "common/UniqueHandle.h"
+#include "common/UniqueFile.h"
 
 namespace msidb {
 
 namespace {
-
-struct FileTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle file) noexcept { ::CloseHandle(file); }
-};
 
 constexpr DWORD kFree = 0xFFFFFFFF;
 constexpr DWORD kLastSector = 0xFFFFFFFA;  // greater numbers have meanings of their own
@@ -118,7 +112,7 @@ class CompoundFile {
     return ::ReadFile(m_file.Get(), bytes, count, &read, &place) && read == count;
   }
 
-  CUniqueHandle<FileTraits> m_file;
+  CUniqueFile m_file;
   ULONGLONG m_size = 0;
   Header m_header{};
   Sector m_list{};

@@ -15,7 +15,7 @@ struct ExceptionDeleter {
   void operator()(CException* exception) const noexcept { exception->Delete(); }
 };
 
-// Nothing below throws or needs the C++ heap: it runs when memory may be short.
+// What reports a failure neither throws nor needs the C++ heap: it runs when memory may be short.
 
 void Trace(HRESULT hr, const wchar_t* description) noexcept {
   wchar_t number[16];

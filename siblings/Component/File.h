@@ -1,20 +1,9 @@
 #pragma once
 
-#include <windows.h>
-
 #include <string>
 
-#include "common/UniqueHandle.h"
+#include "common/UniqueFile.h"
 #include "common/WideString.h"
-
-struct FileTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle file) noexcept { ::CloseHandle(file); }
-};
-
-/// The one owner of an open file.
-using CUniqueFile = CUniqueHandle<FileTraits>;
 
 /// Opens a file for reading, and leaves others every use of it. When it cannot be opened there is
 /// no file, and GetLastError tells why.

@@ -185,6 +185,9 @@ TEST_F(CatalogRepositoryTest, AMalformedListFailsUntilItIsMended) {
   long count = 0;
   EXPECT_TRUE(FAILED(second->FindModule(nullptr, nullptr, 0, none.Put(), &count)));
   EXPECT_FALSE(none);
+  CVariant key(L"Zulu"), held(7), result;
+  EXPECT_TRUE(FAILED(second->CatalogQuery(key, &held, &result)));
+  EXPECT_EQ(7, held.lVal) << "a script keeps its variable";
   WriteList({{"*alpha", "Shop"}});
   EXPECT_EQ(L"Zulu2:1033 Zulu:1033 Alpha:1033", KeysOf(catalog.Get()));
   EXPECT_EQ(L"Zulu2:1033", Find(second.Get(), L"Zulu2"));

@@ -1,0 +1,14 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/UniqueHandle.h"
+
+struct FileTraits {
+  using Handle = HANDLE;
+  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
+  static void Close(Handle file) noexcept { ::CloseHandle(file); }
+};
+
+/// The one owner of an open file.
+using CUniqueFile = CUniqueHandle<FileTraits>;
