@@ -8,6 +8,8 @@
 //   pass      its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
 //   changed   milliseconds of a list when one file was rewritten
 //   find      milliseconds of FindModule
+//   tables    milliseconds of the first list of a process and of every table of its modules
+//   which     milliseconds of mmcat's search for a pattern in all File tables, after they were read
 //   memory    bytes of heap for each module
 
 #include <windows.h>
@@ -23,6 +25,9 @@
 
 #include "bench/HeapBytes.h"
 #include "bench/Measure.h"
+#include "client/CatalogFacts.h"
+#include "client/FileSearch.h"
+#include "client/Properties.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
@@ -139,6 +144,37 @@ double Cold() {
   return Milliseconds([&] { List(*catalog); });
 }
 
+template <class Use>
+void ForEachRecord(IMMCatalogVelmora& catalog, Use use) {
+  CComPtr<IMergeModules> modules;
+  Check("modules", catalog.get_MergeModules(modules.Put()));
+  ForEach<IMergeModule>(*modules, use);
+}
+
+double Tables() {
+  const auto catalog = NewCatalog();
+  return Milliseconds([&] {
+    ForEachRecord(*catalog, [](IMergeModule& module) {
+      Get(module, &IMergeModule::get_Files);
+      Get(module, &IMergeModule::get_Dependencies);
+      Get(module, &IMergeModule::get_Exclusions);
+      Get(module, &IMergeModule::get_CustomActions);
+      Get(module, &IMergeModule::get_Dialogs);
+    });
+  });
+}
+
+double Which() {
+  std::vector<CheckedModule> modules;
+  ForEachRecord(*NewCatalog(),
+                [&](IMergeModule& module) { modules.emplace_back().files = ReadFiles(module); });
+  return MedianMilliseconds([&] {
+    if (FindFiles(modules, "*B*1?.d?l").empty()) {
+      Fail("which", 0);
+    }
+  });
+}
+
 double Calls(const std::wstring& folder) {
   return Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
@@ -240,6 +276,10 @@ double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
     return Changed(folder);
   if (figure == L"find")
     return Find();
+  if (figure == L"tables")
+    return Tables();
+  if (figure == L"which")
+    return Which();
   if (figure == L"memory")
     return Memory(folder);
   return -1;

@@ -22,6 +22,14 @@ CComPtr<IMergeModules> Catalog::Modules() const {
   return Get<IMMCatalog>(*m_catalog.Get(), &IMMCatalog::get_MergeModules);
 }
 
+std::vector<std::string> Catalog::Keys() const {
+  std::vector<std::string> keys;
+  ForEach<IMergeModule>(*Modules(), [&](IMergeModule& module) {
+    keys.push_back(Text(module, &IMergeModule::get_Key));
+  });
+  return keys;
+}
+
 CComPtr<IMergeModules> Catalog::Find(const std::string& key, const std::string& version) const {
   CComPtr<IMergeModules> modules;
   long count = 0;

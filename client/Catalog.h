@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
@@ -14,6 +15,9 @@ class Catalog {
 
   /// All modules, in the order of the catalog.
   CComPtr<IMergeModules> Modules() const;
+
+  /// The keys of all modules, in the order of the catalog.
+  std::vector<std::string> Keys() const;
 
   /// The modules of a key, "ID" or "ID:language"; of one version, unless that is empty.
   CComPtr<IMergeModules> Find(const std::string& key, const std::string& version) const;

@@ -3,7 +3,9 @@
 #include <climits>
 
 #include "client/Catalog.h"
+#include "client/FileSearch.h"
 #include "client/NearestNames.h"
+#include "client/Progress.h"
 #include "client/Properties.h"
 
 namespace {
@@ -18,6 +20,11 @@ std::optional<long> LanguageOf(IMMExclusion& exclusion) {
   const long language =
       std::strtol(Text(exclusion, &IMMExclusion::get_Language).c_str(), nullptr, 10);
   return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
+}
+
+std::optional<long> SizeOf(IMMFile& file) {
+  const long size = Number(file, &IMMFile::get_FileSize);
+  return size == LONG_MIN ? std::nullopt : std::optional<long>(size);
 }
 
 std::vector<Requirement> ReadRequirements(IMergeModule& module) {
@@ -41,34 +48,38 @@ std::vector<Exclusion> ReadExclusions(IMergeModule& module) {
   return exclusions;
 }
 
-std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
-  std::vector<DeliveredFile> files;
-  ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
-    files.push_back(
-        {LongName(Text(file, &IMMFile::get_FileName)), Text(file, &IMMFile::get_Directory)});
-  });
-  return files;
-}
-
 /// Adds what the tables of the module at the end of the lists say.
-void ReadTables(IMergeModule& module, Facts facts, CatalogFacts& catalog) {
-  catalog.merge.back().requirements = ReadRequirements(module);
-  if (facts == Facts::All) {
+void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
+  if (facts & kRequirements) {
+    catalog.merge.back().requirements = ReadRequirements(module);
+  }
+  if (facts & kExclusions) {
     catalog.details.back().exclusions = ReadExclusions(module);
+  }
+  if (facts & kFiles) {
     catalog.details.back().files = ReadFiles(module);
   }
 }
 
 }  // namespace
 
-std::string LongName(const std::string& fileName) {
-  const size_t bar = fileName.find('|');
-  return bar == std::string::npos ? fileName : fileName.substr(bar + 1);
+std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
+  std::vector<DeliveredFile> files;
+  ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
+    files.push_back(MakeDeliveredFile(
+        Text(file, &IMMFile::get_FileName), Text(file, &IMMFile::get_Directory),
+        Text(file, &IMMFile::get_Key), Text(file, &IMMFile::get_Version), SizeOf(file)));
+  });
+  return files;
 }
 
-CatalogFacts ReadCatalogFacts(Facts facts, Report& report) {
+CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
   CatalogFacts catalog;
-  ForEach<IMergeModule>(*Catalog().Modules(), [&](IMergeModule& module) {
+  Progress progress;
+  const CComPtr<IMergeModules> modules = Catalog().Modules();
+  progress.SetTotal(static_cast<size_t>(Number(*modules, &IMergeModules::get_Count)));
+  ForEach<IMergeModule>(*modules, [&](IMergeModule& module) {
+    progress.Step();
     catalog.modules.push_back(ReadModule(module));
     const ListedModule& listed = catalog.modules.back();
     catalog.merge.push_back({listed.key, listed.moduleId, listed.language, listed.version, {}});
@@ -96,12 +107,16 @@ std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const
   return positions;
 }
 
-void RemarkUnknownKey(const std::vector<ListedModule>& modules, const std::string& key) {
+std::vector<std::string> KeysOf(const std::vector<ListedModule>& modules) {
   std::vector<std::string> keys;
   keys.reserve(modules.size());
   for (const ListedModule& module : modules) {
     keys.push_back(module.key);
   }
+  return keys;
+}
+
+void RemarkUnknownKey(const std::vector<std::string>& keys, const std::string& key) {
   std::string remark = key + ": the catalog has no such module";
   const std::vector<std::string> nearest = NearestNames(key, keys);
   for (const std::string& name : nearest) {

@@ -7,6 +7,7 @@
 #include "client/GalleryFiles.h"
 #include "client/IndexFiles.h"
 #include "client/Properties.h"
+#include "client/Style.h"
 #include "client/TextTable.h"
 #include "msidb/ModuleDirectories.h"
 
@@ -82,7 +83,7 @@ std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogF
   for (const std::string& key : keys) {
     const std::vector<size_t> positions = ModulesOfKey(catalog.modules, key);
     if (positions.empty()) {
-      RemarkUnknownKey(catalog.modules, key);
+      RemarkUnknownKey(KeysOf(catalog.modules), key);
       return {};
     }
     wanted.insert(wanted.end(), positions.begin(), positions.end());
@@ -94,15 +95,17 @@ std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogF
   return scope;
 }
 
+std::string Count(size_t count, const std::string& what) {
+  return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
+}
+
 std::string FindingsText(const std::vector<Finding>& findings, size_t modules) {
   std::string text;
   for (const Finding& finding : findings) {
-    text += finding.code + ": " + Printable(finding.text) + '\n';
+    text += Highlighted(finding.code) + ": " + Printable(finding.text) + '\n';
   }
-  return text +
-         (findings.empty() ? "Nothing found in "
-                           : std::to_string(findings.size()) + " findings in ") +
-         std::to_string(modules) + " modules\n";
+  return text + (findings.empty() ? "Nothing found" : Count(findings.size(), "finding")) + " in " +
+         Count(modules, "module") + '\n';
 }
 
 Json FindingsJson(const std::vector<Finding>& findings) {
@@ -115,16 +118,15 @@ Json FindingsJson(const std::vector<Finding>& findings) {
 
 }  // namespace
 
-ExitCode CheckCatalog(const std::vector<std::string>& keys, bool json) {
-  Report report("check", json);
-  CatalogFacts catalog = ReadCatalogFacts(Facts::All, report);
+ExitCode CheckCatalog(const std::vector<std::string>& keys, const OutputOptions& output) {
+  Report report("check", output);
+  CatalogFacts catalog = ReadCatalogFacts(kRequirements | kExclusions | kFiles, report);
   ReadDownloads(catalog, report);
   const MergeSet set(catalog.merge);
   const std::vector<size_t> scope =
       keys.empty() ? AllPositions(catalog.modules.size()) : ScopeOf(keys, catalog, set);
   if (!keys.empty() && scope.empty()) {
-    report.Finish();
-    return kNothingMatched;
+    return report.Finish(kNothingMatched);
   }
   TargetPaths paths(catalog, report);
   std::vector<Finding> findings = CheckModules(
@@ -138,5 +140,5 @@ ExitCode CheckCatalog(const std::vector<std::string>& keys, bool json) {
   report.Document()["modules"] = scope.size();
   report.Document()["findings"] = FindingsJson(findings);
   report.Print(FindingsText(findings, scope.size()));
-  return report.Finish(!findings.empty());
+  return report.Finish(findings.empty() ? kSuccess : kFindings);
 }

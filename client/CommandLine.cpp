@@ -2,76 +2,49 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <sstream>
 
 #include "client/CatalogSettings.h"
 #include "client/CheckCommand.h"
+#include "client/Console.h"
 #include "client/DepsCommand.h"
+#include "client/ExclusionsCommand.h"
+#include "client/FilesCommand.h"
 #include "client/GalleryCommand.h"
+#include "client/Help.h"
 #include "client/ListCommands.h"
-#include "client/LookupCommands.h"
+#include "client/NameCommand.h"
 #include "client/ShowCommand.h"
 #include "client/SourcesCommand.h"
+#include "client/WhichCommand.h"
 
 namespace {
 
 /// What the options and arguments of the commands hold.
 struct Values {
   CatalogSettings settings;
-  std::vector<std::string> files;
-  std::string subject;  ///< the one argument of a command
+  std::vector<std::string> subjects;  ///< the arguments of a command that takes several
+  std::string subject;                ///< the argument of one that takes one
   std::string version;
   DepsView depsView = DepsView::Order;
-  bool json = false;
+  OutputOptions output;
 };
+
+constexpr char kKey[] = "Module ID, or ID:LANGUAGE for one language";
 
 class Parser {
  public:
-  Parser() : m_app("Shows the catalog of merge modules (.msm).", "mmcat") {
+  Parser() : m_app("Shows the catalog of merge modules (.msm)", "mmcat") {
+    m_app.formatter(std::make_shared<HelpFormatter>());
     // "/home/x.msm" is a path where paths look so, never an option.
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
+    m_app.set_version_flag("--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
-        "Exit codes: 0 success, 1 findings of deps or check, 2 wrong usage, 3 nothing matched, 4 "
-        "some module could not be read, "
-        "5 the server failed, 6 the output cannot be written.");
-
-    Add("show", "Show module files: identity, summary, tables",
-        [](const Values& values) { return Show(values.files, values.json); })
-        .add_option("FILE", m_values.files, "Module files")
-        ->required();
-    AddOfCatalog("list", "List all modules of the catalog",
-                 [](const Values& values) { return List(values.json); });
-    CLI::App& find = AddOfCatalog("find", "List the modules of an ID", [](const Values& values) {
-      return Find(values.subject, values.version, values.json);
-    });
-    AddSubject(find, "KEY", "Module ID, or ID:LANGUAGE for one language");
-    find.add_option("--version", m_values.version, "Only this version");
-    AddSubject(
-        AddOfCatalog("which", "Tell which module delivers a file",
-                     [](const Values& values) { return Which(values.subject, values.json); }),
-        "FILE", "File name");
-    AddSubject(AddOfCatalog("name", "Tell the display name of a module",
-                            [](const Values& values) { return Name(values.subject, values.json); }),
-               "KEY", "Module key, ID:LANGUAGE");
-    CLI::App& deps = AddOfCatalog(
-        "deps", "Tell what a module needs, in the order of merging",
-        [](const Values& values) { return Deps(values.subject, values.depsView, values.json); });
-    AddSubject(deps, "KEY", "Module ID, or ID:LANGUAGE for one language");
-    deps.add_flag(
-        "--tree", [this](std::int64_t) { m_values.depsView = DepsView::Tree; },
-        "Each module above what it needs");
-    deps.add_flag(
-            "--reverse", [this](std::int64_t) { m_values.depsView = DepsView::Reverse; },
-            "The modules that need this one instead")
-        ->excludes("--tree");
-    AddOfCatalog("check", "Tell what is wrong in the catalog, or in a set of modules",
-                 [](const Values& values) { return CheckCatalog(values.files, values.json); })
-        .add_option("KEY", m_values.files,
-                    "Modules that are to be merged, ID or ID:LANGUAGE; all when there are none");
-    AddOfCatalog("sources", "List the module search folders",
-                 [](const Values& values) { return Sources(values.json); });
-    AddOfCatalog("gallery", "List the descriptions of the object gallery",
-                 [](const Values& values) { return Gallery(values.json); });
+        "Exit codes: 0 success, 1 findings of deps or check, 2 wrong usage, 3 nothing matched,\n"
+        "4 some module could not be read, 5 the server failed, 6 the output cannot be written.");
+    AddCommandsOfLists();
+    AddCommandsOfModules();
   }
 
   Command Read(std::vector<std::string> arguments) {
@@ -79,7 +52,12 @@ class Parser {
       std::reverse(arguments.begin(), arguments.end());  // the order that the parser takes
       m_app.parse(std::move(arguments));
     } catch (const CLI::ParseError& error) {
-      return m_app.exit(error) == 0 ? kSuccess : kUsage;
+      std::ostringstream output;
+      std::ostringstream remarks;
+      const int exitCode = m_app.exit(error, output, remarks);
+      WriteOutput(output.str());
+      WriteError(remarks.str());
+      return exitCode == 0 ? kSuccess : kUsage;
     }
     return [run = m_run, values = m_values] {
       Apply(values.settings);
@@ -90,15 +68,61 @@ class Parser {
  private:
   using Run = ExitCode (*)(const Values&);
 
-  CLI::App& Add(const char* name, const char* description, Run run) {
-    CLI::App& command = *m_app.add_subcommand(name, description);
-    command.add_flag("--json", m_values.json, "Print one JSON document");
-    command.callback([this, run] { m_run = run; });
-    return command;
+  void AddCommandsOfLists() {
+    AddOfCatalog("list", "List all modules of the catalog",
+                 [](const Values& values) { return List(values.output); });
+    AddOfCatalog("files", "List the files of all modules", [](const Values& values) {
+      return Files(values.subject, values.output);
+    }).add_option("PATTERN", m_values.subject, "Only files of such names: * and ? stand for any");
+    AddOfCatalog("exclusions", "List what the modules exclude, and which modules that hits",
+                 [](const Values& values) { return Exclusions(values.output); });
+    AddOfCatalog("sources", "List the module search folders",
+                 [](const Values& values) { return Sources(values.output); });
+    AddOfCatalog("gallery", "List the descriptions of the object gallery",
+                 [](const Values& values) { return Gallery(values.output); });
+    AddOfCatalog("check", "Tell what is wrong in the catalog, or in a set of modules",
+                 [](const Values& values) { return CheckCatalog(values.subjects, values.output); })
+        .add_option("KEY", m_values.subjects,
+                    "Modules that are to be merged, ID or ID:LANGUAGE; all when there are none");
+  }
+
+  void AddCommandsOfModules() {
+    AddOfCatalog("show", "Show modules: identity, summary, tables",
+                 [](const Values& values) { return Show(values.subjects, values.output); })
+        .add_option("FILE", m_values.subjects,
+                    "Module files, or modules of the catalog: ID or ID:LANGUAGE")
+        ->required();
+    CLI::App& find = AddOfCatalog("find", "List the modules of an ID", [](const Values& values) {
+      return Find(values.subject, values.version, values.output);
+    });
+    AddSubject(find, "KEY", kKey);
+    find.add_option("--version", m_values.version, "Only this version");
+    AddSubject(
+        AddOfCatalog("which", "Tell which modules deliver a file",
+                     [](const Values& values) { return Which(values.subject, values.output); }),
+        "FILE", "File name, in which * and ? stand for any");
+    AddSubject(
+        AddOfCatalog("name", "Tell the display name of a module",
+                     [](const Values& values) { return Name(values.subject, values.output); }),
+        "KEY", "Module key, ID:LANGUAGE");
+    CLI::App& deps = AddOfCatalog(
+        "deps", "Tell what a module needs, in the order of merging",
+        [](const Values& values) { return Deps(values.subject, values.depsView, values.output); });
+    AddSubject(deps, "KEY", kKey);
+    deps.add_flag(
+        "--tree", [this](std::int64_t) { m_values.depsView = DepsView::Tree; },
+        "Each module above what it needs");
+    deps.add_flag(
+            "--reverse", [this](std::int64_t) { m_values.depsView = DepsView::Reverse; },
+            "The modules that need this one instead")
+        ->excludes("--tree");
   }
 
   CLI::App& AddOfCatalog(const char* name, const char* description, Run run) {
-    CLI::App& command = Add(name, description, run);
+    CLI::App& command = *m_app.add_subcommand(name, description);
+    command.callback([this, run] { m_run = run; });
+    command.add_flag("--json", m_values.output.json, "Print one JSON document");
+    command.add_flag("--no-color", m_values.output.noColor, "No colours, as with NO_COLOR");
     CatalogSettings& settings = m_values.settings;
     const auto add = [&command](const char* option, auto& value, const char* what) {
       return command.add_option(option, value, what)->type_name("DIR")->group("Where to look");
@@ -110,8 +134,8 @@ class Parser {
     add("--index", settings.indexFolder, "Folder of the index tables");
     add("--data", settings.dataFolder, "Folder that holds Repositories\\Repositories.xml");
     command.footer(
-        "Without these options the catalog is that of this machine; with one of them it is nothing "
-        "but what they say.");
+        "Without these options the catalog is that of this machine; with one of them it is\n"
+        "nothing but what they say.");
     return command;
   }
 

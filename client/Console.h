@@ -2,18 +2,35 @@
 
 #include <windows.h>
 
-/// Has stdout buffered and a console show the UTF-8 that the client writes; a pipe or file gets the
-/// bytes in any case. One object, in main.
-class CUtf8Console {
+#include <string>
+
+// Where the client writes UTF-8 to. A pipe or file gets the bytes; a console gets characters, whose
+// way would otherwise lead through its code page and through what the C library makes of it.
+
+/// Whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
+bool IsConsole(DWORD standardHandle) noexcept;
+
+/// Writes to stdout, which may keep it until FlushOutput.
+void WriteOutput(const std::string& text);
+
+/// Writes to stderr at once.
+void WriteError(const std::string& text);
+
+/// Whether everything that was written to stdout has got there.
+bool FlushOutput() noexcept;
+
+/// Has the console of stdout obey the marks of Style.h. False when stdout is none or cannot, or
+/// when the environment's NO_COLOR forbids colours.
+bool EnableColors() noexcept;
+
+/// Leaves the console as it was. One object, in main.
+class CConsoleMode {
  public:
-  CUtf8Console() noexcept;
-  ~CUtf8Console();
-  CUtf8Console(const CUtf8Console&) = delete;
-  CUtf8Console& operator=(const CUtf8Console&) = delete;
+  CConsoleMode() noexcept;
+  ~CConsoleMode();
+  CConsoleMode(const CConsoleMode&) = delete;
+  CConsoleMode& operator=(const CConsoleMode&) = delete;
 
  private:
-  UINT m_previousCodePage;
+  DWORD m_previous = 0;
 };
-
-/// Whether everything that was printed to stdout has been written.
-bool FlushOutput() noexcept;

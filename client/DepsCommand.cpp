@@ -219,15 +219,14 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
 
 }  // namespace
 
-ExitCode Deps(const std::string& key, DepsView view, bool json) {
-  Report report("deps", json);
-  const CatalogFacts catalog = ReadCatalogFacts(Facts::Requirements, report);
+ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output) {
+  Report report("deps", output);
+  const CatalogFacts catalog = ReadCatalogFacts(kRequirements, report);
   const MergeSet set(catalog.merge);
   const Question question{catalog.modules, set, ModulesOfKey(catalog.modules, key)};
   if (question.wanted.empty()) {
-    RemarkUnknownKey(catalog.modules, key);
-    report.Finish();
-    return kNothingMatched;
+    RemarkUnknownKey(KeysOf(catalog.modules), key);
+    return report.Finish(kNothingMatched);
   }
   if (view == DepsView::Reverse) {
     const std::vector<ReverseView> users = FindUsers(question);
@@ -238,5 +237,5 @@ ExitCode Deps(const std::string& key, DepsView view, bool json) {
   const MergePlan plan = PlanMerge(set, question.wanted);
   AddOrderJson(question, plan, report.Document());
   report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : OrderText(question, plan));
-  return report.Finish(!plan.missing.empty() || !plan.cycles.empty());
+  return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
 }

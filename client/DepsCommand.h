@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "client/ExitCode.h"
+#include "client/Report.h"
 
 /// How `mmcat deps` shows what a module needs.
 enum class DepsView {
@@ -14,4 +14,4 @@ enum class DepsView {
 /// `mmcat deps`: what the modules of a key, "ID" or "ID:language", need. The answer is kFindings
 /// when something is missing, or when modules need one another. Throws ServerFailure when the
 /// server or its catalog fails.
-ExitCode Deps(const std::string& key, DepsView view, bool json);
+ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output);

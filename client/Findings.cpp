@@ -103,13 +103,11 @@ class ModuleCheck {
   void FindExclusions() {
     for (const size_t position : m_scope) {
       for (const Exclusion& exclusion : m_details[position].exclusions) {
-        for (const size_t other : m_set.ModulesOfId(exclusion.moduleId)) {
-          const MergeModule& module = Module(other);
-          if (other != position && m_isInScope[other] &&
-              Excludes(exclusion, module.moduleId, module.language, module.version)) {
+        for (const size_t other : ExcludedModules(m_set, position, exclusion)) {
+          if (m_isInScope[other]) {
             Add(kExclusion, {position, other},
                 NameOf(position) + " excludes " + Describe(exclusion) + " of " + NameOf(other) +
-                    ", which has version " + Quoted(module.version));
+                    ", which has version " + Quoted(Module(other).version));
           }
         }
       }
@@ -233,6 +231,19 @@ class ModuleCheck {
 };
 
 }  // namespace
+
+std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
+                                    const Exclusion& exclusion) {
+  std::vector<size_t> excluded;
+  for (const size_t position : set.ModulesOfId(exclusion.moduleId)) {
+    const MergeModule& module = set.Modules()[position];
+    if (position != excluding &&
+        Excludes(exclusion, module.moduleId, module.language, module.version)) {
+      excluded.push_back(position);
+    }
+  }
+  return excluded;
+}
 
 std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<CheckedModule>& details,
                                   const std::vector<size_t>& scope,

@@ -6,10 +6,14 @@
 
 #include "client/MergeSet.h"
 
-/// A file that a module delivers.
+/// A file that a module delivers: a row of its File table.
 struct DeliveredFile {
   std::string name;       ///< long name
   std::string directory;  ///< key of the module's Directory table
+  std::string shortName = {};
+  std::string key = {};
+  std::string version = {};
+  std::optional<long> size = {};
 };
 
 /// What a check looks at in a module, beside what MergeSet has of it.
@@ -48,6 +52,11 @@ inline constexpr char kNeedsDownload[] = "needs-download";
 /// The target path of a directory of a module, by the module's position. Asked for few modules
 /// only, because it opens the module.
 using ResolveDirectory = std::function<std::string(size_t module, const std::string& directory)>;
+
+/// The modules of the set that an exclusion of the module at `excluding` hits. That one itself is
+/// none of them.
+std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
+                                    const Exclusion& exclusion);
 
 /// Looks at the modules at the positions of `scope`, with details in `details` by the same
 /// positions; what they need may be any module of the set. The answer is in the order of codes,

@@ -146,14 +146,14 @@ Json GalleryJson(const std::vector<GalleryEntry>& entries) {
 
 }  // namespace
 
-ExitCode Gallery(bool json) {
-  Report report("gallery", json);
+ExitCode Gallery(const OutputOptions& output) {
+  Report report("gallery", output);
   const CatalogModules modules;
   std::vector<GalleryEntry> entries;
   for (GalleryFile& file : ReadGalleryFiles()) {
     entries.push_back(MakeEntry(std::move(file), modules, report));
   }
-  if (json) {
+  if (report.AsJson()) {
     report.Document()["descriptions"] = GalleryJson(entries);
   } else {
     report.Print(GalleryText(entries));

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <cstdlib>
 
+#include "client/FolderFiles.h"
 #include "client/IniFile.h"
 #include "client/Properties.h"
 #include "common/IgnoringCase.h"
@@ -11,38 +12,11 @@
 
 namespace {
 
-struct FindTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle handle) noexcept { ::FindClose(handle); }
-};
-
 constexpr std::wstring_view kExtension = L".ini";
 
 bool HasExtension(std::wstring_view name) noexcept {
   return name.size() > kExtension.size() &&
          EqualsIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
-}
-
-/// The names of the description files of a folder.
-std::vector<std::wstring> DescriptionNames(const CWideString& folder) {
-  std::vector<std::wstring> names;
-  WIN32_FIND_DATAW found;
-  const CUniqueHandle<FindTraits> search(
-      ::FindFirstFileW(JoinPath(folder, L"*.ini").c_str(), &found));
-  if (!search) {
-    return names;
-  }
-  do {
-    // Short names match as well.
-    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) && HasExtension(found.cFileName)) {
-      names.emplace_back(found.cFileName);
-    }
-  } while (::FindNextFileW(search.Get(), &found));
-  std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
-    return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
-  });
-  return names;
 }
 
 /// The value of a line; of several with one name, of the first.
@@ -74,7 +48,10 @@ std::vector<GalleryFile> ReadGalleryFiles() {
   }
   const CWideString folder = JoinPath(ToWide(root), L"ObjectGallery");
   std::vector<GalleryFile> files;
-  for (const std::wstring& name : DescriptionNames(folder)) {
+  for (const std::wstring& name : FileNames(JoinPath(folder, L"*.ini"))) {
+    if (!HasExtension(name)) {
+      continue;  // its short name has it
+    }
     GalleryFile file;
     file.path = ToUtf8(JoinPath(folder, name));
     file.packageCode = ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));

@@ -29,7 +29,7 @@ std::vector<IndexEntry> ReadIndexEntries(Report& report) {
       report.AddFailure(path, "", failure);
     }
   };
-  read(nameFolder, "modules.ini", L"modules", [](const IniLine& line) { return line.name; });
+  read(nameFolder, kModuleIndex, L"modules", [](const IniLine& line) { return line.name; });
   read(fileFolder, "FilesToModules.ini", L"FilesToModules",
        [](const IniLine& line) { return ToUtf8(ModuleOfFileEntry(ToWide(line.value))); });
   read(fileFolder, "PlatformFilesToModules.ini", L"PlatformFileToModule",

@@ -5,6 +5,9 @@
 #include "client/Findings.h"
 #include "client/Report.h"
 
+/// The index of display names; the two others are of files.
+inline constexpr char kModuleIndex[] = "modules.ini";
+
 /// The entries of the three index files that name a module, in the order of the files; those of a
 /// file that is missing are none. No interface of the catalog enumerates them, so this asks the
 /// components that it asks itself. A file that cannot be read goes to the report. Throws

@@ -1,29 +1,48 @@
 #include "client/ListCommands.h"
 
 #include "client/Catalog.h"
+#include "client/CatalogFacts.h"
 #include "client/ModuleList.h"
+#include "client/Properties.h"
 
 namespace {
 
-ExitCode Finish(Report& report, const std::vector<ListedModule>& modules) {
+ExitCode Finish(Report& report, const std::vector<ListedModule>& modules, ExitCode outcome) {
   if (report.AsJson()) {
     report.Document()["modules"] = ModuleListJson(modules);
-  } else {
+  } else if (outcome != kNothingMatched) {
     report.Print(ModuleListText(modules));
   }
-  return report.Finish();
+  return report.Finish(outcome);
+}
+
+void RemarkNotFound(const Catalog& catalog, const std::string& key, const std::string& version) {
+  std::string versions;
+  if (!version.empty()) {
+    ForEach<IMergeModule>(*catalog.Find(key, ""), [&](IMergeModule& module) {
+      versions += (versions.empty() ? "" : ", ") + Text(module, &IMergeModule::get_Version);
+    });
+  }
+  if (versions.empty()) {
+    RemarkUnknownKey(catalog.Keys(), key);
+  } else {
+    PrintRemark(key + ": the catalog has no version " + version + " of it, but " + versions);
+  }
 }
 
 }  // namespace
 
-ExitCode List(bool json) {
-  Report report("list", json);
-  return Finish(report, ReadModules(*Catalog().Modules(), report));
+ExitCode List(const OutputOptions& output) {
+  Report report("list", output);
+  return Finish(report, ReadModules(*Catalog().Modules(), report), kSuccess);
 }
 
-ExitCode Find(const std::string& key, const std::string& version, bool json) {
-  Report report("find", json);
-  const std::vector<ListedModule> modules = ReadModules(*Catalog().Find(key, version), report);
-  const ExitCode exitCode = Finish(report, modules);
-  return modules.empty() ? kNothingMatched : exitCode;
+ExitCode Find(const std::string& key, const std::string& version, const OutputOptions& output) {
+  Report report("find", output);
+  const Catalog catalog;
+  const std::vector<ListedModule> modules = ReadModules(*catalog.Find(key, version), report);
+  if (modules.empty()) {
+    RemarkNotFound(catalog, key, version);
+  }
+  return Finish(report, modules, modules.empty() ? kNothingMatched : kSuccess);
 }

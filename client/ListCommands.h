@@ -2,13 +2,13 @@
 
 #include <string>
 
-#include "client/ExitCode.h"
+#include "client/Report.h"
 
 // Each throws ServerFailure when the server or its catalog fails.
 
 /// `mmcat list`: prints all modules of the catalog in its order.
-ExitCode List(bool json);
+ExitCode List(const OutputOptions& output);
 
 /// `mmcat find`: prints the modules of a key, "ID" or "ID:language", and of a version, unless that
-/// is empty.
-ExitCode Find(const std::string& key, const std::string& version, bool json);
+/// is empty; when there are none, remarks those that come nearest.
+ExitCode Find(const std::string& key, const std::string& version, const OutputOptions& output);

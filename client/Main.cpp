@@ -2,16 +2,14 @@
 
 #include <windows.h>
 
-#include <cstdio>
-
 #include "client/CommandLine.h"
 #include "client/Console.h"
 #include "client/Report.h"
 #include "client/Utf8.h"
 
-// Has the C library expand wildcards in arguments, which Windows leaves to programs.
+// The C library does not expand wildcards in arguments: of some they are a part.
 extern "C" int _dowildcard;
-int _dowildcard = -1;
+int _dowildcard = 0;
 
 namespace {
 
@@ -48,7 +46,7 @@ ExitCode Run(const Command& command) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  const CUtf8Console console;
+  const CConsoleMode console;
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
     arguments.push_back(ToUtf8(argv[i]));

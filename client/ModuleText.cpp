@@ -1,5 +1,6 @@
 #include "client/ModuleText.h"
 
+#include "client/Style.h"
 #include "client/TextTable.h"
 
 namespace {
@@ -13,14 +14,14 @@ std::string Field(const std::string& name, const std::string& value) {
              : "  " + name + std::string(width - name.size(), ' ') + Printable(value) + '\n';
 }
 
-std::string Heading(const std::string& name, size_t count) {
-  return "  " + name + " (" + std::to_string(count) + ")\n";
+std::string PartHeading(const std::string& name, size_t count) {
+  return "  " + Heading(name + " (" + std::to_string(count) + ')') + '\n';
 }
 
 constexpr char kIndent[] = "    ";
 
 std::string Names(const std::string& heading, const std::vector<std::string>& names) {
-  std::string text = Heading(heading, names.size());
+  std::string text = PartHeading(heading, names.size());
   for (const std::string& name : names) {
     text += kIndent + Printable(name) + '\n';
   }
@@ -34,7 +35,7 @@ std::string Files(const std::vector<FileDescription>& files) {
     table.Add({file.key, file.directory, file.targetPath, file.fileName, Cell(file.size),
                file.version, file.language, Cell(file.sequence)});
   }
-  return Heading("Files", files.size()) + table.ToString(kIndent);
+  return PartHeading("Files", files.size()) + table.ToString(kIndent);
 }
 
 std::string Dependencies(const std::vector<DependencyDescription>& dependencies) {
@@ -42,7 +43,7 @@ std::string Dependencies(const std::vector<DependencyDescription>& dependencies)
   for (const DependencyDescription& dependency : dependencies) {
     table.Add({dependency.moduleId, Cell(dependency.language), dependency.version});
   }
-  return Heading("Dependencies", dependencies.size()) + table.ToString(kIndent);
+  return PartHeading("Dependencies", dependencies.size()) + table.ToString(kIndent);
 }
 
 std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
@@ -50,7 +51,7 @@ std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
   for (const ExclusionDescription& exclusion : exclusions) {
     table.Add({exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion});
   }
-  return Heading("Exclusions", exclusions.size()) + table.ToString(kIndent);
+  return PartHeading("Exclusions", exclusions.size()) + table.ToString(kIndent);
 }
 
 std::string DownloadFiles(const std::vector<DownloadFileDescription>& files) {
@@ -59,7 +60,7 @@ std::string DownloadFiles(const std::vector<DownloadFileDescription>& files) {
     table.Add({file.location, file.mediaLocation, file.internetLocation, std::to_string(file.size),
                file.checkSum});
   }
-  return Heading("Download files", files.size()) + table.ToString(kIndent);
+  return PartHeading("Download files", files.size()) + table.ToString(kIndent);
 }
 
 std::string YesOrNo(bool value) { return value ? "yes" : "no"; }
@@ -67,7 +68,7 @@ std::string YesOrNo(bool value) { return value ? "yes" : "no"; }
 }  // namespace
 
 std::string ModuleText(const ModuleDescription& module) {
-  std::string text = Printable(module.key) + '\n';
+  std::string text = Heading(Printable(module.key)) + '\n';
   text += Field("Display name", module.displayName);
   text += Field("Module ID", module.moduleId);
   text += Field("Language", Cell(module.language));

@@ -1,10 +1,18 @@
 #include "client/Report.h"
 
-#include <cstdio>
+#include "client/Console.h"
+#include "client/Progress.h"
+#include "client/Style.h"
+#include "client/TextTable.h"
+
+Report::Report(const std::string& command, const OutputOptions& options)
+    : m_json(options.json),
+      m_colors(!options.json && !options.noColor && EnableColors()),
+      m_document{{"schema", "mmcat/" + command + "/1"}} {}
 
 void Report::Print(const std::string& text) {
   if (!m_json) {
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    WriteOutput(m_colors ? text : WithoutMarks(text));
   }
 }
 
@@ -18,16 +26,16 @@ void Report::AddFailure(const std::string& file, const std::string& part,
   PrintRemark(subject + ": " + HResultText(failure.Result()) + ' ' + failure.what());
 }
 
-ExitCode Report::Finish(bool hasFindings) {
-  const ExitCode exitCode = !m_errors.empty() ? kSomeUnreadable
-                            : hasFindings     ? kFindings
-                                              : kSuccess;
+ExitCode Report::Finish(ExitCode outcome) {
+  const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
   if (m_json) {
     m_document["errors"] = std::move(m_errors);
-    const std::string text = m_document.dump(2) + '\n';
-    std::fwrite(text.data(), 1, text.size(), stdout);
+    WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   }
-  return exitCode;
+  return someUnreadable ? kSomeUnreadable : outcome;
 }
 
-void PrintRemark(const std::string& text) { std::fprintf(stderr, "mmcat: %s\n", text.c_str()); }
+void PrintRemark(const std::string& text) {
+  Progress::Erase();
+  WriteError("mmcat: " + Printable(text) + '\n');
+}

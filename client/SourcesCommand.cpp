@@ -48,11 +48,11 @@ Json SourcesJson(const std::vector<ListedSource>& sources) {
 
 }  // namespace
 
-ExitCode Sources(bool json) {
+ExitCode Sources(const OutputOptions& output) {
   std::vector<ListedSource> sources;
   ForEach<IMMSource>(*Catalog().Sources(),
                      [&](IMMSource& source) { sources.push_back(Read(source)); });
-  Report report("sources", json);
+  Report report("sources", output);
   report.Document()["sources"] = SourcesJson(sources);
   report.Print(SourcesText(sources));
   return report.Finish();

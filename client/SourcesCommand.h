@@ -1,7 +1,7 @@
 #pragma once
 
-#include "client/ExitCode.h"
+#include "client/Report.h"
 
 /// `mmcat sources`: prints the module search folders of the catalog. Throws ServerFailure when the
 /// server or its catalog fails.
-ExitCode Sources(bool json);
+ExitCode Sources(const OutputOptions& output);

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+#include "client/Style.h"
+
 namespace {
 
 /// Characters of UTF-8 text, so that columns of accented names line up.
@@ -14,9 +16,13 @@ size_t Width(const std::string& text) {
 }  // namespace
 
 std::string Printable(std::string text) {
-  for (char& c : text) {
-    if (static_cast<unsigned char>(c) < 0x20 || c == 0x7F) {
-      c = ' ';
+  for (size_t i = 0; i < text.size(); ++i) {
+    const auto c = static_cast<unsigned char>(text[i]);
+    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
+    if (c < 0x20 || c == 0x7F) {
+      text[i] = ' ';
+    } else if (c == 0xC2 && next < 0xA0) {  // U+0080 to U+009F
+      text.replace(i, 2, " ");
     }
   }
   return text;
@@ -50,7 +56,7 @@ std::string TextTable::ToString(const std::string& indent) const {
       }
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    text += line + '\n';
+    text += (&row == &m_rows.front() ? Heading(line) : line) + '\n';
   }
   return text;
 }

@@ -1,14 +1,18 @@
-// build_module OUTPUT.msm FOLDER: makes a merge module from the table text files (*.idt) of a
-// folder.
+// build_module [OUTPUT.msm FOLDER]...: makes merge modules, each from the table text files (*.idt)
+// of a folder. Then it runs the SQL statements of the file Changes.sql there, one on each line, if
+// there is one: they are UTF-8, while an import may read the system's code page only.
 
 #include <algorithm>
 #include <cstdio>
+#include <filesystem>
+#include <fstream>
 #include <vector>
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "msidb/Database.h"
+#include "msidb/View.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
 
@@ -36,6 +40,19 @@ std::vector<CWideString> TableFiles(const CWideString& folder) {
   return names;
 }
 
+/// The lines of a text file, without empty ones; none when there is no file.
+std::vector<CWideString> ReadLines(const CWideString& path) {
+  std::ifstream file{std::filesystem::path(std::wstring_view(path))};
+  std::vector<CWideString> lines;
+  std::string line;
+  while (std::getline(file, line)) {
+    if (!line.empty()) {
+      lines.emplace_back(std::filesystem::u8path(line).wstring());
+    }
+  }
+  return lines;
+}
+
 /// Builds beside `output` and takes its place at the end: a failure leaves what was there.
 void BuildModule(const CWideString& output, const CWideString& folder) {
   const std::vector<CWideString> tables = TableFiles(folder);
@@ -44,6 +61,9 @@ void BuildModule(const CWideString& output, const CWideString& folder) {
     msidb::Database database = msidb::Database::Open(unfinished, MSIDBOPEN_CREATE);
     for (const CWideString& table : tables) {
       database.Import(folder, table);
+    }
+    for (const CWideString& statement : ReadLines(JoinPath(folder, L"Changes.sql"))) {
+      msidb::View().Run(database, statement);
     }
     database.Commit();
   }
@@ -65,12 +85,14 @@ void PrintError(HRESULT hr) {
 }  // namespace
 
 int wmain(int argc, wchar_t** argv) {
-  if (argc != 3) {
-    std::fputs("usage: build_module OUTPUT.msm FOLDER\n", stderr);
+  if (argc % 2 == 0) {
+    std::fputs("usage: build_module [OUTPUT.msm FOLDER]...\n", stderr);
     return 2;
   }
   const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-    BuildModule(FullPath(argv[1]), FullPath(argv[2]));
+    for (int i = 1; i < argc; i += 2) {
+      BuildModule(FullPath(argv[i]), FullPath(argv[i + 1]));
+    }
     return S_OK;
   });
   if (FAILED(hr)) {

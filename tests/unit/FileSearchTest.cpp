@@ -1,0 +1,53 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "client/FileSearch.h"
+#include "client/Style.h"
+#include "client/TextTable.h"
+
+namespace {
+
+TEST(FileSearch, PatternsStandForNames) {
+  const struct {
+    const char* pattern;
+    const char* name;
+    bool matches;
+  } cases[] = {
+      {"a.dll", "a.dll", true},   {"a.dll", "a.dlls", false},  {"*", "", true},
+      {"?", "", false},           {"*", "x;y", true},          {"a;b", "a", false},
+      {"*.dll", "x.y.dll", true}, {"*.dll", "x.dll.z", false}, {"*.d*l", "x.dl.dll", true},
+      {"a*b*c", "aXbYbZc", true}, {"a*b*c", "aXcYb", false},   {"**a", "ba", true},
+      {"??.x", "äß.x", true},     {"?.x", "äß.x", false},      {"*ß", "ääß", true},
+      {"a?c", "ac", false},       {"[a]", "a", false},         {"*a", "aaaaaaaaaaaaaaab", false},
+  };
+  for (const auto& [pattern, name, matches] : cases) {
+    EXPECT_EQ(matches, MatchesPattern(name, pattern)) << pattern << ' ' << name;
+  }
+}
+
+TEST(FileSearch, LongAndShortNamesInAnyCase) {
+  std::vector<CheckedModule> modules(3);
+  modules[0].files = {MakeDeliveredFile("ÄB~1.TXT|Äblage.txt", "Dir", "K2", "", 5),
+                      MakeDeliveredFile("A.TXT", "Dir", "K1", "", {})};
+  modules[2].files = {MakeDeliveredFile("äb~1.txt", "Dir", "K3", "", {})};
+  const auto keys = [&](const char* pattern) {
+    std::string found;
+    for (const auto& [module, file] : FindFiles(modules, pattern)) {
+      found += std::to_string(module) + file->key + ' ';
+    }
+    return found;
+  };
+  EXPECT_EQ("0K2 2K3 ", keys("äb~1.TXT"));
+  EXPECT_EQ("0K2 ", keys("äBLAGE.*"));
+  EXPECT_EQ("0K1 0K2 2K3 ", keys("*"));
+  EXPECT_EQ("", keys(""));
+}
+
+TEST(Style, TextFromOutsideHasNoMarks) {
+  EXPECT_EQ(" [31mred 31m ~ ä", Printable("\x1b[31mred\xC2\x9B"
+                                          "31m\x7F~\xC2\x85ä"));
+  EXPECT_EQ("code: text", WithoutMarks(Highlighted("code") + ": " + Heading("text")));
+  EXPECT_EQ("a", WithoutMarks("a\x1b["));
+}
+
+}  // namespace
