@@ -4,6 +4,8 @@
 
 #include "client/Catalog.h"
 #include "client/FileSearch.h"
+#include "client/FoldCase.h"
+#include "client/JoinTexts.h"
 #include "client/NearestNames.h"
 #include "client/Progress.h"
 #include "client/Properties.h"
@@ -117,10 +119,7 @@ std::vector<std::string> KeysOf(const std::vector<ListedModule>& modules) {
 }
 
 void RemarkUnknownKey(const std::vector<std::string>& keys, const std::string& key) {
-  std::string remark = key + ": the catalog has no such module";
   const std::vector<std::string> nearest = NearestNames(key, keys);
-  for (const std::string& name : nearest) {
-    remark += (name == nearest.front() ? "; did you mean " : " or ") + name;
-  }
-  PrintRemark(remark);
+  PrintRemark(key + ": the catalog has no such module" +
+              (nearest.empty() ? "" : "; did you mean " + JoinTexts(nearest, " or ")));
 }

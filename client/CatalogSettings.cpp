@@ -30,6 +30,9 @@ CWideString FullFolder(const std::optional<std::string>& folder) {
 }  // namespace
 
 std::string WhyNoSearchFolder(const std::string& folder) {
+  if (folder.empty()) {
+    return "a search folder has a name";  // an empty one is a variable of the shell that is not set
+  }
   const std::string path = ToUtf8(FullPath(ToWide(folder)));
   return path.find_first_of(",%") == std::string::npos
              ? ""

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "client/CatalogFacts.h"
+#include "client/FoldCase.h"
 #include "client/GalleryFiles.h"
 #include "client/IndexFiles.h"
 #include "client/Properties.h"

@@ -12,8 +12,11 @@
 #include "client/FilesCommand.h"
 #include "client/GalleryCommand.h"
 #include "client/Help.h"
+#include "client/JoinTexts.h"
 #include "client/ListCommands.h"
 #include "client/NameCommand.h"
+#include "client/NearestNames.h"
+#include "client/Report.h"
 #include "client/ShowCommand.h"
 #include "client/SourcesCommand.h"
 #include "client/WhichCommand.h"
@@ -48,6 +51,9 @@ class Parser {
   }
 
   Command Read(std::vector<std::string> arguments) {
+    if (!arguments.empty() && IsUnknownCommand(arguments.front())) {
+      return kUsage;
+    }
     try {
       std::reverse(arguments.begin(), arguments.end());  // the order that the parser takes
       m_app.parse(std::move(arguments));
@@ -67,6 +73,24 @@ class Parser {
 
  private:
   using Run = ExitCode (*)(const Values&);
+
+  /// Whether a first argument is meant for a command and is none, about which the parser would only
+  /// say that there is none.
+  bool IsUnknownCommand(const std::string& argument) const {
+    std::vector<std::string> names;
+    for (const CLI::App* command : m_app.get_subcommands(nullptr)) {
+      names.push_back(command->get_name());
+    }
+    if (argument.empty() || argument.front() == '-' ||
+        std::find(names.begin(), names.end(), argument) != names.end()) {
+      return false;
+    }
+    const std::vector<std::string> nearest = NearestNames(argument, names);
+    PrintRemark(
+        argument + ": there is no such command" +
+        (nearest.empty() ? "; --help lists them" : "; did you mean " + JoinTexts(nearest, " or ")));
+    return true;
+  }
 
   void AddCommandsOfLists() {
     AddOfCatalog("list", "List all modules of the catalog",

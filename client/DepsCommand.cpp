@@ -14,14 +14,6 @@ struct Question {
   std::vector<size_t> wanted;
 };
 
-std::string Describe(const Requirement& requirement) {
-  std::string text = requirement.moduleId;
-  if (requirement.language.value_or(0) != 0) {
-    text += ':' + std::to_string(*requirement.language);
-  }
-  return requirement.version.empty() ? text : text + ", at least " + requirement.version;
-}
-
 Json ModuleJson(const ListedModule& module) {
   return {{"key", module.key},
           {"version", module.version},
@@ -58,7 +50,8 @@ std::string OrderText(const Question& question, const MergePlan& plan) {
   if (!plan.missing.empty()) {
     TextTable missing({"Missing", "Needed by", "Because"});
     for (const MissingModule& one : plan.missing) {
-      missing.Add({Describe(one.requirement), question.modules[one.neededBy].key, one.reason});
+      missing.Add(
+          {RequirementText(one.requirement), question.modules[one.neededBy].key, one.reason});
     }
     text += '\n' + missing.ToString("");
   }
@@ -153,7 +146,7 @@ class TreeWriter {
     if (choice.module) {
       Enter(*choice.module, choice.reason);
     } else {
-      AddLine("missing: " + Describe(requirement) + "  (" + choice.reason + ')');
+      AddLine("missing: " + RequirementText(requirement) + "  (" + choice.reason + ')');
     }
   }
 

@@ -1,5 +1,7 @@
 #include "client/FileSearch.h"
 
+#include "client/FoldCase.h"
+
 #include <algorithm>
 #include <tuple>
 

@@ -1,5 +1,8 @@
 #include "client/Findings.h"
 
+#include "client/FoldCase.h"
+#include "client/JoinTexts.h"
+
 #include <algorithm>
 #include <set>
 #include <tuple>
@@ -7,22 +10,6 @@
 namespace {
 
 std::string Quoted(const std::string& text) { return '"' + text + '"'; }
-
-std::string Join(const std::vector<std::string>& texts, const char* between) {
-  std::string joined;
-  for (const std::string& text : texts) {
-    joined += (joined.empty() ? "" : between) + text;
-  }
-  return joined;
-}
-
-std::string Describe(const Requirement& requirement) {
-  std::string text = requirement.moduleId;
-  if (requirement.language && *requirement.language != 0) {
-    text += ':' + std::to_string(*requirement.language);
-  }
-  return requirement.version.empty() ? text : text + ", version " + requirement.version;
-}
 
 std::string Describe(const Exclusion& exclusion) {
   if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
@@ -89,14 +76,14 @@ class ModuleCheck {
     const MergePlan plan = PlanMerge(m_set, m_scope);
     for (const MissingModule& missing : plan.missing) {
       Add(kMissingDependency, {missing.neededBy},
-          NameOf(missing.neededBy) + " needs " + Describe(missing.requirement) + ": " +
+          NameOf(missing.neededBy) + " needs " + RequirementText(missing.requirement) + ": " +
               missing.reason);
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
       Add(kDependencyCycle, cycle,
           cycle.size() == 1
               ? NameOf(cycle.front()) + " needs itself"
-              : "each needs the next, and the last the first: " + Join(NamesOf(cycle), ", "));
+              : "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
     }
   }
 
@@ -147,7 +134,7 @@ class ModuleCheck {
     }
     Add(kDuplicateKey, {modules.front()},
         NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
-            " times: " + Join(places, ", "));
+            " times: " + JoinTexts(places, ", "));
   }
 
   void AddVersions(const std::string& id, const std::vector<size_t>& modules) {
@@ -163,7 +150,7 @@ class ModuleCheck {
     if (versions.size() > 1) {
       Add(kSeveralVersions, modules,
           id + " is there in " + std::to_string(versions.size()) +
-              " versions: " + Join(versions, ", "));
+              " versions: " + JoinTexts(versions, ", "));
     }
   }
 
@@ -219,7 +206,7 @@ class ModuleCheck {
     }
     if (!folder.empty() && modules.size() > 1) {
       Add(kFileConflict, modules,
-          file + " goes to " + folder + " from " + Join(NamesOf(modules), " and from "));
+          file + " goes to " + folder + " from " + JoinTexts(NamesOf(modules), " and from "));
     }
   }
 

@@ -4,7 +4,7 @@
 #include <cstdlib>
 
 #include "client/FolderFiles.h"
-#include "client/IniFile.h"
+#include "client/IniSection.h"
 #include "client/Properties.h"
 #include "common/IgnoringCase.h"
 #include "common/ModuleKey.h"

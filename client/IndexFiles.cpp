@@ -1,6 +1,6 @@
 #include "client/IndexFiles.h"
 
-#include "client/IniFile.h"
+#include "client/IniSection.h"
 #include "client/Properties.h"
 #include "common/FileIndexEntry.h"
 #include "common/Path.h"

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <string_view>
 
-#include "client/Utf8.h"
+#include "client/FoldCase.h"
 
 namespace {
 
@@ -50,27 +50,20 @@ int CompareVersionTexts(const std::string& a, const std::string& b) {
   return 0;
 }
 
-std::string FoldCase(const std::string& text) {
-  std::string folded = text;
-  bool isPlain = true;
-  for (char& c : folded) {
-    isPlain = isPlain && static_cast<unsigned char>(c) < 0x80;
-    c = c >= 'A' && c <= 'Z' ? static_cast<char>(c + ('a' - 'A')) : c;
-  }
-  if (isPlain) {
-    return folded;
-  }
-  std::wstring wide(ToWide(text));
-  ::CharLowerBuffW(wide.data(), static_cast<DWORD>(wide.size()));
-  return ToUtf8(wide);
-}
-
 bool LanguageFits(std::optional<long> wanted, long language) {
   if (!wanted || *wanted == LANG_NEUTRAL || *wanted == language) {
     return true;
   }
   const bool isGroup = SUBLANGID(*wanted) == SUBLANG_NEUTRAL;
   return isGroup && PRIMARYLANGID(*wanted) == PRIMARYLANGID(language);
+}
+
+std::string RequirementText(const Requirement& requirement) {
+  std::string text = requirement.moduleId;
+  if (requirement.language.value_or(LANG_NEUTRAL) != LANG_NEUTRAL) {
+    text += ':' + std::to_string(*requirement.language);
+  }
+  return requirement.version.empty() ? text : text + ", at least " + requirement.version;
 }
 
 bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,

@@ -11,9 +11,6 @@
 /// follows the digits of a part does not count.
 int CompareVersionTexts(const std::string& a, const std::string& b);
 
-/// Texts in which case makes no difference are equal after this.
-std::string FoldCase(const std::string& text);
-
 /// Whether a module of `language` is one of `wanted`: of every language for 0, of all languages of
 /// a group for the identifier of a primary language (9 for 1033 and 2057), otherwise of exactly
 /// this one. The tables' null stands for every language.
@@ -25,6 +22,9 @@ struct Requirement {
   std::optional<long> language;
   std::string version;  ///< the lowest that will do; empty when every version will
 };
+
+/// A requirement for people: "ID:language, at least version".
+std::string RequirementText(const Requirement& requirement);
 
 /// Whether a module satisfies a requirement. The ID's case makes no difference.
 bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,

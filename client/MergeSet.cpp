@@ -1,21 +1,38 @@
 #include "client/MergeSet.h"
 
+#include "client/FoldCase.h"
+#include "client/JoinTexts.h"
+
 #include <algorithm>
 
 namespace {
 
+/// How many modules could have been chosen, and how far each rule narrowed them down.
+struct Field {
+  size_t candidates = 0;
+  size_t ofBestVersion = 0;
+  size_t ofBestVersionAndLanguage = 0;  ///< exactly the wanted one, if there is such a module
+};
+
 /// Why a module was chosen out of those that satisfy the requirement.
-std::string ReasonOfChoice(const Requirement& requirement, size_t candidates, size_t sameVersion) {
-  if (candidates == 1) {
+std::string ReasonOfChoice(const Requirement& requirement, const Field& field) {
+  if (field.candidates == 1) {
     return "the only one";
   }
-  std::string reason = sameVersion == candidates
-                           ? "first of " + std::to_string(candidates) + " with this version"
-                           : "highest version of " + std::to_string(candidates);
-  if (sameVersion > 1 && sameVersion != candidates) {
-    reason += ", first of " + std::to_string(sameVersion);
+  std::vector<std::string> reasons;
+  if (field.ofBestVersion < field.candidates) {
+    reasons.push_back("the highest version of " + std::to_string(field.candidates));
   }
-  return reason + (requirement.version.empty() ? "" : ", at least " + requirement.version);
+  if (field.ofBestVersionAndLanguage < field.ofBestVersion) {
+    reasons.emplace_back("of exactly this language");
+  }
+  if (field.ofBestVersionAndLanguage > 1) {
+    reasons.push_back("the first of " + std::to_string(field.ofBestVersionAndLanguage));
+  }
+  if (!requirement.version.empty()) {
+    reasons.push_back("at least " + requirement.version);
+  }
+  return JoinTexts(reasons, ", ");
 }
 
 /// Walks requirements depth first, with a stack of its own instead of the thread's.
@@ -105,8 +122,7 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
     return {std::nullopt, "no module has this ID"};
   }
   std::optional<size_t> best;
-  size_t candidates = 0;
-  size_t sameVersion = 0;
+  Field field;
   bool anyLanguageFits = false;
   for (const size_t position : sameId) {
     const MergeModule& module = m_modules[position];
@@ -114,12 +130,16 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
     if (!Satisfies(requirement, module.moduleId, module.language, module.version)) {
       continue;
     }
-    ++candidates;
-    const int order = best ? CompareVersionTexts(module.version, m_modules[*best].version) : 1;
-    sameVersion = order > 0 ? 1 : sameVersion + (order == 0);
+    ++field.candidates;
     const bool isExact = requirement.language == module.language;
-    if (order > 0 || (order == 0 && isExact && requirement.language != m_modules[*best].language)) {
+    const bool isBestExact = best && requirement.language == m_modules[*best].language;
+    const int order = best ? CompareVersionTexts(module.version, m_modules[*best].version) : 1;
+    field.ofBestVersion = order > 0 ? 1 : field.ofBestVersion + (order == 0);
+    if (order > 0 || (order == 0 && isExact && !isBestExact)) {
       best = position;
+      field.ofBestVersionAndLanguage = 1;
+    } else if (order == 0 && isExact == isBestExact) {
+      ++field.ofBestVersionAndLanguage;
     }
   }
   if (!best) {
@@ -128,7 +148,7 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
                       ? "every version is lower than " + requirement.version
                       : "no module of this ID is for " + std::to_string(*requirement.language)};
   }
-  return {best, ReasonOfChoice(requirement, candidates, sameVersion)};
+  return {best, ReasonOfChoice(requirement, field)};
 }
 
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {

@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <utility>
 
+#include "client/FoldCase.h"
 #include "client/MergeRules.h"
 
 namespace {

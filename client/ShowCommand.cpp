@@ -3,6 +3,7 @@
 #include "client/Catalog.h"
 #include "client/CatalogFacts.h"
 #include "client/FileSearch.h"
+#include "client/FoldCase.h"
 #include "client/FolderFiles.h"
 #include "client/ModuleDescription.h"
 #include "client/ModuleJson.h"

@@ -6,6 +6,7 @@
 #include "client/Catalog.h"
 #include "client/CatalogFacts.h"
 #include "client/FileSearch.h"
+#include "client/FoldCase.h"
 #include "client/IndexFiles.h"
 #include "client/TextTable.h"
 

@@ -80,9 +80,10 @@ std::string Names(const std::vector<MergeModule>& modules, const std::vector<siz
 }
 
 TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
-  const std::vector<MergeModule> modules{Module("A", "1.0", 1031), Module("a", "1.9", 2057),
+  const std::vector<MergeModule> modules{Module("A", "1.0", 1031),  Module("a", "1.9", 2057),
                                          Module("A", "1.10", 1033), Module("A", "1.10", 2057),
-                                         Module("B", "3.0", 0)};
+                                         Module("B", "3.0", 0),     Module("D", "1.0", 1033),
+                                         Module("D", "1.0", 9)};
   const MergeSet set(modules);
   const struct {
     Requirement requirement;
@@ -90,12 +91,13 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
     const char* reason;
   } cases[] = {
       {{"A", 1031, ""}, 0, "the only one"},
-      {{"A", 9, ""}, 2, "highest version of 3, first of 2"},
-      {{"A", 2057, ""}, 3, "highest version of 2"},
-      {{"A", 0, "1.9"}, 2, "highest version of 3, first of 2, at least 1.9"},
+      {{"A", 9, ""}, 2, "the highest version of 3, the first of 2"},
+      {{"A", 2057, ""}, 3, "the highest version of 2"},
+      {{"A", 0, "1.9"}, 2, "the highest version of 3, the first of 2, at least 1.9"},
       {{"A", 0, "2"}, std::nullopt, "every version is lower than 2"},
       {{"A", 1036, ""}, std::nullopt, "no module of this ID is for 1036"},
       {{"b", 0, "3"}, 4, "the only one"},
+      {{"D", 9, ""}, 6, "of exactly this language"},
       {{"C", 0, ""}, std::nullopt, "no module has this ID"},
   };
   for (const auto& [requirement, chosen, reason] : cases) {
@@ -192,7 +194,7 @@ TEST(FindingsTest, EachKindIsFoundOnce) {
           "dependency-cycle A:0 B:0 | each needs the next, and the last the first: A:0, B:0",
           "exclusion A:0 B:0 | A:0 excludes versions up to 1.5 of B:0, which has version "
           "\"1.0\"",
-          "missing-dependency A:0 | A:0 needs Gone:1033, version 2: no module has this ID",
+          "missing-dependency A:0 | A:0 needs Gone:1033, at least 2: no module has this ID",
           "needs-download D:1033 | D:1033 has to be downloaded, or files of it",
           "unreadable-module broken.msm | broken.msm cannot be read: no database"));
   EXPECT_THAT(FindingsOf(modules, {excluding, {}, broken, downloadable}, {1, 3}),

@@ -1,4 +1,4 @@
-#include "client/IniFile.h"
+#include "client/IniSection.h"
 
 #include "client/Properties.h"
 #include "idl/siblings.h"

@@ -1,0 +1,13 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+/// Texts with another one between them.
+inline std::string JoinTexts(const std::vector<std::string>& texts, const char* between) {
+  std::string joined;
+  for (const std::string& text : texts) {
+    joined += (&text == &texts.front() ? "" : between) + text;
+  }
+  return joined;
+}
