@@ -4,6 +4,7 @@
 
 #include "client/Report.h"
 
-/// `mmcat name`: prints the display name that the index has for a module key, the key itself for
-/// another one that the catalog knows. Throws ServerFailure when the server or its catalog fails.
+/// `mmcat name`: prints the display name that the index has for a module key, or for a module that
+/// the index does not have, the name that the module itself gives. Throws ServerFailure when the
+/// server or its catalog fails.
 ExitCode Name(const std::string& key, const OutputOptions& output);
