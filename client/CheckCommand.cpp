@@ -25,10 +25,17 @@ class TargetPaths {
     const msidb::TargetDirectories& directories =
         known == m_directories.end() ? Resolve(module) : known->second;
     const auto found = directories.find(ToWide(directory));
-    return found == directories.end() ? "" : ToUtf8(found->second.path);
+    return found == directories.end() ? "" : FolderText(found->second);
   }
 
  private:
+  /// The path with its root, which tells folders of one name apart.
+  static std::string FolderText(const msidb::TargetDirectory& directory) {
+    const std::string path = ToUtf8(directory.path);
+    const bool namesRoot = !path.empty() && path.front() == '[';
+    return namesRoot || directory.root.empty() ? path : '[' + ToUtf8(directory.root) + ']' + path;
+  }
+
   const msidb::TargetDirectories& Resolve(size_t module) {
     msidb::TargetDirectories& directories = m_directories[module];
     for (const DeliveredFile& file : m_catalog.details[module].files) {
@@ -126,6 +133,8 @@ ExitCode CheckCatalog(const std::vector<std::string>& keys, const OutputOptions&
   const MergeSet set(catalog.merge);
   const std::vector<size_t> scope =
       keys.empty() ? AllPositions(catalog.modules.size()) : ScopeOf(keys, catalog, set);
+  report.Document()["modules"] = scope.size();
+  report.Document()["findings"] = Json::array();
   if (!keys.empty() && scope.empty()) {
     return report.Finish(kNothingMatched);
   }
@@ -138,7 +147,6 @@ ExitCode CheckCatalog(const std::vector<std::string>& keys, const OutputOptions&
     findings.insert(findings.end(), ofIndexes.begin(), ofIndexes.end());
     Sort(findings);
   }
-  report.Document()["modules"] = scope.size();
   report.Document()["findings"] = FindingsJson(findings);
   report.Print(FindingsText(findings, scope.size()));
   return report.Finish(findings.empty() ? kSuccess : kFindings);

@@ -134,10 +134,10 @@ class Parser {
         [](const Values& values) { return Deps(values.subject, values.depsView, values.output); });
     AddSubject(deps, "KEY", kKey);
     deps.add_flag(
-        "--tree", [this](std::int64_t) { m_values.depsView = DepsView::Tree; },
+        "--tree", [this](std::int64_t given) { SetView(given, DepsView::Tree); },
         "Each module above what it needs");
     deps.add_flag(
-            "--reverse", [this](std::int64_t) { m_values.depsView = DepsView::Reverse; },
+            "--reverse", [this](std::int64_t given) { SetView(given, DepsView::Reverse); },
             "The modules that need this one instead")
         ->excludes("--tree");
   }
@@ -161,6 +161,13 @@ class Parser {
         "Without these options the catalog is that of this machine; with one of them it is\n"
         "nothing but what they say.");
     return command;
+  }
+
+  /// A flag may also be given as "--tree=false".
+  void SetView(std::int64_t given, DepsView view) {
+    if (given > 0) {
+      m_values.depsView = view;
+    }
   }
 
   void AddSubject(CLI::App& command, const char* name, const char* description) {

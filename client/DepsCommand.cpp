@@ -219,6 +219,11 @@ ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output
   const Question question{catalog.modules, set, ModulesOfKey(catalog.modules, key)};
   if (question.wanted.empty()) {
     RemarkUnknownKey(KeysOf(catalog.modules), key);
+    if (view == DepsView::Reverse) {
+      AddReverseJson(question, {}, report.Document());
+    } else {
+      AddOrderJson(question, {}, report.Document());
+    }
     return report.Finish(kNothingMatched);
   }
   if (view == DepsView::Reverse) {

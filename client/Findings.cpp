@@ -50,6 +50,13 @@ class ModuleCheck {
     return Module(position).moduleId.empty() ? m_details[position].path : Module(position).key;
   }
 
+  /// What the modules that stand for each other have in common: the ID, or if there is none, the
+  /// path.
+  std::string IdentityOf(size_t position) const {
+    const std::string& id = Module(position).moduleId;
+    return id.empty() ? m_details[position].path : FoldCase(id);
+  }
+
   std::vector<std::string> NamesOf(const std::vector<size_t>& positions) const {
     std::vector<std::string> names;
     names.reserve(positions.size());
@@ -176,9 +183,9 @@ class ModuleCheck {
       }
     }
     for (const auto& [name, deliveries] : byName) {
-      const std::string& firstId = Module(deliveries.front().module).moduleId;
+      const std::string firstIdentity = IdentityOf(deliveries.front().module);
       if (std::all_of(deliveries.begin(), deliveries.end(), [&](const Delivery& delivery) {
-            return FoldCase(Module(delivery.module).moduleId) == FoldCase(firstId);
+            return IdentityOf(delivery.module) == firstIdentity;
           })) {
         continue;
       }
@@ -200,7 +207,7 @@ class ModuleCheck {
     std::vector<size_t> modules;
     std::set<std::string> ids;
     for (const size_t position : deliverers) {
-      if (ids.insert(FoldCase(Module(position).moduleId)).second) {
+      if (ids.insert(IdentityOf(position)).second) {
         modules.push_back(position);
       }
     }

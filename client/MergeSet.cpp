@@ -24,7 +24,8 @@ std::string ReasonOfChoice(const Requirement& requirement, const Field& field) {
     reasons.push_back("the highest version of " + std::to_string(field.candidates));
   }
   if (field.ofBestVersionAndLanguage < field.ofBestVersion) {
-    reasons.emplace_back("of exactly this language");
+    reasons.emplace_back(requirement.language == 0 ? "language-neutral"
+                                                   : "of exactly this language");
   }
   if (field.ofBestVersionAndLanguage > 1) {
     reasons.push_back("the first of " + std::to_string(field.ofBestVersionAndLanguage));
@@ -142,11 +143,14 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
       ++field.ofBestVersionAndLanguage;
     }
   }
+  if (!best && !anyLanguageFits) {
+    return {best, "no module of this ID is for " + std::to_string(*requirement.language)};
+  }
   if (!best) {
-    // Every language fits a requirement without one.
-    return {best, anyLanguageFits
-                      ? "every version is lower than " + requirement.version
-                      : "no module of this ID is for " + std::to_string(*requirement.language)};
+    const bool anyLanguage = requirement.language.value_or(0) == 0;
+    return {best, "every version " +
+                      (anyLanguage ? "" : "for " + std::to_string(*requirement.language) + ' ') +
+                      "is lower than " + requirement.version};
   }
   return {best, ReasonOfChoice(requirement, field)};
 }

@@ -10,7 +10,7 @@ namespace {
 /// The name of a key in the index of module names; of a module that it does not have, the name that
 /// the module itself gives. Empty when there is no such module either.
 std::string FindName(const Catalog& catalog, const std::string& key) {
-  const std::string indexed = catalog.DisplayName(key);
+  std::string indexed = catalog.DisplayName(key);
   if (indexed != key) {
     return indexed;
   }

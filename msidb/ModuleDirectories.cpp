@@ -1,16 +1,50 @@
 #include "msidb/ModuleDirectories.h"
 
+#include <set>
+
 #include "msidb/DirectoryResolution.h"
+#include "msidb/View.h"
 #include "server/error/ErrorHandler.h"
 
 namespace msidb {
 
 namespace {
 
+std::wstring_view WithoutSuffix(std::wstring_view key) noexcept {
+  return key.substr(0, key.find(L'.'));
+}
+
+bool IsSystemFolder(std::wstring_view key) noexcept {
+  constexpr std::wstring_view ending = L"Folder";
+  return key.size() > ending.size() && key.substr(key.size() - ending.size()) == ending;
+}
+
+CWideString RootOf(const Database& database, const CWideString& key) {
+  std::set<CWideString> visited;
+  CWideString current(key);
+  Record parameters = Record::Create(1);
+  while (visited.insert(current).second) {
+    parameters.SetString(1, current);
+    View view;
+    if (!view.RunAndFetch(database,
+                          L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory` = ?",
+                          &parameters)) {
+      return {};
+    }
+    CWideString parent = view.Row().GetString(1);
+    if (IsSystemFolder(WithoutSuffix(current)) || parent.empty() || parent == current) {
+      break;
+    }
+    current = std::move(parent);
+  }
+  return WithoutSuffix(current);
+}
+
 TargetDirectory Resolve(const Database& database, const CWideString& key) {
   TargetDirectory directory;
   directory.result = RunAtBoundary(GUID_NULL, [&] {
     directory.path = RequireDirectoryPath(database, key, kTargetPath);
+    directory.root = RootOf(database, key);
     return S_OK;
   });
   if (FAILED(directory.result)) {

@@ -10,7 +10,12 @@ namespace msidb {
 
 /// Where a directory of a module lies, or why that cannot be said.
 struct TargetDirectory {
-  CWideString path;         ///< "[ProgramFilesFolder]My Company\\bin"
+  CWideString path;  ///< "[ProgramFilesFolder]My Company\\bin"
+  /// The key at which the way to the root ends, without the module's suffix: that of a system
+  /// folder
+  /// ("System64Folder"), whether the path names it or not, or else TARGETDIR. Empty when the key
+  /// has no row.
+  CWideString root;
   HRESULT result = S_OK;    ///< a failing HRESULT when the path cannot be resolved
   CWideString description;  ///< of the failure
 };

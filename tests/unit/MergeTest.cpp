@@ -98,6 +98,7 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
       {{"A", 1036, ""}, std::nullopt, "no module of this ID is for 1036"},
       {{"b", 0, "3"}, 4, "the only one"},
       {{"D", 9, ""}, 6, "of exactly this language"},
+      {{"A", 1033, "2"}, std::nullopt, "every version for 1033 is lower than 2"},
       {{"C", 0, ""}, std::nullopt, "no module has this ID"},
   };
   for (const auto& [requirement, chosen, reason] : cases) {
@@ -216,6 +217,12 @@ TEST(FindingsTest, Doubles) {
 }
 
 TEST(FindingsTest, FilesConflictInOneFolderOnly) {
+  CheckedModule nameless = Files({{"w.dll", "System.5"}}), other = nameless;
+  nameless.path = "1.msm";
+  other.path = "2.msm";
+  EXPECT_THAT(FindingsOf({Module(""), Module("")}, {nameless, other}),
+              ElementsAre("file-conflict 1.msm 2.msm | w.dll goes to [System] from 1.msm and from "
+                          "2.msm"));
   EXPECT_THAT(
       FindingsOf(
           {Module("A"), Module("B"), Module("C"), Module("A", "1.0", 1031)},
