@@ -1,6 +1,6 @@
 #include "catalog/GalleryPass.h"
 
-#include "catalog/FolderFiles.h"
+#include "common/FolderFiles.h"
 #include "common/Path.h"
 
 namespace {

@@ -4,7 +4,7 @@
 #include <iterator>
 #include <map>
 
-#include "catalog/FolderFiles.h"
+#include "common/FolderFiles.h"
 #include "common/Path.h"
 
 namespace {

@@ -3,9 +3,10 @@
 #include <algorithm>
 #include <cstdlib>
 
-#include "client/FolderFiles.h"
+#include "client/FileNames.h"
 #include "client/IniSection.h"
 #include "client/Properties.h"
+#include "common/FolderFiles.h"
 #include "common/IgnoringCase.h"
 #include "common/ModuleKey.h"
 #include "common/Path.h"
@@ -13,11 +14,6 @@
 namespace {
 
 constexpr std::wstring_view kExtension = L".ini";
-
-bool HasExtension(std::wstring_view name) noexcept {
-  return name.size() > kExtension.size() &&
-         EqualsIgnoringCase(name.substr(name.size() - kExtension.size()), kExtension);
-}
 
 /// The value of a line; of several with one name, of the first.
 std::string Value(const std::vector<IniLine>& lines, const char* name) {
@@ -49,7 +45,7 @@ std::vector<GalleryFile> ReadGalleryFiles() {
   const CWideString folder = JoinPath(ToWide(root), L"ObjectGallery");
   std::vector<GalleryFile> files;
   for (const std::wstring& name : FileNames(JoinPath(folder, L"*.ini"))) {
-    if (!HasExtension(name)) {
+    if (!HasExtension(name, kExtension)) {
       continue;  // its short name has it
     }
     GalleryFile file;

@@ -2,9 +2,9 @@
 
 #include "client/Catalog.h"
 #include "client/CatalogFacts.h"
+#include "client/FileNames.h"
 #include "client/FileSearch.h"
 #include "client/FoldCase.h"
-#include "client/FolderFiles.h"
 #include "client/ModuleDescription.h"
 #include "client/ModuleJson.h"
 #include "client/ModuleText.h"

@@ -10,6 +10,7 @@
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "common/FolderFiles.h"
 #include "common/Path.h"
 #include "msidb/Database.h"
 #include "msidb/View.h"
@@ -18,17 +19,10 @@
 
 namespace {
 
-struct FindTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle handle) noexcept { ::FindClose(handle); }
-};
-
 /// File names in name order, so that the same sources give the same module.
 std::vector<CWideString> TableFiles(const CWideString& folder) {
   WIN32_FIND_DATAW found;
-  const CUniqueHandle<FindTraits> search(
-      ::FindFirstFileW(JoinPath(folder, L"*.idt").c_str(), &found));
+  const CUniqueFindHandle search(::FindFirstFileW(JoinPath(folder, L"*.idt").c_str(), &found));
   if (!search) {
     RaiseLastError();
   }

@@ -1,26 +1,16 @@
-#include "client/FolderFiles.h"
+#include "client/FileNames.h"
 
 #include <windows.h>
 
 #include <algorithm>
 
+#include "common/FolderFiles.h"
 #include "common/IgnoringCase.h"
-#include "common/UniqueHandle.h"
-
-namespace {
-
-struct FindTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
-  static void Close(Handle handle) noexcept { ::FindClose(handle); }
-};
-
-}  // namespace
 
 std::vector<std::wstring> FileNames(const CWideString& pattern) {
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW found;
-  const CUniqueHandle<FindTraits> search(::FindFirstFileW(pattern.c_str(), &found));
+  const CUniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &found));
   if (!search) {
     return names;
   }

@@ -1,4 +1,4 @@
-#include "catalog/FolderFiles.h"
+#include "common/FolderFiles.h"
 
 #include "common/IgnoringCase.h"
 
