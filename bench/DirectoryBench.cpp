@@ -9,6 +9,7 @@
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
+#include "msidb/TargetPath.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
 
@@ -106,13 +107,13 @@ void WholeModule(const CWideString& module) {
   for (int i = 0; i < kFiles; ++i) {
     paths.try_emplace(KeyOf(i % kDirectories));
   }
-  msidb::ResolveModuleDirectories(module, paths);
+  msidb::ResolveModuleDirectories(module, TargetPathOptions(), paths);
 }
 
 void EveryFile(const CWideString& module) {
   const msidb::Database database = msidb::Database::OpenReadOnly(module);
   for (int i = 0; i < kFiles; ++i) {
-    msidb::RequireDirectoryPath(database, KeyOf(i % kDirectories), msidb::kTargetPath);
+    msidb::RequireDirectoryPath(database, KeyOf(i % kDirectories), TargetPathOptions());
   }
 }
 

@@ -11,6 +11,7 @@
 #include "client/Style.h"
 #include "client/TextTable.h"
 #include "msidb/ModuleDirectories.h"
+#include "msidb/TargetPath.h"
 
 namespace {
 
@@ -42,7 +43,8 @@ class TargetPaths {
       directories.try_emplace(ToWide(file.directory));
     }
     const std::string& path = m_catalog.modules[module].path;
-    const HRESULT hr = msidb::ResolveModuleDirectories(ToWide(path), directories);
+    const HRESULT hr =
+        msidb::ResolveModuleDirectories(ToWide(path), TargetPathOptions(), directories);
     if (FAILED(hr)) {
       m_report.AddFailure(path, "target paths", ServerFailure::Capture(hr));
     }

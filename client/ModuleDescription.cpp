@@ -4,6 +4,7 @@
 
 #include "client/Properties.h"
 #include "msidb/ModuleDirectories.h"
+#include "msidb/TargetPath.h"
 
 namespace {
 
@@ -77,7 +78,8 @@ void ResolveTargetPaths(ModuleDescription& module) {
   if (directories.empty()) {
     return;
   }
-  const HRESULT hr = msidb::ResolveModuleDirectories(ToWide(module.path), directories);
+  const HRESULT hr =
+      msidb::ResolveModuleDirectories(ToWide(module.path), TargetPathOptions(), directories);
   if (FAILED(hr)) {
     module.failures.push_back({"target paths", ServerFailure::Capture(hr)});
     return;

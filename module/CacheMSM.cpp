@@ -6,6 +6,7 @@
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
+#include "msidb/TargetPath.h"
 #include "msidb/View.h"
 #include "server/error/ErrorHandler.h"
 #include "server/error/Raise.h"
@@ -170,7 +171,7 @@ const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
 }
 
 CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
-  return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, msidb::kTargetPath);
+  return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, TargetPathOptions());
 }
 
 void CCacheMSM::LoadDialogs(NameList& dialogs) const {

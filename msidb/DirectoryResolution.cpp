@@ -6,7 +6,6 @@
 #include "msidb/DirectoryName.h"
 #include "msidb/InstallerResult.h"
 #include "msidb/PredefinedFolders.h"
-#include "msidb/ProjectTraitsMSI.h"
 #include "msidb/View.h"
 
 namespace msidb {
@@ -60,7 +59,7 @@ class DirectoryWalk {
       key = StripModuleSuffix(key);
     }
     if (PredefinedRootMatch(m_database, key)) {
-      Prepend(Reference(key), m_options.bracketRoot);
+      Prepend(Reference(key), m_options.brackets.has_value());
       return code;
     }
     return TakeOwnFolder(row, defaultDir, key);
@@ -101,14 +100,13 @@ class DirectoryWalk {
     return code;
   }
 
-  /// A key in place of a name. The brackets are those of installer properties in projects of any
-  /// kind.
+  /// A key in place of a name.
   CWideString Reference(const CWideString& key) const {
-    if (!m_options.bracketRoot) {
+    if (!m_options.brackets) {
       return key;
     }
-    const ProjectTraitsMSI traits;
-    return traits.OpenDelimiter() + key + traits.CloseDelimiter();
+    const auto [open, close] = *m_options.brackets;
+    return CWideString(&open, 1) + key + CWideString(&close, 1);
   }
 
   /// A property reference ends in a backslash when it is filled in, so none follows it.

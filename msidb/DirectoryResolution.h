@@ -1,10 +1,17 @@
 #pragma once
 
 #include <map>
+#include <optional>
 
 #include "msidb/Database.h"
 
 namespace msidb {
+
+/// What surrounds a key that stands in a path for the folder that it names: "[ProgramFilesFolder]".
+struct ReferenceBrackets {
+  wchar_t open = 0;
+  wchar_t close = 0;
+};
 
 /// What a directory's path is made of.
 struct DirectoryOptions {
@@ -12,13 +19,12 @@ struct DirectoryOptions {
   bool useShortName = false;   ///< the part before "|" instead of the one behind it
   bool stripModuleSuffix = false;  ///< keys without a merge module's suffix
   bool resolveDotFolders = false;  ///< "." names below TARGETDIR through the Property table
-  bool bracketRoot = false;        ///< the predefined folder at the root as "[key]"
+  /// Those of the predefined folder at the root; its key alone without them.
+  std::optional<ReferenceBrackets> brackets = std::nullopt;
 };
 
-/// The options for showing where a module's files go, and those for looking at all of a table's
-/// rows.
-constexpr DirectoryOptions kTargetPath{false, false, true, true, true};
-constexpr DirectoryOptions kTableScan{false, false, true, true, false};
+/// The options for looking at all of a table's rows.
+constexpr DirectoryOptions kTableScan{false, false, true, true};
 
 /// Paths of directories by their keys of the Directory table.
 using DirectoryPaths = std::map<CWideString, CWideString>;

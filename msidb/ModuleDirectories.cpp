@@ -2,7 +2,6 @@
 
 #include <set>
 
-#include "msidb/DirectoryResolution.h"
 #include "msidb/View.h"
 #include "server/error/ErrorHandler.h"
 
@@ -40,10 +39,11 @@ CWideString RootOf(const Database& database, const CWideString& key) {
   return WithoutSuffix(current);
 }
 
-TargetDirectory Resolve(const Database& database, const CWideString& key) {
+TargetDirectory Resolve(const Database& database, const CWideString& key,
+                        const DirectoryOptions& options) {
   TargetDirectory directory;
   directory.result = RunAtBoundary(GUID_NULL, [&] {
-    directory.path = RequireDirectoryPath(database, key, kTargetPath);
+    directory.path = RequireDirectoryPath(database, key, options);
     directory.root = RootOf(database, key);
     return S_OK;
   });
@@ -55,12 +55,12 @@ TargetDirectory Resolve(const Database& database, const CWideString& key) {
 
 }  // namespace
 
-HRESULT ResolveModuleDirectories(const CWideString& module,
+HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptions& options,
                                  TargetDirectories& directories) noexcept {
   return RunAtBoundary(GUID_NULL, [&] {
     const Database database = Database::OpenReadOnly(module);
     for (auto& [key, directory] : directories) {
-      directory = Resolve(database, key);
+      directory = Resolve(database, key, options);
     }
     return S_OK;
   });

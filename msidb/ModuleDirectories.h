@@ -5,6 +5,7 @@
 #include <map>
 
 #include "common/WideString.h"
+#include "msidb/DirectoryResolution.h"
 
 namespace msidb {
 
@@ -23,13 +24,12 @@ struct TargetDirectory {
 /// Target directories by their keys of the module's Directory table.
 using TargetDirectories = std::map<CWideString, TargetDirectory>;
 
-/// Resolves every key of `directories`, each once, over one open database, for showing where the
-/// files of the module at `module` go. A directory that fails does not stand in the way of the
-/// others.
+/// Resolves every key of `directories`, each once, over one open database of the module at
+/// `module`. A directory that fails does not stand in the way of the others.
 ///
 /// Never throws: answers a failing HRESULT, with the thread's error object, when the module cannot
 /// be opened or memory is short.
-HRESULT ResolveModuleDirectories(const CWideString& module,
+HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptions& options,
                                  TargetDirectories& directories) noexcept;
 
 }  // namespace msidb

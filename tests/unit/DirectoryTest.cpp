@@ -3,6 +3,7 @@
 #include "msidb/DirectoryName.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
+#include "msidb/TargetPath.h"
 #include "server/error/ErrorHandler.h"
 #include "tests/unit/Installer.h"
 #include "tests/unit/TestDatabase.h"
@@ -150,21 +151,23 @@ TEST_F(Directories, AreWalkedUpToTheirRoot) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(std::wstring(c.key)));
-    EXPECT_EQ(Resolve(c.key, msidb::kTargetPath), c.target);
+    EXPECT_EQ(Resolve(c.key, TargetPathOptions()), c.target);
     EXPECT_EQ(Resolve(c.key, msidb::kTableScan), c.scanned);
   }
 }
 
 TEST_F(Directories, OtherOptions) {
   const DirectoryOptions plain{};
-  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, {true, false, true, true, true}),
-            L"[ProgramFilesFolder]Application\\bin");
-  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, {false, true, true, true, true}),
-            L"[ProgramFilesFolder]MYAPP\\bin");
+  DirectoryOptions sourcePath = TargetPathOptions();
+  sourcePath.useSourcePart = true;
+  DirectoryOptions shortPath = TargetPathOptions();
+  shortPath.useShortName = true;
+  shortPath.brackets = msidb::ReferenceBrackets{L'<', L'>'};
+  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, sourcePath), L"[ProgramFilesFolder]Application\\bin");
+  EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, shortPath), L"<ProgramFilesFolder>MYAPP\\bin");
   EXPECT_EQ(Resolve(L"BelowSuffixed", plain), L"PFiles\\below") << "suffixes are kept";
   EXPECT_EQ(Resolve(L"BelowAnchor", plain), L"Anchor\\below") << "a dot folder goes by its key";
-  EXPECT_EQ(Resolve(L"Same", {true, false, true, true, true}),
-            L"[ProgramFilesFolder]Application\\bin\\src");
+  EXPECT_EQ(Resolve(L"Same", sourcePath), L"[ProgramFilesFolder]Application\\bin\\src");
 }
 
 TEST_F(Directories, ChainsOfAnyDepth) {
@@ -176,17 +179,17 @@ TEST_F(Directories, ChainsOfAnyDepth) {
                 {CWideString::Format(L"Deep%d", i), CWideString::Format(L"Deep%d", i - 1), name});
     expected = JoinPath(expected, name);
   }
-  EXPECT_EQ(Resolve(L"Deep299", msidb::kTargetPath), expected);
+  EXPECT_EQ(Resolve(L"Deep299", TargetPathOptions()), expected);
 }
 
 TEST_F(Directories, NamesThatFitInNoPathAreReturnedAsACode) {
-  EXPECT_EQ(259U, Resolve(L"Fits", msidb::kTargetPath).length());
+  EXPECT_EQ(259U, Resolve(L"Fits", TargetPathOptions()).length());
   for (const wchar_t* const key : {L"TooLong", L"BelowTooLong"}) {
     CWideString path;
     EXPECT_EQ(UINT(ERROR_MORE_DATA),
-              msidb::ResolveDirectoryPath(test.database, key, path, msidb::kTargetPath));
+              msidb::ResolveDirectoryPath(test.database, key, path, TargetPathOptions()));
     const com_exception failure =
-        FailureOf([&] { msidb::RequireDirectoryPath(test.database, key, msidb::kTargetPath); });
+        FailureOf([&] { msidb::RequireDirectoryPath(test.database, key, TargetPathOptions()); });
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MORE_DATA), failure.hr);
     EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(key));
   }
@@ -212,10 +215,10 @@ TEST_F(Directories, PropertiesAreLookedUpByName) {
 
 TEST_F(Directories, AbsentTablesAreEmpty) {
   test.Run(L"DROP TABLE `Property`");
-  EXPECT_EQ(Resolve(L"BelowAnchor", msidb::kTargetPath), L"below");
-  EXPECT_EQ(Resolve(L"BelowData", msidb::kTargetPath), L"below");
+  EXPECT_EQ(Resolve(L"BelowAnchor", TargetPathOptions()), L"below");
+  EXPECT_EQ(Resolve(L"BelowData", TargetPathOptions()), L"below");
   test.Run(L"DROP TABLE `Directory`");
-  EXPECT_EQ(Resolve(L"BelowAnchor", msidb::kTargetPath), L"");
+  EXPECT_EQ(Resolve(L"BelowAnchor", TargetPathOptions()), L"");
 }
 
 TEST_F(Directories, AllOfATableAtOnce) {
@@ -230,7 +233,7 @@ TEST_F(Directories, AllOfATableAtOnce) {
 
 TEST_F(Directories, OneViewServesAWalk) {
   installer::Reset();
-  Resolve(L"BelowNameless", msidb::kTargetPath);
+  Resolve(L"BelowNameless", TargetPathOptions());
   EXPECT_EQ(1, installer::CallsOf("MsiDatabaseOpenViewW"));
   EXPECT_EQ(4, installer::CallsOf("MsiViewExecute")) << "three rows, and the one that is missing";
 }
@@ -250,7 +253,7 @@ class ModuleDirectories : public Directories {
     for (const wchar_t* const key : keys) {
       directories.try_emplace(key);
     }
-    return msidb::ResolveModuleDirectories(test.file.path, directories);
+    return msidb::ResolveModuleDirectories(test.file.path, TargetPathOptions(), directories);
   }
 
   TargetDirectories directories;
@@ -271,7 +274,7 @@ TEST_F(ModuleDirectories, AreResolvedOverOneDatabase) {
 
 TEST_F(ModuleDirectories, NeedTheirFile) {
   const CWideString path = CWideString(test.file.path) + L".gone";
-  EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, directories)));
+  EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, TargetPathOptions(), directories)));
   const com_exception failure(E_FAIL);
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
 }
