@@ -91,7 +91,7 @@ CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
       ReadTables(module, facts, catalog);
     } catch (const ServerFailure& failure) {
       catalog.details.back().failure = failure.what();
-      report.AddFailure(listed.path, "", failure);
+      report.AddFailure(listed.path, "", failure.Result(), failure.what());
     }
   });
   return catalog;

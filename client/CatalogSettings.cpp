@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include "client/Report.h"
+#include "client/ServerFailure.h"
 #include "client/Utf8.h"
 #include "common/Path.h"
 

@@ -46,7 +46,7 @@ class TargetPaths {
     const HRESULT hr =
         msidb::ResolveModuleDirectories(ToWide(path), TargetPathOptions(), directories);
     if (FAILED(hr)) {
-      m_report.AddFailure(path, "target paths", ServerFailure::Capture(hr));
+      m_report.AddFailure(path, "target paths", hr, ServerFailure::Capture(hr).what());
     }
     return directories;
   }
@@ -72,7 +72,7 @@ void ReadDownloads(CatalogFacts& catalog, Report& report) {
       catalog.details[position].needsDownload =
           Flag<IMergeModule2>(*module.object.Get(), &IMergeModule2::get_NeedsDownload);
     } catch (const ServerFailure& failure) {
-      report.AddFailure(module.path, "gallery", failure);
+      report.AddFailure(module.path, "gallery", failure.Result(), failure.what());
     }
   }
 }

@@ -74,7 +74,7 @@ void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
   entry.gallery = DescribeGallery(*newestModule, failures);
   entry.state = failures.empty() ? StateOf(entry.gallery) : "unreadable";
   for (const PartFailure& failed : failures) {
-    report.AddFailure(entry.file.path, failed.part, failed.failure);
+    report.AddFailure(entry.file.path, failed.part, failed.failure.Result(), failed.failure.what());
   }
 }
 
@@ -83,7 +83,8 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
   entry.file = std::move(file);
   if (entry.file.failure) {
     entry.state = "unreadable";
-    report.AddFailure(entry.file.path, "", *entry.file.failure);
+    const ServerFailure& failure = *entry.file.failure;
+    report.AddFailure(entry.file.path, "", failure.Result(), failure.what());
     return entry;
   }
   if (const CComPtr<IMergeModule> module = modules.OfPackageCode(entry.file.packageCode)) {

@@ -26,7 +26,7 @@ std::vector<IndexEntry> ReadIndexEntries(Report& report) {
         }
       }
     } catch (const ServerFailure& failure) {
-      report.AddFailure(path, "", failure);
+      report.AddFailure(path, "", failure.Result(), failure.what());
     }
   };
   read(nameFolder, kModuleIndex, L"modules", [](const IniLine& line) { return line.name; });

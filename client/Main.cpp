@@ -5,6 +5,7 @@
 #include "client/CommandLine.h"
 #include "client/Console.h"
 #include "client/Report.h"
+#include "client/ServerFailure.h"
 #include "client/Utf8.h"
 
 // The C library does not expand wildcards in arguments: of some they are a part.

@@ -42,7 +42,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
       CComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());
       if (FAILED(hr)) {
-        report.AddFailure(listed.path, "", ServerFailure::Capture(hr));
+        report.AddFailure(listed.path, "", hr, ServerFailure::Capture(hr).what());
       }
     }
   });

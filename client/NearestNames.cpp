@@ -4,7 +4,6 @@
 #include <utility>
 
 #include "client/FoldCase.h"
-#include "client/MergeRules.h"
 
 namespace {
 

@@ -1,5 +1,7 @@
 #include "client/Report.h"
 
+#include <cstdio>
+
 #include "client/Console.h"
 #include "client/Progress.h"
 #include "client/Style.h"
@@ -16,14 +18,14 @@ void Report::Print(const std::string& text) {
   }
 }
 
-void Report::AddFailure(const std::string& file, const std::string& part,
-                        const ServerFailure& failure) {
+void Report::AddFailure(const std::string& file, const std::string& part, HRESULT result,
+                        const std::string& description) {
   m_errors.push_back({{"file", file},
                       {"part", part},
-                      {"hresult", HResultText(failure.Result())},
-                      {"description", failure.what()}});
+                      {"hresult", HResultText(result)},
+                      {"description", description}});
   const std::string subject = part.empty() ? file : file + ": " + part;
-  PrintRemark(subject + ": " + HResultText(failure.Result()) + ' ' + failure.what());
+  PrintRemark(subject + ": " + HResultText(result) + ' ' + description);
 }
 
 ExitCode Report::Finish(ExitCode outcome) {
@@ -33,6 +35,12 @@ ExitCode Report::Finish(ExitCode outcome) {
     WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   }
   return someUnreadable ? kSomeUnreadable : outcome;
+}
+
+std::string HResultText(HRESULT hr) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
+  return text;
 }
 
 void PrintRemark(const std::string& text) {

@@ -1,10 +1,11 @@
 #pragma once
 
+#include <windows.h>
+
 #include <nlohmann/json.hpp>
 #include <string>
 
 #include "client/ExitCode.h"
-#include "client/ServerFailure.h"
 
 /// Members keep the order in which they are added.
 using Json = nlohmann::ordered_json;
@@ -31,8 +32,10 @@ class Report {
   /// Text to stdout, which may be marked (Style.h), for a run without a document.
   void Print(const std::string& text);
 
-  /// A failure to read `file`, or only a part of it; `part` is empty for the whole.
-  void AddFailure(const std::string& file, const std::string& part, const ServerFailure& failure);
+  /// A failure to read `file`, or only a part of it; `part` is empty for the whole. The description
+  /// is UTF-8 on one line.
+  void AddFailure(const std::string& file, const std::string& part, HRESULT result,
+                  const std::string& description);
 
   /// Prints the document, if there is one. The answer is that of a run with this outcome and with
   /// these failures, which go before findings, but not before kNothingMatched.
@@ -44,6 +47,9 @@ class Report {
   Json m_document;
   Json m_errors = Json::array();
 };
+
+/// "0x8007065B"
+std::string HResultText(HRESULT hr);
 
 /// A remark to stderr: what is as it should not be without being a failure.
 void PrintRemark(const std::string& text);

@@ -1,7 +1,5 @@
 #include "client/ServerFailure.h"
 
-#include <cstdio>
-
 #include "client/Utf8.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
@@ -33,10 +31,4 @@ ServerFailure ServerFailure::Capture(HRESULT hr) {
   }
   const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
   return {hr, text ? OnOneLine(ToUtf8(text.Get())) : "Unknown error"};
-}
-
-std::string HResultText(HRESULT hr) {
-  char text[16];
-  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
-  return text;
 }

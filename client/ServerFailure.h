@@ -30,6 +30,3 @@ inline void Check(HRESULT hr) {
 
 /// UTF-8 text with a blank for every line break.
 std::string OnOneLine(const std::string& text);
-
-/// "0x8007065B"
-std::string HResultText(HRESULT hr);

@@ -55,7 +55,7 @@ class ModuleWriter {
       Check(m_fileModule->Open(Argument(FullPath(ToWide(file))).Get()));
       ShowModule(*m_fileModule, file);
     } catch (const ServerFailure& failure) {
-      m_report.AddFailure(file, "", failure);
+      m_report.AddFailure(file, "", failure.Result(), failure.what());
     }
   }
 
@@ -90,7 +90,7 @@ class ModuleWriter {
       m_isFirst = false;
     }
     for (const PartFailure& failed : description.failures) {
-      m_report.AddFailure(file, failed.part, failed.failure);
+      m_report.AddFailure(file, failed.part, failed.failure.Result(), failed.failure.what());
     }
   }
 
