@@ -5,13 +5,13 @@
 #include <string>
 
 #include "bench/Measure.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
 #include "common/Path.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
 #include "msidb/TargetPath.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
 
 namespace {
 

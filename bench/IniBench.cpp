@@ -9,14 +9,14 @@
 
 #include "bench/HeapBytes.h"
 #include "bench/Measure.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/frame/ComModule.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "idl/siblings.h"
 #include "module/CacheMSM.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
-#include "server/frame/ComModule.h"
 
 namespace {
 

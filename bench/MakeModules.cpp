@@ -5,10 +5,10 @@
 #include <cstdlib>
 #include <string>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
 #include "common/Path.h"
 #include "msidb/Database.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "catalog/ProjectKind.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/SupportErrorInfo.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// What the two catalog classes have in common. Scripts reach the members up to IMMCatalogVelmora.
 template <const CLSID* pClsid>

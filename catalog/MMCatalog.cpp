@@ -5,10 +5,10 @@
 #include "catalog/QueryArgument.h"
 #include "catalog/Refresh.h"
 #include "catalog/Repositories.h"
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "gallery/IniIndexes.h"
 #include "gallery/Siblings.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -1,12 +1,12 @@
 #pragma once
 
 #include "catalog/Source.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/SupportErrorInfo.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// One search folder as a client sees it: a copy of its description, and the records that it had
 /// when the object was made. Failures are reported under MMCatalog.

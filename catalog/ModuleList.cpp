@@ -1,7 +1,7 @@
 #include "catalog/ModuleList.h"
 
+#include "com/error/Raise.h"
 #include "module/MergeModule.h"
-#include "server/error/Raise.h"
 
 CModuleList::CModuleList(size_t count) : m_collection(CComObject<CMergeModules>::Create()) {
   m_collection->Reserve(count);

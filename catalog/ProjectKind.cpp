@@ -1,8 +1,8 @@
 #include "catalog/ProjectKind.h"
 
+#include "com/error/Raise.h"
 #include "common/ComPtr.h"
 #include "idl/host.h"
-#include "server/error/Raise.h"
 
 long GetProjectKind(IUnknown& project) {
   CComPtr<IHostProject> hostProject;

@@ -3,10 +3,10 @@
 #include <new>
 #include <string>
 
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "common/CollectionIndex.h"
 #include "common/ComPtr.h"
-#include "server/error/Raise.h"
 
 namespace {
 

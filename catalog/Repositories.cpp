@@ -1,8 +1,8 @@
 #include "catalog/Repositories.h"
 
+#include "com/error/Raise.h"
+#include "com/loader/ComponentLoader.h"
 #include "common/Path.h"
-#include "server/error/Raise.h"
-#include "server/loader/ComponentLoader.h"
 
 namespace {
 

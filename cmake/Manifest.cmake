@@ -31,4 +31,4 @@ foreach(class IniReader ApplicationServices RepositoryMgr)
 endforeach()
 
 set(QM_MANIFEST "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Quillmark.MergeModules.manifest")
-configure_file("${PROJECT_SOURCE_DIR}/server/app/Quillmark.MergeModules.manifest.in" "${QM_MANIFEST}" @ONLY)
+configure_file("${PROJECT_SOURCE_DIR}/server/Quillmark.MergeModules.manifest.in" "${QM_MANIFEST}" @ONLY)

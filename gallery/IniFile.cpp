@@ -1,7 +1,7 @@
 #include "gallery/IniFile.h"
 
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -2,10 +2,10 @@
 
 #include <utility>
 
+#include "com/error/Raise.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
 #include "gallery/IniFile.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -2,13 +2,13 @@
 
 #include <shlwapi.h>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "gallery/CompareVersions.h"
 #include "gallery/IniFile.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
 
 namespace {
 

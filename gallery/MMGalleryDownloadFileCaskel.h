@@ -1,9 +1,9 @@
 #pragma once
 
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "common/WideString.h"
 #include "idl/qmmmupdater.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// One file that has to be fetched before a gallery module can be used. It is described by the
 /// library of the classes, unlike its collection.

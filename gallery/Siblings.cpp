@@ -1,8 +1,8 @@
 #include "gallery/Siblings.h"
 
+#include "com/error/Raise.h"
+#include "com/loader/ComponentLoader.h"
 #include "common/Bstr.h"
-#include "server/error/Raise.h"
-#include "server/loader/ComponentLoader.h"
 
 CComPtr<IIniReader> CreateIniReader() {
   return CComponentLoader::Instance().Create<IIniReader>(L"Gleaner.dll", CLSID_IniReader);

@@ -1,5 +1,8 @@
 #include "module/CacheMSM.h"
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
 #include "common/ModuleKey.h"
 #include "gallery/IniIndexes.h"
 #include "msidb/CompoundFile.h"
@@ -8,9 +11,6 @@
 #include "msidb/SummaryInfo.h"
 #include "msidb/TargetPath.h"
 #include "msidb/View.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 

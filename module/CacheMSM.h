@@ -4,10 +4,10 @@
 #include <memory>
 #include <vector>
 
+#include "com/error/com_exception.h"
 #include "common/WideString.h"
 #include "gallery/MMGallery.h"
 #include "module/RowRecords.h"
-#include "server/error/com_exception.h"
 
 /// The description of one merge module in memory: identity and summary texts, read by
 /// InitFromModule, and the module's tables, each read once, when its accessor is first called, even

@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <memory>
 
+#include "com/frame/ComObject.h"
 #include "module/CollectionElements.h"
-#include "server/frame/ComObject.h"
 
 /// Enumerator of a collection. It holds no reference on the collection but shares its element list,
 /// so that it stays valid when the collection goes.

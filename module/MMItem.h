@@ -1,10 +1,10 @@
 #pragma once
 
+#include "com/error/SupportErrorInfo.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "common/Bstr.h"
 #include "common/WideString.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// Base of the items of a module's collections: read-only objects that hold copies of a row's
 /// values, set once by the item's Init.

@@ -1,5 +1,6 @@
 #include "module/MergeModule.h"
 
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "gallery/MMGalleryDownloadFileCaskel.h"
 #include "module/Collections.h"
@@ -8,7 +9,6 @@
 #include "module/MMDialog.h"
 #include "module/MMExclusion.h"
 #include "module/MMFile.h"
-#include "server/error/Raise.h"
 
 namespace {
 

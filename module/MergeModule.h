@@ -2,13 +2,13 @@
 
 #include <memory>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/SupportErrorInfo.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "module/CacheMSM.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// One merge module (coclass MergeModule2). Every answer comes from a module record, which the
 /// object shares with whoever made it; Open replaces the record of this object alone.

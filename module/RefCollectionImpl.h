@@ -3,11 +3,11 @@
 #include <algorithm>
 #include <memory>
 
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "common/CollectionIndex.h"
 #include "module/CollectionElements.h"
 #include "module/CollectionEnum.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// Read-only automation collection of items with keys. Whoever makes one fills it with Add before
 /// handing it out.

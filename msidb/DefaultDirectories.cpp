@@ -3,8 +3,8 @@
 #include <algorithm>
 #include <iterator>
 
+#include "com/error/Raise.h"
 #include "msidb/ProjectTraits.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -1,11 +1,11 @@
 #include "msidb/InstallerResult.h"
 
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
 #include "common/ComPtr.h"
 #include "common/SystemText.h"
 #include "msidb/MsiHandle.h"
 #include "msidb/TextReader.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
 
 namespace msidb {
 

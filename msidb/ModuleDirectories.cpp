@@ -2,8 +2,8 @@
 
 #include <set>
 
+#include "com/error/ErrorHandler.h"
 #include "msidb/View.h"
-#include "server/error/ErrorHandler.h"
 
 namespace msidb {
 

@@ -2,9 +2,9 @@
 
 #include <map>
 
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "common/ModuleLifetime.h"
-#include "server/error/Raise.h"
 
 namespace msidb {
 

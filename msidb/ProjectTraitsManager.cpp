@@ -1,10 +1,10 @@
 #include "msidb/ProjectTraitsManager.h"
 
+#include "com/error/Exception.h"
+#include "com/loader/ComponentLoader.h"
 #include "common/ModuleLifetime.h"
 #include "msidb/ProjectTraitsMSI.h"
 #include "msidb/ProjectTraitsPro.h"
-#include "server/error/Exception.h"
-#include "server/loader/ComponentLoader.h"
 
 int GetActiveProjectType() {
   // The decorated name is the exported one.

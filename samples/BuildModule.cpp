@@ -8,14 +8,14 @@
 #include <fstream>
 #include <vector>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/FolderFiles.h"
 #include "common/Path.h"
 #include "msidb/Database.h"
 #include "msidb/View.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #ifndef RC_INVOKED
 
-#include "server/frame/ComModule.h"
+#include "com/frame/ComModule.h"
 
 /// The coclasses that the DLL creates; every component defines it.
 const ObjectMap& ComponentObjects() noexcept;

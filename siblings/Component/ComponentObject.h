@@ -3,12 +3,12 @@
 #include <new>
 #include <utility>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/SupportErrorInfo.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "common/Bstr.h"
 #include "idl/siblings.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/SupportErrorInfo.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 
 /// Base of the objects of a component. Each has one interface, and reports failures under the
 /// component's class.

@@ -1,5 +1,5 @@
-#include "server/error/ErrorHandler.h"
-#include "server/frame/Registrar.h"
+#include "com/error/ErrorHandler.h"
+#include "com/frame/Registrar.h"
 #include "siblings/Component/Component.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {

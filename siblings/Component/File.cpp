@@ -3,8 +3,8 @@
 #include <climits>
 #include <new>
 
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
 
 CUniqueFile OpenFile(const CWideString& path) noexcept {
   return CUniqueFile(::CreateFileW(path.c_str(), GENERIC_READ,

@@ -5,7 +5,7 @@
 #include <algorithm>
 #include <new>
 
-#include "server/error/Raise.h"
+#include "com/error/Raise.h"
 
 CXmlDocument::CXmlDocument(const CWideString& path, std::string_view bytes) : m_path(path) {
   const auto stream = CComPtr<IStream>::Adopt(::SHCreateMemStream(

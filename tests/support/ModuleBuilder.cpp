@@ -6,8 +6,8 @@
 
 #include <gtest/gtest.h>
 
+#include "com/error/ErrorHandler.h"
 #include "msidb/Database.h"
-#include "server/error/ErrorHandler.h"
 #include "tests/support/Answers.h"
 
 namespace {

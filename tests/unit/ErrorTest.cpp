@@ -5,9 +5,9 @@
 #include <tuple>
 #include <vector>
 
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
 #include "tests/unit/Testing.h"
 
 namespace {

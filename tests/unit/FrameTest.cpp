@@ -1,6 +1,6 @@
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
 #include "idl/qmmmupdater.h"
-#include "server/frame/ComObject.h"
-#include "server/frame/DispatchImpl.h"
 #include "tests/unit/Testing.h"
 
 namespace {

@@ -1,10 +1,10 @@
 #include <filesystem>
 
+#include "com/frame/ComModule.h"
+#include "com/loader/ComponentLoader.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "common/SystemFolders.h"
-#include "server/frame/ComModule.h"
-#include "server/loader/ComponentLoader.h"
 #include "tests/unit/Testing.h"
 
 namespace fs = std::filesystem;

@@ -3,8 +3,8 @@
 #include <windows.h>
 #include <gtest/gtest.h>
 
+#include "com/error/ComException.h"
 #include "common/WideString.h"
-#include "server/error/ComException.h"
 
 inline void PrintTo(const CWideString& text, std::ostream* out) {
   *out << ::testing::PrintToString(std::wstring(std::wstring_view(text)));

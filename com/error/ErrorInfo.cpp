@@ -1,4 +1,4 @@
-#include "server/error/ErrorInfo.h"
+#include "com/error/ErrorInfo.h"
 
 #include <windows.h>
 

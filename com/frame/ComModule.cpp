@@ -1,14 +1,14 @@
-#include "server/frame/ComModule.h"
+#include "com/frame/ComModule.h"
 
 #include <new>
 #include <utility>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/frame/ClassFactory.h"
+#include "com/frame/DispatchImpl.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
-#include "server/frame/ClassFactory.h"
-#include "server/frame/DispatchImpl.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <memory>
 
-#include "server/error/com_exception.h"
+#include "com/error/com_exception.h"
 
 /// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
 /// returns `failure.hr` (DISP_E_EXCEPTION for 0). A context is added to the description, behind a

@@ -1,13 +1,13 @@
-#include "server/frame/Registrar.h"
+#include "com/frame/Registrar.h"
 
 #include <windows.h>
 
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"
 #include "common/RegistryKey.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "server/frame/DispatchImpl.h"
+#include "com/frame/DispatchImpl.h"
 
 #include <utility>
 

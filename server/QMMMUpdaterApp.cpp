@@ -1,4 +1,4 @@
-#include "server/app/QMMMUpdaterApp.h"
+#include "server/QMMMUpdaterApp.h"
 
 #include "common/ModuleLifetime.h"
 

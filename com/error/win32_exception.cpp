@@ -1,4 +1,4 @@
-#include "server/error/win32_exception.h"
+#include "com/error/win32_exception.h"
 
 #include <utility>
 

@@ -1,13 +1,13 @@
-#include "server/error/ErrorHandler.h"
+#include "com/error/ErrorHandler.h"
 
 #include <cstring>
 #include <new>
 
+#include "com/error/ComException.h"
+#include "com/error/ErrorInfo.h"
+#include "com/error/win32_exception.h"
 #include "common/Bstr.h"
 #include "common/SystemText.h"
-#include "server/error/ComException.h"
-#include "server/error/ErrorInfo.h"
-#include "server/error/win32_exception.h"
 
 namespace {
 

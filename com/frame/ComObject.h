@@ -2,11 +2,11 @@
 
 #include <new>
 
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/frame/ComModule.h"
+#include "com/frame/InterfaceMap.h"
 #include "common/ComPtr.h"
-#include "server/error/ErrorHandler.h"
-#include "server/error/Raise.h"
-#include "server/frame/ComModule.h"
-#include "server/frame/InterfaceMap.h"
 
 /// Base of every COM object's implementation. An implementation leaves IUnknown to the forms below,
 /// names its interfaces in `InterfaceMap`, and may hide FinalConstruct.

@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "server/frame/ComModule.h"
+#include "com/frame/ComModule.h"
 
 /// Type information of one interface, loaded when it is first asked for and kept until the module
 /// ends. Objects are static.

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "com/error/com_exception.h"
 #include "common/Bstr.h"
-#include "server/error/com_exception.h"
 
 /// Throws a new CComException* that holds a copy of `failure`.
 [[noreturn]] void Raise(const com_exception& failure);

@@ -1,7 +1,7 @@
-#include "server/app/QMMMUpdaterApp.h"
-#include "server/error/ErrorHandler.h"
-#include "server/frame/Registrar.h"
-#include "server/loader/ComponentLoader.h"
+#include "com/error/ErrorHandler.h"
+#include "com/frame/Registrar.h"
+#include "com/loader/ComponentLoader.h"
+#include "server/QMMMUpdaterApp.h"
 
 namespace {
 

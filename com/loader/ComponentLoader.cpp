@@ -1,15 +1,15 @@
-#include "server/loader/ComponentLoader.h"
+#include "com/loader/ComponentLoader.h"
 
 #include <shlwapi.h>
 
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
+#include "com/frame/ComModule.h"
 #include "common/IgnoringCase.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
 #include "common/SystemFolders.h"
 #include "common/SystemText.h"
-#include "server/error/Raise.h"
-#include "server/error/win32_exception.h"
-#include "server/frame/ComModule.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "server/error/Exception.h"
+#include "com/error/Exception.h"
 
 /// Application object of a DLL: made at load, started and ended by DllMain.
 class CWinApp : public CObject {

@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/frame/ComModule.h"
-#include "server/frame/WinApp.h"
+#include "com/frame/ComModule.h"
+#include "com/frame/WinApp.h"
 
 /// Application object of the server: starts and ends the COM module.
 class CQMMMUpdaterApp final : public CWinApp {

@@ -3,12 +3,12 @@
 #include "catalog/MMCatalog.h"
 #include "catalog/MMCatalogManager.h"
 #include "catalog/MMCatalogPro.h"
+#include "com/frame/ComObject.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "module/MergeModule.h"
-#include "server/app/QMMMUpdaterApp.h"
-#include "server/app/Resource.h"
-#include "server/frame/ComObject.h"
+#include "server/QMMMUpdaterApp.h"
+#include "server/Resource.h"
 
 const ObjectMap& ServerObjects() noexcept {
   static const ObjectMapEntry entries[] = {

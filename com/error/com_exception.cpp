@@ -1,4 +1,4 @@
-#include "server/error/com_exception.h"
+#include "com/error/com_exception.h"
 
 #include <windows.h>
 

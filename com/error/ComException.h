@@ -1,7 +1,7 @@
 #pragma once
 
-#include "server/error/Exception.h"
-#include "server/error/com_exception.h"
+#include "com/error/Exception.h"
+#include "com/error/com_exception.h"
 
 /// The heap object in which a com_exception travels; the parameter only tells instances apart.
 // The leading underscore is part of the name under which this role is known.

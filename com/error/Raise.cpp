@@ -1,9 +1,9 @@
-#include "server/error/Raise.h"
+#include "com/error/Raise.h"
 
 #include <new>
 
-#include "server/error/ComException.h"
-#include "server/error/win32_exception.h"
+#include "com/error/ComException.h"
+#include "com/error/win32_exception.h"
 
 void Raise(const com_exception& failure) { throw new CComException(failure); }
 

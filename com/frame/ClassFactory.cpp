@@ -1,6 +1,6 @@
-#include "server/frame/ClassFactory.h"
+#include "com/frame/ClassFactory.h"
 
-#include "server/frame/InterfaceMap.h"
+#include "com/frame/InterfaceMap.h"
 
 HRESULT CComClassFactory::QueryInterface(REFIID iid, void** out) {
   return CInterfaceMap<Via<IClassFactory, IClassFactory>>::Query(this, iid, out);

@@ -1,4 +1,4 @@
-#include "server/error/Exception.h"
+#include "com/error/Exception.h"
 
 #include "common/SystemText.h"
 
