@@ -11,7 +11,7 @@
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
-#include "msidb/TargetPath.h"
+#include "traits/TargetPath.h"
 
 namespace {
 

@@ -11,7 +11,7 @@
 #include "client/Style.h"
 #include "client/TextTable.h"
 #include "msidb/ModuleDirectories.h"
-#include "msidb/TargetPath.h"
+#include "traits/TargetPath.h"
 
 namespace {
 

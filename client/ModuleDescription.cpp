@@ -4,7 +4,7 @@
 
 #include "client/Properties.h"
 #include "msidb/ModuleDirectories.h"
-#include "msidb/TargetPath.h"
+#include "traits/TargetPath.h"
 
 namespace {
 

@@ -9,8 +9,8 @@
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/SummaryInfo.h"
-#include "msidb/TargetPath.h"
 #include "msidb/View.h"
+#include "traits/TargetPath.h"
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 

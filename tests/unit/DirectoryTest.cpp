@@ -4,10 +4,10 @@
 #include "msidb/DirectoryName.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
-#include "msidb/TargetPath.h"
 #include "tests/unit/Installer.h"
 #include "tests/unit/TestDatabase.h"
 #include "tests/unit/Testing.h"
+#include "traits/TargetPath.h"
 
 using msidb::DirectoryOptions;
 using msidb::DirectoryPaths;

@@ -1,12 +1,12 @@
-#include "msidb/CurrentTraits.h"
-#include "msidb/DefaultDirectories.h"
-#include "msidb/ProjectDatabase.h"
-#include "msidb/ProjectTraitsMSI.h"
-#include "msidb/ProjectTraitsManager.h"
-#include "msidb/ProjectTraitsPro.h"
 #include "msidb/View.h"
 #include "tests/unit/TestDatabase.h"
 #include "tests/unit/Testing.h"
+#include "traits/CurrentTraits.h"
+#include "traits/DefaultDirectories.h"
+#include "traits/ProjectDatabase.h"
+#include "traits/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsManager.h"
+#include "traits/ProjectTraitsPro.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
-#include "msidb/ProjectTraitsPro.h"
+#include "traits/ProjectTraitsPro.h"
 
-#include "msidb/NameMatch.h"
+#include "traits/NameMatch.h"
 
 namespace {
 

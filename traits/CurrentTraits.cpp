@@ -1,6 +1,6 @@
-#include "msidb/CurrentTraits.h"
+#include "traits/CurrentTraits.h"
 
-#include "msidb/ProjectTraitsManager.h"
+#include "traits/ProjectTraitsManager.h"
 
 namespace current_traits {
 

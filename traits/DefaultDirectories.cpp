@@ -1,10 +1,10 @@
-#include "msidb/DefaultDirectories.h"
+#include "traits/DefaultDirectories.h"
 
 #include <algorithm>
 #include <iterator>
 
 #include "com/error/Raise.h"
-#include "msidb/ProjectTraits.h"
+#include "traits/ProjectTraits.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "msidb/ProjectDatabase.h"
+#include "traits/ProjectDatabase.h"
 
 #include "msidb/View.h"
 

@@ -1,6 +1,6 @@
 #pragma once
 
-#include "msidb/ProjectTraits.h"
+#include "traits/ProjectTraits.h"
 
 /// Script-based projects: variables in angle brackets.
 class ProjectTraitsPro final : public ProjectTraits {

@@ -3,7 +3,7 @@
 #include <memory>
 #include <vector>
 
-#include "msidb/ProjectTraits.h"
+#include "traits/ProjectTraits.h"
 
 /// Types of project, as the environment numbers them.
 enum ProjectType {

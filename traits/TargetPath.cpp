@@ -1,6 +1,6 @@
-#include "msidb/TargetPath.h"
+#include "traits/TargetPath.h"
 
-#include "msidb/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsMSI.h"
 
 msidb::DirectoryOptions TargetPathOptions() noexcept {
   const ProjectTraitsMSI traits;

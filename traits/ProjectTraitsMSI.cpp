@@ -1,6 +1,6 @@
-#include "msidb/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsMSI.h"
 
-#include "msidb/NameMatch.h"
+#include "traits/NameMatch.h"
 
 namespace {
 

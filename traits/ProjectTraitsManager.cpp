@@ -1,10 +1,10 @@
-#include "msidb/ProjectTraitsManager.h"
+#include "traits/ProjectTraitsManager.h"
 
 #include "com/error/Exception.h"
 #include "com/loader/ComponentLoader.h"
 #include "common/ModuleLifetime.h"
-#include "msidb/ProjectTraitsMSI.h"
-#include "msidb/ProjectTraitsPro.h"
+#include "traits/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsPro.h"
 
 int GetActiveProjectType() {
   // The decorated name is the exported one.

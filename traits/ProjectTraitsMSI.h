@@ -1,6 +1,6 @@
 #pragma once
 
-#include "msidb/ProjectTraits.h"
+#include "traits/ProjectTraits.h"
 
 /// Installer-database projects: installer properties in square brackets.
 class ProjectTraitsMSI final : public ProjectTraits {
