@@ -25,13 +25,13 @@
 
 #include "bench/HeapBytes.h"
 #include "bench/Measure.h"
-#include "client/CatalogFacts.h"
-#include "client/FileSearch.h"
-#include "client/Properties.h"
+#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/Properties.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
+#include "merge/FileSearch.h"
 
 namespace {
 

@@ -4,22 +4,22 @@
 #include <algorithm>
 #include <sstream>
 
-#include "client/CatalogSettings.h"
-#include "client/CheckCommand.h"
-#include "client/Console.h"
-#include "client/DepsCommand.h"
-#include "client/ExclusionsCommand.h"
-#include "client/FilesCommand.h"
-#include "client/GalleryCommand.h"
 #include "client/Help.h"
-#include "client/JoinTexts.h"
-#include "client/ListCommands.h"
-#include "client/NameCommand.h"
-#include "client/NearestNames.h"
-#include "client/Report.h"
-#include "client/ShowCommand.h"
-#include "client/SourcesCommand.h"
-#include "client/WhichCommand.h"
+#include "client/catalog/CatalogSettings.h"
+#include "client/commands/CheckCommand.h"
+#include "client/commands/DepsCommand.h"
+#include "client/commands/ExclusionsCommand.h"
+#include "client/commands/FilesCommand.h"
+#include "client/commands/GalleryCommand.h"
+#include "client/commands/ListCommands.h"
+#include "client/commands/NameCommand.h"
+#include "client/commands/ShowCommand.h"
+#include "client/commands/SourcesCommand.h"
+#include "client/commands/WhichCommand.h"
+#include "client/terminal/Console.h"
+#include "client/terminal/NearestNames.h"
+#include "client/terminal/Report.h"
+#include "merge/JoinTexts.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <variant>
 #include <vector>
 
-#include "client/ExitCode.h"
+#include "client/terminal/ExitCode.h"
 
 /// What to run; or the exit code of a command line that is wrong or asks for help, about which
 /// everything has been printed.

@@ -3,10 +3,10 @@
 #include <windows.h>
 
 #include "client/CommandLine.h"
-#include "client/Console.h"
-#include "client/Report.h"
-#include "client/ServerFailure.h"
-#include "client/Utf8.h"
+#include "client/catalog/ServerFailure.h"
+#include "client/terminal/Console.h"
+#include "client/terminal/Report.h"
+#include "common/Utf8.h"
 
 // The C library does not expand wildcards in arguments: of some they are a part.
 extern "C" int _dowildcard;

@@ -5,7 +5,7 @@
 
 #include <string>
 
-#include "client/Report.h"
+#include "client/terminal/Report.h"
 #include "common/UniqueHandle.h"
 
 namespace {

@@ -1,9 +1,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "client/FileSearch.h"
-#include "client/Style.h"
-#include "client/TextTable.h"
+#include "client/terminal/Style.h"
+#include "client/terminal/TextTable.h"
+#include "merge/FileSearch.h"
 
 namespace {
 

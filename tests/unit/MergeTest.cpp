@@ -1,7 +1,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include "client/Findings.h"
+#include "merge/Findings.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 #include <memory>
 #include <stdexcept>
 
-#include "client/Utf8.h"
+#include "common/Utf8.h"
 
 namespace {
 

@@ -5,9 +5,9 @@
 #include <algorithm>
 #include <stdexcept>
 
-#include "client/Utf8.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "common/Utf8.h"
 
 namespace {
 

@@ -1,0 +1,60 @@
+#include "client/catalog/CatalogSettings.h"
+
+#include <windows.h>
+
+#include "client/catalog/ServerFailure.h"
+#include "client/terminal/Report.h"
+#include "common/Path.h"
+#include "common/Utf8.h"
+
+namespace {
+
+/// The application services take these variables before their settings file.
+void SetVariable(const wchar_t* name, const CWideString& value) {
+  Check(::SetEnvironmentVariableW(name, value.c_str()) ? S_OK
+                                                       : HRESULT_FROM_WIN32(::GetLastError()));
+}
+
+/// The full path of a folder that a setting names; empty when it names none.
+CWideString FullFolder(const std::optional<std::string>& folder) {
+  if (!folder || folder->empty()) {
+    return {};
+  }
+  CWideString path = FullPath(ToWide(*folder));
+  const DWORD attributes = ::GetFileAttributesW(path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+    PrintRemark(ToUtf8(path) + ": there is no such folder");
+  }
+  return path;
+}
+
+}  // namespace
+
+std::string WhyNoSearchFolder(const std::string& folder) {
+  if (folder.empty()) {
+    return "a search folder has a name";  // an empty one is a variable of the shell that is not set
+  }
+  const std::string path = ToUtf8(FullPath(ToWide(folder)));
+  return path.find_first_of(",%") == std::string::npos
+             ? ""
+             : path + ": a search path cannot name a folder with a comma or a percent sign";
+}
+
+void Apply(const CatalogSettings& settings) {
+  if (settings.folders.empty() && !settings.galleryRoot && !settings.indexFolder &&
+      !settings.dataFolder) {
+    return;
+  }
+  CWideString searchPath;
+  for (const std::string& folder : settings.folders) {
+    searchPath += searchPath.empty() ? L"" : L",";
+    searchPath += FullFolder(folder);
+  }
+  SetVariable(L"QM_MODULE_PATH", searchPath);
+  SetVariable(L"QM_USER_MODULE_PATH", {});
+  SetVariable(L"QM_GALLERY_ROOT", FullFolder(settings.galleryRoot));
+  const CWideString indexFolder = FullFolder(settings.indexFolder);
+  SetVariable(L"QM_FILE_INDEX_DIR", indexFolder);
+  SetVariable(L"QM_MODULE_INDEX_DIR", indexFolder);
+  SetVariable(L"QM_DATA_DIR", FullFolder(settings.dataFolder));
+}

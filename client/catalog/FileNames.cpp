@@ -1,0 +1,26 @@
+#include "client/catalog/FileNames.h"
+
+#include <windows.h>
+
+#include <algorithm>
+
+#include "common/FolderFiles.h"
+#include "common/IgnoringCase.h"
+
+std::vector<std::wstring> FileNames(const CWideString& pattern) {
+  std::vector<std::wstring> names;
+  WIN32_FIND_DATAW found;
+  const CUniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &found));
+  if (!search) {
+    return names;
+  }
+  do {
+    if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY)) {
+      names.emplace_back(found.cFileName);
+    }
+  } while (::FindNextFileW(search.Get(), &found));
+  std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
+    return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
+  });
+  return names;
+}

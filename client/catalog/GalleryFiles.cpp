@@ -1,0 +1,62 @@
+#include "client/catalog/GalleryFiles.h"
+
+#include <algorithm>
+#include <cstdlib>
+
+#include "client/catalog/FileNames.h"
+#include "client/catalog/IniSection.h"
+#include "client/catalog/Properties.h"
+#include "common/FolderFiles.h"
+#include "common/IgnoringCase.h"
+#include "common/ModuleKey.h"
+#include "common/Path.h"
+
+namespace {
+
+constexpr std::wstring_view kExtension = L".ini";
+
+/// The value of a line; of several with one name, of the first.
+std::string Value(const std::vector<IniLine>& lines, const char* name) {
+  const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
+    return EqualsIgnoringCase(ToWide(line.name), ToWide(name));
+  });
+  return found == lines.end() ? "" : found->value;
+}
+
+void Read(GalleryFile& file) {
+  const std::vector<IniLine> lines = ReadIniSection(file.path, L"MergeModule");
+  file.moduleId = Value(lines, "ModuleID");
+  file.version = Value(lines, "Version");
+  const long language = std::strtol(Value(lines, "Language").c_str(), nullptr, 10);
+  if (!file.moduleId.empty()) {
+    file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
+  }
+}
+
+}  // namespace
+
+std::vector<GalleryFile> ReadGalleryFiles() {
+  const auto services =
+      Create<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
+  const std::string root = Text(*services, &IApplicationServices::get_GalleryRoot);
+  if (root.empty()) {
+    return {};
+  }
+  const CWideString folder = JoinPath(ToWide(root), L"ObjectGallery");
+  std::vector<GalleryFile> files;
+  for (const std::wstring& name : FileNames(JoinPath(folder, L"*.ini"))) {
+    if (!HasExtension(name, kExtension)) {
+      continue;  // its short name has it
+    }
+    GalleryFile file;
+    file.path = ToUtf8(JoinPath(folder, name));
+    file.packageCode = ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));
+    try {
+      Read(file);
+    } catch (const ServerFailure& failure) {
+      file.failure = failure;
+    }
+    files.push_back(std::move(file));
+  }
+  return files;
+}

@@ -1,0 +1,71 @@
+#pragma once
+
+#include <string>
+
+#include "client/catalog/ServerFailure.h"
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+#include "common/Utf8.h"
+
+// Properties of automation objects as plain values. Each throws ServerFailure when the property
+// fails.
+
+template <class Interface>
+std::string Text(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
+  CUniqueBstr value;
+  Check((object.*property)(value.Put()));
+  return ToUtf8(ViewOf(value.Get()));
+}
+
+template <class Interface>
+long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
+  long value = 0;
+  Check((object.*property)(&value));
+  return value;
+}
+
+template <class Interface>
+bool Flag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(VARIANT_BOOL*)) {
+  VARIANT_BOOL value = VARIANT_FALSE;
+  Check((object.*property)(&value));
+  return value != VARIANT_FALSE;
+}
+
+template <class Interface, class Object>
+CComPtr<Object> Get(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(Object**)) {
+  CComPtr<Object> value;
+  Check((object.*property)(value.Put()));
+  return value;
+}
+
+/// Calls `use` with each element of a collection of `Item`.
+template <class Item, class Collection, class Use>
+void ForEach(Collection& collection, Use use) {
+  const long count = Number(collection, &Collection::get_Count);
+  VARIANT index;
+  index.vt = VT_I4;
+  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    CComPtr<Item> item;
+    Check(collection.get_Item(index, item.Put()));
+    use(*item);
+  }
+}
+
+/// A new object of a class; a failure begins with what the object is.
+template <class Interface>
+CComPtr<Interface> Create(REFCLSID clsid, const char* what) {
+  CComPtr<Interface> object;
+  const HRESULT hr = ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
+                                        reinterpret_cast<void**>(object.Put()));
+  if (FAILED(hr)) {
+    throw ServerFailure(hr, what + std::string(": ") + ServerFailure::Capture(hr).what());
+  }
+  return object;
+}
+
+/// A text argument of a call. Throws ServerFailure when memory is short.
+inline CUniqueBstr Argument(std::wstring_view text) {
+  CUniqueBstr value(AllocBstr(text));
+  Check(value ? S_OK : E_OUTOFMEMORY);
+  return value;
+}

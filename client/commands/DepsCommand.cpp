@@ -1,0 +1,239 @@
+#include "client/commands/DepsCommand.h"
+
+#include <set>
+
+#include "client/catalog/CatalogFacts.h"
+#include "client/terminal/TextTable.h"
+
+namespace {
+
+/// What has been read, for all views.
+struct Question {
+  const std::vector<ListedModule>& modules;
+  const MergeSet& set;
+  std::vector<size_t> wanted;
+};
+
+Json ModuleJson(const ListedModule& module) {
+  return {{"key", module.key},
+          {"version", module.version},
+          {"displayName", module.displayName},
+          {"path", module.path}};
+}
+
+Json RequirementJson(const Requirement& requirement) {
+  return {{"moduleId", requirement.moduleId},
+          {"language", requirement.language ? Json(*requirement.language) : Json(nullptr)},
+          {"version", requirement.version}};
+}
+
+// ---- Order
+
+std::string CycleText(const Question& question, const std::vector<size_t>& cycle) {
+  std::string text;
+  for (const size_t position : cycle) {
+    text += question.modules[position].key + " -> ";
+  }
+  return text + question.modules[cycle.front()].key;
+}
+
+std::string OrderText(const Question& question, const MergePlan& plan) {
+  TextTable order({"", "Module", "Version", "Needed by", "Chosen because it is", "Path"});
+  int number = 0;
+  for (const PlannedModule& planned : plan.modules) {
+    const ListedModule& module = question.modules[planned.module];
+    order.Add({std::to_string(++number), module.key, module.version,
+               planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
+               module.path});
+  }
+  std::string text = order.ToString("");
+  if (!plan.missing.empty()) {
+    TextTable missing({"Missing", "Needed by", "Because"});
+    for (const MissingModule& one : plan.missing) {
+      missing.Add(
+          {RequirementText(one.requirement), question.modules[one.neededBy].key, one.reason});
+    }
+    text += '\n' + missing.ToString("");
+  }
+  if (!plan.cycles.empty()) {
+    text += "\nModules that need one another\n";
+    for (const std::vector<size_t>& cycle : plan.cycles) {
+      text += "  " + Printable(CycleText(question, cycle)) + '\n';
+    }
+  }
+  return text;
+}
+
+void AddOrderJson(const Question& question, const MergePlan& plan, Json& document) {
+  Json order = Json::array();
+  for (const PlannedModule& planned : plan.modules) {
+    Json module = ModuleJson(question.modules[planned.module]);
+    module["neededBy"] =
+        planned.neededBy ? Json(question.modules[*planned.neededBy].key) : Json(nullptr);
+    module["reason"] = planned.reason;
+    order.push_back(std::move(module));
+  }
+  Json missing = Json::array();
+  for (const MissingModule& one : plan.missing) {
+    Json requirement = RequirementJson(one.requirement);
+    requirement["neededBy"] = question.modules[one.neededBy].key;
+    requirement["reason"] = one.reason;
+    missing.push_back(std::move(requirement));
+  }
+  Json cycles = Json::array();
+  for (const std::vector<size_t>& cycle : plan.cycles) {
+    Json keys = Json::array();
+    for (const size_t position : cycle) {
+      keys.push_back(question.modules[position].key);
+    }
+    cycles.push_back(std::move(keys));
+  }
+  document.update({{"order", std::move(order)},
+                   {"missing", std::move(missing)},
+                   {"cycles", std::move(cycles)}});
+}
+
+// ---- Tree
+
+/// Writes modules above what they need, with a stack of its own: a chain may have any length.
+class TreeWriter {
+ public:
+  explicit TreeWriter(const Question& question) : m_question(question) {}
+
+  std::string Write() {
+    for (const size_t wanted : m_question.wanted) {
+      Enter(wanted, "");
+      while (!m_path.empty()) {
+        Step();
+      }
+    }
+    return std::move(m_text);
+  }
+
+ private:
+  struct Visit {
+    size_t module;
+    size_t nextRequirement = 0;
+  };
+
+  void AddLine(const std::string& text) {
+    m_text += std::string(2 * m_path.size(), ' ') + Printable(text) + '\n';
+  }
+
+  void Enter(size_t module, const std::string& reason) {
+    const ListedModule& listed = m_question.modules[module];
+    const auto& requirements = m_question.set.Modules()[module].requirements;
+    const bool isNew = m_written.insert(module).second;
+    std::string line = listed.key + "  " + listed.version;
+    if (!reason.empty()) {
+      line += "  (" + reason + ')';
+    }
+    AddLine(isNew || requirements.empty() ? line : line + "  see above");
+    if (isNew) {
+      m_path.push_back({module});
+    }
+  }
+
+  void Step() {
+    Visit& visit = m_path.back();
+    const auto& requirements = m_question.set.Modules()[visit.module].requirements;
+    if (visit.nextRequirement == requirements.size()) {
+      m_path.pop_back();
+      return;
+    }
+    const Requirement& requirement = requirements[visit.nextRequirement++];
+    const Choice choice = m_question.set.Choose(requirement);
+    if (choice.module) {
+      Enter(*choice.module, choice.reason);
+    } else {
+      AddLine("missing: " + RequirementText(requirement) + "  (" + choice.reason + ')');
+    }
+  }
+
+  const Question& m_question;
+  std::vector<Visit> m_path;
+  std::set<size_t> m_written;
+  std::string m_text;
+};
+
+// ---- Reverse
+
+struct ReverseView {
+  size_t needed;
+  std::vector<ModuleUser> users;
+};
+
+std::vector<ReverseView> FindUsers(const Question& question) {
+  std::vector<ReverseView> views;
+  for (const size_t wanted : question.wanted) {
+    views.push_back({wanted, ModulesThatNeed(question.set, wanted)});
+  }
+  return views;
+}
+
+std::string ReverseText(const Question& question, const std::vector<ReverseView>& views) {
+  std::string text;
+  for (const ReverseView& view : views) {
+    const ListedModule& needed = question.modules[view.needed];
+    if (view.users.empty()) {
+      text += "No module needs " + Printable(needed.key) + " of version " +
+              Printable(needed.version) + '\n';
+      continue;
+    }
+    TextTable table({"Module", "Version", "Through", "Path"});
+    table.AddLine(needed.key + "  " + needed.version + " is needed by");
+    for (const ModuleUser& user : view.users) {
+      const ListedModule& module = question.modules[user.module];
+      table.Add({module.key, module.version,
+                 user.through == view.needed ? "" : question.modules[user.through].key,
+                 module.path});
+    }
+    text += table.ToString("  ");
+  }
+  return text;
+}
+
+void AddReverseJson(const Question& question, const std::vector<ReverseView>& views,
+                    Json& document) {
+  Json list = Json::array();
+  for (const ReverseView& view : views) {
+    Json users = Json::array();
+    for (const ModuleUser& user : view.users) {
+      Json module = ModuleJson(question.modules[user.module]);
+      module["through"] = question.modules[user.through].key;
+      users.push_back(std::move(module));
+    }
+    Json needed = ModuleJson(question.modules[view.needed]);
+    needed["neededBy"] = std::move(users);
+    list.push_back(std::move(needed));
+  }
+  document["modules"] = std::move(list);
+}
+
+}  // namespace
+
+ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output) {
+  Report report("deps", output);
+  const CatalogFacts catalog = ReadCatalogFacts(kRequirements, report);
+  const MergeSet set(catalog.merge);
+  const Question question{catalog.modules, set, ModulesOfKey(catalog.modules, key)};
+  if (question.wanted.empty()) {
+    RemarkUnknownKey(KeysOf(catalog.modules), key);
+    if (view == DepsView::Reverse) {
+      AddReverseJson(question, {}, report.Document());
+    } else {
+      AddOrderJson(question, {}, report.Document());
+    }
+    return report.Finish(kNothingMatched);
+  }
+  if (view == DepsView::Reverse) {
+    const std::vector<ReverseView> users = FindUsers(question);
+    AddReverseJson(question, users, report.Document());
+    report.Print(ReverseText(question, users));
+    return report.Finish();
+  }
+  const MergePlan plan = PlanMerge(set, question.wanted);
+  AddOrderJson(question, plan, report.Document());
+  report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : OrderText(question, plan));
+  return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
+}

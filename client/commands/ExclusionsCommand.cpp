@@ -1,0 +1,82 @@
+#include "client/commands/ExclusionsCommand.h"
+
+#include <algorithm>
+#include <tuple>
+
+#include "client/catalog/CatalogFacts.h"
+#include "client/terminal/TextTable.h"
+
+namespace {
+
+struct ListedExclusion {
+  size_t module;  ///< the position of the module that excludes
+  Exclusion exclusion;
+  std::vector<size_t> hits;
+};
+
+std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
+  const MergeSet set(catalog.merge);
+  std::vector<ListedExclusion> list;
+  for (size_t position = 0; position < catalog.modules.size(); ++position) {
+    for (const Exclusion& exclusion : catalog.details[position].exclusions) {
+      list.push_back({position, exclusion, ExcludedModules(set, position, exclusion)});
+    }
+  }
+  std::sort(list.begin(), list.end(), [](const ListedExclusion& a, const ListedExclusion& b) {
+    return std::tie(a.module, a.exclusion.moduleId, a.exclusion.language) <
+           std::tie(b.module, b.exclusion.moduleId, b.exclusion.language);
+  });
+  return list;
+}
+
+std::string ExclusionsText(const CatalogFacts& catalog, const std::vector<ListedExclusion>& list) {
+  if (list.empty()) {
+    return "No exclusions\n";
+  }
+  TextTable table({"Module", "Excludes", "Language", "From version", "To version", "Hits"});
+  for (const auto& [module, exclusion, hits] : list) {
+    std::string hit;
+    for (const size_t position : hits) {
+      hit += (hit.empty() ? "" : ", ") + catalog.modules[position].key + " " +
+             catalog.modules[position].version;
+    }
+    table.Add({catalog.modules[module].key, exclusion.moduleId,
+               exclusion.language ? std::to_string(*exclusion.language) : "", exclusion.minVersion,
+               exclusion.maxVersion, hit});
+  }
+  return table.ToString("");
+}
+
+Json ExclusionsJson(const CatalogFacts& catalog, const std::vector<ListedExclusion>& exclusions) {
+  Json list = Json::array();
+  for (const auto& [module, exclusion, hits] : exclusions) {
+    Json hitModules = Json::array();
+    for (const size_t position : hits) {
+      hitModules.push_back({{"key", catalog.modules[position].key},
+                            {"version", catalog.modules[position].version},
+                            {"path", catalog.modules[position].path}});
+    }
+    list.push_back({{"module", catalog.modules[module].key},
+                    {"path", catalog.modules[module].path},
+                    {"moduleId", exclusion.moduleId},
+                    {"language", exclusion.language ? Json(*exclusion.language) : Json(nullptr)},
+                    {"minVersion", exclusion.minVersion},
+                    {"maxVersion", exclusion.maxVersion},
+                    {"hits", std::move(hitModules)}});
+  }
+  return list;
+}
+
+}  // namespace
+
+ExitCode Exclusions(const OutputOptions& output) {
+  Report report("exclusions", output);
+  const CatalogFacts catalog = ReadCatalogFacts(kExclusions, report);
+  const std::vector<ListedExclusion> exclusions = ListExclusions(catalog);
+  if (report.AsJson()) {
+    report.Document()["exclusions"] = ExclusionsJson(catalog, exclusions);
+  } else {
+    report.Print(ExclusionsText(catalog, exclusions));
+  }
+  return report.Finish();
+}

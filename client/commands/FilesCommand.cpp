@@ -1,0 +1,52 @@
+#include "client/commands/FilesCommand.h"
+
+#include "client/catalog/CatalogFacts.h"
+#include "client/terminal/TextTable.h"
+#include "merge/FileSearch.h"
+
+namespace {
+
+std::string FilesText(const CatalogFacts& catalog, const std::vector<FoundFile>& files) {
+  if (files.empty()) {
+    return "No files\n";
+  }
+  TextTable table({"Module", "File", "Directory", "Size", "Version"});
+  for (const auto& [position, file] : files) {
+    table.Add({catalog.modules[position].key, file->name, file->directory,
+               file->size ? std::to_string(*file->size) : "", file->version});
+  }
+  return table.ToString("");
+}
+
+Json FilesJson(const CatalogFacts& catalog, const std::vector<FoundFile>& files) {
+  Json list = Json::array();
+  for (const auto& [position, file] : files) {
+    list.push_back({{"module", catalog.modules[position].key},
+                    {"path", catalog.modules[position].path},
+                    {"key", file->key},
+                    {"name", file->name},
+                    {"shortName", file->shortName},
+                    {"directory", file->directory},
+                    {"fileSize", file->size ? Json(*file->size) : Json(nullptr)},
+                    {"version", file->version}});
+  }
+  return list;
+}
+
+}  // namespace
+
+ExitCode Files(const std::string& pattern, const OutputOptions& output) {
+  Report report("files", output);
+  const CatalogFacts catalog = ReadCatalogFacts(kFiles, report);
+  const std::vector<FoundFile> files = FindFiles(catalog.details, pattern.empty() ? "*" : pattern);
+  const bool nothingMatched = files.empty() && !pattern.empty();
+  if (nothingMatched) {
+    PrintRemark(pattern + ": no module has a file of such a name");
+  }
+  if (report.AsJson()) {
+    report.Document()["files"] = FilesJson(catalog, files);
+  } else if (!nothingMatched) {
+    report.Print(FilesText(catalog, files));
+  }
+  return report.Finish(nothingMatched ? kNothingMatched : kSuccess);
+}

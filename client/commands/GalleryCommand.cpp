@@ -1,0 +1,163 @@
+#include "client/commands/GalleryCommand.h"
+
+#include <map>
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/GalleryFiles.h"
+#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/Properties.h"
+#include "client/commands/ModuleJson.h"
+#include "client/terminal/TextTable.h"
+
+namespace {
+
+/// A description file with the catalog's module of it.
+struct GalleryEntry {
+  GalleryFile file;
+  const char* state = "";
+  std::string note;          ///< why the catalog has no module of it
+  std::string supersededBy;  ///< path of the catalog's module, or its package code
+  std::string localVersion;
+  GalleryDescription gallery;
+};
+
+struct LessIgnoringCase {
+  bool operator()(const CWideString& a, const CWideString& b) const noexcept {
+    return ::CompareStringOrdinal(a.c_str(), static_cast<int>(a.length()), b.c_str(),
+                                  static_cast<int>(b.length()), TRUE) == CSTR_LESS_THAN;
+  }
+};
+
+/// The modules of the catalog by package code and by key, each in any letter case; of several the
+/// first.
+class CatalogModules {
+ public:
+  CatalogModules() {
+    ForEach<IMergeModule>(*Catalog().Modules(), [this](IMergeModule& module) {
+      m_byPackageCode.emplace(ToWide(Text(module, &IMergeModule::get_PackageCode)), &module);
+      m_byKey.emplace(ToWide(Text(module, &IMergeModule::get_Key)), &module);
+    });
+  }
+
+  CComPtr<IMergeModule> OfPackageCode(const std::string& code) const {
+    return Find(m_byPackageCode, code);
+  }
+  CComPtr<IMergeModule> OfKey(const std::string& key) const { return Find(m_byKey, key); }
+
+ private:
+  using Index = std::map<CWideString, CComPtr<IMergeModule>, LessIgnoringCase>;
+
+  static CComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
+    const auto found = index.find(ToWide(text));
+    return found == index.end() ? CComPtr<IMergeModule>() : found->second;
+  }
+
+  Index m_byPackageCode;
+  Index m_byKey;
+};
+
+const char* StateOf(const GalleryDescription& gallery) noexcept {
+  if (gallery.present) {
+    return gallery.needsDownload ? "newer" : "present";
+  }
+  return gallery.needsDownload ? "to be downloaded" : "missing";
+}
+
+/// What the catalog's module of the description says.
+void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
+  CComPtr<IMergeModuleTavik> newestModule;
+  Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
+  if (Flag(*newestModule, &IMergeModuleTavik::get_HasOrigin)) {
+    entry.localVersion = Text(module, &IMergeModule::get_Version);
+  }
+  std::vector<PartFailure> failures;
+  entry.gallery = DescribeGallery(*newestModule, failures);
+  entry.state = failures.empty() ? StateOf(entry.gallery) : "unreadable";
+  for (const PartFailure& failed : failures) {
+    report.AddFailure(entry.file.path, failed.part, failed.failure.Result(), failed.failure.what());
+  }
+}
+
+GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& report) {
+  GalleryEntry entry;
+  entry.file = std::move(file);
+  if (entry.file.failure) {
+    entry.state = "unreadable";
+    const ServerFailure& failure = *entry.file.failure;
+    report.AddFailure(entry.file.path, "", failure.Result(), failure.what());
+    return entry;
+  }
+  if (const CComPtr<IMergeModule> module = modules.OfPackageCode(entry.file.packageCode)) {
+    DescribeModule(entry, *module, report);
+    return entry;
+  }
+  entry.state = "not listed";
+  if (entry.file.moduleId.empty()) {
+    entry.note = "it names no module";
+  } else if (const CComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
+    entry.supersededBy = Text(*other, &IMergeModule::get_Path);
+    if (entry.supersededBy.empty()) {  // another description
+      entry.supersededBy = Text(*other, &IMergeModule::get_PackageCode);
+    }
+    entry.note = "superseded by " + entry.supersededBy;
+  }
+  return entry;
+}
+
+std::string GalleryText(const std::vector<GalleryEntry>& entries) {
+  if (entries.empty()) {
+    return "No gallery descriptions\n";
+  }
+  TextTable table({"State", "Module", "Version", "Here", "Package code", "Local path"});
+  TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
+  bool hasFiles = false;
+  for (const GalleryEntry& entry : entries) {
+    table.Add({entry.state, entry.file.key, entry.file.version, entry.localVersion,
+               entry.file.packageCode,
+               entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
+    if (!entry.gallery.downloadFiles.empty()) {
+      hasFiles = true;
+      files.AddLine(entry.file.key);
+    }
+    for (const DownloadFileDescription& file : entry.gallery.downloadFiles) {
+      files.Add({file.location, file.mediaLocation, file.internetLocation,
+                 std::to_string(file.size), file.checkSum});
+    }
+  }
+  return table.ToString("") + (hasFiles ? '\n' + files.ToString("  ") : "");
+}
+
+Json GalleryJson(const std::vector<GalleryEntry>& entries) {
+  Json list = Json::array();
+  for (const GalleryEntry& entry : entries) {
+    list.push_back({{"state", entry.state},
+                    {"note", entry.note},
+                    {"supersededBy", entry.supersededBy},
+                    {"key", entry.file.key},
+                    {"moduleId", entry.file.moduleId},
+                    {"version", entry.file.version},
+                    {"localVersion", entry.localVersion},
+                    {"packageCode", entry.file.packageCode},
+                    {"path", entry.file.path},
+                    {"localPath", entry.gallery.localPath},
+                    {"downloadFiles", DownloadFilesJson(entry.gallery.downloadFiles)}});
+  }
+  return list;
+}
+
+}  // namespace
+
+ExitCode Gallery(const OutputOptions& output) {
+  Report report("gallery", output);
+  const CatalogModules modules;
+  std::vector<GalleryEntry> entries;
+  for (GalleryFile& file : ReadGalleryFiles()) {
+    entries.push_back(MakeEntry(std::move(file), modules, report));
+  }
+  if (report.AsJson()) {
+    report.Document()["descriptions"] = GalleryJson(entries);
+  } else {
+    report.Print(GalleryText(entries));
+  }
+  return report.Finish();
+}

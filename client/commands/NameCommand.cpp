@@ -1,0 +1,42 @@
+#include "client/commands/NameCommand.h"
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/Properties.h"
+#include "client/terminal/TextTable.h"
+
+namespace {
+
+/// The name of a key in the index of module names; of a module that it does not have, the name that
+/// the module itself gives. Empty when there is no such module either.
+std::string FindName(const Catalog& catalog, const std::string& key) {
+  std::string indexed = catalog.DisplayName(key);
+  if (indexed != key) {
+    return indexed;
+  }
+  const CComPtr<IMergeModules> modules = catalog.Find(key, "");
+  if (Number(*modules, &IMergeModules::get_Count) == 0) {
+    return "";
+  }
+  VARIANT first;
+  first.vt = VT_I4;
+  first.lVal = 1;
+  CComPtr<IMergeModule> module;
+  Check(modules->get_Item(first, module.Put()));
+  return Text(*module, &IMergeModule::get_DisplayName);
+}
+
+}  // namespace
+
+ExitCode Name(const std::string& key, const OutputOptions& output) {
+  Report report("name", output);
+  const Catalog catalog;
+  const std::string displayName = FindName(catalog, key);
+  report.Document().update({{"key", key}, {"displayName", displayName}});
+  if (displayName.empty()) {
+    RemarkUnknownKey(catalog.Keys(), key);
+    return report.Finish(kNothingMatched);
+  }
+  report.Print(Printable(displayName) + '\n');
+  return report.Finish();
+}

@@ -1,0 +1,118 @@
+#include "client/commands/ShowCommand.h"
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/FileNames.h"
+#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/Properties.h"
+#include "client/commands/ModuleJson.h"
+#include "client/commands/ModuleText.h"
+#include "common/Path.h"
+#include "idl/qmmmupdater2.h"
+#include "merge/FileSearch.h"
+#include "merge/FoldCase.h"
+
+namespace {
+
+bool IsFile(const std::string& path) {
+  const DWORD attributes = ::GetFileAttributesW(ToWide(path).c_str());
+  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
+}
+
+/// Whether an argument that is no file is meant as one: a file that is missing is reported better
+/// than a key that is unknown.
+bool LooksLikeFile(const std::string& argument) {
+  const std::string folded = FoldCase(argument);
+  const std::string extension = ".msm";
+  return argument.find_first_of("\\/") != std::string::npos ||
+         (folded.size() > extension.size() &&
+          folded.compare(folded.size() - extension.size(), extension.size(), extension) == 0);
+}
+
+/// The files that a path with wildcards in its last part stands for; the path itself when there are
+/// none. Windows leaves this to programs.
+std::vector<std::string> ExpandWildcards(const std::string& path) {
+  if (!HasWildcard(path)) {
+    return {path};
+  }
+  const std::string folder = path.substr(0, path.find_last_of("\\/:") + 1);
+  std::vector<std::string> files;
+  for (const std::wstring& name : FileNames(ToWide(path))) {
+    files.push_back(folder + ToUtf8(name));
+  }
+  return files.empty() ? std::vector<std::string>{path} : files;
+}
+
+class ModuleWriter {
+ public:
+  explicit ModuleWriter(const OutputOptions& output) : m_report("show", output) {}
+
+  void ShowFile(const std::string& file) {
+    if (!m_fileModule) {
+      m_fileModule = Create<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
+    }
+    try {
+      Check(m_fileModule->Open(Argument(FullPath(ToWide(file))).Get()));
+      ShowModule(*m_fileModule, file);
+    } catch (const ServerFailure& failure) {
+      m_report.AddFailure(file, "", failure.Result(), failure.what());
+    }
+  }
+
+  void ShowKey(const std::string& key) {
+    const Catalog catalog;
+    bool isKnown = false;
+    ForEach<IMergeModule>(*catalog.Find(key, ""), [&](IMergeModule& module) {
+      isKnown = true;
+      CComPtr<IMergeModule2> newerModule;
+      Check(CComPtr<IMergeModule>(&module).QueryInterface(newerModule.Put()));
+      ShowModule(*newerModule, Text(module, &IMergeModule::get_Path));
+    });
+    if (!isKnown) {
+      RemarkUnknownKey(catalog.Keys(), key);
+      m_outcome = kNothingMatched;
+    }
+  }
+
+  ExitCode Finish() {
+    m_report.Document()["modules"] = std::move(m_modules);
+    return m_report.Finish(m_outcome);
+  }
+
+ private:
+  void ShowModule(IMergeModule2& module, const std::string& file) {
+    const ModuleDescription description = Describe(module);
+    if (m_report.AsJson()) {
+      m_modules.push_back(ModuleJson(description));
+    } else {
+      // A blank line between modules.
+      m_report.Print((m_isFirst ? "" : "\n") + ModuleText(description));
+      m_isFirst = false;
+    }
+    for (const PartFailure& failed : description.failures) {
+      m_report.AddFailure(file, failed.part, failed.failure.Result(), failed.failure.what());
+    }
+  }
+
+  Report m_report;
+  CComPtr<IMergeModule2> m_fileModule;
+  Json m_modules = Json::array();
+  bool m_isFirst = true;
+  ExitCode m_outcome = kSuccess;
+};
+
+}  // namespace
+
+ExitCode Show(const std::vector<std::string>& arguments, const OutputOptions& output) {
+  ModuleWriter writer(output);
+  for (const std::string& argument : arguments) {
+    for (const std::string& subject : ExpandWildcards(argument)) {
+      if (IsFile(subject) || LooksLikeFile(subject)) {
+        writer.ShowFile(subject);
+      } else {
+        writer.ShowKey(subject);
+      }
+    }
+  }
+  return writer.Finish();
+}

@@ -1,0 +1,59 @@
+#include "client/commands/SourcesCommand.h"
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/Properties.h"
+#include "client/terminal/Report.h"
+#include "client/terminal/TextTable.h"
+
+namespace {
+
+struct ListedSource {
+  int pass = 1;  ///< modules of pass 1 are listed before those of pass 2
+  long modules = 0;
+  std::string displayName;
+  std::string folder;
+  std::string entry;  ///< the folder as the search path spells it
+};
+
+ListedSource Read(IMMSource& source) {
+  return {Flag(source, &IMMSource::get_SecondPass) ? 2 : 1,
+          Number(*Get(source, &IMMSource::get_MergeModules), &IMergeModules::get_Count),
+          Text(source, &IMMSource::get_DisplayName), Text(source, &IMMSource::get_Folder),
+          Text(source, &IMMSource::get_Entry)};
+}
+
+std::string SourcesText(const std::vector<ListedSource>& sources) {
+  if (sources.empty()) {
+    return "No search folders\n";
+  }
+  TextTable table({"Pass", "Modules", "Display name", "Folder", "Entry"});
+  for (const ListedSource& source : sources) {
+    table.Add({std::to_string(source.pass), std::to_string(source.modules), source.displayName,
+               source.folder, source.entry});
+  }
+  return table.ToString("");
+}
+
+Json SourcesJson(const std::vector<ListedSource>& sources) {
+  Json list = Json::array();
+  for (const ListedSource& source : sources) {
+    list.push_back({{"pass", source.pass},
+                    {"modules", source.modules},
+                    {"displayName", source.displayName},
+                    {"folder", source.folder},
+                    {"entry", source.entry}});
+  }
+  return list;
+}
+
+}  // namespace
+
+ExitCode Sources(const OutputOptions& output) {
+  std::vector<ListedSource> sources;
+  ForEach<IMMSource>(*Catalog().Sources(),
+                     [&](IMMSource& source) { sources.push_back(Read(source)); });
+  Report report("sources", output);
+  report.Document()["sources"] = SourcesJson(sources);
+  report.Print(SourcesText(sources));
+  return report.Finish();
+}

@@ -1,0 +1,112 @@
+#include "client/commands/WhichCommand.h"
+
+#include <algorithm>
+#include <map>
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/IndexFiles.h"
+#include "client/terminal/TextTable.h"
+#include "merge/FileSearch.h"
+#include "merge/FoldCase.h"
+
+namespace {
+
+/// Which module delivers a file. An index tells no more than that.
+struct Delivery {
+  std::string file;
+  std::string moduleKey;
+  std::string displayName;
+  std::string source;  ///< who says so
+  std::string fileKey;
+  std::string directory;
+  std::string version;
+  std::string path;  ///< of the module
+};
+
+/// The name of a file that may be given with its path.
+std::string NameOfFile(const std::string& file) {
+  return file.substr(file.find_last_of("\\/:") + 1);
+}
+
+/// Asks the catalog, which goes by the index tables; these tell the names to ask for, and which of
+/// them it was.
+std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& pattern,
+                                 Report& report) {
+  const std::string wanted = FoldCase(pattern);
+  std::map<std::string, std::vector<IndexEntry>> entries;  // by file, in the order of the tables
+  for (IndexEntry& entry : ReadIndexEntries(report)) {
+    if (entry.table != kModuleIndex && MatchesPattern(FoldCase(entry.name), wanted)) {
+      entries[FoldCase(entry.name)].push_back(std::move(entry));
+    }
+  }
+  if (!HasWildcard(pattern)) {
+    entries[wanted];  // the catalog is asked in any case
+  }
+  std::vector<Delivery> deliveries;
+  for (const auto& [folded, named] : entries) {
+    const std::string name = named.empty() ? pattern : named.front().name;
+    const std::string key = catalog.ModuleForFile(name);
+    if (key.empty()) {
+      continue;
+    }
+    const auto entry = std::find_if(named.begin(), named.end(), [&](const IndexEntry& candidate) {
+      return candidate.moduleKey == key;
+    });
+    deliveries.push_back({name, key, catalog.DisplayName(key),
+                          entry == named.end() ? "index" : entry->table, "", "", "", ""});
+  }
+  return deliveries;
+}
+
+void AskFileTables(const std::string& pattern, std::vector<Delivery>& deliveries, Report& report) {
+  const CatalogFacts catalog = ReadCatalogFacts(kFiles, report);
+  for (const auto& [position, file] : FindFiles(catalog.details, pattern)) {
+    const ListedModule& module = catalog.modules[position];
+    deliveries.push_back({file->name, module.key, module.displayName, "File table", file->key,
+                          file->directory, file->version, module.path});
+  }
+}
+
+std::string DeliveriesText(const std::vector<Delivery>& deliveries) {
+  TextTable table({"File", "Module", "Display name", "Source", "File key", "Directory", "Version",
+                   "Path of the module"});
+  for (const Delivery& delivery : deliveries) {
+    table.Add({delivery.file, delivery.moduleKey, delivery.displayName, delivery.source,
+               delivery.fileKey, delivery.directory, delivery.version, delivery.path});
+  }
+  return table.ToString("");
+}
+
+Json DeliveriesJson(const std::vector<Delivery>& deliveries) {
+  Json list = Json::array();
+  for (const Delivery& delivery : deliveries) {
+    list.push_back({{"file", delivery.file},
+                    {"module", delivery.moduleKey},
+                    {"displayName", delivery.displayName},
+                    {"source", delivery.source},
+                    {"fileKey", delivery.fileKey},
+                    {"directory", delivery.directory},
+                    {"version", delivery.version},
+                    {"path", delivery.path}});
+  }
+  return list;
+}
+
+}  // namespace
+
+ExitCode Which(const std::string& file, const OutputOptions& output) {
+  Report report("which", output);
+  const std::string pattern = NameOfFile(file);
+  std::vector<Delivery> deliveries = AskIndexes(Catalog(), pattern, report);
+  if (deliveries.empty() || HasWildcard(pattern)) {
+    AskFileTables(pattern, deliveries, report);
+  }
+  report.Document().update({{"file", file}, {"deliveries", DeliveriesJson(deliveries)}});
+  if (deliveries.empty()) {
+    PrintRemark(file + ": no module delivers it");
+    return report.Finish(kNothingMatched);
+  }
+  report.Print(DeliveriesText(deliveries));
+  return report.Finish();
+}

@@ -1,0 +1,80 @@
+#include "client/terminal/Console.h"
+
+#include <algorithm>
+#include <cstdio>
+#include <string_view>
+
+#include "common/Utf8.h"
+
+namespace {
+
+bool g_consoleFailed = false;
+
+HANDLE Output() noexcept { return ::GetStdHandle(STD_OUTPUT_HANDLE); }
+
+bool IsForbidden() noexcept {
+  wchar_t value[2];
+  return ::GetEnvironmentVariableW(L"NO_COLOR", value, 2) != 0;
+}
+
+/// How much of a text a console is given at once: not all, and no half of a character.
+size_t SizeOfPiece(std::wstring_view text) noexcept {
+  constexpr size_t kMost = 8192;  // a console of old takes little more
+  const size_t size = std::min(text.size(), kMost);
+  return size < text.size() && IS_HIGH_SURROGATE(text[size - 1]) ? size - 1 : size;
+}
+
+void WriteToConsole(DWORD standardHandle, const std::string& text) {
+  const CWideString wide = ToWide(text);
+  std::wstring_view rest(wide);
+  while (!rest.empty()) {
+    const size_t size = SizeOfPiece(rest);
+    DWORD written = 0;
+    if (!::WriteConsoleW(::GetStdHandle(standardHandle), rest.data(), static_cast<DWORD>(size),
+                         &written, nullptr)) {
+      g_consoleFailed = true;
+      return;
+    }
+    rest.remove_prefix(size);
+  }
+}
+
+void Write(DWORD standardHandle, FILE* stream, const std::string& text) {
+  if (IsConsole(standardHandle)) {
+    WriteToConsole(standardHandle, text);
+  } else {
+    std::fwrite(text.data(), 1, text.size(), stream);
+  }
+}
+
+}  // namespace
+
+bool IsConsole(DWORD standardHandle) noexcept {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
+}
+
+void WriteOutput(const std::string& text) { Write(STD_OUTPUT_HANDLE, stdout, text); }
+
+void WriteError(const std::string& text) {
+  Write(STD_ERROR_HANDLE, stderr, text);
+  std::fflush(stderr);
+}
+
+bool FlushOutput() noexcept {
+  return std::fflush(stdout) == 0 && !std::ferror(stdout) && !g_consoleFailed;
+}
+
+bool EnableColors() noexcept {
+  DWORD mode = 0;
+  return !IsForbidden() && ::GetConsoleMode(Output(), &mode) &&
+         ::SetConsoleMode(Output(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+}
+
+CConsoleMode::CConsoleMode() noexcept { ::GetConsoleMode(Output(), &m_previous); }
+
+CConsoleMode::~CConsoleMode() {
+  if (m_previous) {
+    ::SetConsoleMode(Output(), m_previous);
+  }
+}

@@ -1,0 +1,68 @@
+#include "client/terminal/NearestNames.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "merge/FoldCase.h"
+
+namespace {
+
+/// The letters that must be put in, taken out or exchanged to make one text of the other.
+size_t EditDistance(const std::string& a, const std::string& b) {
+  std::vector<size_t> row(b.size() + 1);
+  for (size_t j = 0; j <= b.size(); ++j) {
+    row[j] = j;
+  }
+  for (size_t i = 1; i <= a.size(); ++i) {
+    size_t diagonal = std::exchange(row[0], i);
+    for (size_t j = 1; j <= b.size(); ++j) {
+      const size_t exchanged = diagonal + (a[i - 1] != b[j - 1]);
+      diagonal = row[j];
+      row[j] = std::min({row[j] + 1, row[j - 1] + 1, exchanged});
+    }
+  }
+  return row[b.size()];
+}
+
+/// What people know of a module key: "CharmapCore" of "CharmapCore.3128F3C8_...:1033".
+std::string ReadablePart(const std::string& name) {
+  return name.substr(0, name.find_first_of(".:"));
+}
+
+/// How far a name is from what was wanted.
+size_t Distance(const std::string& wanted, const std::string& name) {
+  if (name.find(wanted) != std::string::npos) {
+    return 0;
+  }
+  return std::min(EditDistance(wanted, name),
+                  EditDistance(ReadablePart(wanted), ReadablePart(name)));
+}
+
+}  // namespace
+
+std::vector<std::string> NearestNames(const std::string& wanted,
+                                      const std::vector<std::string>& names) {
+  constexpr size_t kMost = 3;
+  // Nobody types a name of this length, and the comparison takes the product of both lengths.
+  constexpr size_t kLongest = 200;
+  const std::string folded = FoldCase(wanted);
+  if (folded.empty() || folded.size() > kLongest) {
+    return {};
+  }
+  const size_t farthest = 1 + ReadablePart(folded).size() / 4;
+  std::vector<std::pair<size_t, std::string>> found;
+  for (const std::string& name : names) {
+    const size_t distance =
+        name.size() > kLongest ? farthest + 1 : Distance(folded, FoldCase(name));
+    if (distance <= farthest) {
+      found.emplace_back(distance, name);
+    }
+  }
+  std::sort(found.begin(), found.end());
+  found.erase(std::unique(found.begin(), found.end()), found.end());
+  std::vector<std::string> nearest;
+  for (size_t i = 0; i < std::min(found.size(), kMost); ++i) {
+    nearest.push_back(found[i].second);
+  }
+  return nearest;
+}

@@ -1,0 +1,49 @@
+#include "client/terminal/Report.h"
+
+#include <cstdio>
+
+#include "client/terminal/Console.h"
+#include "client/terminal/Progress.h"
+#include "client/terminal/Style.h"
+#include "client/terminal/TextTable.h"
+
+Report::Report(const std::string& command, const OutputOptions& options)
+    : m_json(options.json),
+      m_colors(!options.json && !options.noColor && EnableColors()),
+      m_document{{"schema", "mmcat/" + command + "/1"}} {}
+
+void Report::Print(const std::string& text) {
+  if (!m_json) {
+    WriteOutput(m_colors ? text : WithoutMarks(text));
+  }
+}
+
+void Report::AddFailure(const std::string& file, const std::string& part, HRESULT result,
+                        const std::string& description) {
+  m_errors.push_back({{"file", file},
+                      {"part", part},
+                      {"hresult", HResultText(result)},
+                      {"description", description}});
+  const std::string subject = part.empty() ? file : file + ": " + part;
+  PrintRemark(subject + ": " + HResultText(result) + ' ' + description);
+}
+
+ExitCode Report::Finish(ExitCode outcome) {
+  const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
+  if (m_json) {
+    m_document["errors"] = std::move(m_errors);
+    WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
+  }
+  return someUnreadable ? kSomeUnreadable : outcome;
+}
+
+std::string HResultText(HRESULT hr) {
+  char text[16];
+  std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
+  return text;
+}
+
+void PrintRemark(const std::string& text) {
+  Progress::Erase();
+  WriteError("mmcat: " + Printable(text) + '\n');
+}

@@ -1,0 +1,275 @@
+#include "merge/Findings.h"
+
+#include "merge/FoldCase.h"
+#include "merge/JoinTexts.h"
+
+#include <algorithm>
+#include <set>
+#include <tuple>
+
+namespace {
+
+std::string Quoted(const std::string& text) { return '"' + text + '"'; }
+
+std::string Describe(const Exclusion& exclusion) {
+  if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
+    return "every version";
+  }
+  return exclusion.maxVersion.empty() ? "versions from " + exclusion.minVersion
+         : exclusion.minVersion.empty()
+             ? "versions up to " + exclusion.maxVersion
+             : "versions from " + exclusion.minVersion + " to " + exclusion.maxVersion;
+}
+
+class ModuleCheck {
+ public:
+  ModuleCheck(const MergeSet& set, const std::vector<CheckedModule>& details,
+              const std::vector<size_t>& scope)
+      : m_set(set), m_details(details), m_scope(scope), m_isInScope(details.size()) {
+    for (const size_t position : scope) {
+      m_isInScope[position] = true;
+    }
+  }
+
+  std::vector<Finding> Run(const ResolveDirectory& resolveDirectory) {
+    FindUnreadable();
+    FindMissing();
+    FindExclusions();
+    FindDoubles();
+    FindDownloads();
+    FindFileConflicts(resolveDirectory);
+    Sort(m_findings);
+    return std::move(m_findings);
+  }
+
+ private:
+  const MergeModule& Module(size_t position) const { return m_set.Modules()[position]; }
+
+  /// What a finding calls a module.
+  const std::string& NameOf(size_t position) const {
+    return Module(position).moduleId.empty() ? m_details[position].path : Module(position).key;
+  }
+
+  /// What the modules that stand for each other have in common: the ID, or if there is none, the
+  /// path.
+  std::string IdentityOf(size_t position) const {
+    const std::string& id = Module(position).moduleId;
+    return id.empty() ? m_details[position].path : FoldCase(id);
+  }
+
+  std::vector<std::string> NamesOf(const std::vector<size_t>& positions) const {
+    std::vector<std::string> names;
+    names.reserve(positions.size());
+    for (const size_t position : positions) {
+      names.push_back(NameOf(position));
+    }
+    return names;
+  }
+
+  void Add(const char* code, const std::vector<size_t>& modules, std::string text) {
+    m_findings.push_back({code, NamesOf(modules), std::move(text)});
+  }
+
+  void FindUnreadable() {
+    for (const size_t position : m_scope) {
+      if (!m_details[position].failure.empty()) {
+        Add(kUnreadableModule, {position},
+            m_details[position].path + " cannot be read: " + m_details[position].failure);
+      }
+    }
+  }
+
+  void FindMissing() {
+    const MergePlan plan = PlanMerge(m_set, m_scope);
+    for (const MissingModule& missing : plan.missing) {
+      Add(kMissingDependency, {missing.neededBy},
+          NameOf(missing.neededBy) + " needs " + RequirementText(missing.requirement) + ": " +
+              missing.reason);
+    }
+    for (const std::vector<size_t>& cycle : plan.cycles) {
+      Add(kDependencyCycle, cycle,
+          cycle.size() == 1
+              ? NameOf(cycle.front()) + " needs itself"
+              : "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
+    }
+  }
+
+  void FindExclusions() {
+    for (const size_t position : m_scope) {
+      for (const Exclusion& exclusion : m_details[position].exclusions) {
+        for (const size_t other : ExcludedModules(m_set, position, exclusion)) {
+          if (m_isInScope[other]) {
+            Add(kExclusion, {position, other},
+                NameOf(position) + " excludes " + Describe(exclusion) + " of " + NameOf(other) +
+                    ", which has version " + Quoted(Module(other).version));
+          }
+        }
+      }
+    }
+  }
+
+  void FindDoubles() {
+    std::set<std::string> seen;
+    for (const size_t position : m_scope) {
+      const std::string& id = Module(position).moduleId;
+      if (id.empty() || !seen.insert(FoldCase(id)).second) {
+        continue;
+      }
+      std::map<std::string, std::vector<size_t>> byKey;
+      std::vector<size_t> all;
+      for (const size_t same : m_set.ModulesOfId(id)) {
+        if (m_isInScope[same]) {
+          byKey[FoldCase(Module(same).key)].push_back(same);
+          all.push_back(same);
+        }
+      }
+      for (const auto& [key, modules] : byKey) {
+        AddDouble(modules);
+      }
+      AddVersions(id, all);
+    }
+  }
+
+  void AddDouble(const std::vector<size_t>& modules) {
+    if (modules.size() < 2) {
+      return;
+    }
+    std::vector<std::string> places;
+    places.reserve(modules.size());
+    for (const size_t position : modules) {
+      places.push_back(m_details[position].path + " (version " + Module(position).version + ')');
+    }
+    Add(kDuplicateKey, {modules.front()},
+        NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
+            " times: " + JoinTexts(places, ", "));
+  }
+
+  void AddVersions(const std::string& id, const std::vector<size_t>& modules) {
+    std::vector<std::string> versions;
+    versions.reserve(modules.size());
+    for (const size_t position : modules) {
+      versions.push_back(Module(position).version);
+    }
+    const auto isLower = [](const auto& a, const auto& b) { return CompareVersionTexts(a, b) < 0; };
+    const auto isSame = [](const auto& a, const auto& b) { return CompareVersionTexts(a, b) == 0; };
+    std::stable_sort(versions.begin(), versions.end(), isLower);
+    versions.erase(std::unique(versions.begin(), versions.end(), isSame), versions.end());
+    if (versions.size() > 1) {
+      Add(kSeveralVersions, modules,
+          id + " is there in " + std::to_string(versions.size()) +
+              " versions: " + JoinTexts(versions, ", "));
+    }
+  }
+
+  void FindDownloads() {
+    for (const size_t position : m_scope) {
+      if (m_details[position].needsDownload) {
+        Add(kNeedsDownload, {position}, NameOf(position) + " has to be downloaded, or files of it");
+      }
+    }
+  }
+
+  /// Files of one name in modules of different IDs, whose directories are then compared. The
+  /// modules of one ID stand for each other.
+  void FindFileConflicts(const ResolveDirectory& resolveDirectory) {
+    struct Delivery {
+      size_t module;
+      const DeliveredFile* file;
+    };
+    std::map<std::string, std::vector<Delivery>> byName;
+    for (const size_t position : m_scope) {
+      for (const DeliveredFile& file : m_details[position].files) {
+        byName[FoldCase(file.name)].push_back({position, &file});
+      }
+    }
+    for (const auto& [name, deliveries] : byName) {
+      const std::string firstIdentity = IdentityOf(deliveries.front().module);
+      if (std::all_of(deliveries.begin(), deliveries.end(), [&](const Delivery& delivery) {
+            return IdentityOf(delivery.module) == firstIdentity;
+          })) {
+        continue;
+      }
+      std::map<std::string, std::vector<size_t>> byFolder;
+      std::map<std::string, std::string> folders;
+      for (const Delivery& delivery : deliveries) {
+        const std::string folder = resolveDirectory(delivery.module, delivery.file->directory);
+        byFolder[FoldCase(folder)].push_back(delivery.module);
+        folders.emplace(FoldCase(folder), folder);
+      }
+      for (const auto& [folder, modules] : byFolder) {
+        AddFileConflict(deliveries.front().file->name, folders[folder], modules);
+      }
+    }
+  }
+
+  void AddFileConflict(const std::string& file, const std::string& folder,
+                       const std::vector<size_t>& deliverers) {
+    std::vector<size_t> modules;
+    std::set<std::string> ids;
+    for (const size_t position : deliverers) {
+      if (ids.insert(IdentityOf(position)).second) {
+        modules.push_back(position);
+      }
+    }
+    if (!folder.empty() && modules.size() > 1) {
+      Add(kFileConflict, modules,
+          file + " goes to " + folder + " from " + JoinTexts(NamesOf(modules), " and from "));
+    }
+  }
+
+  const MergeSet& m_set;
+  const std::vector<CheckedModule>& m_details;
+  const std::vector<size_t>& m_scope;
+  std::vector<bool> m_isInScope;
+  std::vector<Finding> m_findings;
+};
+
+}  // namespace
+
+std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
+                                    const Exclusion& exclusion) {
+  std::vector<size_t> excluded;
+  for (const size_t position : set.ModulesOfId(exclusion.moduleId)) {
+    const MergeModule& module = set.Modules()[position];
+    if (position != excluding &&
+        Excludes(exclusion, module.moduleId, module.language, module.version)) {
+      excluded.push_back(position);
+    }
+  }
+  return excluded;
+}
+
+std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<CheckedModule>& details,
+                                  const std::vector<size_t>& scope,
+                                  const ResolveDirectory& resolveDirectory) {
+  return ModuleCheck(set, details, scope).Run(resolveDirectory);
+}
+
+std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries) {
+  std::set<std::string> known;
+  for (const MergeModule& module : set.Modules()) {
+    known.insert(FoldCase(module.key));
+  }
+  std::map<std::pair<std::string, std::string>, std::vector<const IndexEntry*>> unknown;
+  for (const IndexEntry& entry : entries) {
+    if (!known.count(FoldCase(entry.moduleKey))) {
+      unknown[{entry.table, entry.moduleKey}].push_back(&entry);
+    }
+  }
+  std::vector<Finding> findings;
+  for (const auto& [place, lines] : unknown) {
+    const std::string more =
+        lines.size() == 1 ? "" : " and " + std::to_string(lines.size() - 1) + " more";
+    findings.push_back({kUnknownModule,
+                        {place.second},
+                        place.first + " names " + place.second + " for " +
+                            Quoted(lines.front()->name) + more + ", and no folder has it"});
+  }
+  return findings;
+}
+
+void Sort(std::vector<Finding>& findings) {
+  std::sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
+    return std::tie(a.code, a.modules, a.text) < std::tie(b.code, b.modules, b.text);
+  });
+}

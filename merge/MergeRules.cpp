@@ -1,0 +1,82 @@
+#include "merge/MergeRules.h"
+
+#include <windows.h>
+
+#include <algorithm>
+#include <string_view>
+
+#include "merge/FoldCase.h"
+
+namespace {
+
+/// Takes the first part of a version off its text: its digits without leading zeros.
+std::string_view TakePart(std::string_view& version) {
+  const size_t end = std::min(version.find('.'), version.size());
+  std::string_view part = version.substr(0, end);
+  version.remove_prefix(std::min(end + 1, version.size()));
+  part = part.substr(0, part.find_first_not_of("0123456789"));
+  part.remove_prefix(std::min(part.find_first_not_of('0'), part.size()));
+  return part;
+}
+
+int Order(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
+
+int CompareNumbers(std::string_view a, std::string_view b) {
+  return a.size() == b.size() ? Order(a < b, b < a) : Order(a.size() < b.size(), true);
+}
+
+bool IsSameId(const std::string& a, const std::string& b) { return FoldCase(a) == FoldCase(b); }
+
+bool IsAtLeast(const std::string& version, const std::string& bound) {
+  return bound.empty() || CompareVersionTexts(version, bound) >= 0;
+}
+
+bool IsAtMost(const std::string& version, const std::string& bound) {
+  return bound.empty() || CompareVersionTexts(version, bound) <= 0;
+}
+
+}  // namespace
+
+int CompareVersionTexts(const std::string& a, const std::string& b) {
+  std::string_view restOfA = a;
+  std::string_view restOfB = b;
+  while (!restOfA.empty() || !restOfB.empty()) {
+    const std::string_view partOfA = TakePart(restOfA);
+    const std::string_view partOfB = TakePart(restOfB);
+    if (const int order = CompareNumbers(partOfA, partOfB)) {
+      return order;
+    }
+  }
+  return 0;
+}
+
+bool LanguageFits(std::optional<long> wanted, long language) {
+  if (!wanted || *wanted == LANG_NEUTRAL || *wanted == language) {
+    return true;
+  }
+  const bool isGroup = SUBLANGID(*wanted) == SUBLANG_NEUTRAL;
+  return isGroup && PRIMARYLANGID(*wanted) == PRIMARYLANGID(language);
+}
+
+std::string RequirementText(const Requirement& requirement) {
+  std::string text = requirement.moduleId;
+  if (requirement.language.value_or(LANG_NEUTRAL) != LANG_NEUTRAL) {
+    text += ':' + std::to_string(*requirement.language);
+  }
+  return requirement.version.empty() ? text : text + ", at least " + requirement.version;
+}
+
+bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,
+               const std::string& version) {
+  return IsSameId(requirement.moduleId, moduleId) && LanguageFits(requirement.language, language) &&
+         IsAtLeast(version, requirement.version);
+}
+
+bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
+              const std::string& version) {
+  const long wanted = exclusion.language.value_or(LANG_NEUTRAL);
+  const bool languageHits =
+      wanted < 0 ? !LanguageFits(-wanted, language) : LanguageFits(wanted, language);
+  return languageHits && IsSameId(exclusion.moduleId, moduleId) &&
+         IsAtLeast(version, exclusion.minVersion) && IsAtMost(version, exclusion.maxVersion);
+}
