@@ -12,6 +12,7 @@
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
 #include "com/frame/ComModule.h"
+#include "com/frame/ModulePath.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"

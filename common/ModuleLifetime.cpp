@@ -1,12 +1,18 @@
 #include "common/ModuleLifetime.h"
 
+#include <atomic>
+
 namespace {
 
-CModuleLifetimeLink* g_last = nullptr;
+std::atomic<CModuleLifetimeLink*> g_last = nullptr;
 
 }  // namespace
 
-void CModuleLifetimeLink::Enlist() noexcept { m_next = std::exchange(g_last, this); }
+void CModuleLifetimeLink::Enlist() noexcept {
+  m_next = g_last;
+  while (!g_last.compare_exchange_weak(m_next, this)) {
+  }
+}
 
 void EndModuleLifetime() noexcept {
   while (CModuleLifetimeLink* const link = g_last) {

@@ -2,12 +2,13 @@
 
 #include <utility>
 
-/// Ends the objects of all CModuleWide, those that were made last first. For a DLL that is
-/// unloaded; not to be called when the process ends, when nothing needs to be released and other
-/// DLLs are gone.
+/// Ends what the DLL keeps for its lifetime, what was made last first: the objects of all
+/// CModuleWide, class factories, type information. For a DLL that is unloaded; not to be called
+/// when the process ends, when nothing needs to be released and other DLLs are gone. What is used
+/// again afterwards is made again.
 void EndModuleLifetime() noexcept;
 
-/// For CModuleWide: a link in the chain of what EndModuleLifetime ends.
+/// A link in the chain of what EndModuleLifetime ends; static objects, whose memory stays.
 class CModuleLifetimeLink {
  public:
   CModuleLifetimeLink(const CModuleLifetimeLink&) = delete;
@@ -16,6 +17,7 @@ class CModuleLifetimeLink {
  protected:
   constexpr CModuleLifetimeLink() noexcept = default;
   ~CModuleLifetimeLink() = default;
+  /// To be called once when there is something to end, and again after End only. Any thread may.
   void Enlist() noexcept;
 
  private:

@@ -1,4 +1,6 @@
 #include "com/error/ErrorHandler.h"
+#include "com/frame/ComModule.h"
+#include "com/frame/ModuleLock.h"
 #include "com/frame/Registrar.h"
 #include "com/loader/ComponentLoader.h"
 #include "server/QMMMUpdaterApp.h"
@@ -28,11 +30,11 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 }
 
 STDAPI DllCanUnloadNow() {
-  if (CComModule::Instance().LockCount() == 0) {
+  if (ModuleLock::Count() == 0) {
     UnloadIdleSiblings();
   }
   // Asked after the siblings, whose code may have made an object meanwhile.
-  return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE;
+  return ModuleLock::Count() == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {

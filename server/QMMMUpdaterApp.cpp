@@ -1,5 +1,6 @@
 #include "server/QMMMUpdaterApp.h"
 
+#include "com/frame/ComModule.h"
 #include "common/ModuleLifetime.h"
 
 BOOL CQMMMUpdaterApp::InitInstance() {
@@ -8,7 +9,6 @@ BOOL CQMMMUpdaterApp::InitInstance() {
 }
 
 int CQMMMUpdaterApp::ExitInstance() {
-  CComModule::Instance().Term();
   EndModuleLifetime();
   return CWinApp::ExitInstance();
 }

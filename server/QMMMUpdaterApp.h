@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/frame/ComModule.h"
+#include "com/frame/ObjectMap.h"
 #include "com/frame/WinApp.h"
 
 /// Application object of the server: starts and ends the COM module.

@@ -1,6 +1,7 @@
 #include "com/frame/ClassFactory.h"
 
 #include "com/frame/InterfaceMap.h"
+#include "com/frame/ModuleLock.h"
 
 HRESULT CComClassFactory::QueryInterface(REFIID iid, void** out) {
   return CInterfaceMap<Via<IClassFactory, IClassFactory>>::Query(this, iid, out);
@@ -9,7 +10,7 @@ HRESULT CComClassFactory::QueryInterface(REFIID iid, void** out) {
 ULONG CComClassFactory::AddRef() {
   const LONG count = ::InterlockedIncrement(&m_references);
   if (count == 2) {
-    CComModule::Instance().Lock();
+    ModuleLock::Add();
   }
   return static_cast<ULONG>(count);
 }
@@ -17,7 +18,7 @@ ULONG CComClassFactory::AddRef() {
 ULONG CComClassFactory::Release() {
   const LONG count = ::InterlockedDecrement(&m_references);
   if (count == 1) {
-    CComModule::Instance().Unlock();
+    ModuleLock::Remove();
   } else if (count == 0) {
     delete this;
   }
@@ -37,9 +38,9 @@ HRESULT CComClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out
 
 HRESULT CComClassFactory::LockServer(BOOL lock) {
   if (lock) {
-    CComModule::Instance().Lock();
+    ModuleLock::Add();
   } else {
-    CComModule::Instance().Unlock();
+    ModuleLock::Remove();
   }
   return S_OK;
 }

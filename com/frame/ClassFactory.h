@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/frame/ComModule.h"
+#include "com/frame/ObjectMap.h"
 
 /// Class factory of one coclass. The module makes it once and holds it with one reference, which
 /// does not count as a lock; references that clients hold do, as LockServer does.

@@ -4,8 +4,8 @@
 
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
-#include "com/frame/ComModule.h"
 #include "com/frame/InterfaceMap.h"
+#include "com/frame/ModuleLock.h"
 #include "common/ComPtr.h"
 
 /// Base of every COM object's implementation. An implementation leaves IUnknown to the forms below,
@@ -23,12 +23,12 @@ class CComObjectRoot {
   ~CComObjectRoot() = default;
 };
 
-/// Interlocked reference count that begins at 1 and holds the server's module lock while it lives:
+/// Interlocked reference count that begins at 1 and holds the DLL's lock while it lives:
 /// a base or member that comes before the implementation, and so goes after it.
 class CComReferenceCount {
  public:
-  CComReferenceCount() noexcept { CComModule::Instance().Lock(); }
-  ~CComReferenceCount() { CComModule::Instance().Unlock(); }
+  CComReferenceCount() noexcept { ModuleLock::Add(); }
+  ~CComReferenceCount() { ModuleLock::Remove(); }
   CComReferenceCount(const CComReferenceCount&) = delete;
   CComReferenceCount& operator=(const CComReferenceCount&) = delete;
 

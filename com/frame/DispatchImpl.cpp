@@ -24,22 +24,17 @@ HRESULT CTypeInfoHolder::Load() noexcept {
     return S_OK;
   }
   CComPtr<ITypeLib> library;
-  HRESULT hr = CComModule::Instance().GetTypeLibrary(m_library, library.Put());
+  HRESULT hr = TypeLibraries::Instance().Get(m_library, library.Put());
   if (SUCCEEDED(hr)) {
     hr = library->GetTypeInfoOfGuid(m_iid, &m_info);
   }
   if (SUCCEEDED(hr)) {
-    CComModule::Instance().Adopt(*this);
+    Enlist();
   }
   return hr;
 }
 
-CTypeInfoHolder* CTypeInfoHolder::Clear() noexcept {
-  if (ITypeInfo* const info = std::exchange(m_info, nullptr)) {
-    info->Release();
-  }
-  return std::exchange(m_next, nullptr);
-}
+void CTypeInfoHolder::End() noexcept { std::exchange(m_info, nullptr)->Release(); }
 
 HRESULT CTypeInfoHolder::GetTypeInfo(ITypeInfo** out) noexcept {
   const HRESULT hr = Load();

@@ -2,11 +2,12 @@
 
 #include <windows.h>
 
-#include "com/frame/ComModule.h"
+#include "com/frame/TypeLibraries.h"
+#include "common/ModuleLifetime.h"
 
-/// Type information of one interface, loaded when it is first asked for and kept until the module
+/// Type information of one interface, loaded when it is first asked for and kept until the DLL
 /// ends. Objects are static.
-class CTypeInfoHolder {
+class CTypeInfoHolder final : private CModuleLifetimeLink {
  public:
   constexpr CTypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
       : m_iid(iid), m_library(library) {}
@@ -20,17 +21,13 @@ class CTypeInfoHolder {
   HRESULT Invoke(void* object, DISPID member, REFIID iid, WORD flags, DISPPARAMS* parameters,
                  VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept;
 
-  /// For the module: links holders that are filled, and empties one, giving the next.
-  void ChainTo(CTypeInfoHolder* next) noexcept { m_next = next; }
-  CTypeInfoHolder* Clear() noexcept;
-
  private:
   HRESULT Load() noexcept;
+  void End() noexcept override;
 
   const IID& m_iid;
   TypeLibrary m_library;
   ITypeInfo* m_info = nullptr;
-  CTypeInfoHolder* m_next = nullptr;
 };
 
 /// IDispatch of a dual interface, answered from the type information of Described: Interface itself

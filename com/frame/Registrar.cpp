@@ -4,6 +4,8 @@
 
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
+#include "com/frame/ModulePath.h"
+#include "com/frame/TypeLibraries.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"

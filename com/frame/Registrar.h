@@ -1,6 +1,6 @@
 #pragma once
 
-#include "com/frame/ComModule.h"
+#include "com/frame/ObjectMap.h"
 
 /// Writes the registry entries of every coclass of the map (CLSID with description, InprocServer32
 /// with threading model "Apartment" and both ProgIDs; the ProgID keys) and registers the type

@@ -5,6 +5,7 @@
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
 #include "com/frame/ComModule.h"
+#include "com/frame/ModulePath.h"
 #include "common/IgnoringCase.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"

@@ -4,7 +4,7 @@
 
 #ifndef RC_INVOKED
 
-#include "com/frame/ComModule.h"
+#include "com/frame/ObjectMap.h"
 
 /// The coclasses that the DLL creates; every component defines it.
 const ObjectMap& ComponentObjects() noexcept;

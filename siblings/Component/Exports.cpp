@@ -1,5 +1,8 @@
 #include "com/error/ErrorHandler.h"
+#include "com/frame/ComModule.h"
+#include "com/frame/ModuleLock.h"
 #include "com/frame/Registrar.h"
+#include "common/ModuleLifetime.h"
 #include "siblings/Component/Component.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {
@@ -7,12 +10,12 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
     CComModule::Instance().Init(ComponentObjects(), instance);
   } else if (reason == DLL_PROCESS_DETACH && !reserved) {
     // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
-    CComModule::Instance().Term();
+    EndModuleLifetime();
   }
   return TRUE;
 }
 
-STDAPI DllCanUnloadNow() { return CComModule::Instance().LockCount() == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() { return ModuleLock::Count() == 0 ? S_OK : S_FALSE; }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
   return CComModule::Instance().GetClassObject(clsid, iid, out);

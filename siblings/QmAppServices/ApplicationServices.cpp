@@ -2,6 +2,8 @@
 
 #include <optional>
 
+#include "com/frame/ComModule.h"
+#include "com/frame/ModulePath.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "common/SystemFolders.h"

@@ -58,7 +58,7 @@ class Collection : public ::testing::Test {
   }
   void TearDown() override {
     m_collection.Release();
-    EXPECT_EQ(0, CComModule::Instance().LockCount()) << "objects are left";
+    EXPECT_EQ(0, ModuleLock::Count()) << "objects are left";
   }
 
   /// Adds an item of every name under that name.
@@ -282,7 +282,7 @@ TEST_F(Enumeration, KeepsItsListAndLocksTheModule) {
   EXPECT_EQ(S_OK, m_collection->RemoveAll());
   m_collection.Release();
   EXPECT_EQ((Names{L"B", L"C"}), Rest(*enumerator));
-  EXPECT_EQ(3, CComModule::Instance().LockCount());  // two items and the enumerator
+  EXPECT_EQ(3, ModuleLock::Count());  // two items and the enumerator
   enumerator.Release();
   EXPECT_EQ((Names{L"A", L"C", L"B"}), g_gone);
 }

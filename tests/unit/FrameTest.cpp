@@ -1,5 +1,7 @@
+#include "com/frame/ComModule.h"
 #include "com/frame/ComObject.h"
 #include "com/frame/DispatchImpl.h"
+#include "common/ModuleLifetime.h"
 #include "idl/qmmmupdater.h"
 #include "tests/unit/Testing.h"
 
@@ -60,8 +62,8 @@ class Frame : public ::testing::Test {
                   nullptr);
   }
   void TearDown() override {
-    m_module.Term();
-    EXPECT_EQ(0, m_module.LockCount());
+    EndModuleLifetime();
+    EXPECT_EQ(0, ModuleLock::Count());
     EXPECT_EQ(0, CProbe::s_live);
   }
 
@@ -77,25 +79,25 @@ class Frame : public ::testing::Test {
 
 TEST_F(Frame, FactoriesAreCachedAndOnlyClientsLock) {
   IClassFactory* const first = Factory().Get();  // held by the module alone from here on
-  EXPECT_EQ(0, m_module.LockCount());
+  EXPECT_EQ(0, ModuleLock::Count());
   EXPECT_NE(first, Factory(kOtherClass).Get());
   {
     const CComPtr<IClassFactory> factory = Factory();
     EXPECT_EQ(first, factory.Get());
-    EXPECT_EQ(1, m_module.LockCount());
+    EXPECT_EQ(1, ModuleLock::Count());
     factory->LockServer(TRUE);
     CComPtr<IDispatch> object;
     EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, __uuidof(IDispatch),
                                             reinterpret_cast<void**>(object.Put())));
     const CComPtr<IClassFactory> again = Factory();
-    EXPECT_EQ(3, m_module.LockCount());  // all references on the factory, the server, the object
+    EXPECT_EQ(3, ModuleLock::Count());  // all references on the factory, the server, the object
   }
-  EXPECT_EQ(1, m_module.LockCount());
+  EXPECT_EQ(1, ModuleLock::Count());
   Factory()->LockServer(FALSE);
 
   // A client may hold one for longer than the module.
   const CComPtr<IClassFactory> kept = Factory();
-  m_module.Term();
+  EndModuleLifetime();
   EXPECT_EQ(E_POINTER, kept->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));
 }
 
@@ -105,7 +107,7 @@ TEST_F(Frame, FailedCreationLeavesNothing) {
   const auto expectNothing = [&] {
     EXPECT_EQ(nullptr, out);
     EXPECT_EQ(0, CProbe::s_live);
-    EXPECT_EQ(0, m_module.LockCount());
+    EXPECT_EQ(0, ModuleLock::Count());
     EXPECT_EQ(1U, outer.references);
   };
   const auto create = [&](IUnknown* controlling, REFIID iid) {
@@ -162,7 +164,7 @@ TEST_F(Dispatch, TypeInfo) {
   EXPECT_FALSE(info);
   for (int i = 0; i < 2; ++i) {  // loaded anew after the module ended
     EXPECT_EQ(S_OK, m_object->GetTypeInfo(0, 0, info.Put()));
-    m_module.Term();
+    EndModuleLifetime();
   }
   static CTypeInfoHolder unknown(kProbeClass, TypeLibrary::Interfaces);
   EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, unknown.GetTypeInfo(info.Put()));

@@ -1,6 +1,6 @@
 #include <filesystem>
 
-#include "com/frame/ComModule.h"
+#include "com/frame/ModulePath.h"
 #include "com/loader/ComponentLoader.h"
 #include "common/ComPtr.h"
 #include "common/Path.h"

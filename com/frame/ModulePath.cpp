@@ -1,0 +1,18 @@
+#include "com/frame/ModulePath.h"
+
+#include "com/error/Raise.h"
+
+CWideString ModulePath(HINSTANCE instance) {
+  std::wstring path(MAX_PATH, L'\0');
+  for (;;) {
+    const DWORD length =
+        ::GetModuleFileNameW(instance, path.data(), static_cast<DWORD>(path.size()));
+    if (length == 0) {
+      RaiseLastError();
+    }
+    if (length < path.size()) {
+      return CWideString(path.c_str(), length);
+    }
+    path.resize(path.size() * 2);
+  }
+}

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <windows.h>
+
+#include "com/frame/ObjectMap.h"
+#include "common/ModuleLifetime.h"
+#include "common/WideString.h"
+
+/// The library that describes an interface to IDispatch.
+enum class TypeLibrary {
+  Interfaces,  ///< the file beside the DLL, else the registered one
+  Classes,     ///< the resource of the DLL
+};
+
+/// The type libraries of the DLL, each loaded at its first use and released when the DLL ends.
+class TypeLibraries final : private CModuleLifetimeLink {
+ public:
+  static TypeLibraries& Instance() noexcept;
+
+  constexpr TypeLibraries() noexcept = default;
+
+  /// Before the first use. What `objects` points to must outlive this.
+  void Init(const ObjectMap& objects, HINSTANCE instance) noexcept;
+
+  /// A library, with a reference for the caller. Fails with what the library's loading answers;
+  /// TYPE_E_LIBNOTREGISTERED before Init.
+  HRESULT Get(TypeLibrary library, ITypeLib** out) noexcept;
+
+ private:
+  void End() noexcept override;
+
+  ObjectMap m_objects{};
+  HINSTANCE m_instance = nullptr;
+  bool m_isEnlisted = false;
+  ITypeLib* m_loaded[2] = {};
+};
+
+/// Full path of the interface library's file beside the DLL. Throws qm::win32_exception.
+CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);
