@@ -1,8 +1,7 @@
 #include "merge/MergeRules.h"
 
-#include <windows.h>
-
 #include <algorithm>
+#include <cstdint>
 #include <string_view>
 
 #include "merge/FoldCase.h"
@@ -24,6 +23,13 @@ int Order(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
 int CompareNumbers(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? Order(a < b, b < a) : Order(a.size() < b.size(), true);
 }
+
+// A language identifier is a primary language in its low 10 bits, with a variety of it above them.
+constexpr long kEveryLanguage = 0;
+
+unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(language) & 0x3FFU; }
+
+bool HasVariety(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
 
 bool IsSameId(const std::string& a, const std::string& b) { return FoldCase(a) == FoldCase(b); }
 
@@ -51,16 +57,15 @@ int CompareVersionTexts(const std::string& a, const std::string& b) {
 }
 
 bool LanguageFits(std::optional<long> wanted, long language) {
-  if (!wanted || *wanted == LANG_NEUTRAL || *wanted == language) {
+  if (!wanted || *wanted == kEveryLanguage || *wanted == language) {
     return true;
   }
-  const bool isGroup = SUBLANGID(*wanted) == SUBLANG_NEUTRAL;
-  return isGroup && PRIMARYLANGID(*wanted) == PRIMARYLANGID(language);
+  return !HasVariety(*wanted) && PrimaryLanguage(*wanted) == PrimaryLanguage(language);
 }
 
 std::string RequirementText(const Requirement& requirement) {
   std::string text = requirement.moduleId;
-  if (requirement.language.value_or(LANG_NEUTRAL) != LANG_NEUTRAL) {
+  if (requirement.language.value_or(kEveryLanguage) != kEveryLanguage) {
     text += ':' + std::to_string(*requirement.language);
   }
   return requirement.version.empty() ? text : text + ", at least " + requirement.version;
@@ -74,7 +79,7 @@ bool Satisfies(const Requirement& requirement, const std::string& moduleId, long
 
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version) {
-  const long wanted = exclusion.language.value_or(LANG_NEUTRAL);
+  const long wanted = exclusion.language.value_or(kEveryLanguage);
   const bool languageHits =
       wanted < 0 ? !LanguageFits(-wanted, language) : LanguageFits(wanted, language);
   return languageHits && IsSameId(exclusion.moduleId, moduleId) &&
