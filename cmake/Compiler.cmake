@@ -3,17 +3,21 @@
 add_library(qm_settings INTERFACE)
 target_include_directories(qm_settings INTERFACE "${PROJECT_SOURCE_DIR}")
 # Generated headers are found as "idl/x.h"; they include one another by their bare names.
-target_include_directories(qm_settings SYSTEM INTERFACE
-  "${PROJECT_BINARY_DIR}/generated" "${PROJECT_BINARY_DIR}/generated/idl")
-target_compile_definitions(qm_settings INTERFACE
-  UNICODE _UNICODE NOMINMAX WINVER=0x0601 _WIN32_WINNT=0x0601)
-# -Woverloaded-virtual: on this target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
+# -Woverloaded-virtual: on the target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
 # nothing else says so. -Wnon-virtual-dtor is left out: it fires on every COM interface.
 target_compile_options(qm_settings INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Werror;-Woverloaded-virtual;-Wsuggest-override;-Wcast-qual;-Wshadow>)
-target_link_options(qm_settings INTERFACE
-  -static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
-  $<$<CONFIG:Release>:-s>)
+
+if(WIN32)
+  # Generated headers are found as "idl/x.h"; they include one another by their bare names.
+  target_include_directories(qm_settings SYSTEM INTERFACE
+    "${PROJECT_BINARY_DIR}/generated" "${PROJECT_BINARY_DIR}/generated/idl")
+  target_compile_definitions(qm_settings INTERFACE
+    UNICODE _UNICODE NOMINMAX WINVER=0x0601 _WIN32_WINNT=0x0601)
+  target_link_options(qm_settings INTERFACE
+    -static -Wl,--nxcompat -Wl,--dynamicbase -Wl,--no-insert-timestamp
+    $<$<CONFIG:Release>:-s>)
+endif()
 
 if(QM_STRICT)
   target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
@@ -22,6 +26,14 @@ if(QM_STRICT)
   target_compile_options(qm_settings INTERFACE
     -O1 -fstack-protector-strong -fsanitize=undefined -fsanitize-undefined-trap-on-error)
   target_link_libraries(qm_settings INTERFACE ssp)
+endif()
+
+# The cross compiler has no run-time libraries of the sanitizers.
+if(QM_SANITIZE)
+  target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
+  set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
+  target_compile_options(qm_settings INTERFACE -O1 -fno-omit-frame-pointer ${sanitizers})
+  target_link_options(qm_settings INTERFACE ${sanitizers})
 endif()
 
 # A static library of one folder of the house; its sources are all the folder's .cpp files.

@@ -1,0 +1,41 @@
+#include "text/Fold.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+using namespace std::string_view_literals;
+using qm::text::FoldCase;
+
+// The whole table is compared with the platform's own where that is at hand.
+TEST(Fold, TextsThatDifferInCaseAloneAreEqual) {
+  const struct {
+    std::string_view text;
+    std::string_view folded;
+  } cases[] = {
+      {"", ""},
+      {"@AZ[`az{", "@az[`az{"},
+      {"A\0Z"sv, "a\0z"sv},
+      {"\u00C9T\u00C9", "\u00E9t\u00E9"},
+      {"\u0141\u0142", "\u0142\u0142"},  // capitals and small letters in turn
+      {"\u03A3\u03C2", "\u03C3\u03C2"},  // the final sigma is a letter of its own
+      {"\u0410\u042F", "\u0430\u044F"},
+      {"\u0130\u01C5\u1E9E", "\u0130\u01C5\u1E9E"},  // no small letter of one unit, or title case
+      {"\uFF21\uFFFF", "\uFF41\uFFFF"},
+      {"A\U00010400", "a\U00010400"},
+      {"A\xE4", "a\uFFFD"},
+  };
+  for (const auto& [text, folded] : cases) {
+    EXPECT_EQ(FoldCase(text), folded);
+    EXPECT_EQ(FoldCase(folded), folded);
+  }
+}
+
+TEST(Fold, SurrogatesStayAsTheyAre) {
+  const std::u16string text = {u'A', 0xD801, 0xDC00, 0xDFFF};
+  EXPECT_EQ(FoldCase(text), (std::u16string{u'a', 0xD801, 0xDC00, 0xDFFF}));
+}
+
+}  // namespace

@@ -1,0 +1,75 @@
+#include "text/Utf.h"
+
+#include <gtest/gtest.h>
+
+#include <string_view>
+
+namespace {
+
+using namespace std::string_view_literals;
+using qm::text::ToUtf16;
+using qm::text::ToUtf8;
+
+TEST(Utf, BothWaysGiveTheTextBack) {
+  const struct {
+    std::string_view utf8;
+    std::u16string_view utf16;
+  } cases[] = {
+      {"", u""},
+      {"Pens:1033", u"Pens:1033"},
+      {"a\0b"sv, u"a\0b"sv},
+      // The first and the last character of each length.
+      {"\x7F\xC2\x80", u"\x7F\x80"},
+      {"\xDF\xBF\xE0\xA0\x80", u"\u07FF\u0800"},
+      {"\xED\x9F\xBF\xEE\x80\x80", u"\uD7FF\uE000"},
+      {"\xEF\xBF\xBF\xF0\x90\x80\x80", u"\uFFFF\U00010000"},
+      {"\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
+  };
+  for (const auto& [utf8, utf16] : cases) {
+    EXPECT_EQ(ToUtf16(utf8), utf16);
+    EXPECT_EQ(ToUtf8(utf16), utf8);
+  }
+}
+
+TEST(Utf, EachIllFormedPartOfUtf8IsReplacedOnce) {
+  const struct {
+    std::string_view utf8;
+    std::u16string_view utf16;
+  } cases[] = {
+      {"\x80", u"\uFFFD"},                                // a follower alone
+      {"\xC0\x80", u"\uFFFD\uFFFD"},                      // overlong
+      {"\xE0\x80\x80", u"\uFFFD\uFFFD\uFFFD"},            // overlong
+      {"\xED\xA0\x80", u"\uFFFD\uFFFD\uFFFD"},            // a surrogate
+      {"\xF4\x90\x80\x80", u"\uFFFD\uFFFD\uFFFD\uFFFD"},  // above the last character
+      {"\xF5\xFF", u"\uFFFD\uFFFD"},                      // no lead bytes
+      {"\xC3"
+       "A",
+       u"\uFFFDA"},
+      {"\xE4\xB8"
+       "A",
+       u"\uFFFDA"},
+      {"\xF0\x9F\x96\xC3\xA9", u"\uFFFD\u00E9"},
+      {"\xF0\x9F\x96", u"\uFFFD"},  // the end inside a character
+      {"\xE4", u"\uFFFD"},
+  };
+  for (const auto& [utf8, utf16] : cases) {
+    EXPECT_EQ(ToUtf16(utf8), utf16) << testing::PrintToString(utf8);
+  }
+}
+
+TEST(Utf, ASurrogateWithoutItsPartnerIsReplaced) {
+  const struct {
+    std::u16string utf16;
+    std::string_view utf8;
+  } cases[] = {
+      {{0xD83D}, "\xEF\xBF\xBD"},
+      {{0xDD8A, u'x'}, "\xEF\xBF\xBDx"},
+      {{0xD83D, u'x'}, "\xEF\xBF\xBDx"},
+      {{0xD83D, 0xD83D, 0xDD8A}, "\xEF\xBF\xBD\xF0\x9F\x96\x8A"},
+  };
+  for (const auto& [utf16, utf8] : cases) {
+    EXPECT_EQ(ToUtf8(utf16), utf8);
+  }
+}
+
+}  // namespace

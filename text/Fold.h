@@ -1,0 +1,26 @@
+#pragma once
+
+#include <cwchar>
+#include <string>
+#include <string_view>
+
+namespace qm::text {
+
+/// The lower-case form of a UTF-16 unit: texts that differ in case alone are equal after folding.
+/// Folds as Windows does (CharLowerW), unit by unit and in every language alike: the dotted capital
+/// I, title-case letters and surrogates stay as they are.
+char16_t FoldCase(char16_t unit) noexcept;
+
+/// Folds each unit.
+std::u16string FoldCase(std::u16string_view text);
+
+/// Folds UTF-8 text. Ill-formed input becomes U+FFFD, as in ToUtf16.
+std::string FoldCase(std::string_view text);
+
+#if WCHAR_MAX == 0xFFFF
+// The same on systems whose wide characters are UTF-16.
+wchar_t FoldCase(wchar_t unit) noexcept;
+std::wstring FoldCase(std::wstring_view text);
+#endif
+
+}  // namespace qm::text
