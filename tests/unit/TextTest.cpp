@@ -1,0 +1,74 @@
+#include <windows.h>
+
+#include <string>
+#include <string_view>
+
+#include "tests/unit/Testing.h"
+#include "text/Fold.h"
+#include "text/Utf.h"
+
+namespace {
+
+TEST(Text, FoldsEveryUnitAsThePlatformDoes) {
+  for (WORD unit = 0;; ++unit) {
+    const auto lower = reinterpret_cast<ULONG_PTR>(::CharLowerW(MAKEINTRESOURCEW(unit)));
+    ASSERT_EQ(qm::text::FoldCase(static_cast<char16_t>(unit)), lower) << std::hex << unit;
+    if (unit == 0xFFFF) {
+      break;
+    }
+  }
+}
+
+/// Every text of four of these bytes: they begin and continue characters of each length, and lie on
+/// either side of each bound that a second byte has. How many U+FFFD stand for an ill-formed text
+/// is not compared: Wine drops the end of a text that stops inside a character.
+TEST(Text, RefusesAndConvertsUtf8AsThePlatformDoes) {
+  const std::string_view bytes =
+      "A\x80\x8F\x90\x9F\xA0\xBF\xC1\xC2\xE0\xE1\xED\xEE\xF0\xF1\xF4\xF5";
+  const size_t count = bytes.size();
+  for (size_t i = 0; i < count * count * count * count; ++i) {
+    const std::string text = {bytes[i % count], bytes[i / count % count],
+                              bytes[i / count / count % count], bytes[i / count / count / count]};
+    wchar_t expected[4] = {};
+    const int length =
+        ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), 4, expected, 4);
+    const std::wstring wide = qm::text::ToWide(text);
+    if (length == 0) {
+      ASSERT_NE(wide.find(L'\uFFFD'), std::wstring::npos) << testing::PrintToString(text);
+    } else {
+      ASSERT_EQ(wide, std::wstring(expected, static_cast<size_t>(length)));
+    }
+  }
+}
+
+TEST(Text, ReplacesIllFormedUtf8AsThePlatformDoes) {
+  const std::string_view cases[] = {
+      "\x80",         "a\xC0\x80z",     "\xF5\xFFz",          "\xC3z",
+      "\xE4\xB8\x41", "\xF0\x9F\x96zz", "\xF0\x9F\xC3\xA9zz", "\xE4\xC3\xA9z",
+  };
+  for (const std::string_view text : cases) {
+    wchar_t expected[8] = {};
+    const int length =
+        ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), expected, 8);
+    EXPECT_EQ(qm::text::ToWide(text), std::wstring(expected, static_cast<size_t>(length)))
+        << testing::PrintToString(text);
+  }
+}
+
+TEST(Text, ConvertsUtf16AsThePlatformDoes) {
+  const wchar_t units[] = {L'A',   0x7FF,  0x800,  0xD7FF, 0xD800,
+                           0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
+  for (const wchar_t a : units) {
+    for (const wchar_t b : units) {
+      for (const wchar_t c : units) {
+        const std::wstring text = {a, b, c};
+        std::string expected(9, '\0');
+        expected.resize(static_cast<size_t>(::WideCharToMultiByte(
+            CP_UTF8, 0, text.data(), 3, expected.data(), 9, nullptr, nullptr)));
+        ASSERT_EQ(qm::text::ToUtf8(text), expected) << testing::PrintToString(text);
+      }
+    }
+  }
+}
+
+}  // namespace
