@@ -1,9 +1,11 @@
 #include "merge/FileSearch.h"
 
-#include "merge/FoldCase.h"
-
 #include <algorithm>
 #include <tuple>
+
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

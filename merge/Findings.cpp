@@ -1,11 +1,13 @@
 #include "merge/Findings.h"
 
-#include "merge/FoldCase.h"
-#include "merge/JoinTexts.h"
-
 #include <algorithm>
 #include <set>
 #include <tuple>
+
+#include "merge/JoinTexts.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

@@ -4,7 +4,9 @@
 #include <cstdint>
 #include <string_view>
 
-#include "merge/FoldCase.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

@@ -1,9 +1,11 @@
 #include "merge/MergeSet.h"
 
-#include "merge/FoldCase.h"
-#include "merge/JoinTexts.h"
-
 #include <algorithm>
+
+#include "merge/JoinTexts.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

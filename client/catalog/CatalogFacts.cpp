@@ -7,8 +7,10 @@
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Progress.h"
 #include "merge/FileSearch.h"
-#include "merge/FoldCase.h"
 #include "merge/JoinTexts.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

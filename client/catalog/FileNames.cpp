@@ -5,7 +5,7 @@
 #include <algorithm>
 
 #include "common/FolderFiles.h"
-#include "common/IgnoringCase.h"
+#include "text/Fold.h"
 
 std::vector<std::wstring> FileNames(const CWideString& pattern) {
   std::vector<std::wstring> names;
@@ -20,7 +20,7 @@ std::vector<std::wstring> FileNames(const CWideString& pattern) {
     }
   } while (::FindNextFileW(search.Get(), &found));
   std::sort(names.begin(), names.end(), [](const std::wstring& a, const std::wstring& b) {
-    return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
+    return qm::text::FoldCase(a) < qm::text::FoldCase(b);
   });
   return names;
 }

@@ -7,9 +7,11 @@
 #include "client/catalog/IniSection.h"
 #include "client/catalog/Properties.h"
 #include "common/FolderFiles.h"
-#include "common/IgnoringCase.h"
 #include "common/ModuleKey.h"
 #include "common/Path.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 
@@ -17,8 +19,9 @@ constexpr std::wstring_view kExtension = L".ini";
 
 /// The value of a line; of several with one name, of the first.
 std::string Value(const std::vector<IniLine>& lines, const char* name) {
+  const std::string folded = FoldCase(name);
   const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
-    return EqualsIgnoringCase(ToWide(line.name), ToWide(name));
+    return FoldCase(line.name) == folded;
   });
   return found == lines.end() ? "" : found->value;
 }

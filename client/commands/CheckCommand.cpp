@@ -9,9 +9,11 @@
 #include "client/catalog/Properties.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
-#include "merge/FoldCase.h"
 #include "msidb/ModuleDirectories.h"
+#include "text/Fold.h"
 #include "traits/TargetPath.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

@@ -8,6 +8,9 @@
 #include "client/catalog/Properties.h"
 #include "client/commands/ModuleJson.h"
 #include "client/terminal/TextTable.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 
@@ -21,21 +24,14 @@ struct GalleryEntry {
   GalleryDescription gallery;
 };
 
-struct LessIgnoringCase {
-  bool operator()(const CWideString& a, const CWideString& b) const noexcept {
-    return ::CompareStringOrdinal(a.c_str(), static_cast<int>(a.length()), b.c_str(),
-                                  static_cast<int>(b.length()), TRUE) == CSTR_LESS_THAN;
-  }
-};
-
 /// The modules of the catalog by package code and by key, each in any letter case; of several the
 /// first.
 class CatalogModules {
  public:
   CatalogModules() {
     ForEach<IMergeModule>(*Catalog().Modules(), [this](IMergeModule& module) {
-      m_byPackageCode.emplace(ToWide(Text(module, &IMergeModule::get_PackageCode)), &module);
-      m_byKey.emplace(ToWide(Text(module, &IMergeModule::get_Key)), &module);
+      m_byPackageCode.emplace(FoldCase(Text(module, &IMergeModule::get_PackageCode)), &module);
+      m_byKey.emplace(FoldCase(Text(module, &IMergeModule::get_Key)), &module);
     });
   }
 
@@ -45,10 +41,10 @@ class CatalogModules {
   CComPtr<IMergeModule> OfKey(const std::string& key) const { return Find(m_byKey, key); }
 
  private:
-  using Index = std::map<CWideString, CComPtr<IMergeModule>, LessIgnoringCase>;
+  using Index = std::map<std::string, CComPtr<IMergeModule>>;  // by folded text
 
   static CComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
-    const auto found = index.find(ToWide(text));
+    const auto found = index.find(FoldCase(text));
     return found == index.end() ? CComPtr<IMergeModule>() : found->second;
   }
 

@@ -10,7 +10,9 @@
 #include "common/Path.h"
 #include "idl/qmmmupdater2.h"
 #include "merge/FileSearch.h"
-#include "merge/FoldCase.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

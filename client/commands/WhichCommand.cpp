@@ -8,7 +8,9 @@
 #include "client/catalog/IndexFiles.h"
 #include "client/terminal/TextTable.h"
 #include "merge/FileSearch.h"
-#include "merge/FoldCase.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 

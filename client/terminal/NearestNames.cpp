@@ -3,7 +3,9 @@
 #include <algorithm>
 #include <utility>
 
-#include "merge/FoldCase.h"
+#include "text/Fold.h"
+
+using qm::text::FoldCase;
 
 namespace {
 
