@@ -6,7 +6,9 @@
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/Report.h"
-#include "common/Utf8.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
 
 // The C library does not expand wildcards in arguments: of some they are a part.
 extern "C" int _dowildcard;

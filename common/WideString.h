@@ -16,7 +16,7 @@ class CWideString {
   CWideString(const wchar_t* text);
   CWideString(const wchar_t* text, size_t length);
   CWideString(std::wstring_view text);
-  explicit CWideString(std::wstring&& text) noexcept : m_text(std::move(text)) {}
+  CWideString(std::wstring&& text) noexcept : m_text(std::move(text)) {}
   CWideString(const CWideString& other);
   CWideString(CWideString&& other) noexcept = default;
   CWideString& operator=(const CWideString& other);

@@ -2,6 +2,10 @@
 
 #include "client/catalog/Properties.h"
 #include "idl/qmmmupdater2.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

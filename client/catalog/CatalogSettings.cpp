@@ -5,7 +5,10 @@
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Report.h"
 #include "common/Path.h"
-#include "common/Utf8.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

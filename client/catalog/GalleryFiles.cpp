@@ -10,8 +10,11 @@
 #include "common/ModuleKey.h"
 #include "common/Path.h"
 #include "text/Fold.h"
+#include "text/Utf.h"
 
 using qm::text::FoldCase;
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

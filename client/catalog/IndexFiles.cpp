@@ -5,6 +5,10 @@
 #include "common/FileIndexEntry.h"
 #include "common/Path.h"
 #include "idl/siblings.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 std::vector<IndexEntry> ReadIndexEntries(Report& report) {
   const auto services =

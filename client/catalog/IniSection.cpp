@@ -2,6 +2,9 @@
 
 #include "client/catalog/Properties.h"
 #include "idl/siblings.h"
+#include "text/Utf.h"
+
+using qm::text::ToWide;
 
 std::vector<IniLine> ReadIniSection(const std::string& path, const wchar_t* section) {
   const auto reader = Create<IIniReader>(CLSID_IniReader, "Gleaner.dll");

@@ -4,7 +4,11 @@
 
 #include "client/catalog/Properties.h"
 #include "msidb/ModuleDirectories.h"
+#include "text/Utf.h"
 #include "traits/TargetPath.h"
+
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

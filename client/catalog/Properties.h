@@ -5,7 +5,7 @@
 #include "client/catalog/ServerFailure.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
-#include "common/Utf8.h"
+#include "text/Utf.h"
 
 // Properties of automation objects as plain values. Each throws ServerFailure when the property
 // fails.
@@ -14,7 +14,7 @@ template <class Interface>
 std::string Text(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
   CUniqueBstr value;
   Check((object.*property)(value.Put()));
-  return ToUtf8(ViewOf(value.Get()));
+  return qm::text::ToUtf8(ViewOf(value.Get()));
 }
 
 template <class Interface>

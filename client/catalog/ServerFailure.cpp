@@ -3,7 +3,9 @@
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/SystemText.h"
-#include "common/Utf8.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
 
 std::string OnOneLine(const std::string& text) {
   std::string line;

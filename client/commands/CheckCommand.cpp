@@ -11,9 +11,12 @@
 #include "client/terminal/TextTable.h"
 #include "msidb/ModuleDirectories.h"
 #include "text/Fold.h"
+#include "text/Utf.h"
 #include "traits/TargetPath.h"
 
 using qm::text::FoldCase;
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

@@ -11,8 +11,11 @@
 #include "idl/qmmmupdater2.h"
 #include "merge/FileSearch.h"
 #include "text/Fold.h"
+#include "text/Utf.h"
 
 using qm::text::FoldCase;
+using qm::text::ToUtf8;
+using qm::text::ToWide;
 
 namespace {
 

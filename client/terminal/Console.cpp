@@ -4,7 +4,7 @@
 #include <cstdio>
 #include <string_view>
 
-#include "common/Utf8.h"
+#include "text/Utf.h"
 
 namespace {
 
@@ -25,7 +25,7 @@ size_t SizeOfPiece(std::wstring_view text) noexcept {
 }
 
 void WriteToConsole(DWORD standardHandle, const std::string& text) {
-  const CWideString wide = ToWide(text);
+  const std::wstring wide = qm::text::ToWide(text);
   std::wstring_view rest(wide);
   while (!rest.empty()) {
     const size_t size = SizeOfPiece(rest);

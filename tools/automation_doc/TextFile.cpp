@@ -4,7 +4,9 @@
 #include <memory>
 #include <stdexcept>
 
-#include "common/Utf8.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
 
 namespace {
 

@@ -7,7 +7,9 @@
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
-#include "common/Utf8.h"
+#include "text/Utf.h"
+
+using qm::text::ToUtf8;
 
 namespace {
 
