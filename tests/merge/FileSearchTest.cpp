@@ -1,9 +1,6 @@
-#include <gmock/gmock.h>
-#include <gtest/gtest.h>
-
-#include "client/terminal/Style.h"
-#include "client/terminal/TextTable.h"
 #include "merge/FileSearch.h"
+
+#include <gtest/gtest.h>
 
 namespace {
 
@@ -41,13 +38,6 @@ TEST(FileSearch, LongAndShortNamesInAnyCase) {
   EXPECT_EQ("0K2 ", keys("äBLAGE.*"));
   EXPECT_EQ("0K1 0K2 2K3 ", keys("*"));
   EXPECT_EQ("", keys(""));
-}
-
-TEST(Style, TextFromOutsideHasNoMarks) {
-  EXPECT_EQ(" [31mred 31m ~ ä", Printable("\x1b[31mred\xC2\x9B"
-                                          "31m\x7F~\xC2\x85ä"));
-  EXPECT_EQ("code: text", WithoutMarks(Highlighted("code") + ": " + Heading("text")));
-  EXPECT_EQ("a", WithoutMarks("a\x1b["));
 }
 
 }  // namespace
