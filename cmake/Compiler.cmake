@@ -2,7 +2,6 @@
 
 add_library(qm_settings INTERFACE)
 target_include_directories(qm_settings INTERFACE "${PROJECT_SOURCE_DIR}")
-# Generated headers are found as "idl/x.h"; they include one another by their bare names.
 # -Woverloaded-virtual: on the target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
 # nothing else says so. -Wnon-virtual-dtor is left out: it fires on every COM interface.
 target_compile_options(qm_settings INTERFACE
