@@ -1,0 +1,415 @@
+#include "image/CompoundFile.h"
+
+#include <algorithm>
+#include <cstring>
+
+namespace qm::image {
+
+namespace {
+
+constexpr std::size_t kHeaderSize = 512;
+constexpr std::size_t kFrontSize = 8192;
+constexpr std::size_t kEntrySize = 128;
+constexpr std::size_t kMiniSectorSize = 64;
+constexpr std::uint64_t kMiniStreamLimit =
+    4096;  // streams of this size and more have whole sectors
+
+constexpr std::uint32_t kLastSector = 0xFFFFFFFA;  // greater numbers have meanings of their own
+constexpr std::uint32_t kEndOfChain = 0xFFFFFFFE;
+constexpr std::uint32_t kNoEntry = 0xFFFFFFFF;
+
+constexpr std::uint8_t kSignature[] = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
+
+char16_t ToUpper(char16_t character) noexcept {
+  return character >= u'a' && character <= u'z' ? static_cast<char16_t>(character - u'a' + u'A')
+                                                : character;
+}
+
+/// The order of names in the directory: shorter ones first, then by their upper-case characters.
+int CompareNames(std::u16string_view a, std::u16string_view b) noexcept {
+  if (a.size() != b.size()) {
+    return a.size() < b.size() ? -1 : 1;
+  }
+  for (std::size_t i = 0; i < a.size(); ++i) {
+    const int difference = ToUpper(a[i]) - ToUpper(b[i]);
+    if (difference != 0) {
+      return difference;
+    }
+  }
+  return 0;
+}
+
+/// What a file is that is no compound file.
+std::string_view KindOf(const Bytes& front) noexcept {
+  const auto beginsWith = [&](std::string_view text) {
+    return front.size() >= text.size() && std::memcmp(front.data(), text.data(), text.size()) == 0;
+  };
+  return front.empty()              ? "The file is empty."
+         : beginsWith("MSCF")       ? "The file is a cabinet and no installer database."
+         : beginsWith("MZ")         ? "The file is a program and no installer database."
+         : beginsWith("PK\x03\x04") ? "The file is a ZIP archive and no installer database."
+                                    : "The file is no installer database.";
+}
+
+}  // namespace
+
+/// An entry of the directory.
+class CompoundFile::Entry {
+ public:
+  enum Type : std::uint8_t { kStorage = 1, kStream = 2, kRoot = 5 };
+
+  Entry(const std::uint8_t* bytes, unsigned majorVersion) noexcept
+      : m_bytes(bytes), m_majorVersion(majorVersion) {}
+
+  std::u16string Name() const {
+    const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminating zero
+    if (size < 2 || size > 0x40 || size % 2 != 0) {
+      Refuse(DamagedPart::Structure, "The directory has an entry with a name of ", size, " bytes.");
+    }
+    std::u16string name;
+    for (unsigned i = 0; i + 2 < size; i += 2) {
+      name += static_cast<char16_t>(ReadU16(m_bytes + i));
+    }
+    return name;
+  }
+
+  Type GetType() const noexcept { return static_cast<Type>(m_bytes[0x42]); }
+  std::uint32_t Left() const noexcept { return ReadU32(m_bytes + 0x44); }
+  std::uint32_t Right() const noexcept { return ReadU32(m_bytes + 0x48); }
+  std::uint32_t Child() const noexcept { return ReadU32(m_bytes + 0x4C); }
+
+  Stream Extent() const noexcept {
+    // Writers of version 3 leave rubbish in the upper half of the size.
+    const std::uint64_t size =
+        m_majorVersion == 3 ? ReadU32(m_bytes + 0x78) : ReadU64(m_bytes + 0x78);
+    return {ReadU32(m_bytes + 0x74), size};
+  }
+
+ private:
+  const std::uint8_t* m_bytes;
+  unsigned m_majorVersion;
+};
+
+CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
+  m_front.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kFrontSize, m_source.Size())));
+  if (!m_front.empty()) {
+    m_source.Read(0, m_front.data(), m_front.size());
+  }
+  ReadHeader();
+  ReadDirectory();
+}
+
+void CompoundFile::ReadHeader() {
+  if (m_front.size() < sizeof kSignature ||
+      std::memcmp(m_front.data(), kSignature, sizeof kSignature) != 0) {
+    Refuse(DamagedPart::NoDatabase, KindOf(m_front));
+  }
+  if (m_front.size() < kHeaderSize) {
+    Refuse(DamagedPart::Structure, "The file ends inside its header, after ", m_front.size(),
+           " of 512 bytes.");
+  }
+  const std::uint8_t* const bytes = m_front.data();
+  m_header.majorVersion = ReadU16(bytes + 0x1A);
+  m_header.sectorShift = ReadU16(bytes + 0x1E);
+  if (ReadU16(bytes + 0x1C) != 0xFFFE) {
+    Refuse(DamagedPart::Structure, "The header has no byte-order mark.");
+  }
+  if (m_header.sectorShift != 9 && m_header.sectorShift != 12) {
+    Refuse(DamagedPart::Structure, "The header gives sectors of 2 to the power of ",
+           m_header.sectorShift, " bytes.");
+  }
+  if ((m_header.majorVersion == 3 && m_header.sectorShift != 9) ||
+      (m_header.majorVersion == 4 && m_header.sectorShift != 12)) {
+    Refuse(DamagedPart::Structure, "The header gives sectors of ", SectorSize(),
+           " bytes, which version ", m_header.majorVersion, " does not have.");
+  }
+  if (ReadU16(bytes + 0x20) != 6 || ReadU32(bytes + 0x38) != kMiniStreamLimit) {
+    Refuse(DamagedPart::Structure, "The header gives the mini stream sectors of 2 to the power of ",
+           ReadU16(bytes + 0x20), " bytes and a limit of ", ReadU32(bytes + 0x38), " bytes.");
+  }
+  // Sector 0 follows the header, which takes up a whole sector. Numbers from kLastSector on would
+  // be needed from 2 TB on.
+  const std::uint64_t behindHeader =
+      m_source.Size() > SectorSize() ? m_source.Size() - SectorSize() : 0;
+  m_sectorCount = std::min<std::uint64_t>((behindHeader + SectorSize() - 1) >> m_header.sectorShift,
+                                          kLastSector);
+
+  m_header.tableSectors = ReadU32(bytes + 0x2C);
+  if (m_header.tableSectors > m_sectorCount) {
+    Refuse(DamagedPart::Structure, "The header gives the allocation table ", m_header.tableSectors,
+           " sectors, and the file has ", m_sectorCount, '.');
+  }
+  m_header.firstDirectory = ReadU32(bytes + 0x30);
+  m_header.firstMiniTable = ReadU32(bytes + 0x3C);
+  m_header.firstTableList = ReadU32(bytes + 0x44);
+  for (std::size_t i = 0; i < m_header.tableList.size(); ++i) {
+    m_header.tableList[i] = ReadU32(bytes + 0x4C + 4 * i);
+  }
+  m_nextTableList = m_header.firstTableList;
+}
+
+void CompoundFile::ReadDirectory() {
+  const std::vector<std::uint32_t> sectors =
+      Chain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
+  m_directory = ReadSectors(sectors, sectors.size() * SectorSize());
+  if (EntryCount() == 0 || EntryAt(0).GetType() != Entry::kRoot) {
+    Refuse(DamagedPart::Structure, "The directory does not begin with its root.");
+  }
+}
+
+/// Reads from the front where that has the bytes.
+void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
+  if (offset < m_front.size() && count <= m_front.size() - offset) {
+    std::memcpy(bytes, m_front.data() + offset, count);
+  } else {
+    m_source.Read(offset, bytes, count);
+  }
+}
+
+/// Reads bytes of which some may lie behind the end of the file, where a writer did not pad the
+/// last sector.
+void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count,
+                              std::uint8_t padding) {
+  const std::uint64_t available = m_source.Size() > offset ? m_source.Size() - offset : 0;
+  const auto present = static_cast<std::size_t>(std::min<std::uint64_t>(available, count));
+  if (present > 0) {
+    ReadAt(offset, bytes, present);
+  }
+  std::memset(bytes + present, padding, count - present);
+}
+
+/// Reads `size` bytes that lie in units of one size at these offsets. Units that follow one another
+/// are read at once.
+Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
+                                std::uint64_t size) {
+  Bytes bytes(static_cast<std::size_t>(size));
+  std::size_t done = 0;
+  for (std::size_t first = 0; first < offsets.size() && done < bytes.size();) {
+    std::size_t end = first + 1;
+    while (end < offsets.size() && offsets[end] == offsets[end - 1] + unit) {
+      ++end;
+    }
+    const std::size_t count = std::min((end - first) * unit, bytes.size() - done);
+    ReadPadded(offsets[first], bytes.data() + done, count, 0);
+    done += count;
+    first = end;
+  }
+  return bytes;
+}
+
+Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size) {
+  std::vector<std::uint64_t> offsets;
+  offsets.reserve(sectors.size());
+  for (const std::uint32_t sector : sectors) {
+    offsets.push_back(OffsetOf(sector));
+  }
+  return ReadExtents(offsets, static_cast<std::size_t>(SectorSize()), size);
+}
+
+/// The sector that holds part `index` of the allocation table. The header names the first ones; the
+/// others stand in a chain of lists, each of which ends with the sector of the next.
+std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
+  if (index < m_header.tableList.size()) {
+    return m_header.tableList[index];
+  }
+  const std::size_t further = index - m_header.tableList.size();
+  while (further >= m_furtherTableSectors.size()) {
+    if (m_nextTableList >= m_sectorCount) {
+      Refuse(DamagedPart::Structure, "The list of the allocation table's sectors ends after ",
+             m_header.tableList.size() + m_furtherTableSectors.size(), " of ",
+             m_header.tableSectors, '.');
+    }
+    Bytes list(static_cast<std::size_t>(SectorSize()));
+    ReadPadded(OffsetOf(m_nextTableList), list.data(), list.size(), 0xFF);
+    for (std::uint32_t i = 0; i + 1 < NumbersPerSector(); ++i) {
+      m_furtherTableSectors.push_back(ReadU32(list.data() + 4 * i));
+    }
+    m_nextTableList = ReadU32(list.data() + list.size() - 4);
+  }
+  return m_furtherTableSectors[further];
+}
+
+/// The sector that follows `sector`, which the file has, in its chain.
+std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
+  const std::uint32_t index = sector / NumbersPerSector();
+  if (index >= m_header.tableSectors) {
+    Refuse(DamagedPart::Structure, "The allocation table has ", m_header.tableSectors,
+           " sectors and nothing on sector ", sector, '.');
+  }
+  auto part = m_table.find(index);
+  if (part == m_table.end()) {
+    const std::uint32_t location = TableSector(index);
+    if (location >= m_sectorCount) {
+      Refuse(DamagedPart::Structure, "The allocation table lies in sector ", location, " of ",
+             m_sectorCount, '.');
+    }
+    Bytes bytes(static_cast<std::size_t>(SectorSize()));
+    ReadPadded(OffsetOf(location), bytes.data(), bytes.size(), 0xFF);
+    part = m_table.emplace(index, std::move(bytes)).first;
+  }
+  return ReadU32(part->second.data() + 4 * std::size_t{sector % NumbersPerSector()});
+}
+
+std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
+  const std::size_t offset = std::size_t{4} * sector;
+  if (offset + 4 > m_miniTable.size()) {
+    Refuse(DamagedPart::Structure, "The mini stream's allocation table has ",
+           m_miniTable.size() / 4, " entries and none for sector ", sector, '.');
+  }
+  return ReadU32(m_miniTable.data() + offset);
+}
+
+/// The sectors of a chain up to its end, `most` at most. Each must be one of `sectorCount`.
+template <class Next>
+std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most,
+                                                     std::uint64_t sectorCount, DamagedPart part,
+                                                     std::string_view title, Next next) {
+  std::vector<std::uint32_t> sectors;
+  // A sector that comes again is one that was remembered at a power of two (Brent's method).
+  std::uint32_t remembered = kEndOfChain;
+  std::size_t nextToRemember = 1;
+  for (std::uint32_t sector = first; most > 0 && sector != kEndOfChain; sector = next(sector)) {
+    if (sector >= sectorCount) {
+      Refuse(part, title, " leads to sector ", sector, " of ", sectorCount, '.');
+    }
+    if (sector == remembered) {
+      Refuse(part, title, " comes back to sector ", sector, '.');
+    }
+    sectors.push_back(sector);
+    if (sectors.size() == most) {
+      break;  // what the table says of the last one makes no difference
+    }
+    if (sectors.size() == nextToRemember) {
+      remembered = sector;
+      nextToRemember *= 2;
+    }
+  }
+  return sectors;
+}
+
+std::vector<std::uint32_t> CompoundFile::Chain(std::uint32_t first, std::uint64_t most,
+                                               DamagedPart part, std::string_view title) {
+  return FollowChain(first, most, m_sectorCount, part, title,
+                     [this](std::uint32_t sector) { return NextSector(sector); });
+}
+
+std::size_t CompoundFile::EntryCount() const noexcept { return m_directory.size() / kEntrySize; }
+
+CompoundFile::Entry CompoundFile::EntryAt(std::uint32_t index) const {
+  if (index >= EntryCount()) {
+    Refuse(DamagedPart::Structure, "The directory names entry ", index, " of ", EntryCount(), '.');
+  }
+  return {m_directory.data() + kEntrySize * index, m_header.majorVersion};
+}
+
+std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view name) const {
+  std::uint32_t index = EntryAt(0).Child();
+  for (std::size_t steps = 0; index != kNoEntry; ++steps) {
+    if (steps == EntryCount()) {
+      Refuse(DamagedPart::Structure, "The directory runs in a circle.");
+    }
+    const Entry entry = EntryAt(index);
+    const int order = CompareNames(name, entry.Name());
+    if (order == 0) {
+      return entry.GetType() == Entry::kStream ? std::optional(entry.Extent()) : std::nullopt;
+    }
+    index = order < 0 ? entry.Left() : entry.Right();
+  }
+  return std::nullopt;
+}
+
+Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, std::string_view title) {
+  if (stream.size > m_source.Size()) {
+    Refuse(part, title, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
+  }
+  if (stream.size < kMiniStreamLimit) {
+    return ReadMini(stream, part, title);
+  }
+  const std::uint64_t needed = (stream.size + SectorSize() - 1) >> m_header.sectorShift;
+  const std::vector<std::uint32_t> sectors = Chain(stream.firstSector, needed, part, title);
+  if (sectors.size() < needed) {
+    Refuse(part, title, " ends after ", sectors.size(), " of ", needed, " sectors.");
+  }
+  const std::uint64_t inLast = stream.size - (needed - 1) * SectorSize();
+  if (OffsetOf(sectors.back()) + inLast > m_source.Size()) {
+    Refuse(part, title, " reaches beyond the end of the file.");
+  }
+  return ReadSectors(sectors, stream.size);
+}
+
+void CompoundFile::LoadMiniStream() {
+  if (m_isMiniStreamLoaded) {
+    return;
+  }
+  const Stream root = EntryAt(0).Extent();
+  if (root.size > m_source.Size()) {
+    Refuse(DamagedPart::Structure, "The mini stream claims ", root.size, " bytes of a file of ",
+           m_source.Size(), '.');
+  }
+  const std::uint64_t needed = (root.size + SectorSize() - 1) >> m_header.sectorShift;
+  m_miniStream = Chain(root.firstSector, needed, DamagedPart::Structure, "The mini stream");
+  const std::vector<std::uint32_t> table =
+      Chain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
+            "The mini stream's allocation table");
+  m_miniTable = ReadSectors(table, table.size() * SectorSize());
+  m_isMiniStreamLoaded = true;
+}
+
+Bytes CompoundFile::ReadMini(const Stream& stream, DamagedPart part, std::string_view title) {
+  if (stream.size == 0) {
+    return {};
+  }
+  LoadMiniStream();
+  const std::uint64_t perSector = SectorSize() / kMiniSectorSize;
+  const std::uint64_t needed = (stream.size + kMiniSectorSize - 1) / kMiniSectorSize;
+  const std::vector<std::uint32_t> sectors =
+      FollowChain(stream.firstSector, needed, m_miniStream.size() * perSector, part, title,
+                  [this](std::uint32_t sector) { return NextMiniSector(sector); });
+  if (sectors.size() < needed) {
+    Refuse(part, title, " ends after ", sectors.size(), " of ", needed, " mini sectors.");
+  }
+  std::vector<std::uint64_t> offsets;
+  offsets.reserve(sectors.size());
+  for (const std::uint32_t sector : sectors) {
+    offsets.push_back(OffsetOf(m_miniStream[static_cast<std::size_t>(sector / perSector)]) +
+                      sector % perSector * kMiniSectorSize);
+  }
+  for (std::size_t i = 0; i < offsets.size(); ++i) {
+    const std::uint64_t count =
+        std::min<std::uint64_t>(kMiniSectorSize, stream.size - i * kMiniSectorSize);
+    if (offsets[i] + count > m_source.Size()) {
+      Refuse(part, title, " reaches beyond the end of the file.");
+    }
+  }
+  return ReadExtents(offsets, kMiniSectorSize, stream.size);
+}
+
+std::optional<unsigned> CompoundFile::UnknownVersion() const noexcept {
+  const bool isKnown = m_header.majorVersion == 3 || m_header.majorVersion == 4;
+  return isKnown ? std::nullopt : std::optional(m_header.majorVersion);
+}
+
+std::vector<Defect> CompoundFile::Defects() const {
+  std::vector<Defect> defects;
+  if (m_source.Size() % SectorSize() != 0) {
+    defects.push_back(
+        {Defect::Grade::Harmless, Join("The last sector has ", m_source.Size() % SectorSize(),
+                                       " of ", SectorSize(), " bytes.")});
+  }
+  for (std::uint32_t index = 1; index < EntryCount(); ++index) {
+    const Entry entry = EntryAt(index);
+    if (entry.GetType() != Entry::kStream) {
+      continue;
+    }
+    const Stream stream = entry.Extent();
+    const bool isMini = stream.size < kMiniStreamLimit;
+    if (stream.size > m_source.Size() || (!isMini && stream.firstSector >= m_sectorCount)) {
+      defects.push_back(
+          {Defect::Grade::Suspicious, Join("Stream ", index, " of the directory, of ", stream.size,
+                                           " bytes, lies beyond the end of the file.")});
+    }
+  }
+  return defects;
+}
+
+}  // namespace qm::image

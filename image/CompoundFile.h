@@ -1,0 +1,110 @@
+#pragma once
+
+#include <array>
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "image/ByteSource.h"
+#include "image/Damage.h"
+
+namespace qm::image {
+
+/// A compound file: a header, sectors of 512 or 4,096 bytes, an allocation table that chains them,
+/// and a directory of named streams. Streams below 4,096 bytes lie in sectors of 64 bytes inside
+/// the mini stream.
+///
+/// No number of the file is used before it was compared with what the file has. A chain that comes
+/// back to one of its sectors is refused, and nothing larger than the file is allocated. Only
+/// sectors that are asked for are read.
+///
+/// Every function throws Damage (NoDatabase, Structure, or the part that it is given), what the
+/// source throws, and std::bad_alloc.
+class CompoundFile {
+ public:
+  /// A stream of the root storage.
+  struct Stream {
+    std::uint32_t firstSector;
+    std::uint64_t size;  ///< in bytes
+  };
+
+  /// Reads header and directory. `source` must outlive the object.
+  explicit CompoundFile(ByteSource& source);
+
+  /// The stream of this name, as it stands in the directory; the case of ASCII letters makes no
+  /// difference. Nothing if there is no such stream.
+  std::optional<Stream> FindStream(std::u16string_view name) const;
+
+  /// All bytes of a stream. A failure is one of `part`; its sentence begins with `title` ("The
+  /// string pool").
+  Bytes Read(const Stream& stream, DamagedPart part, std::string_view title);
+
+  /// The format's version if it is neither 3 nor 4: what else such a file holds is not known.
+  std::optional<unsigned> UnknownVersion() const noexcept;
+
+  /// What is odd about the file as far as it has been read, and about the extent of each stream.
+  std::vector<Defect> Defects() const;
+
+ private:
+  struct Header {
+    unsigned majorVersion;
+    unsigned sectorShift;
+    std::uint32_t tableSectors;    ///< of the allocation table
+    std::uint32_t firstDirectory;  ///< sector of the directory
+    std::uint32_t firstMiniTable;  ///< sector of the mini stream's allocation table
+    std::uint32_t firstTableList;  ///< sector of the list of further sectors of the table
+    std::array<std::uint32_t, 109> tableList;  ///< the first sectors of the table
+  };
+  class Entry;
+
+  void ReadHeader();
+  void ReadDirectory();
+
+  std::uint64_t SectorSize() const noexcept { return std::uint64_t{1} << m_header.sectorShift; }
+  std::uint32_t NumbersPerSector() const noexcept {
+    return static_cast<std::uint32_t>(SectorSize() / sizeof(std::uint32_t));
+  }
+  std::uint64_t OffsetOf(std::uint32_t sector) const noexcept {
+    return (std::uint64_t{sector} + 1) << m_header.sectorShift;
+  }
+
+  void ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
+  void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count,
+                  std::uint8_t padding);
+  Bytes ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
+                    std::uint64_t size);
+  Bytes ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size);
+  Bytes ReadMini(const Stream& stream, DamagedPart part, std::string_view title);
+
+  std::uint32_t TableSector(std::uint32_t index);
+  std::uint32_t NextSector(std::uint32_t sector);
+  std::uint32_t NextMiniSector(std::uint32_t sector);
+  void LoadMiniStream();
+
+  template <class Next>
+  std::vector<std::uint32_t> FollowChain(std::uint32_t first, std::uint64_t most,
+                                         std::uint64_t sectorCount, DamagedPart part,
+                                         std::string_view title, Next next);
+  std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+                                   std::string_view title);
+
+  std::size_t EntryCount() const noexcept;
+  Entry EntryAt(std::uint32_t index) const;
+
+  ByteSource& m_source;
+  Bytes m_front;  ///< the beginning of the file, which serves most reads of a small file
+  Header m_header{};
+  std::uint64_t m_sectorCount = 0;  ///< a last sector that is not complete included
+  std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
+  std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
+  std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
+  Bytes m_directory;
+  bool m_isMiniStreamLoaded = false;
+  Bytes m_miniTable;
+  std::vector<std::uint32_t> m_miniStream;  ///< its sectors
+};
+
+}  // namespace qm::image

@@ -1,0 +1,277 @@
+#include "image/Database.h"
+
+#include <algorithm>
+#include <utility>
+
+#include "image/StreamName.h"
+
+namespace qm::image {
+
+namespace {
+
+// What the type of a column is made of.
+constexpr std::uint32_t kSizeBits = 0x00FF;
+constexpr std::uint32_t kValidBit = 0x0100;
+constexpr std::uint32_t kTextBit = 0x0800;
+constexpr std::uint32_t kNullableBit = 0x1000;
+constexpr std::uint32_t kKeyBit = 0x2000;
+
+constexpr char16_t kSummaryName[] = u"\005SummaryInformation";
+
+/// The bytes of a cell of an integer column; 0 for sizes that have never been seen.
+unsigned IntegerSize(std::uint32_t type) noexcept {
+  const unsigned size = type & kSizeBits;
+  return size == 1 ? 2 : size == 2 || size == 4 ? size : 0;
+}
+
+bool IsKnownSize(std::uint32_t type) noexcept {
+  return (type & kTextBit) != 0 || IntegerSize(type) != 0;
+}
+
+std::string TitleOfTable(std::string_view name) { return "Table " + Quote(name); }
+
+/// The table that names all tables.
+Table TableOfTables(unsigned referenceSize) {
+  return {"_Tables", {{"Name", ColumnKind::Text, referenceSize, true}}};
+}
+
+/// The table that defines the columns of all tables.
+Table TableOfColumns(unsigned referenceSize) {
+  return {"_Columns",
+          {{"Table", ColumnKind::Text, referenceSize, true},
+           {"Number", ColumnKind::Integer, 2, true},
+           {"Name", ColumnKind::Text, referenceSize, false},
+           {"Type", ColumnKind::Integer, 2, false}}};
+}
+
+}  // namespace
+
+std::optional<std::size_t> Table::FindColumn(std::string_view column) const noexcept {
+  for (std::size_t i = 0; i < columns.size(); ++i) {
+    if (columns[i].name == column) {
+      return i;
+    }
+  }
+  return std::nullopt;
+}
+
+Rows::Rows(Table table, Bytes bytes, const StringPool& strings)
+    : m_table(std::move(table)), m_bytes(std::move(bytes)), m_strings(strings) {
+  std::size_t rowSize = 0;
+  for (const Column& column : m_table.columns) {
+    rowSize += column.size;
+  }
+  if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
+    Refuse(DamagedPart::Table, TitleOfTable(m_table.name), " has ", m_bytes.size(),
+           " bytes, which is no whole number of rows of ", rowSize, '.');
+  }
+  m_count = m_bytes.size() / rowSize;
+  std::size_t start = 0;
+  m_columnStarts.reserve(m_table.columns.size());
+  for (const Column& column : m_table.columns) {
+    m_columnStarts.push_back(start);
+    start += m_count * column.size;
+  }
+}
+
+std::uint32_t Rows::Cell(std::size_t row, std::size_t column) const noexcept {
+  const unsigned size = m_table.columns[column].size;
+  const std::uint8_t* const cell = m_bytes.data() + m_columnStarts[column] + row * size;
+  std::uint32_t value = 0;
+  for (unsigned i = size; i > 0; --i) {
+    value = value << 8U | cell[i - 1];
+  }
+  return value;
+}
+
+std::optional<std::int32_t> Rows::Integer(std::size_t row, std::size_t column) const noexcept {
+  const std::uint32_t cell = Cell(row, column);
+  if (cell == 0) {
+    return std::nullopt;
+  }
+  // Numbers are shifted, so that 0 is left for null.
+  const std::uint32_t shift = 1U << (8 * m_table.columns[column].size - 1);
+  return static_cast<std::int32_t>(cell - shift);
+}
+
+std::uint32_t Rows::StringNumber(std::size_t row, std::size_t column) const {
+  const std::uint32_t number = Cell(row, column);
+  if (number >= m_strings.Count()) {
+    Refuse(DamagedPart::Row, "Row ", row + 1, " of table ", Quote(m_table.name), " names string ",
+           number, " of ", m_strings.Count() - 1, '.');
+  }
+  return number;
+}
+
+Database::Database(ByteSource& source) : m_file(source) {
+  ReadStrings();
+  ReadDefinitions();
+}
+
+void Database::ReadStrings() {
+  const auto pool = m_file.FindStream(EncodeStreamName("_StringPool", StreamKind::Table));
+  if (!pool) {
+    Refuse(DamagedPart::NoDatabase,
+           "The file is a compound file without the string pool of an installer database.");
+  }
+  Bytes entries = m_file.Read(*pool, DamagedPart::Structure, "The string pool");
+  m_strings = StringPool(entries,
+                         ReadTableStream("_StringData", DamagedPart::Structure, "The string data"));
+}
+
+void Database::ReadDefinitions() {
+  const auto read = [&](Table table) {
+    Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, TitleOfTable(table.name));
+    return Rows(std::move(table), std::move(bytes), m_strings);
+  };
+  try {
+    const Rows tables = read(TableOfTables(m_strings.ReferenceSize()));
+    m_tables.reserve(tables.Count());
+    for (std::size_t row = 0; row < tables.Count(); ++row) {
+      m_tables.push_back(tables.StringNumber(row, 0));
+    }
+    const Rows columns = read(TableOfColumns(m_strings.ReferenceSize()));
+    m_columns.reserve(columns.Count());
+    for (std::size_t row = 0; row < columns.Count(); ++row) {
+      const auto type = static_cast<std::uint32_t>(columns.Integer(row, 3).value_or(0));
+      m_columns.push_back({columns.StringNumber(row, 0), columns.StringNumber(row, 2),
+                           columns.Integer(row, 1).value_or(0), type & 0xFFFFU});
+    }
+  } catch (const Damage& damage) {
+    throw Damage(DamagedPart::Structure, damage.what());  // no table can be read without them
+  }
+}
+
+/// The bytes of a stream that holds the rows of a table. Tables without rows have none.
+Bytes Database::ReadTableStream(std::string_view name, DamagedPart part, std::string_view title) {
+  const auto stream = m_file.FindStream(EncodeStreamName(name, StreamKind::Table));
+  return stream ? m_file.Read(*stream, part, title) : Bytes();
+}
+
+std::optional<Bytes> Database::ReadOtherStream(std::u16string_view name) {
+  const auto stream = m_file.FindStream(EncodeStreamName(name, StreamKind::Other));
+  return stream ? std::optional(m_file.Read(*stream, DamagedPart::Row, "The data of a row"))
+                : std::nullopt;
+}
+
+std::vector<std::string_view> Database::TableNames() const {
+  std::vector<std::string_view> names;
+  names.reserve(m_tables.size());
+  for (const std::uint32_t table : m_tables) {
+    names.push_back(m_strings.Text(table));
+  }
+  return names;
+}
+
+/// The number of the string that is a table's name, or 0.
+std::uint32_t Database::FindTable(std::string_view name) const noexcept {
+  for (const std::uint32_t table : m_tables) {
+    if (m_strings.Text(table) == name) {
+      return table;
+    }
+  }
+  return 0;
+}
+
+Table Database::DefinitionOf(std::uint32_t table) const {
+  const std::string_view name = m_strings.Text(table);
+  std::vector<const ColumnRow*> rows;
+  for (const ColumnRow& row : m_columns) {
+    if (row.table == table) {
+      rows.push_back(&row);
+    }
+  }
+  std::sort(rows.begin(), rows.end(),
+            [](const ColumnRow* a, const ColumnRow* b) { return a->number < b->number; });
+  Table definition{name, {}};
+  definition.columns.reserve(rows.size());
+  for (const ColumnRow* row : rows) {
+    if (row->number != static_cast<std::int32_t>(definition.columns.size()) + 1) {
+      Refuse(DamagedPart::Table, TitleOfTable(name), " has no proper column ",
+             definition.columns.size() + 1, '.');
+    }
+    definition.columns.push_back(ColumnOf(*row));
+  }
+  if (rows.empty()) {
+    Refuse(DamagedPart::Table, TitleOfTable(name), " has no columns.");
+  }
+  return definition;
+}
+
+Column Database::ColumnOf(const ColumnRow& row) const {
+  const std::string_view name = m_strings.Text(row.name);
+  const bool isKey = (row.type & kKeyBit) != 0;
+  if ((row.type & ~kNullableBit) == (kTextBit | kValidBit)) {
+    return {name, ColumnKind::Stream, 2, isKey};
+  }
+  if ((row.type & kTextBit) != 0) {
+    return {name, ColumnKind::Text, m_strings.ReferenceSize(), isKey};
+  }
+  if (!IsKnownSize(row.type)) {
+    Refuse(DamagedPart::Table, "Column ", Quote(name), " of table ",
+           Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits, " bytes.");
+  }
+  return {name, ColumnKind::Integer, IntegerSize(row.type), isKey};
+}
+
+Rows Database::ReadTable(std::string_view name) {
+  const std::uint32_t table = FindTable(name);
+  if (table == 0) {
+    Refuse(DamagedPart::Table, "There is no table ", Quote(name), '.');
+  }
+  Table definition = DefinitionOf(table);
+  Bytes bytes = ReadTableStream(name, DamagedPart::Table, TitleOfTable(name));
+  return {std::move(definition), std::move(bytes), m_strings};
+}
+
+std::optional<SummaryInformation> Database::ReadSummary() {
+  const auto stream = m_file.FindStream(kSummaryName);
+  if (!stream) {
+    return std::nullopt;
+  }
+  return SummaryInformation(m_file.Read(*stream, DamagedPart::Summary, "The summary information"));
+}
+
+std::optional<std::string> Database::UnknownKind() const {
+  if (const auto version = m_file.UnknownVersion()) {
+    return Join("version ", *version, " of the format of compound files");
+  }
+  for (const ColumnRow& row : m_columns) {
+    if (!IsKnownSize(row.type)) {
+      return Join("numbers of ", row.type & kSizeBits, " bytes in table ",
+                  Quote(m_strings.Text(row.table)));
+    }
+  }
+  return std::nullopt;
+}
+
+void Database::Verify() {
+  for (const std::uint32_t table : m_tables) {
+    const bool isKnown = std::all_of(m_columns.begin(), m_columns.end(), [&](const ColumnRow& row) {
+      return row.table != table || IsKnownSize(row.type);
+    });
+    if (!isKnown) {
+      continue;  // its rows cannot be told apart
+    }
+    const Rows rows = ReadTable(m_strings.Text(table));
+    for (std::size_t column = 0; column < rows.GetTable().columns.size(); ++column) {
+      if (rows.GetTable().columns[column].kind == ColumnKind::Text) {
+        for (std::size_t row = 0; row < rows.Count(); ++row) {
+          rows.StringNumber(row, column);
+        }
+      }
+    }
+  }
+  ReadSummary();
+}
+
+std::vector<Defect> Database::Defects() const {
+  std::vector<Defect> defects = m_file.Defects();
+  if (m_strings.SpareBytes() > 0) {
+    defects.push_back({Defect::Grade::Harmless, Join("The string data has ", m_strings.SpareBytes(),
+                                                     " bytes that belong to no string.")});
+  }
+  return defects;
+}
+
+}  // namespace qm::image

@@ -1,0 +1,20 @@
+#pragma once
+
+#include <string>
+#include <string_view>
+
+namespace qm::image {
+
+enum class StreamKind {
+  Table,  ///< the rows of a table, the string pool and its data
+  Other   ///< data of a row, such as "Binary.Icon"
+};
+
+/// The name under which a database keeps a stream in its compound file. Two letters, digits, dots
+/// or underscores share one character; names of tables begin with a character of their own.
+std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind);
+
+/// The same for a name of ASCII characters.
+std::u16string EncodeStreamName(std::string_view name, StreamKind kind);
+
+}  // namespace qm::image

@@ -1,0 +1,54 @@
+#include "image/StringPool.h"
+
+#include <utility>
+
+namespace qm::image {
+
+namespace {
+
+constexpr std::size_t kEntrySize = 4;
+constexpr std::uint32_t kLongReferences = 0x80000000;
+
+}  // namespace
+
+StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) {
+  const std::size_t entries = pool.size() / kEntrySize;
+  if (entries == 0) {
+    return;  // a database without strings
+  }
+  // In place of an entry 0 stands what all strings have in common.
+  const std::uint32_t common = ReadU32(pool.data());
+  m_codePage = common & ~kLongReferences;
+  m_referenceSize = (common & kLongReferences) != 0 ? 3 : 2;
+
+  m_ends.reserve(entries);
+  std::uint64_t end = 0;
+  for (std::size_t i = 1; i < entries; ++i) {
+    std::uint32_t length = ReadU16(pool.data() + kEntrySize * i);
+    const std::uint32_t references = ReadU16(pool.data() + kEntrySize * i + 2);
+    // A string of 64 KB and more has two entries; the first has the upper half of its length in
+    // place of the references.
+    if (length == 0 && references != 0) {
+      if (++i == entries) {
+        Refuse(DamagedPart::Structure, "The string pool ends inside string ", m_ends.size(), '.');
+      }
+      length = references << 16U | ReadU16(pool.data() + kEntrySize * i);
+    }
+    end += length;
+    if (end > m_data.size()) {
+      Refuse(DamagedPart::Structure, "String ", m_ends.size(), " of the pool ends at byte ", end,
+             " of ", m_data.size(), '.');
+    }
+    m_ends.push_back(static_cast<std::uint32_t>(end));
+  }
+}
+
+std::string_view StringPool::Text(std::uint32_t number) const noexcept {
+  if (number == 0) {
+    return {};
+  }
+  const std::uint32_t begin = m_ends[number - 1];
+  return {reinterpret_cast<const char*>(m_data.data()) + begin, m_ends[number] - begin};
+}
+
+}  // namespace qm::image

@@ -1,0 +1,32 @@
+#pragma once
+
+#include <cstdint>
+#include <map>
+#include <optional>
+#include <string_view>
+
+#include "image/ByteSource.h"
+#include "image/Damage.h"
+
+namespace qm::image {
+
+/// The summary information of a database: a set of numbered properties.
+class SummaryInformation {
+ public:
+  /// `stream` has the bytes of the property set. Throws Damage (Summary) and std::bad_alloc.
+  explicit SummaryInformation(Bytes stream);
+
+  /// The code page of all texts; 0 for the system's own.
+  std::uint32_t CodePage() const noexcept { return m_codePage; }
+
+  /// The bytes of a text property, up to its terminating zero; nothing if the property is missing
+  /// or is no text. Valid as long as the object.
+  std::optional<std::string_view> Text(std::uint32_t property) const;
+
+ private:
+  Bytes m_stream;
+  std::uint32_t m_codePage = 0;
+  std::map<std::uint32_t, std::string_view> m_texts;
+};
+
+}  // namespace qm::image
