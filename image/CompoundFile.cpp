@@ -1,7 +1,13 @@
 #include "image/CompoundFile.h"
 
 #include <algorithm>
+#include <cstdint>
 #include <cstring>
+#include <functional>
+#include <new>
+#include <utility>
+
+#include "image/StreamName.h"
 
 namespace qm::image {
 
@@ -11,8 +17,8 @@ constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kFrontSize = 8192;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
-constexpr std::uint64_t kMiniStreamLimit =
-    4096;  // streams of this size and more have whole sectors
+// Streams of this size and more have whole sectors.
+constexpr std::uint64_t kMiniStreamLimit = 4096;
 
 constexpr std::uint32_t kLastSector = 0xFFFFFFFA;  // greater numbers have meanings of their own
 constexpr std::uint32_t kEndOfChain = 0xFFFFFFFE;
@@ -25,30 +31,16 @@ char16_t ToUpper(char16_t character) noexcept {
                                                 : character;
 }
 
-/// The order of names in the directory: shorter ones first, then by their upper-case characters.
-int CompareNames(std::u16string_view a, std::u16string_view b) noexcept {
-  if (a.size() != b.size()) {
-    return a.size() < b.size() ? -1 : 1;
-  }
-  for (std::size_t i = 0; i < a.size(); ++i) {
-    const int difference = ToUpper(a[i]) - ToUpper(b[i]);
-    if (difference != 0) {
-      return difference;
-    }
-  }
-  return 0;
-}
-
-/// What a file is that is no compound file.
+/// The cause for refusing a file that is not a compound file.
 std::string_view KindOf(const Bytes& front) noexcept {
   const auto beginsWith = [&](std::string_view text) {
     return front.size() >= text.size() && std::memcmp(front.data(), text.data(), text.size()) == 0;
   };
   return front.empty()              ? "The file is empty."
-         : beginsWith("MSCF")       ? "The file is a cabinet and no installer database."
-         : beginsWith("MZ")         ? "The file is a program and no installer database."
-         : beginsWith("PK\x03\x04") ? "The file is a ZIP archive and no installer database."
-                                    : "The file is no installer database.";
+         : beginsWith("MSCF")       ? "The file is a cabinet, not an installer database."
+         : beginsWith("MZ")         ? "The file is a program, not an installer database."
+         : beginsWith("PK\x03\x04") ? "The file is a ZIP archive, not an installer database."
+                                    : "The file is not an installer database.";
 }
 
 }  // namespace
@@ -64,7 +56,8 @@ class CompoundFile::Entry {
   std::u16string Name() const {
     const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminating zero
     if (size < 2 || size > 0x40 || size % 2 != 0) {
-      Refuse(DamagedPart::Structure, "The directory has an entry with a name of ", size, " bytes.");
+      Refuse(DamagedPart::Structure, "The directory has an entry whose name takes up ", size,
+             " bytes.");
     }
     std::u16string name;
     for (unsigned i = 0; i + 2 < size; i += 2) {
@@ -89,6 +82,13 @@ class CompoundFile::Entry {
   const std::uint8_t* m_bytes;
   unsigned m_majorVersion;
 };
+
+bool CompoundFile::NameLess::operator()(std::u16string_view a,
+                                        std::u16string_view b) const noexcept {
+  return std::lexicographical_compare(
+      a.begin(), a.end(), b.begin(), b.end(),
+      [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
+}
 
 CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
   m_front.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kFrontSize, m_source.Size())));
@@ -115,16 +115,16 @@ void CompoundFile::ReadHeader() {
     Refuse(DamagedPart::Structure, "The header has no byte-order mark.");
   }
   if (m_header.sectorShift != 9 && m_header.sectorShift != 12) {
-    Refuse(DamagedPart::Structure, "The header gives sectors of 2 to the power of ",
+    Refuse(DamagedPart::Structure, "The header states a sector size of 2 to the power of ",
            m_header.sectorShift, " bytes.");
   }
   if ((m_header.majorVersion == 3 && m_header.sectorShift != 9) ||
       (m_header.majorVersion == 4 && m_header.sectorShift != 12)) {
-    Refuse(DamagedPart::Structure, "The header gives sectors of ", SectorSize(),
+    Refuse(DamagedPart::Structure, "The header states a sector size of ", SectorSize(),
            " bytes, which version ", m_header.majorVersion, " does not have.");
   }
   if (ReadU16(bytes + 0x20) != 6 || ReadU32(bytes + 0x38) != kMiniStreamLimit) {
-    Refuse(DamagedPart::Structure, "The header gives the mini stream sectors of 2 to the power of ",
+    Refuse(DamagedPart::Structure, "The header states a mini sector size of 2 to the power of ",
            ReadU16(bytes + 0x20), " bytes and a limit of ", ReadU32(bytes + 0x38), " bytes.");
   }
   // Sector 0 follows the header, which takes up a whole sector. Numbers from kLastSector on would
@@ -136,8 +136,8 @@ void CompoundFile::ReadHeader() {
 
   m_header.tableSectors = ReadU32(bytes + 0x2C);
   if (m_header.tableSectors > m_sectorCount) {
-    Refuse(DamagedPart::Structure, "The header gives the allocation table ", m_header.tableSectors,
-           " sectors, and the file has ", m_sectorCount, '.');
+    Refuse(DamagedPart::Structure, "The allocation table claims ", m_header.tableSectors, " of ",
+           m_sectorCount, " sectors.");
   }
   m_header.firstDirectory = ReadU32(bytes + 0x30);
   m_header.firstMiniTable = ReadU32(bytes + 0x3C);
@@ -148,12 +148,44 @@ void CompoundFile::ReadHeader() {
   m_nextTableList = m_header.firstTableList;
 }
 
+/// Reads the tree of the root's entries as a whole. It need not be balanced: some writers make it a
+/// list, so that a search in it would take as long as it has entries.
 void CompoundFile::ReadDirectory() {
   const std::vector<std::uint32_t> sectors =
       Chain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
-  m_directory = ReadSectors(sectors, sectors.size() * SectorSize());
-  if (EntryCount() == 0 || EntryAt(0).GetType() != Entry::kRoot) {
+  const Bytes directory = ReadSectors(sectors, sectors.size() * SectorSize());
+  const std::size_t count = directory.size() / kEntrySize;
+  const auto entryAt = [&](std::size_t index) {
+    return Entry(directory.data() + kEntrySize * index, m_header.majorVersion);
+  };
+  if (count == 0 || entryAt(0).GetType() != Entry::kRoot) {
     Refuse(DamagedPart::Structure, "The directory does not begin with its root.");
+  }
+  m_root = entryAt(0).Extent();
+
+  std::vector<bool> isVisited(count);
+  isVisited[0] = true;
+  std::vector<std::uint32_t> waiting{entryAt(0).Child()};
+  while (!waiting.empty()) {
+    const std::uint32_t index = waiting.back();
+    waiting.pop_back();
+    if (index == kNoEntry) {
+      continue;
+    }
+    if (index >= count) {
+      Refuse(DamagedPart::Structure, "The directory refers to entry ", index, " of ", count, '.');
+    }
+    if (isVisited[index]) {
+      Refuse(DamagedPart::Structure, "The directory refers to entry ", index, " twice.");
+    }
+    isVisited[index] = true;
+    const Entry entry = entryAt(index);
+    std::u16string name = entry.Name();
+    if (entry.GetType() == Entry::kStream) {
+      m_streams.emplace(std::move(name), entry.Extent());
+    }
+    waiting.push_back(entry.Right());
+    waiting.push_back(entry.Left());
   }
 }
 
@@ -166,31 +198,33 @@ void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t
   }
 }
 
-/// Reads bytes of which some may lie behind the end of the file, where a writer did not pad the
-/// last sector.
-void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count,
-                              std::uint8_t padding) {
+/// Reads bytes of which some may lie beyond the end of the file, where a writer did not pad the
+/// last sector. They read as 0xFF, which stands for nothing in every table.
+void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
   const std::uint64_t available = m_source.Size() > offset ? m_source.Size() - offset : 0;
   const auto present = static_cast<std::size_t>(std::min<std::uint64_t>(available, count));
   if (present > 0) {
     ReadAt(offset, bytes, present);
   }
-  std::memset(bytes + present, padding, count - present);
+  std::memset(bytes + present, 0xFF, count - present);
 }
 
 /// Reads `size` bytes that lie in units of one size at these offsets. Units that follow one another
 /// are read at once.
 Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
                                 std::uint64_t size) {
+  if (size > PTRDIFF_MAX) {
+    throw std::bad_alloc();  // a 32-bit process has no room for it
+  }
   Bytes bytes(static_cast<std::size_t>(size));
   std::size_t done = 0;
-  for (std::size_t first = 0; first < offsets.size() && done < bytes.size();) {
+  for (std::size_t first = 0; first < offsets.size();) {
     std::size_t end = first + 1;
     while (end < offsets.size() && offsets[end] == offsets[end - 1] + unit) {
       ++end;
     }
     const std::size_t count = std::min((end - first) * unit, bytes.size() - done);
-    ReadPadded(offsets[first], bytes.data() + done, count, 0);
+    ReadPadded(offsets[first], bytes.data() + done, count);
     done += count;
     first = end;
   }
@@ -220,8 +254,8 @@ std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
              m_header.tableSectors, '.');
     }
     Bytes list(static_cast<std::size_t>(SectorSize()));
-    ReadPadded(OffsetOf(m_nextTableList), list.data(), list.size(), 0xFF);
-    for (std::uint32_t i = 0; i + 1 < NumbersPerSector(); ++i) {
+    ReadPadded(OffsetOf(m_nextTableList), list.data(), list.size());
+    for (std::size_t i = 0; i + 1 < NumbersPerSector(); ++i) {
       m_furtherTableSectors.push_back(ReadU32(list.data() + 4 * i));
     }
     m_nextTableList = ReadU32(list.data() + list.size() - 4);
@@ -233,8 +267,9 @@ std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
 std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
   const std::uint32_t index = sector / NumbersPerSector();
   if (index >= m_header.tableSectors) {
-    Refuse(DamagedPart::Structure, "The allocation table has ", m_header.tableSectors,
-           " sectors and nothing on sector ", sector, '.');
+    Refuse(DamagedPart::Structure, "The allocation table has ",
+           std::uint64_t{m_header.tableSectors} * NumbersPerSector(),
+           " entries and none for sector ", sector, '.');
   }
   auto part = m_table.find(index);
   if (part == m_table.end()) {
@@ -244,19 +279,19 @@ std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
              m_sectorCount, '.');
     }
     Bytes bytes(static_cast<std::size_t>(SectorSize()));
-    ReadPadded(OffsetOf(location), bytes.data(), bytes.size(), 0xFF);
+    ReadPadded(OffsetOf(location), bytes.data(), bytes.size());
     part = m_table.emplace(index, std::move(bytes)).first;
   }
   return ReadU32(part->second.data() + 4 * std::size_t{sector % NumbersPerSector()});
 }
 
 std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
-  const std::size_t offset = std::size_t{4} * sector;
-  if (offset + 4 > m_miniTable.size()) {
-    Refuse(DamagedPart::Structure, "The mini stream's allocation table has ",
-           m_miniTable.size() / 4, " entries and none for sector ", sector, '.');
+  const std::size_t count = m_miniTable.size() / 4;
+  if (sector >= count) {
+    Refuse(DamagedPart::Structure, "The mini stream's allocation table has ", count,
+           " entries and none for sector ", sector, '.');
   }
-  return ReadU32(m_miniTable.data() + offset);
+  return ReadU32(m_miniTable.data() + 4 * std::size_t{sector});
 }
 
 /// The sectors of a chain up to its end, `most` at most. Each must be one of `sectorCount`.
@@ -265,7 +300,8 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
                                                      std::uint64_t sectorCount, DamagedPart part,
                                                      std::string_view title, Next next) {
   std::vector<std::uint32_t> sectors;
-  // A sector that comes again is one that was remembered at a power of two (Brent's method).
+  // An endless chain comes back to the sector that was last remembered, at a power of two (Brent's
+  // method).
   std::uint32_t remembered = kEndOfChain;
   std::size_t nextToRemember = 1;
   for (std::uint32_t sector = first; most > 0 && sector != kEndOfChain; sector = next(sector)) {
@@ -284,6 +320,16 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
       nextToRemember *= 2;
     }
   }
+  // One that ends in time may still have a sector twice, unless its sectors ascend as they mostly
+  // do.
+  if (std::adjacent_find(sectors.begin(), sectors.end(), std::greater_equal<>()) != sectors.end()) {
+    std::vector<std::uint32_t> sorted(sectors);
+    std::sort(sorted.begin(), sorted.end());
+    const auto twice = std::adjacent_find(sorted.begin(), sorted.end());
+    if (twice != sorted.end()) {
+      Refuse(part, title, " comes back to sector ", *twice, '.');
+    }
+  }
   return sectors;
 }
 
@@ -293,95 +339,74 @@ std::vector<std::uint32_t> CompoundFile::Chain(std::uint32_t first, std::uint64_
                      [this](std::uint32_t sector) { return NextSector(sector); });
 }
 
-std::size_t CompoundFile::EntryCount() const noexcept { return m_directory.size() / kEntrySize; }
+std::vector<std::uint32_t> CompoundFile::MiniChain(std::uint32_t first, std::uint64_t most,
+                                                   DamagedPart part, std::string_view title) {
+  const std::uint64_t sectorCount = m_miniStream.size() * (SectorSize() / kMiniSectorSize);
+  return FollowChain(first, most, sectorCount, part, title,
+                     [this](std::uint32_t sector) { return NextMiniSector(sector); });
+}
 
-CompoundFile::Entry CompoundFile::EntryAt(std::uint32_t index) const {
-  if (index >= EntryCount()) {
-    Refuse(DamagedPart::Structure, "The directory names entry ", index, " of ", EntryCount(), '.');
-  }
-  return {m_directory.data() + kEntrySize * index, m_header.majorVersion};
+/// Where a sector of the mini stream, which has it, lies in the file.
+std::uint64_t CompoundFile::MiniOffsetOf(std::uint32_t sector) const noexcept {
+  const std::uint64_t perSector = SectorSize() / kMiniSectorSize;
+  return OffsetOf(m_miniStream[static_cast<std::size_t>(sector / perSector)]) +
+         sector % perSector * kMiniSectorSize;
 }
 
 std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view name) const {
-  std::uint32_t index = EntryAt(0).Child();
-  for (std::size_t steps = 0; index != kNoEntry; ++steps) {
-    if (steps == EntryCount()) {
-      Refuse(DamagedPart::Structure, "The directory runs in a circle.");
-    }
-    const Entry entry = EntryAt(index);
-    const int order = CompareNames(name, entry.Name());
-    if (order == 0) {
-      return entry.GetType() == Entry::kStream ? std::optional(entry.Extent()) : std::nullopt;
-    }
-    index = order < 0 ? entry.Left() : entry.Right();
-  }
-  return std::nullopt;
+  const auto found = m_streams.find(name);
+  return found == m_streams.end() ? std::nullopt : std::optional(found->second);
 }
 
 Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, std::string_view title) {
   if (stream.size > m_source.Size()) {
     Refuse(part, title, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
   }
-  if (stream.size < kMiniStreamLimit) {
-    return ReadMini(stream, part, title);
+  if (stream.size == 0) {
+    return {};
   }
-  const std::uint64_t needed = (stream.size + SectorSize() - 1) >> m_header.sectorShift;
-  const std::vector<std::uint32_t> sectors = Chain(stream.firstSector, needed, part, title);
+  const bool isMini = stream.size < kMiniStreamLimit;
+  if (isMini) {
+    LoadMiniStream();
+  }
+  const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
+  const std::uint64_t needed = (stream.size + unit - 1) / unit;
+  const std::vector<std::uint32_t> sectors =
+      isMini ? MiniChain(stream.firstSector, needed, part, title)
+             : Chain(stream.firstSector, needed, part, title);
   if (sectors.size() < needed) {
-    Refuse(part, title, " ends after ", sectors.size(), " of ", needed, " sectors.");
+    Refuse(part, title, " ends after ", sectors.size(), " of ", needed,
+           isMini ? " mini sectors." : " sectors.");
   }
-  const std::uint64_t inLast = stream.size - (needed - 1) * SectorSize();
-  if (OffsetOf(sectors.back()) + inLast > m_source.Size()) {
-    Refuse(part, title, " reaches beyond the end of the file.");
+  std::vector<std::uint64_t> offsets;
+  offsets.reserve(sectors.size());
+  std::uint64_t left = stream.size;
+  for (const std::uint32_t sector : sectors) {
+    offsets.push_back(isMini ? MiniOffsetOf(sector) : OffsetOf(sector));
+    const std::uint64_t count = std::min(unit, left);
+    if (offsets.back() + count > m_source.Size()) {
+      Refuse(part, title, " reaches beyond the end of the file.");
+    }
+    left -= count;
   }
-  return ReadSectors(sectors, stream.size);
+  return ReadExtents(offsets, static_cast<std::size_t>(unit), stream.size);
 }
 
 void CompoundFile::LoadMiniStream() {
   if (m_isMiniStreamLoaded) {
     return;
   }
-  const Stream root = EntryAt(0).Extent();
-  if (root.size > m_source.Size()) {
-    Refuse(DamagedPart::Structure, "The mini stream claims ", root.size, " bytes of a file of ",
+  if (m_root.size > m_source.Size()) {
+    Refuse(DamagedPart::Structure, "The mini stream claims ", m_root.size, " bytes of a file of ",
            m_source.Size(), '.');
   }
-  const std::uint64_t needed = (root.size + SectorSize() - 1) >> m_header.sectorShift;
-  m_miniStream = Chain(root.firstSector, needed, DamagedPart::Structure, "The mini stream");
+  const std::uint64_t needed = (m_root.size + SectorSize() - 1) >> m_header.sectorShift;
+  m_miniStream = Chain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream");
   const std::vector<std::uint32_t> table =
       Chain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
             "The mini stream's allocation table");
   m_miniTable = ReadSectors(table, table.size() * SectorSize());
   m_isMiniStreamLoaded = true;
-}
-
-Bytes CompoundFile::ReadMini(const Stream& stream, DamagedPart part, std::string_view title) {
-  if (stream.size == 0) {
-    return {};
-  }
-  LoadMiniStream();
-  const std::uint64_t perSector = SectorSize() / kMiniSectorSize;
-  const std::uint64_t needed = (stream.size + kMiniSectorSize - 1) / kMiniSectorSize;
-  const std::vector<std::uint32_t> sectors =
-      FollowChain(stream.firstSector, needed, m_miniStream.size() * perSector, part, title,
-                  [this](std::uint32_t sector) { return NextMiniSector(sector); });
-  if (sectors.size() < needed) {
-    Refuse(part, title, " ends after ", sectors.size(), " of ", needed, " mini sectors.");
-  }
-  std::vector<std::uint64_t> offsets;
-  offsets.reserve(sectors.size());
-  for (const std::uint32_t sector : sectors) {
-    offsets.push_back(OffsetOf(m_miniStream[static_cast<std::size_t>(sector / perSector)]) +
-                      sector % perSector * kMiniSectorSize);
-  }
-  for (std::size_t i = 0; i < offsets.size(); ++i) {
-    const std::uint64_t count =
-        std::min<std::uint64_t>(kMiniSectorSize, stream.size - i * kMiniSectorSize);
-    if (offsets[i] + count > m_source.Size()) {
-      Refuse(part, title, " reaches beyond the end of the file.");
-    }
-  }
-  return ReadExtents(offsets, kMiniSectorSize, stream.size);
 }
 
 std::optional<unsigned> CompoundFile::UnknownVersion() const noexcept {
@@ -396,17 +421,12 @@ std::vector<Defect> CompoundFile::Defects() const {
         {Defect::Grade::Harmless, Join("The last sector has ", m_source.Size() % SectorSize(),
                                        " of ", SectorSize(), " bytes.")});
   }
-  for (std::uint32_t index = 1; index < EntryCount(); ++index) {
-    const Entry entry = EntryAt(index);
-    if (entry.GetType() != Entry::kStream) {
-      continue;
-    }
-    const Stream stream = entry.Extent();
+  for (const auto& [name, stream] : m_streams) {
     const bool isMini = stream.size < kMiniStreamLimit;
     if (stream.size > m_source.Size() || (!isMini && stream.firstSector >= m_sectorCount)) {
-      defects.push_back(
-          {Defect::Grade::Suspicious, Join("Stream ", index, " of the directory, of ", stream.size,
-                                           " bytes, lies beyond the end of the file.")});
+      defects.push_back({Defect::Grade::Suspicious,
+                         Join("Stream ", Quote(DecodeStreamName(name)), ", of ", stream.size,
+                              " bytes, lies beyond the end of the file.")});
     }
   }
   return defects;

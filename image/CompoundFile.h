@@ -18,8 +18,9 @@ namespace qm::image {
 /// the mini stream.
 ///
 /// No number of the file is used before it was compared with what the file has. A chain that comes
-/// back to one of its sectors is refused, and nothing larger than the file is allocated. Only
-/// sectors that are asked for are read.
+/// back to one of its sectors is refused, and nothing larger than the file is allocated. Only the
+/// header, the directory and what is asked for are read, with the parts of the allocation table
+/// that lead there. A call takes time in proportion to what it reads, times a logarithm.
 ///
 /// Every function throws Damage (NoDatabase, Structure, or the part that it is given), what the
 /// source throws, and std::bad_alloc.
@@ -33,6 +34,9 @@ class CompoundFile {
 
   /// Reads header and directory. `source` must outlive the object.
   explicit CompoundFile(ByteSource& source);
+
+  /// The size of the file in bytes.
+  std::uint64_t Size() const noexcept { return m_source.Size(); }
 
   /// The stream of this name, as it stands in the directory; the case of ASCII letters makes no
   /// difference. Nothing if there is no such stream.
@@ -60,6 +64,12 @@ class CompoundFile {
   };
   class Entry;
 
+  /// Orders names without regard to the case of ASCII letters.
+  struct NameLess {
+    using is_transparent = void;
+    bool operator()(std::u16string_view a, std::u16string_view b) const noexcept;
+  };
+
   void ReadHeader();
   void ReadDirectory();
 
@@ -72,12 +82,10 @@ class CompoundFile {
   }
 
   void ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
-  void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count,
-                  std::uint8_t padding);
+  void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   Bytes ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
                     std::uint64_t size);
   Bytes ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size);
-  Bytes ReadMini(const Stream& stream, DamagedPart part, std::string_view title);
 
   std::uint32_t TableSector(std::uint32_t index);
   std::uint32_t NextSector(std::uint32_t sector);
@@ -90,9 +98,9 @@ class CompoundFile {
                                          std::string_view title, Next next);
   std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most, DamagedPart part,
                                    std::string_view title);
-
-  std::size_t EntryCount() const noexcept;
-  Entry EntryAt(std::uint32_t index) const;
+  std::vector<std::uint32_t> MiniChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+                                       std::string_view title);
+  std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
   Bytes m_front;  ///< the beginning of the file, which serves most reads of a small file
@@ -101,7 +109,8 @@ class CompoundFile {
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
   std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
-  Bytes m_directory;
+  std::map<std::u16string, Stream, NameLess> m_streams;
+  Stream m_root{};  ///< the mini stream
   bool m_isMiniStreamLoaded = false;
   Bytes m_miniTable;
   std::vector<std::uint32_t> m_miniStream;  ///< its sectors

@@ -63,7 +63,7 @@ Rows::Rows(Table table, Bytes bytes, const StringPool& strings)
   }
   if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
     Refuse(DamagedPart::Table, TitleOfTable(m_table.name), " has ", m_bytes.size(),
-           " bytes, which is no whole number of rows of ", rowSize, '.');
+           " bytes, which is not a whole number of rows of ", rowSize, '.');
   }
   m_count = m_bytes.size() / rowSize;
   std::size_t start = 0;
@@ -128,14 +128,22 @@ void Database::ReadDefinitions() {
     const Rows tables = read(TableOfTables(m_strings.ReferenceSize()));
     m_tables.reserve(tables.Count());
     for (std::size_t row = 0; row < tables.Count(); ++row) {
-      m_tables.push_back(tables.StringNumber(row, 0));
+      const std::uint32_t table = tables.StringNumber(row, 0);
+      if (m_tablesByName.emplace(m_strings.Text(table), table).second) {
+        m_tables.push_back(table);
+      }
     }
+    m_isTableNamedTwice = m_tables.size() < tables.Count();
     const Rows columns = read(TableOfColumns(m_strings.ReferenceSize()));
     m_columns.reserve(columns.Count());
     for (std::size_t row = 0; row < columns.Count(); ++row) {
       const auto type = static_cast<std::uint32_t>(columns.Integer(row, 3).value_or(0));
       m_columns.push_back({columns.StringNumber(row, 0), columns.StringNumber(row, 2),
                            columns.Integer(row, 1).value_or(0), type & 0xFFFFU});
+    }
+    // The installer keeps them in this order.
+    if (!std::is_sorted(m_columns.begin(), m_columns.end(), IsBefore)) {
+      std::stable_sort(m_columns.begin(), m_columns.end(), IsBefore);
     }
   } catch (const Damage& damage) {
     throw Damage(DamagedPart::Structure, damage.what());  // no table can be read without them
@@ -165,35 +173,35 @@ std::vector<std::string_view> Database::TableNames() const {
 
 /// The number of the string that is a table's name, or 0.
 std::uint32_t Database::FindTable(std::string_view name) const noexcept {
-  for (const std::uint32_t table : m_tables) {
-    if (m_strings.Text(table) == name) {
-      return table;
-    }
-  }
-  return 0;
+  const auto found = m_tablesByName.find(name);
+  return found == m_tablesByName.end() ? 0 : found->second;
+}
+
+bool Database::IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept {
+  return a.table != b.table ? a.table < b.table : a.number < b.number;
+}
+
+/// The rows that define the columns of a table, by number.
+Database::ColumnRange Database::ColumnsOf(std::uint32_t table) const noexcept {
+  return std::equal_range(m_columns.begin(), m_columns.end(), ColumnRow{table, 0, 0, 0},
+                          [](const ColumnRow& a, const ColumnRow& b) { return a.table < b.table; });
 }
 
 Table Database::DefinitionOf(std::uint32_t table) const {
   const std::string_view name = m_strings.Text(table);
-  std::vector<const ColumnRow*> rows;
-  for (const ColumnRow& row : m_columns) {
-    if (row.table == table) {
-      rows.push_back(&row);
-    }
+  const auto [begin, end] = ColumnsOf(table);
+  if (begin == end) {
+    Refuse(DamagedPart::Table, TitleOfTable(name), " has no columns.");
   }
-  std::sort(rows.begin(), rows.end(),
-            [](const ColumnRow* a, const ColumnRow* b) { return a->number < b->number; });
   Table definition{name, {}};
-  definition.columns.reserve(rows.size());
-  for (const ColumnRow* row : rows) {
-    if (row->number != static_cast<std::int32_t>(definition.columns.size()) + 1) {
-      Refuse(DamagedPart::Table, TitleOfTable(name), " has no proper column ",
-             definition.columns.size() + 1, '.');
+  definition.columns.reserve(static_cast<std::size_t>(end - begin));
+  for (auto row = begin; row != end; ++row) {
+    const std::ptrdiff_t expected = row - begin + 1;
+    if (row->number != expected) {
+      Refuse(DamagedPart::Table, TitleOfTable(name), " has column ", row->number, " where column ",
+             expected, " belongs.");
     }
     definition.columns.push_back(ColumnOf(*row));
-  }
-  if (rows.empty()) {
-    Refuse(DamagedPart::Table, TitleOfTable(name), " has no columns.");
   }
   return definition;
 }
@@ -246,14 +254,18 @@ std::optional<std::string> Database::UnknownKind() const {
 }
 
 void Database::Verify() {
+  // Tables that share their bytes would take longer to read than a file of this size justifies.
+  std::uint64_t left = m_file.Size();
   for (const std::uint32_t table : m_tables) {
-    const bool isKnown = std::all_of(m_columns.begin(), m_columns.end(), [&](const ColumnRow& row) {
-      return row.table != table || IsKnownSize(row.type);
-    });
-    if (!isKnown) {
+    const auto [begin, end] = ColumnsOf(table);
+    if (!std::all_of(begin, end, [](const ColumnRow& row) { return IsKnownSize(row.type); })) {
       continue;  // its rows cannot be told apart
     }
     const Rows rows = ReadTable(m_strings.Text(table));
+    if (rows.Size() > left) {
+      Refuse(DamagedPart::Structure, "The tables claim more bytes than the file has.");
+    }
+    left -= rows.Size();
     for (std::size_t column = 0; column < rows.GetTable().columns.size(); ++column) {
       if (rows.GetTable().columns[column].kind == ColumnKind::Text) {
         for (std::size_t row = 0; row < rows.Count(); ++row) {
@@ -270,6 +282,9 @@ std::vector<Defect> Database::Defects() const {
   if (m_strings.SpareBytes() > 0) {
     defects.push_back({Defect::Grade::Harmless, Join("The string data has ", m_strings.SpareBytes(),
                                                      " bytes that belong to no string.")});
+  }
+  if (m_isTableNamedTwice) {
+    defects.push_back({Defect::Grade::Suspicious, "Table \"_Tables\" names a table twice."});
   }
   return defects;
 }

@@ -1,9 +1,11 @@
 #pragma once
 
 #include <cstdint>
+#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "image/ByteSource.h"
@@ -46,6 +48,9 @@ class Rows {
   const Table& GetTable() const noexcept { return m_table; }
   std::size_t Count() const noexcept { return m_count; }
 
+  /// The bytes that the rows take up in the file.
+  std::size_t Size() const noexcept { return m_bytes.size(); }
+
   /// The number in a cell of an Integer column; nothing for null.
   std::optional<std::int32_t> Integer(std::size_t row, std::size_t column) const noexcept;
 
@@ -74,16 +79,20 @@ class Rows {
 /// An installer database, read from the bytes of its file. Opening reads the strings and the
 /// definitions of the tables; a table is read when it is asked for.
 ///
-/// Nothing in the file is believed: see CompoundFile. Functions throw Damage, what the source
-/// throws, and std::bad_alloc.
+/// Nothing in the file is believed: see CompoundFile. Functions throw Damage of the part that they
+/// read, or Structure where the file's allocation leads astray on the way there; what the source
+/// throws; and std::bad_alloc.
 class Database {
  public:
   /// Damage is NoDatabase or Structure. `source` must outlive the object.
   explicit Database(ByteSource& source);
 
+  Database(const Database&) = delete;
+  Database& operator=(const Database&) = delete;
+
   const StringPool& Strings() const noexcept { return m_strings; }
 
-  /// The names of all tables, as bytes in the code page.
+  /// The names of all tables, each once, as bytes in the code page.
   std::vector<std::string_view> TableNames() const;
 
   /// Whether the database defines the table; it may have no rows. Case counts.
@@ -126,10 +135,15 @@ class Database {
     std::uint32_t type;
   };
 
+  using ColumnRange =
+      std::pair<std::vector<ColumnRow>::const_iterator, std::vector<ColumnRow>::const_iterator>;
+
   void ReadStrings();
   void ReadDefinitions();
   Bytes ReadTableStream(std::string_view name, DamagedPart part, std::string_view title);
   std::uint32_t FindTable(std::string_view name) const noexcept;
+  static bool IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept;
+  ColumnRange ColumnsOf(std::uint32_t table) const noexcept;
   Table DefinitionOf(std::uint32_t table) const;
   Column ColumnOf(const ColumnRow& row) const;
   std::optional<Bytes> ReadOtherStream(std::u16string_view name);
@@ -151,8 +165,10 @@ class Database {
 
   CompoundFile m_file;
   StringPool m_strings;
-  std::vector<std::uint32_t> m_tables;  ///< strings
-  std::vector<ColumnRow> m_columns;
+  std::vector<std::uint32_t> m_tables;  ///< strings, in the order of the file
+  std::map<std::string_view, std::uint32_t> m_tablesByName;
+  bool m_isTableNamedTwice = false;
+  std::vector<ColumnRow> m_columns;  ///< by table, then by number
 };
 
 }  // namespace qm::image

@@ -8,18 +8,16 @@ constexpr char16_t kTableMark = 0x4840;
 constexpr char16_t kFirstPair = 0x3800;
 constexpr char16_t kFirstSingle = 0x4800;
 
-/// The number of a character that can share one with another, or -1.
+/// The characters that can share one with another, by their number.
+constexpr std::string_view kCharacters =
+    "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz._";
+static_assert(kCharacters.size() == 64);
+
+/// The number of a character, or -1.
 int CodeOf(char16_t character) noexcept {
-  if (character >= u'0' && character <= u'9') {
-    return character - u'0';
-  }
-  if (character >= u'A' && character <= u'Z') {
-    return character - u'A' + 10;
-  }
-  if (character >= u'a' && character <= u'z') {
-    return character - u'a' + 36;
-  }
-  return character == u'.' ? 62 : character == u'_' ? 63 : -1;
+  const std::size_t code =
+      character < 0x80 ? kCharacters.find(static_cast<char>(character)) : std::string_view::npos;
+  return code == std::string_view::npos ? -1 : static_cast<int>(code);
 }
 
 }  // namespace
@@ -46,6 +44,22 @@ std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind) {
 
 std::u16string EncodeStreamName(std::string_view name, StreamKind kind) {
   return EncodeStreamName(std::u16string(name.begin(), name.end()), kind);
+}
+
+std::string DecodeStreamName(std::u16string_view encoded) {
+  std::string name;
+  for (const char16_t character : encoded) {
+    if (character >= kFirstPair && character < kFirstSingle) {
+      const int pair = character - kFirstPair;
+      name += kCharacters[pair % 64];
+      name += kCharacters[pair / 64];
+    } else if (character >= kFirstSingle && character < kTableMark) {
+      name += kCharacters[character - kFirstSingle];
+    } else if (character != kTableMark) {
+      name += character < 0x80 ? static_cast<char>(character) : '?';
+    }
+  }
+  return name;
 }
 
 }  // namespace qm::image

@@ -17,4 +17,7 @@ std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind);
 /// The same for a name of ASCII characters.
 std::u16string EncodeStreamName(std::string_view name, StreamKind kind);
 
+/// The name that was encoded, to be shown: every character that is not ASCII is replaced by "?".
+std::string DecodeStreamName(std::u16string_view encoded);
+
 }  // namespace qm::image

@@ -1,5 +1,6 @@
 #include "image/StringPool.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qm::image {
@@ -21,6 +22,7 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
   m_codePage = common & ~kLongReferences;
   m_referenceSize = (common & kLongReferences) != 0 ? 3 : 2;
 
+  const std::uint64_t size = std::min<std::uint64_t>(m_data.size(), UINT32_MAX);
   m_ends.reserve(entries);
   std::uint64_t end = 0;
   for (std::size_t i = 1; i < entries; ++i) {
@@ -35,9 +37,9 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
       length = references << 16U | ReadU16(pool.data() + kEntrySize * i);
     }
     end += length;
-    if (end > m_data.size()) {
+    if (end > size) {
       Refuse(DamagedPart::Structure, "String ", m_ends.size(), " of the pool ends at byte ", end,
-             " of ", m_data.size(), '.');
+             " of ", size, '.');
     }
     m_ends.push_back(static_cast<std::uint32_t>(end));
   }

@@ -29,18 +29,18 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
   const std::uint8_t* const bytes = m_stream.data();
   if (ReadU16(bytes) != 0xFFFE || ReadU32(bytes + 24) == 0 ||
       std::memcmp(bytes + kHeaderSize, kSummaryFormat, sizeof kSummaryFormat) != 0) {
-    Refuse(DamagedPart::Summary, "The summary information does not begin as it should.");
+    Refuse(DamagedPart::Summary, "The summary information does not begin with its header.");
   }
   const std::uint32_t section = ReadU32(bytes + kHeaderSize + sizeof kSummaryFormat);
   if (section > m_stream.size() || m_stream.size() - section < kPropertyEntry) {
-    Refuse(DamagedPart::Summary, "The summary information begins at byte ", section, " of ",
-           m_stream.size(), '.');
+    Refuse(DamagedPart::Summary, "The properties of the summary information begin at byte ",
+           section, " of ", m_stream.size(), '.');
   }
   const std::uint32_t size =
       std::min(ReadU32(bytes + section), static_cast<std::uint32_t>(m_stream.size() - section));
   const std::uint32_t count = ReadU32(bytes + section + 4);
   if (size < kPropertyEntry || count > (size - kPropertyEntry) / kPropertyEntry) {
-    Refuse(DamagedPart::Summary, "The summary information gives ", count, " properties in ", size,
+    Refuse(DamagedPart::Summary, "The summary information claims ", count, " properties in ", size,
            " bytes.");
   }
   for (std::uint32_t i = 0; i < count; ++i) {
@@ -48,8 +48,8 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
     const std::uint32_t number = ReadU32(entry);
     const std::uint32_t offset = ReadU32(entry + 4);
     if (offset > size || size - offset < 8) {
-      Refuse(DamagedPart::Summary, "Property ", number, " of the summary information lies at byte ",
-             offset, " of ", size, '.');
+      Refuse(DamagedPart::Summary, "Property ", number,
+             " of the summary information begins at byte ", offset, " of ", size, '.');
     }
     const std::uint8_t* const value = bytes + section + offset;
     const std::uint32_t type = ReadU32(value);
@@ -61,15 +61,19 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
         Refuse(DamagedPart::Summary, "Property ", number, " of the summary information claims ",
                length, " bytes of ", size, '.');
       }
-      const std::string_view text(reinterpret_cast<const char*>(value) + 8, length);
-      m_texts.insert_or_assign(number, text.substr(0, text.find('\0')));
+      m_texts.insert_or_assign(number, Extent{section + std::size_t{offset} + 8, length});
     }
   }
 }
 
 std::optional<std::string_view> SummaryInformation::Text(std::uint32_t property) const {
   const auto found = m_texts.find(property);
-  return found == m_texts.end() ? std::nullopt : std::optional(found->second);
+  if (found == m_texts.end()) {
+    return std::nullopt;
+  }
+  const auto [offset, size] = found->second;
+  const std::string_view text(reinterpret_cast<const char*>(m_stream.data()) + offset, size);
+  return text.substr(0, text.find('\0'));
 }
 
 }  // namespace qm::image

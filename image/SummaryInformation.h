@@ -1,5 +1,6 @@
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <optional>
@@ -24,9 +25,14 @@ class SummaryInformation {
   std::optional<std::string_view> Text(std::uint32_t property) const;
 
  private:
+  struct Extent {
+    std::size_t offset;
+    std::size_t size;  ///< with what follows the terminating zero
+  };
+
   Bytes m_stream;
   std::uint32_t m_codePage = 0;
-  std::map<std::uint32_t, std::string_view> m_texts;
+  std::map<std::uint32_t, Extent> m_texts;
 };
 
 }  // namespace qm::image
