@@ -1,0 +1,28 @@
+#include <gtest/gtest.h>
+
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+
+#include "tests/image/FuzzTargets.h"
+
+namespace {
+
+using namespace image_tests;
+
+/// What tools/fuzz starts from, and what it once found.
+TEST(Corpus, HarmsNobody) {
+  for (const FuzzTarget& target : kFuzzTargets) {
+    std::size_t files = 0;
+    for (const auto& file : std::filesystem::directory_iterator(
+             std::filesystem::path(QM_SOURCE_DIR) / "tests/image/corpus" / target.corpus)) {
+      SCOPED_TRACE(file.path().string());
+      std::ifstream stream(file.path(), std::ios::binary);
+      target.run(qm::image::Bytes(std::istreambuf_iterator<char>(stream), {}));
+      ++files;
+    }
+    EXPECT_GT(files, 0U) << target.name;
+  }
+}
+
+}  // namespace

@@ -1,0 +1,147 @@
+#include "tests/image/FuzzTargets.h"
+
+#include <algorithm>
+#include <cstdlib>
+#include <initializer_list>
+
+#include "image/Database.h"
+#include "tests/image/DatabaseFile.h"
+
+namespace image_tests {
+
+namespace {
+
+using namespace qm::image;
+
+void Require(bool holds) {
+  if (!holds) {
+    std::abort();
+  }
+}
+
+/// Runs `work`, which may throw Damage in one of these parts.
+template <class Work>
+void MayBeDamaged(std::initializer_list<DamagedPart> parts, Work work) {
+  try {
+    work();
+  } catch (const Damage& damage) {
+    const std::string_view sentence = damage.what();
+    Require(std::find(parts.begin(), parts.end(), damage.Part()) != parts.end());
+    Require(!sentence.empty() && sentence.size() < 400 && sentence.back() == '.');
+    Require(std::all_of(sentence.begin(), sentence.end(),
+                        [](char character) { return character >= ' ' && character <= '~'; }));
+  }
+}
+
+/// A field that readers ignore says how far the file goes on with zeros: up to 8 MB, so that small
+/// inputs reach the lists that continue the allocation table.
+MemorySource SourceOf(const Bytes& input) {
+  const std::uint64_t zeros = input.size() >= 10 ? 128ULL * ReadU16(input.data() + 8) : 0;
+  return {input, input.size() + zeros};
+}
+
+/// Whatever the bytes are, reading them costs no more than the size of the file justifies.
+void RequireBoundedCost(const MemorySource& source) {
+  Require(source.bytesRead <= 10 * source.Size() + 8192);
+}
+
+void RunCompoundFile(const Bytes& input) {
+  MemorySource source = SourceOf(input);
+  MayBeDamaged({DamagedPart::NoDatabase, DamagedPart::Structure}, [&] {
+    CompoundFile file(source);
+    file.Defects();
+    file.UnknownVersion();
+    for (const char16_t* const name : {u"\005SummaryInformation", u"Icon", u"a"}) {
+      if (const auto stream = file.FindStream(name)) {
+        MayBeDamaged({DamagedPart::Structure, DamagedPart::Row},
+                     [&] { file.Read(*stream, DamagedPart::Row, "The stream"); });
+      }
+    }
+  });
+  RequireBoundedCost(source);
+}
+
+void ReadRows(Database& database, const Rows& rows) {
+  const auto decode = [](std::string_view text) {
+    return std::u16string(text.begin(), text.end());
+  };
+  std::size_t streams = 0;
+  for (std::size_t row = 0; row < rows.Count(); ++row) {
+    for (std::size_t i = 0; i < rows.GetTable().columns.size(); ++i) {
+      const Column& column = rows.GetTable().columns[i];
+      if (column.kind == ColumnKind::Text) {
+        Require(rows.IsNull(row, i) == (rows.StringNumber(row, i) == 0));
+        rows.Text(row, i);
+      } else if (column.kind == ColumnKind::Integer) {
+        Require(rows.IsNull(row, i) == !rows.Integer(row, i));
+      } else if (++streams < 8) {
+        database.ReadStream(rows, row, i, decode);
+      }
+    }
+  }
+}
+
+void RunDatabase(const Bytes& input) {
+  MemorySource source = SourceOf(input);
+  MayBeDamaged({DamagedPart::NoDatabase, DamagedPart::Structure}, [&] {
+    Database database(source);
+    MayBeDamaged(
+        {DamagedPart::Structure, DamagedPart::Table, DamagedPart::Row, DamagedPart::Summary},
+        [&] { database.Verify(); });
+    RequireBoundedCost(source);
+    database.Defects();
+    database.UnknownKind();
+    MayBeDamaged({DamagedPart::Structure, DamagedPart::Summary}, [&] { database.ReadSummary(); });
+    std::size_t size = 0;
+    for (const std::string_view name : database.TableNames()) {
+      Require(database.HasTable(name) || name.empty());
+      if (size > source.Size()) {
+        break;
+      }
+      MayBeDamaged({DamagedPart::Structure, DamagedPart::Table, DamagedPart::Row}, [&] {
+        const Rows rows = database.ReadTable(name);
+        size += rows.Size();
+        ReadRows(database, rows);
+      });
+    }
+  });
+}
+
+/// The input is the size of the pool in two bytes, the pool, and its data.
+void RunStringPool(const Bytes& input) {
+  if (input.size() < 2) {
+    return;
+  }
+  const auto begin = input.begin() + 2;
+  const auto middle = begin + std::min<std::ptrdiff_t>(ReadU16(input.data()), input.end() - begin);
+  MayBeDamaged({DamagedPart::Structure}, [&] {
+    const StringPool pool(Bytes(begin, middle), Bytes(middle, input.end()));
+    std::size_t size = pool.SpareBytes();
+    for (std::uint32_t number = 0; number < pool.Count(); ++number) {
+      size += pool.Text(number).size();
+    }
+    Require(size == static_cast<std::size_t>(input.end() - middle));
+    Require(pool.ReferenceSize() == 2 || pool.ReferenceSize() == 3);
+  });
+}
+
+void RunSummary(const Bytes& input) {
+  MayBeDamaged({DamagedPart::Summary}, [&] {
+    const SummaryInformation summary(input);
+    for (std::uint32_t property = 0; property < 20; ++property) {
+      if (const auto text = summary.Text(property)) {
+        Require(text->size() <= input.size() && text->find('\0') == text->npos);
+      }
+    }
+    Require(summary.CodePage() <= 0xFFFF);
+  });
+}
+
+}  // namespace
+
+const FuzzTarget kFuzzTargets[4] = {{"compound_file", "file", RunCompoundFile},
+                                    {"database", "file", RunDatabase},
+                                    {"string_pool", "pool", RunStringPool},
+                                    {"summary", "summary", RunSummary}};
+
+}  // namespace image_tests

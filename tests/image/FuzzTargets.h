@@ -1,0 +1,18 @@
+#pragma once
+
+#include <string_view>
+
+#include "image/ByteSource.h"
+
+namespace image_tests {
+
+/// Gives bytes to one of the readers and ends the process if the reader breaks a promise.
+struct FuzzTarget {
+  std::string_view name;    ///< of the function and the fuzzer
+  std::string_view corpus;  ///< folder below corpus/
+  void (*run)(const qm::image::Bytes& input);
+};
+
+extern const FuzzTarget kFuzzTargets[4];
+
+}  // namespace image_tests
