@@ -8,6 +8,7 @@
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
 #include "common/Path.h"
+#include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
@@ -111,9 +112,10 @@ void WholeModule(const CWideString& module) {
 }
 
 void EveryFile(const CWideString& module) {
-  const msidb::Database database = msidb::Database::OpenReadOnly(module);
+  const auto database = msidb::ModuleDatabase::Open(module);
+  const msidb::DirectoryTable table(*database);
   for (int i = 0; i < kFiles; ++i) {
-    msidb::RequireDirectoryPath(database, KeyOf(i % kDirectories), TargetPathOptions());
+    msidb::RequireDirectoryPath(table, KeyOf(i % kDirectories), TargetPathOptions());
   }
 }
 

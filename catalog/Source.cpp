@@ -7,14 +7,6 @@
 #include "common/FolderFiles.h"
 #include "common/Path.h"
 
-namespace {
-
-ULONGLONG ToNumber(const FILETIME& time) noexcept {
-  return (static_cast<ULONGLONG>(time.dwHighDateTime) << 32U) | time.dwLowDateTime;
-}
-
-}  // namespace
-
 CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
     : m_folder(folder),
       m_pOrigin(std::make_shared<CWideString>(folder.folder)),
@@ -118,23 +110,11 @@ bool CSource::NeedsReading(const File& file) noexcept {
   return rewritten;
 }
 
-/// A file may be incomplete that was written in the last minutes, or whose size is not that of
-/// whole sectors. Looking at all of them would cost a tenth of the time of reading them.
-CCacheMSM::FileState CSource::StateOf(const Stamp& stamp) noexcept {
-  constexpr ULONGLONG kWhile = 10ULL * 60 * 10'000'000;  // ten minutes, in units of 100 ns
-  constexpr ULONGLONG kSector = 512;
-  FILETIME now;
-  ::GetSystemTimeAsFileTime(&now);
-  const bool isOld = ToNumber(stamp.lastWrite) + kWhile < ToNumber(now);
-  return isOld && stamp.size % kSector == 0 ? CCacheMSM::FileState::Settled
-                                            : CCacheMSM::FileState::Unsettled;
-}
-
 /// A record of the file; none when it is gone.
 std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   const CWideString path = JoinPath(m_folder.folder, file.name);
   auto record = std::make_shared<CCacheMSM>();
-  record->InitFromFoundModule(path, m_pOrigin, StateOf(file.stamp));
+  record->InitFromFoundModule(path, m_pOrigin);
   if (record->IsUnreadable() && !PathExists(path)) {
     return nullptr;
   }

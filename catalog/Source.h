@@ -80,7 +80,6 @@ class CSource {
   void ListFolder();
   void ReplaceFiles(Files others, size_t unchanged);
   void RetryUnreadable();
-  static CCacheMSM::FileState StateOf(const Stamp& stamp) noexcept;
   std::shared_ptr<CCacheMSM> Read(const File& file) const;
   void SetRecords();
 

@@ -38,7 +38,7 @@ bool ForEachFile(const CWideString& folder, std::wstring_view extension, Use use
   const CNoDiskPrompts noPrompts;
   WIN32_FIND_DATAW found;
   const CUniqueFindHandle find(
-      ::FindFirstFileW((JoinPath(folder, L"*") + extension).c_str(), &found));
+      ::FindFirstFileW((JoinPath(LongPath(folder), L"*") + extension).c_str(), &found));
   if (!find) {
     return true;
   }

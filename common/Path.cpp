@@ -39,6 +39,16 @@ CWideString FullPath(const CWideString& path) {
   return length == 0 || length >= size ? path : CWideString(full.c_str(), length);
 }
 
-bool PathExists(const CWideString& path) noexcept {
-  return ::GetFileAttributesW(path.c_str()) != INVALID_FILE_ATTRIBUTES;
+CWideString LongPath(const CWideString& path) {
+  constexpr size_t kFileName = 12;  // a folder's path must leave room for an 8.3 name
+  const std::wstring_view text = path;
+  if (text.size() < MAX_PATH - kFileName || text.substr(0, 4) == LR"(\\?\)") {
+    return path;
+  }
+  const bool isOnServer = text.substr(0, 2) == LR"(\\)";
+  return CWideString(isOnServer ? LR"(\\?\UNC)" : LR"(\\?\)") + text.substr(isOnServer ? 1 : 0);
+}
+
+bool PathExists(const CWideString& path) {
+  return ::GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }

@@ -14,5 +14,9 @@ CWideString FolderOf(std::wstring_view path);
 /// when the system cannot tell.
 CWideString FullPath(const CWideString& path);
 
-/// Whether there is a file or folder of this path.
-bool PathExists(const CWideString& path) noexcept;
+/// A full path in the form in which the system takes paths of any length: unchanged if it is
+/// shorter than MAX_PATH with room for the name of a file, otherwise behind "\\?\".
+CWideString LongPath(const CWideString& path);
+
+/// Whether there is a file or folder of this path, of any length.
+bool PathExists(const CWideString& path);

@@ -1,77 +1,59 @@
 #include "module/CacheMSM.h"
 
-#include "com/error/ErrorHandler.h"
-#include "com/error/Raise.h"
-#include "com/error/win32_exception.h"
-#include "common/ModuleKey.h"
-#include "gallery/IniIndexes.h"
-#include "msidb/CompoundFile.h"
-#include "msidb/Database.h"
-#include "msidb/DirectoryResolution.h"
-#include "msidb/SummaryInfo.h"
-#include "msidb/View.h"
-#include "traits/TargetPath.h"
-// After the installer's headers, on which it depends.
 #include <msidefs.h>
 
-using msidb::Database;
-using msidb::Record;
-using msidb::SummaryInfo;
-using msidb::View;
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "common/ModuleKey.h"
+#include "gallery/IniIndexes.h"
+#include "msidb/DirectoryResolution.h"
+#include "msidb/ModuleDatabase.h"
+#include "traits/TargetPath.h"
+
+using msidb::ModuleDatabase;
+using msidb::TableRows;
 
 namespace {
 
-/// Calls `use` for every row that `run` has a view find in `table`; a module that lacks the table
-/// has no rows.
-template <class Run, class Use>
-void ForEachRow(const Database& database, const wchar_t* table, Run run, Use use) {
+/// Calls `use` for every row of `table`, in the order of the column `orderBy` if one is named. A
+/// module that lacks the table has no rows.
+template <class Use>
+void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wchar_t* orderBy,
+                Use use) {
   if (!database.HasTable(table)) {
     return;
   }
-  View view;
-  run(view);
-  while (view.Next()) {
-    use(view.Row());
+  const auto rows = database.ReadTable(table, orderBy);
+  while (rows->Next()) {
+    use(*rows);
   }
-}
-
-/// The rows of a query over `table`.
-template <class Use>
-void ForEachRow(const Database& database, const wchar_t* table, const wchar_t* query, Use use) {
-  ForEachRow(
-      database, table, [&](View& view) { view.Run(database, query); }, use);
 }
 
 /// All rows of `table` of the module at `path`, in the table's own order.
 template <class Use>
 void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
-  const Database database = Database::OpenReadOnly(path);
-  ForEachRow(
-      database, table, [&](View& view) { view.RunTable(database, table); }, use);
+  const auto database = ModuleDatabase::Open(path);
+  ForEachRow(*database, table, nullptr, use);
+  database->RequireUnchanged();
 }
 
 void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
-  ForEachRow(path, table, [&](const Record& row) { names.push_back(row.GetString(1)); });
+  ForEachRow(path, table, [&](const TableRows& row) { names.push_back(row.GetString(1)); });
 }
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin, FileState state) {
+void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin) {
   m_strPath = path;
   m_pOrigin = std::move(origin);
-  if (state == FileState::Unsettled && msidb::IsCutShort(path)) {
-    Raise(
-        com_exception(qm::HResultFromCode(ERROR_FILE_CORRUPT),
-                      CWideString::Format(L"The file is damaged or cut short. MsiOpenDatabase(%s)",
-                                          path.c_str())));
-  }
-  ReadSignature();
-  ReadSummary();
+  const auto database = ModuleDatabase::Open(path);
+  ReadSignature(*database);
+  ReadSummary(*database);
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin, FileState state) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin), state); });
+void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin)); });
   if (m_pFailure) {
     ResolveDisplayName();
   }
@@ -101,25 +83,22 @@ void CCacheMSM::InitFromGallery(const CWideString& name) {
   ResolveDisplayName();
 }
 
-void CCacheMSM::ReadSignature() {
-  const Database database = Database::OpenReadOnly(m_strPath);
-  View view;
-  view.RunTable(database, L"ModuleSignature");
-  if (view.Next()) {
-    view.Row().RequireFields(3, L"ModuleSignature");
-    m_nLanguage = view.Row().GetInteger(2);
-    m_strModuleID = view.Row().GetString(1);
-    m_strVersion = view.Row().GetString(3);
+void CCacheMSM::ReadSignature(const ModuleDatabase& database) {
+  const auto rows = database.ReadTable(L"ModuleSignature");
+  if (rows->Next()) {
+    rows->RequireFields(3, L"ModuleSignature");
+    m_nLanguage = rows->GetInteger(2);
+    m_strModuleID = rows->GetString(1);
+    m_strVersion = rows->GetString(3);
   }
   m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
 }
 
-void CCacheMSM::ReadSummary() {
-  const SummaryInfo summary(m_strPath);
-  m_strAuthor = summary.GetString(PID_AUTHOR);
-  m_strComments = summary.GetString(PID_COMMENTS);
-  const CWideString packageCode = summary.GetString(PID_REVNUMBER);
-  m_strSubject = summary.GetString(PID_SUBJECT);
+void CCacheMSM::ReadSummary(ModuleDatabase& database) {
+  m_strAuthor = database.SummaryText(PID_AUTHOR);
+  m_strComments = database.SummaryText(PID_COMMENTS);
+  const CWideString packageCode = database.SummaryText(PID_REVNUMBER);
+  m_strSubject = database.SummaryText(PID_SUBJECT);
   SetNameAndVersion(packageCode.c_str(), m_strVersion.c_str());
 }
 
@@ -171,7 +150,8 @@ const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
 }
 
 CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
-  return msidb::RequireDirectoryPath(Database::OpenReadOnly(m_strPath), key, TargetPathOptions());
+  const auto database = ModuleDatabase::Open(m_strPath);
+  return msidb::RequireDirectoryPath(msidb::DirectoryTable(*database), key, TargetPathOptions());
 }
 
 void CCacheMSM::LoadDialogs(NameList& dialogs) const {
@@ -192,7 +172,7 @@ void CCacheMSM::LoadDependencies(DependencyMap& dependencies) const {
   if (m_bFromGallery) {
     return;
   }
-  ForEachRow(m_strPath, L"ModuleDependency", [&](const Record& row) {
+  ForEachRow(m_strPath, L"ModuleDependency", [&](const TableRows& row) {
     row.RequireFields(5, L"ModuleDependency");
     DependencyRecord dependency(row);
     const bool itself = dependency.RequiredID == m_strModuleID &&
@@ -209,7 +189,7 @@ void CCacheMSM::LoadExclusions(ExclusionMap& exclusions) const {
   if (m_bFromGallery) {
     return;
   }
-  ForEachRow(m_strPath, L"ModuleExclusion", [&](const Record& row) {
+  ForEachRow(m_strPath, L"ModuleExclusion", [&](const TableRows& row) {
     row.RequireFields(6, L"ModuleExclusion");
     ExclusionRecord exclusion(row);
     const CWideString key = exclusion.Key;
@@ -221,20 +201,20 @@ void CCacheMSM::LoadFiles(FileMap& files) const {
   if (m_bFromGallery) {
     return;
   }
-  const Database database = Database::OpenReadOnly(m_strPath);
+  const auto database = ModuleDatabase::Open(m_strPath);
 
   DirectoryMap directories;
-  ForEachRow(database, L"Component", L"SELECT * FROM Component ORDER BY Component",
-             [&](const Record& row) {
-               row.RequireFields(3, L"Component");
-               directories[row.GetString(1)] = row.GetString(3);
-             });
+  ForEachRow(*database, L"Component", L"Component", [&](const TableRows& row) {
+    row.RequireFields(3, L"Component");
+    directories[row.GetString(1)] = row.GetString(3);
+  });
 
-  ForEachRow(database, L"File", L"SELECT * FROM File ORDER BY Sequence", [&](const Record& row) {
+  ForEachRow(*database, L"File", L"Sequence", [&](const TableRows& row) {
     row.RequireFields(8, L"File");
     const auto component = directories.find(row.GetString(2));
     FileRecord file(row, component == directories.end() ? CWideString() : component->second);
     const CWideString key = file.File;
     files.insert_or_assign(key, std::move(file));
   });
+  database->RequireUnchanged();
 }

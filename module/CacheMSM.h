@@ -28,20 +28,14 @@ class CCacheMSM : public CMMGallery {
   /// Text that many records share; null counts as empty.
   using SharedText = std::shared_ptr<const CWideString>;
 
-  /// How sure it is that a file is complete.
-  enum class FileState {
-    Settled,   ///< nobody has written it for a while
-    Unsettled  ///< it may be cut short, and is looked at before the installer opens it
-  };
-
-  /// Fills the record from the module database at `path`. `origin` says where it was found.
-  void InitFromModule(const CWideString& path, SharedText origin,
-                      FileState state = FileState::Unsettled);
+  /// Fills the record from the module database at the full path `path`. `origin` says where it
+  /// was found.
+  void InitFromModule(const CWideString& path, SharedText origin);
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
   /// raised.
-  void InitFromFoundModule(const CWideString& path, SharedText origin, FileState state);
+  void InitFromFoundModule(const CWideString& path, SharedText origin);
 
   /// Whether a failure is kept, which every table then reports.
   bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
@@ -106,8 +100,8 @@ class CCacheMSM : public CMMGallery {
   /// The tables, for a caller that asks for one of them. Raises the kept failure of the file.
   Tables& RequireTables();
 
-  void ReadSignature();
-  void ReadSummary();
+  void ReadSignature(const msidb::ModuleDatabase& database);
+  void ReadSummary(msidb::ModuleDatabase& database);
   void ResolveDisplayName();
 
   void LoadDialogs(NameList& dialogs) const;

@@ -2,6 +2,7 @@
 
 #include "com/error/Raise.h"
 #include "common/Bstr.h"
+#include "common/Path.h"
 #include "gallery/MMGalleryDownloadFileCaskel.h"
 #include "module/Collections.h"
 #include "module/MMCustomAction.h"
@@ -141,7 +142,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
-    record->InitFromModule(path, nullptr);
+    record->InitFromModule(FullPath(path), nullptr);
     return S_OK;
   });
 }

@@ -2,7 +2,7 @@
 
 #include "common/ModuleKey.h"
 
-DependencyRecord::DependencyRecord(const msidb::Record& row)
+DependencyRecord::DependencyRecord(const msidb::TableRows& row)
     : DependencyRecord(row.GetString(3), row.GetString(5), row.GetInteger(4)) {}
 
 DependencyRecord::DependencyRecord(CWideString id, CWideString version, long language)
@@ -11,7 +11,7 @@ DependencyRecord::DependencyRecord(CWideString id, CWideString version, long lan
       RequiredVersion(std::move(version)),
       Key(MakeModuleKey(RequiredID, RequiredLanguage)) {}
 
-ExclusionRecord::ExclusionRecord(const msidb::Record& row)
+ExclusionRecord::ExclusionRecord(const msidb::TableRows& row)
     : ExclusionRecord(row.GetString(3), row.GetString(5), row.GetString(6), row.GetInteger(4)) {}
 
 ExclusionRecord::ExclusionRecord(CWideString id, CWideString minVersion, CWideString maxVersion,
@@ -22,7 +22,7 @@ ExclusionRecord::ExclusionRecord(CWideString id, CWideString minVersion, CWideSt
       ExcludedMaxVersion(std::move(maxVersion)),
       Key(MakeModuleKey(ExcludedID, ExcludedLanguage)) {}
 
-FileRecord::FileRecord(const msidb::Record& row, CWideString directory)
+FileRecord::FileRecord(const msidb::TableRows& row, CWideString directory)
     : File(row.GetString(1)),
       FileName(row.GetString(3)),
       FileSize(row.GetInteger(4)),

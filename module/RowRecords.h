@@ -1,14 +1,14 @@
 #pragma once
 
 #include "common/WideString.h"
-#include "msidb/Record.h"
+#include "msidb/ModuleDatabase.h"
 
 // One row each of a module's tables. Texts and numbers are kept as the table holds them; a null
 // number is MSI_NULL_INTEGER.
 
 /// A row of ModuleDependency: a module that is required.
 struct DependencyRecord {
-  explicit DependencyRecord(const msidb::Record& row);
+  explicit DependencyRecord(const msidb::TableRows& row);
   DependencyRecord(CWideString id, CWideString version, long language);
 
   CWideString RequiredID;
@@ -19,7 +19,7 @@ struct DependencyRecord {
 
 /// A row of ModuleExclusion: a module that is excluded. Either bound of the versions may be empty.
 struct ExclusionRecord {
-  explicit ExclusionRecord(const msidb::Record& row);
+  explicit ExclusionRecord(const msidb::TableRows& row);
   ExclusionRecord(CWideString id, CWideString minVersion, CWideString maxVersion, long language);
 
   CWideString ExcludedID;
@@ -31,7 +31,7 @@ struct ExclusionRecord {
 
 /// A row of File.
 struct FileRecord {
-  FileRecord(const msidb::Record& row, CWideString directory);
+  FileRecord(const msidb::TableRows& row, CWideString directory);
 
   CWideString File;
   CWideString FileName;

@@ -3,7 +3,7 @@
 #include <map>
 #include <optional>
 
-#include "msidb/Database.h"
+#include "msidb/DirectoryTable.h"
 
 namespace msidb {
 
@@ -30,31 +30,28 @@ constexpr DirectoryOptions kTableScan{false, false, true, true};
 using DirectoryPaths = std::map<CWideString, CWideString>;
 
 /// The path of a key of the Directory table: a walk from its row up to a predefined folder, to the
-/// root or to a parent that is missing or was visited already. A key without a row, and any key
-/// when the table is missing, gives an empty path.
+/// root or to a parent that is missing or was visited already. A key without a row gives an empty
+/// path.
 ///
-/// Returns an installer code, ERROR_SUCCESS included, for a query that cannot be opened, a
-/// parameter that cannot be made, and a name that is longer than the 259 characters of a path
-/// (ERROR_MORE_DATA); `path` then holds what was built so far. Failures to execute and to fetch are
-/// raised.
-UINT ResolveDirectoryPath(const Database& database, const CWideString& key, CWideString& path,
+/// Returns ERROR_SUCCESS, or ERROR_MORE_DATA for a name that is longer than the 259 characters of a
+/// path; `path` then holds what was built so far. Failures to read a table are raised.
+UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
                           const DirectoryOptions& options);
 
 /// The path of `key`; a code that ResolveDirectoryPath returns is raised under that name, with
 /// `key`.
-CWideString RequireDirectoryPath(const Database& database, const CWideString& key,
+CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
                                  const DirectoryOptions& options);
 
-/// The paths of all rows of the Directory table; none when it is missing. Raises as
-/// RequireDirectoryPath does.
-DirectoryPaths ResolveAllDirectories(const Database& database,
+/// The paths of all rows of the Directory table. Raises as RequireDirectoryPath does.
+DirectoryPaths ResolveAllDirectories(const DirectoryTable& table,
                                      const DirectoryOptions& options = kTableScan);
 
 /// Whether the row `key` is there and is one of the installer's predefined folders, whatever its
-/// case. The 64-bit folders and TARGETDIR are none here: their own rows say where they lie.
-bool PredefinedRootMatch(const Database& database, const CWideString& key);
+/// case. The 64-bit folders and TARGETDIR do not count here: their own rows say where they lie.
+bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key);
 
 /// The value of an installer property; false, and `value` untouched, when there is no such row.
-bool LookupProperty(const Database& database, const CWideString& name, CWideString& value);
+bool LookupProperty(const DirectoryTable& table, const CWideString& name, CWideString& value);
 
 }  // namespace msidb

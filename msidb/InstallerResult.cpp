@@ -54,13 +54,15 @@ void InstallErrorInfo(const CWideString& message) {
   ThrowIfFailed(::SetErrorInfo(0, info.Get()));
 }
 
+HRESULT FailureOf(UINT code) noexcept {
+  const HRESULT hr = qm::HResultFromCode(code);
+  return SUCCEEDED(hr) ? E_UNEXPECTED : hr;
+}
+
 [[noreturn]] void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
                                const wchar_t* argument1, const wchar_t* argument2,
                                int viewErrorDetail) {
-  HRESULT hr = qm::HResultFromCode(code);
-  if (SUCCEEDED(hr)) {
-    hr = E_UNEXPECTED;
-  }
+  const HRESULT hr = FailureOf(code);
   InstallErrorInfo(Describe(errorRecord, hr) + CallText(functionName, argument1, argument2));
   RaiseHResult(viewErrorDetail == MSIDBERROR_DUPLICATEKEY ? kDuplicateKey : hr);
 }
@@ -81,6 +83,14 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
     }
   }
   RaiseFailure(code, errorRecord.Get(), functionName, argument1, argument2, viewErrorDetail);
+}
+
+void RaiseFileFailure(UINT code, const CWideString& cause, const wchar_t* functionName,
+                      const wchar_t* argument1) {
+  const HRESULT hr = FailureOf(code);
+  const CWideString description = cause.empty() ? Describe(0, hr) : cause + L" ";
+  InstallErrorInfo(description + CallText(functionName, argument1, L""));
+  RaiseHResult(hr);
 }
 
 }  // namespace msidb

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include "common/WideString.h"
+
 namespace msidb {
 
 /// HRESULT of a view modification that found a row with the same primary key.
@@ -16,5 +18,11 @@ constexpr HRESULT kDuplicateKey = static_cast<HRESULT>(0x800403E8);
 /// out.
 UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t* argument1 = L"",
                            const wchar_t* argument2 = L"", int viewErrorDetail = 0);
+
+/// Raises the failure of a reader that stands for an installer function: as ReportInstallerResult,
+/// with the sentence `cause` in place of the installer's text. An empty cause leaves the system's
+/// text for `code`.
+[[noreturn]] void RaiseFileFailure(UINT code, const CWideString& cause, const wchar_t* functionName,
+                                   const wchar_t* argument1 = L"");
 
 }  // namespace msidb

@@ -3,7 +3,7 @@
 #include <set>
 
 #include "com/error/ErrorHandler.h"
-#include "msidb/View.h"
+#include "common/Path.h"
 
 namespace msidb {
 
@@ -18,33 +18,28 @@ bool IsSystemFolder(std::wstring_view key) noexcept {
   return key.size() > ending.size() && key.substr(key.size() - ending.size()) == ending;
 }
 
-CWideString RootOf(const Database& database, const CWideString& key) {
+CWideString RootOf(const DirectoryTable& table, const CWideString& key) {
   std::set<CWideString> visited;
   CWideString current(key);
-  Record parameters = Record::Create(1);
   while (visited.insert(current).second) {
-    parameters.SetString(1, current);
-    View view;
-    if (!view.RunAndFetch(database,
-                          L"SELECT `Directory_Parent` FROM `Directory` WHERE `Directory` = ?",
-                          &parameters)) {
+    const DirectoryRow* const row = table.Find(current);
+    if (!row) {
       return {};
     }
-    CWideString parent = view.Row().GetString(1);
-    if (IsSystemFolder(WithoutSuffix(current)) || parent.empty() || parent == current) {
+    if (IsSystemFolder(WithoutSuffix(current)) || row->parent.empty() || row->parent == current) {
       break;
     }
-    current = std::move(parent);
+    current = row->parent;
   }
   return WithoutSuffix(current);
 }
 
-TargetDirectory Resolve(const Database& database, const CWideString& key,
+TargetDirectory Resolve(const DirectoryTable& table, const CWideString& key,
                         const DirectoryOptions& options) {
   TargetDirectory directory;
   directory.result = RunAtBoundary(GUID_NULL, [&] {
-    directory.path = RequireDirectoryPath(database, key, options);
-    directory.root = RootOf(database, key);
+    directory.path = RequireDirectoryPath(table, key, options);
+    directory.root = RootOf(table, key);
     return S_OK;
   });
   if (FAILED(directory.result)) {
@@ -58,10 +53,12 @@ TargetDirectory Resolve(const Database& database, const CWideString& key,
 HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptions& options,
                                  TargetDirectories& directories) noexcept {
   return RunAtBoundary(GUID_NULL, [&] {
-    const Database database = Database::OpenReadOnly(module);
+    const auto database = ModuleDatabase::Open(FullPath(module));
+    const DirectoryTable table(*database);
     for (auto& [key, directory] : directories) {
-      directory = Resolve(database, key, options);
+      directory = Resolve(table, key, options);
     }
+    database->RequireUnchanged();
     return S_OK;
   });
 }

@@ -32,11 +32,7 @@ int Record::GetInteger(UINT field) const noexcept {
 
 bool Record::IsNull(UINT field) const noexcept { return ::MsiRecordIsNull(Get(), field) != FALSE; }
 
-void Record::RequireFields(UINT count, const wchar_t* table) const {
-  if (::MsiRecordGetFieldCount(Get()) < count) {
-    ReportInstallerResult(ERROR_INVALID_TABLE, L"MsiRecordGetFieldCount", table);
-  }
-}
+UINT Record::FieldCount() const noexcept { return ::MsiRecordGetFieldCount(Get()); }
 
 void Record::SetString(UINT field, const CWideString& text) {
   ReportInstallerResult(::MsiRecordSetStringW(Get(), field, text.c_str()), L"MsiRecordSetString");

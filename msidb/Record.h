@@ -26,9 +26,7 @@ class Record {
 
   bool IsNull(UINT field) const noexcept;
 
-  /// Raises ERROR_INVALID_TABLE when the record, a row of `table`, has fewer fields than the
-  /// table's definition gives it: reading past the last one gives empty values and no error.
-  void RequireFields(UINT count, const wchar_t* table) const;
+  UINT FieldCount() const noexcept;
 
   void SetString(UINT field, const CWideString& text);
   void SetInteger(UINT field, int value);

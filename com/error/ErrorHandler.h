@@ -20,8 +20,9 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
 /// Runs `work`, which returns an HRESULT, and answers what it answers; an exception is reported
 /// under the class and becomes the result. An error object from before the call is dropped first.
 ///
-/// Every interface method that can fail does its work in here: nothing else in the server catches
-/// but DropFailures.
+/// Every interface method that can fail does its work in here. Elsewhere only DropFailures and
+/// KeepFailure catch, and msidb/ImageDatabase, which raises what the reader of bytes throws as
+/// failures of the installer.
 template <class Work>
 HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   ::SetErrorInfo(0, nullptr);

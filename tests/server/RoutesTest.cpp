@@ -178,7 +178,8 @@ TEST_F(RoutesTest, Scripts) {
   }
   const std::wstring unhandled = RunScript(L"JScript", L"\nmodule.Open('x')", NewModule().Get());
   EXPECT_THAT(unhandled, testing::StartsWith(L"0x" + code + L" line 2 "));
-  EXPECT_THAT(unhandled, testing::EndsWith(L"MsiOpenDatabase(x)"));
+  EXPECT_THAT(unhandled, testing::HasSubstr(L"MsiOpenDatabase("));
+  EXPECT_THAT(unhandled, testing::EndsWith(L"\\x)")) << "a path is made full";
   // The JScript of Wine keeps a reference on every enumerator.
   Settle();
 }

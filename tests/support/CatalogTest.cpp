@@ -125,4 +125,4 @@ std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t*
   return KeysOf(modules.Get());
 }
 
-int FilesOpened() { return CallCount("MsiOpenDatabaseW") + CallCount("MsiGetSummaryInformationW"); }
+int FilesOpened() { return CallCount("CreateFileW"); }

@@ -15,6 +15,7 @@ const char* s_failed = nullptr;
 std::map<std::string_view, int> s_calls;
 int s_heapBlocks = 0;
 int s_fileSearches = 0;
+std::set<HANDLE> s_openFiles;
 
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
@@ -78,6 +79,43 @@ BOOL WINAPI EndSearch(HANDLE search) {
   return ::FindClose(search);
 }
 
+HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
+                       SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                       HANDLE fileTemplate) {
+  if (Fails(FaultKind::File, "CreateFileW")) {
+    ::SetLastError(ERROR_SHARING_VIOLATION);
+    return INVALID_HANDLE_VALUE;
+  }
+  HANDLE file = ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
+  if (file != INVALID_HANDLE_VALUE) {
+    s_openFiles.insert(file);
+  }
+  return file;
+}
+BOOL WINAPI GetInformation(HANDLE file, FILE_INFO_BY_HANDLE_CLASS kind, void* information,
+                           DWORD size) {
+  if (Fails(FaultKind::File, "GetFileInformationByHandleEx")) {
+    ::SetLastError(ERROR_NOT_READY);
+    return FALSE;
+  }
+  return ::GetFileInformationByHandleEx(file, kind, information, size);
+}
+BOOL WINAPI ReadSome(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* place) {
+  if (Fails(FaultKind::File, "ReadFile")) {
+    ::SetLastError(ERROR_READ_FAULT);
+    return FALSE;
+  }
+  return ::ReadFile(file, bytes, count, read, place);
+}
+BOOL WINAPI ReadLess(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* place) {
+  const bool isShort = Fails(FaultKind::ShortRead, "ReadFile, short");
+  return ReadSome(file, bytes, isShort ? count / 2 : count, read, place);
+}
+BOOL WINAPI CloseFile(HANDLE file) {
+  s_openFiles.erase(file);
+  return ::CloseHandle(file);
+}
+
 // The address of an imported function is no constant.
 BSTR WINAPI AllocText(const wchar_t* text) { return ::SysAllocString(text); }
 BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
@@ -88,6 +126,11 @@ template <class Function>
 ImportedFunction Handwritten(const char* name, Function function, const char* dll = "msvcrt.dll") {
   void* const replacement = reinterpret_cast<void*>(function);
   return {FaultKind::Heap, dll, name, nullptr, false, E_OUTOFMEMORY, replacement};
+}
+
+/// A function whose failure is reported under the name of the installer's that would have read.
+ImportedFunction OfFiles(FaultKind kind, const char* name, DWORD code, void* replacement) {
+  return {kind, "kernel32.dll", name, L"Msi", false, HRESULT_FROM_WIN32(code), replacement};
 }
 
 #define INSTALLER(name, failure, code, ...)          \
@@ -109,6 +152,13 @@ const ImportedFunction kFunctions[] = {
     Handwritten("calloc", &Calloc),
     Handwritten("realloc", &Realloc),
     Handwritten("free", &Free),
+    OfFiles(FaultKind::File, "CreateFileW", ERROR_SHARING_VIOLATION,
+            reinterpret_cast<void*>(&OpenFile)),
+    OfFiles(FaultKind::File, "GetFileInformationByHandleEx", ERROR_NOT_READY,
+            reinterpret_cast<void*>(&GetInformation)),
+    OfFiles(FaultKind::File, "ReadFile", ERROR_READ_FAULT, reinterpret_cast<void*>(&ReadLess)),
+    OfFiles(FaultKind::ShortRead, "ReadFile, short", ERROR_FILE_INVALID, nullptr),
+    Handwritten("CloseHandle", &CloseFile, "kernel32.dll"),
     Handwritten("FindFirstFileW", &FindFirst, "kernel32.dll"),
     Handwritten("FindClose", &EndSearch, "kernel32.dll"),
     Replace<FaultKind::Text, &AllocText>("oleaut32.dll", "SysAllocString"),
@@ -147,7 +197,9 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
 void ReplaceFaultyImports(HMODULE server) {
   s_heapBlocks = 0;
   for (const ImportedFunction& function : kFunctions) {
-    ReplaceImport(server, function.dll, function.name, function.replacement);
+    if (function.replacement) {
+      ReplaceImport(server, function.dll, function.name, function.replacement);
+    }
   }
 }
 
@@ -173,3 +225,5 @@ int CallCount(const char* name) { return s_calls[name]; }
 int HeapBlocks() { return s_heapBlocks; }
 
 int FileSearches() { return s_fileSearches; }
+
+int OpenFiles() { return static_cast<int>(s_openFiles.size()); }

@@ -7,6 +7,8 @@
 
 enum class FaultKind {
   Installer,  ///< functions of the installer that report failures, each in its own way
+  File,       ///< opening and reading files
+  ShortRead,  ///< reading that succeeds and comes up short
   Heap,       ///< malloc and its relatives, which are under operator new
   Text,       ///< SysAllocString and its relatives
 };
@@ -47,8 +49,9 @@ int CallCount(const char* name);
 /// Blocks that the server allocated on the heap since the replacement, less those that it freed.
 int HeapBlocks();
 
-/// File searches that the server has open.
+/// File searches and files that the server has open.
 int FileSearches();
+int OpenFiles();
 
 /// Calls `run` with call 1, 2, 3, ... of the kind failing until a run in which no call is left to
 /// fail. Returns the number of runs in which one failed.

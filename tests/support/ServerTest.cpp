@@ -1,5 +1,7 @@
 #include "tests/support/ServerTest.h"
 
+#include <filesystem>
+
 #include "common/Bstr.h"
 #include "msidb/MsiHandle.h"
 #include "tests/support/Answers.h"
@@ -60,12 +62,23 @@ void CServerTest::SetUp() {
 
 void CServerTest::TearDown() {
   ExpectNothingLeft();
+  for (const HMODULE sibling : m_siblings) {
+    ::FreeLibrary(sibling);
+  }
   ::CoUninitialize();
   m_server.Unload();
   // COM does not let a DLL go that is locked, as after a script whose engine leaks; the next test
   // shall begin with a new one all the same.
   while (const HMODULE left = ::GetModuleHandleW(m_serverPath.c_str())) {
     ::FreeLibrary(left);
+  }
+}
+
+void CServerTest::KeepSiblingsLoaded() {
+  for (const wchar_t* const name : {L"QmAppServices.dll", L"Gleaner.dll", L"Corvane8.dll"}) {
+    const auto path = std::filesystem::path(m_serverPath).replace_filename(name);
+    m_siblings.push_back(::LoadLibraryW(path.c_str()));
+    EXPECT_TRUE(m_siblings.back());
   }
 }
 
@@ -88,7 +101,8 @@ std::string CServerTest::Alive() const {
   return std::to_string(TaskMemoryBlocks()) + " blocks of task memory, " +
          std::to_string(HeapBlocks()) + " of the server's heap, " +
          std::to_string(::MsiCloseAllHandles()) + " installer handles, " +
-         std::to_string(FileSearches()) + " file searches, " + (locked ? "locked" : "not locked");
+         std::to_string(FileSearches()) + " file searches, " + std::to_string(OpenFiles()) +
+         " files, " + (locked ? "locked" : "not locked");
 }
 
 CComPtr<IMergeModuleTavik> CServerTest::OpenModule(const std::wstring& path) const {

@@ -4,6 +4,7 @@
 #include <gtest/gtest.h>
 
 #include <string>
+#include <vector>
 
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
@@ -59,6 +60,9 @@ class CServerTest : public ::testing::Test {
   /// Has the server make what it makes once for all, and takes what is alive then as the state to
   /// which the test has to return.
   virtual void Settle();
+  /// For sweeps: the server lets its siblings go whenever nothing is alive, and each time that one
+  /// is loaded again costs one of the thread-local slots of the process.
+  void KeepSiblingsLoaded();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
   CComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }
@@ -77,4 +81,5 @@ class CServerTest : public ::testing::Test {
   std::string Alive() const;
 
   std::string m_before;
+  std::vector<HMODULE> m_siblings;
 };

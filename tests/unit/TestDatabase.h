@@ -4,6 +4,7 @@
 
 #include "msidb/Database.h"
 #include "msidb/View.h"
+#include "tests/support/UnknownKind.h"
 
 /// A name for a new file, which is deleted with the object.
 struct CTempFile {
@@ -32,6 +33,14 @@ struct TestDatabase {
     msidb::View view;
     view.RunTable(database, table);
     view.Modify(MSIMODIFY_INSERT, row);
+  }
+
+  /// Ends the writing, so that others may read the file.
+  void CommitAndClose() {
+    if (database.Get()) {
+      database.Commit();
+      const msidb::Database closed = std::move(database);
+    }
   }
 
   CTempFile file;  // goes after the database, which has it open

@@ -1,0 +1,51 @@
+#include "msidb/CodePageText.h"
+
+#include <algorithm>
+
+namespace msidb {
+
+namespace {
+
+/// Whether bytes below 0x80 stand for the characters of ASCII, each by itself. True for the code
+/// pages of nearly all modules, whose keys and names are ASCII.
+bool ContainsAscii(UINT codePage) noexcept {
+  switch (codePage) {
+    case CP_ACP:
+    case CP_UTF8:
+    case 874:
+    case 932:
+    case 936:
+    case 949:
+    case 950:
+      return true;
+    default:
+      return codePage >= 1250 && codePage <= 1258;
+  }
+}
+
+bool IsAscii(std::string_view bytes) noexcept {
+  return std::all_of(bytes.begin(), bytes.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+}  // namespace
+
+CWideString DecodeText(std::string_view bytes, UINT codePage) {
+  bytes = bytes.substr(0, bytes.find('\0'));
+  if (bytes.empty()) {
+    return {};
+  }
+  if (ContainsAscii(codePage) && IsAscii(bytes)) {
+    return CWideString(std::wstring(bytes.begin(), bytes.end()));
+  }
+  const auto convert = [&](wchar_t* text, int length) {
+    return ::MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text,
+                                 length);
+  };
+  std::wstring text(static_cast<std::size_t>(std::max(0, convert(nullptr, 0))), L'\0');
+  const int length = convert(text.data(), static_cast<int>(text.size()));
+  text.resize(static_cast<std::size_t>(std::max(0, length)));
+  return CWideString(std::move(text));
+}
+
+}  // namespace msidb

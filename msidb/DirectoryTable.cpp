@@ -1,0 +1,36 @@
+#include "msidb/DirectoryTable.h"
+
+namespace msidb {
+
+DirectoryTable::DirectoryTable(const ModuleDatabase& database) : m_database(database) {
+  if (!database.HasTable(L"Directory")) {
+    return;
+  }
+  const auto rows = database.ReadTable(L"Directory");
+  while (rows->Next()) {
+    m_keys.push_back(rows->GetString(1));
+    m_rows.try_emplace(m_keys.back(), DirectoryRow{rows->GetString(2), rows->GetString(3)});
+  }
+}
+
+const DirectoryRow* DirectoryTable::Find(const CWideString& key) const {
+  const auto found = m_rows.find(key);
+  return found == m_rows.end() ? nullptr : &found->second;
+}
+
+const CWideString* DirectoryTable::FindProperty(const CWideString& name) const {
+  if (!m_properties) {
+    std::map<CWideString, CWideString> properties;
+    if (m_database.HasTable(L"Property")) {
+      const auto rows = m_database.ReadTable(L"Property");
+      while (rows->Next()) {
+        properties.try_emplace(rows->GetString(1), rows->GetString(2));
+      }
+    }
+    m_properties = std::move(properties);
+  }
+  const auto found = m_properties->find(name);
+  return found == m_properties->end() ? nullptr : &found->second;
+}
+
+}  // namespace msidb

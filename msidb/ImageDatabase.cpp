@@ -1,0 +1,225 @@
+#include "msidb/ImageDatabase.h"
+
+#include <algorithm>
+#include <climits>
+#include <numeric>
+#include <string>
+#include <utility>
+#include <vector>
+
+#include "msidb/CodePageText.h"
+#include "msidb/InstallerResult.h"
+#include "msidb/MsiHandle.h"
+
+using qm::image::Damage;
+using qm::image::DamagedPart;
+
+namespace msidb {
+
+namespace {
+
+UINT CodeOf(DamagedPart part) noexcept {
+  return part == DamagedPart::NoDatabase ? ERROR_OPEN_FAILED : ERROR_FILE_CORRUPT;
+}
+
+/// The sentences of the reader are ASCII.
+CWideString Widen(std::string_view text) {
+  return CWideString(std::wstring(text.begin(), text.end()));
+}
+
+/// Runs `work`, whose failures are those of opening the file or its summary information under the
+/// name `call`.
+template <class Work>
+auto RunAsOpening(const wchar_t* call, const CWideString& path, Work work) {
+  try {
+    return work();
+  } catch (const FileFailure& failure) {
+    RaiseFileFailure(failure.code, failure.cause, call, path.c_str());
+  } catch (const Damage& damage) {
+    RaiseFileFailure(CodeOf(damage.Part()), Widen(damage.what()), call, path.c_str());
+  }
+}
+
+/// Runs `work`, whose failures are those of a query. The calls of a query have no path, so the
+/// sentence names it.
+template <class Work>
+auto RunAsQuery(const CWideString& path, Work work) {
+  const auto withPath = [&](const CWideString& cause) {
+    return cause.empty() ? cause : path + L": " + cause;
+  };
+  try {
+    return work();
+  } catch (const FileFailure& failure) {
+    RaiseFileFailure(failure.code, withPath(failure.cause), L"MsiViewExecute");
+  } catch (const Damage& damage) {
+    const bool isRow = damage.Part() == DamagedPart::Row;
+    RaiseFileFailure(CodeOf(damage.Part()), withPath(Widen(damage.what())),
+                     isRow ? L"MsiViewFetch" : L"MsiViewExecute");
+  }
+}
+
+/// Names of tables and columns that the server asks for are ASCII.
+std::string Narrow(const wchar_t* name) {
+  std::string narrow;
+  for (; *name; ++name) {
+    narrow += static_cast<char>(*name);
+  }
+  return narrow;
+}
+
+/// The number that a text stands for as a whole; the null number for any other text.
+int ParseInteger(std::string_view text) noexcept {
+  const bool isNegative = !text.empty() && text.front() == '-';
+  const std::string_view digits = text.substr(isNegative ? 1 : 0);
+  long long number = 0;
+  for (const char digit : digits) {
+    if (digit < '0' || digit > '9' || number > INT_MAX) {
+      return MSI_NULL_INTEGER;
+    }
+    number = number * 10 + (digit - '0');
+  }
+  number = isNegative ? -number : number;
+  return digits.empty() || number > INT_MAX || number < -INT_MAX ? MSI_NULL_INTEGER
+                                                                 : static_cast<int>(number);
+}
+
+/// The numbers of the rows in the order of a column: null first, numbers by value, texts by their
+/// number in the string pool, rows of one value as they stand.
+std::vector<std::size_t> OrderOf(const qm::image::Rows& rows, std::size_t column) {
+  std::vector<std::size_t> order(rows.Count());
+  std::iota(order.begin(), order.end(), std::size_t{0});
+  const bool isInteger = rows.GetTable().columns[column].kind == qm::image::ColumnKind::Integer;
+  std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
+    return isInteger ? std::pair(rows.Integer(a, column), a) < std::pair(rows.Integer(b, column), b)
+                     : std::pair(rows.StringNumber(a, column), a) <
+                           std::pair(rows.StringNumber(b, column), b);
+  });
+  return order;
+}
+
+class ImageRows final : public TableRows {
+ public:
+  ImageRows(const CWideString& path, UINT codePage, qm::image::Rows rows,
+            std::vector<std::size_t> order)
+      : m_path(path), m_codePage(codePage), m_rows(std::move(rows)), m_order(std::move(order)) {}
+
+  bool Next() override {
+    if (m_next == m_rows.Count()) {
+      return false;
+    }
+    m_row = m_order.empty() ? m_next : m_order[m_next];
+    ++m_next;
+    return true;
+  }
+
+  UINT FieldCount() const override { return static_cast<UINT>(Columns().size()); }
+
+  CWideString GetString(UINT field) const override {
+    switch (KindOf(field)) {
+      case Kind::Text:
+        return DecodeText(BytesOf(field), m_codePage);
+      case Kind::Integer: {
+        const auto number = m_rows.Integer(m_row, field - 1);
+        return number ? CWideString(std::to_wstring(*number)) : CWideString();
+      }
+      default:
+        return {};
+    }
+  }
+
+  int GetInteger(UINT field) const override {
+    switch (KindOf(field)) {
+      case Kind::Text:
+        return ParseInteger(BytesOf(field));
+      case Kind::Integer:
+        return m_rows.Integer(m_row, field - 1).value_or(MSI_NULL_INTEGER);
+      default:
+        return MSI_NULL_INTEGER;
+    }
+  }
+
+ private:
+  using Kind = qm::image::ColumnKind;
+
+  const std::vector<qm::image::Column>& Columns() const noexcept {
+    return m_rows.GetTable().columns;
+  }
+
+  Kind KindOf(UINT field) const noexcept {
+    return field - 1 < Columns().size() ? Columns()[field - 1].kind : Kind::Stream;
+  }
+
+  std::string_view BytesOf(UINT field) const {
+    return RunAsQuery(m_path, [&] { return m_rows.Text(m_row, field - 1); });
+  }
+
+  const CWideString& m_path;  // of the database, which outlives its rows
+  UINT m_codePage;
+  qm::image::Rows m_rows;
+  std::vector<std::size_t> m_order;  ///< empty for the table's own
+  std::size_t m_next = 0;
+  std::size_t m_row = 0;
+};
+
+}  // namespace
+
+ImageDatabase::ImageDatabase(const CWideString& path) : m_path(path) {
+  RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
+    m_file.emplace(m_path);
+    m_database.emplace(*m_file);
+  });
+}
+
+bool ImageDatabase::IsOfKnownKind() const {
+  const UINT codePage = m_database->Strings().CodePage();
+  return !m_database->UnknownKind() && (codePage == CP_ACP || ::IsValidCodePage(codePage));
+}
+
+void ImageDatabase::Verify() {
+  RunAsOpening(L"MsiOpenDatabase", m_path, [&] { m_database->Verify(); });
+}
+
+bool ImageDatabase::HasTable(const wchar_t* table) const {
+  return m_database->HasTable(Narrow(table));
+}
+
+std::unique_ptr<TableRows> ImageDatabase::ReadTable(const wchar_t* table,
+                                                    const wchar_t* orderBy) const {
+  const std::string name = Narrow(table);
+  if (!m_database->HasTable(name)) {
+    RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
+  }
+  return RunAsQuery(m_path, [&]() -> std::unique_ptr<TableRows> {
+    qm::image::Rows rows = m_database->ReadTable(name);
+    std::vector<std::size_t> order;
+    if (orderBy) {
+      const auto column = rows.GetTable().FindColumn(Narrow(orderBy));
+      if (!column) {
+        RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
+      }
+      order = OrderOf(rows, *column);
+    }
+    return std::make_unique<ImageRows>(m_path, m_database->Strings().CodePage(), std::move(rows),
+                                       std::move(order));
+  });
+}
+
+CWideString ImageDatabase::SummaryText(UINT property) {
+  if (!m_isSummaryRead) {
+    m_summary = RunAsOpening(L"MsiGetSummaryInformation", m_path,
+                             [&] { return m_database->ReadSummary(); });
+    m_isSummaryRead = true;
+  }
+  const auto text = m_summary ? m_summary->Text(property) : std::nullopt;
+  if (!text) {
+    return {};
+  }
+  const UINT codePage = m_summary->CodePage();
+  return DecodeText(*text, ::IsValidCodePage(codePage) ? codePage : CP_ACP);
+}
+
+void ImageDatabase::RequireUnchanged() const {
+  RunAsQuery(m_path, [&] { m_file->RequireUnchanged(); });
+}
+
+}  // namespace msidb

@@ -1,0 +1,39 @@
+#pragma once
+
+#include <optional>
+
+#include "image/Database.h"
+#include "msidb/ModuleDatabase.h"
+#include "msidb/ModuleFile.h"
+
+namespace msidb {
+
+/// A module's database as image/ reads it from the bytes of the file.
+///
+/// A failure has the code and the call that the installer's would have, and in place of the
+/// installer's text one sentence on what is wrong with the file.
+class ImageDatabase final : public ModuleDatabase {
+ public:
+  explicit ImageDatabase(const CWideString& path);
+
+  /// Whether the reader knows everything that it met in the file.
+  bool IsOfKnownKind() const;
+
+  /// Reads all tables and the summary information; raises the first damage.
+  void Verify();
+
+  bool HasTable(const wchar_t* table) const override;
+  std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
+  CWideString SummaryText(UINT property) override;
+  void RequireUnchanged() const override;
+
+ private:
+  CWideString m_path;
+  std::optional<ModuleFile> m_file;
+  // Reading a table goes on in the file, but changes nothing that a caller could tell.
+  mutable std::optional<qm::image::Database> m_database;
+  std::optional<qm::image::SummaryInformation> m_summary;
+  bool m_isSummaryRead = false;
+};
+
+}  // namespace msidb

@@ -1,0 +1,28 @@
+#pragma once
+
+#include <optional>
+
+#include "msidb/Database.h"
+#include "msidb/ModuleDatabase.h"
+#include "msidb/SummaryInfo.h"
+
+namespace msidb {
+
+/// A module's database as the installer reads it.
+class InstallerDatabase final : public ModuleDatabase {
+ public:
+  explicit InstallerDatabase(const CWideString& path)
+      : m_path(path), m_database(Database::OpenReadOnly(path)) {}
+
+  bool HasTable(const wchar_t* table) const override { return m_database.HasTable(table); }
+  std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
+  CWideString SummaryText(UINT property) override;
+  void RequireUnchanged() const override {}  // the installer keeps writers out
+
+ private:
+  CWideString m_path;
+  Database m_database;
+  std::optional<SummaryInfo> m_summary;
+};
+
+}  // namespace msidb

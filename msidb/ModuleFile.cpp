@@ -1,0 +1,67 @@
+#include "msidb/ModuleFile.h"
+
+#include "common/Path.h"
+
+namespace msidb {
+
+namespace {
+
+[[noreturn]] void ThrowOpenFailure(const CWideString& longPath) {
+  const DWORD code = ::GetLastError();
+  const DWORD attributes = code == ERROR_ACCESS_DENIED ? ::GetFileAttributesW(longPath.c_str())
+                                                       : INVALID_FILE_ATTRIBUTES;
+  const bool isFolder =
+      attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
+  throw FileFailure{code, isFolder ? L"The path is that of a folder." : L""};
+}
+
+}  // namespace
+
+ModuleFile::ModuleFile(const CWideString& path) {
+  const CWideString longPath = LongPath(path);
+  // Deleting and renaming are allowed: neither changes what is read here, and a build that replaces
+  // a module does not fail because somebody looks at the old one.
+  m_file.Reset(::CreateFileW(longPath.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
+                             nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!m_file) {
+    ThrowOpenFailure(longPath);
+  }
+  m_stamp = GetStamp();
+}
+
+// Asked for in two parts: GetFileInformationByHandle also looks the volume up, which takes longer
+// than everything else that is done with a small module.
+ModuleFile::Stamp ModuleFile::GetStamp() const {
+  FILE_STANDARD_INFO standard;
+  FILE_BASIC_INFO basic;
+  if (!::GetFileInformationByHandleEx(m_file.Get(), FileStandardInfo, &standard, sizeof standard) ||
+      !::GetFileInformationByHandleEx(m_file.Get(), FileBasicInfo, &basic, sizeof basic)) {
+    throw FileFailure{::GetLastError(), {}};
+  }
+  return {static_cast<std::uint64_t>(standard.EndOfFile.QuadPart), basic.LastWriteTime.QuadPart};
+}
+
+void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
+  OVERLAPPED place{};
+  place.Offset = static_cast<DWORD>(offset);
+  place.OffsetHigh = static_cast<DWORD>(offset >> 32U);
+  DWORD read = 0;
+  if (!::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, &place)) {
+    const DWORD code = ::GetLastError();
+    if (code != ERROR_HANDLE_EOF) {
+      throw FileFailure{code, {}};
+    }
+  }
+  if (read != count) {
+    throw FileFailure{ERROR_FILE_INVALID, L"The file became shorter while it was read."};
+  }
+}
+
+void ModuleFile::RequireUnchanged() const {
+  const Stamp now = GetStamp();
+  if (now.size != m_stamp.size || now.lastWrite != m_stamp.lastWrite) {
+    throw FileFailure{ERROR_FILE_INVALID, L"The file was written while it was read."};
+  }
+}
+
+}  // namespace msidb
