@@ -1,7 +1,9 @@
 #include "com/frame/DispatchImpl.h"
 
+#include <memory>
 #include <utility>
 
+#include "com/error/ErrorHandler.h"
 #include "common/ComPtr.h"
 
 namespace {
@@ -25,16 +27,26 @@ HRESULT CTypeInfoHolder::Load() noexcept {
   }
   CComPtr<ITypeLib> library;
   HRESULT hr = TypeLibraries::Instance().Get(m_library, library.Put());
-  if (SUCCEEDED(hr)) {
-    hr = library->GetTypeInfoOfGuid(m_iid, &m_info);
+  if (FAILED(hr)) {
+    return hr;
   }
-  if (SUCCEEDED(hr)) {
+  CComPtr<ITypeInfo> info;
+  hr = library->GetTypeInfoOfGuid(m_iid, info.Put());
+  if (FAILED(hr)) {
+    return hr;
+  }
+  return RunAtBoundary(GUID_NULL, [&] {
+    m_table = new DispatchTable(*info);
+    m_info = info.Detach();
     Enlist();
-  }
-  return hr;
+    return S_OK;
+  });
 }
 
-void CTypeInfoHolder::End() noexcept { std::exchange(m_info, nullptr)->Release(); }
+void CTypeInfoHolder::End() noexcept {
+  delete std::exchange(m_table, nullptr);
+  std::exchange(m_info, nullptr)->Release();
+}
 
 HRESULT CTypeInfoHolder::GetTypeInfo(ITypeInfo** out) noexcept {
   const HRESULT hr = Load();
@@ -54,7 +66,16 @@ HRESULT CTypeInfoHolder::GetIdsOfNames(REFIID iid, wchar_t** names, UINT count,
     return E_INVALIDARG;
   }
   const HRESULT hr = Load();
-  return SUCCEEDED(hr) ? m_info->GetIDsOfNames(names, count, ids) : hr;
+  if (FAILED(hr)) {
+    return hr;
+  }
+  if (count == 1 && names[0]) {
+    ids[0] = m_table->FindMember(names[0]);
+    if (ids[0] != DISPID_UNKNOWN) {
+      return S_OK;
+    }
+  }
+  return m_info->GetIDsOfNames(names, count, ids);
 }
 
 HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD flags,
@@ -74,6 +95,11 @@ HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD fl
   ::SetErrorInfo(0, nullptr);
   if (flags == DISPATCH_METHOD) {
     flags |= DISPATCH_PROPERTYGET;
+  }
+  const bool mayBeGetter = (flags & DISPATCH_PROPERTYGET) != 0 && result &&
+                           parameters->cArgs == 0 && parameters->cNamedArgs == 0;
+  if (const auto* const getter = mayBeGetter ? m_table->FindGetter(member) : nullptr) {
+    return InvokeGetter(object, *getter, *result, exception);
   }
   hr = m_info->Invoke(object, member, flags, parameters, result, exception, badArgument);
   if (SUCCEEDED(hr) && result) {

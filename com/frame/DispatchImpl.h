@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "com/frame/DispatchTable.h"
 #include "com/frame/TypeLibraries.h"
 #include "common/ModuleLifetime.h"
 
@@ -15,9 +16,10 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
   HRESULT GetTypeInfo(ITypeInfo** out) noexcept;
   HRESULT GetIdsOfNames(REFIID iid, wchar_t** names, UINT count, DISPID* ids) noexcept;
 
-  /// Calls a member of `object`, which implements the interface. Beyond what ITypeInfo does: a call
-  /// that says "method" alone also finds a property, since some script hosts ask so, and a result
-  /// of type VT_UNKNOWN is handed on as VT_DISPATCH where the object answers it.
+  /// Calls a member of `object`, which implements the interface, as ITypeInfo does; what scripts
+  /// ask most takes a shorter way. Beyond that a call that says "method" alone also finds a
+  /// property, since some script hosts ask so, and a result of type VT_UNKNOWN is handed on as
+  /// VT_DISPATCH where the object answers it.
   HRESULT Invoke(void* object, DISPID member, REFIID iid, WORD flags, DISPPARAMS* parameters,
                  VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept;
 
@@ -28,6 +30,7 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
   const IID& m_iid;
   TypeLibrary m_library;
   ITypeInfo* m_info = nullptr;
+  DispatchTable* m_table = nullptr;  ///< with m_info
 };
 
 /// IDispatch of a dual interface, answered from the type information of Described: Interface itself

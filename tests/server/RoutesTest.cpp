@@ -123,6 +123,97 @@ TEST_F(RoutesTest, EnumeratorsComeFromTheirSlotsAndByName) {
   }
 }
 
+/// What a call through IDispatch or ITypeInfo answers, as a text.
+template <class Call>
+std::wstring AnswerOf(Call call, bool withResult) {
+  CVariant result;
+  EXCEPINFO exception{};
+  UINT badArgument = 99;
+  const HRESULT hr = call(withResult ? &result : nullptr, &exception, &badArgument);
+  std::wstring answer =
+      FailureText(hr, L"") + std::to_wstring(badArgument) + L" " + std::to_wstring(exception.scode);
+  if (SUCCEEDED(hr)) {  // after a failure the result is of no use
+    answer += L" type " + std::to_wstring(result.vt);
+  }
+  if (SUCCEEDED(hr) && result.vt == VT_BSTR) {
+    answer.append(L" ").append(ViewOf(result.bstrVal));
+  } else if (SUCCEEDED(hr) && (result.vt == VT_I4 || result.vt == VT_BOOL)) {
+    answer += L" " + std::to_wstring(result.vt == VT_BOOL ? result.boolVal : result.lVal);
+  }
+  for (const BSTR text :
+       {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) {
+    answer.append(L" ").append(ViewOf(text));
+    ::SysFreeString(text);
+  }
+  return answer;
+}
+
+/// Calls every member of an object in every way that a host may try, and expects the answers of the
+/// type information.
+void ExpectAnswersOfTypeInfo(IDispatch* object) {
+  CComPtr<ITypeInfo> info;
+  ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Put()));
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
+  const GUID iid = attributes->guid;
+  info->ReleaseTypeAttr(attributes);
+  CComPtr<IUnknown> interfacePointer;
+  ASSERT_EQ(S_OK, object->QueryInterface(iid, reinterpret_cast<void**>(interfacePointer.Put())));
+
+  CVariant number(1);
+  DISPID named = DISPID_PROPERTYPUT;
+  DISPPARAMS arguments[] = {
+      {nullptr, nullptr, 0, 0}, {&number, nullptr, 1, 0}, {&number, &named, 1, 1}};
+  for (DISPID member = -6; member < 30; ++member) {
+    for (const WORD flags : {DISPATCH_PROPERTYGET, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                             DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF}) {
+      for (DISPPARAMS& parameters : arguments) {
+        for (const bool withResult : {true, false}) {
+          SCOPED_TRACE(testing::Message()
+                       << "member " << member << ", flags " << flags << ", " << parameters.cArgs
+                       << " arguments, " << parameters.cNamedArgs << " named");
+          EXPECT_EQ(AnswerOf(
+                        [&](auto... out) {
+                          return info->Invoke(interfacePointer.Get(), member, flags, &parameters,
+                                              out...);
+                        },
+                        withResult),
+                    AnswerOf(
+                        [&](auto... out) {
+                          return object->Invoke(member, IID_NULL, LOCALE_NEUTRAL, flags,
+                                                &parameters, out...);
+                        },
+                        withResult));
+        }
+      }
+    }
+    CUniqueBstr name;
+    UINT count = 0;
+    if (member >= 0 && SUCCEEDED(info->GetNames(member, name.Put(), 1, &count)) && count == 1) {
+      ::CharUpperW(name.Get());
+      for (const wchar_t* const suffix : {L"", L"x"}) {
+        std::wstring text = std::wstring(ViewOf(name.Get())) + suffix;
+        wchar_t* names[] = {text.data()};
+        DISPID expected = 7, found = 7;
+        EXPECT_EQ(info->GetIDsOfNames(names, 1, &expected),
+                  object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &found));
+        EXPECT_EQ(expected, found);
+      }
+    }
+  }
+}
+
+TEST_F(RoutesTest, DispatchAnswersWhatTheTypeInformationDoes) {
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  ExpectAnswersOfTypeInfo(module.Get());
+  ExpectAnswersOfTypeInfo(NewModule().Get());  // of which every property fails
+  const CComPtr<IMMFiles> files = OpenFiles();
+  ExpectAnswersOfTypeInfo(files.Get());
+  CComPtr<IMMFile> file;
+  ASSERT_EQ(S_OK, files->get_Item(CVariant(1), file.Put()));
+  ExpectAnswersOfTypeInfo(file.Get());
+}
+
 TEST_F(RoutesTest, Scripts) {
   const std::wstring everything =
       L"ZuluDialog,AlphaDialog,ZuluAction,AlphaAction,Need.A:0,Need.B:1031,Avoid.A:-1033,"

@@ -39,7 +39,26 @@ void CCatalogTest::Settle() {
   WriteText(L"settling\\ObjectGallery\\x.ini", "[MergeModule]\r\nModuleID=Described\r\n");
   SetSearchPath(L"*settling");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"settling").c_str());
-  EXPECT_EQ(L"Settling:1033 Described:0", KeysOf(NewCatalog().Get()));
+  {
+    const auto catalog = NewCatalog();
+    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    EXPECT_EQ(L"Settling:1033 Described:0", KeysOf(list.Get()));
+    // Names and slots of an interface are kept from the first call by name on.
+    CComPtr<IMMSources> sources;
+    CComPtr<IMMSource> source;
+    EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put()));
+    EXPECT_EQ(S_OK, sources->get_Item(CVariant(1), source.Put()));
+    const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
+    const auto module = ModuleAt(list.Get(), 1);
+    for (IDispatch* const object : std::initializer_list<IDispatch*>{
+             catalog.Get(), list.Get(), module.Get(), sources.Get(), source.Get(), manager.Get()}) {
+      DISPID member;
+      wchar_t name[] = L"none";
+      wchar_t* names[] = {name};
+      EXPECT_EQ(DISP_E_UNKNOWNNAME,
+                object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &member));
+    }
+  }
   ForgetAll();
   m_server.Factory(CLSID_MMCatalogPro);
   m_server.Factory(CLSID_MMCatalogManager);
