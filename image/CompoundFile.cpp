@@ -15,6 +15,7 @@ namespace {
 
 constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kFrontSize = 8192;
+constexpr std::size_t kWindowSize = 16384;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
 // Streams of this size and more have whole sectors.
@@ -189,13 +190,28 @@ void CompoundFile::ReadDirectory() {
   }
 }
 
-/// Reads from the front where that has the bytes.
+/// Reads from the front where that has the bytes. Other small pieces come from a window: what a
+/// database needs beside its front is mostly scattered over few places.
 void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
   if (offset < m_front.size() && count <= m_front.size() - offset) {
     std::memcpy(bytes, m_front.data() + offset, count);
-  } else {
-    m_source.Read(offset, bytes, count);
+    return;
   }
+  if (count > kWindowSize / 2) {
+    m_source.Read(offset, bytes, count);
+    return;
+  }
+  const bool isInWindow = offset >= m_windowOffset && offset - m_windowOffset <= m_window.size() &&
+                          count <= m_window.size() - (offset - m_windowOffset);
+  if (!isInWindow) {
+    m_window.clear();  // should reading fail
+    m_windowOffset = offset / (kWindowSize / 2) * (kWindowSize / 2);
+    Bytes window(static_cast<std::size_t>(
+        std::min<std::uint64_t>(kWindowSize, m_source.Size() - m_windowOffset)));
+    m_source.Read(m_windowOffset, window.data(), window.size());
+    m_window = std::move(window);
+  }
+  std::memcpy(bytes, m_window.data() + (offset - m_windowOffset), count);
 }
 
 /// Reads bytes of which some may lie beyond the end of the file, where a writer did not pad the

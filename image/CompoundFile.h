@@ -103,7 +103,9 @@ class CompoundFile {
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
-  Bytes m_front;  ///< the beginning of the file, which serves most reads of a small file
+  Bytes m_front;   ///< the beginning of the file, which serves most reads of a small file
+  Bytes m_window;  ///< what was read last elsewhere, with some bytes around it
+  std::uint64_t m_windowOffset = 0;
   Header m_header{};
   std::uint64_t m_sectorCount = 0;  ///< a last sector that is not complete included
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
