@@ -6,6 +6,7 @@
 #include "com/error/Raise.h"
 #include "common/ModuleKey.h"
 #include "gallery/IniIndexes.h"
+#include "module/LastTables.h"
 #include "msidb/DirectoryResolution.h"
 #include "msidb/ModuleDatabase.h"
 #include "traits/TargetPath.h"
@@ -32,9 +33,7 @@ void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wcha
 /// All rows of `table` of the module at `path`, in the table's own order.
 template <class Use>
 void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
-  const auto database = ModuleDatabase::Open(path);
-  ForEachRow(*database, table, nullptr, use);
-  database->RequireUnchanged();
+  ForEachRow(*OpenForTables(path), table, nullptr, use);
 }
 
 void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
@@ -201,7 +200,7 @@ void CCacheMSM::LoadFiles(FileMap& files) const {
   if (m_bFromGallery) {
     return;
   }
-  const auto database = ModuleDatabase::Open(m_strPath);
+  const auto database = OpenForTables(m_strPath);
 
   DirectoryMap directories;
   ForEachRow(*database, L"Component", L"Component", [&](const TableRows& row) {
@@ -216,5 +215,4 @@ void CCacheMSM::LoadFiles(FileMap& files) const {
     const CWideString key = file.File;
     files.insert_or_assign(key, std::move(file));
   });
-  database->RequireUnchanged();
 }

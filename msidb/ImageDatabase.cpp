@@ -166,6 +166,7 @@ class ImageRows final : public TableRows {
 ImageDatabase::ImageDatabase(const CWideString& path) : m_path(path) {
   RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
     m_file.emplace(m_path);
+    m_stamp = m_file->OpenedStamp();
     m_database.emplace(*m_file);
   });
 }
@@ -190,7 +191,7 @@ std::unique_ptr<TableRows> ImageDatabase::ReadTable(const wchar_t* table,
     RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
   }
   return RunAsQuery(m_path, [&]() -> std::unique_ptr<TableRows> {
-    qm::image::Rows rows = m_database->ReadTable(name);
+    qm::image::Rows rows = RowsOf(name);
     std::vector<std::size_t> order;
     if (orderBy) {
       const auto column = rows.GetTable().FindColumn(Narrow(orderBy));
@@ -217,6 +218,39 @@ CWideString ImageDatabase::SummaryText(UINT property) {
   const UINT codePage = m_summary->CodePage();
   return DecodeText(*text, ::IsValidCodePage(codePage) ? codePage : CP_ACP);
 }
+
+qm::image::Rows ImageDatabase::RowsOf(const std::string& table) const {
+  if (m_file) {
+    return m_database->ReadTable(table);
+  }
+  const LoadedTable& loaded = m_loaded.at(table);
+  if (loaded.failure) {
+    std::rethrow_exception(loaded.failure);
+  }
+  return *loaded.rows;
+}
+
+bool ImageDatabase::LoadAndClose(std::initializer_list<const wchar_t*> tables) {
+  for (const wchar_t* const table : tables) {
+    const std::string name = Narrow(table);
+    if (!m_database->HasTable(name)) {
+      continue;
+    }
+    LoadedTable& loaded = m_loaded[name];
+    try {
+      loaded.rows.emplace(m_database->ReadTable(name));
+    } catch (const Damage&) {
+      loaded.failure = std::current_exception();
+    } catch (const FileFailure&) {
+      loaded.failure = std::current_exception();
+    }
+  }
+  RequireUnchanged();
+  m_file.reset();
+  return true;
+}
+
+bool ImageDatabase::IsCurrent() const { return ModuleFile::IsCurrent(m_path, m_stamp); }
 
 void ImageDatabase::RequireUnchanged() const {
   RunAsQuery(m_path, [&] { m_file->RequireUnchanged(); });

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <exception>
+#include <map>
 #include <optional>
+#include <string>
 
 #include "image/Database.h"
 #include "msidb/ModuleDatabase.h"
@@ -25,13 +28,25 @@ class ImageDatabase final : public ModuleDatabase {
   bool HasTable(const wchar_t* table) const override;
   std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
   CWideString SummaryText(UINT property) override;
+  bool LoadAndClose(std::initializer_list<const wchar_t*> tables) override;
+  bool IsCurrent() const override;
   void RequireUnchanged() const override;
 
  private:
+  /// A table that was read ahead, or why it could not be.
+  struct LoadedTable {
+    std::optional<qm::image::Rows> rows;
+    std::exception_ptr failure;
+  };
+
+  qm::image::Rows RowsOf(const std::string& table) const;
+
   CWideString m_path;
-  std::optional<ModuleFile> m_file;
+  std::optional<ModuleFile> m_file;  ///< nothing once it was closed
+  ModuleFile::Stamp m_stamp;
   // Reading a table goes on in the file, but changes nothing that a caller could tell.
   mutable std::optional<qm::image::Database> m_database;
+  std::map<std::string, LoadedTable> m_loaded;
   std::optional<qm::image::SummaryInformation> m_summary;
   bool m_isSummaryRead = false;
 };

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <initializer_list>
 #include <memory>
 
 #include "common/WideString.h"
@@ -64,6 +65,15 @@ class ModuleDatabase {
   /// empty if it is missing or no text. The first call reads the summary information and fails if
   /// that is damaged.
   virtual CWideString SummaryText(UINT property) = 0;
+
+  /// Reads those of `tables` that there are into memory and closes the file. ReadTable gives these
+  /// tables from then on, and no others; what is wrong with one is raised there. Returns false, and
+  /// does nothing, if this database can only be read while it is open. Raises as RequireUnchanged
+  /// does.
+  virtual bool LoadAndClose(std::initializer_list<const wchar_t*> tables) = 0;
+
+  /// Whether the file is still the one that LoadAndClose read.
+  virtual bool IsCurrent() const = 0;
 
   /// Raises ERROR_FILE_INVALID if the file was written since it was opened, so that what was read
   /// may be of two versions.

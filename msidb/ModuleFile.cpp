@@ -58,10 +58,23 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
 }
 
 void ModuleFile::RequireUnchanged() const {
-  const Stamp now = GetStamp();
-  if (now.size != m_stamp.size || now.lastWrite != m_stamp.lastWrite) {
+  if (!(GetStamp() == m_stamp)) {
     throw FileFailure{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }
+}
+
+bool ModuleFile::IsCurrent(const CWideString& path, const Stamp& stamp) {
+  WIN32_FILE_ATTRIBUTE_DATA found;
+  if (!::GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &found)) {
+    return false;
+  }
+  const auto join = [](DWORD high, DWORD low) {
+    return static_cast<std::uint64_t>(high) << 32U | low;
+  };
+  const FILETIME& lastWrite = found.ftLastWriteTime;
+  return Stamp{join(found.nFileSizeHigh, found.nFileSizeLow),
+               static_cast<LONGLONG>(join(lastWrite.dwHighDateTime, lastWrite.dwLowDateTime))} ==
+         stamp;
 }
 
 }  // namespace msidb

@@ -19,6 +19,16 @@ struct FileFailure {
 /// does is ERROR_SHARING_VIOLATION, as it is when the installer opens a database for reading.
 class ModuleFile final : public qm::image::ByteSource {
  public:
+  /// Identifies the version of a file.
+  struct Stamp {
+    std::uint64_t size = 0;
+    LONGLONG lastWrite = 0;  ///< in units of 100 ns
+
+    bool operator==(const Stamp& other) const noexcept {
+      return size == other.size && lastWrite == other.lastWrite;
+    }
+  };
+
   /// Opens the file at the full path `path`, of any length. Throws FileFailure.
   explicit ModuleFile(const CWideString& path);
 
@@ -31,12 +41,13 @@ class ModuleFile final : public qm::image::ByteSource {
   /// with other systems do not keep their writers out.
   void RequireUnchanged() const;
 
- private:
-  struct Stamp {
-    std::uint64_t size = 0;
-    LONGLONG lastWrite = 0;
-  };
+  /// The version that was opened.
+  const Stamp& OpenedStamp() const noexcept { return m_stamp; }
 
+  /// Whether the file at `path` is there in the version `stamp`. Does not open it.
+  static bool IsCurrent(const CWideString& path, const Stamp& stamp);
+
+ private:
   Stamp GetStamp() const;
 
   CUniqueFile m_file;

@@ -3,6 +3,7 @@
 #include "com/frame/ModuleLock.h"
 #include "com/frame/Registrar.h"
 #include "com/loader/ComponentLoader.h"
+#include "module/LastTables.h"
 #include "server/QMMMUpdaterApp.h"
 
 namespace {
@@ -31,6 +32,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 
 STDAPI DllCanUnloadNow() {
   if (ModuleLock::Count() == 0) {
+    ForgetLastTables();
     UnloadIdleSiblings();
   }
   // Asked after the siblings, whose code may have made an object meanwhile.

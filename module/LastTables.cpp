@@ -1,0 +1,35 @@
+#include "module/LastTables.h"
+
+#include "common/ModuleLifetime.h"
+
+namespace {
+
+struct LastTables {
+  CWideString path;
+  std::shared_ptr<const msidb::ModuleDatabase> database;  ///< null if nothing is kept
+};
+
+CModuleWide<LastTables> theLastTables;
+
+}  // namespace
+
+std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& path) {
+  LastTables& last = theLastTables.Get([] { return new LastTables; });
+  if (last.database && last.path == path && last.database->IsCurrent()) {
+    return last.database;
+  }
+  last.database.reset();
+  last.path = path;
+  const std::shared_ptr<msidb::ModuleDatabase> database = msidb::ModuleDatabase::Open(path);
+  if (database->LoadAndClose({L"Dialog", L"CustomAction", L"ModuleDependency", L"ModuleExclusion",
+                              L"Component", L"File"})) {
+    last.database = database;
+  }
+  return database;
+}
+
+void ForgetLastTables() noexcept {
+  if (LastTables* const last = theLastTables.Find()) {
+    *last = {};
+  }
+}
