@@ -1,16 +1,19 @@
 // bench_catalog FIGURE FOLDER: measures one figure of the catalog, or of its baseline, over a
 // folder of modules and prints it. The figures of one process would disturb each other, so each has
-// its own; the script that makes the table of them is bench/catalog.
+// its own.
 //
-//   cold      milliseconds of the first list of a process
-//   calls     its baseline: the installer calls for each module, and nothing else
-//   warm      milliseconds of a list when nothing changed
-//   pass      its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
-//   changed   milliseconds of a list when one file was rewritten
-//   find      milliseconds of FindModule
-//   tables    milliseconds of the first list of a process and of every table of its modules
-//   which     milliseconds of mmcat's search for a pattern in all File tables, after they were read
-//   memory    bytes of heap for each module
+//   list         milliseconds of the first list of a process
+//   list_calls   its baseline: the installer calls for each module, and nothing else
+//   tables       milliseconds of the first list of a process, and of every property of every row
+//   that
+//                the interfaces of its modules show
+//   table_calls  its baseline: the installer calls for the same data, and nothing else
+//   again        milliseconds of a list when nothing changed
+//   pass         its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
+//   changed      milliseconds of a list when one file was rewritten
+//   find         milliseconds of FindModule
+//   search       milliseconds of a search for a pattern in all File tables, after they were read
+//   memory       bytes of heap for each module
 
 #include <windows.h>
 // Before the headers that need its types.
@@ -20,6 +23,8 @@
 
 #include <cstdio>
 #include <cstring>
+#include <initializer_list>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -65,7 +70,7 @@ CComPtr<IMMCatalogVelmora> NewCatalog() {
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
   *std::wcsrchr(path, L'\\') = L'\0';
   const HMODULE server =
-      ::LoadLibraryW((std::wstring(path) + L"\\..\\..\\bin\\QmMMUpdater2.dll").c_str());
+      ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\QmMMUpdater2.dll").c_str());
   using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
   const auto getClassObject = reinterpret_cast<GetClassObject>(
       reinterpret_cast<void*>(::GetProcAddress(server, "DllGetClassObject")));
@@ -110,36 +115,77 @@ void Require(const char* what, UINT result) {
   }
 }
 
-/// The calls that a record needs, with fixed buffers.
-void MakeInstallerCalls(const std::wstring& path) {
-  wchar_t text[260];
-  DWORD length = 260;
-  MSIHANDLE database = 0, view = 0, row = 0, summary = 0;
+/// Buffer for any text of a module; the calls of a baseline allocate nothing.
+wchar_t g_text[4096];
+
+void GetField(MSIHANDLE row, UINT field) {
+  DWORD length = static_cast<DWORD>(std::size(g_text));
+  Require("string", ::MsiRecordGetStringW(row, field, g_text, &length));
+}
+
+MSIHANDLE OpenDatabase(const std::wstring& path) {
+  MSIHANDLE database = 0;
   Require("open", ::MsiOpenDatabaseW(path.c_str(), MSIDBOPEN_READONLY, &database));
+  return database;
+}
+
+/// The signature row of an open module.
+void GetSignature(MSIHANDLE database) {
+  MSIHANDLE view = 0, row = 0;
   Require("view", ::MsiDatabaseOpenViewW(database, L"SELECT * FROM ModuleSignature", &view));
   Require("execute", ::MsiViewExecute(view, 0));
   Require("fetch", ::MsiViewFetch(view, &row));
   ::MsiRecordGetInteger(row, 2);
-  for (const UINT column : {1u, 3u}) {
-    length = 260;
-    Require("string", ::MsiRecordGetStringW(row, column, text, &length));
-  }
+  GetField(row, 1);
+  GetField(row, 3);
   ::MsiCloseHandle(row);
   ::MsiCloseHandle(view);
-  ::MsiCloseHandle(database);
-  Require("summary", ::MsiGetSummaryInformationW(0, path.c_str(), 0, &summary));
+}
+
+/// The properties of the summary of an open database, or of the file `path` if that is given.
+void GetSummary(MSIHANDLE database, const wchar_t* path) {
+  MSIHANDLE summary = 0;
+  Require("summary", ::MsiGetSummaryInformationW(database, path, 0, &summary));
   for (const UINT property : {PID_AUTHOR, PID_COMMENTS, PID_REVNUMBER, PID_SUBJECT}) {
     UINT type = 0;
     INT number = 0;
     FILETIME time;
-    length = 260;
-    Require("property",
-            ::MsiSummaryInfoGetPropertyW(summary, property, &type, &number, &time, text, &length));
+    DWORD length = static_cast<DWORD>(std::size(g_text));
+    Require("property", ::MsiSummaryInfoGetPropertyW(summary, property, &type, &number, &time,
+                                                     g_text, &length));
   }
   ::MsiCloseHandle(summary);
 }
 
-double Cold() {
+/// What the interfaces show of a table: its fields that are texts, and those that are numbers.
+struct ShownTable {
+  const wchar_t* query;
+  std::vector<UINT> texts;
+  std::vector<UINT> numbers;
+};
+
+/// All rows of a table; none if the module lacks it.
+void GetRows(MSIHANDLE database, const ShownTable& table) {
+  MSIHANDLE view = 0, row = 0;
+  const UINT result = ::MsiDatabaseOpenViewW(database, table.query, &view);
+  if (result == ERROR_BAD_QUERY_SYNTAX) {
+    return;
+  }
+  Require("view", result);
+  Require("execute", ::MsiViewExecute(view, 0));
+  while (::MsiViewFetch(view, &row) == ERROR_SUCCESS) {
+    for (const UINT field : table.texts) {
+      GetField(row, field);
+    }
+    for (const UINT field : table.numbers) {
+      ::MsiRecordGetInteger(row, field);
+    }
+    ::MsiCloseHandle(row);
+  }
+  ::MsiCloseHandle(view);
+}
+
+double FirstList() {
   const auto catalog = NewCatalog();
   return Milliseconds([&] { List(*catalog); });
 }
@@ -151,41 +197,99 @@ void ForEachRecord(IMMCatalogVelmora& catalog, Use use) {
   ForEach<IMergeModule>(*modules, use);
 }
 
-double Tables() {
-  const auto catalog = NewCatalog();
-  return Milliseconds([&] {
-    ForEachRecord(*catalog, [](IMergeModule& module) {
-      Get(module, &IMergeModule::get_Files);
-      Get(module, &IMergeModule::get_Dependencies);
-      Get(module, &IMergeModule::get_Exclusions);
-      Get(module, &IMergeModule::get_CustomActions);
-      Get(module, &IMergeModule::get_Dialogs);
-    });
+template <class Interface>
+void GetTexts(Interface& object,
+              std::initializer_list<HRESULT (STDMETHODCALLTYPE Interface::*)(BSTR*)> properties) {
+  for (const auto property : properties) {
+    CUniqueBstr value;
+    Check("text", (object.*property)(value.Put()));
+  }
+}
+
+/// Every property of a module, and of every row of its tables.
+void GetEverything(IMergeModule& module) {
+  using Module = IMergeModule;
+  GetTexts<Module>(module, {&Module::get_ModuleID, &Module::get_Version, &Module::get_Author,
+                            &Module::get_Comments, &Module::get_PackageCode, &Module::get_Subject});
+  Number(module, &Module::get_Language);
+  ForEach<IMMFile>(*Get(module, &Module::get_Files), [](IMMFile& file) {
+    GetTexts<IMMFile>(file, {&IMMFile::get_Key, &IMMFile::get_Directory, &IMMFile::get_FileName,
+                             &IMMFile::get_Version, &IMMFile::get_Language});
+    Number(file, &IMMFile::get_FileSize);
+    Number(file, &IMMFile::get_Sequence);
+  });
+  ForEach<IMMDependency>(*Get(module, &Module::get_Dependencies), [](IMMDependency& dependency) {
+    GetTexts<IMMDependency>(dependency,
+                            {&IMMDependency::get_ModuleID, &IMMDependency::get_Version});
+    Number(dependency, &IMMDependency::get_Language);
+  });
+  ForEach<IMMExclusion>(*Get(module, &Module::get_Exclusions), [](IMMExclusion& exclusion) {
+    GetTexts<IMMExclusion>(exclusion,
+                           {&IMMExclusion::get_ModuleID, &IMMExclusion::get_Language,
+                            &IMMExclusion::get_MinVersion, &IMMExclusion::get_MaxVersion});
+  });
+  ForEach<IMMCustomAction>(*Get(module, &Module::get_CustomActions), [](IMMCustomAction& action) {
+    GetTexts<IMMCustomAction>(action, {&IMMCustomAction::get_Name});
+  });
+  ForEach<IMMDialog>(*Get(module, &Module::get_Dialogs), [](IMMDialog& dialog) {
+    GetTexts<IMMDialog>(dialog, {&IMMDialog::get_Name});
   });
 }
 
-double Which() {
+double Tables() {
+  const auto catalog = NewCatalog();
+  return Milliseconds([&] { ForEachRecord(*catalog, GetEverything); });
+}
+
+double Search() {
   std::vector<CheckedModule> modules;
   ForEachRecord(*NewCatalog(),
                 [&](IMergeModule& module) { modules.emplace_back().files = ReadFiles(module); });
   return MedianMilliseconds([&] {
     if (FindFiles(modules, "*B*1?.d?l").empty()) {
-      Fail("which", 0);
+      Fail("search", 0);
     }
   });
 }
 
-double Calls(const std::wstring& folder) {
+double ListCalls(const std::wstring& folder) {
   return Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
-      MakeInstallerCalls(folder + L'\\' + found.cFileName);
+      const std::wstring path = folder + L'\\' + found.cFileName;
+      const MSIHANDLE database = OpenDatabase(path);
+      GetSignature(database);
+      ::MsiCloseHandle(database);
+      GetSummary(0, path.c_str());
+    });
+  });
+}
+
+double TableCalls(const std::wstring& folder) {
+  const std::vector<ShownTable> tables = {
+      {L"SELECT * FROM `Component`", {1, 3}, {}},
+      {L"SELECT * FROM `File`", {1, 2, 3, 5, 6}, {4, 8}},
+      {L"SELECT * FROM `ModuleDependency`", {3, 5}, {4}},
+      {L"SELECT * FROM `ModuleExclusion`", {3, 5, 6}, {4}},
+      {L"SELECT * FROM `CustomAction`", {1}, {}},
+      {L"SELECT * FROM `Dialog`", {1}, {}},
+  };
+  return Milliseconds([&] {
+    ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
+      // One open database serves all, also the summary.
+      const MSIHANDLE database = OpenDatabase(folder + L'\\' + found.cFileName);
+      GetSignature(database);
+      GetSummary(database, nullptr);
+      for (const ShownTable& table : tables) {
+        GetRows(database, table);
+      }
+      ::MsiCloseHandle(database);
     });
   });
 }
 
 constexpr int kRepetitions = 20;
 
-double Warm() {
+double ListAgain() {
   const auto catalog = NewCatalog();
   return MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
@@ -209,7 +313,10 @@ double Pass(const std::wstring& folder) {
       });
     }
   });
-  return changed ? -1 : time / kRepetitions;
+  if (changed != 0) {
+    Fail("pass", static_cast<long>(changed));
+  }
+  return time / kRepetitions;
 }
 
 void Touch(const std::wstring& path) {
@@ -264,25 +371,27 @@ double Memory(const wchar_t* folder) {
 
 double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
   Configure(folder);
-  if (figure == L"cold")
-    return Cold();
-  if (figure == L"calls")
-    return Calls(folder);
-  if (figure == L"warm")
-    return Warm();
+  if (figure == L"list")
+    return FirstList();
+  if (figure == L"list_calls")
+    return ListCalls(folder);
+  if (figure == L"tables")
+    return Tables();
+  if (figure == L"table_calls")
+    return TableCalls(folder);
+  if (figure == L"again")
+    return ListAgain();
   if (figure == L"pass")
     return Pass(folder);
   if (figure == L"changed")
     return Changed(folder);
   if (figure == L"find")
     return Find();
-  if (figure == L"tables")
-    return Tables();
-  if (figure == L"which")
-    return Which();
+  if (figure == L"search")
+    return Search();
   if (figure == L"memory")
     return Memory(folder);
-  return -1;
+  Fail("unknown figure", 0);
 }
 
 }  // namespace
@@ -293,6 +402,7 @@ int wmain(int argc, wchar_t** argv) {
     return 2;
   }
   ::CoInitialize(nullptr);
-  std::printf("%.4f\n", MeasureFigure(argv[1], argv[2]));
+  const std::wstring figure = argv[1];
+  PrintRun(std::string(figure.begin(), figure.end()).c_str(), MeasureFigure(figure, argv[2]));
   return 0;
 }

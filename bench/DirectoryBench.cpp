@@ -1,7 +1,13 @@
-// Target paths of a module with 2,000 directories, in chains of 12, and 10,000 files. The baseline
-// makes the installer calls of the same walks and nothing else.
+// bench_directories RUNS: target paths of a module with 2,000 directories, in chains of 12, and
+// 10,000 files; milliseconds.
+//
+//   whole_module   every directory once, as a client asks for them
+//   every_file     one resolution per file instead
+//   walk_calls     the baseline: the installer calls of the walks of all directories, and nothing
+//   else
 
 #include <cstdio>
+#include <cstdlib>
 #include <string>
 
 #include "bench/Measure.h"
@@ -29,6 +35,14 @@ CWideString TemporaryFolder() {
   wchar_t folder[MAX_PATH + 1];
   ::GetTempPathW(MAX_PATH + 1, folder);
   return folder;
+}
+
+/// Ends the program if a baseline or a figure did not do its work.
+void Require(const char* what, bool isDone) {
+  if (!isDone) {
+    std::fprintf(stderr, "bench_directories: %s\n", what);
+    std::exit(1);
+  }
 }
 
 /// A database whose Directory table has kDirectories rows below ProgramFilesFolder.
@@ -63,8 +77,8 @@ CWideString BuildModule() {
   return module;
 }
 
-/// The walk from `key` to the root with bare installer calls.
-void BareWalk(MSIHANDLE database, const wchar_t* key) {
+/// The walk from `key` to the root with bare installer calls; answers the number of its rows.
+int BareWalk(MSIHANDLE database, const wchar_t* key) {
   MSIHANDLE row = ::MsiCreateRecord(1);
   ::MsiRecordSetStringW(row, 1, key);
   MSIHANDLE view = 0;
@@ -72,6 +86,7 @@ void BareWalk(MSIHANDLE database, const wchar_t* key) {
                          L"SELECT `Directory_Parent`,`DefaultDir`, `Directory` FROM `Directory` "
                          L"WHERE `Directory`.`Directory`=?",
                          &view);
+  int rows = 0;
   for (;;) {
     ::MsiViewExecute(view, row);
     ::MsiCloseHandle(row);
@@ -80,6 +95,7 @@ void BareWalk(MSIHANDLE database, const wchar_t* key) {
     if (::MsiViewFetch(view, &row) != ERROR_SUCCESS) {
       break;
     }
+    ++rows;
     for (const UINT field : {2U, 3U}) {
       DWORD length = MAX_PATH;
       ::MsiRecordGetStringW(row, field, text, &length);
@@ -91,13 +107,15 @@ void BareWalk(MSIHANDLE database, const wchar_t* key) {
   }
   ::MsiCloseHandle(row);
   ::MsiCloseHandle(view);
+  return rows;
 }
 
 void BareWalks(const CWideString& module) {
   MSIHANDLE database = 0;
   ::MsiOpenDatabaseW(module.c_str(), MSIDBOPEN_READONLY, &database);
   for (int i = 0; i < kDirectories; ++i) {
-    BareWalk(database, KeyOf(i).c_str());
+    // Its own row, those of the chain above it and that of the root.
+    Require("a walk broke off", BareWalk(database, KeyOf(i).c_str()) == i % kDepth + 2);
   }
   ::MsiCloseHandle(database);
 }
@@ -108,7 +126,11 @@ void WholeModule(const CWideString& module) {
   for (int i = 0; i < kFiles; ++i) {
     paths.try_emplace(KeyOf(i % kDirectories));
   }
-  msidb::ResolveModuleDirectories(module, TargetPathOptions(), paths);
+  Require("no target paths",
+          SUCCEEDED(msidb::ResolveModuleDirectories(module, TargetPathOptions(), paths)));
+  for (const auto& [key, directory] : paths) {
+    Require("no target path", SUCCEEDED(directory.result) && !directory.path.empty());
+  }
 }
 
 void EveryFile(const CWideString& module) {
@@ -119,22 +141,18 @@ void EveryFile(const CWideString& module) {
   }
 }
 
-void Row(const char* name, double time, double baseline) {
-  std::printf("%-58s %9.1f ms %7.2f\n", name, time, time / baseline);
-}
-
 }  // namespace
 
-int main() {
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [] {
+int main(int argc, char** argv) {
+  const int runs = argc == 2 ? std::atoi(argv[1]) : 5;
+  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
     const CWideString module = BuildModule();
-    const double baseline = MedianMilliseconds([&] { BareWalks(module); });
-    std::printf("2,000 directories of depth 12, 10,000 files\n");
-    Row("baseline: bare installer calls, each directory once", baseline, baseline);
-    Row("target paths of the whole module", MedianMilliseconds([&] { WholeModule(module); }),
-        baseline);
-    Row("one resolution per file instead", MedianMilliseconds([&] { EveryFile(module); }),
-        baseline);
+    WholeModule(module);
+    for (int i = 0; i < runs; ++i) {
+      PrintRun("whole_module", Milliseconds([&] { WholeModule(module); }));
+      PrintRun("every_file", Milliseconds([&] { EveryFile(module); }));
+      PrintRun("walk_calls", Milliseconds([&] { BareWalks(module); }));
+    }
     ::DeleteFileW(module.c_str());
     return S_OK;
   });

@@ -1,8 +1,17 @@
-// INI files: 1,000 gallery descriptions read with all their keys, through the reader's interfaces
-// and, as the baseline, with the platform's own function; a file of 10 MB; the memory of a reader
-// and of the records that hold one.
+// bench_ini RUNS: INI files, read by the reader component.
+//
+//   keys            milliseconds of reading 1,000 gallery descriptions with all their keys, each
+//   from
+//                   the reader to its value
+//   key_calls       its baseline: GetPrivateProfileStringW for every key
+//   rate            MB a second at which an index file of 10 MB in one section is loaded
+//   one_key         milliseconds of loading that file and finding one key by its name
+//   reader_bytes    heap of one loaded reader
+//   gallery_bytes   heap of one gallery record, its description open
+//   module_bytes    heap of one module record, filled from the gallery
 
 #include <cstdio>
+#include <cstdlib>
 #include <memory>
 #include <string>
 #include <vector>
@@ -204,7 +213,8 @@ std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
   auto record = std::make_unique<CMMGallery>();
   record->SetNameAndVersion(NameOf(number).c_str(), L"1.0");
   if (record->GetSubject().empty()) {
-    std::printf("A description was not opened.\n");
+    std::fputs("bench_ini: a description was not opened\n", stderr);
+    std::exit(1);
   }
   return record;
 }
@@ -214,15 +224,15 @@ std::unique_ptr<CCacheMSM> MakeModuleRecord(int number) {
   auto record = std::make_unique<CCacheMSM>();
   record->InitFromGallery(NameOf(number));
   if (record->Subject().empty()) {
-    std::printf("A description was not opened.\n");
+    std::fputs("bench_ini: a description was not opened\n", stderr);
+    std::exit(1);
   }
   return record;
 }
 
-/// Prints how many bytes each of the objects holds that `make` gives for the numbers of all
-/// records.
+/// Bytes that each of the objects holds that `make` gives for the numbers of all records.
 template <class Make>
-void MemoryRow(const char* name, Make make) {
+double BytesOf(Make make) {
   std::vector<decltype(make(0))> objects;
   objects.reserve(kRecords);
   make(0);  // what is made once for all
@@ -230,7 +240,7 @@ void MemoryRow(const char* name, Make make) {
   for (int i = 0; i < kRecords; ++i) {
     objects.push_back(make(i));
   }
-  std::printf("%-58s %9u bytes\n", name, static_cast<unsigned>((HeapBytes() - before) / kRecords));
+  return static_cast<double>(HeapBytes() - before) / kRecords;
 }
 
 /// An index of files in one section, of 10 MB.
@@ -242,59 +252,57 @@ std::string MakeIndex() {
   return text;
 }
 
-void Row(const char* name, double time, double baseline) {
-  std::printf("%-58s %9.1f ms %7.2f\n", name, time, time / baseline);
-}
-
-void MeasureRecords(IClassFactory* factory) {
+void MeasureRecords(IClassFactory* factory, int runs) {
   const Description description = MakeDescription();
   CScratch scratch;
   for (int i = 0; i < kRecords; ++i) {
     scratch.Add(NameOf(i) + L".ini", description.text);
   }
-  size_t platformLength = 0;
-  size_t length = 0;
-  const double baseline = MedianMilliseconds(
-      [&] { platformLength = ReadWithThePlatform(scratch.Files(), description.places); });
-  const double time = MedianMilliseconds(
-      [&] { length = ReadRecords(factory, scratch.Files(), description.places); });
-  std::printf("1,000 gallery descriptions of %u keys and %u bytes\n",
-              static_cast<unsigned>(description.places.size()),
-              static_cast<unsigned>(description.text.size()));
-  Row("baseline: GetPrivateProfileStringW, each key", baseline, baseline);
-  Row("reader, each key from the reader to its value", time, baseline);
+  ReadRecords(factory, scratch.Files(), description.places);
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", scratch.Root().c_str());
-  MemoryRow("memory of one loaded reader",
-            [&](int i) { return Load(factory, scratch.Files()[i]); });
-  MemoryRow("memory of one gallery record, its description open", MakeGalleryRecord);
-  MemoryRow("memory of one module record, filled from the gallery", MakeModuleRecord);
-  if (length != platformLength) {
-    std::printf("The two did not read the same.\n");
+  for (int i = 0; i < runs; ++i) {
+    size_t length = 0;
+    size_t platformLength = 0;
+    PrintRun("keys", Milliseconds([&] {
+               length = ReadRecords(factory, scratch.Files(), description.places);
+             }));
+    PrintRun("key_calls", Milliseconds([&] {
+               platformLength = ReadWithThePlatform(scratch.Files(), description.places);
+             }));
+    if (length != platformLength) {
+      std::fputs("bench_ini: the two did not read the same\n", stderr);
+      std::exit(1);
+    }
+    PrintRun("reader_bytes",
+             BytesOf([&](int number) { return Load(factory, scratch.Files()[number]); }));
+    PrintRun("gallery_bytes", BytesOf(MakeGalleryRecord));
+    PrintRun("module_bytes", BytesOf(MakeModuleRecord));
   }
 }
 
-void MeasureIndex(IClassFactory* factory) {
+void MeasureIndex(IClassFactory* factory, int runs) {
   CScratch scratch;
   const std::string text = MakeIndex();
   const CWideString& path = scratch.Add(L"Index.ini", text);
-  const double load = MedianMilliseconds([&] { Load(factory, path); });
-  std::printf("An index file of 10 MB in one section\n");
-  std::printf("%-58s %9.1f ms %7.0f MB/s\n", "loaded", load,
-              static_cast<double>(text.size()) / 1000.0 / load);
   const CUniqueBstr section(AllocBstr(L"FilesToModules"));
   const CUniqueBstr name(AllocBstr(L"FILE4711.DLL"));
-  const double first =
-      MedianMilliseconds([&] { ReadKey(Load(factory, path).Get(), section.Get(), name.Get()); });
-  std::printf("%-58s %9.1f ms\n", "loaded, and one key found by name", first);
+  Load(factory, path);
+  for (int i = 0; i < runs; ++i) {
+    const double load = Milliseconds([&] { Load(factory, path); });
+    PrintRun("rate", static_cast<double>(text.size()) / 1000.0 / load);
+    PrintRun("one_key",
+             Milliseconds([&] { ReadKey(Load(factory, path).Get(), section.Get(), name.Get()); }));
+  }
 }
 
 }  // namespace
 
-int main() {
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [] {
+int main(int argc, char** argv) {
+  const int runs = argc == 2 ? std::atoi(argv[1]) : 5;
+  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
     const CComPtr<IClassFactory> factory = ReaderFactory();
-    MeasureRecords(factory.Get());
-    MeasureIndex(factory.Get());
+    MeasureRecords(factory.Get(), runs);
+    MeasureIndex(factory.Get(), runs);
     return S_OK;
   });
   return FAILED(hr) ? 1 : 0;

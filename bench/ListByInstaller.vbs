@@ -1,18 +1,11 @@
-' ListByInstaller.vbs FOLDER: milliseconds that it takes a script to list the modules of a folder with
-' the same properties as ListModules.vbs, by the installer's own automation object.
+' List lists the modules of a folder with the same properties as ListModules.vbs, by the installer's own
+' automation object.
 Option Explicit
 
-Dim installer, files, begun
-
-begun = Timer
-Set installer = CreateObject("WindowsInstaller.Installer")
-Set files = CreateObject("Scripting.FileSystemObject").GetFolder(WScript.Arguments(0)).Files
-List
-WScript.Echo CStr(CLng((Timer - begun) * 1000000) / 1000)
-
-Sub List
-  Dim file, database, view, row, summary, text
-  For Each file In files
+Sub List(folder)
+  Dim installer, file, database, view, row, summary, text
+  Set installer = CreateObject("WindowsInstaller.Installer")
+  For Each file In CreateObject("Scripting.FileSystemObject").GetFolder(folder).Files
     Set database = installer.OpenDatabase(file.Path, 0)
     Set view = database.OpenView("SELECT * FROM ModuleSignature")
     view.Execute

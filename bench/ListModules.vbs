@@ -1,26 +1,14 @@
-' ListModules.vbs: milliseconds that it takes a script to list all modules of the catalog with eight
-' properties each, the first time and again.
+' List lists all modules of the catalog with eight properties each. The first call makes the catalog.
+' Its folder is that of the settings, so the argument is not used.
 Option Explicit
 
-Dim catalog, begun, first, again, i, repetitions
+Dim catalog
 
-begun = Timer
-Set catalog = CreateObject("QmMMUpdater.MMCatalog")
-List
-first = Timer - begun
-
-' The clock of a script advances 64 times a second.
-repetitions = 60000 \ catalog.MergeModules.Count
-begun = Timer
-For i = 1 To repetitions
-  List
-Next
-again = (Timer - begun) / repetitions
-
-WScript.Echo CStr(CLng(first * 1000000) / 1000) & " " & CStr(CLng(again * 1000000) / 1000)
-
-Sub List
+Sub List(folder)
   Dim module, text
+  If IsEmpty(catalog) Then
+    Set catalog = CreateObject("QmMMUpdater.MMCatalog")
+  End If
   For Each module In catalog.MergeModules
     text = module.Key
     text = module.ModuleID

@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <cstdio>
 #include <vector>
 
 /// Milliseconds that `work` takes once.
@@ -36,3 +37,6 @@ double MedianMilliseconds(Work work) {
   }
   return Median(times);
 }
+
+/// Prints the value of one run of a figure, in the form that tools/bench reads.
+inline void PrintRun(const char* figure, double value) { std::printf("%s %.5f\n", figure, value); }
