@@ -89,6 +89,7 @@ class Database {
 
   Database(const Database&) = delete;
   Database& operator=(const Database&) = delete;
+  ~Database() = default;
 
   const StringPool& Strings() const noexcept { return m_strings; }
 

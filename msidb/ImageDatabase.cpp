@@ -79,8 +79,10 @@ int ParseInteger(std::string_view text) noexcept {
     number = number * 10 + (digit - '0');
   }
   number = isNegative ? -number : number;
-  return digits.empty() || number > INT_MAX || number < -INT_MAX ? MSI_NULL_INTEGER
-                                                                 : static_cast<int>(number);
+  if (digits.empty() || number > INT_MAX || number < -INT_MAX) {
+    return MSI_NULL_INTEGER;
+  }
+  return static_cast<int>(number);
 }
 
 /// The numbers of the rows in the order of a column: null first, numbers by value, texts by their
