@@ -140,8 +140,7 @@ std::wstring AnswerOf(Call call, bool withResult) {
   } else if (SUCCEEDED(hr) && (result.vt == VT_I4 || result.vt == VT_BOOL)) {
     answer += L" " + std::to_wstring(result.vt == VT_BOOL ? result.boolVal : result.lVal);
   }
-  for (const BSTR text :
-       {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) {
+  for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) {
     answer.append(L" ").append(ViewOf(text));
     ::SysFreeString(text);
   }

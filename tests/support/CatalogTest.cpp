@@ -52,7 +52,7 @@ void CCatalogTest::Settle() {
     const auto module = ModuleAt(list.Get(), 1);
     for (IDispatch* const object : std::initializer_list<IDispatch*>{
              catalog.Get(), list.Get(), module.Get(), sources.Get(), source.Get(), manager.Get()}) {
-      DISPID member;
+      DISPID member = 0;
       wchar_t name[] = L"none";
       wchar_t* names[] = {name};
       EXPECT_EQ(DISP_E_UNKNOWNNAME,
