@@ -18,14 +18,10 @@ constexpr std::uint32_t kKeyBit = 0x2000;
 
 constexpr char16_t kSummaryName[] = u"\005SummaryInformation";
 
-/// The bytes of a cell of an integer column; 0 for sizes that have never been seen.
+/// The bytes of a cell of an integer column; 0 for sizes that there are not.
 unsigned IntegerSize(std::uint32_t type) noexcept {
   const unsigned size = type & kSizeBits;
   return size == 1 ? 2 : size == 2 || size == 4 ? size : 0;
-}
-
-bool IsKnownSize(std::uint32_t type) noexcept {
-  return (type & kTextBit) != 0 || IntegerSize(type) != 0;
 }
 
 std::string TitleOfTable(std::string_view name) { return "Table " + Quote(name); }
@@ -215,7 +211,7 @@ Column Database::ColumnOf(const ColumnRow& row) const {
   if ((row.type & kTextBit) != 0) {
     return {name, ColumnKind::Text, m_strings.ReferenceSize(), isKey};
   }
-  if (!IsKnownSize(row.type)) {
+  if (IntegerSize(row.type) == 0) {
     Refuse(DamagedPart::Table, "Column ", Quote(name), " of table ",
            Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits, " bytes.");
   }
@@ -244,12 +240,6 @@ std::optional<std::string> Database::UnknownKind() const {
   if (const auto version = m_file.UnknownVersion()) {
     return Join("version ", *version, " of the format of compound files");
   }
-  for (const ColumnRow& row : m_columns) {
-    if (!IsKnownSize(row.type)) {
-      return Join("numbers of ", row.type & kSizeBits, " bytes in table ",
-                  Quote(m_strings.Text(row.table)));
-    }
-  }
   return std::nullopt;
 }
 
@@ -257,10 +247,6 @@ void Database::Verify() {
   // Tables that share their bytes would take longer to read than a file of this size justifies.
   std::uint64_t left = m_file.Size();
   for (const std::uint32_t table : m_tables) {
-    const auto [begin, end] = ColumnsOf(table);
-    if (!std::all_of(begin, end, [](const ColumnRow& row) { return IsKnownSize(row.type); })) {
-      continue;  // its rows cannot be told apart
-    }
     const Rows rows = ReadTable(m_strings.Text(table));
     if (rows.Size() > left) {
       Refuse(DamagedPart::Structure, "The tables claim more bytes than the file has.");

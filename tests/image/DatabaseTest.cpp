@@ -404,21 +404,12 @@ TEST(Database, ReadsInSpiteOfOddities) {
 }
 
 TEST(Database, SaysWhichKindItDoesNotKnow) {
-  const struct {
-    Change change;
-    std::string_view kind;
-  } cases[] = {
-      {Header(0x1A, 2, 5), "version 5 of the format of compound files"},
-      {Data(TableStream("_Columns"), 74, 2, 0x8103), "numbers of 3 bytes in table \"File\""},
-  };
-  for (const auto& [change, kind] : cases) {
-    CompoundFileImage image = Write(Sample());
-    change(image);
-    MemorySource source = image.Source();
-    Database database(source);
-    database.Verify();
-    EXPECT_EQ(database.UnknownKind(), kind);
-  }
+  CompoundFileImage image = Write(Sample());
+  Header(0x1A, 2, 5)(image);
+  MemorySource source = image.Source();
+  Database database(source);
+  database.Verify();
+  EXPECT_EQ(database.UnknownKind(), "version 5 of the format of compound files");
 }
 
 TEST(Database, PassesOnEveryFailureToReadAndCanBeAskedAgain) {
