@@ -170,13 +170,16 @@ ImageDatabase::ImageDatabase(const CWideString& path) : m_path(path) {
     m_file.emplace(m_path);
     m_stamp = m_file->OpenedStamp();
     m_database.emplace(*m_file);
+    const UINT codePage = m_database->Strings().CodePage();
+    if (codePage != CP_ACP && !::IsValidCodePage(codePage)) {
+      const std::wstring number = std::to_wstring(codePage);
+      throw FileFailure{ERROR_OPEN_FAILED, CWideString(L"The texts are in code page " + number +
+                                                       L", which this system does not have.")};
+    }
   });
 }
 
-bool ImageDatabase::IsOfKnownKind() const {
-  const UINT codePage = m_database->Strings().CodePage();
-  return !m_database->UnknownKind() && (codePage == CP_ACP || ::IsValidCodePage(codePage));
-}
+bool ImageDatabase::IsOfKnownKind() const { return !m_database->UnknownKind(); }
 
 void ImageDatabase::Verify() {
   RunAsOpening(L"MsiOpenDatabase", m_path, [&] { m_database->Verify(); });
