@@ -1,6 +1,7 @@
 #include <fstream>
 
 #include "common/Bstr.h"
+#include "image/StreamName.h"
 #include "msidb/MsiHandle.h"
 #include "tests/support/Answers.h"
 #include "tests/support/Imports.h"
@@ -12,6 +13,7 @@ namespace {
 
 using testing::EndsWith;
 using testing::PrintToString;
+using testing::StartsWith;
 
 class ModuleTest : public CServerTest {
  protected:
@@ -22,6 +24,11 @@ class ModuleTest : public CServerTest {
 
   std::wstring m_path = m_folder / L"tables.msm";
 };
+
+std::string BytesOf(const std::wstring& path) {
+  std::ifstream file(std::filesystem::path(path), std::ios::binary);
+  return {std::istreambuf_iterator<char>(file), {}};
+}
 
 const TableText kSignature{L"ModuleSignature", "Me\t1033\t1.0\n"};
 
@@ -50,35 +57,110 @@ TEST_F(ModuleTest, NullPointersAreRefusedOpenOrNot) {
   }
 }
 
-TEST_F(ModuleTest, AFileThatIsNoModuleFailsAndTheObjectStaysOfUse) {
+TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndTheObjectStaysOfUse) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   const Answers rich = ReadModule(module.Get(), Route::VirtualTable);
-  std::ofstream(std::filesystem::path(m_folder / L"empty.msm")) << "";
-  std::ofstream(std::filesystem::path(m_folder / L"junk.msm")) << std::string(20000, 'j');
-  std::filesystem::copy(m_rich, m_folder / L"short.msm");
-  std::filesystem::resize_file(m_folder / L"short.msm", 3072);
-  BuildModule(m_folder / L"unsigned.msm", {{L"Dialog", "One\t1\n"}});
-  std::filesystem::create_directory(m_folder / L"folder.msm");
+  const std::string whole = BytesOf(m_rich);
+  const auto spoil = [&](const std::string& part) {
+    std::string bytes = whole;
+    bytes[bytes.find(part) + part.size() - 1] ^= 1;
+    return bytes;
+  };
+  const std::u16string pool =
+      qm::image::EncodeStreamName("_StringPool", qm::image::StreamKind::Table);
+  const std::string poolName(reinterpret_cast<const char*>(pool.data()), 2 * pool.size());
 
-  std::vector<std::pair<std::wstring, std::wstring>> cases{
-      {L"", L"MsiOpenDatabase()"}, {m_folder / L"unsigned.msm", L"MsiOpenDatabaseView()"}};
-  for (const std::wstring& name :
-       {std::wstring(L"missing"), std::wstring(L"empty"), std::wstring(L"junk"),
-        std::wstring(L"short"), std::wstring(L"folder"), std::wstring(300, L'x')}) {
-    const std::wstring path = m_folder / (name + L".msm");
-    cases.emplace_back(path, L"MsiOpenDatabase(" + path + L")");
+  struct Case {
+    std::wstring name;
+    std::wstring failure;
+    std::wstring call = L"MsiOpenDatabase";
+    std::string bytes{};  ///< empty for a file that is not written here
+  };
+  const Case cases[] = {
+      {L"missing.msm", L"0x80070002 "},
+      {std::wstring(245, L'x') + L".msm", L"0x80070002 "},
+      {L"missing\\m.msm", L"0x80070003 "},
+      {L"folder.msm", L"0x80070005 The path is that of a folder. "},
+      {L"locked.msm", L"0x80070020 "},
+      {L"empty.msm", L"0x8007006E The file is empty. "},
+      {L"text.msm", L"0x8007006E The file is not an installer database. ", L"MsiOpenDatabase",
+       std::string(20000, 't')},
+      {L"cabinet.msm", L"0x8007006E The file is a cabinet, not an installer database. ",
+       L"MsiOpenDatabase", "MSCF" + whole},
+      {L"strings.msm", L"0x8007006E The file is a compound file without the string pool",
+       L"MsiOpenDatabase", spoil(poolName)},
+      {L"header.msm", L"0x80070570 The file ends inside its header, after 300 of 512 bytes. ",
+       L"MsiOpenDatabase", whole.substr(0, 300)},
+      {L"cut.msm", L"0x80070570 The directory leads to sector ", L"MsiOpenDatabase",
+       whole.substr(0, 3072)},
+      {L"summary.msm", L"0x80070570 The summary information does not begin with its header. ",
+       L"MsiGetSummaryInformation", spoil("\xE0\x85\x9F\xF2")},
+      {L"unsigned.msm", L"0x8007064F ", L"MsiOpenDatabaseView"}};
+  for (const Case& c : cases) {
+    if (!c.bytes.empty()) {
+      std::ofstream(std::filesystem::path(m_folder / c.name), std::ios::binary) << c.bytes;
+    }
   }
-  for (const auto& [path, call] : cases) {
-    SCOPED_TRACE(PrintToString(path));
-    EXPECT_EQ(FACILITY_WIN32, HRESULT_FACILITY(Open(module.Get(), path)));
-    EXPECT_THAT(TakeDescription(), EndsWith(call));
+  std::ofstream(std::filesystem::path(m_folder / L"empty.msm")) << "";
+  std::filesystem::create_directory(m_folder / L"folder.msm");
+  BuildModule(m_folder / L"unsigned.msm", {{L"Dialog", "One\t1\n"}});
+  ASSERT_TRUE(::CopyFileW(m_rich.c_str(), (m_folder / L"locked.msm").c_str(), TRUE));
+  HANDLE writer =
+      ::CreateFileW((m_folder / L"locked.msm").c_str(), GENERIC_WRITE,
+                    FILE_SHARE_READ | FILE_SHARE_WRITE, nullptr, OPEN_EXISTING, 0, nullptr);
+  for (const Case& c : cases) {
+    SCOPED_TRACE(PrintToString(c.name));
+    const std::wstring path = m_folder / c.name;
+    const HRESULT hr = Open(module.Get(), path);
+    const std::wstring failure = FailureText(hr, TakeDescription());
+    EXPECT_THAT(failure, StartsWith(c.failure));
+    const bool isQuery = c.call == L"MsiOpenDatabaseView";
+    EXPECT_THAT(failure, EndsWith(c.call + (isQuery ? L"()" : L"(" + path + L")")));
     EXPECT_EQ(path, ReadModule(module.Get(), L"Path"));
-    EXPECT_EQ(L"", ReadModule(module.Get(), L"ModuleID"));
+    EXPECT_EQ(L"", ReadModule(module.Get(), L"Subject"));
+    if (c.call == L"MsiOpenDatabase") {
+      for (const wchar_t* const table :
+           {L"Dialogs", L"CustomActions", L"Dependencies", L"Exclusions", L"Files"}) {
+        EXPECT_EQ(failure, ReadModule(module.Get(), table));
+      }
+    }
     EXPECT_EQ(S_OK, Open(module.Get(), m_rich));
     EXPECT_EQ(rich, ReadModule(module.Get(), Route::VirtualTable));
   }
+  ::CloseHandle(writer);
+  EXPECT_TRUE(FAILED(Open(module.Get(), L"")));
+  EXPECT_THAT(TakeDescription(), EndsWith(L"MsiOpenDatabase()"));
   EXPECT_TRUE(FAILED(module->Open(nullptr)));
   EXPECT_THAT(TakeDescription(), EndsWith(L"MsiOpenDatabase()"));
+}
+
+TEST_F(ModuleTest, PathsMayBeLongOrRelative) {
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  Answers rich = ReadModule(module.Get(), Route::VirtualTable);
+  const std::wstring name = std::wstring(245, L'l') + L".msm";
+  const std::wstring longPath = m_folder / name;
+  ASSERT_LT(size_t{MAX_PATH}, longPath.size());
+  ASSERT_TRUE(::CopyFileW(m_rich.c_str(), (L"\\\\?\\" + longPath).c_str(), TRUE));
+  wchar_t current[MAX_PATH];
+  ::GetCurrentDirectoryW(MAX_PATH, current);
+  ASSERT_TRUE(::SetCurrentDirectoryW((m_folder / L"").c_str()));
+  for (const std::wstring& path : {longPath, name, std::wstring(L"x\\..\\") + name}) {
+    EXPECT_EQ(S_OK, Open(module.Get(), path)) << PrintToString(TakeDescription());
+    rich[L"Path"] = longPath;
+    EXPECT_EQ(rich, ReadModule(module.Get(), Route::VirtualTable));
+  }
+  ::SetCurrentDirectoryW(current);
+  EXPECT_TRUE(::DeleteFileW((L"\\\\?\\" + longPath).c_str()));
+}
+
+TEST_F(ModuleTest, AFileThatIsCutShortAfterItWasOpenedFailsWithItsCause) {
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  std::filesystem::resize_file(m_rich, 3072);
+  EXPECT_THAT(ReadModule(module.Get(), L"Dialogs"),
+              StartsWith(L"0x80070570 The directory leads to sector "));
+  std::filesystem::resize_file(m_rich, 0);
+  EXPECT_THAT(ReadModule(module.Get(), L"Files"), StartsWith(L"0x8007006E The file is empty. "));
+  EXPECT_EQ(L"Rich.0A1B:1033", ReadModule(module.Get(), L"Key"));
 }
 
 TEST_F(ModuleTest, IdentityAndSummary) {
