@@ -260,7 +260,11 @@ void Database::Verify() {
       }
     }
   }
-  ReadSummary();
+  const auto summary = ReadSummary();
+  if (summary && summary->PropertyOfUnknownType()) {
+    Refuse(DamagedPart::Summary, "Property ", *summary->PropertyOfUnknownType(),
+           " of the summary information is of an unknown type.");
+  }
 }
 
 std::vector<Defect> Database::Defects() const {

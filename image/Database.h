@@ -121,7 +121,8 @@ class Database {
   /// nothing for the kinds that it knows.
   std::optional<std::string> UnknownKind() const;
 
-  /// Reads every cell of every table and the summary. Throws the first Damage.
+  /// Reads every cell of every table and the summary, in which it allows properties of known types
+  /// alone. Throws the first Damage.
   void Verify();
 
   /// What is odd about the file, see CompoundFile::Defects.

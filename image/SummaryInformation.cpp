@@ -13,8 +13,11 @@ constexpr std::size_t kSectionEntry = 20;  // a format identifier and an offset
 constexpr std::size_t kPropertyEntry = 8;  // a number and an offset
 
 constexpr std::uint32_t kCodePageProperty = 1;
+constexpr std::uint32_t kNull = 0;
 constexpr std::uint32_t kSmallInteger = 2;
+constexpr std::uint32_t kInteger = 3;
 constexpr std::uint32_t kText = 30;
+constexpr std::uint32_t kTime = 64;
 
 /// F29F85E0-4FF9-1068-AB91-08002B27B3D9 as it is stored.
 constexpr std::uint8_t kSummaryFormat[] = {0xE0, 0x85, 0x9F, 0xF2, 0xF9, 0x4F, 0x68, 0x10,
@@ -62,6 +65,8 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
                length, " bytes of ", size, '.');
       }
       m_texts.insert_or_assign(number, Extent{section + std::size_t{offset} + 8, length});
+    } else if (type != kNull && type != kSmallInteger && type != kInteger && type != kTime) {
+      m_unknown = number;
     }
   }
 }

@@ -24,6 +24,10 @@ class SummaryInformation {
   /// or is no text. Valid as long as the object.
   std::optional<std::string_view> Text(std::uint32_t property) const;
 
+  /// The number of a property whose type is none of those that installers write: null, numbers,
+  /// texts and times. Nothing if there is no such property.
+  std::optional<std::uint32_t> PropertyOfUnknownType() const noexcept { return m_unknown; }
+
  private:
   struct Extent {
     std::size_t offset;
@@ -32,6 +36,7 @@ class SummaryInformation {
 
   Bytes m_stream;
   std::uint32_t m_codePage = 0;
+  std::optional<std::uint32_t> m_unknown;
   std::map<std::uint32_t, Extent> m_texts;
 };
 

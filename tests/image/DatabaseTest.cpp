@@ -324,6 +324,8 @@ TEST(Database, RefusesWhatWouldLeadAstrayWithItsCause) {
        "Property 1 of the summary information begins at byte 4294967295 of 80."},
       {Data(kSummary, 92, 4, 0xFFFFFFFF), kSum,
        "Property 2 of the summary information claims 4294967295 bytes of 80."},
+      {Data(kSummary, 88, 4, 0x80001E), kSum,
+       "Property 2 of the summary information is of an unknown type."},
   };
   for (const auto& [damage, part, sentence] : cases) {
     SCOPED_TRACE(sentence);
