@@ -91,6 +91,11 @@ bool CompoundFile::NameLess::operator()(std::u16string_view a,
       [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
 }
 
+/// The order of the directory's tree: shorter names first.
+bool CompoundFile::IsBefore(std::u16string_view a, std::u16string_view b) noexcept {
+  return a.size() != b.size() ? a.size() < b.size() : NameLess()(a, b);
+}
+
 CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
   m_front.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kFrontSize, m_source.Size())));
   if (!m_front.empty()) {
@@ -164,11 +169,18 @@ void CompoundFile::ReadDirectory() {
   }
   m_root = entryAt(0).Extent();
 
+  // A subtree with the names between which those of its entries must lie.
+  struct Subtree {
+    std::uint32_t index;
+    const std::u16string* above;
+    const std::u16string* below;
+  };
+  std::vector<std::u16string> names(count);
   std::vector<bool> isVisited(count);
   isVisited[0] = true;
-  std::vector<std::uint32_t> waiting{entryAt(0).Child()};
+  std::vector<Subtree> waiting{{entryAt(0).Child(), nullptr, nullptr}};
   while (!waiting.empty()) {
-    const std::uint32_t index = waiting.back();
+    const auto [index, above, below] = waiting.back();
     waiting.pop_back();
     if (index == kNoEntry) {
       continue;
@@ -181,12 +193,14 @@ void CompoundFile::ReadDirectory() {
     }
     isVisited[index] = true;
     const Entry entry = entryAt(index);
-    std::u16string name = entry.Name();
+    const std::u16string& name = names[index] = entry.Name();
+    m_isInOrder = m_isInOrder && name.find(u'\0') == name.npos &&
+                  (!above || IsBefore(*above, name)) && (!below || IsBefore(name, *below));
     if (entry.GetType() == Entry::kStream) {
-      m_streams.emplace(std::move(name), entry.Extent());
+      m_streams.emplace(name, entry.Extent());
     }
-    waiting.push_back(entry.Right());
-    waiting.push_back(entry.Left());
+    waiting.push_back({entry.Right(), &name, below});
+    waiting.push_back({entry.Left(), above, &name});
   }
 }
 
@@ -436,6 +450,10 @@ std::vector<Defect> CompoundFile::Defects() const {
     defects.push_back(
         {Defect::Grade::Harmless, Join("The last sector has ", m_source.Size() % SectorSize(),
                                        " of ", SectorSize(), " bytes.")});
+  }
+  // Names beyond ASCII may be in the order of tables that the system has.
+  if (!m_isInOrder) {
+    defects.push_back({Defect::Grade::Suspicious, "The tree of the directory is not in order."});
   }
   for (const auto& [name, stream] : m_streams) {
     const bool isMini = stream.size < kMiniStreamLimit;

@@ -70,6 +70,8 @@ class CompoundFile {
     bool operator()(std::u16string_view a, std::u16string_view b) const noexcept;
   };
 
+  static bool IsBefore(std::u16string_view a, std::u16string_view b) noexcept;
+
   void ReadHeader();
   void ReadDirectory();
 
@@ -112,7 +114,8 @@ class CompoundFile {
   std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
   std::map<std::u16string, Stream, NameLess> m_streams;
-  Stream m_root{};  ///< the mini stream
+  bool m_isInOrder = true;  ///< the directory's tree, so that a search in it finds every stream
+  Stream m_root{};          ///< the mini stream
   bool m_isMiniStreamLoaded = false;
   Bytes m_miniTable;
   std::vector<std::uint32_t> m_miniStream;  ///< its sectors
