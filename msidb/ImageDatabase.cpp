@@ -182,7 +182,14 @@ ImageDatabase::ImageDatabase(const CWideString& path) : m_path(path) {
 bool ImageDatabase::IsOfKnownKind() const { return !m_database->UnknownKind(); }
 
 void ImageDatabase::Verify() {
-  RunAsOpening(L"MsiOpenDatabase", m_path, [&] { m_database->Verify(); });
+  RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
+    m_database->Verify();
+    for (const qm::image::Defect& defect : m_database->Defects()) {
+      if (defect.grade == qm::image::Defect::Grade::Suspicious) {
+        throw Damage(DamagedPart::Structure, defect.sentence);
+      }
+    }
+  });
 }
 
 bool ImageDatabase::HasTable(const wchar_t* table) const {

@@ -251,9 +251,7 @@ DatabaseImage MakeLargeDatabase() {
   return database;
 }
 
-void WriteFile(const fs::path& path, std::vector<image_tests::Stream> streams,
-               unsigned sectorShift) {
-  auto file = image_tests::WriteCompoundFile(std::move(streams), sectorShift);
+void WriteFile(const fs::path& path, image_tests::CompoundFileImage file) {
   // The class of installer databases, without which the installer opens none.
   const size_t classId = file.Sector(file.directory) + 0x50;
   file.Put(classId, 4, 0x000C1084);
@@ -295,7 +293,7 @@ TEST(ImageDatabase, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
   const fs::path path(folder / L"module.msm");
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    WriteFile(path, WriteDatabase(c.database), c.sectorShift);
+    WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(c.database), c.sectorShift));
     CompareFile(path);
   }
 }
@@ -303,13 +301,29 @@ TEST(ImageDatabase, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
 TEST(ImageDatabase, RefusesTextsThatTheSystemCannotDecode) {
   const CTestFolder folder;
   const fs::path path(folder / L"module.msm");
-  WriteFile(path, WriteDatabase(MakeDatabase(9999, {"plain"})), 9);
+  WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(9999, {"plain"}))));
   installer::Reset();
   const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED), failure.hr);
   EXPECT_EQ(failure.description,
             CWideString(L"The texts are in code page 9999, which this system does not have. "
                         L"MsiOpenDatabase(") +
+                path.c_str() + L")");
+  EXPECT_EQ(0, installer::CallsOf("MsiOpenDatabaseW"));
+}
+
+TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
+  auto file = image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(1252, {"plain"})));
+  file.Put(0x1A, 2, 5);  // a version that the reader does not know
+  file.Put(file.Entry(image_tests::TableStream("Numbers")) + 2, 2, 0);
+  const CTestFolder folder;
+  const fs::path path(folder / L"module.msm");
+  WriteFile(path, std::move(file));
+  installer::Reset();
+  const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), failure.hr);
+  EXPECT_EQ(failure.description,
+            CWideString(L"The tree of the directory is not in order. MsiOpenDatabase(") +
                 path.c_str() + L")");
   EXPECT_EQ(0, installer::CallsOf("MsiOpenDatabaseW"));
 }
