@@ -34,6 +34,9 @@ class DirectoryWalk {
     if (!m_visited.insert(rowKey).second) {
       return ERROR_SUCCESS;
     }
+    if (m_visited.size() > kMostDirectories) {
+      return ERROR_MORE_DATA;
+    }
     const CWideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
     if (PredefinedRootMatch(m_table, key)) {
       Prepend(Reference(key), m_options.brackets.has_value());
@@ -137,9 +140,16 @@ DirectoryPaths ResolveAllDirectories(const DirectoryTable& table, const Director
 }
 
 bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key) {
-  std::wstring upper(key);
-  ::CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
-  return FindPredefinedRoot(CWideString(std::move(upper))) && table.Find(key);
+  const DirectoryRow* const row = table.Find(key);
+  if (!row) {
+    return false;
+  }
+  if (!row->isPredefined) {
+    std::wstring upper(key);
+    ::CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
+    row->isPredefined = FindPredefinedRoot(CWideString(std::move(upper))) != nullptr;
+  }
+  return *row->isPredefined;
 }
 
 bool LookupProperty(const DirectoryTable& table, const CWideString& name, CWideString& value) {

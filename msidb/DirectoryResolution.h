@@ -26,6 +26,10 @@ struct DirectoryOptions {
 /// The options for looking at all of a table's rows.
 constexpr DirectoryOptions kTableScan{false, false, true, true};
 
+/// The most rows that a walk takes. Without a limit, the paths of all rows of one
+/// long chain would take the square of the table's size.
+constexpr std::size_t kMostDirectories = 1000;
+
 /// Paths of directories by their keys of the Directory table.
 using DirectoryPaths = std::map<CWideString, CWideString>;
 
@@ -34,7 +38,8 @@ using DirectoryPaths = std::map<CWideString, CWideString>;
 /// path.
 ///
 /// Returns ERROR_SUCCESS, or ERROR_MORE_DATA for a name that is longer than the 259 characters of a
-/// path; `path` then holds what was built so far. Failures to read a table are raised.
+/// path or for more than kMostDirectories rows; `path` then holds what was built so far. Failures
+/// to read a table are raised.
 UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
                           const DirectoryOptions& options);
 

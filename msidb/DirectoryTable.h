@@ -12,6 +12,7 @@ namespace msidb {
 struct DirectoryRow {
   CWideString parent;
   CWideString defaultDir;
+  mutable std::optional<bool> isPredefined = std::nullopt;  ///< once PredefinedRootMatch was asked
 };
 
 /// What a walk of directories needs of a module: its Directory table by key and, once somebody asks

@@ -152,8 +152,20 @@ class ImageRows final : public TableRows {
   }
 
   std::string_view BytesOf(UINT field) const {
-    return RunAsQuery(m_path, [&] { return m_rows.Text(m_row, field - 1); });
+    return RunAsQuery(m_path, [&] {
+      const std::string_view bytes = m_rows.Text(m_row, field - 1);
+      m_textBytes += bytes.size();
+      if (m_textBytes > kMostText) {
+        qm::image::Refuse(DamagedPart::Row, "The rows of table ",
+                          qm::image::Quote(m_rows.GetTable().name), " have more than ", kMostText,
+                          " bytes of text.");
+      }
+      return bytes;
+    });
   }
+
+  // A small file could otherwise fill the memory: its rows may all have the same long text.
+  static constexpr std::size_t kMostText = 64 << 20;
 
   const CWideString& m_path;  // of the database, which outlives its rows
   UINT m_codePage;
@@ -161,6 +173,7 @@ class ImageRows final : public TableRows {
   std::vector<std::size_t> m_order;  ///< empty for the table's own
   std::size_t m_next = 0;
   std::size_t m_row = 0;
+  mutable std::size_t m_textBytes = 0;  ///< of all texts that were asked for
 };
 
 }  // namespace

@@ -21,7 +21,7 @@ bool IsSystemFolder(std::wstring_view key) noexcept {
 CWideString RootOf(const DirectoryTable& table, const CWideString& key) {
   std::set<CWideString> visited;
   CWideString current(key);
-  while (visited.insert(current).second) {
+  while (visited.insert(current).second && visited.size() <= kMostDirectories) {
     const DirectoryRow* const row = table.Find(current);
     if (!row) {
       return {};

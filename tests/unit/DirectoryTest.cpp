@@ -194,16 +194,19 @@ TEST_P(Directories, OtherOptions) {
   EXPECT_EQ(Resolve(L"Same", sourcePath), L"[ProgramFilesFolder]Application\\bin\\src");
 }
 
-TEST_P(Directories, ChainsOfAnyDepth) {
+TEST_P(Directories, ChainsOfAThousandDirectories) {
   CWideString expected(L"D0");
   test.Insert(L"Directory", {L"Deep0", L"TARGETDIR", L"D0"});
-  for (int i = 1; i < 300; ++i) {
+  for (int i = 1; i < 1000; ++i) {
     const CWideString name = CWideString::Format(L"D%d", i);
     test.Insert(L"Directory",
                 {CWideString::Format(L"Deep%d", i), CWideString::Format(L"Deep%d", i - 1), name});
-    expected = JoinPath(expected, name);
+    expected = i < 999 ? JoinPath(expected, name) : expected;
   }
-  EXPECT_EQ(Resolve(L"Deep299", TargetPathOptions()), expected);
+  EXPECT_EQ(Resolve(L"Deep998", TargetPathOptions()), expected);  // with TARGETDIR
+  CWideString path;
+  EXPECT_EQ(UINT(ERROR_MORE_DATA),
+            msidb::ResolveDirectoryPath(Table(), L"Deep999", path, TargetPathOptions()));
 }
 
 TEST_P(Directories, NamesThatFitInNoPathAreReturnedAsACode) {

@@ -328,6 +328,34 @@ TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
   EXPECT_EQ(0, installer::CallsOf("MsiOpenDatabaseW"));
 }
 
+TEST(ImageDatabase, RefusesRowsWhoseTextsWouldFillTheMemory) {
+  std::vector<image_tests::Stream> streams = image_tests::WriteDatabase(
+      {{{"T", {{"Key", kText | kKey}}, {{std::string(60000, 'x')}}}}, {}});
+  constexpr size_t kRows = 2000;
+  for (image_tests::Stream& stream : streams) {
+    if (stream.name == image_tests::TableStream("T")) {
+      const qm::image::Bytes row = stream.bytes;
+      for (size_t i = 1; i < kRows; ++i) {
+        stream.bytes.insert(stream.bytes.end(), row.begin(), row.end());
+      }
+    }
+  }
+  const CTestFolder folder;
+  const fs::path path(folder / L"module.msm");
+  WriteFile(path, image_tests::WriteCompoundFile(std::move(streams)));
+  const msidb::ImageDatabase database(path.c_str());
+  const auto rows = database.ReadTable(L"T", nullptr);
+  const com_exception failure = FailureOf([&] {
+    while (rows->Next()) {
+      EXPECT_EQ(60000U, rows->GetString(1).length());
+    }
+  });
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), failure.hr);
+  EXPECT_EQ(failure.description,
+            CWideString(path.c_str()) +
+                L": The rows of table \"T\" have more than 67108864 bytes of text. MsiViewFetch()");
+}
+
 /// The module files below a folder.
 std::vector<fs::path> ModulesBelow(const fs::path& folder) {
   std::vector<fs::path> modules;
