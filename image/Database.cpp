@@ -1,6 +1,7 @@
 #include "image/Database.h"
 
 #include <algorithm>
+#include <set>
 #include <utility>
 
 #include "image/StreamName.h"
@@ -275,6 +276,16 @@ std::vector<Defect> Database::Defects() const {
   }
   if (m_isTableNamedTwice) {
     defects.push_back({Defect::Grade::Suspicious, "Table \"_Tables\" names a table twice."});
+  }
+  const std::set<std::uint32_t> tables(m_tables.begin(), m_tables.end());
+  const auto stray = std::find_if(m_columns.begin(), m_columns.end(), [&](const ColumnRow& row) {
+    return tables.count(row.table) == 0;
+  });
+  if (stray != m_columns.end()) {
+    defects.push_back(
+        {Defect::Grade::Suspicious,
+         Join("Table \"_Columns\" has columns of ", Quote(m_strings.Text(stray->table)),
+              ", which table \"_Tables\" does not name.")});
   }
   return defects;
 }

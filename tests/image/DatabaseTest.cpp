@@ -389,7 +389,9 @@ TEST(Database, ReadsInSpiteOfOddities) {
        {{kHarmless, "The string data has 11 bytes that belong to no string."}}},
       // A table without rows makes way for the name of another.
       {Data(TableStream("_Tables"), 6, 2, 1),
-       {{kSuspicious, "Table \"_Tables\" names a table twice."}}},
+       {{kSuspicious, "Table \"_Tables\" names a table twice."},
+        {kSuspicious,
+         "Table \"_Columns\" has columns of \"Patch\", which table \"_Tables\" does not name."}}},
       {[](File& f) { f.Put(f.MiniData(kSummary) + 48, 4, 0xFFFFFFFF); }, {}},  // its size
   };
   for (const auto& [change, defects] : cases) {
