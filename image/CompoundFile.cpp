@@ -67,6 +67,12 @@ class CompoundFile::Entry {
     return name;
   }
 
+  /// Whether the first zero of the name stands where its size says that it ends.
+  bool EndsWithItsSize() const {
+    const std::u16string name = Name();
+    return name.find(u'\0') == name.npos && ReadU16(m_bytes + 2 * name.size()) == 0;
+  }
+
   Type GetType() const noexcept { return static_cast<Type>(m_bytes[0x42]); }
   std::uint32_t Left() const noexcept { return ReadU32(m_bytes + 0x44); }
   std::uint32_t Right() const noexcept { return ReadU32(m_bytes + 0x48); }
@@ -194,8 +200,9 @@ void CompoundFile::ReadDirectory() {
     isVisited[index] = true;
     const Entry entry = entryAt(index);
     const std::u16string& name = names[index] = entry.Name();
-    m_isInOrder = m_isInOrder && name.find(u'\0') == name.npos &&
-                  (!above || IsBefore(*above, name)) && (!below || IsBefore(name, *below));
+    m_isInOrder =
+        m_isInOrder && (!above || IsBefore(*above, name)) && (!below || IsBefore(name, *below));
+    m_hasSizesOfNames = m_hasSizesOfNames && entry.EndsWithItsSize();
     if (entry.GetType() == Entry::kStream) {
       m_streams.emplace(name, entry.Extent());
     }
@@ -454,6 +461,10 @@ std::vector<Defect> CompoundFile::Defects() const {
   // Names beyond ASCII may be in the order of tables that the system has.
   if (!m_isInOrder) {
     defects.push_back({Defect::Grade::Suspicious, "The tree of the directory is not in order."});
+  }
+  if (!m_hasSizesOfNames) {
+    defects.push_back(
+        {Defect::Grade::Suspicious, "A name in the directory ends before or after its size."});
   }
   for (const auto& [name, stream] : m_streams) {
     const bool isMini = stream.size < kMiniStreamLimit;

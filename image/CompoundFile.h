@@ -114,6 +114,7 @@ class CompoundFile {
   std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
   std::map<std::u16string, Stream, NameLess> m_streams;
+  bool m_hasSizesOfNames = true;  ///< those by which the directory's names end
   bool m_isInOrder = true;  ///< the directory's tree, so that a search in it finds every stream
   Stream m_root{};          ///< the mini stream
   bool m_isMiniStreamLoaded = false;

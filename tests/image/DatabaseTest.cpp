@@ -380,7 +380,10 @@ TEST(Database, ReadsInSpiteOfOddities) {
          f.Put(third + 0x48, 4, 0xFFFFFFFF);
        },
        {{kSuspicious, "The tree of the directory is not in order."}}},
-      {Entry(kSpare, 2, 2, 0), {{kSuspicious, "The tree of the directory is not in order."}}},
+      {Entry(kSpare, 2, 2, 0),
+       {{kSuspicious, "A name in the directory ends before or after its size."}}},
+      {Entry(kSpare, 2 * kSpare.size(), 2, ' '),
+       {{kSuspicious, "A name in the directory ends before or after its size."}}},
       {Entry(kPool, 0x7C, 4, 0xDEADBEEF), {}},  // version 3 has sizes of 32 bits
       {Entry(kSpare, 0x78, 4, 0x7FFFFFFF),
        {{kSuspicious,
