@@ -36,7 +36,7 @@ HRESULT CTypeInfoHolder::Load() noexcept {
     return hr;
   }
   return RunAtBoundary(GUID_NULL, [&] {
-    m_table = new DispatchTable(*info);
+    m_table = std::make_unique<DispatchTable>(*info).release();
     m_info = info.Detach();
     Enlist();
     return S_OK;

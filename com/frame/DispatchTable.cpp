@@ -1,6 +1,7 @@
 #include "com/frame/DispatchTable.h"
 
 #include <algorithm>
+#include <memory>
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
@@ -82,11 +83,8 @@ void DispatchTable::AddMembers(ITypeInfo& interfaceInfo) {
   for (UINT index = 0; index < count; ++index) {
     FUNCDESC* function = nullptr;
     if (SUCCEEDED(interfaceInfo.GetFuncDesc(index, &function))) {
-      struct Release {
-        ITypeInfo& info;
-        FUNCDESC* function;
-        ~Release() { info.ReleaseFuncDesc(function); }
-      } const release{interfaceInfo, function};
+      const auto release = [&](FUNCDESC* held) { interfaceInfo.ReleaseFuncDesc(held); };
+      const std::unique_ptr<FUNCDESC, decltype(release)> holder(function, release);
       AddMember(interfaceInfo, *function);
     }
   }

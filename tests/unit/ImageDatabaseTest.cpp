@@ -25,8 +25,6 @@ using image_tests::DatabaseImage;
 using image_tests::TableImage;
 using qm::image::ColumnKind;
 
-extern "C" UINT WINAPI MsiRecordReadStream(MSIHANDLE record, UINT field, char* bytes, DWORD* size);
-
 std::u16string Utf16(const CWideString& text) {
   const std::wstring_view view(text);
   return {view.begin(), view.end()};
