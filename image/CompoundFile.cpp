@@ -446,6 +446,56 @@ void CompoundFile::LoadMiniStream() {
   m_isMiniStreamLoaded = true;
 }
 
+void CompoundFile::VerifyStreams() {
+  LoadMiniStream();
+  std::vector<bool> isTaken(static_cast<std::size_t>(m_sectorCount));
+  std::vector<bool> isMiniTaken(m_miniStream.size() *
+                                static_cast<std::size_t>(SectorSize() / kMiniSectorSize));
+  const auto take = [](std::vector<bool>& taken, const std::vector<std::uint32_t>& sectors,
+                       std::string_view title) {
+    for (const std::uint32_t sector : sectors) {
+      if (sector >= taken.size() || taken[sector]) {
+        Refuse(DamagedPart::Structure, title, " has sector ", sector,
+               ", which belongs to another part.");
+      }
+      taken[sector] = true;
+    }
+  };
+  const auto takeChain = [&](std::uint32_t first, std::string_view title) {
+    const std::vector<std::uint32_t> sectors =
+        Chain(first, m_sectorCount, DamagedPart::Structure, title);
+    take(isTaken, sectors, title);
+    return sectors.size();
+  };
+  for (std::uint32_t index = 0; index < m_header.tableSectors; ++index) {
+    take(isTaken, {TableSector(index)}, "The allocation table");
+  }
+  takeChain(m_header.firstDirectory, "The directory");
+  takeChain(m_header.firstMiniTable, "The mini stream's allocation table");
+  takeChain(m_root.firstSector, "The mini stream");
+  for (const auto& [name, stream] : m_streams) {
+    const std::string title = Join("Stream ", Quote(DecodeStreamName(name)));
+    const bool isMini = stream.size < kMiniStreamLimit;
+    if (stream.size == 0) {
+      continue;
+    }
+    std::size_t count = 0;
+    if (isMini) {
+      const std::vector<std::uint32_t> sectors =
+          MiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, title);
+      take(isMiniTaken, sectors, title);
+      count = sectors.size();
+    } else {
+      count = takeChain(stream.firstSector, title);
+    }
+    const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
+    if (count * unit < stream.size) {
+      Refuse(DamagedPart::Structure, title, " has ", count, " sectors for ", stream.size,
+             " bytes.");
+    }
+  }
+}
+
 std::optional<unsigned> CompoundFile::UnknownVersion() const noexcept {
   const bool isKnown = m_header.majorVersion == 3 || m_header.majorVersion == 4;
   return isKnown ? std::nullopt : std::optional(m_header.majorVersion);

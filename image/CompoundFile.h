@@ -46,6 +46,10 @@ class CompoundFile {
   /// string pool").
   Bytes Read(const Stream& stream, DamagedPart part, std::string_view title);
 
+  /// Follows the chains of all streams to their ends. Damage is Structure; a sector that belongs to
+  /// two parts is damage as well.
+  void VerifyStreams();
+
   /// The format's version if it is neither 3 nor 4: what else such a file holds is not known.
   std::optional<unsigned> UnknownVersion() const noexcept;
 

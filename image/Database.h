@@ -125,6 +125,9 @@ class Database {
   /// alone. Throws the first Damage.
   void Verify();
 
+  /// See CompoundFile::VerifyStreams.
+  void VerifyStreams() { m_file.VerifyStreams(); }
+
   /// What is odd about the file, see CompoundFile::Defects.
   std::vector<Defect> Defects() const;
 

@@ -411,6 +411,39 @@ TEST(Database, ReadsInSpiteOfOddities) {
   }
 }
 
+TEST(Database, FollowsTheStreamsThatNobodyReads) {
+  const auto spoilTable = [](std::uint32_t link, std::uint32_t next) {
+    return [=](CompoundFileImage& f) {
+      f.Put(f.TableEntry(f.firstSectors.at(kFont) + link), 4, next);
+    };
+  };
+  const std::pair<Change, std::string_view> cases[] = {
+      {spoilTable(2, 999), "Stream \"Binary.Font\" leads to sector 999 of 18."},
+      {spoilTable(2, 1), "Stream \"Binary.Font\" has sector 1, which belongs to another part."},
+      {spoilTable(2, 0xFFFFFFFE), "Stream \"Binary.Font\" has 3 sectors for 5000 bytes."},
+      {[](CompoundFileImage& f) {
+         f.Put(f.MiniTableEntry(RowStream(u"Binary.Icon")), 4, f.firstSectors.at(kPool));
+       },
+       "Stream \"_StringPool\" has sector 11, which belongs to another part."},
+  };
+  for (const auto& [change, sentence] : cases) {
+    SCOPED_TRACE(sentence);
+    CompoundFileImage image = Write(Sample());
+    MemorySource sound = image.Source();
+    Database(sound).VerifyStreams();
+    change(image);
+    MemorySource source = image.Source();
+    Database database(source);
+    try {
+      database.VerifyStreams();
+      ADD_FAILURE() << "passed";
+    } catch (const Damage& found) {
+      EXPECT_EQ(found.Part(), DamagedPart::Structure);
+      EXPECT_EQ(std::string_view(found.what()), sentence);
+    }
+  }
+}
+
 TEST(Database, SaysWhichKindItDoesNotKnow) {
   CompoundFileImage image = Write(Sample());
   Header(0x1A, 2, 5)(image);
