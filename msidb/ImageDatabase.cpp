@@ -197,6 +197,7 @@ bool ImageDatabase::IsOfKnownKind() const { return !m_database->UnknownKind(); }
 void ImageDatabase::Verify() {
   RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
     m_database->Verify();
+    m_database->VerifyStreams();
     for (const qm::image::Defect& defect : m_database->Defects()) {
       if (defect.grade == qm::image::Defect::Grade::Suspicious) {
         throw Damage(DamagedPart::Structure, defect.sentence);

@@ -22,8 +22,8 @@ class ImageDatabase final : public ModuleDatabase {
   /// Whether the reader knows everything that it met in the file.
   bool IsOfKnownKind() const;
 
-  /// Reads all tables and the summary information; raises the first damage, and what is suspicious
-  /// about the file.
+  /// Reads all tables and the summary information and follows all streams; raises the first damage,
+  /// and what is suspicious about the file.
   void Verify();
 
   bool HasTable(const wchar_t* table) const override;
