@@ -102,9 +102,9 @@ std::string g_now;  ///< what is in progress.txt
 void Begin(unsigned number, unsigned next, const char* work, const std::string& how) {
   g_begun = std::max<DWORD>(1, ::GetTickCount());
   g_now = std::to_string(number) + " " + std::to_string(next) + " " + work + " (" + how + ")\n";
-  OVERLAPPED begin{};
   DWORD written = 0;
-  ::WriteFile(g_progress, g_now.data(), static_cast<DWORD>(g_now.size()), &written, &begin);
+  ::SetFilePointer(g_progress, 0, nullptr, FILE_BEGIN);
+  ::WriteFile(g_progress, g_now.data(), static_cast<DWORD>(g_now.size()), &written, nullptr);
   ::SetEndOfFile(g_progress);
 }
 
