@@ -1,6 +1,8 @@
 #include "tests/support/Imports.h"
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
 #include <map>
 #include <set>
 #include <string_view>
@@ -16,6 +18,7 @@ std::map<std::string_view, int> s_calls;
 int s_heapBlocks = 0;
 int s_fileSearches = 0;
 std::set<HANDLE> s_openFiles;
+std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replaces them
 
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
@@ -122,6 +125,13 @@ BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
   return ::SysAllocStringLen(text, length);
 }
 
+/// What the server binds when it first calls it.
+FARPROC WINAPI FindFunction(HMODULE dll, const char* name) {
+  const FARPROC function = ::GetProcAddress(dll, name);
+  const auto replaced = s_boundLater.find(reinterpret_cast<void*>(function));
+  return replaced == s_boundLater.end() ? function : reinterpret_cast<FARPROC>(replaced->second);
+}
+
 template <class Function>
 ImportedFunction Handwritten(const char* name, Function function, const char* dll = "msvcrt.dll") {
   void* const replacement = reinterpret_cast<void*>(function);
@@ -165,37 +175,50 @@ const ImportedFunction kFunctions[] = {
     Replace<FaultKind::Text, &AllocTextLen>("oleaut32.dll", "SysAllocStringLen"),
 };
 
+/// Replaces the address that one of the functions in `present` has in an import table of
+/// `importer`. The section has those of the DLLs that are bound late as well.
+bool ReplaceSlot(HMODULE importer, const std::set<void*>& present, void* replacement) {
+  auto* const base = reinterpret_cast<BYTE*>(importer);
+  const auto* const header = reinterpret_cast<IMAGE_NT_HEADERS*>(
+      base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
+  const IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(header);
+  while (std::memcmp(section->Name, ".idata", 7) != 0) {
+    ++section;
+  }
+  auto* const slots = reinterpret_cast<void**>(base + section->VirtualAddress);
+  auto* const end = slots + section->Misc.VirtualSize / sizeof *slots;
+  auto* const slot =
+      std::find_if(slots, end, [&](void* address) { return present.count(address); });
+  DWORD protection = 0;
+  if (slot == end || !::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection)) {
+    return false;
+  }
+  *slot = replacement;
+  return true;
+}
+
 }  // namespace
 
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement) {
   // By address, which serves imports by name and by ordinal alike.
-  std::set<void*> present{reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleA(dll), name))};
-  for (const ImportedFunction& function : kFunctions) {
-    if (std::string_view(function.name) == name) {
-      present.insert(function.replacement);
+  void* const function = reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryA(dll), name));
+  std::set<void*> present{function};
+  for (const ImportedFunction& known : kFunctions) {
+    if (std::string_view(known.name) == name && known.replacement) {
+      present.insert(known.replacement);
     }
   }
-  auto* const base = reinterpret_cast<BYTE*>(importer);
-  const auto* const header = reinterpret_cast<IMAGE_NT_HEADERS*>(
-      base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
-  const DWORD imports =
-      header->OptionalHeader.DataDirectory[IMAGE_DIRECTORY_ENTRY_IMPORT].VirtualAddress;
-  for (auto* from = reinterpret_cast<IMAGE_IMPORT_DESCRIPTOR*>(base + imports); from->Name;
-       ++from) {
-    for (auto* slot = reinterpret_cast<void**>(base + from->FirstThunk); *slot; ++slot) {
-      DWORD protection = 0;
-      if (present.count(*slot) &&
-          ::VirtualProtect(slot, sizeof *slot, PAGE_READWRITE, &protection)) {
-        *slot = replacement;
-        return true;
-      }
-    }
+  const bool isReplaced = ReplaceSlot(importer, present, replacement);
+  if (std::string_view(dll) != "msi.dll") {
+    return isReplaced;
   }
-  return false;
+  s_boundLater[function] = replacement;
+  return true;
 }
 
 void ReplaceFaultyImports(HMODULE server) {
   s_heapBlocks = 0;
+  ReplaceImport(server, "kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(&FindFunction));
   for (const ImportedFunction& function : kFunctions) {
     if (function.replacement) {
       ReplaceImport(server, function.dll, function.name, function.replacement);
