@@ -41,17 +41,17 @@ ModuleFile::Stamp ModuleFile::GetStamp() const {
   return {static_cast<std::uint64_t>(standard.EndOfFile.QuadPart), basic.LastWriteTime.QuadPart};
 }
 
+// The file's own position is used instead of an OVERLAPPED: of a read with one Wine tells its
+// server, which takes as long as reading.
 void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
-  OVERLAPPED place{};
-  place.Offset = static_cast<DWORD>(offset);
-  place.OffsetHigh = static_cast<DWORD>(offset >> 32U);
+  LARGE_INTEGER place;
+  place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD read = 0;
-  if (!::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, &place)) {
-    const DWORD code = ::GetLastError();
-    if (code != ERROR_HANDLE_EOF) {
-      throw FileFailure{code, {}};
-    }
+  if ((offset != m_position && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
+      !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
+    throw FileFailure{::GetLastError(), {}};
   }
+  m_position = offset + read;
   if (read != count) {
     throw FileFailure{ERROR_FILE_INVALID, L"The file became shorter while it was read."};
   }

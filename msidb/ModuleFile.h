@@ -52,6 +52,7 @@ class ModuleFile final : public qm::image::ByteSource {
 
   CUniqueFile m_file;
   Stamp m_stamp;
+  std::uint64_t m_position = 0;  ///< where the next read begins if nothing is said
 };
 
 }  // namespace msidb
