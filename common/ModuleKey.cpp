@@ -2,16 +2,16 @@
 
 #include <cstdlib>
 
-#include "common/LastError.h"
-
 CWideString MakeModuleKey(const CWideString& id, long language) {
-  const CLastErrorKeeper keeper;
   // By hand: formatting would take as long as all else that a catalog does for a module itself.
-  constexpr size_t kLongestLanguage = 12;
-  wchar_t number[kLongestLanguage];
+  wchar_t number[12];
   ::_ltow(language, number, 10);
-  std::wstring key;
-  key.reserve(id.length() + kLongestLanguage);
-  key.append(id.c_str()).append(1, L':').append(number);
-  return CWideString(std::move(key));
+  const std::wstring_view parts[] = {id.c_str(), L":", number};
+  return CWideString::Written(parts[0].size() + 1 + parts[2].size(), [&](wchar_t* key) {
+    size_t length = 0;
+    for (const std::wstring_view part : parts) {
+      length += part.copy(key + length, part.size());
+    }
+    return length;
+  });
 }

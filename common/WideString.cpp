@@ -1,42 +1,39 @@
 #include "common/WideString.h"
 
 #include <cstdarg>
+#include <cstdint>
 #include <cstdio>
+#include <new>
 
 #include "common/LastError.h"
 
-namespace {
-
-template <class Make>
-std::wstring KeepingLastError(Make make) {
+CWideString::Characters* CWideString::Allocate(size_t size) {
   const CLastErrorKeeper keeper;
-  return make();
+  if (size > (SIZE_MAX - sizeof(Characters)) / sizeof(wchar_t) - 1) {
+    throw std::bad_alloc();
+  }
+  void* const block = ::operator new(sizeof(Characters) + (size + 1) * sizeof(wchar_t));
+  return new (block) Characters{1, 0};
 }
 
-}  // namespace
+void CWideString::clear() noexcept {
+  Characters* const characters = std::exchange(m_characters, nullptr);
+  if (characters && characters->users.fetch_sub(1, std::memory_order_acq_rel) == 1) {
+    ::operator delete(characters);
+  }
+}
 
 CWideString::CWideString(const wchar_t* text)
-    : m_text(KeepingLastError([&] { return std::wstring(text ? text : L""); })) {}
-
-CWideString::CWideString(const wchar_t* text, size_t length)
-    : m_text(KeepingLastError([&] { return std::wstring(text, length); })) {}
+    : CWideString(text ? std::wstring_view(text) : std::wstring_view()) {}
 
 CWideString::CWideString(std::wstring_view text)
-    : m_text(KeepingLastError([&] { return std::wstring(text); })) {}
-
-CWideString::CWideString(const CWideString& other)
-    : m_text(KeepingLastError([&] { return other.m_text; })) {}
-
-CWideString& CWideString::operator=(const CWideString& other) {
-  const CLastErrorKeeper keeper;
-  m_text = other.m_text;
-  return *this;
-}
+    : CWideString(Written(
+          text.size(), [&](wchar_t* characters) { return text.copy(characters, text.size()); })) {}
 
 CWideString CWideString::Format(const wchar_t* format, ...) {
-  const CLastErrorKeeper keeper;
   // The C library's own functions by their underscored names: the standard ones are replaced by
   // MinGW's, in which "%s" takes narrow text.
+  const CLastErrorKeeper keeper;
   va_list arguments{};
   va_start(arguments, format);
   const int length = _vscwprintf(format, arguments);
@@ -44,21 +41,26 @@ CWideString CWideString::Format(const wchar_t* format, ...) {
   if (length <= 0) {
     return {};
   }
-  std::wstring text(static_cast<size_t>(length), L'\0');
   va_start(arguments, format);
-  _vsnwprintf(text.data(), text.size(), format, arguments);
+  CWideString text;
+  try {
+    text = Written(static_cast<size_t>(length), [&](wchar_t* characters) {
+      _vsnwprintf(characters, static_cast<size_t>(length), format, arguments);
+      return static_cast<size_t>(length);
+    });
+  } catch (...) {
+    va_end(arguments);
+    throw;
+  }
   va_end(arguments);
-  return CWideString(std::move(text));
+  return text;
 }
 
-CWideString& CWideString::operator+=(std::wstring_view tail) {
-  const CLastErrorKeeper keeper;
-  m_text.append(tail);
-  return *this;
-}
+CWideString& CWideString::operator+=(std::wstring_view tail) { return *this = *this + tail; }
 
 CWideString operator+(const CWideString& head, std::wstring_view tail) {
-  CWideString joined(head);
-  joined += tail;
-  return joined;
+  return CWideString::Written(head.length() + tail.size(), [&](wchar_t* characters) {
+    const size_t length = std::wstring_view(head).copy(characters, head.length());
+    return length + tail.copy(characters + length, tail.size());
+  });
 }

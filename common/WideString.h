@@ -1,42 +1,78 @@
 #pragma once
 
+#include <atomic>
 #include <string>
 #include <string_view>
 #include <utility>
 
 /// The text type of the whole server: UTF-16, any length, embedded zeros allowed.
 ///
-/// Constructing, copying, joining and formatting leave the thread's last-error code as it was, so
-/// that a message can be built between a failed call and GetLastError(). Every operation that makes
-/// text throws std::bad_alloc when memory is short. Comparisons are ordinal.
+/// The characters are never changed and are shared by all copies, on any thread: a copy takes no
+/// memory and cannot fail. Making text throws std::bad_alloc when memory is short, and leaves the
+/// thread's last-error code as it was, so that a message can be built between a failed call and
+/// GetLastError(). Comparisons are ordinal.
 class CWideString {
  public:
   CWideString() noexcept = default;
   /// Text up to its terminating zero; null counts as empty.
   CWideString(const wchar_t* text);
-  CWideString(const wchar_t* text, size_t length);
+  CWideString(const wchar_t* text, size_t length) : CWideString(std::wstring_view(text, length)) {}
   CWideString(std::wstring_view text);
-  CWideString(std::wstring&& text) noexcept : m_text(std::move(text)) {}
-  CWideString(const CWideString& other);
-  CWideString(CWideString&& other) noexcept = default;
-  CWideString& operator=(const CWideString& other);
-  CWideString& operator=(CWideString&& other) noexcept = default;
-  ~CWideString() = default;
+  CWideString(const std::wstring& text) : CWideString(std::wstring_view(text)) {}
+  CWideString(const CWideString& other) noexcept : m_characters(other.m_characters) {
+    if (m_characters) {
+      m_characters->users.fetch_add(1, std::memory_order_relaxed);
+    }
+  }
+  CWideString(CWideString&& other) noexcept
+      : m_characters(std::exchange(other.m_characters, nullptr)) {}
+  CWideString& operator=(CWideString other) noexcept {
+    std::swap(m_characters, other.m_characters);
+    return *this;
+  }
+  ~CWideString() { clear(); }
+
+  /// Text that `write` puts down: it is called with room for `size` characters, and returns how
+  /// many of them it wrote.
+  template <class Write>
+  static CWideString Written(size_t size, Write write);
 
   /// Text of a printf-style format in Microsoft's dialect, where "%s" takes wide text.
   static CWideString Format(const wchar_t* format, ...);
 
-  const wchar_t* c_str() const noexcept { return m_text.c_str(); }
-  size_t length() const noexcept { return m_text.length(); }
-  bool empty() const noexcept { return m_text.empty(); }
-  void clear() noexcept { m_text.clear(); }
-  operator std::wstring_view() const noexcept { return m_text; }
+  /// Null-terminated, and valid as long as any copy.
+  const wchar_t* c_str() const noexcept { return m_characters ? m_characters->Begin() : L""; }
+  size_t length() const noexcept { return m_characters ? m_characters->length : 0; }
+  bool empty() const noexcept { return length() == 0; }
+  void clear() noexcept;
+  operator std::wstring_view() const noexcept { return {c_str(), length()}; }
 
   CWideString& operator+=(std::wstring_view tail);
 
  private:
-  std::wstring m_text;
+  /// Stands before the characters in one block of memory.
+  struct Characters {
+    wchar_t* Begin() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
+
+    std::atomic<unsigned> users;
+    size_t length;
+  };
+
+  static Characters* Allocate(size_t size);
+
+  Characters* m_characters = nullptr;  ///< null if the text is empty
 };
+
+template <class Write>
+CWideString CWideString::Written(size_t size, Write write) {
+  CWideString text;
+  if (size > 0) {
+    text.m_characters = Allocate(size);
+    text.m_characters->length = write(text.m_characters->Begin());
+    text.m_characters->Begin()[text.m_characters->length] = L'\0';
+  }
+  return text;
+}
 
 CWideString operator+(const CWideString& head, std::wstring_view tail);
 

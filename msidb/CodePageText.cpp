@@ -36,16 +36,19 @@ CWideString DecodeText(std::string_view bytes, UINT codePage) {
     return {};
   }
   if (ContainsAscii(codePage) && IsAscii(bytes)) {
-    return CWideString(std::wstring(bytes.begin(), bytes.end()));
+    return CWideString::Written(bytes.size(), [&](wchar_t* text) {
+      std::copy(bytes.begin(), bytes.end(), text);
+      return bytes.size();
+    });
   }
   const auto convert = [&](wchar_t* text, int length) {
-    return ::MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text,
-                                 length);
+    return std::max(0, ::MultiByteToWideChar(codePage, 0, bytes.data(),
+                                             static_cast<int>(bytes.size()), text, length));
   };
-  std::wstring text(static_cast<std::size_t>(std::max(0, convert(nullptr, 0))), L'\0');
-  const int length = convert(text.data(), static_cast<int>(text.size()));
-  text.resize(static_cast<std::size_t>(std::max(0, length)));
-  return CWideString(std::move(text));
+  const int length = convert(nullptr, 0);
+  return CWideString::Written(static_cast<std::size_t>(length), [&](wchar_t* text) {
+    return static_cast<std::size_t>(convert(text, length));
+  });
 }
 
 }  // namespace msidb
