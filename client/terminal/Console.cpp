@@ -71,7 +71,13 @@ bool EnableColors() noexcept {
          ::SetConsoleMode(Output(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
-CConsoleMode::CConsoleMode() noexcept { ::GetConsoleMode(Output(), &m_previous); }
+CConsoleMode::CConsoleMode() noexcept {
+  // The C library takes the null device for a console and would write to it byte by byte.
+  constexpr size_t kBufferSize = 65536;
+  std::setvbuf(stdout, nullptr, _IOFBF, kBufferSize);
+  std::setvbuf(stderr, nullptr, _IOFBF, kBufferSize);
+  ::GetConsoleMode(Output(), &m_previous);
+}
 
 CConsoleMode::~CConsoleMode() {
   if (m_previous) {
