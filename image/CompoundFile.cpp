@@ -32,6 +32,13 @@ char16_t ToUpper(char16_t character) noexcept {
                                                 : character;
 }
 
+/// Whether a name is less than another without regard to the case of ASCII letters.
+bool IsLess(std::u16string_view a, std::u16string_view b) noexcept {
+  return std::lexicographical_compare(
+      a.begin(), a.end(), b.begin(), b.end(),
+      [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
+}
+
 /// The cause for refusing a file that is not a compound file.
 std::string_view KindOf(const Bytes& front) noexcept {
   const auto beginsWith = [&](std::string_view text) {
@@ -51,25 +58,25 @@ class CompoundFile::Entry {
  public:
   enum Type : std::uint8_t { kStorage = 1, kStream = 2, kRoot = 5 };
 
+  static constexpr std::size_t kNameSize = 0x40;
+
   Entry(const std::uint8_t* bytes, unsigned majorVersion) noexcept
       : m_bytes(bytes), m_majorVersion(majorVersion) {}
 
-  std::u16string Name() const {
+  /// Appends the name to `names`.
+  void AppendName(std::u16string& names) const {
     const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminating zero
-    if (size < 2 || size > 0x40 || size % 2 != 0) {
+    if (size < 2 || size > kNameSize || size % 2 != 0) {
       Refuse(DamagedPart::Structure, "The directory has an entry whose name takes up ", size,
              " bytes.");
     }
-    std::u16string name;
     for (unsigned i = 0; i + 2 < size; i += 2) {
-      name += static_cast<char16_t>(ReadU16(m_bytes + i));
+      names += static_cast<char16_t>(ReadU16(m_bytes + i));
     }
-    return name;
   }
 
-  /// Whether the first zero of the name stands where its size says that it ends.
-  bool EndsWithItsSize() const {
-    const std::u16string name = Name();
+  /// Whether the first zero of the entry's name stands where its size says that it ends.
+  bool EndsWithItsSize(std::u16string_view name) const noexcept {
     return name.find(u'\0') == name.npos && ReadU16(m_bytes + 2 * name.size()) == 0;
   }
 
@@ -90,16 +97,9 @@ class CompoundFile::Entry {
   unsigned m_majorVersion;
 };
 
-bool CompoundFile::NameLess::operator()(std::u16string_view a,
-                                        std::u16string_view b) const noexcept {
-  return std::lexicographical_compare(
-      a.begin(), a.end(), b.begin(), b.end(),
-      [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
-}
-
 /// The order of the directory's tree: shorter names first.
 bool CompoundFile::IsBefore(std::u16string_view a, std::u16string_view b) noexcept {
-  return a.size() != b.size() ? a.size() < b.size() : NameLess()(a, b);
+  return a.size() != b.size() ? a.size() < b.size() : IsLess(a, b);
 }
 
 CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
@@ -178,10 +178,11 @@ void CompoundFile::ReadDirectory() {
   // A subtree with the names between which those of its entries must lie.
   struct Subtree {
     std::uint32_t index;
-    const std::u16string* above;
-    const std::u16string* below;
+    const std::u16string_view* above;
+    const std::u16string_view* below;
   };
-  std::vector<std::u16string> names(count);
+  m_names.reserve(count * Entry::kNameSize / 2);  // its characters stay where they are
+  std::vector<std::u16string_view> names(count);
   std::vector<bool> isVisited(count);
   isVisited[0] = true;
   std::vector<Subtree> waiting{{entryAt(0).Child(), nullptr, nullptr}};
@@ -199,16 +200,27 @@ void CompoundFile::ReadDirectory() {
     }
     isVisited[index] = true;
     const Entry entry = entryAt(index);
-    const std::u16string& name = names[index] = entry.Name();
+    const std::size_t begin = m_names.size();
+    entry.AppendName(m_names);
+    const std::u16string_view& name = names[index] = std::u16string_view(m_names).substr(begin);
     m_isInOrder =
         m_isInOrder && (!above || IsBefore(*above, name)) && (!below || IsBefore(name, *below));
-    m_hasSizesOfNames = m_hasSizesOfNames && entry.EndsWithItsSize();
+    m_hasSizesOfNames = m_hasSizesOfNames && entry.EndsWithItsSize(name);
     if (entry.GetType() == Entry::kStream) {
-      m_streams.emplace(name, entry.Extent());
+      m_streams.push_back({name, entry.Extent()});
     }
     waiting.push_back({entry.Right(), &name, below});
     waiting.push_back({entry.Left(), above, &name});
   }
+  // Of streams with one name the first counts. Their names lie in m_names in their order.
+  std::sort(m_streams.begin(), m_streams.end(), [](const NamedStream& a, const NamedStream& b) {
+    return IsLess(a.name, b.name) ||
+           (!IsLess(b.name, a.name) && std::less<>()(a.name.data(), b.name.data()));
+  });
+  const auto isSame = [](const NamedStream& before, const NamedStream& after) {
+    return !IsLess(before.name, after.name);
+  };
+  m_streams.erase(std::unique(m_streams.begin(), m_streams.end(), isSame), m_streams.end());
 }
 
 /// Reads from the front where that has the bytes. Other small pieces come from a window: what a
@@ -335,18 +347,19 @@ std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
 template <class Next>
 std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most,
                                                      std::uint64_t sectorCount, DamagedPart part,
-                                                     std::string_view title, Next next) {
+                                                     const Subject& subject, Next next) {
   std::vector<std::uint32_t> sectors;
+  sectors.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(most, 16)));
   // An endless chain comes back to the sector that was last remembered, at a power of two (Brent's
   // method).
   std::uint32_t remembered = kEndOfChain;
   std::size_t nextToRemember = 1;
   for (std::uint32_t sector = first; most > 0 && sector != kEndOfChain; sector = next(sector)) {
     if (sector >= sectorCount) {
-      Refuse(part, title, " leads to sector ", sector, " of ", sectorCount, '.');
+      Refuse(part, subject, " leads to sector ", sector, " of ", sectorCount, '.');
     }
     if (sector == remembered) {
-      Refuse(part, title, " comes back to sector ", sector, '.');
+      Refuse(part, subject, " comes back to sector ", sector, '.');
     }
     sectors.push_back(sector);
     if (sectors.size() == most) {
@@ -364,22 +377,22 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
     std::sort(sorted.begin(), sorted.end());
     const auto twice = std::adjacent_find(sorted.begin(), sorted.end());
     if (twice != sorted.end()) {
-      Refuse(part, title, " comes back to sector ", *twice, '.');
+      Refuse(part, subject, " comes back to sector ", *twice, '.');
     }
   }
   return sectors;
 }
 
 std::vector<std::uint32_t> CompoundFile::Chain(std::uint32_t first, std::uint64_t most,
-                                               DamagedPart part, std::string_view title) {
-  return FollowChain(first, most, m_sectorCount, part, title,
+                                               DamagedPart part, const Subject& subject) {
+  return FollowChain(first, most, m_sectorCount, part, subject,
                      [this](std::uint32_t sector) { return NextSector(sector); });
 }
 
 std::vector<std::uint32_t> CompoundFile::MiniChain(std::uint32_t first, std::uint64_t most,
-                                                   DamagedPart part, std::string_view title) {
+                                                   DamagedPart part, const Subject& subject) {
   const std::uint64_t sectorCount = m_miniStream.size() * (SectorSize() / kMiniSectorSize);
-  return FollowChain(first, most, sectorCount, part, title,
+  return FollowChain(first, most, sectorCount, part, subject,
                      [this](std::uint32_t sector) { return NextMiniSector(sector); });
 }
 
@@ -391,13 +404,17 @@ std::uint64_t CompoundFile::MiniOffsetOf(std::uint32_t sector) const noexcept {
 }
 
 std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view name) const {
-  const auto found = m_streams.find(name);
-  return found == m_streams.end() ? std::nullopt : std::optional(found->second);
+  const auto found = std::lower_bound(m_streams.begin(), m_streams.end(), name,
+                                      [](const NamedStream& stream, std::u16string_view wanted) {
+                                        return IsLess(stream.name, wanted);
+                                      });
+  return found == m_streams.end() || IsLess(name, found->name) ? std::nullopt
+                                                               : std::optional(found->stream);
 }
 
-Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, std::string_view title) {
+Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& subject) {
   if (stream.size > m_source.Size()) {
-    Refuse(part, title, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
+    Refuse(part, subject, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
   }
   if (stream.size == 0) {
     return {};
@@ -409,10 +426,10 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, std::string_vie
   const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
   const std::uint64_t needed = (stream.size + unit - 1) / unit;
   const std::vector<std::uint32_t> sectors =
-      isMini ? MiniChain(stream.firstSector, needed, part, title)
-             : Chain(stream.firstSector, needed, part, title);
+      isMini ? MiniChain(stream.firstSector, needed, part, subject)
+             : Chain(stream.firstSector, needed, part, subject);
   if (sectors.size() < needed) {
-    Refuse(part, title, " ends after ", sectors.size(), " of ", needed,
+    Refuse(part, subject, " ends after ", sectors.size(), " of ", needed,
            isMini ? " mini sectors." : " sectors.");
   }
   std::vector<std::uint64_t> offsets;
@@ -422,7 +439,7 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, std::string_vie
     offsets.push_back(isMini ? MiniOffsetOf(sector) : OffsetOf(sector));
     const std::uint64_t count = std::min(unit, left);
     if (offsets.back() + count > m_source.Size()) {
-      Refuse(part, title, " reaches beyond the end of the file.");
+      Refuse(part, subject, " reaches beyond the end of the file.");
     }
     left -= count;
   }
@@ -452,19 +469,19 @@ void CompoundFile::VerifyStreams() {
   std::vector<bool> isMiniTaken(m_miniStream.size() *
                                 static_cast<std::size_t>(SectorSize() / kMiniSectorSize));
   const auto take = [](std::vector<bool>& taken, const std::vector<std::uint32_t>& sectors,
-                       std::string_view title) {
+                       const Subject& subject) {
     for (const std::uint32_t sector : sectors) {
       if (sector >= taken.size() || taken[sector]) {
-        Refuse(DamagedPart::Structure, title, " has sector ", sector,
+        Refuse(DamagedPart::Structure, subject, " has sector ", sector,
                ", which belongs to another part.");
       }
       taken[sector] = true;
     }
   };
-  const auto takeChain = [&](std::uint32_t first, std::string_view title) {
+  const auto takeChain = [&](std::uint32_t first, const Subject& subject) {
     const std::vector<std::uint32_t> sectors =
-        Chain(first, m_sectorCount, DamagedPart::Structure, title);
-    take(isTaken, sectors, title);
+        Chain(first, m_sectorCount, DamagedPart::Structure, subject);
+    take(isTaken, sectors, subject);
     return sectors.size();
   };
   for (std::uint32_t index = 0; index < m_header.tableSectors; ++index) {
@@ -474,7 +491,8 @@ void CompoundFile::VerifyStreams() {
   takeChain(m_header.firstMiniTable, "The mini stream's allocation table");
   takeChain(m_root.firstSector, "The mini stream");
   for (const auto& [name, stream] : m_streams) {
-    const std::string title = Join("Stream ", Quote(DecodeStreamName(name)));
+    const std::string shownName = DecodeStreamName(name);
+    const Subject subject("Stream", shownName);
     const bool isMini = stream.size < kMiniStreamLimit;
     if (stream.size == 0) {
       continue;
@@ -482,15 +500,15 @@ void CompoundFile::VerifyStreams() {
     std::size_t count = 0;
     if (isMini) {
       const std::vector<std::uint32_t> sectors =
-          MiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, title);
-      take(isMiniTaken, sectors, title);
+          MiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, subject);
+      take(isMiniTaken, sectors, subject);
       count = sectors.size();
     } else {
-      count = takeChain(stream.firstSector, title);
+      count = takeChain(stream.firstSector, subject);
     }
     const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
     if (count * unit < stream.size) {
-      Refuse(DamagedPart::Structure, title, " has ", count, " sectors for ", stream.size,
+      Refuse(DamagedPart::Structure, subject, " has ", count, " sectors for ", stream.size,
              " bytes.");
     }
   }

@@ -34,6 +34,9 @@ class CompoundFile {
 
   /// Reads header and directory. `source` must outlive the object.
   explicit CompoundFile(ByteSource& source);
+  CompoundFile(const CompoundFile&) = delete;
+  CompoundFile& operator=(const CompoundFile&) = delete;
+  ~CompoundFile() = default;
 
   /// The size of the file in bytes.
   std::uint64_t Size() const noexcept { return m_source.Size(); }
@@ -42,9 +45,8 @@ class CompoundFile {
   /// difference. Nothing if there is no such stream.
   std::optional<Stream> FindStream(std::u16string_view name) const;
 
-  /// All bytes of a stream. A failure is one of `part`; its sentence begins with `title` ("The
-  /// string pool").
-  Bytes Read(const Stream& stream, DamagedPart part, std::string_view title);
+  /// All bytes of a stream. A failure is one of `part`; its sentence begins with `subject`.
+  Bytes Read(const Stream& stream, DamagedPart part, const Subject& subject);
 
   /// Follows the chains of all streams to their ends. Damage is Structure; a sector that belongs to
   /// two parts is damage as well.
@@ -68,10 +70,9 @@ class CompoundFile {
   };
   class Entry;
 
-  /// Orders names without regard to the case of ASCII letters.
-  struct NameLess {
-    using is_transparent = void;
-    bool operator()(std::u16string_view a, std::u16string_view b) const noexcept;
+  struct NamedStream {
+    std::u16string_view name;  ///< in m_names
+    Stream stream;
   };
 
   static bool IsBefore(std::u16string_view a, std::u16string_view b) noexcept;
@@ -101,11 +102,11 @@ class CompoundFile {
   template <class Next>
   std::vector<std::uint32_t> FollowChain(std::uint32_t first, std::uint64_t most,
                                          std::uint64_t sectorCount, DamagedPart part,
-                                         std::string_view title, Next next);
+                                         const Subject& subject, Next next);
   std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most, DamagedPart part,
-                                   std::string_view title);
+                                   const Subject& subject);
   std::vector<std::uint32_t> MiniChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
-                                       std::string_view title);
+                                       const Subject& subject);
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
@@ -117,8 +118,9 @@ class CompoundFile {
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
   std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
-  std::map<std::u16string, Stream, NameLess> m_streams;
-  bool m_hasSizesOfNames = true;  ///< those by which the directory's names end
+  std::u16string m_names;              ///< of all entries of the directory, one behind the other
+  std::vector<NamedStream> m_streams;  ///< by name; the case of ASCII letters makes no difference
+  bool m_hasSizesOfNames = true;       ///< those by which the directory's names end
   bool m_isInOrder = true;  ///< the directory's tree, so that a search in it finds every stream
   Stream m_root{};          ///< the mini stream
   bool m_isMiniStreamLoaded = false;

@@ -41,11 +41,42 @@ struct Defect {
   std::string sentence;
 };
 
+/// Bytes of a file as they can be shown in a sentence: in quotation marks, at most 80 characters of
+/// ASCII, every other one replaced by "?".
+std::string Quote(std::string_view bytes);
+
+/// What a sentence begins with: "The directory", or 'Table "File"'. Made into text only when it is
+/// needed. Refers to both parts.
+class Subject {
+ public:
+  Subject(const char* text) noexcept : m_text(text) {}
+  /// `kind` with a name of the file behind it, in quotation marks.
+  Subject(std::string_view kind, std::string_view name) noexcept
+      : m_text(kind), m_name(name), m_hasName(true) {}
+
+  void AppendTo(std::string& text) const {
+    text += m_text;
+    if (m_hasName) {
+      text += ' ' + Quote(m_name);
+    }
+  }
+
+ private:
+  std::string_view m_text;
+  std::string_view m_name;
+  bool m_hasName = false;
+};
+
 inline void AppendTo(std::string& text, std::string_view part) { text += part; }
 inline void AppendTo(std::string& text, char part) { text += part; }
 
-template <class Number, class = std::enable_if_t<std::is_integral_v<Number>>>
-void AppendTo(std::string& text, Number part) {
+template <class Part>
+std::enable_if_t<std::is_same_v<Part, Subject>> AppendTo(std::string& text, const Part& part) {
+  part.AppendTo(text);
+}
+
+template <class Number>
+std::enable_if_t<std::is_integral_v<Number>> AppendTo(std::string& text, Number part) {
   text += std::to_string(part);
 }
 
@@ -62,9 +93,5 @@ template <class... Parts>
 [[noreturn]] void Refuse(DamagedPart part, const Parts&... parts) {
   throw Damage(part, Join(parts...));
 }
-
-/// Bytes of a file as they can be shown in a sentence: in quotation marks, at most 80 characters of
-/// ASCII, every other one replaced by "?".
-std::string Quote(std::string_view bytes);
 
 }  // namespace qm::image

@@ -1,6 +1,7 @@
 #include "image/Database.h"
 
 #include <algorithm>
+#include <numeric>
 #include <set>
 #include <utility>
 
@@ -25,7 +26,7 @@ unsigned IntegerSize(std::uint32_t type) noexcept {
   return size == 1 ? 2 : size == 2 || size == 4 ? size : 0;
 }
 
-std::string TitleOfTable(std::string_view name) { return "Table " + Quote(name); }
+Subject SubjectOf(std::string_view table) noexcept { return {"Table", table}; }
 
 /// The table that names all tables.
 Table TableOfTables(unsigned referenceSize) {
@@ -59,7 +60,7 @@ Rows::Rows(Table table, Bytes bytes, const StringPool& strings)
     rowSize += column.size;
   }
   if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
-    Refuse(DamagedPart::Table, TitleOfTable(m_table.name), " has ", m_bytes.size(),
+    Refuse(DamagedPart::Table, SubjectOf(m_table.name), " has ", m_bytes.size(),
            " bytes, which is not a whole number of rows of ", rowSize, '.');
   }
   m_count = m_bytes.size() / rowSize;
@@ -118,18 +119,16 @@ void Database::ReadStrings() {
 
 void Database::ReadDefinitions() {
   const auto read = [&](Table table) {
-    Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, TitleOfTable(table.name));
+    Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, SubjectOf(table.name));
     return Rows(std::move(table), std::move(bytes), m_strings);
   };
   try {
     const Rows tables = read(TableOfTables(m_strings.ReferenceSize()));
     m_tables.reserve(tables.Count());
     for (std::size_t row = 0; row < tables.Count(); ++row) {
-      const std::uint32_t table = tables.StringNumber(row, 0);
-      if (m_tablesByName.emplace(m_strings.Text(table), table).second) {
-        m_tables.push_back(table);
-      }
+      m_tables.push_back(tables.StringNumber(row, 0));
     }
+    OrderTables();
     m_isTableNamedTwice = m_tables.size() < tables.Count();
     const Rows columns = read(TableOfColumns(m_strings.ReferenceSize()));
     m_columns.reserve(columns.Count());
@@ -147,10 +146,33 @@ void Database::ReadDefinitions() {
   }
 }
 
+/// Leaves of tables with one name the first, and makes the list of tables by name.
+void Database::OrderTables() {
+  std::vector<std::size_t> positions(m_tables.size());
+  std::iota(positions.begin(), positions.end(), std::size_t{0});
+  const auto textAt = [&](std::size_t position) { return m_strings.Text(m_tables[position]); };
+  std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    return std::pair(textAt(a), a) < std::pair(textAt(b), b);
+  });
+  const auto isSame = [&](std::size_t a, std::size_t b) { return textAt(a) == textAt(b); };
+  positions.erase(std::unique(positions.begin(), positions.end(), isSame), positions.end());
+  const auto tablesAt = [&] {
+    std::vector<std::uint32_t> tables(positions.size());
+    std::transform(positions.begin(), positions.end(), tables.begin(),
+                   [&](std::size_t position) { return m_tables[position]; });
+    return tables;
+  };
+  m_tablesByName = tablesAt();
+  if (positions.size() < m_tables.size()) {
+    std::sort(positions.begin(), positions.end());
+    m_tables = tablesAt();
+  }
+}
+
 /// The bytes of a stream that holds the rows of a table. Tables without rows have none.
-Bytes Database::ReadTableStream(std::string_view name, DamagedPart part, std::string_view title) {
+Bytes Database::ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject) {
   const auto stream = m_file.FindStream(EncodeStreamName(name, StreamKind::Table));
-  return stream ? m_file.Read(*stream, part, title) : Bytes();
+  return stream ? m_file.Read(*stream, part, subject) : Bytes();
 }
 
 std::optional<Bytes> Database::ReadOtherStream(std::u16string_view name) {
@@ -170,8 +192,10 @@ std::vector<std::string_view> Database::TableNames() const {
 
 /// The number of the string that is a table's name, or 0.
 std::uint32_t Database::FindTable(std::string_view name) const noexcept {
-  const auto found = m_tablesByName.find(name);
-  return found == m_tablesByName.end() ? 0 : found->second;
+  const auto found = std::lower_bound(
+      m_tablesByName.begin(), m_tablesByName.end(), name,
+      [&](std::uint32_t table, std::string_view wanted) { return m_strings.Text(table) < wanted; });
+  return found == m_tablesByName.end() || m_strings.Text(*found) != name ? 0 : *found;
 }
 
 bool Database::IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept {
@@ -188,14 +212,14 @@ Table Database::DefinitionOf(std::uint32_t table) const {
   const std::string_view name = m_strings.Text(table);
   const auto [begin, end] = ColumnsOf(table);
   if (begin == end) {
-    Refuse(DamagedPart::Table, TitleOfTable(name), " has no columns.");
+    Refuse(DamagedPart::Table, SubjectOf(name), " has no columns.");
   }
   Table definition{name, {}};
   definition.columns.reserve(static_cast<std::size_t>(end - begin));
   for (auto row = begin; row != end; ++row) {
     const std::ptrdiff_t expected = row - begin + 1;
     if (row->number != expected) {
-      Refuse(DamagedPart::Table, TitleOfTable(name), " has column ", row->number, " where column ",
+      Refuse(DamagedPart::Table, SubjectOf(name), " has column ", row->number, " where column ",
              expected, " belongs.");
     }
     definition.columns.push_back(ColumnOf(*row));
@@ -225,7 +249,7 @@ Rows Database::ReadTable(std::string_view name) {
     Refuse(DamagedPart::Table, "There is no table ", Quote(name), '.');
   }
   Table definition = DefinitionOf(table);
-  Bytes bytes = ReadTableStream(name, DamagedPart::Table, TitleOfTable(name));
+  Bytes bytes = ReadTableStream(name, DamagedPart::Table, SubjectOf(name));
   return {std::move(definition), std::move(bytes), m_strings};
 }
 

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string>
 #include <string_view>
@@ -145,7 +144,8 @@ class Database {
 
   void ReadStrings();
   void ReadDefinitions();
-  Bytes ReadTableStream(std::string_view name, DamagedPart part, std::string_view title);
+  void OrderTables();
+  Bytes ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject);
   std::uint32_t FindTable(std::string_view name) const noexcept;
   static bool IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept;
   ColumnRange ColumnsOf(std::uint32_t table) const noexcept;
@@ -170,8 +170,8 @@ class Database {
 
   CompoundFile m_file;
   StringPool m_strings;
-  std::vector<std::uint32_t> m_tables;  ///< strings, in the order of the file
-  std::map<std::string_view, std::uint32_t> m_tablesByName;
+  std::vector<std::uint32_t> m_tables;        ///< strings, in the order of the file
+  std::vector<std::uint32_t> m_tablesByName;  ///< the same, in the order of their texts
   bool m_isTableNamedTwice = false;
   std::vector<ColumnRow> m_columns;  ///< by table, then by number
 };
