@@ -14,8 +14,8 @@ namespace qm::image {
 namespace {
 
 constexpr std::size_t kHeaderSize = 512;
-constexpr std::size_t kFrontSize = 8192;
-constexpr std::size_t kWindowSize = 16384;
+constexpr std::size_t kPageSize = 16384;
+constexpr std::size_t kMostPages = 6;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
 // Streams of this size and more have whole sectors.
@@ -103,24 +103,21 @@ bool CompoundFile::IsBefore(std::u16string_view a, std::u16string_view b) noexce
 }
 
 CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
-  m_front.resize(static_cast<std::size_t>(std::min<std::uint64_t>(kFrontSize, m_source.Size())));
-  if (!m_front.empty()) {
-    m_source.Read(0, m_front.data(), m_front.size());
-  }
   ReadHeader();
   ReadDirectory();
 }
 
 void CompoundFile::ReadHeader() {
-  if (m_front.size() < sizeof kSignature ||
-      std::memcmp(m_front.data(), kSignature, sizeof kSignature) != 0) {
-    Refuse(DamagedPart::NoDatabase, KindOf(m_front));
+  const Bytes& front = PageAt(0);
+  if (front.size() < sizeof kSignature ||
+      std::memcmp(front.data(), kSignature, sizeof kSignature) != 0) {
+    Refuse(DamagedPart::NoDatabase, KindOf(front));
   }
-  if (m_front.size() < kHeaderSize) {
-    Refuse(DamagedPart::Structure, "The file ends inside its header, after ", m_front.size(),
+  if (front.size() < kHeaderSize) {
+    Refuse(DamagedPart::Structure, "The file ends inside its header, after ", front.size(),
            " of 512 bytes.");
   }
-  const std::uint8_t* const bytes = m_front.data();
+  const std::uint8_t* const bytes = front.data();
   m_header.majorVersion = ReadU16(bytes + 0x1A);
   m_header.sectorShift = ReadU16(bytes + 0x1E);
   if (ReadU16(bytes + 0x1C) != 0xFFFE) {
@@ -223,28 +220,43 @@ void CompoundFile::ReadDirectory() {
   m_streams.erase(std::unique(m_streams.begin(), m_streams.end(), isSame), m_streams.end());
 }
 
-/// Reads from the front where that has the bytes. Other small pieces come from a window: what a
-/// database needs beside its front is mostly scattered over few places.
-void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
-  if (offset < m_front.size() && count <= m_front.size() - offset) {
-    std::memcpy(bytes, m_front.data() + offset, count);
-    return;
+const Bytes& CompoundFile::PageAt(std::uint64_t number) {
+  const auto found = std::find_if(m_pages.begin(), m_pages.end(),
+                                  [&](const Page& page) { return page.number == number; });
+  if (found != m_pages.end()) {
+    return found->bytes;
   }
-  if (count > kWindowSize / 2) {
+  const std::uint64_t offset = number * kPageSize;
+  const std::uint64_t left = m_source.Size() - std::min(offset, m_source.Size());
+  Bytes bytes(static_cast<std::size_t>(std::min<std::uint64_t>(kPageSize, left)));
+  if (!bytes.empty()) {
+    m_source.Read(offset, bytes.data(), bytes.size());
+  }
+  if (m_pages.size() < kMostPages) {
+    m_pages.reserve(kMostPages);
+    return m_pages.emplace_back(Page{number, std::move(bytes)}).bytes;
+  }
+  Page& page = m_pages[m_oldestPage];
+  m_oldestPage = (m_oldestPage + 1) % kMostPages;
+  page = {number, std::move(bytes)};
+  return page.bytes;
+}
+
+/// Reads bytes that the file has, small pieces by pages.
+void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
+  if (count > kPageSize / 2) {
     m_source.Read(offset, bytes, count);
     return;
   }
-  const bool isInWindow = offset >= m_windowOffset && offset - m_windowOffset <= m_window.size() &&
-                          count <= m_window.size() - (offset - m_windowOffset);
-  if (!isInWindow) {
-    m_window.clear();  // should reading fail
-    m_windowOffset = offset / (kWindowSize / 2) * (kWindowSize / 2);
-    Bytes window(static_cast<std::size_t>(
-        std::min<std::uint64_t>(kWindowSize, m_source.Size() - m_windowOffset)));
-    m_source.Read(m_windowOffset, window.data(), window.size());
-    m_window = std::move(window);
+  while (count > 0) {
+    const Bytes& page = PageAt(offset / kPageSize);
+    const auto begin = static_cast<std::size_t>(offset % kPageSize);
+    const std::size_t size = std::min(count, page.size() - begin);
+    std::memcpy(bytes, page.data() + begin, size);
+    offset += size;
+    bytes += size;
+    count -= size;
   }
-  std::memcpy(bytes, m_window.data() + (offset - m_windowOffset), count);
 }
 
 /// Reads bytes of which some may lie beyond the end of the file, where a writer did not pad the

@@ -75,6 +75,12 @@ class CompoundFile {
     Stream stream;
   };
 
+  /// A piece of the file. What a database needs is mostly scattered over few of them.
+  struct Page {
+    std::uint64_t number;
+    Bytes bytes;
+  };
+
   static bool IsBefore(std::u16string_view a, std::u16string_view b) noexcept;
 
   void ReadHeader();
@@ -88,6 +94,7 @@ class CompoundFile {
     return (std::uint64_t{sector} + 1) << m_header.sectorShift;
   }
 
+  const Bytes& PageAt(std::uint64_t number);
   void ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   Bytes ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
@@ -110,9 +117,8 @@ class CompoundFile {
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
-  Bytes m_front;   ///< the beginning of the file, which serves most reads of a small file
-  Bytes m_window;  ///< what was read last elsewhere, with some bytes around it
-  std::uint64_t m_windowOffset = 0;
+  std::vector<Page> m_pages;  ///< the last ones that were read
+  std::size_t m_oldestPage = 0;
   Header m_header{};
   std::uint64_t m_sectorCount = 0;  ///< a last sector that is not complete included
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
