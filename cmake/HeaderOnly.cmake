@@ -3,11 +3,11 @@
 
 set(headers "${CMAKE_BINARY_DIR}/headers")
 file(MAKE_DIRECTORY "${headers}")
-foreach(library CLI nlohmann)
-  if(NOT EXISTS "/usr/include/${library}")
+foreach(library IN LISTS QM_HEADER_LIBRARIES)
+  if(NOT EXISTS "${QM_HEADER_FOLDER}/${library}")
     message(FATAL_ERROR "The headers of ${library} were not found; run tools/setup")
   endif()
-  file(CREATE_LINK "/usr/include/${library}" "${headers}/${library}" SYMBOLIC)
+  file(CREATE_LINK "${QM_HEADER_FOLDER}/${library}" "${headers}/${library}" SYMBOLIC)
 endforeach()
 
 add_library(header_only INTERFACE)

@@ -1,7 +1,5 @@
 # Type libraries, headers and GUID definitions from IDL.
 
-# stdole2.tlb, which every automation library imports, comes with Wine.
-file(GLOB QM_STDOLE2 /usr/lib/*/wine/i386-windows/stdole2.tlb /usr/lib/wine/i386-windows/stdole2.tlb)
 if(NOT QM_STDOLE2)
   message(FATAL_ERROR "stdole2.tlb of 32-bit Wine was not found; run tools/setup")
 endif()
