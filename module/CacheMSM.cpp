@@ -111,7 +111,7 @@ void CCacheMSM::ResolveDisplayName() {
 const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
   Tables& tables = RequireTables();
   if (!std::exchange(tables.m_bDialogsRead, true)) {
-    LoadDialogs(tables.m_dialogs);
+    LoadDialogs();
   }
   return tables.m_dialogs;
 }
@@ -119,7 +119,7 @@ const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
 const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
   Tables& tables = RequireTables();
   if (!std::exchange(tables.m_bCustomActionsRead, true)) {
-    LoadCustomActions(tables.m_customActions);
+    LoadCustomActions();
   }
   return tables.m_customActions;
 }
@@ -127,7 +127,7 @@ const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
 const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
   Tables& tables = RequireTables();
   if (!std::exchange(tables.m_bDependenciesRead, true)) {
-    LoadDependencies(tables.m_dependencies);
+    LoadDependencies();
   }
   return tables.m_dependencies;
 }
@@ -135,7 +135,7 @@ const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
 const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
   Tables& tables = RequireTables();
   if (!std::exchange(tables.m_bExclusionsRead, true)) {
-    LoadExclusions(tables.m_exclusions);
+    LoadExclusions();
   }
   return tables.m_exclusions;
 }
@@ -143,7 +143,7 @@ const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
 const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
   Tables& tables = RequireTables();
   if (!std::exchange(tables.m_bFilesRead, true)) {
-    LoadFiles(tables.m_files);
+    LoadFiles();
   }
   return tables.m_files;
 }
@@ -153,21 +153,21 @@ CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
   return msidb::RequireDirectoryPath(msidb::DirectoryTable(*database), key, TargetPathOptions());
 }
 
-void CCacheMSM::LoadDialogs(NameList& dialogs) const {
+void CCacheMSM::LoadDialogs() {
   if (m_bFromGallery) {
     return;
   }
-  ReadNames(m_strPath, L"Dialog", dialogs);
+  ReadNames(m_strPath, L"Dialog", m_pTables->m_dialogs);
 }
 
-void CCacheMSM::LoadCustomActions(NameList& customActions) const {
+void CCacheMSM::LoadCustomActions() {
   if (m_bFromGallery) {
     return;
   }
-  ReadNames(m_strPath, L"CustomAction", customActions);
+  ReadNames(m_strPath, L"CustomAction", m_pTables->m_customActions);
 }
 
-void CCacheMSM::LoadDependencies(DependencyMap& dependencies) const {
+void CCacheMSM::LoadDependencies() {
   if (m_bFromGallery) {
     return;
   }
@@ -179,12 +179,12 @@ void CCacheMSM::LoadDependencies(DependencyMap& dependencies) const {
                         dependency.RequiredVersion == m_strVersion;
     if (!itself) {
       const CWideString key = dependency.Key;
-      dependencies.insert_or_assign(key, std::move(dependency));
+      m_pTables->m_dependencies.insert_or_assign(key, std::move(dependency));
     }
   });
 }
 
-void CCacheMSM::LoadExclusions(ExclusionMap& exclusions) const {
+void CCacheMSM::LoadExclusions() {
   if (m_bFromGallery) {
     return;
   }
@@ -192,27 +192,29 @@ void CCacheMSM::LoadExclusions(ExclusionMap& exclusions) const {
     row.RequireFields(6, L"ModuleExclusion");
     ExclusionRecord exclusion(row);
     const CWideString key = exclusion.Key;
-    exclusions.insert_or_assign(key, std::move(exclusion));
+    m_pTables->m_exclusions.insert_or_assign(key, std::move(exclusion));
   });
 }
 
-void CCacheMSM::LoadFiles(FileMap& files) const {
+void CCacheMSM::LoadFiles() {
   if (m_bFromGallery) {
     return;
   }
   const auto database = OpenForTables(m_strPath);
-
   DirectoryMap directories;
-  ForEachRow(*database, L"Component", L"Component", [&](const TableRows& row) {
-    row.RequireFields(3, L"Component");
-    directories[row.GetString(1)] = row.GetString(3);
-  });
-
+  LoadComponentDirectories(*database, directories);
   ForEachRow(*database, L"File", L"Sequence", [&](const TableRows& row) {
     row.RequireFields(8, L"File");
     const auto component = directories.find(row.GetString(2));
     FileRecord file(row, component == directories.end() ? CWideString() : component->second);
     const CWideString key = file.File;
-    files.insert_or_assign(key, std::move(file));
+    m_pTables->m_files.insert_or_assign(key, std::move(file));
+  });
+}
+
+void CCacheMSM::LoadComponentDirectories(const ModuleDatabase& database, DirectoryMap& map) {
+  ForEachRow(database, L"Component", L"Component", [&](const TableRows& row) {
+    row.RequireFields(3, L"Component");
+    map[row.GetString(1)] = row.GetString(3);
   });
 }

@@ -81,9 +81,11 @@ class CCacheMSM : public CMMGallery {
   CWideString ResolveDirectory(const CWideString& key) const;
 
  private:
+  /// Directory keys by the component that lies in them.
   using DirectoryMap = std::map<CWideString, CWideString>;
 
-  /// The module's tables, each with the flag that says that it was read, if only in vain.
+  /// The module's tables, each with the flag that says that it was read, if only in vain. They are
+  /// made when one of them is first asked for, which most records never see.
   struct Tables {
     NameList m_dialogs;
     bool m_bDialogsRead = false;
@@ -104,12 +106,20 @@ class CCacheMSM : public CMMGallery {
   void ReadSummary(msidb::ModuleDatabase& database);
   void ResolveDisplayName();
 
-  void LoadDialogs(NameList& dialogs) const;
-  void LoadCustomActions(NameList& customActions) const;
-  void LoadDependencies(DependencyMap& dependencies) const;
-  void LoadExclusions(ExclusionMap& exclusions) const;
-  void LoadFiles(FileMap& files) const;
+  // Each reads one table into m_pTables.
+  void LoadDialogs();
+  void LoadCustomActions();
+  void LoadDependencies();
+  void LoadExclusions();
+  void LoadFiles();
 
+  /// Sets the entry of every component to the key of its directory.
+  static void LoadComponentDirectories(const msidb::ModuleDatabase& database, DirectoryMap& map);
+
+  // A catalog keeps thousands of records in memory. So a text that stands elsewhere already is not
+  // kept a second time: the package code is the gallery's m_strName, the display name is one of two
+  // other texts of the record or belongs to the index (m_pDisplayName), and all modules of a source
+  // share one origin (m_pOrigin).
   CWideString m_strKey;
   CWideString m_strModuleID;
   CWideString m_strPath;
@@ -117,9 +127,9 @@ class CCacheMSM : public CMMGallery {
   CWideString m_strAuthor;
   CWideString m_strComments;
   CWideString m_strSubject;
-  const CWideString* m_pDisplayName = &m_strSubject;  ///< of this record, or of the index
+  const CWideString* m_pDisplayName = &m_strSubject;
   long m_nLanguage = 0;
-  std::unique_ptr<Tables> m_pTables;  ///< null before a table is first asked for
+  std::unique_ptr<Tables> m_pTables;
   bool m_bFromGallery = false;
   SharedText m_pOrigin;
   std::unique_ptr<const com_exception> m_pFailure;
