@@ -94,10 +94,10 @@ void CCacheMSM::ReadSignature(const ModuleDatabase& database) {
 }
 
 void CCacheMSM::ReadSummary(ModuleDatabase& database) {
-  m_strAuthor = database.SummaryText(PID_AUTHOR);
-  m_strComments = database.SummaryText(PID_COMMENTS);
-  const CWideString packageCode = database.SummaryText(PID_REVNUMBER);
-  m_strSubject = database.SummaryText(PID_SUBJECT);
+  m_strAuthor = database.ReadSummaryString(PID_AUTHOR);
+  m_strComments = database.ReadSummaryString(PID_COMMENTS);
+  const CWideString packageCode = database.ReadSummaryString(PID_REVNUMBER);
+  m_strSubject = database.ReadSummaryString(PID_SUBJECT);
   SetNameAndVersion(packageCode.c_str(), m_strVersion.c_str());
 }
 

@@ -231,7 +231,7 @@ std::unique_ptr<TableRows> ImageDatabase::ReadTable(const wchar_t* table,
   });
 }
 
-CWideString ImageDatabase::SummaryText(UINT property) {
+CWideString ImageDatabase::ReadSummaryString(UINT property) {
   if (!m_isSummaryRead) {
     m_summary = RunAsOpening(L"MsiGetSummaryInformation", m_path,
                              [&] { return m_database->ReadSummary(); });

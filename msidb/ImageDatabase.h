@@ -28,7 +28,7 @@ class ImageDatabase final : public ModuleDatabase {
 
   bool HasTable(const wchar_t* table) const override;
   std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
-  CWideString SummaryText(UINT property) override;
+  CWideString ReadSummaryString(UINT property) override;
   bool LoadAndClose(std::initializer_list<const wchar_t*> tables) override;
   bool IsCurrent() const override;
   void RequireUnchanged() const override;

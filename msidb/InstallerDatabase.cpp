@@ -30,11 +30,11 @@ std::unique_ptr<TableRows> InstallerDatabase::ReadTable(const wchar_t* table,
   return std::make_unique<InstallerRows>(m_database, query);
 }
 
-CWideString InstallerDatabase::SummaryText(UINT property) {
+CWideString InstallerDatabase::ReadSummaryString(UINT property) {
   if (!m_summary) {
     m_summary.emplace(m_path);
   }
-  return m_summary->GetString(property);
+  return msidb::ReadSummaryString(m_summary->Get(), property);
 }
 
 }  // namespace msidb

@@ -16,7 +16,7 @@ class InstallerDatabase final : public ModuleDatabase {
 
   bool HasTable(const wchar_t* table) const override { return m_database.HasTable(table); }
   std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
-  CWideString SummaryText(UINT property) override;
+  CWideString ReadSummaryString(UINT property) override;
   bool LoadAndClose(std::initializer_list<const wchar_t*>) override { return false; }
   bool IsCurrent() const override { return false; }
   void RequireUnchanged() const override {}  // the installer keeps writers out

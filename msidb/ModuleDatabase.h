@@ -64,7 +64,7 @@ class ModuleDatabase {
   /// The text of a property of the summary information (PID_SUBJECT and so on), of any length;
   /// empty if it is missing or no text. The first call reads the summary information and fails if
   /// that is damaged.
-  virtual CWideString SummaryText(UINT property) = 0;
+  virtual CWideString ReadSummaryString(UINT property) = 0;
 
   /// Reads those of `tables` that there are into memory and closes the file. ReadTable gives these
   /// tables from then on, and no others; what is wrong with one is raised there. Returns false, and

@@ -1,7 +1,8 @@
 #include "msidb/SummaryInfo.h"
 
+#include <memory>
+
 #include "msidb/InstallerResult.h"
-#include "msidb/TextReader.h"
 
 namespace msidb {
 
@@ -10,19 +11,24 @@ SummaryInfo::SummaryInfo(const CWideString& path) {
                         L"MsiGetSummaryInformation", path.c_str());
 }
 
-CWideString SummaryInfo::GetString(UINT property) const {
-  CWideString text;
+CWideString ReadSummaryString(MSIHANDLE handle, UINT property) {
   UINT type = VT_EMPTY;
-  ReadText<260>(
-      text,
-      [&](wchar_t* buffer, DWORD* length) {
-        INT number = 0;
-        FILETIME time{};
-        return ::MsiSummaryInfoGetPropertyW(m_handle.Get(), property, &type, &number, &time, buffer,
-                                            length);
-      },
-      [](DWORD length) { return length + 1; });
-  return type == VT_LPSTR ? text : CWideString();
+  const auto read = [&](wchar_t* buffer, DWORD length) {
+    INT number = 0;
+    FILETIME time{};
+    const UINT code =
+        ::MsiSummaryInfoGetPropertyW(handle, property, &type, &number, &time, buffer, &length);
+    return std::pair(code, length);
+  };
+  constexpr DWORD usualLength = 260;
+  wchar_t usual[usualLength] = L"";
+  const auto [code, length] = read(usual, usualLength);
+  if (code != ERROR_MORE_DATA) {
+    return type == VT_LPSTR ? CWideString(usual) : CWideString();
+  }
+  const auto longer = std::make_unique<wchar_t[]>(length + 1);
+  read(longer.get(), length + 1);
+  return type == VT_LPSTR ? CWideString(longer.get()) : CWideString();
 }
 
 }  // namespace msidb

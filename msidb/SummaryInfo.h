@@ -5,15 +5,18 @@
 
 namespace msidb {
 
+/// The text of a property (PID_SUBJECT and so on) of the summary information `handle`, of any
+/// length. The property's type alone decides: one that is no text is empty, and a code of the
+/// installer is no failure.
+CWideString ReadSummaryString(MSIHANDLE handle, UINT property);
+
 /// The summary information stream of an installer database, opened for reading by the file's path.
 class SummaryInfo {
  public:
   /// Raised as "MsiGetSummaryInformation" with the path when the stream cannot be opened.
   explicit SummaryInfo(const CWideString& path);
 
-  /// The text of a property (PID_SUBJECT and so on), of any length; empty when the property is
-  /// missing, is no text or cannot be read.
-  CWideString GetString(UINT property) const;
+  MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
  private:
   CMsiHandle m_handle;

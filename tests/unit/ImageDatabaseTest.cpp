@@ -150,7 +150,8 @@ class BothReaders {
           !bytes || summary->CodePage() == ::GetACP() ||
           std::all_of(bytes->begin(), bytes->end(), [](char byte) { return byte > 0; });
       if (isSameEverywhere) {
-        EXPECT_EQ(m_own.SummaryText(property), m_installers.SummaryText(property)) << property;
+        EXPECT_EQ(m_own.ReadSummaryString(property), m_installers.ReadSummaryString(property))
+            << property;
       }
     }
   }

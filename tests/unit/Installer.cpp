@@ -93,10 +93,6 @@ INSTALLER_FUNCTION(UINT, MsiRecordSetInteger, (MSIHANDLE record, UINT field, int
                    (record, field, value))
 INSTALLER_FUNCTION(UINT, MsiRecordSetStringW, (MSIHANDLE record, UINT field, LPCWSTR value),
                    (record, field, value))
-INSTALLER_FUNCTION(UINT, MsiSummaryInfoGetPropertyW,
-                   (MSIHANDLE info, UINT property, UINT* dataType, INT* piValue, FILETIME* pftValue,
-                    LPWSTR buf, DWORD* pcch),
-                   (info, property, dataType, piValue, pftValue, buf, pcch))
 INSTALLER_FUNCTION(UINT, MsiViewExecute, (MSIHANDLE view, MSIHANDLE record), (view, record))
 INSTALLER_FUNCTION(UINT, MsiViewFetch, (MSIHANDLE view, MSIHANDLE* record), (view, record))
 INSTALLER_FUNCTION(UINT, MsiViewGetColumnInfo, (MSIHANDLE view, MSICOLINFO info, MSIHANDLE* record),
@@ -105,3 +101,13 @@ INSTALLER_FUNCTION(MSIDBERROR, MsiViewGetErrorW, (MSIHANDLE view, LPWSTR buffer,
                    (view, buffer, pcch))
 INSTALLER_FUNCTION(UINT, MsiViewModify, (MSIHANDLE view, MSIMODIFY mode, MSIHANDLE record),
                    (view, mode, record))
+
+/// What it reads is handed out whatever it answers.
+extern "C" UINT WINAPI MsiSummaryInfoGetPropertyW(MSIHANDLE info, UINT property, UINT* dataType,
+                                                  INT* piValue, FILETIME* pftValue, LPWSTR buf,
+                                                  DWORD* pcch) {
+  static auto* const function =
+      installer::Find<decltype(::MsiSummaryInfoGetPropertyW)>("MsiSummaryInfoGetPropertyW");
+  const UINT code = function(info, property, dataType, piValue, pftValue, buf, pcch);
+  return AnswerTo("MsiSummaryInfoGetPropertyW").value_or(code);
+}

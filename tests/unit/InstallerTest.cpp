@@ -315,13 +315,19 @@ TEST_F(Installer, SummaryTexts) {
     database.Commit();
   }
   const SummaryInfo summary(file.path);
+  const auto text = [&](UINT property) {
+    return msidb::ReadSummaryString(summary.Get(), property);
+  };
   for (const auto& [property, length] : texts) {
-    EXPECT_EQ(summary.GetString(property), std::wstring(length, L'x')) << length;
+    EXPECT_EQ(text(property), std::wstring(length, L'x')) << length;
   }
-  EXPECT_EQ(summary.GetString(PID_PAGECOUNT), L"");  // a number
-  EXPECT_EQ(summary.GetString(PID_TEMPLATE), L"");   // missing
+  EXPECT_EQ(text(PID_PAGECOUNT), L"");  // a number
+  EXPECT_EQ(text(PID_TEMPLATE), L"");   // missing
   Answer("MsiSummaryInfoGetPropertyW", ERROR_INVALID_HANDLE);
-  EXPECT_EQ(summary.GetString(PID_TITLE), L"");
+  EXPECT_EQ(text(PID_TITLE), L"x") << "a property of type text counts, whatever the code";
+  installer::Reset();
+  Answer("MsiSummaryInfoGetPropertyW", ERROR_FUNCTION_FAILED, 1);  // at the second call
+  EXPECT_EQ(text(PID_KEYWORDS), std::wstring(261, L'x'));
 }
 
 }  // namespace
