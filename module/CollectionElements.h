@@ -9,7 +9,7 @@
 #include "common/IgnoringCase.h"
 #include "common/WideString.h"
 
-/// The elements of a collection in their order. Releases its items from the last to the first.
+/// The elements of a collection in their order.
 template <class ItemInterface>
 class CCollectionElements {
  public:
@@ -21,7 +21,10 @@ class CCollectionElements {
   CCollectionElements() = default;
   CCollectionElements(const CCollectionElements&) = default;
   CCollectionElements& operator=(const CCollectionElements&) = delete;
-  ~CCollectionElements() {
+  ~CCollectionElements() { RemoveAll(); }
+
+  /// Releases the items from the last to the first.
+  void RemoveAll() noexcept {
     while (!m_elements.empty()) {
       m_elements.pop_back();
     }

@@ -27,6 +27,8 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
     });
   }
 
+  /// Copies over the first values of the array with VariantCopy: what they held is released, so
+  /// they must be initialised. One whose copy fails ends the call.
   STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
     if (!values || (!fetched && count != 1)) {
       return E_POINTER;
@@ -67,13 +69,12 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   virtual ~CCollectionEnum() = default;
 
  private:
-  /// The element under the cursor, as VT_DISPATCH, into `value`, which counts as uninitialised.
+  /// Copies the element under the cursor, as VT_DISPATCH, over `value`, whose content is released.
   bool CopyCurrent(VARIANT& value) const noexcept {
     VARIANT element;
     ::VariantInit(&element);
     element.vt = VT_DISPATCH;
     element.pdispVal = CComPtr<ItemInterface>((*m_elements)[m_cursor].item).Detach();
-    ::VariantInit(&value);
     const HRESULT hr = ::VariantCopy(&value, &element);
     ::VariantClear(&element);
     return SUCCEEDED(hr);

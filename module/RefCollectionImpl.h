@@ -76,14 +76,20 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   }
 
   /// Empties the collection and releases its items, from the last to the first; those that an
-  /// enumerator still lists are released with it. E_OUTOFMEMORY.
+  /// enumerator still lists are released with it, in the same order. E_OUTOFMEMORY in that case.
   virtual HRESULT RemoveAll() {
+    if (m_elements.use_count() == 1) {
+      m_keyIndex = CKeyIndex<Elements>(*m_elements);
+      m_elements->RemoveAll();
+      return S_OK;
+    }
     return RunAtBoundary(GUID_NULL, [&] {
       Replace(std::make_shared<Elements>());
       return S_OK;
     });
   }
 
+  /// The element list does what RemoveAll does as soon as no enumerator shares it.
   virtual ~CRefCollectionImpl() = default;
 
   /// Makes room for `count` elements, so that Add does not have to move them. std::bad_alloc.

@@ -31,7 +31,7 @@ std::wstring NameOf(IMMDialog& item) {
 /// The names from an enumerator's cursor to the end.
 Names Rest(IEnumVARIANT& enumerator) {
   Names names;
-  VARIANT value;
+  VARIANT value{};
   while (enumerator.Next(1, &value, nullptr) == S_OK) {
     EXPECT_EQ(VT_DISPATCH, value.vt);
     CComPtr<IMMDialog> item;
@@ -213,8 +213,8 @@ TEST_F(Collection, OutOfMemoryChangesNothing) {
     EXPECT_EQ(L"B", At(L"b"));
   };
   heap::SweepFaults([&] { return m_collection->get__NewEnum(enumerator.Put()); }, expectTwo);
-  enumerator.Release();
   heap::SweepFaults([&] { return m_collection->RemoveAll(); }, expectTwo);
+  enumerator.Release();
   Fill({L"A", L"B"});
   heap::SweepFaults([&] { return m_collection->Remove(0); }, expectTwo);
 }
@@ -231,7 +231,7 @@ TEST_F(Enumeration, NextGivesUpToAsManyAsAreThere) {
   };
   for (const Call& call :
        {Call{0, S_OK, 0}, {1, S_OK, 1}, {2, S_OK, 2}, {3, S_FALSE, 1}, {1, S_FALSE, 0}}) {
-    VARIANT values[5];
+    VARIANT values[5]{};
     values[call.fetched].vt = VT_ILLEGAL;
     ULONG fetched = 77;
     EXPECT_EQ(call.hr, enumerator->Next(call.wanted, values, &fetched)) << call.wanted;
@@ -243,6 +243,17 @@ TEST_F(Enumeration, NextGivesUpToAsManyAsAreThere) {
   }
   EXPECT_EQ(S_OK, enumerator->Reset());
   EXPECT_EQ(4U, Rest(*enumerator).size());
+}
+
+TEST_F(Enumeration, NextReleasesWhatItsSlotHeld) {
+  Fill({L"A"});
+  auto old = CComObject<CMortalDialog>::Create();
+  old->Init(L"Old");
+  VARIANT slot = V(VT_DISPATCH, 0);
+  slot.pdispVal = old.Detach();
+  EXPECT_EQ(S_OK, Enumerator()->Next(1, &slot, nullptr));
+  EXPECT_EQ(Names{L"Old"}, g_gone);
+  ::VariantClear(&slot);
 }
 
 TEST_F(Enumeration, SkipSaysWhetherItStandsAtTheEnd) {
