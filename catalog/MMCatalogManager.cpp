@@ -9,7 +9,11 @@ bool IsScriptKind(long projectKind) noexcept { return projectKind == 9 || projec
 template <class Catalog>
 HRESULT Give(CComPtr<CComObject<Catalog>>& cached, IUnknown** catalog) {
   if (!cached) {
-    auto made = CComObject<Catalog>::Create();
+    CComPtr<CComObject<Catalog>> made;
+    const HRESULT hr = CComObject<Catalog>::TryCreate(made);
+    if (FAILED(hr)) {
+      return hr;  // reported by the catalog, under its own class
+    }
     // A component of another process may have let a second request through meanwhile.
     if (!cached) {
       cached = std::move(made);

@@ -55,11 +55,21 @@ class CComObject final : private CComReferenceCount, public Base {
     return left;
   }
 
-  /// A new object with one reference. Raises what its final construction answers; out of memory is
-  /// std::bad_alloc.
+  /// A new object with one reference. A final construction that fails leaves `object` as it is; its
+  /// answer is returned, with the error object that it made. Throws std::bad_alloc.
+  static HRESULT TryCreate(CComPtr<CComObject>& object) {
+    auto made = CComPtr<CComObject>::Adopt(new CComObject);
+    const HRESULT hr = made->FinalConstruct();
+    if (SUCCEEDED(hr)) {
+      object = std::move(made);
+    }
+    return hr;
+  }
+
+  /// The same for a caller that reports failures itself: what final construction answers is raised.
   static CComPtr<CComObject> Create() {
-    auto object = CComPtr<CComObject>::Adopt(new CComObject);
-    ThrowIfFailed(object->FinalConstruct());
+    CComPtr<CComObject> object;
+    ThrowIfFailed(TryCreate(object));
     return object;
   }
 };
@@ -108,30 +118,35 @@ class CComAggObject final : public IUnknown {
     return left;
   }
 
-  static CComPtr<CComAggObject> Create(IUnknown* outer) {
-    auto object = CComPtr<CComAggObject>::Adopt(new CComAggObject(outer));
-    ThrowIfFailed(object->m_contained.FinalConstruct());
-    return object;
-  }
+  HRESULT FinalConstruct() noexcept { return m_contained.FinalConstruct(); }
 
  private:
   CComReferenceCount m_references;
   CComContainedObject<Base> m_contained;
 };
 
+/// Ends the creation of a new object, which goes if it fails.
+template <class Object>
+HRESULT FinishCreation(const CComPtr<Object>& object, REFIID iid, void** out) noexcept {
+  const HRESULT hr = object->FinalConstruct();
+  return FAILED(hr) ? hr : object->QueryInterface(iid, out);
+}
+
 /// Creator of the class factories: the stand-alone form, or with an outer object the aggregated
 /// one. E_POINTER for a null `out`, which is cleared first; E_OUTOFMEMORY; what final construction
-/// answers.
+/// answers, whose report of a failure stays as it is.
 template <class Base>
 HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
-  if (!out) {
-    return E_POINTER;
-  }
-  *out = nullptr;
   return RunAtBoundary(GUID_NULL, [&]() -> HRESULT {
-    if (outer) {
-      return CComAggObject<Base>::Create(outer)->QueryInterface(iid, out);
+    if (!out) {
+      return E_POINTER;
     }
-    return CComObject<Base>::Create()->QueryInterface(iid, out);
+    *out = nullptr;
+    if (outer) {
+      using Object = CComAggObject<Base>;
+      return FinishCreation(CComPtr<Object>::Adopt(new Object(outer)), iid, out);
+    }
+    using Object = CComObject<Base>;
+    return FinishCreation(CComPtr<Object>::Adopt(new Object), iid, out);
   });
 }

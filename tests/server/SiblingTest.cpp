@@ -1,3 +1,4 @@
+#include "common/Bstr.h"
 #include "tests/support/Answers.h"
 #include "tests/support/ServerTest.h"
 #include "tests/support/TestGallery.h"
@@ -163,6 +164,48 @@ TEST_F(SiblingTest, FaultsOfTheApplicationServices) {
     Misbehave(nullptr);
     ExpectAnswers(module.Get(), L"QmAppServices.dll", opened[0] == 'a' ? opened : "wwww");
   }
+}
+
+int g_failuresTraced = 0;
+
+LONG CALLBACK CountTracedFailures(EXCEPTION_POINTERS* pointers) {
+  constexpr DWORD debugPrint = 0x40010006;
+  const EXCEPTION_RECORD& record = *pointers->ExceptionRecord;
+  if (record.ExceptionCode == debugPrint) {
+    const auto* const text = reinterpret_cast<const char*>(record.ExceptionInformation[1]);
+    g_failuresTraced += std::string_view(text) == "\nException caught: ";
+  }
+  return EXCEPTION_CONTINUE_SEARCH;
+}
+
+TEST_F(SiblingTest, ACatalogThatCannotBeCreatedReportsItOnceAndUnderItsClass) {
+  Put(L"QmAppServices.dll", L"sibling.dll");
+  ASSERT_EQ(S_OK, m_server.DllRegisterServer());
+  m_server.Factory(CLSID_MMCatalog);
+  m_server.Factory(CLSID_MMCatalogManager);
+  Settle();  // both factories stay
+  const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
+  const CComPtr<IClassFactory> factory = m_server.Factory(CLSID_MMCatalog);
+  Misbehave(L"ModuleSearchPath fails");
+  for (const bool byFactory : {true, false}) {
+    SCOPED_TRACE(byFactory);
+    CComPtr<IUnknown> catalog;
+    g_failuresTraced = 0;
+    void* const observer = ::AddVectoredExceptionHandler(TRUE, &CountTracedFailures);
+    const HRESULT hr = byFactory ? factory->CreateInstance(nullptr, __uuidof(IUnknown),
+                                                           reinterpret_cast<void**>(catalog.Put()))
+                                 : manager->GetCatalog(1, catalog.Put());
+    ::RemoveVectoredExceptionHandler(observer);
+    EXPECT_EQ(static_cast<HRESULT>(0x80041234), hr);
+    EXPECT_FALSE(catalog);
+    EXPECT_EQ(1, g_failuresTraced);
+    CComPtr<IErrorInfo> info;
+    CUniqueBstr source;
+    ASSERT_EQ(S_OK, ::GetErrorInfo(0, info.Put()));
+    info->GetSource(source.Put());
+    EXPECT_EQ(L"QmMMUpdater.MMCatalog.1", ViewOf(source.Get()));
+  }
+  EXPECT_EQ(S_OK, m_server.DllUnregisterServer());
 }
 
 TEST_F(SiblingTest, WithoutASiblingAModuleHasNoDescription) {
