@@ -31,10 +31,7 @@ CComModule::CComModule() noexcept {
   ::InitializeCriticalSectionAndSpinCount(&m_factoryCreation, 0);
 }
 
-CComModule::~CComModule() {
-  ::TlsFree(m_preparedThreads);
-  ::DeleteCriticalSection(&m_factoryCreation);
-}
+CComModule::~CComModule() { ::DeleteCriticalSection(&m_factoryCreation); }
 
 void CComModule::PrepareThreadForExceptions() const noexcept {
   if (::TlsGetValue(m_preparedThreads)) {

@@ -37,7 +37,7 @@ class CComModule final : private CModuleLifetimeLink {
 
   HINSTANCE m_instance = nullptr;
   ObjectMap m_objects{};
-  const DWORD m_preparedThreads = ::TlsAlloc();
+  const DWORD m_preparedThreads = ::TlsAlloc();  // freed with all slots, see ThreadSlots.cpp
   CRITICAL_SECTION m_factoryCreation;
   CComClassFactory* m_factories = nullptr;  // chained, each held with one reference
 };

@@ -166,6 +166,27 @@ TEST_F(SiblingTest, FaultsOfTheApplicationServices) {
   }
 }
 
+TEST_F(SiblingTest, TheServerAndItsSiblingsGiveTheirThreadSlotsBack) {
+  const auto nextFreeSlot = [] {
+    const DWORD slot = ::TlsAlloc();
+    ::TlsFree(slot);
+    return slot;
+  };
+  m_server.Unload();
+  const DWORD freeSlot = nextFreeSlot();
+  for (int round = 0; round < 10; ++round) {
+    m_server.Load(m_serverPath);
+    EXPECT_EQ(L"True", ReadModule(OpenModule(m_rich).Get(), L"Present"));
+    EXPECT_NE(freeSlot, nextFreeSlot());
+    EXPECT_EQ(S_OK, m_server.DllCanUnloadNow());
+    EXPECT_EQ(nullptr, ::GetModuleHandleW(L"Gleaner.dll")) << "still loaded";
+    m_server.Unload();
+    EXPECT_EQ(freeSlot, nextFreeSlot());
+  }
+  m_server.Load(m_serverPath);
+  Settle();
+}
+
 int g_failuresTraced = 0;
 
 LONG CALLBACK CountTracedFailures(EXCEPTION_POINTERS* pointers) {

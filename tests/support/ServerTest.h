@@ -60,8 +60,8 @@ class CServerTest : public ::testing::Test {
   /// Has the server make what it makes once for all, and takes what is alive then as the state to
   /// which the test has to return.
   virtual void Settle();
-  /// For sweeps: the server lets its siblings go whenever nothing is alive, and each time that one
-  /// is loaded again costs one of the thread-local slots of the process.
+  /// For sweeps: the server lets its siblings go whenever nothing is alive, and loading them again
+  /// takes longer than what a run does besides.
   void KeepSiblingsLoaded();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
