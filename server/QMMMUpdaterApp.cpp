@@ -1,10 +1,18 @@
 #include "server/QMMMUpdaterApp.h"
 
+#include <new>
+
 #include "com/frame/ComModule.h"
 #include "common/ModuleLifetime.h"
+#include "traits/ProjectTraitsManager.h"
 
 BOOL CQMMMUpdaterApp::InitInstance() {
   CComModule::Instance().Init(ServerObjects(), Instance());
+  try {
+    CProjectTraitsManager::Instance();
+  } catch (const std::bad_alloc&) {
+    return FALSE;
+  }
   return CWinApp::InitInstance();
 }
 

@@ -19,10 +19,15 @@ int GetActiveProjectType();
 /// Whether the active project is script-based. Raises as GetActiveProjectType does.
 bool IsScriptProjectActive();
 
-/// Owns the traits of both kinds of project. One per process, made at its first use.
+/// Owns the traits of both kinds of project. One per DLL: the server makes it when it is loaded,
+/// and it ends with the DLL. Programs that link this folder have it from its first use on.
 class CProjectTraitsManager {
  public:
+  /// Throws std::bad_alloc while there is none yet.
   static CProjectTraitsManager& Instance();
+
+  /// The traits of one kind of project, whichever is active.
+  const ProjectTraits& Of(ProjectType type) const noexcept { return *m_traits[type]; }
 
   /// The traits of the active project. A project of no known type raises the frame's out-of-memory
   /// exception, by which callers recognise it; otherwise as GetActiveProjectType.

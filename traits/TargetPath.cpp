@@ -1,9 +1,9 @@
 #include "traits/TargetPath.h"
 
-#include "traits/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsManager.h"
 
-msidb::DirectoryOptions TargetPathOptions() noexcept {
-  const ProjectTraitsMSI traits;
+msidb::DirectoryOptions TargetPathOptions() {
+  const ProjectTraits& traits = CProjectTraitsManager::Instance().Of(kInstallerProject);
   msidb::DirectoryOptions options;
   options.stripModuleSuffix = true;
   options.resolveDotFolders = true;

@@ -7,6 +7,7 @@
 #include "traits/ProjectTraitsMSI.h"
 #include "traits/ProjectTraitsManager.h"
 #include "traits/ProjectTraitsPro.h"
+#include "traits/TargetPath.h"
 
 namespace {
 
@@ -91,6 +92,7 @@ TEST(ProjectTraits, TheActiveProjectDecidesAnewAtEveryCall) {
     EXPECT_EQ(current_traits::OpenDelimiter(), delimiter);
     EXPECT_EQ(current_traits::OpenDelimiterChar(), *delimiter);
     EXPECT_EQ(IsScriptProjectActive(), *delimiter == L'<');
+    EXPECT_EQ(L'[', TargetPathOptions().brackets->open) << "of installer properties in any case";
   }
   for (const wchar_t* const unknown : {L"2", L"7", L"-1", L"-2147483648"}) {
     ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", unknown);
