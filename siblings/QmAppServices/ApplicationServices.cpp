@@ -60,22 +60,23 @@ std::optional<CWideString> FromSettingsFile(const wchar_t* key) {
   return found ? std::optional<CWideString>(file->TextAt(found->value)) : std::nullopt;
 }
 
-/// A value that is set somewhere; what the settings file says goes through `resolve`.
-std::optional<CWideString> FromSettings(const wchar_t* variable, const wchar_t* key,
-                                        CWideString (*resolve)(const CWideString&)) {
-  std::optional<CWideString> value = FromEnvironment(variable);
-  if (!value) {
-    value = FromSettingsFile(key);
-    if (value) {
-      value = resolve(*value);
-    }
+CWideString Folder(const wchar_t* variable, const wchar_t* key) {
+  if (const auto value = FromEnvironment(variable)) {
+    return ExpandEnvironmentText(*value);
   }
-  return value;
+  if (const auto value = FromSettingsFile(key)) {
+    return FromOwnFolder(ExpandEnvironmentText(*value));
+  }
+  return OwnFolder();
 }
 
-CWideString Folder(const wchar_t* variable, const wchar_t* key) {
-  const std::optional<CWideString> value = FromSettings(variable, key, FromOwnFolder);
-  return value ? *value : OwnFolder();
+/// A search path, in which variables stay: whoever takes it apart expands them in each folder.
+std::optional<CWideString> SearchPath(const wchar_t* variable, const wchar_t* key) {
+  if (auto value = FromEnvironment(variable)) {
+    return value;
+  }
+  const auto value = FromSettingsFile(key);
+  return value ? std::optional<CWideString>(AllFromOwnFolder(*value)) : std::nullopt;
 }
 
 }  // namespace
@@ -98,8 +99,7 @@ STDMETHODIMP CApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
 
 STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
-    const std::optional<CWideString> value =
-        FromSettings(L"QM_MODULE_PATH", L"ModulePath", AllFromOwnFolder);
+    const auto value = SearchPath(L"QM_MODULE_PATH", L"ModulePath");
     return value ? *value : CommonModules();
   });
 }
@@ -110,7 +110,6 @@ STDMETHODIMP CApplicationServices::get_DataFolder(BSTR* folder) {
 
 STDMETHODIMP CApplicationServices::get_UserModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
-    return FromSettings(L"QM_USER_MODULE_PATH", L"UserModulePath", AllFromOwnFolder)
-        .value_or(CWideString());
+    return SearchPath(L"QM_USER_MODULE_PATH", L"UserModulePath").value_or(CWideString());
   });
 }

@@ -7,7 +7,7 @@
 /// Each value is that of its environment variable, else that of its key in section [Services] of
 /// QmAppServices.ini beside the DLL, else a default. What is set to nothing is set. Read anew at
 /// every call, so that a change counts at once; an INI file that is there and cannot be read is a
-/// failure.
+/// failure. Environment variables ("%NAME%") are expanded in folders; search paths keep them.
 class CApplicationServices
     : public CComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:

@@ -96,6 +96,12 @@ TEST_F(ApplicationServicesTest, EnvironmentThenSettingsFileThenDefault) {
     const std::wstring above = FolderOf(FolderOf(m_dll)).c_str();
     const bool isList = setting.slot == 15 || setting.slot == 17;
     EXPECT_EQ(above + (isList ? L"\\From,Here" : L"\\From, Here"), Get(setting));
+    ::SetEnvironmentVariableW(L"QM_TEST_PLACE", L"C:\\Place");
+    const std::wstring place = isList ? L"%qm_test_place%\\Sub" : L"C:\\Place\\Sub";
+    WriteSettings(key + "=%qm_test_place%\\Sub");
+    EXPECT_EQ(place, Get(setting));
+    set(L"%qm_test_place%\\Sub");
+    EXPECT_EQ(place, Get(setting));
     set(L"C:\\From Environment");
     EXPECT_EQ(L"C:\\From Environment", Get(setting));
     set(longValue.c_str());
