@@ -18,8 +18,7 @@ CWideString WithLanguage(std::wstring_view key) {
 
 CWideString ModuleOfFileEntry(std::wstring_view entry) {
   const size_t colon = entry.find(L':');
-  if (colon == std::wstring_view::npos || entry.substr(0, colon) != L"0" ||
-      colon + 1 == entry.size()) {
+  if (colon == std::wstring_view::npos || entry.substr(0, colon) != L"0") {
     return {};
   }
   return WithLanguage(entry.substr(colon + 1));

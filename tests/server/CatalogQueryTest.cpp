@@ -385,7 +385,7 @@ class CatalogIndexTest : public CCatalogTest {
     write(L"index\\FilesToModules.ini",
           "[filestomodules]\r\na.dll=0:Mod.A*\r\nb.dll=0:Mod.B*:1033\r\nc.dll=1:Mod.C\r\n"
           "d.dll=Mod.D\r\nUpper.dll=0:No\r\ne.dll=0:No\r\ne.dll=0:Mod.E*\r\nf.dll=\r\n"
-          "g.dll=00:No\r\nboth.dll=1:No\r\n\xC3\xA4.dll=0:Mod.\xC3\x84*\r\n=0:No\r\n"
+          "g.dll=00:No\r\nbare.dll=0:\r\nboth.dll=1:No\r\n\xC3\xA4.dll=0:Mod.\xC3\x84*\r\n=0:No\r\n"
           "[x]\r\nx.dll=0:No\r\n");
     write(L"index\\PlatformFilesToModules.ini",
           "[PlatformFilesToModules]\r\nx.dll=0:No\r\n[PlatformFileToModule]\r\np.dll=Mod.P*\r\n"
@@ -400,6 +400,7 @@ TEST_F(CatalogIndexTest, AnswersFromTheIndexFilesThatTheProcessReadFirst) {
       {L"Mod.\u00C4:0", {L"\u00C4.DLL"}},
       {L"Mod.B:1033", {L"b.dll"}},
       {L"Mod.E:0", {L"e.dll"}},
+      {L":0", {L"bare.dll"}},
       {L"Mod.P:0", {L"P.DLL"}},
       {L"Mod.Q:1031", {L"C:\\q.dll"}},
       {L"Mod.R:0", {L"r.dll"}},
