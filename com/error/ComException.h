@@ -12,9 +12,11 @@ class _CComException : public CException {  // NOLINT(bugprone-reserved-identifi
 
   const com_exception& Failure() const noexcept { return m_failure; }
 
-  /// Gives the description of the failure; the help context is not written.
+  /// Copies the description of the failure and returns TRUE, also if nothing fits; the help context
+  /// is not written.
   BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT* = nullptr) const override {
-    return CopyMessage(m_failure.description.c_str(), buffer, maxChars);
+    CopyMessage(m_failure.description.c_str(), buffer, maxChars);
+    return TRUE;
   }
 
  private:

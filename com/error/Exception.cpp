@@ -2,17 +2,16 @@
 
 #include "common/SystemText.h"
 
-BOOL CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept {
-  if (!buffer || maxChars == 0) {
-    return FALSE;
+void CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept {
+  if (buffer && maxChars > 0) {
+    ::lstrcpynW(buffer, text, static_cast<int>(maxChars));
   }
-  ::lstrcpynW(buffer, text, static_cast<int>(maxChars));
-  return TRUE;
 }
 
 BOOL CMemoryException::GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT*) const {
   const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(E_OUTOFMEMORY));
-  return CopyMessage(text ? text.Get() : L"", buffer, maxChars);
+  CopyMessage(text ? text.Get() : L"", buffer, maxChars);
+  return TRUE;
 }
 
 namespace {

@@ -18,8 +18,8 @@ class CObject {
 class CException : public CObject {
  public:
   /// Copies the message into `buffer`, cut to `maxChars` characters with the terminator, and
-  /// returns TRUE; FALSE when there is no message or no room for the terminator. `helpContext` may
-  /// be null and is written only by exceptions that have one.
+  /// returns TRUE; an exception without a message may return FALSE. Without room for the terminator
+  /// nothing is copied. `helpContext` may be null and is written only by exceptions that have one.
   virtual BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars,
                                UINT* helpContext = nullptr) const = 0;
 
@@ -49,5 +49,5 @@ class CMemoryException final : public CException {
 [[noreturn]] void ThrowMemoryException();
 
 /// Copies as much of `text` as fits into `buffer` of `maxChars` characters, terminator included;
-/// FALSE when there is no room even for that.
-BOOL CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept;
+/// nothing if there is no room even for that.
+void CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept;
