@@ -6,6 +6,7 @@ void CMMExclusion::Init(const ExclusionRecord& exclusion) {
   m_strMinVersion = exclusion.ExcludedMinVersion;
   m_strMaxVersion = exclusion.ExcludedMaxVersion;
   m_strLanguage = CWideString::Format(L"%d", exclusion.ExcludedLanguage);
+  m_strRecordKey = exclusion.Key;
 }
 
 STDMETHODIMP CMMExclusion::get_Key(BSTR* value) { return GetText(m_strKey, value); }

