@@ -34,7 +34,7 @@ class CCacheMSM : public CMMGallery {
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
-  /// raised.
+  /// thrown.
   void InitFromFoundModule(const CWideString& path, SharedText origin);
 
   /// Whether a failure is kept, which every table then reports.

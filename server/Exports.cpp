@@ -18,8 +18,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
       theApp.SetInstance(instance);
       return theApp.InitInstance();
     case DLL_PROCESS_DETACH:
-      // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
-      // What the module keeps has no destructor that the C library would run.
+      // When the process ends (reserved is set) other DLLs may be gone: what needs them is not
+      // released then. The C library runs the destructors of static objects in either case; they
+      // give back a critical section and thread-local slots, for which the system itself suffices.
       if (!reserved) {
         theApp.ExitInstance();
       }
@@ -44,11 +45,15 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
 }
 
 STDAPI DllRegisterServer() {
-  return RunAtBoundary(GUID_NULL,
-                       [] { return RegisterServer(ServerObjects(), theApp.Instance()); });
+  return RunAtBoundary(GUID_NULL, [] {
+    RegisterServer(ServerObjects(), theApp.Instance());
+    return S_OK;
+  });
 }
 
 STDAPI DllUnregisterServer() {
-  return RunAtBoundary(GUID_NULL,
-                       [] { return UnregisterServer(ServerObjects(), theApp.Instance()); });
+  return RunAtBoundary(GUID_NULL, [] {
+    UnregisterServer(ServerObjects(), theApp.Instance());
+    return S_OK;
+  });
 }

@@ -3,7 +3,7 @@
 #include "common/WideString.h"
 
 /// The operations of ProjectTraits for the project that is active at the moment of the call. Each
-/// raises what CProjectTraitsManager::Current raises.
+/// throws and raises as CProjectTraitsManager::Current does.
 namespace current_traits {
 
 bool PredefinedFolderMatch(const CWideString& name);

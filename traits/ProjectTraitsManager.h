@@ -29,8 +29,8 @@ class CProjectTraitsManager {
   /// The traits of one kind of project, whichever is active.
   const ProjectTraits& Of(ProjectType type) const noexcept { return *m_traits[type]; }
 
-  /// The traits of the active project. A project of no known type raises the frame's out-of-memory
-  /// exception, by which callers recognise it; otherwise as GetActiveProjectType.
+  /// The traits of the active project. For one of no known type the frame's out-of-memory
+  /// exception is thrown, by which callers recognise it. Raises as GetActiveProjectType does.
   const ProjectTraits& Current() const;
 
  private:

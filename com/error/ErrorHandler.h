@@ -20,9 +20,11 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
 /// Runs `work`, which returns an HRESULT, and answers what it answers; an exception is reported
 /// under the class and becomes the result. An error object from before the call is dropped first.
 ///
-/// Every interface method that can fail does its work in here. Elsewhere only DropFailures and
-/// KeepFailure catch, and msidb/ImageDatabase, which raises what the reader of bytes throws as
-/// failures of the installer.
+/// Every interface method that can fail does its work in here. Elsewhere DropFailures and
+/// KeepFailure catch, and these for what they throw themselves or call: image/Database, which names
+/// the part that damage lies in; msidb/ImageDatabase, which raises what the reader of bytes throws
+/// as failures of the installer; CComModule, which prepares threads; the application object, which
+/// refuses to start without memory.
 template <class Work>
 HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   ::SetErrorInfo(0, nullptr);

@@ -3,7 +3,12 @@
 #include "com/error/com_exception.h"
 #include "common/Bstr.h"
 
-/// Throws a new CComException* that holds a copy of `failure`.
+// What comments mean by it: a failure is *raised* when it is thrown in a form that the boundary of
+// a method (RunAtBoundary) reports with its own HRESULT and description, as CComException* or
+// qm::win32_exception. Everything else is *thrown*: std::bad_alloc, and what is caught again on its
+// way to a boundary.
+
+/// Raises `failure`: throws a new CComException* that holds a copy.
 [[noreturn]] void Raise(const com_exception& failure);
 
 /// Captures the failure `hr` with the thread's error object and raises it.
@@ -16,7 +21,7 @@ inline void ThrowIfFailed(HRESULT hr) {
   }
 }
 
-/// Throws qm::win32_exception for the thread's last-error code.
+/// Raises the thread's last-error code: throws qm::win32_exception.
 [[noreturn]] void RaiseLastError();
 
 /// A new BSTR of `text`. Throws std::bad_alloc.

@@ -4,6 +4,8 @@
 
 /// Class factory of one coclass. The module makes it once and holds it with one reference, which
 /// does not count as a lock; references that clients hold do, as LockServer does.
+/// The critical section around its one-time creation, with spin count 0, is the module's: no
+/// factory is there yet that could hold it.
 class CComClassFactory final : public IClassFactory {
  public:
   CComClassFactory(const ObjectMapEntry& entry, CComClassFactory* next) noexcept

@@ -4,5 +4,5 @@
 
 #include "common/WideString.h"
 
-/// Full path of a module's file, of any length. Throws qm::win32_exception.
+/// Full path of a module's file, of any length. Raises the system's failure.
 CWideString ModulePath(HINSTANCE instance);

@@ -107,7 +107,7 @@ void UnregisterLibrary(REFGUID libid, const CWideString& path) {
 
 }  // namespace
 
-HRESULT RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
+void RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
     RegisterClass(objects.entries[i], *objects.classLibrary, instance);
   }
@@ -117,10 +117,9 @@ HRESULT RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
   if (objects.interfaceLibrary) {
     RegisterLibrary(InterfaceLibraryPath(objects, instance));
   }
-  return S_OK;
 }
 
-HRESULT UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
+void UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
     const ObjectMapEntry& entry = objects.entries[i];
     DeleteKey(entry.progId);
@@ -131,5 +130,4 @@ HRESULT UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
     UnregisterLibrary(*objects.interfaceLibrary, InterfaceLibraryPath(objects, instance));
   }
   UnregisterLibrary(*objects.classLibrary, ModulePath(instance));
-  return S_OK;
 }

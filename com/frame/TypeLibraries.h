@@ -35,5 +35,5 @@ class TypeLibraries final : private CModuleLifetimeLink {
   ITypeLib* m_loaded[2] = {};
 };
 
-/// Full path of the interface library's file beside the DLL. Throws qm::win32_exception.
+/// Full path of the interface library's file beside the DLL. Raises as ModulePath does.
 CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);

@@ -9,7 +9,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
   if (reason == DLL_PROCESS_ATTACH) {
     CComModule::Instance().Init(ComponentObjects(), instance);
   } else if (reason == DLL_PROCESS_DETACH && !reserved) {
-    // When the process ends (reserved is set) other DLLs may be gone: nothing is released then.
+    // When the process ends (reserved is set) other DLLs may be gone: what needs them is not
+    // released then.
     EndModuleLifetime();
   }
   return TRUE;
@@ -23,12 +24,14 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
 
 STDAPI DllRegisterServer() {
   return RunAtBoundary(GUID_NULL, [] {
-    return RegisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+    RegisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+    return S_OK;
   });
 }
 
 STDAPI DllUnregisterServer() {
   return RunAtBoundary(GUID_NULL, [] {
-    return UnregisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+    UnregisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+    return S_OK;
   });
 }
