@@ -2,6 +2,8 @@
 
 #include <utility>
 
+#include "common/LastError.h"
+
 /// The one owner of a handle. Traits give the handle's type, its closer and the value that means
 /// none:
 ///
@@ -31,10 +33,12 @@ class CUniqueHandle {
   explicit operator bool() const noexcept { return m_handle != Traits::None(); }
   Handle Get() const noexcept { return m_handle; }
 
-  /// Closes what is held and takes over `handle`.
+  /// Closes what is held and takes over `handle`. The thread's last-error code stays as it is: what
+  /// failed before is often asked for afterwards.
   void Reset(Handle handle = Traits::None()) noexcept {
     const Handle old = std::exchange(m_handle, handle);
     if (old != Traits::None()) {
+      const CLastErrorKeeper keeper;
       Traits::Close(old);
     }
   }

@@ -76,7 +76,10 @@ std::vector<int> g_closed;
 struct CountingTraits {
   using Handle = int;
   static constexpr int None() noexcept { return -1; }
-  static void Close(int handle) noexcept { g_closed.push_back(handle); }
+  static void Close(int handle) noexcept {
+    g_closed.push_back(handle);
+    ::SetLastError(ERROR_INVALID_HANDLE);
+  }
 };
 
 TEST(UniqueHandle, ClosesEachHandleOnce) {
@@ -99,6 +102,11 @@ TEST(UniqueHandle, ClosesEachHandleOnce) {
     EXPECT_EQ(4, none.Release());
   }
   EXPECT_EQ(g_closed, (Closed{1, 0, 2, 3}));
+
+  ::SetLastError(ERROR_SHARING_VIOLATION);
+  CUniqueHandle<CountingTraits>(5).Reset();
+  const DWORD code = ::GetLastError();
+  EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, code) << "closing changed the code";
 }
 
 }  // namespace
