@@ -102,11 +102,7 @@ STDMETHODIMP CMMCatalog::Refresh(long* result) {
 }
 
 STDMETHODIMP CMMCatalog::get_Sources(IMMSources** sources) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!sources) {
-      return E_POINTER;
-    }
-    *sources = nullptr;
+  return FillOut(sources, [&] {
     RequireModules();
     const auto collection = CComObject<CMMSources>::Create();
     int position = 0;
@@ -190,26 +186,14 @@ STDMETHODIMP CMMCatalog::FindModule(BSTR key, BSTR version, long, IMergeModules*
 }
 
 STDMETHODIMP CMMCatalog::GetModuleForFile(BSTR fileName, BSTR* key) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!key) {
-      return E_POINTER;
-    }
-    *key = nullptr;
-    *key = MakeBstr(FindModuleForFile(ViewOf(fileName))).Release();
-    return S_OK;
-  });
+  return AnswerText(key, [&] { return FindModuleForFile(ViewOf(fileName)); });
 }
 
 STDMETHODIMP CMMCatalog::GetModuleDisplayName(BSTR key, BSTR* name) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!name) {
-      return E_POINTER;
-    }
-    *name = nullptr;
+  return AnswerText(name, [&] {
     CWideString text = ViewOf(key);
     CIniIndexes::Instance().LookupModuleName(text, text);
-    *name = MakeBstr(text).Release();
-    return S_OK;
+    return text;
   });
 }
 

@@ -20,15 +20,6 @@ using CUniqueBstr = CUniqueHandle<BstrTraits>;
   return ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
 }
 
-/// Gives a caller a new BSTR of `text`. E_POINTER for a null `out`, E_OUTOFMEMORY.
-inline HRESULT GiveBstr(std::wstring_view text, BSTR* out) noexcept {
-  if (!out) {
-    return E_POINTER;
-  }
-  *out = AllocBstr(text);
-  return *out ? S_OK : E_OUTOFMEMORY;
-}
-
 /// The text of a BSTR with its embedded zeros; null counts as empty.
 inline std::wstring_view ViewOf(BSTR text) noexcept {
   return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view();

@@ -74,7 +74,8 @@ HRESULT CMMGallery::GetNeedsDownload(VARIANT_BOOL* result) {
 
 HRESULT CMMGallery::GetLocalPath(BSTR* result) {
   EnsureChecked();
-  return GiveBstr(m_strLocalPath, result);
+  *result = MakeBstr(m_strLocalPath).Release();
+  return S_OK;
 }
 
 void CMMGallery::SetNameAndVersion(const wchar_t* name, const wchar_t* version) {

@@ -24,7 +24,7 @@ class CMMGallery {
   virtual HRESULT GetNeedsDownload(VARIANT_BOOL* result);
 
   /// A new BSTR with the full path of the local module file as the check found it; empty when there
-  /// is none. E_OUTOFMEMORY.
+  /// is none. Throws std::bad_alloc.
   virtual HRESULT GetLocalPath(BSTR* result);
 
   /// Names the module's gallery description and the version that is known locally; null counts as

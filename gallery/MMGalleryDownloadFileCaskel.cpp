@@ -1,6 +1,6 @@
 #include "gallery/MMGalleryDownloadFileCaskel.h"
 
-#include "common/Bstr.h"
+#include "com/error/ErrorHandler.h"
 
 void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* mediaLocation,
                                         const wchar_t* internetLocation, long fileSize,
@@ -13,15 +13,16 @@ void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* 
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_Location(BSTR* value) {
-  return GiveBstr(m_strLocation, value);
+  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_MediaLocation(BSTR* value) {
-  return GiveBstr(m_strMediaLocation, value);
+  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strMediaLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_InternetLocation(BSTR* value) {
-  return GiveBstr(m_strInternetLocation, value);
+  return AnswerText(GUID_NULL, value,
+                    [&]() -> const CWideString& { return m_strInternetLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
@@ -30,5 +31,5 @@ STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_CheckSum(BSTR* value) {
-  return GiveBstr(m_strCheckSum, value);
+  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strCheckSum; });
 }

@@ -14,11 +14,10 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   using Elements = CCollectionElements<ItemInterface>;
   using InterfaceMap = CInterfaceMap<Via<IEnumVARIANT, IEnumVARIANT>>;
 
-  /// A new enumerator over all of `elements`, standing at `cursor`. E_OUTOFMEMORY.
+  /// A new enumerator over all of `elements`, standing at `cursor`. E_POINTER, E_OUTOFMEMORY.
   static HRESULT Make(const std::shared_ptr<const Elements>& elements, size_t cursor,
                       IEnumVARIANT** out) noexcept {
-    *out = nullptr;
-    return RunAtBoundary(GUID_NULL, [&] {
+    return FillOut(GUID_NULL, out, [&] {
       const auto enumerator = CComObject<CCollectionEnum>::Create();
       enumerator->m_elements = elements;
       enumerator->m_last = elements->Size();
@@ -30,21 +29,23 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   /// Copies over the first values of the array with VariantCopy: what they held is released, so
   /// they must be initialised. One whose copy fails ends the call.
   STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
-    if (!values || (!fetched && count != 1)) {
-      return E_POINTER;
-    }
-    if (fetched) {
-      *fetched = 0;
-    }
-    ULONG copied = 0;
-    while (copied < count && m_cursor < m_last && CopyCurrent(values[copied])) {
-      ++m_cursor;
-      ++copied;
-    }
-    if (fetched) {
-      *fetched = copied;
-    }
-    return copied == count ? S_OK : S_FALSE;
+    return RunAtBoundary(GUID_NULL, [&] {
+      if (!values || (!fetched && count != 1)) {
+        return E_POINTER;
+      }
+      if (fetched) {
+        *fetched = 0;
+      }
+      ULONG copied = 0;
+      while (copied < count && m_cursor < m_last && CopyCurrent(values[copied])) {
+        ++m_cursor;
+        ++copied;
+      }
+      if (fetched) {
+        *fetched = copied;
+      }
+      return copied == count ? S_OK : S_FALSE;
+    });
   }
 
   /// S_OK when the cursor stands at the end afterwards, S_FALSE when it does not: the reverse of
@@ -60,9 +61,6 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   }
 
   STDMETHOD(Clone)(IEnumVARIANT** enumerator) override {
-    if (!enumerator) {
-      return E_POINTER;
-    }
     return Make(m_elements, m_cursor, enumerator);
   }
 

@@ -49,23 +49,16 @@ std::shared_ptr<CCacheMSM> CMergeModule::RequireRecord() const {
 template <class Text>
 HRESULT CMergeModule::GetText(Text (CCacheMSM::*text)() const noexcept,
                               BSTR* value) const noexcept {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = nullptr;
+  return FillOut(value, [&] {
     const auto record = RequireRecord();
-    return GiveBstr((*record.*text)(), value);
+    *value = MakeBstr((*record.*text)()).Release();
+    return S_OK;
   });
 }
 
 template <class Item, class Collection, class List, class Interface>
 HRESULT CMergeModule::GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = nullptr;
+  return FillOut(value, [&] {
     const auto record = RequireRecord();
     const auto collection = CComObject<Collection>::Create();
     for (const auto& entry : (*record.*list)()) {
@@ -148,31 +141,15 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
 }
 
 STDMETHODIMP CMergeModule::get_Present(VARIANT_BOOL* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = VARIANT_FALSE;
-    return RequireRecord()->GetPresent(value);
-  });
+  return FillOut(value, [&] { return RequireRecord()->GetPresent(value); });
 }
 
 STDMETHODIMP CMergeModule::get_NeedsDownload(VARIANT_BOOL* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = VARIANT_FALSE;
-    return RequireRecord()->GetNeedsDownload(value);
-  });
+  return FillOut(value, [&] { return RequireRecord()->GetNeedsDownload(value); });
 }
 
 STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = nullptr;
+  return FillOut(value, [&] {
     const auto record = RequireRecord();
     const auto collection = CComObject<CMMGalleryDownloadFilesCaskel>::Create();
     const long count = record->GetDownloadFileCount();
@@ -185,24 +162,11 @@ STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** val
 }
 
 STDMETHODIMP CMergeModule::get_LocalPath(BSTR* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = nullptr;
-    return RequireRecord()->GetLocalPath(value);
-  });
+  return FillOut(value, [&] { return RequireRecord()->GetLocalPath(value); });
 }
 
 STDMETHODIMP CMergeModule::get_HasOrigin(VARIANT_BOOL* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    *value = VARIANT_FALSE;
-    *value = ToVariantBool(!RequireRecord()->GetOrigin().empty());
-    return S_OK;
-  });
+  return Answer(value, [&] { return ToVariantBool(!RequireRecord()->GetOrigin().empty()); });
 }
 
 STDMETHODIMP CMergeModule::get_Origin(BSTR* value) {

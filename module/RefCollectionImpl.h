@@ -20,11 +20,7 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   using InterfaceMap = CInterfaceMap<Via<Collection, Collection, IDispatch>>;
 
   STDMETHOD(get_Item)(VARIANT index, ItemInterface** item) override {
-    if (!item) {
-      return E_POINTER;
-    }
-    *item = nullptr;
-    return RunAtBoundary(GUID_NULL, [&] {
+    return FillOut(GUID_NULL, item, [&] {
       const size_t position = Find(CCollectionIndex(index));
       if (position == m_elements->Size()) {
         return E_INVALIDARG;
@@ -35,30 +31,20 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   }
 
   STDMETHOD(get_Count)(long* count) override {
-    if (!count) {
-      return E_POINTER;
-    }
-    *count = static_cast<long>(m_elements->Size());
-    return S_OK;
+    return Answer(GUID_NULL, count, [&] { return static_cast<long>(m_elements->Size()); });
   }
 
   STDMETHOD(get__NewEnum)(IUnknown** enumerator) override {
-    if (!enumerator) {
-      return E_POINTER;
-    }
-    *enumerator = nullptr;
-    CComPtr<IEnumVARIANT> made;
-    const HRESULT hr = this->get_Enumerator(made.Put());
-    if (FAILED(hr)) {
-      return hr;
-    }
-    return made->QueryInterface(__uuidof(IEnumVARIANT), reinterpret_cast<void**>(enumerator));
+    return FillOut(GUID_NULL, enumerator, [&] {
+      CComPtr<IEnumVARIANT> made;
+      const HRESULT hr = this->get_Enumerator(made.Put());
+      return FAILED(hr) ? hr
+                        : made->QueryInterface(__uuidof(IEnumVARIANT),
+                                               reinterpret_cast<void**>(enumerator));
+    });
   }
 
   STDMETHOD(get_Enumerator)(IEnumVARIANT** enumerator) override {
-    if (!enumerator) {
-      return E_POINTER;
-    }
     return CCollectionEnum<ItemInterface>::Make(m_elements, 0, enumerator);
   }
 

@@ -4,6 +4,7 @@
 
 #include <memory>
 
+#include "com/error/Raise.h"
 #include "com/error/com_exception.h"
 
 /// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
@@ -33,6 +34,34 @@ HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   } catch (...) {
     return ReportCurrentException(clsid);
   }
+}
+
+/// The boundary of a method that gives one result. A null `out` is E_POINTER; it is cleared before
+/// `fill`, which returns an HRESULT, runs and sets it.
+template <class Out, class Fill>
+HRESULT FillOut(REFCLSID clsid, Out* out, Fill&& fill) noexcept {
+  return RunAtBoundary(clsid, [&]() -> HRESULT {
+    if (!out) {
+      return E_POINTER;
+    }
+    *out = {};
+    return fill();
+  });
+}
+
+/// The same for `work` that returns the result, or for an interface the caller's reference.
+template <class Out, class Work>
+HRESULT Answer(REFCLSID clsid, Out* out, Work&& work) noexcept {
+  return FillOut(clsid, out, [&] {
+    *out = work();
+    return S_OK;
+  });
+}
+
+/// The same for `work` that returns a text, of which the caller gets a BSTR.
+template <class Work>
+HRESULT AnswerText(REFCLSID clsid, BSTR* out, Work&& work) noexcept {
+  return Answer(clsid, out, [&] { return MakeBstr(work()).Release(); });
 }
 
 /// Call from a catch clause: drops the exception that is being handled; one thrown by pointer is
@@ -76,9 +105,21 @@ class CErrorHandler {
   }
 
  protected:
-  /// The method boundary, see RunAtBoundary.
+  // The method boundary, see RunAtBoundary, FillOut, Answer and AnswerText.
   template <class Work>
   static HRESULT MethodBoundary(Work&& work) noexcept {
     return RunAtBoundary(*pClsid, static_cast<Work&&>(work));
+  }
+  template <class Out, class Fill>
+  static HRESULT FillOut(Out* out, Fill&& fill) noexcept {
+    return ::FillOut(*pClsid, out, static_cast<Fill&&>(fill));
+  }
+  template <class Out, class Work>
+  static HRESULT Answer(Out* out, Work&& work) noexcept {
+    return ::Answer(*pClsid, out, static_cast<Work&&>(work));
+  }
+  template <class Work>
+  static HRESULT AnswerText(BSTR* out, Work&& work) noexcept {
+    return ::AnswerText(*pClsid, out, static_cast<Work&&>(work));
   }
 };

@@ -1,5 +1,6 @@
 #include "com/frame/ClassFactory.h"
 
+#include "com/error/ErrorHandler.h"
 #include "com/frame/InterfaceMap.h"
 #include "com/frame/ModuleLock.h"
 
@@ -26,14 +27,10 @@ ULONG CComClassFactory::Release() {
 }
 
 HRESULT CComClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
-  if (!out) {
-    return E_POINTER;
-  }
-  *out = nullptr;
-  if (outer && iid != __uuidof(IUnknown)) {
-    return CLASS_E_NOAGGREGATION;
-  }
-  return m_entry.create(outer, iid, out);
+  return FillOut(GUID_NULL, out, [&] {
+    const bool refused = outer && iid != __uuidof(IUnknown);
+    return refused ? CLASS_E_NOAGGREGATION : m_entry.create(outer, iid, out);
+  });
 }
 
 HRESULT CComClassFactory::LockServer(BOOL lock) {

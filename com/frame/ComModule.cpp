@@ -2,6 +2,7 @@
 
 #include <new>
 
+#include "com/error/ErrorHandler.h"
 #include "com/frame/ClassFactory.h"
 #include "com/frame/TypeLibraries.h"
 
@@ -59,18 +60,16 @@ void CComModule::End() noexcept {
 }
 
 HRESULT CComModule::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept {
-  if (!out) {
-    return E_POINTER;
-  }
-  *out = nullptr;
   PrepareThreadForExceptions();
-  for (size_t i = 0; i < m_objects.count; ++i) {
-    if (*m_objects.entries[i].clsid == clsid) {
-      CComClassFactory* const factory = FindOrMakeFactory(m_objects.entries[i]);
-      return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;
+  return FillOut(GUID_NULL, out, [&] {
+    for (size_t i = 0; i < m_objects.count; ++i) {
+      if (*m_objects.entries[i].clsid == clsid) {
+        CComClassFactory* const factory = FindOrMakeFactory(m_objects.entries[i]);
+        return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;
+      }
     }
-  }
-  return CLASS_E_CLASSNOTAVAILABLE;
+    return CLASS_E_CLASSNOTAVAILABLE;
+  });
 }
 
 CComClassFactory* CComModule::FindOrMakeFactory(const ObjectMapEntry& entry) noexcept {

@@ -137,11 +137,7 @@ HRESULT FinishCreation(const CComPtr<Object>& object, REFIID iid, void** out) no
 /// answers, whose report of a failure stays as it is.
 template <class Base>
 HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
-  return RunAtBoundary(GUID_NULL, [&]() -> HRESULT {
-    if (!out) {
-      return E_POINTER;
-    }
-    *out = nullptr;
+  return FillOut(GUID_NULL, out, [&]() -> HRESULT {
     if (outer) {
       using Object = CComAggObject<Base>;
       return FinishCreation(CComPtr<Object>::Adopt(new Object(outer)), iid, out);

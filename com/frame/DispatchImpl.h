@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "com/error/ErrorHandler.h"
 #include "com/frame/DispatchTable.h"
 #include "com/frame/TypeLibraries.h"
 #include "common/ModuleLifetime.h"
@@ -40,19 +41,12 @@ template <class Interface, class Described = Interface,
 class IDispatchImpl : public Interface {
  public:
   STDMETHOD(GetTypeInfoCount)(UINT* count) override {
-    if (!count) {
-      return E_POINTER;
-    }
-    *count = 1;
-    return S_OK;
+    return Answer(GUID_NULL, count, [] { return 1; });
   }
 
   STDMETHOD(GetTypeInfo)(UINT index, LCID, ITypeInfo** info) override {
-    if (!info) {
-      return E_POINTER;
-    }
-    *info = nullptr;
-    return index == 0 ? s_typeInfo.GetTypeInfo(info) : DISP_E_BADINDEX;
+    return FillOut(GUID_NULL, info,
+                   [&] { return index == 0 ? s_typeInfo.GetTypeInfo(info) : DISP_E_BADINDEX; });
   }
 
   STDMETHOD(GetIDsOfNames)

@@ -117,7 +117,8 @@ TEST_F(ApplicationServicesTest, EnvironmentThenSettingsFileThenDefault) {
     CVariant value;
     EXPECT_EQ(S_OK, Invoke(m_services.Get(), setting.member, kByName, nullptr, &value));
     EXPECT_EQ(L"C:\\From File", ViewOf(value.bstrVal));
-    EXPECT_EQ(E_POINTER, CallSlot(m_services.Get(), setting.slot, static_cast<void*>(nullptr)));
+    EXPECT_EQ(E_POINTER,
+              CallSlotWithNull(m_services.Get(), setting.slot, static_cast<void*>(nullptr)));
   }
 }
 
@@ -131,7 +132,7 @@ TEST_F(ApplicationServicesTest, MembersAndReservedOperations) {
     EXPECT_EQ(E_NOTIMPL, CallSlot(m_services.Get(), slot, &value)) << slot;
     EXPECT_EQ(nullptr, value);
     EXPECT_FALSE(TakeDescription().empty());
-    EXPECT_EQ(E_POINTER, CallSlot(m_services.Get(), slot, static_cast<void*>(nullptr)));
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(m_services.Get(), slot, static_cast<void*>(nullptr)));
     const std::wstring member = L"Reserved" + std::to_wstring(slot);
     EXPECT_EQ(E_NOTIMPL, Invoke(m_services.Get(), member.c_str(), kByName, nullptr, nullptr));
   }

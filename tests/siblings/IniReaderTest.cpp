@@ -89,11 +89,11 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
                                                   {section.Get(), 2},  {keys.Get(), 2},
                                                   {key.Get(), 1},      {key.Get(), 2}};
   for (const auto& [object, slot] : getters) {
-    EXPECT_EQ(E_POINTER, CallSlot(object, slot, static_cast<void*>(nullptr))) << slot;
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(object, slot, static_cast<void*>(nullptr))) << slot;
   }
   for (IUnknown* const collection : {sections.Get(), keys.Get()}) {
-    EXPECT_EQ(E_POINTER,
-              CallSlot(collection, 1, static_cast<VARIANT>(two), static_cast<void*>(nullptr)));
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(collection, 1, static_cast<VARIANT>(two),
+                                          static_cast<void*>(nullptr)));
   }
 }
 

@@ -215,18 +215,18 @@ TEST_F(RepositoryTest, SlotsMembersAndTheCursor) {
   EXPECT_EQ(m_path, ViewOf(path.Get()));
   ASSERT_EQ(S_OK, CallSlot(m_manager.Get(), 3, repositories.Put()));
   const auto none = static_cast<void*>(nullptr);
-  EXPECT_EQ(E_POINTER, CallSlot(m_manager.Get(), 1, none));
-  EXPECT_EQ(E_POINTER, CallSlot(m_manager.Get(), 3, none));
+  EXPECT_EQ(E_POINTER, CallSlotWithNull(m_manager.Get(), 1, none));
+  EXPECT_EQ(E_POINTER, CallSlotWithNull(m_manager.Get(), 3, none));
   CComPtr<IRepository> repository;
   const std::pair<size_t, const wchar_t*> moves[] = {
       {2, L"1"}, {2, L"2"}, {2, nullptr}, {2, nullptr}, {1, L"1"}, {1, L"1"}, {2, L"2"}};
   for (const auto& [slot, value] : moves) {
-    EXPECT_EQ(E_POINTER, CallSlot(repositories.Get(), slot, none));  // moves nothing
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(repositories.Get(), slot, none));  // moves nothing
     ASSERT_EQ(S_OK, CallSlot(repositories.Get(), slot, repository.Put()));
     ASSERT_EQ(value != nullptr, repository.Get() != nullptr);
     EXPECT_EQ(value ? value : L"", repository ? Property(repository.Get(), L"A") : L"");
   }
-  EXPECT_EQ(E_POINTER, CallSlot(repository.Get(), 1, CVariant(L"A").bstrVal, none));
+  EXPECT_EQ(E_POINTER, CallSlotWithNull(repository.Get(), 1, CVariant(L"A").bstrVal, none));
   ExpectMembers(m_manager.Get(), L"Path GetRepositories");
   ExpectMembers(repositories.Get(), L"MoveFirst MoveNext");
   ExpectMembers(repository.Get(), L"GetProperty");

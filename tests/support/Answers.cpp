@@ -33,6 +33,16 @@ std::wstring TakeDescription() {
   return std::wstring(ViewOf(description.Get()));
 }
 
+void LeaveOlderFailure() {
+  CComPtr<ICreateErrorInfo> create;
+  CComPtr<IErrorInfo> info;
+  if (SUCCEEDED(::CreateErrorInfo(create.Put()))) {
+    create->SetDescription(const_cast<wchar_t*>(L"an older failure"));
+    create.QueryInterface(info.Put());
+    ::SetErrorInfo(0, info.Get());
+  }
+}
+
 std::wstring FailureText(HRESULT hr, const std::wstring& description) {
   return CWideString::Format(L"0x%08X %s", hr, description.c_str()).c_str();
 }

@@ -33,6 +33,9 @@ class CVariant : public VARIANT {
   ~CVariant() { ::VariantClear(this); }
 };
 
+/// The description that a failed call left on the thread.
+std::wstring TakeDescription();
+
 /// Calls the method in a slot, counted from 1 behind IDispatch, of a virtual table.
 template <class... Arguments>
 HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
@@ -40,12 +43,21 @@ HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
   return (*reinterpret_cast<Method**>(object))[6 + slot](object, arguments...);
 }
 
+/// Leaves an error object of a failure from before on the thread.
+void LeaveOlderFailure();
+
+/// CallSlot, for a call that gets no place for its answer: what it answers, or S_OK if it leaves an
+/// older failure on the thread.
+template <class... Arguments>
+HRESULT CallSlotWithNull(IUnknown* object, size_t slot, Arguments... arguments) {
+  LeaveOlderFailure();
+  const HRESULT hr = CallSlot(object, slot, arguments...);
+  return TakeDescription().empty() ? hr : S_OK;
+}
+
 /// Calls a member through IDispatch, with one argument at most; gives the HRESULT of the member.
 HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argument,
                VARIANT* result, std::wstring* description = nullptr);
-
-/// The description that a failed call left on the thread.
-std::wstring TakeDescription();
 
 std::wstring FailureText(HRESULT hr, const std::wstring& description);
 bool IsFailure(const std::wstring& answer);

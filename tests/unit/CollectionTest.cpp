@@ -154,7 +154,9 @@ TEST_F(Collection, NullPointersAreRefused) {
   const CComPtr<IEnumVARIANT> enumerator = Enumerator();
   VARIANT values[2];
   ULONG fetched = 9;
+  LeaveErrorObject(L"older");
   EXPECT_EQ(E_POINTER, enumerator->Next(1, nullptr, &fetched));
+  EXPECT_FALSE(TakeErrorObject());
   EXPECT_EQ(E_POINTER, enumerator->Next(2, values, nullptr));
   EXPECT_EQ(E_POINTER, enumerator->Next(0, values, nullptr));
   EXPECT_EQ(E_POINTER, enumerator->Clone(nullptr));
