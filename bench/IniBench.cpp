@@ -145,17 +145,17 @@ CComPtr<IClassFactory> ReaderFactory() {
   const auto getClassObject = reinterpret_cast<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(
       reinterpret_cast<void*>(::GetProcAddress(dll, "DllGetClassObject")));
   CComPtr<IClassFactory> factory;
-  ThrowIfFailed(getClassObject(CLSID_IniReader, __uuidof(IClassFactory),
+  RaiseIfFailed(getClassObject(CLSID_IniReader, __uuidof(IClassFactory),
                                reinterpret_cast<void**>(factory.Put())));
   return factory;
 }
 
 CComPtr<IIniReader> Load(IClassFactory* factory, const CWideString& path) {
   CComPtr<IIniReader> reader;
-  ThrowIfFailed(factory->CreateInstance(nullptr, __uuidof(IIniReader),
+  RaiseIfFailed(factory->CreateInstance(nullptr, __uuidof(IIniReader),
                                         reinterpret_cast<void**>(reader.Put())));
   const CUniqueBstr text(AllocBstr(path));
-  ThrowIfFailed(reader->Load(text.Get()));
+  RaiseIfFailed(reader->Load(text.Get()));
   return reader;
 }
 
@@ -173,11 +173,11 @@ size_t ReadKey(IIniReader* reader, BSTR sectionName, BSTR keyName) {
   CComPtr<IIniKeys> keys;
   CComPtr<IIniKey> key;
   CUniqueBstr value;
-  ThrowIfFailed(reader->get_Sections(sections.Put()));
-  ThrowIfFailed(sections->get_Item(Named(sectionName), section.Put()));
-  ThrowIfFailed(section->get_Keys(keys.Put()));
-  ThrowIfFailed(keys->get_Item(Named(keyName), key.Put()));
-  ThrowIfFailed(key->get_Value(value.Put()));
+  RaiseIfFailed(reader->get_Sections(sections.Put()));
+  RaiseIfFailed(sections->get_Item(Named(sectionName), section.Put()));
+  RaiseIfFailed(section->get_Keys(keys.Put()));
+  RaiseIfFailed(keys->get_Item(Named(keyName), key.Put()));
+  RaiseIfFailed(key->get_Value(value.Put()));
   return ViewOf(value.Get()).size();
 }
 

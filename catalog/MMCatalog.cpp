@@ -111,7 +111,7 @@ STDMETHODIMP CMMCatalog::get_Sources(IMMSources** sources) {
       item->Init(*source);
       collection->Add(CWideString::Format(L"%d", ++position), item.Get());
     }
-    ThrowIfFailed(collection.QueryInterface(sources));
+    RaiseIfFailed(collection.QueryInterface(sources));
     return S_OK;
   });
 }
@@ -150,7 +150,7 @@ STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModule
                                      long* count) {
   return Find(
       [&] {
-        ThrowIfFailed(key ? S_OK : E_POINTER);
+        RaiseIfFailed(key ? S_OK : E_POINTER);
         ModuleQuery query = QueryOfKey(*key, version);
         query.language.clear();
         return query;

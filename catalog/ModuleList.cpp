@@ -26,7 +26,7 @@ bool CModuleList::HasKey(const CWideString& key) const {
   if (hr == E_INVALIDARG) {
     return false;
   }
-  ThrowIfFailed(hr);
+  RaiseIfFailed(hr);
   return true;
 }
 

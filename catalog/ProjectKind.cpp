@@ -6,14 +6,14 @@
 
 long GetProjectKind(IUnknown& project) {
   CComPtr<IHostProject> hostProject;
-  ThrowIfFailed(
+  RaiseIfFailed(
       project.QueryInterface(__uuidof(IHostProject), reinterpret_cast<void**>(hostProject.Put())));
   CComPtr<IHostProjectSettings> settings;
-  ThrowIfFailed(hostProject->GetSettings(settings.Put()));
+  RaiseIfFailed(hostProject->GetSettings(settings.Put()));
   if (!settings) {
     Raise(com_exception(E_UNEXPECTED, L"The project has no settings."));
   }
   long kind = 0;
-  ThrowIfFailed(settings->GetProjectKind(&kind));
+  RaiseIfFailed(settings->GetProjectKind(&kind));
   return kind;
 }

@@ -55,10 +55,10 @@ ModuleQuery QueryOfTexts(VARIANT* key, VARIANT* version) {
 
 void GetElement(SAFEARRAY* array, LONG index, VARTYPE type, VARIANT* value) {
   if (type == VT_VARIANT) {
-    ThrowIfFailed(::SafeArrayGetElement(array, &index, value));
+    RaiseIfFailed(::SafeArrayGetElement(array, &index, value));
   } else {
     Require(type == VT_BSTR);
-    ThrowIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
+    RaiseIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
     value->vt = VT_BSTR;
   }
 }

@@ -8,7 +8,7 @@ namespace {
 
 CWideString GetProperty(IRepository& repository, const wchar_t* name) {
   CUniqueBstr value;
-  ThrowIfFailed(repository.GetProperty(MakeBstr(name).Get(), value.Put()));
+  RaiseIfFailed(repository.GetProperty(MakeBstr(name).Get(), value.Put()));
   return ViewOf(value.Get());
 }
 
@@ -21,23 +21,23 @@ CComPtr<IRepositoryMgr> OpenRepositoryList(const CWideString& dataFolder) {
   const CWideString path = JoinPath(dataFolder, L"Repositories\\Repositories.xml");
   auto manager =
       CComponentLoader::Instance().Create<IRepositoryMgr>(L"Corvane8.dll", CLSID_RepositoryMgr);
-  ThrowIfFailed(manager->put_Path(MakeBstr(path).Get()));
+  RaiseIfFailed(manager->put_Path(MakeBstr(path).Get()));
   return manager;
 }
 
 std::vector<Repository> ReadRepositories(IRepositoryMgr& manager) {
   std::vector<Repository> found;
   CComPtr<IRepositories> repositories;
-  ThrowIfFailed(manager.GetRepositories(repositories.Put()));
+  RaiseIfFailed(manager.GetRepositories(repositories.Put()));
   if (!repositories) {
     return found;
   }
   CComPtr<IRepository> repository;
-  ThrowIfFailed(repositories->MoveFirst(repository.Put()));
+  RaiseIfFailed(repositories->MoveFirst(repository.Put()));
   while (repository) {
     found.push_back(
         {GetProperty(*repository, L"MMSearchPath"), GetProperty(*repository, L"DisplayName")});
-    ThrowIfFailed(repositories->MoveNext(repository.Put()));
+    RaiseIfFailed(repositories->MoveNext(repository.Put()));
   }
   return found;
 }

@@ -17,7 +17,7 @@ void RequireObject(const CComPtr<Interface>& object) {
 template <class Item, class Collection>
 CComPtr<Item> Find(Collection& collection, VARIANT index) {
   CComPtr<Item> item;
-  ThrowIfFailed(collection.get_Item(index, item.Put()));
+  RaiseIfFailed(collection.get_Item(index, item.Put()));
   return item;
 }
 
@@ -34,21 +34,21 @@ CComPtr<Item> FindByName(Collection& collection, const CWideString& name) {
 
 CComPtr<IIniSection> FindSection(IIniReader& reader, const CWideString& section) {
   CComPtr<IIniSections> sections;
-  ThrowIfFailed(reader.get_Sections(sections.Put()));
+  RaiseIfFailed(reader.get_Sections(sections.Put()));
   RequireObject(sections);
   return FindByName<IIniSection>(*sections, section);
 }
 
 CComPtr<IIniKeys> KeysOf(IIniSection& section) {
   CComPtr<IIniKeys> keys;
-  ThrowIfFailed(section.get_Keys(keys.Put()));
+  RaiseIfFailed(section.get_Keys(keys.Put()));
   RequireObject(keys);
   return keys;
 }
 
 long CountOf(IIniKeys& keys) {
   long count = 0;
-  ThrowIfFailed(keys.get_Count(&count));
+  RaiseIfFailed(keys.get_Count(&count));
   return count;
 }
 
@@ -65,12 +65,12 @@ CComPtr<IIniKey> FindKey(IIniKeys& keys, long position) {
 
 CWideString NameOf(IIniKey& key) {
   CUniqueBstr text;
-  ThrowIfFailed(key.get_Name(text.Put()));
+  RaiseIfFailed(key.get_Name(text.Put()));
   return ViewOf(text.Get());
 }
 
 CWideString ValueOf(IIniKey& key) {
   CUniqueBstr text;
-  ThrowIfFailed(key.get_Value(text.Put()));
+  RaiseIfFailed(key.get_Value(text.Put()));
   return ViewOf(text.Get());
 }

@@ -104,7 +104,7 @@ CComPtr<IIniReader> CMMGallery::GetIni() {
       if (IsFile(path)) {
         const CUniqueBstr text = MakeBstr(path);
         m_pIni = CreateIniReader();
-        ThrowIfFailed(m_pIni->Load(text.Get()));
+        RaiseIfFailed(m_pIni->Load(text.Get()));
       }
     });
   }

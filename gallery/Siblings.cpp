@@ -16,6 +16,6 @@ CComPtr<IApplicationServices> CreateApplicationServices() {
 CWideString AskServices(IApplicationServices& services,
                         HRESULT (STDMETHODCALLTYPE IApplicationServices::*operation)(BSTR*)) {
   CUniqueBstr text;
-  ThrowIfFailed((services.*operation)(text.Put()));
+  RaiseIfFailed((services.*operation)(text.Put()));
   return ViewOf(text.Get());
 }

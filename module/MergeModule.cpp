@@ -66,7 +66,7 @@ HRESULT CMergeModule::GetCollection(List (CCacheMSM::*list)(), Interface** value
       item->Init(EntryOf(entry));
       collection->Add(item->CollectionKey(), item.Get());
     }
-    ThrowIfFailed(collection.QueryInterface(value));
+    RaiseIfFailed(collection.QueryInterface(value));
     return S_OK;
   });
 }
@@ -156,7 +156,7 @@ STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** val
     for (long index = 0; index < count; ++index) {
       AddDownloadFile(*record, index, *collection);
     }
-    ThrowIfFailed(collection.QueryInterface(value));
+    RaiseIfFailed(collection.QueryInterface(value));
     return S_OK;
   });
 }

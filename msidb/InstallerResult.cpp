@@ -45,13 +45,13 @@ CWideString CallText(const wchar_t* functionName, const wchar_t* argument1,
 /// Makes `message` the thread's error object; raises what the system answers when it cannot.
 void InstallErrorInfo(const CWideString& message) {
   CComPtr<ICreateErrorInfo> create;
-  ThrowIfFailed(::CreateErrorInfo(create.Put()));
+  RaiseIfFailed(::CreateErrorInfo(create.Put()));
   create->SetGUID(GUID_NULL);  // not the initial value everywhere
   // The interface takes text that it does not change.
-  ThrowIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
+  RaiseIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
   CComPtr<IErrorInfo> info;
-  ThrowIfFailed(create.QueryInterface(info.Put()));
-  ThrowIfFailed(::SetErrorInfo(0, info.Get()));
+  RaiseIfFailed(create.QueryInterface(info.Put()));
+  RaiseIfFailed(::SetErrorInfo(0, info.Get()));
 }
 
 HRESULT FailureOf(UINT code) noexcept {

@@ -15,7 +15,7 @@
 [[noreturn]] void RaiseHResult(HRESULT hr);
 
 /// Raises a failing HRESULT. A non-negative one, S_FALSE included, is no failure.
-inline void ThrowIfFailed(HRESULT hr) {
+inline void RaiseIfFailed(HRESULT hr) {
   if (FAILED(hr)) {
     RaiseHResult(hr);
   }

@@ -69,7 +69,7 @@ class CComObject final : private CComReferenceCount, public Base {
   /// The same for a caller that reports failures itself: what final construction answers is raised.
   static CComPtr<CComObject> Create() {
     CComPtr<CComObject> object;
-    ThrowIfFailed(TryCreate(object));
+    RaiseIfFailed(TryCreate(object));
     return object;
   }
 };

@@ -14,7 +14,7 @@
 namespace {
 
 void ThrowIfRegistryFailed(LSTATUS status) {
-  ThrowIfFailed(qm::HResultFromCode(static_cast<DWORD>(status)));
+  RaiseIfFailed(qm::HResultFromCode(static_cast<DWORD>(status)));
 }
 
 /// Sets a value of a key below HKEY_CLASSES_ROOT, which is made when it is missing; null names the
@@ -77,9 +77,9 @@ void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE insta
 
 void RegisterLibrary(const CWideString& path) {
   CComPtr<ITypeLib> library;
-  ThrowIfFailed(::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()));
+  RaiseIfFailed(::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()));
   // The interfaces take both paths as text that they do not change.
-  ThrowIfFailed(::RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()),
+  RaiseIfFailed(::RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()),
                                   const_cast<wchar_t*>(FolderOf(path).c_str())));
 }
 
@@ -101,7 +101,7 @@ void UnregisterLibrary(REFGUID libid, const CWideString& path) {
   CUniqueBstr registered;
   if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
       registered && IsSameFile(registered.Get(), path.c_str())) {
-    ThrowIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, SYS_WIN32));
+    RaiseIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, SYS_WIN32));
   }
 }
 

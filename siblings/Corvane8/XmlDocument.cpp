@@ -13,10 +13,10 @@ CXmlDocument::CXmlDocument(const CWideString& path, std::string_view bytes) : m_
   if (!stream) {
     throw std::bad_alloc();
   }
-  ThrowIfFailed(
+  RaiseIfFailed(
       ::CreateXmlReader(__uuidof(IXmlReader), reinterpret_cast<void**>(m_reader.Put()), nullptr));
-  ThrowIfFailed(m_reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit));
-  ThrowIfFailed(m_reader->SetInput(stream.Get()));
+  RaiseIfFailed(m_reader->SetProperty(XmlReaderProperty_DtdProcessing, DtdProcessing_Prohibit));
+  RaiseIfFailed(m_reader->SetInput(stream.Get()));
 }
 
 XmlNodeType CXmlDocument::Next() {
@@ -41,21 +41,21 @@ XmlNodeType CXmlDocument::Next() {
 bool CXmlDocument::IsNamed(std::wstring_view name) {
   const wchar_t* text = nullptr;
   UINT length = 0;
-  ThrowIfFailed(m_reader->GetQualifiedName(&text, &length));
+  RaiseIfFailed(m_reader->GetQualifiedName(&text, &length));
   return std::wstring_view(text, length) == name;
 }
 
 std::optional<CWideString> CXmlDocument::Attribute(const wchar_t* name) {
   const HRESULT found = m_reader->MoveToAttributeByName(name, nullptr);
-  ThrowIfFailed(found);
+  RaiseIfFailed(found);
   if (found != S_OK) {
     return std::nullopt;
   }
   const wchar_t* text = nullptr;
   UINT length = 0;
-  ThrowIfFailed(m_reader->GetValue(&text, &length));
+  RaiseIfFailed(m_reader->GetValue(&text, &length));
   CWideString value(text, length);
-  ThrowIfFailed(m_reader->MoveToElement());
+  RaiseIfFailed(m_reader->MoveToElement());
   return value;
 }
 

@@ -65,7 +65,7 @@ TEST(Raise, ThrowsAnObjectThatEveryBaseCatches) {
   EXPECT_TRUE(RaisedIsCaughtAs<CObject>());
   EXPECT_TRUE(RaisedIsCaughtAs<void>());
   EXPECT_EQ(blocks, heap::Live());
-  EXPECT_NO_THROW(ThrowIfFailed(S_FALSE));
+  EXPECT_NO_THROW(RaiseIfFailed(S_FALSE));
 }
 
 TEST(Raise, GetErrorMessageCutsToTheBuffer) {
