@@ -16,5 +16,6 @@ CWideString GetProgramFolder(unsigned long request);
 constexpr unsigned long kSysNative = 1;
 constexpr unsigned long kSysWow64 = 2;
 
-/// "sysnative" or "syswow64" in the Windows folder; for any other request the system folder.
+/// "sysnative" or "syswow64" in the Windows folder; for any other request the system folder. No
+/// caller in the server.
 CWideString GetSystemFolder(unsigned long request);

@@ -46,8 +46,9 @@ class CMMGallery {
   /// has, or when the description gives the file no location.
   CWideString ResolveLocalPath();
 
-  // Items of the description's lists, by their index from 0. Texts are new BSTRs; a null pointer is
-  // not wanted. An item that is missing leaves texts as they are and numbers 0.
+  // Items of the description's lists, by their index from 0. The server asks for the
+  // download files alone. Texts are new BSTRs; a null pointer is not wanted. An item that is
+  // missing leaves texts as they are and numbers 0.
   long GetDependencyCount();
   long GetExclusionCount();
   long GetFileCount();

@@ -103,7 +103,8 @@ class Database {
   Rows ReadTable(std::string_view name);
 
   /// The data of a cell of a Stream column; nothing if the cell is null or no stream has its name.
-  /// `decode` makes UTF-16 of bytes in the code page.
+  /// `decode` makes UTF-16 of bytes in the code page. No caller in the server; it makes all that a
+  /// file holds readable for those who check this reader.
   template <class Decode>
   std::optional<Bytes> ReadStream(const Rows& rows, std::size_t row, std::size_t column,
                                   Decode decode) {

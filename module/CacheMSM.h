@@ -77,7 +77,7 @@ class CCacheMSM : public CMMGallery {
   void SetRecheck(bool recheck) noexcept { m_bRecheck = recheck; }
 
   /// The path of a key of the module's Directory table, for showing where files go; see
-  /// msidb::RequireDirectoryPath. Nothing is kept.
+  /// msidb::RequireDirectoryPath. Nothing is kept. No caller in the server.
   CWideString ResolveDirectory(const CWideString& key) const;
 
  private:

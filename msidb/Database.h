@@ -23,7 +23,7 @@ class Database {
   /// Imports the table archive file `fileName` (.idt) of `folder`.
   void Import(const CWideString& folder, const CWideString& fileName);
 
-  /// Exports `table` into the table archive file `fileName` of `folder`.
+  /// Exports `table` into the table archive file `fileName` of `folder`. No caller in the server.
   void Export(const CWideString& table, const CWideString& folder,
               const CWideString& fileName) const;
 

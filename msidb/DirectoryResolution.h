@@ -48,7 +48,8 @@ UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, C
 CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
                                  const DirectoryOptions& options);
 
-/// The paths of all rows of the Directory table. Raises as RequireDirectoryPath does.
+/// The paths of all rows of the Directory table. No caller in the server. Raises as
+/// RequireDirectoryPath does.
 DirectoryPaths ResolveAllDirectories(const DirectoryTable& table,
                                      const DirectoryOptions& options = kTableScan);
 

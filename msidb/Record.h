@@ -6,7 +6,7 @@
 namespace msidb {
 
 /// An installer record, or none. Fields are numbered from 1. Failures are raised, see
-/// ReportInstallerResult.
+/// ReportInstallerResult. The server reads records and makes none.
 class Record {
  public:
   Record() noexcept = default;

@@ -80,10 +80,4 @@ Record View::ColumnInfo(MSICOLINFO kind) const {
   return Record(std::move(columns));
 }
 
-void View::Close() noexcept {
-  if (m_view) {
-    ::MsiViewClose(m_view.Get());
-  }
-}
-
 }  // namespace msidb

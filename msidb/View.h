@@ -6,7 +6,8 @@
 namespace msidb {
 
 /// A query over a database with the row fetched last. Failures are raised, see
-/// ReportInstallerResult; the end of the rows is none.
+/// ReportInstallerResult; running out of rows is not one. The server only opens, runs and fetches:
+/// RequireNext, Modify and ColumnInfo have no caller in it.
 class View {
  public:
   /// Opens the query; what was open before is closed. `argument1` and `argument2` describe the call
@@ -47,9 +48,6 @@ class View {
 
   /// Names or types of the columns.
   Record ColumnInfo(MSICOLINFO kind) const;
-
-  /// Ends the execution, so that the query can be executed again.
-  void Close() noexcept;
 
  private:
   UINT Fetch();

@@ -2,7 +2,8 @@
 
 #include "common/WideString.h"
 
-/// The operations of ProjectTraits for the project that is active at the moment of the call. Each
+/// The operations of ProjectTraits for the project that is active at the moment of the call; none
+/// has a caller in the server, whose answers are the same for projects of every kind. Each
 /// throws and raises as CProjectTraitsManager::Current does.
 namespace current_traits {
 

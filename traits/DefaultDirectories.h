@@ -6,6 +6,8 @@
 
 class ProjectTraits;
 
+// For what writes project databases: no caller in the server.
+
 /// HRESULT of a predefined folder that has no default directory.
 constexpr HRESULT kUnknownPredefinedFolder = static_cast<HRESULT>(0x800403ED);
 

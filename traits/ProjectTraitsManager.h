@@ -12,8 +12,8 @@ enum ProjectType {
 };
 
 /// The type of the project that is active in the environment, asked anew at every call of
-/// QMObjMgr.DLL. A DLL that is missing or lacks the function is raised, with its name in the
-/// description.
+/// QMObjMgr.DLL. Asked by CurrentTraits alone. A DLL that is missing or lacks the function is
+/// raised, with its name in the description.
 int GetActiveProjectType();
 
 /// Whether the active project is script-based. Raises as GetActiveProjectType does.

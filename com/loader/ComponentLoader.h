@@ -26,7 +26,7 @@ class CComponentLoader {
   /// The function that `dll` exports as `name`. A DLL that is not loaded yet is taken as it is
   /// named when the name has a backslash; any other from the server's folder, its "System"
   /// subfolder, the product folder below the common files, or the folder of FindSystemFolder, in
-  /// this order.
+  /// this order. Only the project type asks for a function.
   template <class Function>
   Function FunctionOf(const wchar_t* dll, const char* name) {
     return reinterpret_cast<Function>(AddressOf(dll, name));
