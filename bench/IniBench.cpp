@@ -211,7 +211,7 @@ CWideString NameOf(int record) { return CWideString::Format(L"Record%d", record)
 /// A record of the gallery with its description open.
 std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
   auto record = std::make_unique<CMMGallery>();
-  record->SetNameAndVersion(NameOf(number).c_str(), L"1.0");
+  record->SetNameAndVersion(NameOf(number), L"1.0");
   if (record->GetSubject().empty()) {
     std::fputs("bench_ini: a description was not opened\n", stderr);
     std::exit(1);

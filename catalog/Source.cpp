@@ -8,9 +8,7 @@
 #include "common/Path.h"
 
 CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
-    : m_folder(folder),
-      m_pOrigin(std::make_shared<CWideString>(folder.folder)),
-      m_records(std::make_shared<RecordList>()) {
+    : m_folder(folder), m_records(std::make_shared<RecordList>()) {
   // Records name the folder as their origin.
   if (predecessor && predecessor->m_folder.folder == folder.folder) {
     m_files = predecessor->m_files;
@@ -114,7 +112,7 @@ bool CSource::NeedsReading(const File& file) noexcept {
 std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   const CWideString path = JoinPath(m_folder.folder, file.name);
   auto record = std::make_shared<CCacheMSM>();
-  record->InitFromFoundModule(path, m_pOrigin);
+  record->InitFromFoundModule(path, m_folder.folder);
   if (record->IsUnreadable() && !PathExists(path)) {
     return nullptr;
   }

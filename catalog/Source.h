@@ -84,8 +84,7 @@ class CSource {
   void SetRecords();
 
   SearchFolder m_folder;
-  CCacheMSM::SharedText m_pOrigin;  ///< the folder, for the records
-  Files m_files;                    ///< in the order in which the file system lists them
+  Files m_files;  ///< in the order in which the file system lists them
   bool m_bChanged = true;
   bool m_bAnyUnreadable = false;
   std::shared_ptr<const RecordList> m_records;

@@ -50,17 +50,13 @@ void CIniIndexes::LoadOnce(IApplicationServices& services) {
   LoadFileModules(fileIndexes);
 }
 
-const CWideString* CIniIndexes::FindModuleName(const CWideString& key) const noexcept {
-  const auto found = m_moduleNames.find(key);
-  return found == m_moduleNames.end() ? nullptr : &found->second;
-}
-
 bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
-  const CWideString* const found = FindModuleName(key);
-  if (found) {
-    name = *found;
+  const auto found = m_moduleNames.find(key);
+  if (found == m_moduleNames.end()) {
+    return false;
   }
-  return found != nullptr;
+  name = found->second;
+  return true;
 }
 
 void CIniIndexes::LoadModuleNames(const CWideString& folder) {

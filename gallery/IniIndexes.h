@@ -21,11 +21,8 @@ class CIniIndexes {
   /// has no folder, leaves its table empty.
   void LoadOnce(IApplicationServices& services);
 
-  /// "modules.ini": display names by module key; null for other keys. The text stays as long as the
-  /// DLL.
-  const CWideString* FindModuleName(const CWideString& key) const noexcept;
-
-  /// The same as a copy. False, and `name` untouched, for other keys.
+  /// "modules.ini": the display name of a module by its key. False, and `name` untouched, for other
+  /// keys.
   bool LookupModuleName(const CWideString& key, CWideString& name) const;
 
   /// "FilesToModules.ini": a flag and a module key ("0:ID:language") by file name in lower case.

@@ -78,7 +78,7 @@ HRESULT CMMGallery::GetLocalPath(BSTR* result) {
   return S_OK;
 }
 
-void CMMGallery::SetNameAndVersion(const wchar_t* name, const wchar_t* version) {
+void CMMGallery::SetNameAndVersion(const CWideString& name, const CWideString& version) {
   m_strName = name;
   m_strLocalVersion = version;
 }

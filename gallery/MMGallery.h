@@ -27,9 +27,9 @@ class CMMGallery {
   /// is none. Throws std::bad_alloc.
   virtual HRESULT GetLocalPath(BSTR* result);
 
-  /// Names the module's gallery description and the version that is known locally; null counts as
-  /// empty. Called once, before anything is read.
-  void SetNameAndVersion(const wchar_t* name, const wchar_t* version);
+  /// Names the module's gallery description and the version that is known locally. Called once,
+  /// before anything is read.
+  void SetNameAndVersion(const CWideString& name, const CWideString& version);
 
   // Texts of the description; empty, or 0, where it has none.
   CWideString GetAuthor();

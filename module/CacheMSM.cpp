@@ -42,17 +42,17 @@ void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameLis
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, SharedText origin) {
+void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origin) {
   m_strPath = path;
-  m_pOrigin = std::move(origin);
+  m_strOrigin = origin;
   const auto database = ModuleDatabase::Open(path);
   ReadSignature(*database);
   ReadSummary(*database);
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, SharedText origin) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, std::move(origin)); });
+void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& origin) {
+  m_pFailure = KeepFailure([&] { InitFromModule(path, origin); });
   if (m_pFailure) {
     ResolveDisplayName();
   }
@@ -70,7 +70,7 @@ CCacheMSM::Tables& CCacheMSM::RequireTables() {
 
 void CCacheMSM::InitFromGallery(const CWideString& name) {
   m_bFromGallery = true;
-  SetNameAndVersion(name.c_str(), L"");
+  SetNameAndVersion(name, CWideString());
   m_strPath = ResolveLocalPath();
   m_nLanguage = GetLanguage();
   m_strModuleID = GetModuleID();
@@ -78,6 +78,7 @@ void CCacheMSM::InitFromGallery(const CWideString& name) {
   m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
   m_strAuthor = GetAuthor();
   m_strComments = GetComments();
+  m_strPackageCode = Name();
   m_strSubject = GetSubject();
   ResolveDisplayName();
 }
@@ -96,15 +97,14 @@ void CCacheMSM::ReadSignature(const ModuleDatabase& database) {
 void CCacheMSM::ReadSummary(ModuleDatabase& database) {
   m_strAuthor = database.ReadSummaryString(PID_AUTHOR);
   m_strComments = database.ReadSummaryString(PID_COMMENTS);
-  const CWideString packageCode = database.ReadSummaryString(PID_REVNUMBER);
+  m_strPackageCode = database.ReadSummaryString(PID_REVNUMBER);
   m_strSubject = database.ReadSummaryString(PID_SUBJECT);
-  SetNameAndVersion(packageCode.c_str(), m_strVersion.c_str());
+  SetNameAndVersion(m_strPackageCode, m_strVersion);
 }
 
 void CCacheMSM::ResolveDisplayName() {
-  m_pDisplayName = CIniIndexes::Instance().FindModuleName(m_strKey);
-  if (!m_pDisplayName) {
-    m_pDisplayName = m_strSubject.empty() ? &m_strPath : &m_strSubject;
+  if (!CIniIndexes::Instance().LookupModuleName(m_strKey, m_strDisplayName)) {
+    m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
   }
 }
 

@@ -25,17 +25,14 @@ class CCacheMSM : public CMMGallery {
   CCacheMSM() noexcept = default;
   ~CCacheMSM() override = default;
 
-  /// Text that many records share; null counts as empty.
-  using SharedText = std::shared_ptr<const CWideString>;
-
   /// Fills the record from the module database at the full path `path`. `origin` says where it
   /// was found.
-  void InitFromModule(const CWideString& path, SharedText origin);
+  void InitFromModule(const CWideString& path, const CWideString& origin);
 
   /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
   /// the path is the display name then, and the failure is kept. Only a shortage of memory is
   /// thrown.
-  void InitFromFoundModule(const CWideString& path, SharedText origin);
+  void InitFromFoundModule(const CWideString& path, const CWideString& origin);
 
   /// Whether a failure is kept, which every table then reports.
   bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
@@ -50,14 +47,12 @@ class CCacheMSM : public CMMGallery {
   const CWideString& Version() const noexcept { return m_strVersion; }
   const CWideString& Author() const noexcept { return m_strAuthor; }
   /// Package code: also the name by which the gallery describes the module.
-  const CWideString& PackageCode() const noexcept { return Name(); }
+  const CWideString& PackageCode() const noexcept { return m_strPackageCode; }
   const CWideString& Comments() const noexcept { return m_strComments; }
   const CWideString& Subject() const noexcept { return m_strSubject; }
-  const CWideString& DisplayName() const noexcept { return *m_pDisplayName; }
+  const CWideString& DisplayName() const noexcept { return m_strDisplayName; }
   long Language() const noexcept { return m_nLanguage; }
-  std::wstring_view GetOrigin() const noexcept {
-    return m_pOrigin ? std::wstring_view(*m_pOrigin) : std::wstring_view();
-  }
+  const CWideString& GetOrigin() const noexcept { return m_strOrigin; }
 
   /// Dialog and custom action names, in row order.
   const NameList& GetDialogs();
@@ -84,8 +79,8 @@ class CCacheMSM : public CMMGallery {
   /// Directory keys by the component that lies in them.
   using DirectoryMap = std::map<CWideString, CWideString>;
 
-  /// The module's tables, each with the flag that says that it was read, if only in vain. They are
-  /// made when one of them is first asked for, which most records never see.
+  /// The module's tables, each with the flag that says that it was read, if only in vain. They lie
+  /// outside the record, which is one of thousands and mostly never asked for one of them.
   struct Tables {
     NameList m_dialogs;
     bool m_bDialogsRead = false;
@@ -116,22 +111,19 @@ class CCacheMSM : public CMMGallery {
   /// Sets the entry of every component to the key of its directory.
   static void LoadComponentDirectories(const msidb::ModuleDatabase& database, DirectoryMap& map);
 
-  // A catalog keeps thousands of records in memory. So a text that stands elsewhere already is not
-  // kept a second time: the package code is the gallery's m_strName, the display name is one of two
-  // other texts of the record or belongs to the index (m_pDisplayName), and all modules of a source
-  // share one origin (m_pOrigin).
   CWideString m_strKey;
   CWideString m_strModuleID;
   CWideString m_strPath;
   CWideString m_strVersion;
   CWideString m_strAuthor;
+  CWideString m_strPackageCode;
   CWideString m_strComments;
   CWideString m_strSubject;
-  const CWideString* m_pDisplayName = &m_strSubject;
+  CWideString m_strDisplayName;
   long m_nLanguage = 0;
   std::unique_ptr<Tables> m_pTables;
   bool m_bFromGallery = false;
-  SharedText m_pOrigin;
+  CWideString m_strOrigin;
   std::unique_ptr<const com_exception> m_pFailure;
   bool m_bRecheck = false;
 };

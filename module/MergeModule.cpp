@@ -135,7 +135,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
-    record->InitFromModule(FullPath(path), nullptr);
+    record->InitFromModule(FullPath(path), CWideString());
     return S_OK;
   });
 }
