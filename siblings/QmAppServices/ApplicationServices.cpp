@@ -30,7 +30,7 @@ std::optional<CWideString> FromEnvironment(const wchar_t* variable) {
     size = ::GetEnvironmentVariableW(variable, value.data(), static_cast<DWORD>(value.size()));
   }
   value.resize(size);
-  return CWideString(std::move(value));
+  return CWideString(value);
 }
 
 /// A folder of the settings file: one that begins with a dot lies below the folder of the file.
