@@ -48,6 +48,8 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
     return CCollectionEnum<ItemInterface>::Make(m_elements, 0, enumerator);
   }
 
+  // The server fills a collection once, so that it calls neither of these two.
+
   /// Removes the element at `position`, counted from 0. E_INVALIDARG at the end, E_OUTOFMEMORY.
   virtual HRESULT Remove(size_t position) {
     if (position >= m_elements->Size()) {
