@@ -1,7 +1,5 @@
 #include "catalog/SearchFolders.h"
 
-#include <windows.h>
-
 #include "common/Path.h"
 #include "common/SearchPath.h"
 
@@ -32,8 +30,7 @@ CWideString FolderText(const CWideString& entry) {
 }
 
 bool FolderOrder::operator()(const CWideString& a, const CWideString& b) const noexcept {
-  return ::CompareStringOrdinal(a.c_str(), static_cast<int>(a.length()), b.c_str(),
-                                static_cast<int>(b.length()), TRUE) == CSTR_LESS_THAN;
+  return CompareFileNames(a, b) < 0;
 }
 
 CWideString JoinSearchPaths(const CWideString& first, const CWideString& second) {

@@ -1,8 +1,9 @@
 #include "common/FolderFiles.h"
 
-#include "common/IgnoringCase.h"
+#include "text/Fold.h"
 
 bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept {
   return fileName.size() >= extension.size() &&
-         EqualsIgnoringCase(fileName.substr(fileName.size() - extension.size()), extension);
+         qm::text::CompareFolded(fileName.substr(fileName.size() - extension.size()), extension) ==
+             0;
 }

@@ -49,6 +49,12 @@ CWideString LongPath(const CWideString& path) {
   return CWideString(isOnServer ? LR"(\\?\UNC)" : LR"(\\?\)") + text.substr(isOnServer ? 1 : 0);
 }
 
+int CompareFileNames(std::wstring_view a, std::wstring_view b) noexcept {
+  return ::CompareStringOrdinal(a.data(), static_cast<int>(a.size()), b.data(),
+                                static_cast<int>(b.size()), TRUE) -
+         CSTR_EQUAL;
+}
+
 bool PathExists(const CWideString& path) {
   return ::GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }

@@ -18,5 +18,9 @@ CWideString FullPath(const CWideString& path);
 /// shorter than MAX_PATH with room for the name of a file, otherwise behind "\\?\".
 CWideString LongPath(const CWideString& path);
 
+/// Orders paths, or names of files, as the system compares file names, without regard to case: less
+/// than, equal to or greater than 0.
+int CompareFileNames(std::wstring_view a, std::wstring_view b) noexcept;
+
 /// Whether there is a file or folder of this path, of any length.
 bool PathExists(const CWideString& path);

@@ -2,10 +2,10 @@
 
 #include <set>
 
-#include "common/IgnoringCase.h"
 #include "msidb/DirectoryName.h"
 #include "msidb/InstallerResult.h"
 #include "msidb/PredefinedFolders.h"
+#include "text/Fold.h"
 
 namespace msidb {
 
@@ -52,7 +52,7 @@ class DirectoryWalk {
   UINT TakeOwnFolder(const DirectoryRow& row, const CWideString& key) {
     CWideString name =
         SplitDefaultDir(row.defaultDir, m_options.useSourcePart, m_options.useShortName);
-    const bool isRoot = EqualsIgnoringCase(name, L"SOURCEDIR");
+    const bool isRoot = qm::text::CompareFolded(name, L"SOURCEDIR") == 0;
     if (isRoot && !LookupProperty(m_table, key, name)) {
       return ERROR_SUCCESS;
     }
@@ -72,7 +72,7 @@ class DirectoryWalk {
     if (!FitsIntoPath(row.parent)) {
       return ERROR_MORE_DATA;
     }
-    m_atEnd = EqualsIgnoringCase(row.parent, L"TARGETDIR");
+    m_atEnd = qm::text::CompareFolded(row.parent, L"TARGETDIR") == 0;
     CWideString value;
     if (m_atEnd && LookupProperty(m_table, key, value)) {
       m_path = value + m_path;

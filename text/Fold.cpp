@@ -1,6 +1,7 @@
 #include "text/Fold.h"
 
 #include <algorithm>
+#include <cstddef>
 #include <cstdint>
 #include <iterator>
 
@@ -102,6 +103,21 @@ std::basic_string<Unit> FoldUnits(std::basic_string_view<Unit> text) {
   return folded;
 }
 
+template <class Unit>
+int CompareUnits(std::basic_string_view<Unit> a, std::basic_string_view<Unit> b) noexcept {
+  for (std::size_t i = 0; i < a.size() && i < b.size(); ++i) {
+    if (a[i] == b[i]) {
+      continue;
+    }
+    const char16_t ofA = FoldUnit(static_cast<char16_t>(a[i]));
+    const char16_t ofB = FoldUnit(static_cast<char16_t>(b[i]));
+    if (ofA != ofB) {
+      return static_cast<int>(ofA) - static_cast<int>(ofB);
+    }
+  }
+  return a.size() < b.size() ? -1 : a.size() > b.size();
+}
+
 }  // namespace
 
 char16_t FoldCase(char16_t unit) noexcept { return FoldUnit(unit); }
@@ -120,12 +136,18 @@ std::string FoldCase(std::string_view text) {
   return folded;
 }
 
+int CompareFolded(std::u16string_view a, std::u16string_view b) noexcept {
+  return CompareUnits(a, b);
+}
+
 #if WCHAR_MAX == 0xFFFF
 wchar_t FoldCase(wchar_t unit) noexcept {
   return static_cast<wchar_t>(FoldUnit(static_cast<char16_t>(unit)));
 }
 
 std::wstring FoldCase(std::wstring_view text) { return FoldUnits(text); }
+
+int CompareFolded(std::wstring_view a, std::wstring_view b) noexcept { return CompareUnits(a, b); }
 #endif
 
 }  // namespace qm::text

@@ -17,10 +17,15 @@ std::u16string FoldCase(std::u16string_view text);
 /// Folds UTF-8 text. Ill-formed input becomes U+FFFD, as in ToUtf16.
 std::string FoldCase(std::string_view text);
 
+/// Orders texts by their folded units: less than, equal to or greater than 0. 0 means that they
+/// differ in case alone.
+int CompareFolded(std::u16string_view a, std::u16string_view b) noexcept;
+
 #if WCHAR_MAX == 0xFFFF
 // The same on systems whose wide characters are UTF-16.
 wchar_t FoldCase(wchar_t unit) noexcept;
 std::wstring FoldCase(std::wstring_view text);
+int CompareFolded(std::wstring_view a, std::wstring_view b) noexcept;
 #endif
 
 }  // namespace qm::text

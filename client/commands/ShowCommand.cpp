@@ -7,13 +7,12 @@
 #include "client/catalog/Properties.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/ModuleText.h"
+#include "common/FolderFiles.h"
 #include "common/Path.h"
 #include "idl/qmmmupdater2.h"
 #include "merge/FileSearch.h"
-#include "text/Fold.h"
 #include "text/Utf.h"
 
-using qm::text::FoldCase;
 using qm::text::ToUtf8;
 using qm::text::ToWide;
 
@@ -27,11 +26,8 @@ bool IsFile(const std::string& path) {
 /// Whether an argument that is no file is meant as one: a file that is missing is reported better
 /// than a key that is unknown.
 bool LooksLikeFile(const std::string& argument) {
-  const std::string folded = FoldCase(argument);
-  const std::string extension = ".msm";
   return argument.find_first_of("\\/") != std::string::npos ||
-         (folded.size() > extension.size() &&
-          folded.compare(folded.size() - extension.size(), extension.size(), extension) == 0);
+         HasExtension(ToWide(argument), L".msm");
 }
 
 /// The files that a path with wildcards in its last part stands for; the path itself when there are

@@ -91,7 +91,7 @@ bool IsSameFile(const wchar_t* a, const wchar_t* b) {
     const DWORD length = ::GetLongPathNameW(path, buffer, MAX_PATH * 2);
     return length > 0 && length < MAX_PATH * 2 ? buffer : path;
   };
-  return ::_wcsicmp(longName(a, longA), longName(b, longB)) == 0;
+  return CompareFileNames(longName(a, longA), longName(b, longB)) == 0;
 }
 
 /// Unless another file, one that carries the same library, has taken the place of `path`.

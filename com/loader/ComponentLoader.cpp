@@ -6,7 +6,6 @@
 #include "com/error/win32_exception.h"
 #include "com/frame/ComModule.h"
 #include "com/frame/ModulePath.h"
-#include "common/IgnoringCase.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
 #include "common/SystemFolders.h"
@@ -86,17 +85,17 @@ void UnloadIdleSiblings() noexcept {
 
 bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
                                                 const CWideString& b) const noexcept {
-  return CompareIgnoringCase(a.c_str(), b.c_str()) < 0;
+  return CompareFileNames(a, b) < 0;
 }
 
 bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
                                                 const wchar_t* b) const noexcept {
-  return CompareIgnoringCase(a.c_str(), b) < 0;
+  return CompareFileNames(a, b) < 0;
 }
 
 bool CComponentLoader::IgnoringCase::operator()(const wchar_t* a,
                                                 const CWideString& b) const noexcept {
-  return CompareIgnoringCase(a, b.c_str()) < 0;
+  return CompareFileNames(a, b) < 0;
 }
 
 CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {

@@ -1,11 +1,12 @@
 #include "siblings/Gleaner/IniFile.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <numeric>
 
 #include "siblings/Gleaner/IniText.h"
+#include "text/Fold.h"
+
+using qm::text::CompareFolded;
 
 namespace {
 
@@ -24,30 +25,6 @@ std::wstring_view Trim(std::wstring_view text) noexcept {
     text.remove_suffix(1);
   }
   return text;
-}
-
-wchar_t ToUpperAscii(wchar_t c) noexcept {
-  return c >= L'a' && c <= L'z' ? static_cast<wchar_t>(c - L'a' + L'A') : c;
-}
-
-/// Below, at or above 0 as `a` comes before, with or after `b`.
-int CompareNames(std::wstring_view a, std::wstring_view b) noexcept {
-  // Nearly all names are ASCII; what is not begins where the system's function takes over.
-  constexpr wchar_t endOfAscii = 0x80;
-  size_t same = 0;
-  for (const size_t end = std::min(a.size(), b.size()); same < end; ++same) {
-    const wchar_t first = ToUpperAscii(a[same]);
-    const wchar_t second = ToUpperAscii(b[same]);
-    if (first >= endOfAscii || second >= endOfAscii) {
-      return ::CompareStringOrdinal(a.data() + same, static_cast<int>(a.size() - same),
-                                    b.data() + same, static_cast<int>(b.size() - same), TRUE) -
-             CSTR_EQUAL;
-    }
-    if (first != second) {
-      return first - second;
-    }
-  }
-  return a.size() < b.size() ? -1 : a.size() > b.size();
 }
 
 }  // namespace
@@ -111,7 +88,7 @@ CIniFile::Order CIniFile::OrderOf(const Entry* entries, size_t count) const {
   Order order(count);
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
-    const int result = CompareNames(TextAt(entries[a].name), TextAt(entries[b].name));
+    const int result = CompareFolded(TextAt(entries[a].name), TextAt(entries[b].name));
     return result != 0 ? result < 0 : a < b;
   });
   return order;
@@ -123,7 +100,7 @@ const Entry* CIniFile::Find(const Entry* entries, size_t count, std::wstring_vie
   const Entry* const end = entries + count;
   if (count <= kFewNames) {
     const Entry* const found = std::find_if(entries, end, [&](const Entry& entry) {
-      return entry.name.length == name.size() && CompareNames(TextAt(entry.name), name) == 0;
+      return entry.name.length == name.size() && CompareFolded(TextAt(entry.name), name) == 0;
     });
     return found != end ? found : nullptr;
   }
@@ -133,8 +110,8 @@ const Entry* CIniFile::Find(const Entry* entries, size_t count, std::wstring_vie
   }
   const auto place =
       std::lower_bound(order.begin(), order.end(), name, [&](uint32_t position, auto wanted) {
-        return CompareNames(TextAt(entries[position].name), wanted) < 0;
+        return CompareFolded(TextAt(entries[position].name), wanted) < 0;
       });
-  const bool found = place != order.end() && CompareNames(TextAt(entries[*place].name), name) == 0;
+  const bool found = place != order.end() && CompareFolded(TextAt(entries[*place].name), name) == 0;
   return found ? entries + *place : nullptr;
 }

@@ -38,4 +38,14 @@ TEST(Fold, SurrogatesStayAsTheyAre) {
   EXPECT_EQ(FoldCase(text), (std::u16string{u'a', 0xD801, 0xDC00, 0xDFFF}));
 }
 
+TEST(Fold, OrderIgnoresCaseAlone) {
+  using qm::text::CompareFolded;
+  EXPECT_EQ(CompareFolded(u"\u00C9t\u0141 A", u"\u00E9T\u0142 a"), 0);
+  EXPECT_LT(CompareFolded(u"_Z", u"a"), 0);  // capitals would come before the line
+  for (const std::u16string_view greater : {u"ab", u"\u00E9"}) {
+    EXPECT_LT(CompareFolded(u"A", greater), 0);
+    EXPECT_GT(CompareFolded(greater, u"A"), 0);
+  }
+}
+
 }  // namespace
