@@ -248,13 +248,9 @@ std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<Checked
 }
 
 std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries) {
-  std::set<std::string> known;
-  for (const MergeModule& module : set.Modules()) {
-    known.insert(FoldCase(module.key));
-  }
   std::map<std::pair<std::string, std::string>, std::vector<const IndexEntry*>> unknown;
   for (const IndexEntry& entry : entries) {
-    if (!known.count(FoldCase(entry.moduleKey))) {
+    if (set.ModulesOfKey(entry.moduleKey).empty()) {
       unknown[{entry.table, entry.moduleKey}].push_back(&entry);
     }
   }

@@ -119,6 +119,18 @@ const std::vector<size_t>& MergeSet::ModulesOfId(const std::string& moduleId) co
   return found == m_byId.end() ? none : found->second;
 }
 
+std::vector<size_t> MergeSet::ModulesOfKey(const std::string& key) const {
+  const size_t colon = std::min(key.find(':'), key.size());
+  const std::string language = key.substr(std::min(colon + 1, key.size()));
+  std::vector<size_t> positions;
+  for (const size_t position : ModulesOfId(key.substr(0, colon))) {
+    if (language.empty() || language == std::to_string(m_modules[position].language)) {
+      positions.push_back(position);
+    }
+  }
+  return positions;
+}
+
 Choice MergeSet::Choose(const Requirement& requirement) const {
   const std::vector<size_t>& sameId = ModulesOfId(requirement.moduleId);
   if (sameId.empty()) {

@@ -34,6 +34,11 @@ class MergeSet {
   /// Positions of all modules of an ID, in their order; its case makes no difference.
   const std::vector<size_t>& ModulesOfId(const std::string& moduleId) const;
 
+  /// Positions of the modules that a key means, in their order, as the catalog's FindModule takes
+  /// it: "ID" and "ID:" mean every language, "ID:1033" one, which is the text of its number. The
+  /// first colon divides them; the ID's case makes no difference.
+  std::vector<size_t> ModulesOfKey(const std::string& key) const;
+
   /// The module of the highest version that satisfies a requirement; of equal versions one whose
   /// language is exactly that which is wanted, and then the first.
   Choice Choose(const Requirement& requirement) const;

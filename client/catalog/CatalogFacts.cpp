@@ -8,9 +8,6 @@
 #include "client/terminal/Progress.h"
 #include "merge/FileSearch.h"
 #include "merge/JoinTexts.h"
-#include "text/Fold.h"
-
-using qm::text::FoldCase;
 
 namespace {
 
@@ -97,18 +94,6 @@ CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
     }
   });
   return catalog;
-}
-
-std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const std::string& key) {
-  const std::string wanted = FoldCase(key);
-  std::vector<size_t> positions;
-  for (size_t position = 0; position < modules.size(); ++position) {
-    const ListedModule& module = modules[position];
-    if (!key.empty() && (FoldCase(module.key) == wanted || FoldCase(module.moduleId) == wanted)) {
-      positions.push_back(position);
-    }
-  }
-  return positions;
 }
 
 std::vector<std::string> KeysOf(const std::vector<ListedModule>& modules) {

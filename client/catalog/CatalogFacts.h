@@ -21,9 +21,6 @@ CatalogFacts ReadCatalogFacts(unsigned facts, Report& report);
 /// The rows of a module's File table. Throws ServerFailure.
 std::vector<DeliveredFile> ReadFiles(IMergeModule& module);
 
-/// The positions of the modules of a key, "ID" or "ID:language", in any letter case.
-std::vector<size_t> ModulesOfKey(const std::vector<ListedModule>& modules, const std::string& key);
-
 std::vector<std::string> KeysOf(const std::vector<ListedModule>& modules);
 
 /// Remarks that no module has a key, with those of `keys`, the catalog's, that come nearest to it.

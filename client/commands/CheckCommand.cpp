@@ -96,7 +96,7 @@ std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogF
                             const MergeSet& set) {
   std::vector<size_t> wanted;
   for (const std::string& key : keys) {
-    const std::vector<size_t> positions = ModulesOfKey(catalog.modules, key);
+    const std::vector<size_t> positions = set.ModulesOfKey(key);
     if (positions.empty()) {
       RemarkUnknownKey(KeysOf(catalog.modules), key);
       return {};

@@ -216,7 +216,7 @@ ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output
   Report report("deps", output);
   const CatalogFacts catalog = ReadCatalogFacts(kRequirements, report);
   const MergeSet set(catalog.merge);
-  const Question question{catalog.modules, set, ModulesOfKey(catalog.modules, key)};
+  const Question question{catalog.modules, set, set.ModulesOfKey(key)};
   if (question.wanted.empty()) {
     RemarkUnknownKey(KeysOf(catalog.modules), key);
     if (view == DepsView::Reverse) {

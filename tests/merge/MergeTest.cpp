@@ -109,6 +109,19 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
   }
 }
 
+TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
+  const std::vector<MergeModule> modules{Module("A"), Module("B"), Module("a", "1.0", -1),
+                                         Module("A", "2.0"), Module("")};
+  const MergeSet set(modules);
+  const std::pair<const char*, std::vector<size_t>> cases[] = {
+      {"A", {0, 2, 3}}, {"a:", {0, 2, 3}}, {"a:1033", {0, 3}}, {"A:-1", {2}},  {"A:01033", {}},
+      {"A:1033:", {}},  {"A:x", {}},       {"C:1033", {}},     {":1033", {4}}, {"", {4}},
+  };
+  for (const auto& [key, positions] : cases) {
+    EXPECT_EQ(positions, set.ModulesOfKey(key)) << key;
+  }
+}
+
 TEST(MergeSetTest, APlanPutsEveryModuleBehindWhatItNeeds) {
   const std::vector<MergeModule> modules{
       Module("Top", "1", 0, {{"Left", 0, ""}, {"Right", 0, ""}, {"Gone", 1033, "2"}}),
@@ -236,6 +249,7 @@ TEST(FindingsTest, FilesConflictInOneFolderOnly) {
 TEST(FindingsTest, IndexEntriesOfUnknownModules) {
   const std::vector<MergeModule> modules{Module("A")};
   const auto findings = CheckIndexes(MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
+                                                         {"FilesToModules.ini", "a.dll", "A:"},
                                                          {"FilesToModules.ini", "x.dll", "B:0"},
                                                          {"FilesToModules.ini", "y.dll", "B:0"}});
   ASSERT_EQ(1u, findings.size());
