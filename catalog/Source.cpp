@@ -17,15 +17,6 @@ CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
   }
 }
 
-CSource::Stamp CSource::StampOf(const WIN32_FIND_DATAW& found) noexcept {
-  return {found.ftLastWriteTime,
-          (static_cast<ULONGLONG>(found.nFileSizeHigh) << 32U) | found.nFileSizeLow};
-}
-
-bool CSource::IsSame(const Stamp& a, const Stamp& b) noexcept {
-  return ::CompareFileTime(&a.lastWrite, &b.lastWrite) == 0 && a.size == b.size;
-}
-
 bool CSource::Recheck() {
   ListFolder();
   if (m_bAnyUnreadable) {
@@ -41,14 +32,14 @@ void CSource::ListFolder() {
   bool isInOrder = true;
   Files others;
   const bool isComplete = ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
-    const Stamp stamp = StampOf(found);
+    const FileStamp stamp = FileStamp::Of(found);
     isInOrder = isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
     if (!isInOrder) {
       others.push_back({found.cFileName, stamp, {}, nullptr});
       return;
     }
     File& file = m_files[position++];
-    if (!IsSame(file.stamp, stamp)) {
+    if (file.stamp != stamp) {
       file.stamp = stamp;
       m_bChanged = true;
     }
@@ -74,7 +65,7 @@ void CSource::ReplaceFiles(Files others, size_t unchanged) {
       changed = true;
       continue;
     }
-    changed = changed || !IsSame(found->second->stamp, file.stamp);
+    changed = changed || found->second->stamp != file.stamp;
     file.readStamp = found->second->readStamp;
     file.record = found->second->record;
   }
@@ -103,7 +94,7 @@ bool CSource::NeedsReading(const File& file) noexcept {
   if (!file.record) {
     return true;
   }
-  const bool rewritten = file.record->NeedsRecheck() && !IsSame(file.stamp, file.readStamp);
+  const bool rewritten = file.record->NeedsRecheck() && file.stamp != file.readStamp;
   file.record->SetRecheck(rewritten);
   return rewritten;
 }

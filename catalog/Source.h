@@ -6,6 +6,7 @@
 #include <vector>
 
 #include "catalog/SearchFolders.h"
+#include "common/FileStamp.h"
 #include "module/CacheMSM.h"
 
 /// The records of a folder in the order of their keys, those of one key in the order of their file
@@ -59,22 +60,14 @@ class CSource {
   const std::shared_ptr<const RecordList>& Records() const noexcept { return m_records; }
 
  private:
-  /// What tells one state of a file from another.
-  struct Stamp {
-    FILETIME lastWrite{};
-    ULONGLONG size = 0;
-  };
-
   struct File {
     CWideString name;
-    Stamp stamp;      ///< as the folder was listed last
-    Stamp readStamp;  ///< as it was when the record was read
+    FileStamp stamp;      ///< as the folder was listed last
+    FileStamp readStamp;  ///< as it was when the record was read
     std::shared_ptr<CCacheMSM> record;
   };
   using Files = std::vector<File>;
 
-  static Stamp StampOf(const WIN32_FIND_DATAW& found) noexcept;
-  static bool IsSame(const Stamp& a, const Stamp& b) noexcept;
   static bool NeedsReading(const File& file) noexcept;
 
   void ListFolder();

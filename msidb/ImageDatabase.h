@@ -44,7 +44,7 @@ class ImageDatabase final : public ModuleDatabase {
 
   CWideString m_path;
   std::optional<ModuleFile> m_file;  ///< nothing once it was closed
-  ModuleFile::Stamp m_stamp;
+  FileStamp m_stamp;
   // Reading a table goes on in the file, but changes nothing that a caller could tell.
   mutable std::optional<qm::image::Database> m_database;
   std::map<std::string, LoadedTable> m_loaded;

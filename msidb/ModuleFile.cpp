@@ -31,14 +31,15 @@ ModuleFile::ModuleFile(const CWideString& path) {
 
 // Asked for in two parts: GetFileInformationByHandle also looks the volume up, which takes longer
 // than everything else that is done with a small module.
-ModuleFile::Stamp ModuleFile::GetStamp() const {
+FileStamp ModuleFile::GetStamp() const {
   FILE_STANDARD_INFO standard;
   FILE_BASIC_INFO basic;
   if (!::GetFileInformationByHandleEx(m_file.Get(), FileStandardInfo, &standard, sizeof standard) ||
       !::GetFileInformationByHandleEx(m_file.Get(), FileBasicInfo, &basic, sizeof basic)) {
     throw FileFailure{::GetLastError(), {}};
   }
-  return {static_cast<std::uint64_t>(standard.EndOfFile.QuadPart), basic.LastWriteTime.QuadPart};
+  return {static_cast<ULONGLONG>(standard.EndOfFile.QuadPart),
+          {basic.LastWriteTime.LowPart, static_cast<DWORD>(basic.LastWriteTime.HighPart)}};
 }
 
 // The file's own position is used instead of an OVERLAPPED: of a read with one Wine tells its
@@ -58,23 +59,15 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
 }
 
 void ModuleFile::RequireUnchanged() const {
-  if (!(GetStamp() == m_stamp)) {
+  if (GetStamp() != m_stamp) {
     throw FileFailure{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }
 }
 
-bool ModuleFile::IsCurrent(const CWideString& path, const Stamp& stamp) {
+bool ModuleFile::IsCurrent(const CWideString& path, const FileStamp& stamp) {
   WIN32_FILE_ATTRIBUTE_DATA found;
-  if (!::GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &found)) {
-    return false;
-  }
-  const auto join = [](DWORD high, DWORD low) {
-    return static_cast<std::uint64_t>(high) << 32U | low;
-  };
-  const FILETIME& lastWrite = found.ftLastWriteTime;
-  return Stamp{join(found.nFileSizeHigh, found.nFileSizeLow),
-               static_cast<LONGLONG>(join(lastWrite.dwHighDateTime, lastWrite.dwLowDateTime))} ==
-         stamp;
+  return ::GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &found) &&
+         FileStamp::Of(found) == stamp;
 }
 
 }  // namespace msidb

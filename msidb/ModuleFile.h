@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "common/FileStamp.h"
 #include "common/UniqueFile.h"
 #include "common/WideString.h"
 #include "image/ByteSource.h"
@@ -19,16 +20,6 @@ struct FileFailure {
 /// does is ERROR_SHARING_VIOLATION, as it is when the installer opens a database for reading.
 class ModuleFile final : public qm::image::ByteSource {
  public:
-  /// Identifies the version of a file.
-  struct Stamp {
-    std::uint64_t size = 0;
-    LONGLONG lastWrite = 0;  ///< in units of 100 ns
-
-    bool operator==(const Stamp& other) const noexcept {
-      return size == other.size && lastWrite == other.lastWrite;
-    }
-  };
-
   /// Opens the file at the full path `path`, of any length. Throws FileFailure.
   explicit ModuleFile(const CWideString& path);
 
@@ -42,16 +33,16 @@ class ModuleFile final : public qm::image::ByteSource {
   void RequireUnchanged() const;
 
   /// The version that was opened.
-  const Stamp& OpenedStamp() const noexcept { return m_stamp; }
+  const FileStamp& OpenedStamp() const noexcept { return m_stamp; }
 
   /// Whether the file at `path` is there in the version `stamp`. Does not open it.
-  static bool IsCurrent(const CWideString& path, const Stamp& stamp);
+  static bool IsCurrent(const CWideString& path, const FileStamp& stamp);
 
  private:
-  Stamp GetStamp() const;
+  FileStamp GetStamp() const;
 
   CUniqueFile m_file;
-  Stamp m_stamp;
+  FileStamp m_stamp;
   std::uint64_t m_position = 0;  ///< where the next read begins if nothing is said
 };
 

@@ -26,19 +26,18 @@ STDMETHODIMP CRepositoryMgr::GetRepositories(IRepositories** repositories) {
 
 void CRepositoryMgr::Refresh() {
   const FileStamp stamp = StampOf(m_strPath);
-  if (!m_pList || !(stamp == m_stamp)) {
+  if (!m_pList || stamp != m_stamp) {
     m_pList = ReadRepositories(m_strPath);
     // A change while the file was read shows at the next call.
     m_stamp = stamp;
   }
 }
 
-CRepositoryMgr::FileStamp CRepositoryMgr::StampOf(const CWideString& path) {
+FileStamp CRepositoryMgr::StampOf(const CWideString& path) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) &&
       !IsMissingFile(::GetLastError())) {
     RaiseForFile(path);
   }
-  return {ULONGLONG{data.ftLastWriteTime.dwHighDateTime} << 32 | data.ftLastWriteTime.dwLowDateTime,
-          ULONGLONG{data.nFileSizeHigh} << 32 | data.nFileSizeLow};
+  return FileStamp::Of(data);
 }

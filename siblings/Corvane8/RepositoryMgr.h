@@ -2,6 +2,7 @@
 
 #include <memory>
 
+#include "common/FileStamp.h"
 #include "siblings/Component/ComponentObject.h"
 #include "siblings/Corvane8/RepositoryList.h"
 
@@ -16,22 +17,12 @@ class CRepositoryMgr : public CComponentObject<IRepositoryMgr, &CLSID_Repository
   STDMETHOD(GetRepositories)(IRepositories** repositories) override;
 
  private:
-  /// By what a file is recognised as the one that was read; all 0 when there is none.
-  struct FileStamp {
-    ULONGLONG lastWriteTime;
-    ULONGLONG size;
-
-    bool operator==(const FileStamp& other) const noexcept {
-      return lastWriteTime == other.lastWriteTime && size == other.size;
-    }
-  };
-
-  /// Raises the failure of a file that is there and cannot be asked.
+  /// All 0 when there is no file. Raises the failure of one that is there and cannot be asked.
   static FileStamp StampOf(const CWideString& path);
 
   void Refresh();
 
   CWideString m_strPath;
   std::shared_ptr<const RepositoryList> m_pList;  // null before the file was read
-  FileStamp m_stamp{};                            // of the file just before it was read
+  FileStamp m_stamp;                              // of the file just before it was read
 };
