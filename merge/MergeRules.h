@@ -9,6 +9,10 @@
 /// Orders version texts ("1.20.3") by their parts as numbers of any size: less than, equal to or
 /// greater than 0. A part that is missing, or does not begin with a digit, counts as 0; what
 /// follows the digits of a part does not count.
+///
+/// For whether a version satisfies a requirement or an exclusion, where "65536.0" is high. The
+/// gallery's CompareVersions, for whether an offered version is newer, differs: it cuts each part
+/// to 16 bits, ignores parts behind the fourth, and reads a sign.
 int CompareVersionTexts(const std::string& a, const std::string& b);
 
 /// Whether a module of `language` is one of `wanted`: of every language for 0, of all languages of

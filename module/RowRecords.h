@@ -4,7 +4,7 @@
 #include "msidb/ModuleDatabase.h"
 
 // One row each of a module's tables. Texts and numbers are kept as the table holds them; a null
-// number is MSI_NULL_INTEGER.
+// number is kNullInteger.
 
 /// A row of ModuleDependency: a module that is required.
 struct DependencyRecord {

@@ -74,13 +74,13 @@ int ParseInteger(std::string_view text) noexcept {
   long long number = 0;
   for (const char digit : digits) {
     if (digit < '0' || digit > '9' || number > INT_MAX) {
-      return MSI_NULL_INTEGER;
+      return kNullInteger;
     }
     number = number * 10 + (digit - '0');
   }
   number = isNegative ? -number : number;
   if (digits.empty() || number > INT_MAX || number < -INT_MAX) {
-    return MSI_NULL_INTEGER;
+    return kNullInteger;
   }
   return static_cast<int>(number);
 }
@@ -134,9 +134,9 @@ class ImageRows final : public TableRows {
       case Kind::Text:
         return ParseInteger(BytesOf(field));
       case Kind::Integer:
-        return m_rows.Integer(m_row, field - 1).value_or(MSI_NULL_INTEGER);
+        return m_rows.Integer(m_row, field - 1).value_or(kNullInteger);
       default:
-        return MSI_NULL_INTEGER;
+        return kNullInteger;
     }
   }
 

@@ -5,6 +5,7 @@
 #include <initializer_list>
 #include <memory>
 
+#include "common/NullInteger.h"
 #include "common/WideString.h"
 
 namespace msidb {
@@ -28,7 +29,7 @@ class TableRows {
   /// have. A number is written in decimal digits.
   virtual CWideString GetString(UINT field) const = 0;
 
-  /// The number of a field; MSI_NULL_INTEGER for null, for a text that is no number, and for a
+  /// The number of a field; kNullInteger for null, for a text that is no number, and for a
   /// field that the row does not have.
   virtual int GetInteger(UINT field) const = 0;
 

@@ -5,6 +5,8 @@
 
 namespace msidb {
 
+static_assert(kNullInteger == static_cast<int>(MSI_NULL_INTEGER));
+
 Record Record::Create(UINT fieldCount) {
   Record record{CMsiHandle(::MsiCreateRecord(fieldCount))};
   if (!record) {

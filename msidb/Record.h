@@ -1,5 +1,6 @@
 #pragma once
 
+#include "common/NullInteger.h"
 #include "common/WideString.h"
 #include "msidb/MsiHandle.h"
 
@@ -21,7 +22,7 @@ class Record {
   /// The text of a field, of any length; empty for a null field.
   CWideString GetString(UINT field) const;
 
-  /// The number of a field: MSI_NULL_INTEGER when it is null or no number, 0 without a record.
+  /// The number of a field: kNullInteger when it is null or no number, 0 without a record.
   int GetInteger(UINT field) const noexcept;
 
   bool IsNull(UINT field) const noexcept;

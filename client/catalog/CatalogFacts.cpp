@@ -1,7 +1,5 @@
 #include "client/catalog/CatalogFacts.h"
 
-#include <climits>
-
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Properties.h"
 #include "client/terminal/NearestNames.h"
@@ -11,21 +9,11 @@
 
 namespace {
 
-std::optional<long> LanguageOf(IMMDependency& dependency) {
-  const long language = Number(dependency, &IMMDependency::get_Language);
-  return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
-}
-
 /// The language of an exclusion is a text, which has the number of a null cell as well.
 std::optional<long> LanguageOf(IMMExclusion& exclusion) {
   const long language =
       std::strtol(Text(exclusion, &IMMExclusion::get_Language).c_str(), nullptr, 10);
-  return language == LONG_MIN ? std::nullopt : std::optional<long>(language);
-}
-
-std::optional<long> SizeOf(IMMFile& file) {
-  const long size = Number(file, &IMMFile::get_FileSize);
-  return size == LONG_MIN ? std::nullopt : std::optional<long>(size);
+  return language == kNullInteger ? std::nullopt : std::optional<long>(language);
 }
 
 std::vector<Requirement> ReadRequirements(IMergeModule& module) {
@@ -33,7 +21,7 @@ std::vector<Requirement> ReadRequirements(IMergeModule& module) {
   ForEach<IMMDependency>(*Get(module, &IMergeModule::get_Dependencies),
                          [&](IMMDependency& dependency) {
                            requirements.push_back({Text(dependency, &IMMDependency::get_ModuleID),
-                                                   LanguageOf(dependency),
+                                                   Cell(dependency, &IMMDependency::get_Language),
                                                    Text(dependency, &IMMDependency::get_Version)});
                          });
   return requirements;
@@ -67,9 +55,10 @@ void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
 std::vector<DeliveredFile> ReadFiles(IMergeModule& module) {
   std::vector<DeliveredFile> files;
   ForEach<IMMFile>(*Get(module, &IMergeModule::get_Files), [&](IMMFile& file) {
-    files.push_back(MakeDeliveredFile(
-        Text(file, &IMMFile::get_FileName), Text(file, &IMMFile::get_Directory),
-        Text(file, &IMMFile::get_Key), Text(file, &IMMFile::get_Version), SizeOf(file)));
+    files.push_back(
+        MakeDeliveredFile(Text(file, &IMMFile::get_FileName), Text(file, &IMMFile::get_Directory),
+                          Text(file, &IMMFile::get_Key), Text(file, &IMMFile::get_Version),
+                          Cell(file, &IMMFile::get_FileSize)));
   });
   return files;
 }

@@ -1,7 +1,5 @@
 #include "client/catalog/ModuleDescription.h"
 
-#include <climits>
-
 #include "client/catalog/Properties.h"
 #include "msidb/ModuleDirectories.h"
 #include "text/Utf.h"
@@ -11,14 +9,6 @@ using qm::text::ToUtf8;
 using qm::text::ToWide;
 
 namespace {
-
-/// A number of a module's table, where the installer gives LONG_MIN for null.
-template <class Interface>
-std::optional<long> Cell(Interface& object,
-                         HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
-  const long value = Number(object, property);
-  return value == LONG_MIN ? std::nullopt : std::optional<long>(value);
-}
 
 FileDescription DescribeItem(IMMFile& file) {
   return {Text(file, &IMMFile::get_Key),

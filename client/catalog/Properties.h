@@ -1,10 +1,12 @@
 #pragma once
 
+#include <optional>
 #include <string>
 
 #include "client/catalog/ServerFailure.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "common/NullInteger.h"
 #include "text/Utf.h"
 
 // Properties of automation objects as plain values. Each throws ServerFailure when the property
@@ -22,6 +24,14 @@ long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(
   long value = 0;
   Check((object.*property)(&value));
   return value;
+}
+
+/// A number of a module's table; none for a null cell.
+template <class Interface>
+std::optional<long> Cell(Interface& object,
+                         HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
+  const long value = Number(object, property);
+  return value == kNullInteger ? std::nullopt : std::optional<long>(value);
 }
 
 template <class Interface>
