@@ -222,45 +222,6 @@ TEST_F(CatalogQueryTest, TheCountGoesWhereItIsWanted) {
   EXPECT_EQ(1, both.lVal);
 }
 
-TEST_F(CatalogQueryTest, ItemTakesNumbersOfFourTypesAndTexts) {
-  const CComPtr<IMergeModules> modules = ModulesOf(m_catalog.Get());
-  // In the list's order: "?", "Alpha:1031", "Alpha:1033", "Beta:-5", "aLPHA:0".
-  const auto expect = [&](const VARIANT& index, long position) {
-    SCOPED_TRACE("type " + std::to_string(index.vt) + ", " + std::to_string(index.lVal));
-    CComPtr<IMergeModule> found;
-    EXPECT_EQ(position ? S_OK : E_INVALIDARG, modules->get_Item(index, found.Put()));
-    EXPECT_EQ(position ? ModuleAt(modules.Get(), position).Get() : nullptr, found.Get());
-  };
-  for (const int type : {VT_I2, VT_I4, VT_UI2, VT_UI4}) {
-    for (const long number : {0L, 1L, 5L, 6L, -1L}) {
-      const long position = number >= 1 && number <= 5 ? number : 0;
-      VARIANT value = Around(type, number), reference = Around(VT_VARIANT | VT_BYREF, &value);
-      expect(value, position);
-      expect(Around(type | VT_BYREF, &value.lVal), position);
-      expect(Around(VT_VARIANT | VT_BYREF, &reference), position);
-      expect(Around(type | VT_BYREF, nullptr), 0);
-    }
-  }
-  for (const int type : {VT_INT, VT_UINT, VT_I1, VT_UI1, VT_I8, VT_UI8, VT_R4, VT_R8, VT_CY,
-                         VT_DATE, VT_BOOL, VT_ERROR, VT_NULL, VT_DECIMAL, VT_RECORD, VT_TYPEMASK}) {
-    expect(Around(type, 2LL), 0);
-  }
-  for (const int type : {VT_DISPATCH, VT_UNKNOWN}) {
-    expect(Around(type, modules.Get()), 0);
-    expect(Around(type, nullptr), 0);
-  }
-  CVariant key(L"BETA:-5"), numberAsText(L"2");
-  expect(key, 4);
-  expect(Around(VT_BSTR | VT_BYREF, &key.bstrVal), 4);
-  expect(Around(VT_VARIANT | VT_BYREF, &key), 4);
-  expect(numberAsText, 0);
-  expect(Around(VT_BSTR, nullptr), 1);
-  expect(Around(VT_EMPTY, 0LL), 1);
-  expect(Around(VT_ARRAY | VT_I4, nullptr), 0);
-  VARIANT itself = Around(VT_VARIANT | VT_BYREF, &itself);
-  expect(itself, 0);
-}
-
 TEST_F(CatalogQueryTest, GettingTheListReleasesTheOneThatTheCallerHeld) {
   IMergeModules* list = nullptr;
   long count = 0;

@@ -1,8 +1,6 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
-#include <limits>
-
 #include "common/Bstr.h"
 #include "tests/siblings/Component.h"
 #include "tests/support/Answers.h"
@@ -123,67 +121,6 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledByName) {
   EXPECT_EQ(L"zwei", ViewOf(value.bstrVal));
 }
 
-VARIANT Number(VARTYPE type, long number) {
-  VARIANT index{};
-  index.vt = type;
-  index.lVal = number;
-  return index;
-}
-
-VARIANT Reference(VARTYPE type, void* value) {
-  VARIANT index{};
-  index.vt = static_cast<VARTYPE>(type | VT_BYREF);
-  index.byref = value;
-  return index;
-}
-
-TEST_F(IniReaderTest, IndexesOfEveryKind) {
-  ASSERT_EQ(S_OK, Load(Write(L"a.ini", "[s]\na=first\n2=by name\n=by no name\n")));
-  CVariant name(L"A");
-  BSTR noName = nullptr;
-  short two = 2;
-  long three = 3;
-  VARIANT real{};
-  real.vt = VT_R8;
-  real.dblVal = 2;
-  VARIANT itself = Reference(VT_VARIANT, nullptr);
-  itself.pvarVal = &itself;
-  VARIANT nested = Reference(VT_VARIANT, &name);
-  const struct {
-    VARIANT index;
-    const wchar_t* value;
-  } cases[] = {
-      {name, L"first"},
-      {Reference(VT_BSTR, &name.bstrVal), L"first"},
-      {Reference(VT_VARIANT, &nested), L"first"},
-      {Reference(VT_BSTR, &noName), L"by no name"},
-      {Number(VT_EMPTY, 0), L"by no name"},
-      {Number(VT_I4, 1), L"first"},
-      {Number(VT_I2, 2), L"by name"},
-      {Number(VT_UI2, 2), L"by name"},
-      {Number(VT_UI4, 3), L"by no name"},
-      {Reference(VT_I2, &two), L"by name"},
-      {Reference(VT_I4, &three), L"by no name"},
-      {real, L"by name"},
-      {Number(VT_I4, 4), L"(none)"},
-      {Number(VT_I4, 0), L"(none)"},
-      {Number(VT_I4, -1), L"(none)"},
-      {Number(VT_I2, -1), L"(none)"},
-      {Number(VT_I4, std::numeric_limits<long>::min()), L"(none)"},
-      {Number(VT_UI4, -1), L"(none)"},
-      {Number(VT_NULL, 0), L"(none)"},
-      {Number(VT_ERROR, DISP_E_PARAMNOTFOUND), L"(none)"},
-      {Number(VT_ARRAY | VT_UI1, 0), L"(none)"},
-      {Number(VT_DISPATCH, 0), L"(none)"},
-      {Reference(VT_I4, nullptr), L"(none)"},
-      {Reference(VT_VARIANT, nullptr), L"(none)"},
-      {itself, L"(none)"},
-  };
-  for (const auto& [index, value] : cases) {
-    EXPECT_EQ(value, Value(Keys(L"S").Get(), index)) << index.vt << " " << index.lVal;
-  }
-}
-
 TEST_F(IniReaderTest, SectionsByNameAndPosition) {
   ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
   const wchar_t* const names[] = {nullptr, L"First", L"Second", L"FIRST", nullptr};
@@ -195,6 +132,9 @@ TEST_F(IniReaderTest, SectionsByNameAndPosition) {
     EXPECT_EQ(names[position] ? names[position] : L"", ViewOf(name.Get()));
   }
   EXPECT_FALSE(Section(CVariant(L"Third")));
+  for (const auto& [position, value] : {std::pair(0L, L"(none)"), {1, L"1"}, {5, L"(none)"}}) {
+    EXPECT_EQ(value, Value(Keys(L"First").Get(), CVariant(position)));
+  }
   EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), CVariant(L"Hidden"))) << "not the first";
 }
 
