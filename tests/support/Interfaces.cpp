@@ -4,11 +4,16 @@
 
 namespace {
 
-constexpr wchar_t kCollection[] = L"Item! Count# _NewEnum! Enumerator!";
+/// An interface as it is documented for clients.
+struct InterfaceFacts {
+  const wchar_t* name;
+  const wchar_t* base;  ///< null for IDispatch
+  /// Its own members in slot order. "Name" is a text, "Name#" a number, "Name?" a boolean,
+  /// "Name!" something else, and "Name=IItem" a collection with the interface of its items.
+  const wchar_t* members;
+};
 
-}  // namespace
-
-const InterfaceFacts kInterfaces[22] = {
+const InterfaceFacts kInterfaces[] = {
     {L"IMMFile", nullptr, L"Directory Key FileSize# FileName Version Language Sequence#"},
     {L"IMMDependency", nullptr, L"Key ModuleID Version Language#"},
     {L"IMMExclusion", nullptr, L"Key ModuleID MinVersion MaxVersion Language"},
@@ -16,14 +21,6 @@ const InterfaceFacts kInterfaces[22] = {
     {L"IMMDialog", nullptr, L"Name"},
     {L"IMMGalleryDownloadFileCaskel", nullptr,
      L"Location MediaLocation InternetLocation FileSize# CheckSum"},
-    {L"IMMFiles", nullptr, kCollection},
-    {L"IMMDependencies", nullptr, kCollection},
-    {L"IMMExclusions", nullptr, kCollection},
-    {L"IMMCustomActions", nullptr, kCollection},
-    {L"IMMDialogs", nullptr, kCollection},
-    {L"IMMGalleryDownloadFilesCaskel", nullptr, kCollection},
-    {L"IMergeModules", nullptr, kCollection},
-    {L"IMMSources", nullptr, kCollection},
     {L"IMergeModule", nullptr,
      L"Dialogs=IMMDialog CustomActions=IMMCustomAction PackageCode ModuleID Key Path Comments "
      L"Subject Author Language# Version Dependencies=IMMDependency Exclusions=IMMExclusion "
@@ -31,15 +28,9 @@ const InterfaceFacts kInterfaces[22] = {
     {L"IMergeModule2", L"IMergeModule",
      L"Present? NeedsDownload? DownloadFiles=IMMGalleryDownloadFileCaskel LocalPath"},
     {L"IMergeModuleTavik", L"IMergeModule2", L"HasOrigin? Origin"},
-    {L"IMMSource", nullptr, L"Entry Folder DisplayName SecondPass? MergeModules=IMergeModuleTavik"},
-    {L"IMMCatalog", nullptr,
-     L"Reserved1! Reserved2! Refresh! Sources=IMMSource MergeModules=IMergeModuleTavik "
-     L"FindModules! Reserved7! Reserved8! Reserved9!"},
-    {L"IMMCatalogVelmora", L"IMMCatalog",
-     L"CatalogQuery! FindModule! GetModuleForFile! GetModuleDisplayName!"},
-    {L"IMMCatalogCaskel", L"IMMCatalogVelmora", L"SupportsProject! Option!"},
-    {L"IMMCatalogManagerVelmora", nullptr, L"GetCatalog!"},
 };
+
+}  // namespace
 
 std::vector<Member> MembersOf(const std::wstring& interfaceName) {
   std::vector<Member> members;

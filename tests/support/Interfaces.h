@@ -5,17 +5,6 @@
 #include <string>
 #include <vector>
 
-/// An interface as it is documented for clients.
-struct InterfaceFacts {
-  const wchar_t* name;
-  const wchar_t* base;  ///< null for IDispatch
-  /// Its own members in slot order. "Name" is a text, "Name#" a number, "Name?" a boolean,
-  /// "Name!" something else, and "Name=IItem" a collection with the interface of its items.
-  const wchar_t* members;
-};
-
-extern const InterfaceFacts kInterfaces[22];
-
 struct Member {
   std::wstring name;
   VARTYPE type;  ///< VT_DISPATCH for a collection, VT_EMPTY for what is no readable property
