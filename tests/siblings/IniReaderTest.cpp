@@ -4,7 +4,6 @@
 #include "common/Bstr.h"
 #include "tests/siblings/Component.h"
 #include "tests/support/Answers.h"
-#include "tests/support/Imports.h"
 #include "tests/support/TestFolder.h"
 
 namespace {
@@ -208,68 +207,6 @@ TEST_F(IniReaderTest, ObjectsOutliveReaderAndFileAndLockTheComponent) {
   EXPECT_EQ(L"zwei", ViewOf(text.Get()));
   key.Release();
   expectLocked(false);
-}
-
-TEST_F(IniReaderTest, OutOfMemoryAnywhereIsReportedAndLeavesNothing) {
-  std::string text = kText;
-  for (int i = 0; i < 100; ++i) {
-    text += "Key" + std::to_string(i) + "=" + std::to_string(i) + "\n";
-  }
-  const CUniqueBstr path(AllocBstr(Write(L"a.ini", text)));
-  const CVariant sectionName(L"FIRST"), three(3), keyName(L"key99");
-  HRESULT result = S_OK;
-  std::wstring value;
-  const auto readAll = [&](int) {
-    CComPtr<IIniReader> reader;
-    CComPtr<IIniSections> sections;
-    CComPtr<IIniSection> section;
-    CComPtr<IIniKeys> keys;
-    CComPtr<IIniKey> key;
-    CUniqueBstr found;
-    CComPtr<IClassFactory> factory;
-    const auto succeeds = [&](HRESULT hr) {
-      result = hr;
-      return SUCCEEDED(hr);
-    };
-    value.clear();
-    // The third section is large, so that an index of its names is made.
-    if (succeeds(m_component.DllGetClassObject(CLSID_IniReader, __uuidof(IClassFactory),
-                                               reinterpret_cast<void**>(factory.Put()))) &&
-        succeeds(factory->CreateInstance(nullptr, __uuidof(IIniReader),
-                                         reinterpret_cast<void**>(reader.Put()))) &&
-        succeeds(reader->Load(path.Get())) && succeeds(reader->get_Sections(sections.Put())) &&
-        succeeds(sections->get_Item(three, section.Put())) &&
-        succeeds(section->get_Keys(keys.Put())) && succeeds(keys->get_Item(keyName, key.Put())) &&
-        succeeds(key->get_Value(found.Put()))) {
-      value = ViewOf(found.Get());
-      BSTR name = found.Get();  // is to be overwritten
-      if (!succeeds(key->get_Name(&name))) {
-        value.clear();
-        EXPECT_EQ(nullptr, name);
-      }
-      ::SysFreeString(name);
-    }
-  };
-  // What is made once and stays: the class object, and what the compiler's runtime makes of the
-  // first exception.
-  readAll(0);
-  EXPECT_TRUE(FAILED(Load(L"")));
-  m_reader.Release();
-  ReplaceFaultyImports(m_component.Module());
-  for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
-    int reported = 0;
-    const int faults = SweepFaults(kind, [&](int call) {
-      readAll(call);
-      reported += result == E_OUTOFMEMORY;
-      EXPECT_EQ(SUCCEEDED(result) ? S_OK : E_OUTOFMEMORY, result) << call;
-      EXPECT_EQ(SUCCEEDED(result) ? L"99" : L"", value) << call;
-      EXPECT_EQ(0, HeapBlocks()) << call;
-    });
-    // Giving memory back that is not needed, of sections and of keys, may fail.
-    EXPECT_EQ(kind == FaultKind::Heap ? 2 : 0, faults - reported);
-    EXPECT_LT(0, reported);
-  }
-  EXPECT_EQ(S_OK, m_component.DllCanUnloadNow());
 }
 
 }  // namespace
