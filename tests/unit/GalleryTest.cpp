@@ -325,48 +325,6 @@ TEST_F(Gallery, AModuleRecordOfTheGalleryIsFilledFromTheDescriptionAlone) {
 
 // ---- Indexes, which a process reads once
 
-TEST_F(Gallery, IndexesAreReadOnceInAProcess) {
-  ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", (m_root / "names").c_str());
-  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", (m_root / "files").c_str());
-  Put("names/modules.ini", "[other]\nX:0=no\n[modules]\nLamp.9:7=Old\nX:1=x\nLamp.9:7=Bright\n");
-  Put("files/modules.ini", "[modules]\nX:0=wrong folder\n");
-  Put("files/FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\nB.dll=1:X\n");
-  Put("files/PlatformFilesToModules.ini",
-      "[PlatformFilesToModules]\na.dll=no\n[PlatformFileToModule]\nb.dll=Lamp.9\nc.dll\n");
-  Describe("[MergeModule]\nModuleID=Lamp.9\nLanguage=7\nSubject=Lamp");
-  CCacheMSM before;
-  before.InitFromGallery(L"lamp");
-  EXPECT_EQ(before.DisplayName(), L"Lamp");
-
-  CIniIndexes& indexes = CIniIndexes::Instance();
-  const auto services = CreateApplicationServices();
-  const auto expectTables = [&] {
-    CWideString name = L"untouched";
-    EXPECT_FALSE(indexes.LookupModuleName(L"X:0", name));
-    EXPECT_FALSE(indexes.LookupModuleName(L"lamp.9:7", name)) << "compared exactly";
-    EXPECT_EQ(name, L"untouched");
-    EXPECT_TRUE(indexes.LookupModuleName(L"Lamp.9:7", name));
-    EXPECT_EQ(name, L"Bright");
-    EXPECT_EQ((CIniIndexes::Table{{L"setup.exe", L"0:Lamp.9"}, {L"B.dll", L"1:X"}}),
-              indexes.FileModules());
-    EXPECT_EQ((CIniIndexes::Table{{L"b.dll", L"Lamp.9"}, {L"c.dll", L""}}),
-              indexes.PlatformFileModules());
-  };
-  indexes.LoadOnce(*services);
-  EXPECT_FALSE(TakeErrorObject());
-  expectTables();
-
-  Put("names/modules.ini", "[modules]\nX:0=late\nLamp.9:7=Late\n");
-  Put("files/PlatformFilesToModules.ini", "[PlatformFileToModule]\nkernel32.dll=late\n");
-  indexes.LoadOnce(*services);
-  expectTables();
-
-  CCacheMSM after;
-  after.InitFromGallery(L"lamp");
-  EXPECT_EQ(after.DisplayName(), L"Bright");
-  EXPECT_EQ(after.Subject(), L"Lamp");
-}
-
 TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
   CIniIndexes& indexes = CIniIndexes::Instance();
   if (!indexes.FileModules().empty()) {

@@ -276,20 +276,6 @@ TEST_F(Installer, RecordFields) {
   EXPECT_EQ(0, Record().GetInteger(1));
 }
 
-TEST_F(Installer, MovedHoldersCloseOnce) {
-  Bench bench;
-  installer::Reset();
-  {
-    Database database(std::move(bench.database));
-    const Record record(std::move(bench.record));
-    EXPECT_EQ(0U, bench.database.Get());  // NOLINT(bugprone-use-after-move)
-    EXPECT_FALSE(bench.record);           // NOLINT(bugprone-use-after-move)
-    bench.database = std::move(database);
-    EXPECT_TRUE(bench.database.HasTable(L"T"));
-  }
-  EXPECT_EQ(1, CallsOf("MsiCloseHandle"));
-}
-
 TEST_F(Installer, SummaryTexts) {
   const std::pair<UINT, size_t> texts[] = {{PID_TITLE, 1},
                                            {PID_SUBJECT, 259},

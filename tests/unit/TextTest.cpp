@@ -41,20 +41,6 @@ TEST(Text, RefusesAndConvertsUtf8AsThePlatformDoes) {
   }
 }
 
-TEST(Text, ReplacesIllFormedUtf8AsThePlatformDoes) {
-  const std::string_view cases[] = {
-      "\x80",         "a\xC0\x80z",     "\xF5\xFFz",          "\xC3z",
-      "\xE4\xB8\x41", "\xF0\x9F\x96zz", "\xF0\x9F\xC3\xA9zz", "\xE4\xC3\xA9z",
-  };
-  for (const std::string_view text : cases) {
-    wchar_t expected[8] = {};
-    const int length =
-        ::MultiByteToWideChar(CP_UTF8, 0, text.data(), static_cast<int>(text.size()), expected, 8);
-    EXPECT_EQ(qm::text::ToWide(text), std::wstring(expected, static_cast<size_t>(length)))
-        << testing::PrintToString(text);
-  }
-}
-
 TEST(Text, ConvertsUtf16AsThePlatformDoes) {
   const wchar_t units[] = {L'A',   0x7FF,  0x800,  0xD7FF, 0xD800,
                            0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
