@@ -32,6 +32,7 @@
 #include "msidb/ModuleDirectories.h"
 #include "tests/hostile/Damage.h"
 #include "tests/support/Answers.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 #include "traits/TargetPath.h"
 
@@ -126,42 +127,6 @@ LONG WINAPI EndCrash(EXCEPTION_POINTERS* exception) {
   return EXCEPTION_EXECUTE_HANDLER;
 }
 
-// ---- The server
-
-class Server {
- public:
-  Server() : m_library(::LoadLibraryW((ProgramFolder() / L"QmMMUpdater2.dll").c_str())) {
-    if (!m_library) {
-      Fail("the server cannot be loaded");
-    }
-  }
-
-  template <class Interface>
-  CComPtr<Interface> Create(REFCLSID clsid) const {
-    using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-    const auto getClassObject = reinterpret_cast<GetClassObject>(
-        reinterpret_cast<void*>(::GetProcAddress(m_library, "DllGetClassObject")));
-    CComPtr<IClassFactory> factory;
-    CComPtr<Interface> object;
-    if (FAILED(getClassObject(clsid, __uuidof(IClassFactory),
-                              reinterpret_cast<void**>(factory.Put()))) ||
-        FAILED(factory->CreateInstance(nullptr, __uuidof(Interface),
-                                       reinterpret_cast<void**>(object.Put())))) {
-      Fail("the server makes no objects");
-    }
-    return object;
-  }
-
-  bool IsLocked() const {
-    using CanUnloadNow = HRESULT(STDAPICALLTYPE*)();
-    return reinterpret_cast<CanUnloadNow>(
-               reinterpret_cast<void*>(::GetProcAddress(m_library, "DllCanUnloadNow")))() != S_OK;
-  }
-
- private:
-  HMODULE m_library;
-};
-
 /// "0x80070570 MsiOpenDatabase" for a failure: its code and the call at the end of its description.
 std::string KindOf(const std::wstring& failure) {
   constexpr wchar_t kLetters[] = L"ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz";
@@ -194,6 +159,9 @@ class Test {
  public:
   Test(std::vector<Base> bases, fs::path folder, std::uint64_t seed)
       : m_bases(std::move(bases)), m_folder(std::move(folder)), m_seed(seed) {
+    if (!m_server.Module()) {
+      Fail("the server cannot be loaded");
+    }
     fs::create_directories(m_folder / "modules");
     WriteFile(SoundPath(), m_bases[0].bytes);
     m_sound = AskAlone(SoundPath());
@@ -387,9 +355,9 @@ class Test {
     list = nullptr;
     ::SetErrorInfo(0, nullptr);
     const UINT handles = ::MsiCloseAllHandles();
-    if (handles != 0 || m_server.IsLocked()) {
+    if (handles != 0 || m_server.DllCanUnloadNow() != S_OK) {
       Find(0, std::to_string(handles) + " installer handles are open" +
-                  (m_server.IsLocked() ? ", and the server is in use" : ""));
+                  (m_server.DllCanUnloadNow() != S_OK ? ", and the server is in use" : ""));
     }
     const size_t bytes = HeapBytes();
     m_state += std::string("heap ") + when + " " + std::to_string(bytes) + "\n";
@@ -412,7 +380,7 @@ class Test {
   const std::vector<Base> m_bases;
   const fs::path m_folder;
   const std::uint64_t m_seed;
-  const Server m_server;
+  const CComDll m_server{(ProgramFolder() / L"QmMMUpdater2.dll").wstring()};
   Answers m_sound;
   bool m_isOne = false;  ///< whether one module is asked, which stays
   bool m_hasFinds = false;

@@ -40,7 +40,7 @@ class ApplicationServicesTest : public ::testing::Test {
       ::SetEnvironmentVariableW(setting.variable, nullptr);
     }
     std::filesystem::copy_file(ProgramFolder() / L"QmAppServices.dll", m_dll);
-    m_component = std::make_unique<CComponent>(m_dll);
+    m_component = std::make_unique<CComDll>(m_dll);
     m_services = m_component->Create<IApplicationServices>(CLSID_ApplicationServices);
   }
 
@@ -69,7 +69,7 @@ class ApplicationServicesTest : public ::testing::Test {
   CComThread m_com;
   CTestFolder m_folder;
   std::wstring m_dll = m_folder / L"QmAppServices.dll";
-  std::unique_ptr<CComponent> m_component;
+  std::unique_ptr<CComDll> m_component;
   CComPtr<IApplicationServices> m_services;
 };
 

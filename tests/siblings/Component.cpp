@@ -5,32 +5,6 @@
 #include <filesystem>
 #include <fstream>
 #include <sstream>
-#include <stdexcept>
-
-CComponent::CComponent(const std::wstring& path) : m_module(::LoadLibraryW(path.c_str())) {
-  if (!m_module) {
-    throw std::runtime_error("the component cannot be loaded");
-  }
-}
-
-CComponent::~CComponent() { ::FreeLibrary(m_module); }
-
-HRESULT CComponent::DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) const {
-  return Export<HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**)>("DllGetClassObject")(clsid, iid,
-                                                                                         out);
-}
-
-HRESULT CComponent::CallPlain(const char* name) const {
-  return Export<HRESULT(STDAPICALLTYPE*)()>(name)();
-}
-
-void CComponent::Create(REFCLSID clsid, REFIID iid, void** out) const {
-  CComPtr<IClassFactory> factory;
-  if (SUCCEEDED(DllGetClassObject(clsid, __uuidof(IClassFactory),
-                                  reinterpret_cast<void**>(factory.Put())))) {
-    factory->CreateInstance(nullptr, iid, out);
-  }
-}
 
 void ExpectMembers(IDispatch* object, const wchar_t* members) {
   std::wistringstream names(members);

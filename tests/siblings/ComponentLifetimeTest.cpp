@@ -2,6 +2,7 @@
 
 #include "idl/siblings.h"
 #include "tests/siblings/Component.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
 namespace {
@@ -25,7 +26,7 @@ TEST(ComponentLifetime, NoThreadSlotIsLostWhenComponentsAreUnloaded) {
   const DWORD freeSlot = NextFreeSlot();
   for (int round = 0; round < 100; ++round) {
     for (const auto& [dll, clsid] : components) {
-      const CComponent component(ProgramFolder() / dll);
+      const CComDll component((ProgramFolder() / dll).wstring());
       ASSERT_TRUE(component.Create<IUnknown>(clsid));
     }
     ASSERT_EQ(freeSlot, NextFreeSlot()) << round;

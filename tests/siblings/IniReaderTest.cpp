@@ -58,7 +58,7 @@ class IniReaderTest : public ::testing::Test {
 
   CComThread m_com;
   CTestFolder m_folder;
-  CComponent m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
+  CComDll m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
   CComPtr<IIniReader> m_reader = m_component.Create<IIniReader>(CLSID_IniReader);
 };
 

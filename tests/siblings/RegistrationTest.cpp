@@ -38,10 +38,10 @@ TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) 
       {L"Corvane8.dll", L"Corvane8.RepositoryMgr", __uuidof(IRepositoryMgr)},
   };
   std::vector<std::wstring> paths;
-  std::vector<std::unique_ptr<CComponent>> components;
+  std::vector<std::unique_ptr<CComDll>> components;
   for (const auto& c : classes) {
     paths.push_back((ProgramFolder() / c.dll).wstring());
-    components.push_back(std::make_unique<CComponent>(paths.back()));
+    components.push_back(std::make_unique<CComDll>(paths.back()));
     EXPECT_EQ(S_OK, components.back()->DllRegisterServer());
     EXPECT_EQ(paths.back(), RegisteredLibrary());
   }

@@ -74,7 +74,7 @@ class RepositoryTest : public ::testing::Test {
   CComThread m_com;
   CTestFolder m_folder;
   std::wstring m_path = m_folder / L"Repositories.xml";
-  CComponent m_component{(ProgramFolder() / L"Corvane8.dll").wstring()};
+  CComDll m_component{(ProgramFolder() / L"Corvane8.dll").wstring()};
   CComPtr<IRepositoryMgr> m_manager = m_component.Create<IRepositoryMgr>(CLSID_RepositoryMgr);
   HRESULT m_result = S_OK;
 };

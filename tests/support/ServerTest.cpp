@@ -9,44 +9,9 @@
 #include "tests/support/ModuleBuilder.h"
 #include "tests/support/TaskMemory.h"
 
-namespace {
-
-template <class Function>
-Function Export(HMODULE module, const char* name) {
-  return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module, name)));
-}
-
-}  // namespace
-
 void CServerLibrary::Load(const std::wstring& path) {
-  m_module = ::LoadLibraryW(path.c_str());
-  ReplaceFaultyImports(m_module);
-}
-
-void CServerLibrary::Unload() {
-  if (m_module) {
-    ::FreeLibrary(m_module);
-    m_module = nullptr;
-  }
-}
-
-HRESULT CServerLibrary::DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) const {
-  using Entry = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  return Export<Entry>(m_module, "DllGetClassObject")(clsid, iid, out);
-}
-
-HRESULT CServerLibrary::CallPlain(const char* name) const {
-  return Export<HRESULT(STDAPICALLTYPE*)()>(m_module, name)();
-}
-
-CComPtr<IClassFactory> CServerLibrary::Factory(REFCLSID clsid) const {
-  CComPtr<IClassFactory> factory;
-  DllGetClassObject(clsid, __uuidof(IClassFactory), reinterpret_cast<void**>(factory.Put()));
-  return factory;
-}
-
-CComPtr<IMergeModuleTavik> CServerLibrary::NewModule() const {
-  return Create<IMergeModuleTavik>(CLSID_MergeModule2);
+  CComDll::Load(path);
+  ReplaceFaultyImports(Module());
 }
 
 HRESULT Open(IMergeModule* module, const std::wstring& path) {

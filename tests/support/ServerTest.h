@@ -6,46 +6,26 @@
 #include <string>
 #include <vector>
 
-#include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
-/// The built server, reached through its exports alone.
-class CServerLibrary {
+/// The built server.
+class CServerLibrary : public CComDll {
  public:
-  CServerLibrary() = default;
-  ~CServerLibrary() { Unload(); }
-  CServerLibrary(const CServerLibrary&) = delete;
-  CServerLibrary& operator=(const CServerLibrary&) = delete;
-
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
+  /// Loads the server, with the imports replaced that can fail on demand.
   void Load(const std::wstring& path = Path());
-  void Unload();
-  HMODULE Module() const { return m_module; }
 
-  HRESULT DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) const;
-  HRESULT DllCanUnloadNow() const { return CallPlain("DllCanUnloadNow"); }
-  HRESULT DllRegisterServer() const { return CallPlain("DllRegisterServer"); }
-  HRESULT DllUnregisterServer() const { return CallPlain("DllUnregisterServer"); }
-
-  CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const;
-  /// A new object; none when it cannot be created.
-  template <class Interface>
-  CComPtr<Interface> Create(REFCLSID clsid) const {
-    CComPtr<Interface> object;
-    Factory(clsid)->CreateInstance(nullptr, __uuidof(Interface),
-                                   reinterpret_cast<void**>(object.Put()));
-    return object;
+  CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const {
+    return CComDll::Factory(clsid);
   }
   /// A new module object on which nothing is open; none when it cannot be created.
-  CComPtr<IMergeModuleTavik> NewModule() const;
-
- private:
-  HRESULT CallPlain(const char* name) const;
-
-  HMODULE m_module = nullptr;
+  CComPtr<IMergeModuleTavik> NewModule() const {
+    return Create<IMergeModuleTavik>(CLSID_MergeModule2);
+  }
 };
 
 /// Opens a module file.
