@@ -268,7 +268,7 @@ TEST_F(RepositoryTest, OutOfMemoryAnywhereIsReportedAndLeavesNothing) {
   SetPath(L"C:\\a?b.xml");
   EXPECT_EQ(L"failed", Listed());  // and what the compiler's runtime makes of the first exception
   m_manager.Release();
-  ReplaceFaultyImports(m_component.Module());
+  const CReplacedImports imports(m_component.Module());
   for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
     const int faults = SweepFaults(kind, [&](int call) {
       readAll(call);

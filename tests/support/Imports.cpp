@@ -4,8 +4,10 @@
 #include <cstdlib>
 #include <cstring>
 #include <map>
+#include <optional>
 #include <set>
 #include <string_view>
+#include <type_traits>
 
 #include "msidb/MsiHandle.h"
 
@@ -15,6 +17,15 @@ FaultKind s_kind;
 int s_callsUntilFault = 0;
 const char* s_failed = nullptr;
 std::map<std::string_view, int> s_calls;
+std::vector<std::string_view>
+    s_log;  ///< of calls; never grows, because a test may make memory short
+
+struct FixedAnswer {
+  std::string_view function;
+  UINT result;
+  int passedOn;
+};
+std::vector<FixedAnswer> s_answers;
 int s_heapBlocks = 0;
 int s_fileSearches = 0;
 std::set<HANDLE> s_openFiles;
@@ -23,6 +34,9 @@ std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replace
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
   ++s_calls[name];
+  if (s_log.size() < s_log.capacity()) {
+    s_log.push_back(name);
+  }
   if (kind != s_kind || s_callsUntilFault == 0 || --s_callsUntilFault > 0) {
     return false;
   }
@@ -30,7 +44,17 @@ bool Fails(FaultKind kind, const char* name) {
   return true;
 }
 
-/// The replacement of a function that fails with a value of its own; kOriginal is called otherwise.
+std::optional<UINT> AnswerTo(std::string_view function) {
+  for (FixedAnswer& answer : s_answers) {
+    if (answer.function == function && --answer.passedOn < 0) {
+      return answer.result;
+    }
+  }
+  return std::nullopt;
+}
+
+/// The replacement of a function that fails with a value of its own; the original is called
+/// otherwise.
 template <FaultKind kKind, auto kOriginal, auto kFailure>
 struct Replacement;
 
@@ -39,7 +63,21 @@ template <FaultKind kKind, class Result, class... Arguments,
 struct Replacement<kKind, kOriginal, kFailure> {
   static inline const char* s_name;
   static Result WINAPI Call(Arguments... arguments) {
-    return Fails(kKind, s_name) ? static_cast<Result>(kFailure) : kOriginal(arguments...);
+    if (Fails(kKind, s_name)) {
+      return static_cast<Result>(kFailure);
+    }
+    if constexpr (kKind == FaultKind::Installer || kKind == FaultKind::None) {
+      // Of msi.dll itself: what this program imports may be replaced, too.
+      static auto* const original = installer::Find<Result WINAPI(Arguments...)>(s_name);
+      const std::optional<UINT> answer = AnswerTo(s_name);
+      // What a property of the summary has is handed out whatever the function answers.
+      if (answer && std::string_view(s_name) == "MsiSummaryInfoGetPropertyW") {
+        original(arguments...);
+      }
+      return answer ? static_cast<Result>(*answer) : original(arguments...);
+    } else {
+      return kOriginal(arguments...);
+    }
   }
 };
 
@@ -125,10 +163,20 @@ BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
   return ::SysAllocStringLen(text, length);
 }
 
-/// What the server binds when it first calls it.
+template <class Function>
+void* Address(Function* function) {
+  return reinterpret_cast<void*>(function);
+}
+
+/// The system's own, whatever this program's imports are replaced by meanwhile.
+using GetProcAddressFunction = FARPROC WINAPI(HMODULE, const char*);
+auto* const s_getProcAddress = reinterpret_cast<GetProcAddressFunction*>(reinterpret_cast<void*>(
+    ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetProcAddress")));
+
+/// What a module binds when it first calls it.
 FARPROC WINAPI FindFunction(HMODULE dll, const char* name) {
-  const FARPROC function = ::GetProcAddress(dll, name);
-  const auto replaced = s_boundLater.find(reinterpret_cast<void*>(function));
+  const FARPROC function = s_getProcAddress(dll, name);
+  const auto replaced = s_boundLater.find(Address(function));
   return replaced == s_boundLater.end() ? function : reinterpret_cast<FARPROC>(replaced->second);
 }
 
@@ -146,6 +194,7 @@ ImportedFunction OfFiles(FaultKind kind, const char* name, DWORD code, void* rep
 #define INSTALLER(name, failure, code, ...)          \
   Replace<FaultKind::Installer, &(name), (failure)>( \
       "msi.dll", #name, static_cast<HRESULT>(0x80070000 | (code)), __VA_ARGS__)
+#define OBSERVED(name) Replace<FaultKind::None, &(name), 0>("msi.dll", #name)
 
 const ImportedFunction kFunctions[] = {
     INSTALLER(MsiOpenDatabaseW, 1627, 1627, L"MsiOpenDatabase", true),
@@ -158,6 +207,17 @@ const ImportedFunction kFunctions[] = {
     INSTALLER(MsiViewFetch, 6, 6, L"MsiViewFetch"),
     INSTALLER(MsiRecordGetStringW, 87, 87, L"MsiRecordGetString"),
     INSTALLER(MsiCreateRecord, 0, 1631, L"MsiCreateRecord"),
+    OBSERVED(MsiCloseHandle),
+    OBSERVED(MsiDatabaseCommit),
+    OBSERVED(MsiDatabaseExportW),
+    OBSERVED(MsiDatabaseImportW),
+    OBSERVED(MsiGetLastErrorRecord),
+    OBSERVED(MsiRecordClearData),
+    OBSERVED(MsiRecordSetInteger),
+    OBSERVED(MsiRecordSetStringW),
+    OBSERVED(MsiViewGetColumnInfo),
+    OBSERVED(MsiViewGetErrorW),
+    OBSERVED(MsiViewModify),
     Handwritten("malloc", &Malloc),
     Handwritten("calloc", &Calloc),
     Handwritten("realloc", &Realloc),
@@ -201,7 +261,7 @@ bool ReplaceSlot(HMODULE importer, const std::set<void*>& present, void* replace
 
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement) {
   // By address, which serves imports by name and by ordinal alike.
-  void* const function = reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryA(dll), name));
+  void* const function = Address(s_getProcAddress(::LoadLibraryA(dll), name));
   std::set<void*> present{function};
   for (const ImportedFunction& known : kFunctions) {
     if (std::string_view(known.name) == name && known.replacement) {
@@ -216,15 +276,59 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
   return true;
 }
 
-void ReplaceFaultyImports(HMODULE server) {
+CReplacedImports::CReplacedImports(HMODULE importer, const char* dll)
+    : m_importer(importer), m_dll(dll) {
   s_heapBlocks = 0;
-  ReplaceImport(server, "kernel32.dll", "GetProcAddress", reinterpret_cast<void*>(&FindFunction));
+  s_log.reserve(1000);
+  installer::Reset();
+  ReplaceSlot(importer, {Address(s_getProcAddress)}, Address(&FindFunction));
   for (const ImportedFunction& function : kFunctions) {
-    if (function.replacement) {
-      ReplaceImport(server, function.dll, function.name, function.replacement);
+    s_calls[function.name];
+    if (function.replacement && (!dll || std::string_view(function.dll) == dll)) {
+      ReplaceImport(importer, function.dll, function.name, function.replacement);
     }
   }
 }
+
+CReplacedImports::~CReplacedImports() {
+  installer::Reset();
+  for (const ImportedFunction& function : kFunctions) {
+    if (function.replacement && (!m_dll || std::string_view(function.dll) == m_dll)) {
+      ReplaceImport(m_importer, function.dll, function.name,
+                    Address(s_getProcAddress(::GetModuleHandleA(function.dll), function.name)));
+    }
+  }
+  ReplaceSlot(m_importer, {Address(&FindFunction)}, Address(s_getProcAddress));
+  s_boundLater.clear();
+}
+
+namespace installer {
+
+void Answer(const char* function, UINT result, int passedOn) {
+  s_answers.push_back({function, result, passedOn});
+}
+
+void Reset() {
+  s_answers.clear();
+  s_log.clear();
+  for (auto& [name, count] : s_calls) {
+    count = 0;
+  }
+}
+
+const std::vector<std::string_view>& Calls() { return s_log; }
+
+void* Find(const char* function) {
+  static const HMODULE module = ::LoadLibraryW(L"msi.dll");
+  return Address(s_getProcAddress(module, function));
+}
+
+UINT CloseAllHandles() {
+  static auto* const closeAll = Find<UINT WINAPI()>("MsiCloseAllHandles");
+  return closeAll();
+}
+
+}  // namespace installer
 
 void FailCall(FaultKind kind, int call) {
   s_kind = kind;

@@ -2,8 +2,11 @@
 
 #include <windows.h>
 
-// The functions that the server imports, replaced in its import table by ones that count their
-// calls and fail on demand.
+#include <string_view>
+#include <vector>
+
+// The functions that a module under test imports, replaced in its import table by ones that count
+// their calls and fail on demand.
 
 enum class FaultKind {
   Installer,  ///< functions of the installer that report failures, each in its own way
@@ -11,6 +14,7 @@ enum class FaultKind {
   ShortRead,  ///< reading that succeeds and comes up short
   Heap,       ///< malloc and its relatives, which are under operator new
   Text,       ///< SysAllocString and its relatives
+  None,       ///< never fails in a sweep
 };
 
 struct ImportedFunction {
@@ -30,9 +34,48 @@ struct ImportedFunction {
 /// import it.
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement);
 
-/// Has the server call the replacements of all functions that can fail on demand, and counts its
-/// heap blocks from 0.
-void ReplaceFaultyImports(HMODULE server);
+/// Has a module call the replacements for as long as it lives; nothing is counted or set before.
+class CReplacedImports {
+ public:
+  /// Replaces what `importer` imports from `dll`; from every DLL if that is null.
+  explicit CReplacedImports(HMODULE importer, const char* dll = nullptr);
+  ~CReplacedImports();
+  CReplacedImports(const CReplacedImports&) = delete;
+  CReplacedImports& operator=(const CReplacedImports&) = delete;
+
+ private:
+  HMODULE m_importer;
+  const char* m_dll;
+};
+
+/// Watches the installer's functions as the test program itself calls them.
+struct CWatchedInstaller : CReplacedImports {
+  CWatchedInstaller() : CReplacedImports(::GetModuleHandleW(nullptr), "msi.dll") {}
+};
+
+// The installer's functions, by their names in msi.dll ("MsiViewFetch").
+namespace installer {
+
+/// Sets the result of a function for every call after the first `passedOn`.
+void Answer(const char* function, UINT result, int passedOn = 0);
+
+/// Forgets all answers and calls.
+void Reset();
+
+/// Names of the functions that were called since Reset.
+const std::vector<std::string_view>& Calls();
+
+/// A function of msi.dll itself.
+void* Find(const char* function);
+template <class Function>
+Function* Find(const char* function) {
+  return reinterpret_cast<Function*>(Find(function));
+}
+
+/// Closes the handles that this thread left open; gives their number.
+UINT CloseAllHandles();
+
+}  // namespace installer
 
 /// Has call number `call` of a kind fail, counted from 1 and from now.
 void FailCall(FaultKind kind, int call);
@@ -43,7 +86,7 @@ void FailNoCall();
 /// The function that was made to fail since FailCall; null when none was.
 const ImportedFunction* FailedFunction();
 
-/// How often the server called a replaced function.
+/// How often a replaced function was called since Reset.
 int CallCount(const char* name);
 
 /// Blocks that the server allocated on the heap since the replacement, less those that it freed.

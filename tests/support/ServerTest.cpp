@@ -9,11 +9,6 @@
 #include "tests/support/ModuleBuilder.h"
 #include "tests/support/TaskMemory.h"
 
-void CServerLibrary::Load(const std::wstring& path) {
-  CComDll::Load(path);
-  ReplaceFaultyImports(Module());
-}
-
 HRESULT Open(IMergeModule* module, const std::wstring& path) {
   return module->Open(CUniqueBstr(AllocBstr(path)).Get());
 }

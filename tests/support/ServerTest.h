@@ -3,12 +3,14 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 #include "tests/support/ComDll.h"
+#include "tests/support/Imports.h"
 #include "tests/support/TestFolder.h"
 
 /// The built server.
@@ -17,7 +19,14 @@ class CServerLibrary : public CComDll {
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
   /// Loads the server, with the imports replaced that can fail on demand.
-  void Load(const std::wstring& path = Path());
+  void Load(const std::wstring& path = Path()) {
+    CComDll::Load(path);
+    m_imports.emplace(Module());
+  }
+  void Unload() {
+    m_imports.reset();
+    CComDll::Unload();
+  }
 
   CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const {
     return CComDll::Factory(clsid);
@@ -26,6 +35,9 @@ class CServerLibrary : public CComDll {
   CComPtr<IMergeModuleTavik> NewModule() const {
     return Create<IMergeModuleTavik>(CLSID_MergeModule2);
   }
+
+ private:
+  std::optional<CReplacedImports> m_imports;
 };
 
 /// Opens a module file.

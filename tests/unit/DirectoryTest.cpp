@@ -7,7 +7,7 @@
 #include "msidb/DirectoryResolution.h"
 #include "msidb/InstallerDatabase.h"
 #include "msidb/ModuleDirectories.h"
-#include "tests/unit/Installer.h"
+#include "tests/support/Imports.h"
 #include "tests/unit/TestDatabase.h"
 #include "tests/unit/Testing.h"
 #include "traits/TargetPath.h"
@@ -63,7 +63,6 @@ enum class Reader { Own, Installer };
 class Directories : public ::testing::TestWithParam<Reader> {
  protected:
   void SetUp() override {
-    installer::Reset();
     test.Run(
         L"CREATE TABLE `Directory` (`Directory` CHAR(72) NOT NULL, `Directory_Parent` "
         L"CHAR(72), `DefaultDir` LONGCHAR NOT NULL PRIMARY KEY `Directory`)");
@@ -124,8 +123,8 @@ class Directories : public ::testing::TestWithParam<Reader> {
     if (!m_table) {
       test.CommitAndClose();
       m_database = GetParam() == Reader::Own
-                       ? msidb::ModuleDatabase::Open(test.file.path)
-                       : std::make_unique<msidb::InstallerDatabase>(test.file.path);
+                       ? msidb::ModuleDatabase::Open(test.path.c_str())
+                       : std::make_unique<msidb::InstallerDatabase>(test.path.c_str());
       m_table.emplace(*m_database);
     }
     return *m_table;
@@ -137,6 +136,7 @@ class Directories : public ::testing::TestWithParam<Reader> {
     return path;
   }
 
+  const CWatchedInstaller m_installer;
   TestDatabase test;
 
  private:
@@ -272,7 +272,7 @@ class ModuleDirectories : public Directories {
     Directories::SetUp();
     test.CommitAndClose();
     if (GetParam() == Reader::Installer) {
-      MakeUnknownKind(test.file.path);
+      MakeUnknownKind(test.path.c_str());
     }
   }
 
@@ -282,7 +282,7 @@ class ModuleDirectories : public Directories {
     for (const wchar_t* const key : keys) {
       directories.try_emplace(key);
     }
-    return msidb::ResolveModuleDirectories(test.file.path, TargetPathOptions(), directories);
+    return msidb::ResolveModuleDirectories(test.path.c_str(), TargetPathOptions(), directories);
   }
 
   TargetDirectories directories;
@@ -291,7 +291,7 @@ class ModuleDirectories : public Directories {
 TEST_P(ModuleDirectories, AreResolvedOverOneDatabase) {
   installer::Reset();
   EXPECT_EQ(S_OK, Resolve({kBin, L"BelowAnchor", L"BelowTooLong", L"BelowData", L""}));
-  EXPECT_EQ(GetParam() == Reader::Own ? 0 : 1, installer::CallsOf("MsiOpenDatabaseW"));
+  EXPECT_EQ(GetParam() == Reader::Own ? 0 : 1, CallCount("MsiOpenDatabaseW"));
   EXPECT_EQ(directories[kBin].path, L"[ProgramFilesFolder]My App\\bin");
   EXPECT_EQ(directories[L"BelowAnchor"].path, L"C:\\Anchor\\below");
   EXPECT_EQ(directories[L"BelowData"].path, L"D:\\Data\\below") << "behind one that fails";
@@ -302,7 +302,7 @@ TEST_P(ModuleDirectories, AreResolvedOverOneDatabase) {
 }
 
 TEST_P(ModuleDirectories, NeedTheirFile) {
-  const CWideString path = CWideString(test.file.path) + L".gone";
+  const CWideString path = CWideString(test.path) + L".gone";
   EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, TargetPathOptions(), directories)));
   const com_exception failure(E_FAIL);
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
@@ -330,7 +330,7 @@ TEST_P(ModuleDirectories, SurviveAFailureOfAnyCall) {
       installer::Reset();
       installer::Answer(call.function, call.answer, position);
       const HRESULT hr = Resolve({L"BelowAnchor", L"BelowData"});
-      const bool clean = installer::CallsOf(call.function) <= position;
+      const bool clean = CallCount(call.function) <= position;
       installer::Reset();
       bool described = FAILED(hr) && TakeErrorObject();
       for (const auto& [key, directory] : directories) {

@@ -7,6 +7,7 @@
 #include "gallery/CompareVersions.h"
 #include "gallery/IniIndexes.h"
 #include "module/CacheMSM.h"
+#include "tests/support/TestFolder.h"
 #include "tests/unit/Testing.h"
 
 namespace fs = std::filesystem;
@@ -61,20 +62,12 @@ TEST(SearchFolders, SplitsThenExpands) {
 class Gallery : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t path[MAX_PATH];
-    ::GetTempPathW(MAX_PATH, path);
-    ::GetTempFileNameW(path, L"qmg", 0, path);
-    ::DeleteFileW(path);
-    m_root = path;
     fs::create_directories(m_root / "ObjectGallery");
     ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", m_root.c_str());
     const std::wstring searchPath = (m_root / "one").wstring() + L", " + (m_root / "two").wstring();
     ::SetEnvironmentVariableW(L"QM_MODULE_PATH", searchPath.c_str());
   }
-  void TearDown() override {
-    fs::current_path(m_previous);
-    fs::remove_all(m_root);
-  }
+  void TearDown() override { fs::current_path(m_previous); }
 
   void Put(const fs::path& file, std::string_view bytes) {
     fs::create_directories((m_root / file).parent_path());
@@ -107,7 +100,8 @@ class Gallery : public ::testing::Test {
            (path.empty() ? L"" : L": " + path.parent_path().filename().wstring());
   }
 
-  fs::path m_root;
+  const CTestFolder m_folder;
+  const fs::path m_root = fs::path(m_folder / L"x").parent_path();
   const fs::path m_previous = fs::current_path();
   const fs::path m_lamp = fs::path("ObjectGallery") / "lamp.ini";
 };

@@ -11,8 +11,8 @@
 #include "msidb/InstallerDatabase.h"
 #include "msidb/View.h"
 #include "tests/image/DatabaseFile.h"
+#include "tests/support/Imports.h"
 #include "tests/support/TestFolder.h"
-#include "tests/unit/Installer.h"
 #include "tests/unit/Testing.h"
 
 // Every value of a database, as it is read here and as the installer reads it.
@@ -301,14 +301,14 @@ TEST(ImageDatabase, RefusesTextsThatTheSystemCannotDecode) {
   const CTestFolder folder;
   const fs::path path(folder / L"module.msm");
   WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(9999, {"plain"}))));
-  installer::Reset();
+  const CWatchedInstaller installer;
   const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED), failure.hr);
   EXPECT_EQ(failure.description,
             CWideString(L"The texts are in code page 9999, which this system does not have. "
                         L"MsiOpenDatabase(") +
                 path.c_str() + L")");
-  EXPECT_EQ(0, installer::CallsOf("MsiOpenDatabaseW"));
+  EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
 TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
@@ -318,13 +318,13 @@ TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
   const CTestFolder folder;
   const fs::path path(folder / L"module.msm");
   WriteFile(path, std::move(file));
-  installer::Reset();
+  const CWatchedInstaller installer;
   const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), failure.hr);
   EXPECT_EQ(failure.description,
             CWideString(L"The tree of the directory is not in order. MsiOpenDatabase(") +
                 path.c_str() + L")");
-  EXPECT_EQ(0, installer::CallsOf("MsiOpenDatabaseW"));
+  EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
 TEST(ImageDatabase, RefusesRowsWhoseTextsWouldFillTheMemory) {

@@ -6,14 +6,13 @@
 #include "msidb/Record.h"
 #include "msidb/SummaryInfo.h"
 #include "msidb/View.h"
-#include "tests/unit/Installer.h"
+#include "tests/support/Imports.h"
 #include "tests/unit/TestDatabase.h"
 #include "tests/unit/Testing.h"
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
 using installer::Answer;
-using installer::CallsOf;
 using msidb::Database;
 using msidb::Record;
 using msidb::ReportInstallerResult;
@@ -23,18 +22,15 @@ using msidb::View;
 namespace {
 
 /// A new database with the table T (rows A 1, B 2, C 3), an executed view of it, and a record.
-struct Bench {
+struct Bench : TestDatabase {
   Bench() {
-    Query(L"CREATE TABLE `T` (`K` CHAR(72) NOT NULL, `N` SHORT PRIMARY KEY `K`)");
-    Query(L"INSERT INTO `T` (`K`, `N`) VALUES ('A', 1)");
-    Query(L"INSERT INTO `T` (`K`, `N`) VALUES ('B', 2)");
-    Query(L"INSERT INTO `T` (`K`, `N`) VALUES ('C', 3)");
+    Run(L"CREATE TABLE `T` (`K` CHAR(72) NOT NULL, `N` SHORT PRIMARY KEY `K`)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('A', 1)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('B', 2)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('C', 3)");
     view.RunTable(database, L"T");
   }
-  void Query(const wchar_t* query) { View().Run(database, query); }
 
-  CTempFile file;
-  Database database = Database::Open(file.path, MSIDBOPEN_CREATE);
   View view;
   Record record = Record::Create(2);
 };
@@ -42,11 +38,12 @@ struct Bench {
 /// Checks after each test that every installer handle was closed.
 class Installer : public ::testing::Test {
  protected:
-  void SetUp() override { installer::Reset(); }
   void TearDown() override {
     installer::Reset();
     EXPECT_EQ(0U, installer::CloseAllHandles()) << "handles left open";
   }
+
+  const CWatchedInstaller m_installer;
 };
 
 /// Has the installer keep an error record, as Windows does after a failure. Field 0 is its
@@ -116,7 +113,7 @@ TEST_F(Installer, ReportTakesTheLastErrorRecordForText) {
   const com_exception failure = FailureOf([] { ReportInstallerResult(110, L"MsiX", L"a"); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE), failure.hr);
   EXPECT_EQ(failure.description, SystemText(failure.hr) + L"MsiRecordSetString()");
-  EXPECT_EQ(1, CallsOf("MsiGetLastErrorRecord"));
+  EXPECT_EQ(1, CallCount("MsiGetLastErrorRecord"));
 }
 
 // ---- The wrappers
@@ -128,7 +125,7 @@ TEST_F(Installer, PathThatIsTooLongIsNotGivenToTheInstaller) {
             FailureOf([&] { Database::OpenReadOnly(longest); }).hr);
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILENAME_EXCED_RANGE),
             FailureOf([&] { Database::OpenReadOnly(longest + L"m"); }).hr);
-  EXPECT_EQ(1, CallsOf("MsiOpenDatabaseW"));
+  EXPECT_EQ(1, CallCount("MsiOpenDatabaseW"));
 }
 
 TEST_F(Installer, EveryFailureIsRaisedWithItsCall) {
@@ -249,7 +246,7 @@ TEST_F(Installer, ModifyTellsDuplicateKeysApart) {
 
 TEST_F(Installer, HasTable) {
   Bench bench;
-  bench.Query(L"CREATE TABLE `P` (`K` CHAR(72) NOT NULL TEMPORARY PRIMARY KEY `K`) HOLD");
+  bench.Run(L"CREATE TABLE `P` (`K` CHAR(72) NOT NULL TEMPORARY PRIMARY KEY `K`) HOLD");
   EXPECT_TRUE(bench.database.HasTable(L"T"));
   EXPECT_TRUE(bench.database.HasTable(L"P"));
   EXPECT_FALSE(bench.database.HasTable(L"Absent"));
@@ -262,7 +259,7 @@ TEST_F(Installer, RecordFields) {
     record.SetString(1, text);
     installer::Reset();
     EXPECT_EQ(record.GetString(1), text);
-    EXPECT_EQ(length < 2048 ? 1 : 2, CallsOf("MsiRecordGetStringW")) << length;
+    EXPECT_EQ(length < 2048 ? 1 : 2, CallCount("MsiRecordGetStringW")) << length;
   }
   Answer("MsiRecordGetStringW", ERROR_INVALID_PARAMETER, 1);  // at the second call
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_PARAMETER),
@@ -282,11 +279,10 @@ TEST_F(Installer, SummaryTexts) {
                                            {PID_AUTHOR, 260},
                                            {PID_KEYWORDS, 261},
                                            {PID_COMMENTS, 10'000}};
-  const CTempFile file;
+  TestDatabase test;
   {
-    Database database = Database::Open(file.path, MSIDBOPEN_CREATE);
     CMsiHandle handle;
-    ASSERT_EQ(0U, ::MsiGetSummaryInformationW(database.Get(), nullptr, 10, handle.Put()));
+    ASSERT_EQ(0U, ::MsiGetSummaryInformationW(test.database.Get(), nullptr, 10, handle.Put()));
     auto* const set =
         installer::Find<decltype(::MsiSummaryInfoSetPropertyW)>("MsiSummaryInfoSetPropertyW");
     for (const auto& [property, length] : texts) {
@@ -295,9 +291,9 @@ TEST_F(Installer, SummaryTexts) {
     }
     ASSERT_EQ(0U, set(handle.Get(), PID_PAGECOUNT, VT_I4, 200, nullptr, nullptr));
     installer::Find<decltype(::MsiSummaryInfoPersist)>("MsiSummaryInfoPersist")(handle.Get());
-    database.Commit();
+    test.CommitAndClose();
   }
-  const SummaryInfo summary(file.path);
+  const SummaryInfo summary(test.path.c_str());
   const auto text = [&](UINT property) {
     return msidb::ReadSummaryString(summary.Get(), property);
   };

@@ -1,23 +1,12 @@
 #pragma once
 
 #include <initializer_list>
+#include <string>
 
 #include "msidb/Database.h"
 #include "msidb/View.h"
+#include "tests/support/TestFolder.h"
 #include "tests/support/UnknownKind.h"
-
-/// A name for a new file, which is deleted with the object.
-struct CTempFile {
-  CTempFile() {
-    ::GetTempPathW(MAX_PATH, path);
-    ::GetTempFileNameW(path, L"qmt", 0, path);
-  }
-  ~CTempFile() { ::DeleteFileW(path); }
-  CTempFile(const CTempFile&) = delete;
-  CTempFile& operator=(const CTempFile&) = delete;
-
-  wchar_t path[MAX_PATH];
-};
 
 /// A new installer database in a file of its own.
 struct TestDatabase {
@@ -43,6 +32,7 @@ struct TestDatabase {
     }
   }
 
-  CTempFile file;  // goes after the database, which has it open
-  msidb::Database database = msidb::Database::Open(file.path, MSIDBOPEN_CREATE);
+  const CTestFolder folder;  // goes after the database, which has its file open
+  const std::wstring path = folder / L"test.msm";
+  msidb::Database database = msidb::Database::Open(path.c_str(), MSIDBOPEN_CREATE);
 };

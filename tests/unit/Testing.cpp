@@ -37,10 +37,6 @@ long g_untilFault = 0;  // negative when it has happened
 
 long Live() noexcept { return g_live; }
 
-CPause::CPause() noexcept : m_untilFault(std::exchange(g_untilFault, 0)) {}
-
-CPause::~CPause() { g_untilFault = m_untilFault; }
-
 bool SetFault(long position) noexcept { return std::exchange(g_untilFault, position) < 0; }
 
 }  // namespace heap

@@ -46,19 +46,6 @@ long Live() noexcept;
 /// that was asked for last has failed.
 bool SetFault(long position) noexcept;
 
-/// No allocation fails, or counts towards the one that is to fail, while the object lives: for what
-/// a test does itself inside the product's call.
-class CPause {
- public:
-  CPause() noexcept;
-  ~CPause();
-  CPause(const CPause&) = delete;
-  CPause& operator=(const CPause&) = delete;
-
- private:
-  long m_untilFault;
-};
-
 /// Calls `work` with allocation 1, 2, 3, ... failing until none is left to fail. Each time it must
 /// answer E_OUTOFMEMORY and leave no block behind; `check` looks at the rest.
 template <class Work, class Check>
