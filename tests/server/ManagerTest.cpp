@@ -2,6 +2,7 @@
 #include "idl/host.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogTest.h"
+#include "tests/support/ErrorObject.h"
 
 namespace {
 
@@ -44,12 +45,8 @@ class CHostObject {
   long kind = 0;                    ///< what settings give
 
   HRESULT Answer() const {
-    CComPtr<ICreateErrorInfo> create;
-    CComPtr<IErrorInfo> info;
-    if (story && SUCCEEDED(::CreateErrorInfo(create.Put()))) {
-      create->SetDescription(const_cast<wchar_t*>(story));
-      create.QueryInterface(info.Put());
-      ::SetErrorInfo(0, info.Get());
+    if (story) {
+      LeaveErrorObject(story);
     }
     return answer;
   }

@@ -72,57 +72,6 @@ TEST_F(RoutesTest, BothRoutesTellWhatTheGalleryDescribes) {
   }
 }
 
-TEST_F(RoutesTest, CollectionsFindElementsByNumberAndKey) {
-  const CComPtr<IMMFiles> files = OpenFiles();
-  CVariant second(2), otherCase(L"zULUfILE"), unknown(L"NoFile"), zero(0L), three(3), byReference;
-  byReference.vt = VT_BYREF | VT_VARIANT;
-  byReference.pvarVal = &second;
-  const std::pair<VARIANT*, bool> cases[] = {{&second, true},    {&byReference, true},
-                                             {&otherCase, true}, {&unknown, false},
-                                             {&zero, false},     {&three, false}};
-  for (const auto& [index, found] : cases) {
-    SCOPED_TRACE(index - cases[0].first);
-    const HRESULT expected = found ? S_OK : E_INVALIDARG;
-    CVariant result;
-    CComPtr<IMMFile> item;
-    EXPECT_EQ(expected, CallSlot(files.Get(), 1, *index, item.Put()));
-    EXPECT_EQ(expected, Invoke(files.Get(), L"Item", DISPATCH_PROPERTYGET, index, &result));
-    if (found) {
-      EXPECT_EQ(item.Get(), result.pdispVal);
-      CUniqueBstr key;
-      EXPECT_EQ(S_OK, item->get_Key(key.Put()));
-      EXPECT_EQ(L"ZuluFile", ViewOf(key.Get()));
-    } else {
-      EXPECT_FALSE(item);
-    }
-  }
-  EXPECT_EQ(E_POINTER, CallSlotWithNull(files.Get(), 1, static_cast<VARIANT>(zero), nullptr));
-}
-
-TEST_F(RoutesTest, EnumeratorsComeFromTheirSlotsAndByName) {
-  const CComPtr<IMMFiles> files = OpenFiles();
-  CComPtr<IUnknown> third;
-  CComPtr<IEnumVARIANT> fourth;
-  EXPECT_EQ(S_OK, CallSlot(files.Get(), 3, third.Put()));
-  EXPECT_EQ(S_OK, CallSlot(files.Get(), 4, fourth.Put()));
-  EXPECT_NE(third.Get(), fourth.Get());
-  EXPECT_EQ(S_FALSE, fourth->Skip(1)) << "not at the end yet";
-  CVariant items[2];
-  ULONG fetched = 9;
-  EXPECT_EQ(S_FALSE, fourth->Next(2, items, &fetched));
-  EXPECT_EQ(1u, fetched);
-  for (const wchar_t* name : {L"_NewEnum", L"Enumerator"}) {
-    for (const WORD flags : {DISPATCH_PROPERTYGET, DISPATCH_METHOD}) {
-      CVariant enumerator;
-      EXPECT_EQ(S_OK, Invoke(files.Get(), name, flags, nullptr, &enumerator));
-      EXPECT_EQ(VT_UNKNOWN, enumerator.vt);
-    }
-  }
-  for (size_t slot = 2; slot <= 4; ++slot) {
-    EXPECT_EQ(E_POINTER, CallSlotWithNull(files.Get(), slot, nullptr));
-  }
-}
-
 /// What a call through IDispatch or ITypeInfo answers, as a text.
 template <class Call>
 std::wstring AnswerOf(Call call, bool withResult) {

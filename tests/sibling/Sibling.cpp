@@ -7,22 +7,14 @@
 
 #include "common/Bstr.h"
 #include "idl/siblings.h"
+#include "tests/support/ErrorObject.h"
 
 namespace {
 
 LONG g_objects = 0;
 
 HRESULT TellStory() {
-  ICreateErrorInfo* create = nullptr;
-  ::CreateErrorInfo(&create);
-  wchar_t story[] = L"The sibling is out of order.";
-  create->SetDescription(story);
-  create->SetGUID(GUID_NULL);
-  IErrorInfo* info = nullptr;
-  create->QueryInterface(__uuidof(IErrorInfo), reinterpret_cast<void**>(&info));
-  ::SetErrorInfo(0, info);
-  info->Release();
-  create->Release();
+  LeaveErrorObject(L"The sibling is out of order.");
   return static_cast<HRESULT>(0x80041234);
 }
 

@@ -10,9 +10,6 @@ namespace {
 
 using testing::StartsWith;
 
-/// As scripts call what may be a method or a property.
-constexpr WORD kByName = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
-
 constexpr char kText[] =
     "[First]\r\nOne=1\r\nTwo=zwei\r\nTWO=again\r\nbare\r\n[Second]\r\n[FIRST]\r\nHidden=1\r\n";
 
@@ -82,6 +79,16 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
   EXPECT_EQ(L"Two", ViewOf(keyName.Get()));
   EXPECT_EQ(L"zwei", ViewOf(value.Get()));
 
+  const std::pair<IUnknown*, const wchar_t*> members[] = {{m_reader.Get(), L"Sections Load"},
+                                                          {sections.Get(), L"Item"},
+                                                          {section.Get(), L"Name Keys"},
+                                                          {keys.Get(), L"Item Count"},
+                                                          {key.Get(), L"Name Value"}};
+  for (const auto& [object, names] : members) {
+    CComPtr<IDispatch> dispatch;
+    ASSERT_EQ(S_OK, object->QueryInterface(dispatch.Put()));
+    ExpectMembers(dispatch.Get(), names);
+  }
   const std::pair<IUnknown*, size_t> getters[] = {{m_reader.Get(), 1}, {section.Get(), 1},
                                                   {section.Get(), 2},  {keys.Get(), 2},
                                                   {key.Get(), 1},      {key.Get(), 2}};
@@ -92,32 +99,6 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
     EXPECT_EQ(E_POINTER, CallSlotWithNull(collection, 1, static_cast<VARIANT>(two),
                                           static_cast<void*>(nullptr)));
   }
-}
-
-TEST_F(IniReaderTest, EveryInterfaceIsCalledByName) {
-  CVariant path((Write(L"a.ini", kText)).c_str());
-  CVariant missing((m_folder / L"missing.ini").c_str());
-  CVariant name(L"first"), two(2), sections, section, sectionName, keys, count, key, keyName, value;
-  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_NOT_FOUND),
-            Invoke(m_reader.Get(), L"Load", kByName, &missing, nullptr));
-  ASSERT_EQ(S_OK, Invoke(m_reader.Get(), L"Load", kByName, &path, nullptr));
-  ASSERT_EQ(S_OK, Invoke(m_reader.Get(), L"Sections", kByName, nullptr, &sections));
-  ASSERT_EQ(S_OK, Invoke(sections.pdispVal, L"Item", kByName, &name, &section));
-  ASSERT_EQ(S_OK, Invoke(section.pdispVal, L"Name", kByName, nullptr, &sectionName));
-  ASSERT_EQ(S_OK, Invoke(section.pdispVal, L"Keys", kByName, nullptr, &keys));
-  ASSERT_EQ(S_OK, Invoke(keys.pdispVal, L"Count", kByName, nullptr, &count));
-  ASSERT_EQ(S_OK, Invoke(keys.pdispVal, L"Item", kByName, &two, &key));
-  ASSERT_EQ(S_OK, Invoke(key.pdispVal, L"Name", kByName, nullptr, &keyName));
-  ASSERT_EQ(S_OK, Invoke(key.pdispVal, L"Value", kByName, nullptr, &value));
-  ExpectMembers(m_reader.Get(), L"Sections Load");
-  ExpectMembers(sections.pdispVal, L"Item");
-  ExpectMembers(section.pdispVal, L"Name Keys");
-  ExpectMembers(keys.pdispVal, L"Item Count");
-  ExpectMembers(key.pdispVal, L"Name Value");
-  EXPECT_EQ(L"First", ViewOf(sectionName.bstrVal));
-  EXPECT_EQ(4, count.lVal);
-  EXPECT_EQ(L"Two", ViewOf(keyName.bstrVal));
-  EXPECT_EQ(L"zwei", ViewOf(value.bstrVal));
 }
 
 TEST_F(IniReaderTest, SectionsByNameAndPosition) {

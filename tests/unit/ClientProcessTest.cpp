@@ -6,19 +6,12 @@
 #include <string>
 
 #include "client/terminal/Report.h"
-#include "common/UniqueHandle.h"
+#include "common/UniqueFile.h"
 
 namespace {
 
-struct HandleTraits {
-  using Handle = HANDLE;
-  static Handle None() noexcept { return nullptr; }
-  static void Close(Handle handle) noexcept { ::CloseHandle(handle); }
-};
-using CKernelHandle = CUniqueHandle<HandleTraits>;
-
 struct Pipe {
-  CKernelHandle reader, writer;
+  CUniqueFile reader, writer;
   Pipe() {
     SECURITY_ATTRIBUTES inherited{sizeof inherited, nullptr, TRUE};
     EXPECT_TRUE(::CreatePipe(reader.Put(), writer.Put(), &inherited, 1 << 16));
@@ -27,7 +20,7 @@ struct Pipe {
 };
 
 /// Starts mmcat, which lies beside this program, with its output in the pipe.
-CKernelHandle Start(const std::wstring& arguments, Pipe& output) {
+CUniqueFile Start(const std::wstring& arguments, Pipe& output) {
   wchar_t path[MAX_PATH];
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
   std::wstring line(path);
@@ -41,10 +34,10 @@ CKernelHandle Start(const std::wstring& arguments, Pipe& output) {
                                &startup, &process));
   ::CloseHandle(process.hThread);
   output.writer.Reset();
-  return CKernelHandle(process.hProcess);
+  return CUniqueFile(process.hProcess);
 }
 
-DWORD ExitCodeOf(const CKernelHandle& process) {
+DWORD ExitCodeOf(const CUniqueFile& process) {
   DWORD exitCode = STILL_ACTIVE;
   EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(process.Get(), 30000));
   ::GetExitCodeProcess(process.Get(), &exitCode);
@@ -59,7 +52,7 @@ TEST(ClientProcess, APipeThatNobodyReadsIsNoReasonToHang) {
 
 TEST(ClientProcess, AnyTextMakesAValidDocument) {
   Pipe output;
-  const CKernelHandle process =
+  const CUniqueFile process =
       Start(L"name --json --folder . \"a\xD800\\\"\x01\x7F\\n\x00E4\xD834\xDD1E\"", output);
   std::string document;
   char bytes[4096];

@@ -222,24 +222,6 @@ TEST_P(Directories, NamesThatFitInNoPathAreReturnedAsACode) {
   }
 }
 
-TEST_P(Directories, PredefinedRootsNeedTheirRow) {
-  EXPECT_TRUE(msidb::PredefinedRootMatch(Table(), L"ProgramFilesFolder"));
-  EXPECT_TRUE(msidb::PredefinedRootMatch(Table(), L"windowsfolder"));
-  for (const wchar_t* const key : {L"WindowsFolder", L"CommonFilesFolder", L"TARGETDIR",
-                                   L"ProgramFiles64Folder", L"it's", L""}) {
-    EXPECT_FALSE(msidb::PredefinedRootMatch(Table(), key));
-  }
-}
-
-TEST_P(Directories, PropertiesAreLookedUpByName) {
-  CWideString value(L"untouched");
-  EXPECT_FALSE(msidb::LookupProperty(Table(), L"Nothing", value));
-  EXPECT_FALSE(msidb::LookupProperty(Table(), L"x' OR '1'='1", value));
-  EXPECT_EQ(value, L"untouched");
-  EXPECT_TRUE(msidb::LookupProperty(Table(), L"Data", value));
-  EXPECT_EQ(value, L"D:\\Data");
-}
-
 TEST_P(Directories, AMissingPropertyTableIsEmpty) {
   test.Run(L"DROP TABLE `Property`");
   EXPECT_EQ(Resolve(L"BelowAnchor", TargetPathOptions()), L"below");

@@ -11,17 +11,6 @@ CWideString SystemText(HRESULT hr) {
   return text ? text.Get() : L"Unknown error";
 }
 
-void LeaveErrorObject(const wchar_t* description, const wchar_t* source, REFIID iid) {
-  CComPtr<ICreateErrorInfo> create;
-  CComPtr<IErrorInfo> info;
-  ASSERT_EQ(S_OK, ::CreateErrorInfo(create.Put()));
-  create->SetDescription(const_cast<wchar_t*>(description));
-  create->SetSource(const_cast<wchar_t*>(source));
-  create->SetGUID(iid);
-  ASSERT_EQ(S_OK, create.QueryInterface(info.Put()));
-  ASSERT_EQ(S_OK, ::SetErrorInfo(0, info.Get()));
-}
-
 bool TakeErrorObject() {
   CComPtr<IErrorInfo> info;
   return ::GetErrorInfo(0, info.Put()) == S_OK;

@@ -5,6 +5,7 @@
 
 #include "com/error/ComException.h"
 #include "common/WideString.h"
+#include "tests/support/ErrorObject.h"
 
 inline void PrintTo(const CWideString& text, std::ostream* out) {
   *out << ::testing::PrintToString(std::wstring(std::wstring_view(text)));
@@ -12,10 +13,6 @@ inline void PrintTo(const CWideString& text, std::ostream* out) {
 
 /// The system's text for a failure, as the server shows it.
 CWideString SystemText(HRESULT hr);
-
-/// Makes an error object for this thread.
-void LeaveErrorObject(const wchar_t* description, const wchar_t* source = L"",
-                      REFIID iid = GUID_NULL);
 
 /// Takes the error object of this thread, which has none afterwards; false when there is none.
 bool TakeErrorObject();

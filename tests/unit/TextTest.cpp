@@ -41,20 +41,4 @@ TEST(Text, RefusesAndConvertsUtf8AsThePlatformDoes) {
   }
 }
 
-TEST(Text, ConvertsUtf16AsThePlatformDoes) {
-  const wchar_t units[] = {L'A',   0x7FF,  0x800,  0xD7FF, 0xD800,
-                           0xDBFF, 0xDC00, 0xDFFF, 0xE000, 0xFFFF};
-  for (const wchar_t a : units) {
-    for (const wchar_t b : units) {
-      for (const wchar_t c : units) {
-        const std::wstring text = {a, b, c};
-        std::string expected(9, '\0');
-        expected.resize(static_cast<size_t>(::WideCharToMultiByte(
-            CP_UTF8, 0, text.data(), 3, expected.data(), 9, nullptr, nullptr)));
-        ASSERT_EQ(qm::text::ToUtf8(text), expected) << testing::PrintToString(text);
-      }
-    }
-  }
-}
-
 }  // namespace

@@ -1,0 +1,18 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/ComPtr.h"
+
+/// Makes an error object for this thread.
+inline void LeaveErrorObject(const wchar_t* description, const wchar_t* source = L"",
+                             REFIID iid = GUID_NULL) {
+  CComPtr<ICreateErrorInfo> create;
+  CComPtr<IErrorInfo> info;
+  ::CreateErrorInfo(create.Put());
+  create->SetDescription(const_cast<wchar_t*>(description));
+  create->SetSource(const_cast<wchar_t*>(source));
+  create->SetGUID(iid);
+  create.QueryInterface(info.Put());
+  ::SetErrorInfo(0, info.Get());
+}
