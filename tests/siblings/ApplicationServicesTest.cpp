@@ -133,8 +133,6 @@ TEST_F(ApplicationServicesTest, MembersAndReservedOperations) {
     EXPECT_EQ(nullptr, value);
     EXPECT_FALSE(TakeDescription().empty());
     EXPECT_EQ(E_POINTER, CallSlotWithNull(m_services.Get(), slot, static_cast<void*>(nullptr)));
-    const std::wstring member = L"Reserved" + std::to_wstring(slot);
-    EXPECT_EQ(E_NOTIMPL, Invoke(m_services.Get(), member.c_str(), kByName, nullptr, nullptr));
   }
 }
 

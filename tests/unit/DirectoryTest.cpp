@@ -290,44 +290,6 @@ TEST_P(ModuleDirectories, NeedTheirFile) {
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
 }
 
-TEST_P(ModuleDirectories, SurviveAFailureOfAnyCall) {
-  if (GetParam() == Reader::Own) {
-    return;  // it makes no calls
-  }
-  const struct {
-    const char* function;
-    UINT answer;
-  } calls[] = {
-      {"MsiOpenDatabaseW", ERROR_OPEN_FAILED},
-      {"MsiDatabaseOpenViewW", ERROR_BAD_QUERY_SYNTAX},
-      {"MsiViewExecute", ERROR_FUNCTION_FAILED},
-      {"MsiViewFetch", ERROR_FUNCTION_FAILED},
-      {"MsiRecordGetStringW", ERROR_INVALID_PARAMETER},
-      {"MsiDatabaseIsTablePersistentW", MSICONDITION_ERROR},
-  };
-  for (const auto& call : calls) {
-    SCOPED_TRACE(call.function);
-    for (int position = 0;; ++position) {
-      SCOPED_TRACE(position);
-      installer::Reset();
-      installer::Answer(call.function, call.answer, position);
-      const HRESULT hr = Resolve({L"BelowAnchor", L"BelowData"});
-      const bool clean = CallCount(call.function) <= position;
-      installer::Reset();
-      bool described = FAILED(hr) && TakeErrorObject();
-      for (const auto& [key, directory] : directories) {
-        described = described || (FAILED(directory.result) && !directory.description.empty());
-      }
-      EXPECT_EQ(clean, !described);
-      if (clean) {
-        EXPECT_LT(0, position) << "the function was never called";
-        EXPECT_EQ(directories[L"BelowData"].path, L"D:\\Data\\below");
-        break;
-      }
-    }
-  }
-}
-
 TEST_P(ModuleDirectories, SurviveAShortageOfMemory) {
   // What is made once for all, and room in the log of calls.
   ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", kBin}));
