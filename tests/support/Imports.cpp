@@ -62,22 +62,30 @@ template <FaultKind kKind, class Result, class... Arguments,
           Result(WINAPI* kOriginal)(Arguments...), auto kFailure>
 struct Replacement<kKind, kOriginal, kFailure> {
   static inline const char* s_name;
+
+  static Result Original(Arguments... arguments) {
+    if constexpr (kKind == FaultKind::Installer || kKind == FaultKind::None) {
+      // Of msi.dll itself: what this program imports may be replaced, too.
+      static auto* const original = installer::Find<Result WINAPI(Arguments...)>(s_name);
+      return original(arguments...);
+    } else {
+      return kOriginal(arguments...);
+    }
+  }
+
   static Result WINAPI Call(Arguments... arguments) {
     if (Fails(kKind, s_name)) {
       return static_cast<Result>(kFailure);
     }
-    if constexpr (kKind == FaultKind::Installer || kKind == FaultKind::None) {
-      // Of msi.dll itself: what this program imports may be replaced, too.
-      static auto* const original = installer::Find<Result WINAPI(Arguments...)>(s_name);
-      const std::optional<UINT> answer = AnswerTo(s_name);
-      // What a property of the summary has is handed out whatever the function answers.
-      if (answer && std::string_view(s_name) == "MsiSummaryInfoGetPropertyW") {
-        original(arguments...);
+    if constexpr (!std::is_pointer_v<Result>) {
+      if (const std::optional<UINT> answer = AnswerTo(s_name)) {
+        if (std::string_view(s_name) == "MsiSummaryInfoGetPropertyW") {
+          Original(arguments...);  // which gives what it read, whatever it answers
+        }
+        return static_cast<Result>(*answer);
       }
-      return answer ? static_cast<Result>(*answer) : original(arguments...);
-    } else {
-      return kOriginal(arguments...);
     }
+    return Original(arguments...);
   }
 };
 

@@ -34,7 +34,8 @@ struct ImportedFunction {
 /// import it.
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement);
 
-/// Has a module call the replacements for as long as it lives; nothing is counted or set before.
+/// Makes a module call the replacements for the life of the object. Counts begin at 0, and no
+/// answer is set.
 class CReplacedImports {
  public:
   /// Replaces what `importer` imports from `dll`; from every DLL if that is null.

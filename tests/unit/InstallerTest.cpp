@@ -58,6 +58,18 @@ void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
   Answer("MsiGetLastErrorRecord", record.Release());  // which is the reporter's to close
 }
 
+TEST(WatchedInstaller, AnswersAndCountsForItsLifeOnly) {
+  {
+    const CWatchedInstaller installer;
+    Answer("MsiCreateRecord", 0, 1);
+    EXPECT_TRUE(CMsiHandle(::MsiCreateRecord(1)));
+    EXPECT_FALSE(CMsiHandle(::MsiCreateRecord(1)));
+    EXPECT_EQ(2, CallCount("MsiCreateRecord"));
+  }
+  EXPECT_TRUE(CMsiHandle(::MsiCreateRecord(1)));
+  EXPECT_EQ(0, CallCount("MsiCreateRecord"));
+}
+
 // ---- The reporter
 
 TEST_F(Installer, ReportDescribesTheFailureAndTheCall) {
