@@ -183,7 +183,7 @@ auto* const s_getProcAddress = reinterpret_cast<GetProcAddressFunction*>(reinter
 
 /// What a module binds when it first calls it.
 FARPROC WINAPI FindFunction(HMODULE dll, const char* name) {
-  const FARPROC function = s_getProcAddress(dll, name);
+  FARPROC function = s_getProcAddress(dll, name);
   const auto replaced = s_boundLater.find(Address(function));
   return replaced == s_boundLater.end() ? function : reinterpret_cast<FARPROC>(replaced->second);
 }
@@ -247,7 +247,7 @@ const ImportedFunction kFunctions[] = {
 /// `importer`. The section has those of the DLLs that are bound late as well.
 bool ReplaceSlot(HMODULE importer, const std::set<void*>& present, void* replacement) {
   auto* const base = reinterpret_cast<BYTE*>(importer);
-  const auto* const header = reinterpret_cast<IMAGE_NT_HEADERS*>(
+  auto* const header = reinterpret_cast<IMAGE_NT_HEADERS*>(
       base + reinterpret_cast<IMAGE_DOS_HEADER*>(base)->e_lfanew);
   const IMAGE_SECTION_HEADER* section = IMAGE_FIRST_SECTION(header);
   while (std::memcmp(section->Name, ".idata", 7) != 0) {
