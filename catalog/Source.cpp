@@ -13,14 +13,14 @@ CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
   if (predecessor && predecessor->m_folder.folder == folder.folder) {
     m_files = predecessor->m_files;
     m_records = predecessor->m_records;
-    m_bAnyUnreadable = predecessor->m_bAnyUnreadable;
+    m_bAnyIncomplete = predecessor->m_bAnyIncomplete;
   }
 }
 
 bool CSource::Recheck() {
   ListFolder();
-  if (m_bAnyUnreadable) {
-    RetryUnreadable();
+  if (m_bAnyIncomplete) {
+    RetryIncomplete();
   }
   return m_bChanged;
 }
@@ -78,11 +78,11 @@ void CSource::ReplaceFiles(Files others, size_t unchanged) {
 
 /// A file that was locked or half written when it was read does not show in the list when it
 /// becomes readable: it is tried again.
-void CSource::RetryUnreadable() {
+void CSource::RetryIncomplete() {
   for (File& file : m_files) {
-    if (file.record && file.record->IsUnreadable()) {
+    if (file.record && file.record->IsIncomplete()) {
       const auto record = Read(file);
-      if (!record || !record->IsUnreadable()) {
+      if (!record || !record->IsIncomplete() || record->Key() != file.record->Key()) {
         file.record = nullptr;
         m_bChanged = true;
       }
@@ -99,32 +99,29 @@ bool CSource::NeedsReading(const File& file) noexcept {
   return rewritten;
 }
 
-/// A record of the file; none when it is gone.
+/// A record of the file; null if it is gone.
 std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   const CWideString path = JoinPath(m_folder.folder, file.name);
   auto record = std::make_shared<CCacheMSM>();
   record->InitFromFoundModule(path, m_folder.folder);
-  if (record->IsUnreadable() && !PathExists(path)) {
-    return nullptr;
-  }
-  return record;
+  return record->IsIncomplete() && !PathExists(path) ? nullptr : record;
 }
 
 /// Makes the list of the records that there are.
 void CSource::SetRecords() {
   RecordList records;
   records.reserve(m_files.size());
-  bool anyUnreadable = false;
+  bool anyIncomplete = false;
   for (const File& file : m_files) {
     if (file.record) {
       records.push_back(file.record);
-      anyUnreadable = anyUnreadable || file.record->IsUnreadable();
+      anyIncomplete = anyIncomplete || file.record->IsIncomplete();
     }
   }
   std::sort(records.begin(), records.end(), [](const auto& a, const auto& b) {
     return a->Key() == b->Key() ? a->Path() < b->Path() : a->Key() < b->Key();
   });
   m_records = std::make_shared<const RecordList>(std::move(records));
-  m_bAnyUnreadable = anyUnreadable;
+  m_bAnyIncomplete = anyIncomplete;
   m_bChanged = false;
 }

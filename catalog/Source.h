@@ -72,13 +72,13 @@ class CSource {
 
   void ListFolder();
   void ReplaceFiles(Files others, size_t unchanged);
-  void RetryUnreadable();
+  void RetryIncomplete();
   std::shared_ptr<CCacheMSM> Read(const File& file) const;
   void SetRecords();
 
   SearchFolder m_folder;
   Files m_files;  ///< in the order in which the file system lists them
   bool m_bChanged = true;
-  bool m_bAnyUnreadable = false;
+  bool m_bAnyIncomplete = false;
   std::shared_ptr<const RecordList> m_records;
 };

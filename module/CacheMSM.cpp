@@ -52,20 +52,32 @@ void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origi
 }
 
 void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& origin) {
-  m_pFailure = KeepFailure([&] { InitFromModule(path, origin); });
-  if (m_pFailure) {
-    ResolveDisplayName();
+  auto failure = KeepFailure([&] { InitFromModule(path, origin); });
+  if (!failure) {
+    return;
   }
+  m_bIncomplete = true;
+  // The key is formed once the signature was read: what failed then is the summary alone.
+  if (m_strKey.empty()) {
+    m_pFailure = std::move(failure);
+  }
+  ResolveDisplayName();
 }
 
-CCacheMSM::Tables& CCacheMSM::RequireTables() {
-  if (m_pFailure) {
-    Raise(*m_pFailure);
-  }
+template <class List>
+const List& CCacheMSM::ReadOnce(List Tables::*list, bool Tables::*isRead,
+                                void (CCacheMSM::*load)()) {
   if (!m_pTables) {
     m_pTables = std::make_unique<Tables>();
   }
-  return *m_pTables;
+  Tables& tables = *m_pTables;
+  if (!std::exchange(tables.*isRead, true)) {
+    if (m_pFailure) {
+      Raise(*m_pFailure);
+    }
+    (this->*load)();
+  }
+  return tables.*list;
 }
 
 void CCacheMSM::InitFromGallery(const CWideString& name) {
@@ -109,43 +121,25 @@ void CCacheMSM::ResolveDisplayName() {
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetDialogs() {
-  Tables& tables = RequireTables();
-  if (!std::exchange(tables.m_bDialogsRead, true)) {
-    LoadDialogs();
-  }
-  return tables.m_dialogs;
+  return ReadOnce(&Tables::m_dialogs, &Tables::m_bDialogsRead, &CCacheMSM::LoadDialogs);
 }
 
 const CCacheMSM::NameList& CCacheMSM::GetCustomActions() {
-  Tables& tables = RequireTables();
-  if (!std::exchange(tables.m_bCustomActionsRead, true)) {
-    LoadCustomActions();
-  }
-  return tables.m_customActions;
+  return ReadOnce(&Tables::m_customActions, &Tables::m_bCustomActionsRead,
+                  &CCacheMSM::LoadCustomActions);
 }
 
 const CCacheMSM::DependencyMap& CCacheMSM::GetDependencies() {
-  Tables& tables = RequireTables();
-  if (!std::exchange(tables.m_bDependenciesRead, true)) {
-    LoadDependencies();
-  }
-  return tables.m_dependencies;
+  return ReadOnce(&Tables::m_dependencies, &Tables::m_bDependenciesRead,
+                  &CCacheMSM::LoadDependencies);
 }
 
 const CCacheMSM::ExclusionMap& CCacheMSM::GetExclusions() {
-  Tables& tables = RequireTables();
-  if (!std::exchange(tables.m_bExclusionsRead, true)) {
-    LoadExclusions();
-  }
-  return tables.m_exclusions;
+  return ReadOnce(&Tables::m_exclusions, &Tables::m_bExclusionsRead, &CCacheMSM::LoadExclusions);
 }
 
 const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
-  Tables& tables = RequireTables();
-  if (!std::exchange(tables.m_bFilesRead, true)) {
-    LoadFiles();
-  }
-  return tables.m_files;
+  return ReadOnce(&Tables::m_files, &Tables::m_bFilesRead, &CCacheMSM::LoadFiles);
 }
 
 CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {

@@ -29,13 +29,14 @@ class CCacheMSM : public CMMGallery {
   /// was found.
   void InitFromModule(const CWideString& path, const CWideString& origin);
 
-  /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty,
-  /// the path is the display name then, and the failure is kept. Only a shortage of memory is
-  /// thrown.
+  /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty.
+  /// Without a signature the path is the display name, and the first access to each table raises
+  /// the failure; a summary that alone cannot be read leaves the tables readable. Only a shortage
+  /// of memory is thrown.
   void InitFromFoundModule(const CWideString& path, const CWideString& origin);
 
-  /// Whether a failure is kept, which every table then reports.
-  bool IsUnreadable() const noexcept { return m_pFailure != nullptr; }
+  /// Whether InitFromFoundModule could not read the signature or the summary.
+  bool IsIncomplete() const noexcept { return m_bIncomplete; }
 
   /// Fills the record from the gallery description `name`.
   void InitFromGallery(const CWideString& name);
@@ -94,8 +95,11 @@ class CCacheMSM : public CMMGallery {
     bool m_bFilesRead = false;
   };
 
-  /// The tables, for a caller that asks for one of them. Raises the kept failure of the file.
-  Tables& RequireTables();
+  /// A table, which `load` reads at the first call. That call raises the kept failure of a file
+  /// that could not be read.
+  template <class List>
+  const List& ReadOnce(List Tables::*list, bool Tables::*isRead,
+                       void (CCacheMSM::*load)());
 
   void ReadSignature(const msidb::ModuleDatabase& database);
   void ReadSummary(msidb::ModuleDatabase& database);
@@ -124,6 +128,7 @@ class CCacheMSM : public CMMGallery {
   std::unique_ptr<Tables> m_pTables;
   bool m_bFromGallery = false;
   CWideString m_strOrigin;
-  std::unique_ptr<const com_exception> m_pFailure;
+  std::unique_ptr<const com_exception> m_pFailure;  ///< why there is no signature
+  bool m_bIncomplete = false;
   bool m_bRecheck = false;
 };

@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <filesystem>
+#include <fstream>
 #include <functional>
 
 #include "msidb/MsiHandle.h"
@@ -31,6 +32,16 @@ class CatalogTest : public CCatalogTest {
   /// Has `path` name another file; the file that it named before goes.
   void Copy(const std::wstring& from, const std::wstring& path) const {
     EXPECT_TRUE(::CopyFileW(from.c_str(), PathOf(path).c_str(), FALSE));
+  }
+
+  /// Writes `to` over the first place where a file has the bytes `from`, which are as many.
+  void Overwrite(const std::wstring& path, const std::string& from, const std::string& to) const {
+    std::fstream file(std::filesystem::path(m_folder / path),
+                      std::ios::in | std::ios::out | std::ios::binary);
+    const std::string bytes{std::istreambuf_iterator<char>(file), {}};
+    ASSERT_NE(std::string::npos, bytes.find(from));
+    file.seekp(static_cast<std::streamoff>(bytes.find(from)));
+    file << to;
   }
 
   /// Changes the last-write time of a file.
@@ -181,6 +192,8 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   WriteText(L"a\\empty.msm", "");
   WriteText(L"a\\text.msm", "This is no database.");
   BuildModule(PathOf(L"a\\other.msm"), {{L"Dialog", "Some\t1\n"}});
+  BuildRichModule(PathOf(L"a\\summary.msm"));
+  Overwrite(L"a\\summary.msm", "\xE0\x85\x9F\xF2", "....");
   Copy(good, L"a\\cut.msm");
   std::filesystem::resize_file(m_folder / L"a\\cut.msm", 2048);
   const std::wstring overlong = L"\\\\?\\" + (m_folder / L"a\\z") + std::wstring(245, L'z');
@@ -188,7 +201,7 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   const auto catalog = NewCatalog();
   const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
-  EXPECT_EQ(L"? ? ? ? ? Good:1033 Good:1033", KeysOf(list.Get()));
+  EXPECT_EQ(L"? ? ? ? ? Good:1033 Good:1033 Rich.0A1B:1033", KeysOf(list.Get()));
   const struct {
     const wchar_t* name;
     const wchar_t* failure;
@@ -207,23 +220,28 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
     EXPECT_EQ(L"", ReadModule(module.Get(), L"ModuleID"));
     const bool isQuery = name == std::wstring(L"other");
     for (const wchar_t* table :
-         {L"Dialogs", L"CustomActions", L"Dependencies", L"Exclusions", L"Files", L"Files"}) {
+         {L"Dialogs", L"CustomActions", L"Dependencies", L"Exclusions", L"Files"}) {
       const std::wstring answer = ReadModule(module.Get(), table);
       EXPECT_THAT(answer, StartsWith(failure));
       EXPECT_THAT(answer,
                   EndsWith(isQuery ? L"MsiOpenDatabaseView()" : L"MsiOpenDatabase(" + path + L")"));
+      EXPECT_EQ(L"", ReadModule(module.Get(), table)) << "a table fails once";
     }
   }
+  const CComPtr<IMergeModuleTavik> withoutSummary = ModuleAt(list.Get(), 8);
+  EXPECT_EQ(m_folder / L"a\\summary.msm", ReadModule(withoutSummary.Get(), L"DisplayName"));
+  EXPECT_EQ(L"ZuluDialog / AlphaDialog", ReadModule(withoutSummary.Get(), L"Dialogs"));
   int opened = FilesOpened();
   EXPECT_EQ(list.Get(), ModulesOf(catalog.Get()).Get()) << "they are as unreadable as before";
-  EXPECT_EQ(5, FilesOpened() - opened) << "each is tried once";
+  EXPECT_EQ(6, FilesOpened() - opened) << "each is tried once";
   ::CloseHandle(lock);
   EXPECT_TRUE(::DeleteFileW((overlong + L".msm").c_str()));
-  EXPECT_EQ(L"? ? ? ? Good:1033 Locked:1033", KeysOf(catalog.Get()));
-  for (const wchar_t* name : {L"a\\text.msm", L"a\\empty.msm", L"a\\other.msm", L"a\\cut.msm"}) {
+  EXPECT_EQ(L"? ? ? ? Good:1033 Locked:1033 Rich.0A1B:1033", KeysOf(catalog.Get()));
+  for (const wchar_t* name :
+       {L"a\\text.msm", L"a\\empty.msm", L"a\\other.msm", L"a\\cut.msm", L"a\\summary.msm"}) {
     Copy(good, name);
   }
-  EXPECT_EQ(L"Good:1033 Good:1033 Good:1033 Good:1033 Good:1033 Locked:1033",
+  EXPECT_EQ(L"Good:1033 Good:1033 Good:1033 Good:1033 Good:1033 Good:1033 Locked:1033",
             KeysOf(catalog.Get()));
   opened = FilesOpened();
   KeysOf(catalog.Get());
