@@ -31,21 +31,23 @@ void CSource::ListFolder() {
   size_t position = 0;
   bool isInOrder = true;
   Files others;
-  const bool isComplete = ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
-    const FileStamp stamp = FileStamp::Of(found);
-    isInOrder = isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
-    if (!isInOrder) {
-      others.push_back({found.cFileName, stamp, {}, nullptr});
-      return;
-    }
-    File& file = m_files[position++];
-    if (file.stamp != stamp) {
-      file.stamp = stamp;
-      m_bChanged = true;
-    }
-  });
-  // Of a listing that broke off nobody can tell which files are gone.
-  if (isComplete && (!others.empty() || position != m_files.size())) {
+  const FolderListing listing =
+      ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
+        const FileStamp stamp = FileStamp::Of(found);
+        isInOrder =
+            isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
+        if (!isInOrder) {
+          others.push_back({found.cFileName, stamp, {}, nullptr});
+          return;
+        }
+        File& file = m_files[position++];
+        if (file.stamp != stamp) {
+          file.stamp = stamp;
+          m_bChanged = true;
+        }
+      });
+  // Files of a folder that is unavailable are not taken for deleted.
+  if (listing != FolderListing::Unavailable && (!others.empty() || position != m_files.size())) {
     ReplaceFiles(std::move(others), position);
   }
 }
@@ -99,12 +101,14 @@ bool CSource::NeedsReading(const File& file) noexcept {
   return rewritten;
 }
 
-/// A record of the file; null if it is gone.
+/// A record of the file; null if the folder no longer lists it. The listing itself is asked: a file
+/// that is there and cannot be opened must not look gone now and be found again at the next
+/// refresh.
 std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   const CWideString path = JoinPath(m_folder.folder, file.name);
   auto record = std::make_shared<CCacheMSM>();
   record->InitFromFoundModule(path, m_folder.folder);
-  return record->IsIncomplete() && !PathExists(path) ? nullptr : record;
+  return record->IsIncomplete() && !IsListed(path) ? nullptr : record;
 }
 
 /// Makes the list of the records that there are.

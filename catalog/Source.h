@@ -30,12 +30,14 @@ class CSource {
   const SearchFolder& Description() const noexcept { return m_folder; }
 
   /// Lists the folder and says whether it differs from what Records gives: a file came, went or was
-  /// rewritten, or one that could not be read now can be. The answer stays true until UpdateRecords
-  /// has succeeded. Throws std::bad_alloc.
+  /// rewritten, or one that could not be read now can be. A folder that is not there has no files,
+  /// one that cannot be listed has those that it had. The answer stays true until UpdateRecords has
+  /// succeeded. Throws std::bad_alloc.
   bool Recheck();
 
   /// Reads the files that have no record, and those that were rewritten. A file that cannot be read
-  /// gets a record without identity; one that is gone gets none. `adopt` is called with every new
+  /// gets a record without identity, whatever the reason; one that the folder no longer lists gets
+  /// none. `adopt` is called with every new
   /// record. Throws std::bad_alloc; what was read until then stays.
   template <class Adopt>
   void UpdateRecords(Adopt adopt) {

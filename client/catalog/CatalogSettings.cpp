@@ -4,7 +4,9 @@
 
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Report.h"
+#include "common/FolderFiles.h"
 #include "common/Path.h"
+#include "common/SystemText.h"
 #include "text/Utf.h"
 
 using qm::text::ToUtf8;
@@ -18,15 +20,25 @@ void SetVariable(const wchar_t* name, const CWideString& value) {
                                                        : HRESULT_FROM_WIN32(::GetLastError()));
 }
 
+/// The system's text for an error code, on one line.
+std::string SystemSentence(DWORD code) {
+  const CUniqueLocalText text = FormatSystemText(code);
+  const std::string sentence = text ? ToUtf8(text.Get()) : "error " + std::to_string(code);
+  return sentence.substr(0, sentence.find_last_not_of(" \r\n") + 1);
+}
+
 /// The full path of a folder that a setting names; empty when it names none.
 CWideString FullFolder(const std::optional<std::string>& folder) {
   if (!folder || folder->empty()) {
     return {};
   }
   CWideString path = FullPath(ToWide(*folder));
-  const DWORD attributes = ::GetFileAttributesW(path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES || !(attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+  const DWORD code = TryToList(path);
+  const FolderListing listing = ListingThatEndedWith(code);
+  if (listing == FolderListing::Missing) {
     PrintRemark(ToUtf8(path) + ": there is no such folder");
+  } else if (listing == FolderListing::Unavailable) {
+    PrintRemark(ToUtf8(path) + ": the folder cannot be listed: " + SystemSentence(code));
   }
   return path;
 }

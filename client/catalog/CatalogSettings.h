@@ -18,5 +18,6 @@ std::string WhyNoSearchFolder(const std::string& folder);
 
 /// Gives the settings to the application services of this process, unless they are all left out; as
 /// soon as one is given, those that are not are set to nothing. To be called before a catalog is
-/// made. A folder that does not exist is remarked on stderr.
+/// made. A folder that does not exist, or that cannot be listed,
+/// is remarked on stderr.
 void Apply(const CatalogSettings& settings);

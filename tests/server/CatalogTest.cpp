@@ -23,6 +23,33 @@ HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
   return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
 }
 
+/// Why files cannot be opened or asked about, and folders cannot be listed; ERROR_SUCCESS when they
+/// can.
+DWORD s_fileFailure, s_listingFailure;
+
+bool Fails(DWORD code) {
+  ::SetLastError(code);
+  return code != ERROR_SUCCESS;
+}
+
+HANDLE WINAPI OpenOrFail(const wchar_t* path, DWORD access, DWORD share,
+                         SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                         HANDLE fileTemplate) {
+  return Fails(s_fileFailure)
+             ? INVALID_HANDLE_VALUE
+             : ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
+}
+
+DWORD WINAPI AttributesOrFail(const wchar_t* path) {
+  return Fails(s_fileFailure) ? INVALID_FILE_ATTRIBUTES : ::GetFileAttributesW(path);
+}
+
+HANDLE WINAPI FindFirstOrFail(const wchar_t* pattern, WIN32_FIND_DATAW* found) {
+  const bool isFolder = std::wcschr(pattern, L'*') != nullptr;
+  return isFolder && Fails(s_listingFailure) ? INVALID_HANDLE_VALUE
+                                             : ::FindFirstFileW(pattern, found);
+}
+
 using testing::EndsWith;
 using testing::PrintToString;
 using testing::StartsWith;
@@ -246,6 +273,37 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   opened = FilesOpened();
   KeysOf(catalog.Get());
   EXPECT_EQ(0, FilesOpened() - opened);
+}
+
+TEST_F(CatalogTest, OnlyWhatIsNotFoundIsGone) {
+  SetSearchPath(L"*a");
+  const std::wstring file = WriteModule(L"a\\1.msm", "One");
+  const std::pair<const char*, void*> replacements[] = {
+      {"CreateFileW", reinterpret_cast<void*>(&OpenOrFail)},
+      {"GetFileAttributesW", reinterpret_cast<void*>(&AttributesOrFail)},
+      {"FindFirstFileW", reinterpret_cast<void*>(&FindFirstOrFail)},
+      {"FindClose", reinterpret_cast<void*>(&::FindClose)}};
+  for (const auto& [name, replacement] : replacements) {
+    EXPECT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", name, replacement));
+  }
+  const auto catalog = NewCatalog();
+  s_fileFailure = ERROR_ACCESS_DENIED;
+  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  EXPECT_EQ(L"?", KeysOf(list.Get()));
+  EXPECT_EQ(list.Get(), ModulesOf(catalog.Get()).Get()) << "it is not found again at every call";
+  s_fileFailure = ERROR_SUCCESS;
+  EXPECT_EQ(L"One:1033", KeysOf(catalog.Get()));
+
+  for (const DWORD away : {ERROR_ACCESS_DENIED, ERROR_BAD_NETPATH, ERROR_NOT_READY}) {
+    s_listingFailure = away;
+    EXPECT_EQ(L"One:1033", KeysOf(catalog.Get())) << away;
+  }
+  for (const DWORD missing : {ERROR_FILE_NOT_FOUND, ERROR_PATH_NOT_FOUND, ERROR_DIRECTORY}) {
+    s_listingFailure = missing;
+    EXPECT_EQ(L"", KeysOf(catalog.Get())) << missing;
+    s_listingFailure = ERROR_SUCCESS;
+    EXPECT_EQ(L"One:1033", KeysOf(catalog.Get()));
+  }
 }
 
 TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
