@@ -26,6 +26,19 @@ class CRefreshMark {
   CCatalogState& m_state;
 };
 
+/// Forgets the records that nobody holds any more when a list was built, also in vain: one that
+/// fails again and again must not add to them each time.
+class CRecordPruning {
+ public:
+  explicit CRecordPruning(CCatalogState& state) noexcept : m_state(state) {}
+  ~CRecordPruning() { m_state.ForgetGoneRecords(); }
+  CRecordPruning(const CRecordPruning&) = delete;
+  CRecordPruning& operator=(const CRecordPruning&) = delete;
+
+ private:
+  CCatalogState& m_state;
+};
+
 HRESULT Zero(long* result) noexcept {
   *result = 0;
   return S_OK;
@@ -59,12 +72,12 @@ void CMMCatalog::RunRefresh() {
     return;
   }
   m_bDirty = true;
+  const CRecordPruning pruning(state);
   auto modules = std::make_unique<const CModuleList>(
       BuildModuleList(state, AskServices(*m_pServices, &IApplicationServices::get_GalleryRoot)));
   m_pModules = std::move(modules);
   m_nChanges = state.changes;
   m_bDirty = false;
-  state.ForgetGoneRecords();
 }
 
 std::vector<SearchFolder> CMMCatalog::CurrentSearchFolders() {

@@ -206,6 +206,28 @@ TEST_F(CatalogFaultTest, Queries) {
   }
 }
 
+TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
+  SetSearchPath(L"*a,*b");
+  for (const wchar_t* const name : {L"1", L"2", L"3"}) {
+    WriteDescription(name, std::string("Described") + static_cast<char>(*name));
+  }
+  const auto first = NewCatalog(), second = NewCatalog(), third = NewCatalog();
+  ModulesOf(first.Get());
+  const int before = CallCount("malloc");
+  ModulesOf(second.Get());
+  // The last allocation of a list that is built, when everything has been read.
+  const int last = CallCount("malloc") - before;
+  std::vector<int> blocks;
+  for (int round = 1; round <= 4; ++round) {
+    CComPtr<IMergeModules> none;
+    FailCall(FaultKind::Heap, last);
+    EXPECT_EQ(E_OUTOFMEMORY, third->get_MergeModules(none.Put()));
+    FailNoCall();
+    blocks.push_back(HeapBlocks());
+  }
+  EXPECT_EQ(blocks[0], blocks[3]);
+}
+
 /// Module files come, go and change at random, and two catalogs of which one is made anew now and
 /// then list them.
 class CatalogSoakTest : public CCatalogTest {
