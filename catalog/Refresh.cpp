@@ -15,7 +15,8 @@ SourceMap MakeSources(const SourceMap& known, const std::vector<SearchFolder>& f
     }
     const auto found = known.find(folder.folder);
     const bool isKnown = found != known.end();
-    if (isKnown && found->second->Description() == folder) {
+    if (isKnown && IsSameSource(found->second->Description(), folder)) {
+      found->second->SetEntry(folder.entry);
       sources.insert(*found);
     } else {
       sources.emplace(folder.folder,

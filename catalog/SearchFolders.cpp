@@ -8,9 +8,9 @@ namespace {
 void Append(const CWideString& searchPath, const CWideString& displayName, bool secondPass,
             std::vector<SearchFolder>& folders) {
   for (CWideString& entry : SplitCommaList(searchPath)) {
-    CWideString folder = FolderText(entry);
+    CWideString folder = SearchFolderOf(entry);
     if (folder.empty()) {
-      continue;  // it would stand for the current folder
+      continue;
     }
     const CWideString& name = displayName.empty() ? folder : displayName;
     folders.push_back({std::move(entry), folder, name, secondPass});
@@ -19,14 +19,10 @@ void Append(const CWideString& searchPath, const CWideString& displayName, bool 
 
 }  // namespace
 
-CWideString FolderText(const CWideString& entry) {
-  CWideString full = FullPath(ExpandEnvironmentText(entry));
-  const std::wstring_view text(full);
-  const bool isDriveRoot = text.size() == 3 && text[1] == L':';
-  if (text.size() > 1 && text.back() == L'\\' && !isDriveRoot) {
-    return text.substr(0, text.size() - 1);
-  }
-  return full;
+bool IsSameSource(const SearchFolder& a, const SearchFolder& b) noexcept {
+  const auto isUnnamed = [](const SearchFolder& one) { return one.displayName == one.folder; };
+  return a.secondPass == b.secondPass &&
+         (a.displayName == b.displayName || (isUnnamed(a) && isUnnamed(b)));
 }
 
 bool FolderOrder::operator()(const CWideString& a, const CWideString& b) const noexcept {

@@ -8,19 +8,14 @@
 /// A folder in which modules are searched for.
 struct SearchFolder {
   CWideString entry;        ///< as it was written in the search path
-  CWideString folder;       ///< full path with its environment variables filled in, see FolderText
+  CWideString folder;       ///< the one that the entry names, see SearchFolderOf
   CWideString displayName;  ///< the folder, or the name of the repository that lists it
   bool secondPass;          ///< whether its modules come after those of all first-pass folders
 };
 
-inline bool operator==(const SearchFolder& a, const SearchFolder& b) noexcept {
-  return a.entry == b.entry && a.folder == b.folder && a.displayName == b.displayName &&
-         a.secondPass == b.secondPass;
-}
-
-/// The text under which a folder is known: its full path, without a backslash at its end unless it
-/// is a root.
-CWideString FolderText(const CWideString& entry);
+/// Whether two descriptions of a folder, in whatever spelling, ask for one source: its modules are
+/// listed in the same pass and under the same name.
+bool IsSameSource(const SearchFolder& a, const SearchFolder& b) noexcept;
 
 /// Orders folder texts without regard to case.
 struct FolderOrder {

@@ -29,6 +29,9 @@ class CSource {
 
   const SearchFolder& Description() const noexcept { return m_folder; }
 
+  /// Sets how the search path spells the folder now. Throws std::bad_alloc.
+  void SetEntry(const CWideString& entry) { m_folder.entry = entry; }
+
   /// Lists the folder and says whether it differs from what Records gives: a file came, went or was
   /// rewritten, or one that could not be read now can be. A folder that is not there has no files,
   /// one that cannot be listed has those that it had. The answer stays true until UpdateRecords has

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <atomic>
+#include <memory>
 #include <utility>
 
 /// Ends what the DLL keeps for its lifetime, what was made last first: the objects of all
@@ -35,21 +37,25 @@ class CModuleWide final : private CModuleLifetimeLink {
   constexpr CModuleWide() noexcept = default;
 
   /// The object, made by `make` (a T* from new) at the first call; when that throws, the next call
-  /// tries again.
+  /// tries again. Of several threads that make it at once one wins.
   template <class Make>
   T& Get(Make make) {
-    if (!m_object) {
-      m_object = make();
-      Enlist();
+    T* object = m_object;
+    if (!object) {
+      std::unique_ptr<T> made(make());
+      if (m_object.compare_exchange_strong(object, made.get())) {
+        object = made.release();
+        Enlist();
+      }
     }
-    return *m_object;
+    return *object;
   }
 
   /// The object, or null before it was made.
   T* Find() const noexcept { return m_object; }
 
  private:
-  void End() noexcept override { delete std::exchange(m_object, nullptr); }
+  void End() noexcept override { delete m_object.exchange(nullptr); }
 
-  T* m_object = nullptr;
+  std::atomic<T*> m_object = nullptr;
 };

@@ -3,6 +3,13 @@
 #include <windows.h>
 
 #include <algorithm>
+#include <map>
+
+#include "common/ExclusiveLock.h"
+#include "common/FolderFiles.h"
+#include "common/IgnoringCase.h"
+#include "common/ModuleLifetime.h"
+#include "common/Path.h"
 
 namespace {
 
@@ -14,6 +21,58 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
   }
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
+
+/// A full path without the prefix "\\?\", unless it names something else then, as that of a volume
+/// would.
+CWideString WithoutPrefix(const CWideString& path) {
+  const std::wstring_view text(path);
+  if (text.substr(0, 4) != LR"(\\?\)") {
+    return path;
+  }
+  const bool isOnServer = EqualsIgnoringCase(text.substr(4, 4), LR"(UNC\)");
+  const CWideString plain =
+      isOnServer ? CWideString(LR"(\\)") + text.substr(8) : CWideString(text.substr(4));
+  return FullPath(plain) == plain ? plain : path;
+}
+
+/// Empty if the path names nothing that exists.
+CWideString AskForLongNames(const CWideString& path) {
+  const CNoDiskPrompts noPrompts;
+  const DWORD size = ::GetLongPathNameW(path.c_str(), nullptr, 0);
+  std::wstring names(size, L'\0');
+  const DWORD length = ::GetLongPathNameW(path.c_str(), names.data(), size);
+  return length > 0 && length < size ? CWideString(names.c_str(), length) : CWideString();
+}
+
+/// The paths that were found to have short names, with their long ones. Any thread may ask.
+class LongNames {
+ public:
+  /// The path with its long names; as it is if it has no short ones, or names nothing that exists.
+  CWideString Of(const CWideString& path) {
+    if (std::wstring_view(path).find(L'~') == std::wstring_view::npos) {
+      return path;
+    }
+    {
+      const CExclusiveLock lock(m_lock);
+      const auto known = m_known.find(path);
+      if (known != m_known.end()) {
+        return known->second;
+      }
+    }
+    const CWideString names = AskForLongNames(path);
+    if (names.empty()) {
+      return path;
+    }
+    const CExclusiveLock lock(m_lock);
+    return m_known.emplace(path, names).first->second;
+  }
+
+ private:
+  SRWLOCK m_lock = SRWLOCK_INIT;
+  std::map<CWideString, CWideString> m_known;
+};
+
+CModuleWide<LongNames> theLongNames;
 
 }  // namespace
 
@@ -40,10 +99,24 @@ CWideString ExpandEnvironmentText(const CWideString& text) {
   return length > 0 && length <= size ? CWideString(expanded.c_str()) : text;
 }
 
+CWideString SearchFolderOf(const CWideString& entry) {
+  CWideString folder = WithoutPrefix(FullPath(ExpandEnvironmentText(entry)));
+  const std::wstring_view text(folder);
+  if (text.substr(0, 2) == LR"(\\)" &&
+      text.find_first_not_of(LR"(\?.)") == std::wstring_view::npos) {
+    return {};  // there is no server in it
+  }
+  const bool isDriveRoot = text.size() == 3 && text[1] == L':';
+  if (text.size() > 1 && text.back() == L'\\' && !isDriveRoot) {
+    folder = text.substr(0, text.size() - 1);
+  }
+  return theLongNames.Get([] { return new LongNames; }).Of(folder);
+}
+
 std::vector<CWideString> ExpandSearchPath(std::wstring_view path) {
   std::vector<CWideString> folders = SplitCommaList(path);
   for (CWideString& folder : folders) {
-    folder = ExpandEnvironmentText(folder);
+    folder = SearchFolderOf(folder);
   }
   const auto isEmpty = [](const CWideString& folder) { return folder.empty(); };
   folders.erase(std::remove_if(folders.begin(), folders.end(), isEmpty), folders.end());

@@ -75,6 +75,47 @@ TEST_F(CatalogSourceTest, FoldersAreKnownByTheirFullPathsInAnySpelling) {
   ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", nullptr);
 }
 
+/// A path with short names in place of those that have one.
+std::wstring ShortPath(const std::wstring& path) {
+  wchar_t names[MAX_PATH] = L"";
+  EXPECT_LT(0u, ::GetShortPathNameW(path.c_str(), names, MAX_PATH));
+  return names;
+}
+
+TEST_F(CatalogSourceTest, CatalogsThatSpellAFolderDifferentlyShareItsList) {
+  const std::wstring folder = m_folder / L"one of many modules";
+  WriteModule(L"one of many modules\\1.msm", "One");
+  WriteText(L"gallery\\ObjectGallery\\x.ini",
+            "[MergeModule]\r\nModuleID=Two\r\nFileName=1.msm\r\n[1.msm]\r\nLocation=x\r\n");
+  ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", folder.c_str());
+  const std::wstring shortPath = ShortPath(folder);
+  EXPECT_NE(folder, shortPath);
+  std::vector<CComPtr<IMMCatalogCaskel>> catalogs;
+  std::vector<CComPtr<IMergeModules>> lists;
+  for (const std::wstring& entry :
+       {std::wstring(L"*one of many modules"), std::wstring(L"*ONE of many modules\\"),
+        std::wstring(L"%QM_TEST_FOLDER%\\."), L"\\\\?\\" + folder, shortPath}) {
+    SCOPED_TRACE(PrintToString(entry));
+    SetSearchPath(entry + L",\\\\");
+    catalogs.push_back(NewCatalog());
+    lists.push_back(ModulesOf(catalogs.back().Get()));
+    EXPECT_EQ(L"One:1033 Two:0", KeysOf(lists.back().Get()));
+    for (long position : {1, 2}) {
+      const std::wstring path = ReadModule(ModuleAt(lists.back().Get(), position).Get(), L"Path");
+      EXPECT_EQ(0, ::_wcsicmp((folder + L"\\1.msm").c_str(), path.c_str())) << PrintToString(path);
+    }
+  }
+  const int opened = FilesOpened();
+  for (size_t i = 0; i < catalogs.size(); ++i) {
+    EXPECT_EQ(lists[i].Get(), ModulesOf(catalogs[i].Get()).Get()) << i;
+  }
+  EXPECT_EQ(opened, FilesOpened());
+  ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", nullptr);
+  lists.clear();
+  catalogs.clear();
+  Settle();  // the process keeps the long names
+}
+
 TEST_F(CatalogSourceTest, TheLastRefreshDecidesOnTheFoldersOfTheProcess) {
   WriteModule(L"one\\1.msm", "One");
   WriteModule(L"two\\2.msm", "Two");

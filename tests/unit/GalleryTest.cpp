@@ -3,6 +3,7 @@
 #include <sstream>
 
 #include "common/Bstr.h"
+#include "common/Path.h"
 #include "common/SearchPath.h"
 #include "gallery/CompareVersions.h"
 #include "gallery/IniIndexes.h"
@@ -33,7 +34,7 @@ TEST(CompareVersions, Table) {
   }
 }
 
-TEST(SearchFolders, SplitsThenExpands) {
+TEST(SearchFolders, EntriesBecomeFullPaths) {
   using List = std::vector<CWideString>;
   ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", L"C:\\x, y");
   ::SetEnvironmentVariableW(L"QM_TEST_EMPTY", L"");
@@ -43,11 +44,16 @@ TEST(SearchFolders, SplitsThenExpands) {
     List folders;
   } const cases[] = {
       {L" ,\t, ", {}, {}},
-      {L",\tb , a c,,b", {L"b", L"a c", L"b"}, {L"b", L"a c", L"b"}},
-      {L"a;b,c", {L"a;b", L"c"}, {L"a;b", L"c"}},
-      {L"%QM_TEST_FOLDER%\\z,b", {L"%QM_TEST_FOLDER%\\z", L"b"}, {L"C:\\x, y\\z", L"b"}},
-      {L"a,%QM_TEST_EMPTY%", {L"a", L"%QM_TEST_EMPTY%"}, {L"a"}},
-      {L"%QM_TEST_NONE%,100%", {L"%QM_TEST_NONE%", L"100%"}, {L"%QM_TEST_NONE%", L"100%"}},
+      {L",\tb , a c,,b", {L"b", L"a c", L"b"}, {FullPath(L"b"), FullPath(L"a c"), FullPath(L"b")}},
+      {L"Q:\\a;b,Q:/c/", {L"Q:\\a;b", L"Q:/c/"}, {L"Q:\\a;b", L"Q:\\c"}},
+      {L"%QM_TEST_FOLDER%\\z,Q:\\", {L"%QM_TEST_FOLDER%\\z", L"Q:\\"}, {L"C:\\x, y\\z", L"Q:\\"}},
+      {L"%QM_TEST_EMPTY%,100%", {L"%QM_TEST_EMPTY%", L"100%"}, {FullPath(L"100%")}},
+      {LR"(\\,//,\\?\,\\?\Q:\a,\\?\Q:\)",
+       {LR"(\\)", L"//", LR"(\\?\)", LR"(\\?\Q:\a)", LR"(\\?\Q:\)"},
+       {L"Q:\\a", L"Q:\\"}},
+      {LR"(\\?\unc\s\h\a\,\\?\Volume{1}\a)",
+       {LR"(\\?\unc\s\h\a\)", LR"(\\?\Volume{1}\a)"},
+       {LR"(\\s\h\a)", LR"(\\?\Volume{1}\a)"}},
   };
   for (const Case& c : cases) {
     EXPECT_EQ(c.entries, SplitCommaList(c.path)) << c.path;
