@@ -5,6 +5,7 @@
 
 #include "com/error/ErrorHandler.h"
 #include "common/ComPtr.h"
+#include "common/ExclusiveLock.h"
 
 namespace {
 
@@ -36,23 +37,26 @@ HRESULT CTypeInfoHolder::Load() noexcept {
     return hr;
   }
   return RunAtBoundary(GUID_NULL, [&] {
-    m_table = std::make_unique<DispatchTable>(*info).release();
-    m_info = info.Detach();
-    Enlist();
+    auto table = std::make_unique<DispatchTable>(*info);
+    const CExclusiveLock lock(m_lock);
+    if (!m_info) {
+      m_table = table.release();
+      m_info = info.Detach();
+      Enlist();
+    }
     return S_OK;
   });
 }
 
 void CTypeInfoHolder::End() noexcept {
   delete std::exchange(m_table, nullptr);
-  std::exchange(m_info, nullptr)->Release();
+  m_info.exchange(nullptr)->Release();
 }
 
 HRESULT CTypeInfoHolder::GetTypeInfo(ITypeInfo** out) noexcept {
   const HRESULT hr = Load();
   if (SUCCEEDED(hr)) {
-    m_info->AddRef();
-    *out = m_info;
+    *out = CComPtr<ITypeInfo>(m_info).Detach();
   }
   return hr;
 }
@@ -75,7 +79,7 @@ HRESULT CTypeInfoHolder::GetIdsOfNames(REFIID iid, wchar_t** names, UINT count,
       return S_OK;
     }
   }
-  return m_info->GetIDsOfNames(names, count, ids);
+  return m_info.load()->GetIDsOfNames(names, count, ids);
 }
 
 HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD flags,
@@ -101,7 +105,7 @@ HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD fl
   if (const auto* const getter = mayBeGetter ? m_table->FindGetter(member) : nullptr) {
     return InvokeGetter(object, *getter, *result, exception);
   }
-  hr = m_info->Invoke(object, member, flags, parameters, result, exception, badArgument);
+  hr = m_info.load()->Invoke(object, member, flags, parameters, result, exception, badArgument);
   if (SUCCEEDED(hr) && result) {
     HandOnAsDispatch(*result);
   }

@@ -2,13 +2,15 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 #include "com/error/ErrorHandler.h"
 #include "com/frame/DispatchTable.h"
 #include "com/frame/TypeLibraries.h"
 #include "common/ModuleLifetime.h"
 
 /// Type information of one interface, loaded when it is first asked for and kept until the DLL
-/// ends. Objects are static.
+/// ends. Any thread may ask. Objects are static.
 class CTypeInfoHolder final : private CModuleLifetimeLink {
  public:
   constexpr CTypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
@@ -30,8 +32,9 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
 
   const IID& m_iid;
   TypeLibrary m_library;
-  ITypeInfo* m_info = nullptr;
-  DispatchTable* m_table = nullptr;  ///< with m_info
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< taken to keep what was loaded
+  DispatchTable* m_table = nullptr;
+  std::atomic<ITypeInfo*> m_info = nullptr;  ///< set behind m_table
 };
 
 /// IDispatch of a dual interface, answered from the type information of Described: Interface itself

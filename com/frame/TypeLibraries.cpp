@@ -4,6 +4,8 @@
 
 #include "com/error/ErrorHandler.h"
 #include "com/frame/ModulePath.h"
+#include "common/ComPtr.h"
+#include "common/ExclusiveLock.h"
 #include "common/Path.h"
 
 namespace {
@@ -25,34 +27,38 @@ void TypeLibraries::Init(const ObjectMap& objects, HINSTANCE instance) noexcept 
 }
 
 HRESULT TypeLibraries::Get(TypeLibrary library, ITypeLib** out) noexcept {
-  ITypeLib*& loaded = m_loaded[static_cast<size_t>(library)];
-  if (!loaded) {
+  std::atomic<ITypeLib*>& kept = m_loaded[static_cast<size_t>(library)];
+  if (!kept) {
     const bool fromFile = library == TypeLibrary::Interfaces && m_objects.interfaceLibrary;
     const GUID* const libid = fromFile ? m_objects.interfaceLibrary : m_objects.classLibrary;
     if (!libid) {
       return TYPE_E_LIBNOTREGISTERED;  // before Init
     }
+    CComPtr<ITypeLib> loaded;
     const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
       return LoadLibraryOrRegistered(
           fromFile ? InterfaceLibraryPath(m_objects, m_instance) : ModulePath(m_instance), *libid,
-          &loaded);
+          loaded.Put());
     });
     if (FAILED(hr)) {
       return hr;
     }
-    if (!std::exchange(m_isEnlisted, true)) {
-      Enlist();
+    const CExclusiveLock lock(m_lock);
+    if (!kept) {
+      kept = loaded.Detach();
+      if (!std::exchange(m_isEnlisted, true)) {
+        Enlist();
+      }
     }
   }
-  loaded->AddRef();
-  *out = loaded;
+  *out = CComPtr<ITypeLib>(kept).Detach();
   return S_OK;
 }
 
 void TypeLibraries::End() noexcept {
   m_isEnlisted = false;
-  for (ITypeLib*& library : m_loaded) {
-    if (ITypeLib* const loaded = std::exchange(library, nullptr)) {
+  for (std::atomic<ITypeLib*>& library : m_loaded) {
+    if (ITypeLib* const loaded = library.exchange(nullptr)) {
       loaded->Release();
     }
   }

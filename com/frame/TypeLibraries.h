@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <atomic>
+
 #include "com/frame/ObjectMap.h"
 #include "common/ModuleLifetime.h"
 #include "common/WideString.h"
@@ -12,7 +14,8 @@ enum class TypeLibrary {
   Classes,     ///< the resource of the DLL
 };
 
-/// The type libraries of the DLL, each loaded at its first use and released when the DLL ends.
+/// The type libraries of the DLL, each loaded at its first use and released when the DLL ends. Any
+/// thread may ask: the system's type information belongs to no apartment.
 class TypeLibraries final : private CModuleLifetimeLink {
  public:
   static TypeLibraries& Instance() noexcept;
@@ -31,8 +34,9 @@ class TypeLibraries final : private CModuleLifetimeLink {
 
   ObjectMap m_objects{};
   HINSTANCE m_instance = nullptr;
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< taken to keep what was loaded
   bool m_isEnlisted = false;
-  ITypeLib* m_loaded[2] = {};
+  std::atomic<ITypeLib*> m_loaded[2] = {};
 };
 
 /// Full path of the interface library's file beside the DLL. Raises as ModulePath does.
