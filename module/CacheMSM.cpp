@@ -4,6 +4,7 @@
 
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
+#include "common/ExclusiveLock.h"
 #include "common/ModuleKey.h"
 #include "gallery/IniIndexes.h"
 #include "module/LastTables.h"
@@ -67,6 +68,7 @@ void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& 
 template <class List>
 const List& CCacheMSM::ReadOnce(List Tables::*list, bool Tables::*isRead,
                                 void (CCacheMSM::*load)()) {
+  const CExclusiveLock lock(LockOfTables());
   if (!m_pTables) {
     m_pTables = std::make_unique<Tables>();
   }

@@ -1,5 +1,6 @@
 #include "module/LastTables.h"
 
+#include "common/ExclusiveLock.h"
 #include "common/ModuleLifetime.h"
 
 namespace {
@@ -10,8 +11,11 @@ struct LastTables {
 };
 
 CModuleWide<LastTables> theLastTables;
+SRWLOCK theLock = SRWLOCK_INIT;
 
 }  // namespace
+
+SRWLOCK& LockOfTables() noexcept { return theLock; }
 
 std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& path) {
   LastTables& last = theLastTables.Get([] { return new LastTables; });
@@ -29,6 +33,7 @@ std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& pa
 }
 
 void ForgetLastTables() noexcept {
+  const CExclusiveLock lock(theLock);
   if (LastTables* const last = theLastTables.Find()) {
     *last = {};
   }
