@@ -7,7 +7,8 @@
 #include "catalog/Source.h"
 
 /// What all catalogs of the process share, from the first one's creation until the DLL is unloaded.
-/// Nothing here is locked: it belongs to the one apartment thread.
+/// It is used behind the ApartmentGate alone. A record that was handed out is shared by apartments:
+/// its texts stay as they are, its tables and its gallery description are guarded by themselves.
 ///
 /// The index tables with the flag that has them read once are process-wide too, but belong to the
 /// gallery: CIniIndexes.
@@ -29,8 +30,8 @@ struct CCatalogState {
   /// was built at another count is out of date.
   unsigned long changes = 0;
 
-  /// Whether a refresh is under way. One that begins meanwhile, from a message that a component of
-  /// another process lets through, must not touch any of this.
+  /// Whether a refresh is under way. One that begins meanwhile in the same apartment, from a
+  /// message that a component of another process lets through, must not touch any of this.
   bool isRefreshing = false;
 
   void ForgetGoneRecords() noexcept;

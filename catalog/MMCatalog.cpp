@@ -6,6 +6,8 @@
 #include "catalog/Refresh.h"
 #include "catalog/Repositories.h"
 #include "com/error/Raise.h"
+#include "com/frame/ApartmentGate.h"
+#include "com/frame/ApartmentPtr.h"
 #include "common/Bstr.h"
 #include "gallery/IniIndexes.h"
 #include "gallery/Siblings.h"
@@ -61,10 +63,12 @@ HRESULT CMMCatalog::Initialize() noexcept {
 }
 
 void CMMCatalog::RunRefresh() {
+  const CGatePass pass;
   CCatalogState& state = CCatalogState::Instance();
   if (!m_bInitialized || state.isRefreshing) {
     return;
   }
+  ReleaseReturnedReferences();
   const CRefreshMark mark(state);
   UpdateSources(state, CurrentSearchFolders());
   RecheckSources(state);
@@ -118,6 +122,7 @@ STDMETHODIMP CMMCatalog::get_Sources(IMMSources** sources) {
   return FillOut(sources, [&] {
     RequireModules();
     const auto collection = CComObject<CMMSources>::Create();
+    const CGatePass pass;
     int position = 0;
     for (const auto& [folder, source] : CCatalogState::Instance().sources) {
       const auto item = CComObject<CMMSource>::Create();
@@ -152,7 +157,9 @@ HRESULT CMMCatalog::Find(MakeQuery makeQuery, IMergeModules** modules, long* cou
     }
     *modules = nullptr;
     *count = 0;
-    const CModuleList matches = MatchModules(RequireModules(), makeQuery());
+    const ModuleQuery query = makeQuery();
+    const CGatePass pass;
+    const CModuleList matches = MatchModules(RequireModules(), query);
     *count = static_cast<long>(matches.Records().size());
     *modules = matches.NewReference();
     return S_OK;
@@ -185,6 +192,7 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
     modules->vt = VT_EMPTY;
     // Reading it may run a script's code, which may refresh the catalog.
     const ModuleQuery wanted = QueryOfArgument(query);
+    const CGatePass pass;
     const CModuleList matches = MatchModules(RequireModules(), wanted);
     GiveCount(static_cast<long>(matches.Records().size()), count);
     modules->pdispVal = matches.NewReference();

@@ -40,8 +40,9 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
   STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
 
  private:
-  /// Brings the list of modules up to date. Does nothing before Initialize has succeeded and while
-  /// another refresh is under way.
+  /// Brings the list of modules up to date. Waits for another apartment that is behind the
+  /// ApartmentGate. Does nothing before Initialize has succeeded and while another refresh of this
+  /// apartment is under way.
   void RunRefresh();
   std::vector<SearchFolder> CurrentSearchFolders();
 

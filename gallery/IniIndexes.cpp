@@ -1,8 +1,10 @@
 #include "gallery/IniIndexes.h"
 
+#include <optional>
 #include <utility>
 
 #include "com/error/Raise.h"
+#include "com/frame/ApartmentGate.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
 #include "gallery/IniFile.h"
@@ -33,6 +35,18 @@ void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* se
   }
 }
 
+/// Sets a flag at the end of its life, whether work succeeded or failed.
+class CCompletion {
+ public:
+  explicit CCompletion(std::atomic<bool>& flag) noexcept : m_flag(flag) {}
+  ~CCompletion() { m_flag = true; }
+  CCompletion(const CCompletion&) = delete;
+  CCompletion& operator=(const CCompletion&) = delete;
+
+ private:
+  std::atomic<bool>& m_flag;
+};
+
 }  // namespace
 
 CIniIndexes& CIniIndexes::Instance() {
@@ -41,9 +55,11 @@ CIniIndexes& CIniIndexes::Instance() {
 }
 
 void CIniIndexes::LoadOnce(IApplicationServices& services) {
+  const CGatePass pass;
   if (std::exchange(m_bLoaded, true)) {
     return;
   }
+  const CCompletion completion(m_bComplete);
   LoadModuleNames(AskServices(services, &IApplicationServices::get_ModuleIndexFolder));
   const CWideString fileIndexes = AskServices(services, &IApplicationServices::get_FileIndexFolder);
   LoadPlatformFileModules(fileIndexes);
@@ -51,6 +67,10 @@ void CIniIndexes::LoadOnce(IApplicationServices& services) {
 }
 
 bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
+  std::optional<CGatePass> pass;
+  if (!m_bComplete) {
+    pass.emplace();
+  }
   const auto found = m_moduleNames.find(key);
   if (found == m_moduleNames.end()) {
     return false;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <map>
 
 #include "gallery/Siblings.h"
@@ -8,7 +9,9 @@
 /// file. They are read from INI files once, and never cleared or read again. Keys are compared
 /// exactly.
 ///
-/// The tables carry no lock: they belong to the one apartment thread.
+/// They are read behind the ApartmentGate and stay as they are from then on, so that any apartment
+/// may use them: LookupModuleName waits for an apartment that is reading them, and who has called
+/// LoadOnce may use all tables.
 class CIniIndexes {
  public:
   using Table = std::map<CWideString, CWideString>;
@@ -40,6 +43,7 @@ class CIniIndexes {
   void LoadPlatformFileModules(const CWideString& folder);
 
   bool m_bLoaded = false;
+  std::atomic<bool> m_bComplete = false;  ///< whether the tables stay as they are
   Table m_moduleNames;
   Table m_fileModules;
   Table m_platformFileModules;

@@ -4,6 +4,7 @@
 
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
+#include "com/frame/ApartmentGate.h"
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
@@ -97,18 +98,20 @@ CWideString CMMGallery::GetIniPath() const {
 }
 
 CComPtr<IIniReader> CMMGallery::GetIni() {
-  if (!m_pIni && IsPlainFileName(m_strName)) {
+  const CGatePass pass;
+  if (!m_pIni.Get() && IsPlainFileName(m_strName)) {
     // A description that cannot be opened is as good as none.
     DropFailures([&] {
       const CWideString path = GetIniPath();
       if (IsFile(path)) {
         const CUniqueBstr text = MakeBstr(path);
-        m_pIni = CreateIniReader();
-        RaiseIfFailed(m_pIni->Load(text.Get()));
+        const CComPtr<IIniReader> reader = CreateIniReader();
+        m_pIni.Set(reader);
+        RaiseIfFailed(reader->Load(text.Get()));
       }
     });
   }
-  return m_pIni;
+  return m_pIni.Get();
 }
 
 CComPtr<IIniSection> CMMGallery::GetSection(const CWideString& section) {
@@ -247,6 +250,10 @@ void CMMGallery::GetDownloadFile(long index, BSTR* location, BSTR* mediaLocation
 }
 
 void CMMGallery::EnsureChecked() {
+  if (m_bChecked) {
+    return;
+  }
+  const CGatePass pass;
   if (!m_bChecked) {
     CheckPresence();
     m_bChecked = true;  // not after a failure: the next question checks again

@@ -1,11 +1,15 @@
 #pragma once
 
+#include <atomic>
+
+#include "com/frame/ApartmentPtr.h"
 #include "gallery/Siblings.h"
 
 /// What the object gallery says about one module: the record of its description, an INI file of the
 /// gallery folder. Base of every module record.
 ///
-/// The INI file is opened at the first question that needs it and kept open; a module without one
+/// The INI file is opened at the first question that needs it and kept open, for the apartment that
+/// asked last; a module without one
 /// is present and needs no download. Whether the module is present is checked once, at the first
 /// question. Failures are raised: those of the application services, and those of the INI reader
 /// after it has opened the file. A file that is missing or cannot be opened is no failure; it reads
@@ -82,7 +86,7 @@ class CMMGallery {
   CWideString m_strLocalVersion;
   VARIANT_BOOL m_bPresent = VARIANT_TRUE;
   VARIANT_BOOL m_bNeedsDownload = VARIANT_FALSE;
-  bool m_bChecked = false;
-  CComPtr<IIniReader> m_pIni;
+  std::atomic<bool> m_bChecked = false;
+  CApartmentPtr<IIniReader> m_pIni;
   CWideString m_strLocalPath;
 };

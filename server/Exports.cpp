@@ -1,4 +1,5 @@
 #include "com/error/ErrorHandler.h"
+#include "com/frame/ApartmentPtr.h"
 #include "com/frame/ComModule.h"
 #include "com/frame/ModuleLock.h"
 #include "com/frame/Registrar.h"
@@ -34,6 +35,7 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 STDAPI DllCanUnloadNow() {
   if (ModuleLock::Count() == 0) {
     ForgetLastTables();
+    ReleaseReturnedReferences();
     UnloadIdleSiblings();
   }
   // Asked after the siblings, whose code may have made an object meanwhile.

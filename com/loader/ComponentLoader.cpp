@@ -4,6 +4,7 @@
 
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
+#include "com/frame/ApartmentGate.h"
 #include "com/frame/ComModule.h"
 #include "com/frame/ModulePath.h"
 #include "common/ModuleLifetime.h"
@@ -161,6 +162,7 @@ HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, D
 }
 
 void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
+  const CGatePass pass;
   DWORD code = ERROR_SUCCESS;
   HMODULE module = Loaded(dll);
   if (!module) {
@@ -182,6 +184,7 @@ void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
 }
 
 void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, void** out) {
+  const CGatePass pass;
   DWORD code = ERROR_SUCCESS;
   HMODULE module = Loaded(dll);
   if (!module) {
@@ -216,6 +219,10 @@ void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, vo
 }
 
 void CComponentLoader::UnloadIdle() noexcept {
+  ApartmentGate& gate = ApartmentGate::Instance();
+  if (!gate.TryEnter()) {
+    return;
+  }
   for (auto entry = m_loaded.begin(); entry != m_loaded.end();) {
     const auto canUnload = ExportOf<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
     if (canUnload && canUnload() == S_OK) {
@@ -225,4 +232,5 @@ void CComponentLoader::UnloadIdle() noexcept {
       ++entry;
     }
   }
+  gate.Leave();
 }

@@ -9,7 +9,8 @@
 /// around the server, and creates objects from them. Nothing is loaded from the current folder or
 /// the search path.
 ///
-/// Failures are raised, with a description that begins with the DLL's name.
+/// Failures are raised, with a description that begins with the DLL's name. Works behind the
+/// ApartmentGate: loading changes the current folder of the process.
 class CComponentLoader {
  public:
   /// Looks around `serverFolder`, the folder of the server's own file, and in the product's folder
@@ -41,7 +42,8 @@ class CComponentLoader {
     return object;
   }
 
-  /// Frees every loaded DLL whose DllCanUnloadNow answers S_OK; one without that export stays.
+  /// Frees every loaded DLL whose DllCanUnloadNow answers S_OK; one without that export stays. Does
+  /// nothing while another apartment is behind the gate.
   void UnloadIdle() noexcept;
 
  private:

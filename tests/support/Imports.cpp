@@ -1,6 +1,7 @@
 #include "tests/support/Imports.h"
 
 #include <algorithm>
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
 #include <map>
@@ -9,10 +10,12 @@
 #include <string_view>
 #include <type_traits>
 
+#include "common/ExclusiveLock.h"
 #include "msidb/MsiHandle.h"
 
 namespace {
 
+SRWLOCK s_lock = SRWLOCK_INIT;  ///< the server may be called by several threads
 FaultKind s_kind;
 int s_callsUntilFault = 0;
 const char* s_failed = nullptr;
@@ -26,13 +29,14 @@ struct FixedAnswer {
   int passedOn;
 };
 std::vector<FixedAnswer> s_answers;
-int s_heapBlocks = 0;
-int s_fileSearches = 0;
+std::atomic<int> s_heapBlocks = 0;
+std::atomic<int> s_fileSearches = 0;
 std::set<HANDLE> s_openFiles;
 std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replaces them
 
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
+  const CExclusiveLock lock(s_lock);
   ++s_calls[name];
   if (s_log.size() < s_log.capacity()) {
     s_log.push_back(name);
@@ -137,6 +141,7 @@ HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
   }
   HANDLE file = ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
   if (file != INVALID_HANDLE_VALUE) {
+    const CExclusiveLock lock(s_lock);
     s_openFiles.insert(file);
   }
   return file;
@@ -161,7 +166,11 @@ BOOL WINAPI ReadLess(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAP
   return ReadSome(file, bytes, isShort ? count / 2 : count, read, place);
 }
 BOOL WINAPI CloseFile(HANDLE file) {
-  s_openFiles.erase(file);
+  {
+    // Before it is closed: another thread may be given the same handle.
+    const CExclusiveLock lock(s_lock);
+    s_openFiles.erase(file);
+  }
   return ::CloseHandle(file);
 }
 

@@ -1,0 +1,120 @@
+#include "com/frame/ApartmentGate.h"
+
+#include <utility>
+
+#include "com/error/Raise.h"
+#include "common/ExclusiveLock.h"
+#include "common/UniqueHandle.h"
+
+namespace {
+
+struct EventTraits {
+  using Handle = HANDLE;
+  static constexpr Handle None() noexcept { return nullptr; }
+  static void Close(Handle event) noexcept { ::CloseHandle(event); }
+};
+
+ApartmentGate theGate;
+
+}  // namespace
+
+/// A thread that waits; it may have several, each within a call that came in while it waited in the
+/// one before.
+struct ApartmentGate::Waiter {
+  const DWORD thread = ::GetCurrentThreadId();
+  const CUniqueHandle<EventTraits> event{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+  bool isAdmitted = false;
+  Waiter* next = nullptr;
+};
+
+ApartmentGate& ApartmentGate::Instance() noexcept { return theGate; }
+
+bool ApartmentGate::TryEnter() noexcept {
+  const DWORD thread = ::GetCurrentThreadId();
+  const CExclusiveLock lock(m_lock);
+  if (m_owner != 0 && m_owner != thread) {
+    return false;
+  }
+  m_owner = thread;
+  ++m_depth;
+  return true;
+}
+
+void ApartmentGate::Enter() {
+  if (TryEnter()) {
+    return;
+  }
+  Waiter waiter;
+  if (!waiter.event) {
+    RaiseLastError();
+  }
+  {
+    const CExclusiveLock lock(m_lock);
+    if (m_owner == 0) {
+      m_owner = waiter.thread;
+      m_depth = 1;
+      return;
+    }
+    Append(waiter);
+  }
+  if (!Wait(waiter)) {
+    Raise(com_exception(HRESULT_FROM_WIN32(ERROR_TIMEOUT),
+                        CWideString::Format(L"Another thread of this process has been using the "
+                                            L"catalog for more than %u seconds.",
+                                            static_cast<unsigned>(m_limit / 1000))));
+  }
+}
+
+/// False if the waiter was not admitted in time.
+bool ApartmentGate::Wait(Waiter& waiter) {
+  HANDLE event = waiter.event.Get();
+  DWORD index = 0;
+  const HRESULT hr = ::CoWaitForMultipleHandles(0, m_limit, 1, &event, &index);
+  if (FAILED(hr) && hr != RPC_S_CALLPENDING) {
+    ::WaitForSingleObject(event, m_limit);  // a thread without an apartment gets no calls
+  }
+  const CExclusiveLock lock(m_lock);
+  if (!waiter.isAdmitted) {
+    Remove(waiter);
+  }
+  return waiter.isAdmitted;
+}
+
+void ApartmentGate::Leave() noexcept {
+  const CExclusiveLock lock(m_lock);
+  if (--m_depth > 0) {
+    return;
+  }
+  m_owner = 0;
+  if (!m_first) {
+    return;
+  }
+  // Of the waiters of the thread whose turn it is only the last one is awake.
+  Waiter* admitted = m_first;
+  for (Waiter* waiter = m_first; waiter; waiter = waiter->next) {
+    if (waiter->thread == m_first->thread) {
+      admitted = waiter;
+    }
+  }
+  Remove(*admitted);
+  admitted->isAdmitted = true;
+  m_owner = admitted->thread;
+  m_depth = 1;
+  ::SetEvent(admitted->event.Get());
+}
+
+void ApartmentGate::Append(Waiter& waiter) noexcept {
+  Waiter** end = &m_first;
+  while (*end) {
+    end = &(*end)->next;
+  }
+  *end = &waiter;
+}
+
+void ApartmentGate::Remove(Waiter& waiter) noexcept {
+  Waiter** link = &m_first;
+  while (*link != &waiter) {
+    link = &(*link)->next;
+  }
+  *link = std::exchange(waiter.next, nullptr);
+}

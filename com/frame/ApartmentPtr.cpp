@@ -1,0 +1,58 @@
+#include "com/frame/ApartmentPtr.h"
+
+#include "common/ExclusiveLock.h"
+#include "common/UniqueHandle.h"
+
+namespace {
+
+struct ThreadTraits {
+  using Handle = HANDLE;
+  static constexpr Handle None() noexcept { return nullptr; }
+  static void Close(Handle thread) noexcept { ::CloseHandle(thread); }
+};
+
+SRWLOCK theLock = SRWLOCK_INIT;
+ApartmentReference* theReturned = nullptr;
+
+/// Whether the calling thread may release an object of `thread`.
+bool MayRelease(DWORD thread) noexcept {
+  if (thread == ::GetCurrentThreadId()) {
+    return true;
+  }
+  const CUniqueHandle<ThreadTraits> owner(::OpenThread(SYNCHRONIZE, FALSE, thread));
+  return !owner || ::WaitForSingleObject(owner.Get(), 0) == WAIT_OBJECT_0;
+}
+
+void Release(ApartmentReference* reference) noexcept {
+  reference->object->Release();
+  delete reference;
+}
+
+}  // namespace
+
+void ReturnReference(ApartmentReference* reference) noexcept {
+  if (!reference) {
+    return;
+  }
+  if (MayRelease(reference->thread)) {
+    Release(reference);
+    return;
+  }
+  const CExclusiveLock lock(theLock);
+  reference->next = theReturned;
+  theReturned = reference;
+}
+
+void ReleaseReturnedReferences() noexcept {
+  ApartmentReference* returned = nullptr;
+  {
+    const CExclusiveLock lock(theLock);
+    returned = theReturned;
+    theReturned = nullptr;
+  }
+  while (returned) {
+    ApartmentReference* const next = returned->next;
+    ReturnReference(returned);
+    returned = next;
+  }
+}
