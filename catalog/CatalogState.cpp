@@ -10,6 +10,7 @@ CCatalogState& CCatalogState::Instance() {
 }
 
 void CCatalogState::ForgetGoneRecords() noexcept {
+  keys.Clear();
   records.erase(std::remove_if(records.begin(), records.end(),
                                [](const auto& record) { return record.expired(); }),
                 records.end());

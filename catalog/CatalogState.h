@@ -4,6 +4,7 @@
 #include <memory>
 #include <vector>
 
+#include "catalog/KeyTable.h"
 #include "catalog/Source.h"
 
 /// What all catalogs of the process share, from the first one's creation until the DLL is unloaded.
@@ -26,6 +27,9 @@ struct CCatalogState {
   /// Every record made so far, but for those that nobody held any more at ForgetGoneRecords.
   std::vector<std::weak_ptr<CCacheMSM>> records;
 
+  /// The keys "ID:version" of `records`.
+  CKeyTable keys;
+
   /// How often the sources or one of their folders were seen to have changed. A catalog whose list
   /// was built at another count is out of date.
   unsigned long changes = 0;
@@ -34,6 +38,7 @@ struct CCatalogState {
   /// message that a component of another process lets through, must not touch any of this.
   bool isRefreshing = false;
 
+  /// To be called whenever records were made.
   void ForgetGoneRecords() noexcept;
 
   /// Counts a change, and has all records compared with their files before they are listed again.

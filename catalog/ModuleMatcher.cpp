@@ -1,5 +1,13 @@
 #include "catalog/ModuleMatcher.h"
 
+#include <windows.h>
+
+#include <array>
+#include <initializer_list>
+#include <optional>
+#include <string>
+
+#include "catalog/CatalogState.h"
 #include "common/Bstr.h"
 #include "common/IgnoringCase.h"
 
@@ -15,6 +23,42 @@ bool Matches(const CCacheMSM& record, const ModuleQuery& query) {
          (query.language.empty() || HasLanguage(record, query.language)) &&
          (query.version.empty() || EqualsIgnoringCase(record.Version(), query.version));
 }
+
+std::wstring LowerCaseKey(std::initializer_list<std::wstring_view> parts) {
+  std::wstring key;
+  for (const std::wstring_view part : parts) {
+    key += part;
+  }
+  ::CharLowerW(key.data());
+  return key;
+}
+
+/// The keys under which a match is looked up in the table of the process: its own, and those of the
+/// same module for processors of 64 bits.
+class LookupKeys {
+ public:
+  explicit LookupKeys(const ModuleQuery& query)
+      : m_keys{LowerCaseKey({query.moduleId, L":", VersionOf(query)}),
+               LowerCaseKey({query.moduleId, L":", VersionOf(query), L"x64"}),
+               LowerCaseKey({query.moduleId, L":i64"})} {}
+
+  /// Whether the process has read a module of one of these keys. The match stays one either way.
+  bool AreKnown(CCatalogState& state) const {
+    bool known = false;
+    for (const std::wstring& key : m_keys) {
+      known = state.keys.Contains(key, state.records) || known;
+    }
+    return known;
+  }
+
+ private:
+  static std::wstring_view VersionOf(const ModuleQuery& query) noexcept {
+    const std::wstring_view version = query.version;
+    return version.empty() ? L"0" : version;
+  }
+
+  std::array<std::wstring, 3> m_keys;
+};
 
 }  // namespace
 
@@ -32,8 +76,13 @@ ModuleQuery QueryOfKey(BSTR key, BSTR version) {
 
 CModuleList MatchModules(const CModuleList& modules, const ModuleQuery& query) {
   CModuleList matches(0);
+  std::optional<LookupKeys> keys;
   for (const auto& record : modules.Records()) {
     if (Matches(*record, query)) {
+      if (!keys) {
+        keys.emplace(query);
+      }
+      keys->AreKnown(CCatalogState::Instance());
       matches.Add(record);
     }
   }

@@ -13,5 +13,6 @@ struct ModuleQuery {
 /// empty.
 ModuleQuery QueryOfKey(BSTR key, BSTR version);
 
-/// The modules of `modules` that answer the query, in their order and as new objects.
+/// The modules of `modules` that answer the query, in their order and as new objects. The caller is
+/// behind the ApartmentGate: each match is looked up in the key table of the process.
 CModuleList MatchModules(const CModuleList& modules, const ModuleQuery& query);
