@@ -208,6 +208,7 @@ TEST_F(CatalogFaultTest, Queries) {
 
 TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
   SetSearchPath(L"*a,*b");
+  ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"gallery").c_str());
   for (const wchar_t* const name : {L"1", L"2", L"3"}) {
     WriteDescription(name, std::string("Described") + static_cast<char>(*name));
   }
@@ -225,7 +226,7 @@ TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
     FailNoCall();
     blocks.push_back(HeapBlocks());
   }
-  EXPECT_EQ(blocks[0], blocks[3]);
+  EXPECT_EQ(blocks[1], blocks[3]) << "the first one replaces records that catalogs still list";
 }
 
 /// Module files come, go and change at random, and two catalogs of which one is made anew now and
