@@ -9,11 +9,11 @@
 /// gallery folder. Base of every module record.
 ///
 /// The INI file is opened at the first question that needs it and kept open, for the apartment that
-/// asked last; a module without one
-/// is present and needs no download. Whether the module is present is checked once, at the first
-/// question. Failures are raised: those of the application services, and those of the INI reader
-/// after it has opened the file. A file that is missing or cannot be opened is no failure; it reads
-/// as empty.
+/// asked last; a module without one is present and needs no download. Whether the module is present
+/// is checked once, at the first question. Failures are raised: those of the application services,
+/// and those of the INI reader after it has opened the file. A file that is missing or cannot be
+/// opened is no failure; it reads as empty. Apartments that share a record ask behind the
+/// ApartmentGate.
 class CMMGallery {
  public:
   CMMGallery() noexcept = default;

@@ -1,6 +1,11 @@
 #include "module/MergeModule.h"
 
+#include <shlwapi.h>
+
+#include <optional>
+
 #include "com/error/Raise.h"
+#include "com/frame/ApartmentGate.h"
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "gallery/MMGalleryDownloadFileCaskel.h"
@@ -33,6 +38,16 @@ void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCas
   const auto file = CComObject<CMMGalleryDownloadFileCaskel>::Create();
   file->Init(location.Get(), mediaLocation.Get(), internetLocation.Get(), fileSize, checkSum.Get());
   files.Add(CWideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
+}
+
+/// The full path of a module to open. The current folder is that of the process, and another one
+/// while an apartment behind the gate loads a sibling.
+CWideString FullPathOf(BSTR path) {
+  std::optional<CGatePass> pass;
+  if (path && ::PathIsRelativeW(path)) {
+    pass.emplace();
+  }
+  return FullPath(path);
 }
 
 VARIANT_BOOL ToVariantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
@@ -135,7 +150,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
-    record->InitFromModule(FullPath(path), CWideString());
+    record->InitFromModule(FullPathOf(path), CWideString());
     return S_OK;
   });
 }

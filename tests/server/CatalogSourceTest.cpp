@@ -3,6 +3,7 @@
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogTest.h"
+#include "tests/support/Imports.h"
 
 namespace {
 
@@ -82,6 +83,13 @@ std::wstring ShortPath(const std::wstring& path) {
   return names;
 }
 
+int s_questionsForLongNames = 0;
+
+DWORD WINAPI GetLongNames(const wchar_t* path, wchar_t* names, DWORD size) {
+  ++s_questionsForLongNames;
+  return ::GetLongPathNameW(path, names, size);
+}
+
 TEST_F(CatalogSourceTest, CatalogsThatSpellAFolderDifferentlyShareItsList) {
   const std::wstring folder = m_folder / L"one of many modules";
   WriteModule(L"one of many modules\\1.msm", "One");
@@ -106,10 +114,13 @@ TEST_F(CatalogSourceTest, CatalogsThatSpellAFolderDifferentlyShareItsList) {
     }
   }
   const int opened = FilesOpened();
+  EXPECT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", "GetLongPathNameW",
+                            reinterpret_cast<void*>(&GetLongNames)));
   for (size_t i = 0; i < catalogs.size(); ++i) {
     EXPECT_EQ(lists[i].Get(), ModulesOf(catalogs[i].Get()).Get()) << i;
   }
   EXPECT_EQ(opened, FilesOpened());
+  EXPECT_EQ(0, s_questionsForLongNames) << "the file system was asked again";
   ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", nullptr);
   lists.clear();
   catalogs.clear();
