@@ -17,6 +17,7 @@ class ApartmentGate {
   constexpr explicit ApartmentGate(DWORD limit = kLimit) noexcept : m_limit(limit) {}
   ApartmentGate(const ApartmentGate&) = delete;
   ApartmentGate& operator=(const ApartmentGate&) = delete;
+  ~ApartmentGate() = default;
 
   /// The gate of this DLL.
   static ApartmentGate& Instance() noexcept;

@@ -20,6 +20,9 @@ std::thread StartApartment(std::function<void()> work) {
 
 class Event {
  public:
+  Event() = default;
+  Event(const Event&) = delete;
+  Event& operator=(const Event&) = delete;
   ~Event() { ::CloseHandle(m_event); }
   void Set() const { ::SetEvent(m_event); }
   void Wait() const { EXPECT_EQ(WAIT_OBJECT_0, ::WaitForSingleObject(m_event, 10000)); }

@@ -63,7 +63,7 @@ TEST_F(CatalogSourceTest, FoldersAreKnownByTheirFullPathsInAnySpelling) {
       {L"Q:\\,*one,Q:\\x\\",
        L"*one;*one;*one;False;One:1033|Q:\\;Q:\\;Q:\\;False;|"
        L"Q:\\x\\;Q:\\x;Q:\\x;False;|"},
-      {L" , ", L""},
+      {L" , ,\\\\", L""},
   };
   for (const auto& [path, sources] : cases) {
     SCOPED_TRACE(PrintToString(std::wstring(path)));
