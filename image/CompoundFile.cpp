@@ -16,6 +16,8 @@ namespace {
 constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kPageSize = 16384;
 constexpr std::size_t kMostPages = 6;
+// Parts of a database are far smaller. One that is not would fill the memory of its reader.
+constexpr std::uint64_t kMostAtOnce = 256 << 20;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
 // Streams of this size and more have whole sectors.
@@ -274,9 +276,6 @@ void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::si
 /// are read at once.
 Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
                                 std::uint64_t size) {
-  if (size > PTRDIFF_MAX) {
-    throw std::bad_alloc();  // a 32-bit process has no room for it
-  }
   Bytes bytes(static_cast<std::size_t>(size));
   std::size_t done = 0;
   for (std::size_t first = 0; first < offsets.size();) {
@@ -293,6 +292,10 @@ Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::
 }
 
 Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size) {
+  if (size > kMostAtOnce) {
+    Refuse(DamagedPart::Structure, "The directory or the mini stream's allocation table has ", size,
+           " bytes, and ", kMostAtOnce, " are read at most.");
+  }
   std::vector<std::uint64_t> offsets;
   offsets.reserve(sectors.size());
   for (const std::uint32_t sector : sectors) {
@@ -427,6 +430,9 @@ std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view
 Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& subject) {
   if (stream.size > m_source.Size()) {
     Refuse(part, subject, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
+  }
+  if (stream.size > kMostAtOnce) {
+    Refuse(part, subject, " has ", stream.size, " bytes, and ", kMostAtOnce, " are read at most.");
   }
   if (stream.size == 0) {
     return {};

@@ -150,6 +150,14 @@ void Database::ReadDefinitions() {
 void Database::OrderTables() {
   std::vector<std::size_t> positions(m_tables.size());
   std::iota(positions.begin(), positions.end(), std::size_t{0});
+  // By their numbers first: a long name that many rows share would be compared again and again.
+  std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    return std::pair(m_tables[a], a) < std::pair(m_tables[b], b);
+  });
+  const auto isSameString = [&](std::size_t a, std::size_t b) {
+    return m_tables[a] == m_tables[b];
+  };
+  positions.erase(std::unique(positions.begin(), positions.end(), isSameString), positions.end());
   const auto textAt = [&](std::size_t position) { return m_strings.Text(m_tables[position]); };
   std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
     return std::pair(textAt(a), a) < std::pair(textAt(b), b);
@@ -257,6 +265,12 @@ std::optional<SummaryInformation> Database::ReadSummary() {
   const auto stream = m_file.FindStream(kSummaryName);
   if (!stream) {
     return std::nullopt;
+  }
+  // Its texts are kept with the module, each as often as a property names it.
+  constexpr std::uint64_t kMost = 1 << 20;
+  if (stream->size > kMost) {
+    Refuse(DamagedPart::Summary, "The summary information has ", stream->size, " bytes, and ",
+           kMost, " are read at most.");
   }
   return SummaryInformation(m_file.Read(*stream, DamagedPart::Summary, "The summary information"));
 }

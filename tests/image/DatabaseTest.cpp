@@ -444,6 +444,25 @@ TEST(Database, FollowsTheStreamsThatNobodyReads) {
   }
 }
 
+// Many rows that share one long name take no time that anybody notices.
+TEST(Database, ReadsATableOfTablesThatRepeatsALongName) {
+  const std::string name(400000, 'n');
+  DatabaseImage image;
+  image.tables.push_back({name, {{"K", kKey | kShort}}, {}});
+  std::vector<Stream> streams = WriteDatabase(image);
+  for (Stream& stream : streams) {
+    if (stream.name == TableStream("_Tables")) {
+      const Bytes row = stream.bytes;
+      for (int i = 0; i < 50000; ++i) {
+        stream.bytes.insert(stream.bytes.end(), row.begin(), row.end());
+      }
+    }
+  }
+  MemorySource source = WriteCompoundFile(std::move(streams)).Source();
+  const Database database(source);
+  EXPECT_TRUE(database.HasTable(name));
+}
+
 TEST(Database, SaysWhichKindItDoesNotKnow) {
   CompoundFileImage image = Write(Sample());
   Header(0x1A, 2, 5)(image);
