@@ -48,7 +48,9 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   LARGE_INTEGER place;
   place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD read = 0;
-  if ((offset != m_position && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
+  const bool isInPlace = offset == m_position;
+  m_position = kNowhere;  // after a failure nobody knows it
+  if ((!isInPlace && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
       !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
     throw FileFailure{::GetLastError(), {}};
   }

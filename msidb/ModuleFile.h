@@ -41,9 +41,11 @@ class ModuleFile final : public qm::image::ByteSource {
  private:
   FileStamp GetStamp() const;
 
+  static constexpr std::uint64_t kNowhere = UINT64_MAX;
+
   CUniqueFile m_file;
   FileStamp m_stamp;
-  std::uint64_t m_position = 0;  ///< where the next read begins if nothing is said
+  std::uint64_t m_position = 0;  ///< where the file stands, or kNowhere
 };
 
 }  // namespace msidb
