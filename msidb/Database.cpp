@@ -8,7 +8,12 @@ Database Database::OpenReadOnly(const CWideString& path) { return Open(path, MSI
 
 Database Database::Open(const CWideString& path, const wchar_t* persist) {
   if (path.length() >= MAX_PATH) {  // some installers copy it to their stack without counting
-    ReportInstallerResult(ERROR_FILENAME_EXCED_RANGE, L"MsiOpenDatabase", path.c_str());
+    RaiseFileFailure(ERROR_FILENAME_EXCED_RANGE, {}, L"MsiOpenDatabase", path.c_str());
+  }
+  // Loaded at the first call of one of its functions, where nobody could handle that it is missing.
+  static const HMODULE installer = ::LoadLibraryW(L"msi.dll");
+  if (!installer) {
+    RaiseFileFailure(ERROR_MOD_NOT_FOUND, {}, L"MsiOpenDatabase", path.c_str());
   }
   CMsiHandle handle;
   ReportInstallerResult(::MsiOpenDatabaseW(path.c_str(), persist, handle.Put()), L"MsiOpenDatabase",

@@ -8,7 +8,7 @@ namespace msidb {
 
 void TableRows::RequireFields(UINT count, const wchar_t* table) const {
   if (FieldCount() < count) {
-    ReportInstallerResult(ERROR_INVALID_TABLE, L"MsiRecordGetFieldCount", table);
+    RaiseFileFailure(ERROR_INVALID_TABLE, {}, L"MsiRecordGetFieldCount", table);
   }
 }
 
