@@ -34,7 +34,7 @@ class DirectoryWalk {
     if (!m_visited.insert(rowKey).second) {
       return ERROR_SUCCESS;
     }
-    if (m_visited.size() > kMostDirectories) {
+    if (m_visited.size() > kMostDirectories || m_path.length() > kLongestPath) {
       return ERROR_MORE_DATA;
     }
     const CWideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
@@ -52,9 +52,11 @@ class DirectoryWalk {
   UINT TakeOwnFolder(const DirectoryRow& row, const CWideString& key) {
     CWideString name =
         SplitDefaultDir(row.defaultDir, m_options.useSourcePart, m_options.useShortName);
-    const bool isRoot = qm::text::CompareFolded(name, L"SOURCEDIR") == 0;
-    if (isRoot && !LookupProperty(m_table, key, name)) {
-      return ERROR_SUCCESS;
+    if (qm::text::CompareFolded(name, L"SOURCEDIR") == 0) {
+      if (!LookupProperty(m_table, key, name)) {
+        return ERROR_SUCCESS;
+      }
+      m_fromProperty = true;
     }
     if (BeginsWithDot(name)) {
       if (m_options.resolveDotFolders && !m_options.useSourcePart) {
@@ -63,7 +65,7 @@ class DirectoryWalk {
       name = Reference(key);
     }
     Prepend(name, false);
-    m_atEnd = isRoot;
+    m_atEnd = m_fromProperty;
     return ERROR_SUCCESS;
   }
 
@@ -103,6 +105,8 @@ class DirectoryWalk {
   const DirectoryOptions& m_options;
   CWideString& m_path;
   std::set<CWideString> m_visited;
+  bool m_fromProperty =
+      false;  ///< whether a property gave a folder its name; the next one ends the walk
   bool m_atEnd = false;
 };
 
@@ -126,8 +130,9 @@ UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, C
 CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
                                  const DirectoryOptions& options) {
   CWideString path;
-  ReportInstallerResult(ResolveDirectoryPath(table, key, path, options), L"ResolveDirectoryPath",
-                        key.c_str());
+  if (const UINT code = ResolveDirectoryPath(table, key, path, options)) {
+    RaiseFileFailure(code, {}, L"ResolveDirectoryPath", key.c_str());
+  }
   return path;
 }
 

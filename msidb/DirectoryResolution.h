@@ -30,6 +30,9 @@ constexpr DirectoryOptions kTableScan{false, false, true, true};
 /// long chain would take the square of the table's size.
 constexpr std::size_t kMostDirectories = 1000;
 
+/// The system has no longer path, in characters.
+constexpr std::size_t kLongestPath = 32767;
+
 /// Paths of directories by their keys of the Directory table.
 using DirectoryPaths = std::map<CWideString, CWideString>;
 
@@ -38,8 +41,8 @@ using DirectoryPaths = std::map<CWideString, CWideString>;
 /// path.
 ///
 /// Returns ERROR_SUCCESS, or ERROR_MORE_DATA for a name that is longer than the 259 characters of a
-/// path or for more than kMostDirectories rows; `path` then holds what was built so far. Failures
-/// to read a table are raised.
+/// path or for more than kMostDirectories rows or kLongestPath characters; `path` then holds what
+/// was built so far. Failures to read a table are raised.
 UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
                           const DirectoryOptions& options);
 
