@@ -101,9 +101,11 @@ void CCacheMSM::ReadSignature(const ModuleDatabase& database) {
   const auto rows = database.ReadTable(L"ModuleSignature");
   if (rows->Next()) {
     rows->RequireFields(3, L"ModuleSignature");
-    m_nLanguage = rows->GetInteger(2);
-    m_strModuleID = rows->GetString(1);
+    const int language = rows->GetInteger(2);
+    const CWideString id = rows->GetString(1);
     m_strVersion = rows->GetString(3);
+    m_nLanguage = language;
+    m_strModuleID = id;
   }
   m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
 }

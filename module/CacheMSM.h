@@ -98,8 +98,7 @@ class CCacheMSM : public CMMGallery {
   /// A table, which `load` reads at the first call. That call raises the kept failure of a file
   /// that could not be read.
   template <class List>
-  const List& ReadOnce(List Tables::*list, bool Tables::*isRead,
-                       void (CCacheMSM::*load)());
+  const List& ReadOnce(List Tables::*list, bool Tables::*isRead, void (CCacheMSM::*load)());
 
   void ReadSignature(const msidb::ModuleDatabase& database);
   void ReadSummary(msidb::ModuleDatabase& database);
