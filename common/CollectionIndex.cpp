@@ -1,7 +1,5 @@
 #include "common/CollectionIndex.h"
 
-#include <new>
-
 #include "common/Bstr.h"
 
 namespace {
@@ -50,12 +48,7 @@ void CCollectionIndex::Take(const VARIANT& index) {
       break;
     default: {
       // The source is read only; the function's parameter just does not say so.
-      const HRESULT hr =
-          ::VariantChangeType(&m_converted, const_cast<VARIANT*>(&index), 0, VT_BSTR);
-      if (hr == E_OUTOFMEMORY) {
-        throw std::bad_alloc();
-      }
-      if (SUCCEEDED(hr)) {
+      if (SUCCEEDED(::VariantChangeType(&m_converted, const_cast<VARIANT*>(&index), 0, VT_BSTR))) {
         TakeText(m_converted.bstrVal);
       }
     }

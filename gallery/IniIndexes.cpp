@@ -30,7 +30,8 @@ void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* se
   const long count = CountOf(*keys);
   for (long position = 1; position <= count; ++position) {
     if (const CComPtr<IIniKey> key = FindKey(*keys, position)) {
-      table.insert_or_assign(NameOf(*key), ValueOf(*key));
+      const CWideString name = NameOf(*key);
+      table.insert_or_assign(name, ValueOf(*key));
     }
   }
 }

@@ -40,11 +40,20 @@ void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCas
   files.Add(CWideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
 }
 
+/// Whether a path means the same in every current folder, as "\dir" and "C:dir" do not.
+bool IsFullPath(std::wstring_view path) noexcept {
+  const auto isSeparator = [](wchar_t character) {
+    return character == L'\\' || character == L'/';
+  };
+  return path.size() > 2 && isSeparator(path[path[1] == L':' ? 2 : 1]) &&
+         (path[1] == L':' || isSeparator(path[0]));
+}
+
 /// The full path of a module to open. The current folder is that of the process, and another one
 /// while an apartment behind the gate loads a sibling.
 CWideString FullPathOf(BSTR path) {
   std::optional<CGatePass> pass;
-  if (path && ::PathIsRelativeW(path)) {
+  if (!IsFullPath(ViewOf(path))) {
     pass.emplace();
   }
   return FullPath(path);
@@ -142,14 +151,14 @@ STDMETHODIMP CMergeModule::get_DisplayName(BSTR* value) {
 
 STDMETHODIMP CMergeModule::Open(BSTR path) {
   return MethodBoundary([&] {
-    if (ViewOf(path).find(L'\0') != std::wstring_view::npos) {
-      // The installer would open the file that the text before it names.
-      Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
-    }
     // The new record is in place before it is filled: after a failure the object answers with what
     // could be read, and not with the module that it held before.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
+    if (ViewOf(path).find(L'\0') != std::wstring_view::npos) {
+      // The installer would open the file that the text before it names.
+      Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
+    }
     record->InitFromModule(FullPathOf(path), CWideString());
     return S_OK;
   });

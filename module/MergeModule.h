@@ -66,5 +66,7 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
   template <class Item, class Collection, class List, class Interface>
   HRESULT GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept;
 
+  /// A record of the catalog, or the one that Open made: shared ownership makes no difference
+  /// between them.
   std::shared_ptr<CCacheMSM> m_pCache;
 };
