@@ -100,14 +100,20 @@ CWideString CMMGallery::GetIniPath() const {
 CComPtr<IIniReader> CMMGallery::GetIni() {
   const CGatePass pass;
   if (!m_pIni.Get() && IsPlainFileName(m_strName)) {
+    ReleaseReturnedReferences();  // of readers that this thread made and another replaced
     // A description that cannot be opened is as good as none.
     DropFailures([&] {
       const CWideString path = GetIniPath();
       if (IsFile(path)) {
         const CUniqueBstr text = MakeBstr(path);
         const CComPtr<IIniReader> reader = CreateIniReader();
-        m_pIni.Set(reader);
-        RaiseIfFailed(reader->Load(text.Get()));
+        if (m_pIni.IsSet()) {  // what another apartment has read is not given up for a failure
+          RaiseIfFailed(reader->Load(text.Get()));
+          m_pIni.Set(reader);
+        } else {
+          m_pIni.Set(reader);
+          RaiseIfFailed(reader->Load(text.Get()));
+        }
       }
     });
   }

@@ -1,5 +1,4 @@
 #include "com/error/ErrorHandler.h"
-#include "com/frame/ApartmentPtr.h"
 #include "com/frame/ComModule.h"
 #include "com/frame/ModuleLock.h"
 #include "com/frame/Registrar.h"
@@ -35,7 +34,6 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 STDAPI DllCanUnloadNow() {
   if (ModuleLock::Count() == 0) {
     ForgetLastTables();
-    ReleaseReturnedReferences();
     UnloadIdleSiblings();
   }
   // Asked after the siblings, whose code may have made an object meanwhile.

@@ -59,7 +59,7 @@ void ApartmentGate::Enter() {
   }
   if (!Wait(waiter)) {
     Raise(com_exception(HRESULT_FROM_WIN32(ERROR_TIMEOUT),
-                        CWideString::Format(L"Another thread of this process has been using the "
+                        CWideString::Format(L"Other threads of this process have been using the "
                                             L"catalog for more than %u seconds.",
                                             static_cast<unsigned>(m_limit / 1000))));
   }
@@ -70,9 +70,10 @@ bool ApartmentGate::Wait(Waiter& waiter) {
   HANDLE event = waiter.event.Get();
   DWORD index = 0;
   const HRESULT hr = ::CoWaitForMultipleHandles(0, m_limit, 1, &event, &index);
-  if (FAILED(hr) && hr != RPC_S_CALLPENDING) {
+  if (hr == CO_E_NOTINITIALIZED) {
     ::WaitForSingleObject(event, m_limit);  // a thread without an apartment gets no calls
   }
+  ::SetErrorInfo(0, nullptr);  // a call that came in may have left one
   const CExclusiveLock lock(m_lock);
   if (!waiter.isAdmitted) {
     Remove(waiter);

@@ -8,7 +8,8 @@
 /// Passing is a matter of ownership and no lock: the owner may call any object, and pass again in a
 /// call that comes in meanwhile. Whoever has to wait dispatches COM calls to its apartment, so that
 /// an owner that calls an object there goes on. Waiting threads get their turn in the order in
-/// which they came.
+/// which they came. A thread whose turn comes while a call that it dispatched is still running
+/// owns the gate until that call is done; one that ends as the owner never gives it back.
 class ApartmentGate {
  public:
   static constexpr DWORD kLimit = 30000;

@@ -20,7 +20,10 @@ bool MayRelease(DWORD thread) noexcept {
     return true;
   }
   const CUniqueHandle<ThreadTraits> owner(::OpenThread(SYNCHRONIZE, FALSE, thread));
-  return !owner || ::WaitForSingleObject(owner.Get(), 0) == WAIT_OBJECT_0;
+  if (!owner) {
+    return ::GetLastError() == ERROR_INVALID_PARAMETER;  // there is no such thread
+  }
+  return ::WaitForSingleObject(owner.Get(), 0) == WAIT_OBJECT_0;
 }
 
 void Release(ApartmentReference* reference) noexcept {

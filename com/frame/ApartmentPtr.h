@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "common/ComPtr.h"
 
 /// A reference on an object, together with the thread in whose apartment the object lives.
@@ -11,8 +13,8 @@ struct ApartmentReference {
   ApartmentReference* next;
 };
 
-/// Releases the object if its apartment is that of the calling thread, or is no more; otherwise
-/// keeps it for ReleaseReturnedReferences. Null is skipped.
+/// Releases the object if its thread is the calling one, or has ended; otherwise keeps it for
+/// ReleaseReturnedReferences. Null is skipped.
 void ReturnReference(ApartmentReference* reference) noexcept;
 
 /// Releases what was returned for the calling thread, and for threads that have ended.
@@ -34,13 +36,15 @@ class CApartmentPtr {
     return isHere ? static_cast<T*>(m_reference->object) : nullptr;
   }
 
+  /// Whether there is an object, in whatever apartment.
+  bool IsSet() const noexcept { return m_reference != nullptr; }
+
   /// Holds an object of the calling thread's apartment in place of what is held. Throws
   /// std::bad_alloc.
   void Set(const CComPtr<T>& object) {
     auto* const reference = new ApartmentReference{object.Get(), ::GetCurrentThreadId(), nullptr};
     object->AddRef();
-    ReturnReference(m_reference);
-    m_reference = reference;
+    ReturnReference(std::exchange(m_reference, reference));
   }
 
  private:

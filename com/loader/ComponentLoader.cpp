@@ -5,6 +5,7 @@
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
 #include "com/frame/ApartmentGate.h"
+#include "com/frame/ApartmentPtr.h"
 #include "com/frame/ComModule.h"
 #include "com/frame/ModulePath.h"
 #include "common/ModuleLifetime.h"
@@ -223,6 +224,7 @@ void CComponentLoader::UnloadIdle() noexcept {
   if (!gate.TryEnter()) {
     return;
   }
+  ReleaseReturnedReferences();  // they keep siblings from being idle
   for (auto entry = m_loaded.begin(); entry != m_loaded.end();) {
     const auto canUnload = ExportOf<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
     if (canUnload && canUnload() == S_OK) {

@@ -18,7 +18,7 @@ TEST(ApartmentGate, AWaitEndsWithAFailureThatIsDescribed) {
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_TIMEOUT), failure.hr);
     EXPECT_EQ(
         failure.description,
-        L"Another thread of this process has been using the catalog for more than 1 seconds.");
+        L"Other threads of this process have been using the catalog for more than 1 seconds.");
   }).join();
   for (int i = 0; i < 3; ++i) {
     gate.Leave();
