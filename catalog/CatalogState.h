@@ -19,7 +19,7 @@ struct CCatalogState {
   /// The search folders by their folder texts. A refresh replaces the map whole; who still holds a
   /// source keeps it.
   using SourceMap = std::map<CWideString, std::shared_ptr<CSource>, FolderOrder>;
-  SourceMap sources;
+  SourceMap sources;  ///< none is null
 
   /// The records that the last refresh took from the gallery, by the names of their descriptions.
   std::map<CWideString, std::shared_ptr<CCacheMSM>> galleryRecords;

@@ -41,17 +41,11 @@ CWideString CWideString::Format(const wchar_t* format, ...) {
   if (length <= 0) {
     return {};
   }
+  // Room first: nothing may be thrown between va_start and va_end.
+  const auto size = static_cast<size_t>(length);
+  CWideString text = Written(size, [size](wchar_t*) { return size; });
   va_start(arguments, format);
-  CWideString text;
-  try {
-    text = Written(static_cast<size_t>(length), [&](wchar_t* characters) {
-      _vsnwprintf(characters, static_cast<size_t>(length), format, arguments);
-      return static_cast<size_t>(length);
-    });
-  } catch (...) {
-    va_end(arguments);
-    throw;
-  }
+  _vsnwprintf(text.m_characters->Begin(), size, format, arguments);
   va_end(arguments);
   return text;
 }

@@ -12,11 +12,12 @@ enum ProjectType {
 };
 
 /// The type of the project that is active in the environment, asked anew at every call of
-/// QMObjMgr.DLL. Asked by CurrentTraits alone. A DLL that is missing or lacks the function is
+/// QMObjMgr.DLL. A DLL that is missing or lacks the function is
 /// raised, with its name in the description.
 int GetActiveProjectType();
 
-/// Whether the active project is script-based. Raises as GetActiveProjectType does.
+/// Whether the active project is script-based. Raises as GetActiveProjectType does. Nothing in the
+/// server asks it yet.
 bool IsScriptProjectActive();
 
 /// Owns the traits of both kinds of project. One per DLL: the server makes it when it is loaded,

@@ -26,7 +26,7 @@ class win32_exception : public std::exception {
   /// The system's text; empty for code 0 and when the system has none. Lives as long as any copy.
   const wchar_t* message() const noexcept;
 
-  /// message() in the system's code page.
+  /// message() in the system's code page, as std::exception demands.
   const char* what() const noexcept override;
 
  private:
