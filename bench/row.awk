@@ -30,6 +30,16 @@ function evaluate(list,    values, count, i, j, value) {
   return sprintf(spread > 0.15 ? "**%.0f %%**" : "%.0f %%", 100 * spread)
 }
 
+# The median of what each run divided by that of its baseline gives, which ran next to it: a machine
+# that is slower for a while is so for both.
+function median_of_pairs(    values, bases, count, i, list) {
+  count = split(measured, values, " ")
+  if (split(baseline, bases, " ") != count) return 0
+  for (i = 1; i <= count; i++) list = list " " values[i] / bases[i]
+  evaluate(list)
+  return median
+}
+
 # "met", "hair" or "missed". By a hair is within a tenth of the limit.
 function judge(limit,    room) {
   limit += 0
@@ -51,8 +61,12 @@ BEGIN {
   figure = value
   if (baseline != "") {
     spreads = spreads " / " evaluate(baseline)
-    figure = rule == "faster" ? median / value : value / median
     baseline_text = number(median)
+    figure = value / median
+    steady = unsteady
+    if (paired = median_of_pairs()) figure = paired
+    unsteady = steady
+    if (rule == "faster") figure = 1 / figure
     ratio = rule == "faster" ? sprintf("%.1f times", figure) : sprintf("%.3f", figure)
   }
   if (must != "") {
