@@ -16,7 +16,6 @@ const VARIANT* FollowReferences(const VARIANT* value) noexcept;
 /// What cannot be converted is no index. Views the client's VARIANT.
 class CCollectionIndex {
  public:
-  /// Throws std::bad_alloc.
   explicit CCollectionIndex(const VARIANT& index);
   ~CCollectionIndex();
   CCollectionIndex(const CCollectionIndex&) = delete;
