@@ -11,7 +11,7 @@ CWideString LowerCaseFileName(std::wstring_view file) {
   const size_t end = file.find_last_of(L"\\/:");
   std::wstring name(end == std::wstring_view::npos ? file : file.substr(end + 1));
   ::CharLowerBuffW(name.data(), static_cast<DWORD>(name.size()));
-  return CWideString(std::move(name));
+  return CWideString(name);
 }
 
 }  // namespace

@@ -26,7 +26,8 @@ class CWideString {
   }
   CWideString(CWideString&& other) noexcept
       : m_characters(std::exchange(other.m_characters, nullptr)) {}
-  CWideString& operator=(CWideString other) noexcept {
+  CWideString& operator=(const CWideString& other) noexcept { return *this = CWideString(other); }
+  CWideString& operator=(CWideString&& other) noexcept {
     std::swap(m_characters, other.m_characters);
     return *this;
   }

@@ -152,7 +152,7 @@ bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key) {
   if (!row->isPredefined) {
     std::wstring upper(key);
     ::CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
-    row->isPredefined = FindPredefinedRoot(CWideString(std::move(upper))) != nullptr;
+    row->isPredefined = FindPredefinedRoot(upper) != nullptr;
   }
   return *row->isPredefined;
 }
