@@ -8,8 +8,8 @@
 
 /// The catalog of all merge modules of the search folders and the gallery (coclass MMCatalog).
 ///
-/// The list of modules is built when it is first asked for, and built anew only when a refresh
-/// finds that the search folders or something in them changed. A list that was handed out stays as
+/// The list of modules is built when it is first asked for, and rebuilt only when a refresh finds
+/// that the search folders or something in them changed. A list that was handed out stays as
 /// it is. After a failure the catalog has the list that it had, and tries again at the next call.
 class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
  public:
@@ -46,7 +46,7 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
   void RunRefresh();
   std::vector<SearchFolder> CurrentSearchFolders();
 
-  /// The current list, built first when there is none yet. Raises E_PENDING when it is being built.
+  /// The current list, which the first call builds. Raises E_PENDING while it is being built.
   const CModuleList& RequireModules();
 
   /// Answers a query in the typed outs of FindModule and FindModules.

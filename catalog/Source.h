@@ -21,7 +21,7 @@ using RecordList = std::vector<std::shared_ptr<CCacheMSM>>;
 class CSource {
  public:
   /// A source that has listed nothing yet. It takes over what `predecessor`, the source of the same
-  /// folder under another description, has read; null when there is none.
+  /// folder under another description, has read. Null if the folder is new.
   CSource(const SearchFolder& folder, const CSource* predecessor);
   CSource(const CSource&) = delete;
   CSource& operator=(const CSource&) = delete;

@@ -23,10 +23,10 @@ class CCollectionIndex {
 
   bool IsText() const noexcept { return m_isText; }
 
-  /// The text, behind which a zero stands; only when the index is one.
+  /// The key, null-terminated. Valid only if IsText().
   std::wstring_view Text() const noexcept { return m_text; }
 
-  /// The position, counted from 0; that of no element when the index is none.
+  /// The position, counted from 0; SIZE_MAX if the index is not a number.
   size_t Position() const noexcept { return m_position; }
 
  private:

@@ -107,13 +107,12 @@ CComPtr<IIniReader> CMMGallery::GetIni() {
       if (IsFile(path)) {
         const CUniqueBstr text = MakeBstr(path);
         const CComPtr<IIniReader> reader = CreateIniReader();
-        if (m_pIni.IsSet()) {  // what another apartment has read is not given up for a failure
-          RaiseIfFailed(reader->Load(text.Get()));
+        const HRESULT loaded = reader->Load(text.Get());
+        // What another apartment has read is not given up for a failure.
+        if (SUCCEEDED(loaded) || !m_pIni.IsSet()) {
           m_pIni.Set(reader);
-        } else {
-          m_pIni.Set(reader);
-          RaiseIfFailed(reader->Load(text.Get()));
         }
+        RaiseIfFailed(loaded);
       }
     });
   }

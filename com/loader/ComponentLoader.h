@@ -21,7 +21,7 @@ class CComponentLoader {
   static CComponentLoader& Instance();
 
   /// The folder "System" that holds `dll` in the nearest folder above the server's own (never in
-  /// the server's own); empty when there is none up to the root.
+  /// the server's own); empty if no folder up to the root has it.
   CWideString FindSystemFolder(const wchar_t* dll) const;
 
   /// The function that `dll` exports as `name`. A DLL that is not loaded yet is taken as it is
@@ -66,5 +66,5 @@ class CComponentLoader {
   std::map<CWideString, HMODULE, IgnoringCase> m_loaded;
 };
 
-/// Has the loader of this DLL, if there is one yet, unload idle siblings.
+/// Unloads idle siblings, if the loader of this DLL has been used at all.
 void UnloadIdleSiblings() noexcept;
