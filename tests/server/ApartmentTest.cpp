@@ -31,18 +31,6 @@ class Event {
   HANDLE m_event = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
 };
 
-/// What is done when the server opens a file next.
-std::function<void()> s_whenOpened;
-
-HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
-                       SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                       HANDLE fileTemplate) {
-  if (const auto what = std::exchange(s_whenOpened, nullptr)) {
-    what();
-  }
-  return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
-}
-
 class ApartmentTest : public CCatalogTest {
  protected:
   void SetUp() override {
@@ -151,11 +139,10 @@ class Witness final : public IUnknown {
 TEST_F(ApartmentTest, WhoWaitsForTheRefreshOfAnotherApartmentAnswersItsCalls) {
   SetSearchPath(L"*a");
   WriteModule(L"a\\1.msm", "One");
-  EXPECT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", "CreateFileW",
-                            reinterpret_cast<void*>(&OpenFile)));
+  WatchOpenedFiles();
   const Event isRefreshing, isMarshaled;
   IStream* stream = nullptr;
-  s_whenOpened = [&] {
+  m_whenOpened = [&] {
     isRefreshing.Set();
     isMarshaled.Wait();
     ::Sleep(50);  // the other apartment waits now

@@ -11,18 +11,6 @@
 
 namespace {
 
-/// What is done when the server opens a file next.
-std::function<void()> s_whenOpened;
-
-HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
-                       SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                       HANDLE fileTemplate) {
-  if (const auto what = std::exchange(s_whenOpened, nullptr)) {
-    what();
-  }
-  return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
-}
-
 /// Why files cannot be opened or asked about, and folders cannot be listed; ERROR_SUCCESS when they
 /// can.
 DWORD s_fileFailure, s_listingFailure;
@@ -309,15 +297,14 @@ TEST_F(CatalogTest, OnlyWhatIsNotFoundIsGone) {
 TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
   SetSearchPath(L"*a");
   const std::wstring file = WriteModule(L"a\\1.msm", "One"), away = PathOf(L"a\\1.away");
-  EXPECT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", "CreateFileW",
-                            reinterpret_cast<void*>(&OpenFile)));
+  WatchOpenedFiles();
   const auto catalog = NewCatalog();
-  s_whenOpened = [&] { EXPECT_TRUE(::MoveFileW(file.c_str(), away.c_str())); };
+  m_whenOpened = [&] { EXPECT_TRUE(::MoveFileW(file.c_str(), away.c_str())); };
   EXPECT_EQ(L"", KeysOf(catalog.Get())) << "a file that is gone is not listed";
   EXPECT_TRUE(::MoveFileW(away.c_str(), file.c_str()));
   EXPECT_EQ(L"One:1033", KeysOf(catalog.Get())) << "it is back as it was";
 
-  s_whenOpened = [&] {
+  m_whenOpened = [&] {
     WriteModule(L"spare\\2", "Two");
     Copy(m_folder / L"spare\\2", L"a\\1.msm");
   };
@@ -328,7 +315,7 @@ TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
   // A call that comes in meanwhile gets the list that there is.
   const auto second = NewCatalog();
   ShiftTime(L"a\\1.msm", 5);
-  s_whenOpened = [&] {
+  m_whenOpened = [&] {
     long zero = 7;
     CComPtr<IMergeModules> none;
     EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
@@ -337,7 +324,7 @@ TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
     EXPECT_EQ(L"The catalog is being built.", TakeDescription());
   };
   EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
-  EXPECT_FALSE(s_whenOpened) << "the file was not read";
+  EXPECT_FALSE(m_whenOpened) << "the file was not read";
   EXPECT_EQ(L"Two:1033", KeysOf(second.Get()));
 }
 

@@ -70,6 +70,20 @@ void CCatalogTest::ForgetAll() const {
   EXPECT_EQ(L"", KeysOf(NewCatalog().Get()));
 }
 
+HANDLE WINAPI CCatalogTest::OpenFile(const wchar_t* path, DWORD access, DWORD share,
+                                     SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                     HANDLE fileTemplate) {
+  if (const auto what = std::exchange(m_whenOpened, nullptr)) {
+    what();
+  }
+  return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
+}
+
+void CCatalogTest::WatchOpenedFiles() const {
+  ASSERT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", "CreateFileW",
+                            reinterpret_cast<void*>(&OpenFile)));
+}
+
 void CCatalogTest::SetSearchPath(std::wstring path) const {
   const std::wstring folder = m_folder / L"";
   for (size_t at = 0; (at = path.find(L'*', at)) != std::wstring::npos; at += folder.size()) {

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -13,6 +14,9 @@ class CCatalogTest : public CServerTest {
   void SetUp() override;
   void TearDown() override;
   void Settle() override;
+
+  /// Makes the server do `m_whenOpened`, once, before it opens a file.
+  void WatchOpenedFiles() const;
 
   /// Has the catalogs that are made from now on search `path`, with folders of the test's folder
   /// for the "*" in it: "*one,*two".
@@ -39,6 +43,13 @@ class CCatalogTest : public CServerTest {
   /// Makes the description `name` of the gallery, of a module without a file.
   void WriteDescription(const std::wstring& name, const std::string& moduleId,
                         const std::string& version = "1.0", int language = 1033) const;
+
+  static inline std::function<void()> m_whenOpened;
+
+ private:
+  static HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
+                                SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                HANDLE fileTemplate);
 };
 
 /// The list of the catalog; none, with the failure as a test failure, when it has none.
