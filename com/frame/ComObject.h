@@ -125,9 +125,10 @@ class CComAggObject final : public IUnknown {
   CComContainedObject<Base> m_contained;
 };
 
-/// Ends the creation of a new object, which goes if it fails.
-template <class Object>
-HRESULT FinishCreation(const CComPtr<Object>& object, REFIID iid, void** out) noexcept {
+/// A new object, finally constructed; it goes if that fails. Throws std::bad_alloc.
+template <class Object, class... Arguments>
+HRESULT NewComObject(REFIID iid, void** out, Arguments... arguments) {
+  const auto object = CComPtr<Object>::Adopt(new Object(arguments...));
   const HRESULT hr = object->FinalConstruct();
   return FAILED(hr) ? hr : object->QueryInterface(iid, out);
 }
@@ -138,11 +139,7 @@ HRESULT FinishCreation(const CComPtr<Object>& object, REFIID iid, void** out) no
 template <class Base>
 HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
   return FillOut(GUID_NULL, out, [&]() -> HRESULT {
-    if (outer) {
-      using Object = CComAggObject<Base>;
-      return FinishCreation(CComPtr<Object>::Adopt(new Object(outer)), iid, out);
-    }
-    using Object = CComObject<Base>;
-    return FinishCreation(CComPtr<Object>::Adopt(new Object), iid, out);
+    return outer ? NewComObject<CComAggObject<Base>>(iid, out, outer)
+                 : NewComObject<CComObject<Base>>(iid, out);
   });
 }
