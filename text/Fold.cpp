@@ -10,8 +10,8 @@
 namespace qm::text {
 namespace {
 
-/// Capital letters at one distance from their small ones: every `stride`th unit from `first` to
-/// `last`. With a stride of 2 the small letters lie between the capitals.
+/// A range of capital letters: every `stride`th unit from `first` to `last`. Adding `distance`
+/// gives the small letter. With a stride of 2, capital and small letters alternate.
 struct Capitals {
   char16_t first;
   char16_t last;
@@ -19,7 +19,7 @@ struct Capitals {
   std::int32_t stride;
 };
 
-/// What lies above ASCII, in ascending order.
+/// The ranges above ASCII, in ascending order.
 constexpr Capitals kCapitals[] = {
     {0x00C0, 0x00D6, 32, 1},     {0x00D8, 0x00DE, 32, 1},     {0x0100, 0x012E, 1, 2},
     {0x0132, 0x0136, 1, 2},      {0x0139, 0x0147, 1, 2},      {0x014A, 0x0176, 1, 2},
@@ -78,8 +78,7 @@ constexpr Capitals kCapitals[] = {
     {0xFF21, 0xFF3A, 32, 1},
 };
 
-/// A letter of the Latin, Greek or Cyrillic alphabets is found in seven steps; nearly all text is
-/// ASCII and takes none.
+/// ASCII, which is nearly all text, needs no search of the table.
 char16_t FoldUnit(char16_t unit) noexcept {
   if (unit < 0x80) {
     return unit >= u'A' && unit <= u'Z' ? static_cast<char16_t>(unit + (u'a' - u'A')) : unit;

@@ -6,9 +6,9 @@
 
 namespace qm::text {
 
-/// The lower-case form of a UTF-16 unit: texts that differ in case alone are equal after folding.
-/// Folds as Windows does (CharLowerW), unit by unit and in every language alike: the dotted capital
-/// I, title-case letters and surrogates stay as they are.
+/// Returns the lower-case form of a UTF-16 unit. Texts that differ only in case are equal once
+/// folded. Folds as CharLowerW does, one unit at a time and in every language alike: the dotted
+/// capital I, title-case letters and surrogates are left unchanged.
 char16_t FoldCase(char16_t unit) noexcept;
 
 /// Folds each unit.
@@ -17,12 +17,12 @@ std::u16string FoldCase(std::u16string_view text);
 /// Folds UTF-8 text. Ill-formed input becomes U+FFFD, as in ToUtf16.
 std::string FoldCase(std::string_view text);
 
-/// Orders texts by their folded units: less than, equal to or greater than 0. 0 means that they
-/// differ in case alone.
+/// Compares texts by their folded units. Returns a value less than, equal to or greater than 0; 0
+/// means that they differ in case at most.
 int CompareFolded(std::u16string_view a, std::u16string_view b) noexcept;
 
 #if WCHAR_MAX == 0xFFFF
-// The same on systems whose wide characters are UTF-16.
+// The same for wchar_t where it holds UTF-16.
 wchar_t FoldCase(wchar_t unit) noexcept;
 std::wstring FoldCase(std::wstring_view text);
 int CompareFolded(std::wstring_view a, std::wstring_view b) noexcept;

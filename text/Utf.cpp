@@ -41,15 +41,15 @@ void AppendUtf16(char32_t character, std::basic_string<Unit>& out) {
   }
 }
 
-/// What a lead byte promises: how many bytes follow, and the bounds of the first of them, which
-/// exclude overlong forms, surrogates and what is above U+10FFFF.
+/// What follows a lead byte: the number of continuation bytes, and bounds for the first of them
+/// that exclude overlong forms, surrogates and code points above U+10FFFF.
 struct Lead {
   int followers;
   std::uint8_t least;
   std::uint8_t most;
 };
 
-/// No followers if `byte` is not a lead byte.
+/// `followers` is 0 if `byte` is not a lead byte.
 Lead ClassifyLead(std::uint8_t byte) noexcept {
   if (byte < 0xC2 || byte > 0xF4) {
     return {0, 0, 0};
@@ -62,7 +62,8 @@ Lead ClassifyLead(std::uint8_t byte) noexcept {
   return {byte < 0xF0 ? 2 : 3, least, most};
 }
 
-/// The character at `at`, or U+FFFD; `at` moves behind what was read.
+/// Returns the character at `at`, or U+FFFD if it is ill-formed, and moves `at` past the bytes
+/// read.
 char32_t ReadUtf8(std::string_view text, std::size_t& at) noexcept {
   const auto lead = static_cast<std::uint8_t>(text[at++]);
   if (lead < 0x80) {
