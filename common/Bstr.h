@@ -12,15 +12,15 @@ struct BstrTraits {
   static void Close(Handle text) noexcept { ::SysFreeString(text); }
 };
 
-/// The one owner of a BSTR.
+/// Owns a BSTR.
 using CUniqueBstr = CUniqueHandle<BstrTraits>;
 
-/// A new BSTR for the caller to free; null when memory is short.
+/// Allocates a BSTR, which the caller must free. Returns null if out of memory.
 [[nodiscard]] inline BSTR AllocBstr(std::wstring_view text) noexcept {
   return ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
 }
 
-/// The text of a BSTR with its embedded zeros; null counts as empty.
+/// Returns a view of the text of a BSTR, embedded zeros included. A null BSTR is empty text.
 inline std::wstring_view ViewOf(BSTR text) noexcept {
   return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view();
 }

@@ -9,7 +9,7 @@ size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1
 }  // namespace
 
 const VARIANT* FollowReferences(const VARIANT* value) noexcept {
-  // No caller nests references; a chain this deep refers to itself.
+  // Callers do not nest references. A chain this deep refers to itself.
   constexpr int maxDepth = 16;
   for (int depth = 0; value && depth < maxDepth; ++depth) {
     if (value->vt != (VT_VARIANT | VT_BYREF)) {
@@ -47,7 +47,7 @@ void CCollectionIndex::Take(const VARIANT& index) {
       m_position = FromNumber(reference ? *index.plVal : index.lVal);
       break;
     default: {
-      // The source is read only; the function's parameter just does not say so.
+      // VariantChangeType only reads its source, although the parameter is not const.
       if (SUCCEEDED(::VariantChangeType(&m_converted, const_cast<VARIANT*>(&index), 0, VT_BSTR))) {
         TakeText(m_converted.bstrVal);
       }

@@ -4,16 +4,16 @@
 
 #include <string_view>
 
-/// What a VARIANT refers to with VT_VARIANT | VT_BYREF, over several references too; null when one
-/// of them, or that of the value itself, leads nowhere, or when they never end.
+/// Follows VT_VARIANT | VT_BYREF, through several levels if there are any, to the VARIANT referred
+/// to. Returns null if a pointer on the way or the VT_BYREF pointer of the result is null, or if
+/// the chain does not end.
 const VARIANT* FollowReferences(const VARIANT* value) noexcept;
 
-/// The index of a collection element as a client gives it: a position, a text, or nothing that an
-/// element could have.
+/// The index of a collection element as a client passes it: a position, a key, or neither.
 ///
-/// References are followed first. VT_I2, VT_I4, VT_UI2 and VT_UI4 are positions, counted from 1;
-/// every other type, a double or a boolean too, is the text that VariantChangeType makes of it.
-/// What cannot be converted is no index. Views the client's VARIANT.
+/// References are followed first. VT_I2, VT_I4, VT_UI2 and VT_UI4 are positions, counted from 1.
+/// VariantChangeType converts any other type, doubles and booleans included, to a key. A value that
+/// cannot be converted is neither. Refers to the client's VARIANT, which must outlive the object.
 class CCollectionIndex {
  public:
   explicit CCollectionIndex(const VARIANT& index);

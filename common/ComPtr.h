@@ -4,7 +4,7 @@
 
 #include <utility>
 
-/// Holds one reference on a COM object.
+/// Owns one reference to a COM object.
 template <class T>
 class CComPtr {
  public:
@@ -28,7 +28,7 @@ class CComPtr {
   }
   ~CComPtr() { Release(); }
 
-  /// Takes over a reference that the caller holds.
+  /// Takes ownership of a reference that the caller holds.
   static CComPtr Adopt(T* object) noexcept {
     CComPtr holder;
     holder.m_object = object;
@@ -40,7 +40,7 @@ class CComPtr {
   T& operator*() const noexcept { return *m_object; }
   explicit operator bool() const noexcept { return m_object != nullptr; }
 
-  /// Gives the reference up to the caller.
+  /// Hands the reference over to the caller.
   T* Detach() noexcept { return std::exchange(m_object, nullptr); }
 
   void Release() noexcept {
@@ -49,7 +49,7 @@ class CComPtr {
     }
   }
 
-  /// Releases what is held; the address receives a new reference.
+  /// Releases the held object and returns the address for an out parameter.
   T** Put() noexcept {
     Release();
     return &m_object;

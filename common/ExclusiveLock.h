@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-/// Holds an SRWLOCK for the life of the object. For a few instructions, or for work that calls
-/// nobody else's objects: a thread that waits for the lock dispatches nothing.
+/// Holds an SRWLOCK exclusively while in scope. Hold it for a few instructions only, or for work
+/// that calls no other objects: a thread that waits for it dispatches no COM calls.
 class CExclusiveLock {
  public:
   explicit CExclusiveLock(SRWLOCK& lock) noexcept : m_lock(lock) {

@@ -2,13 +2,13 @@
 
 #include "common/WideString.h"
 
-// What the entries of the index files say: which module delivers a file. Keys without a language
-// name the neutral one; the answer always has one ("ID:0").
+// The entries of the index files state which module delivers a file. A key without a language means
+// the neutral one. The keys returned here always have a language ("ID:0").
 
-/// The module key of an entry of FilesToModules.ini, "flag:key"; empty unless the flag is 0. "0:"
-/// is the key of a module without an ID, ":0".
+/// Returns the module key in an entry of FilesToModules.ini, "flag:key". Empty unless the flag is
+/// 0. "0:" returns ":0", the key of a module without an ID.
 CWideString ModuleOfFileEntry(std::wstring_view entry);
 
-/// The module key of an entry of PlatformFilesToModules.ini, which may also be a key without a
-/// flag; a flag is digits. Empty when the entry names no module.
+/// Returns the module key in an entry of PlatformFilesToModules.ini, where the flag, a run of
+/// digits, is optional. Empty if the entry is empty or its flag is not 0.
 CWideString ModuleOfPlatformFileEntry(std::wstring_view entry);

@@ -2,14 +2,13 @@
 
 #include <windows.h>
 
-/// Identifies the version of a file: a file that was written since has another size or another
-/// last-write time, earlier or later. All 0 for a file that is not there.
+/// Identifies the version of a file: writing to the file changes its size or its last-write time,
+/// which may move in either direction. All 0 for a file that does not exist.
 struct FileStamp {
   ULONGLONG size = 0;  ///< in bytes
   FILETIME lastWrite{};
 
-  /// Of what the system found in a folder or under a path: WIN32_FIND_DATAW or
-  /// WIN32_FILE_ATTRIBUTE_DATA.
+  /// Makes the stamp of a file from WIN32_FIND_DATAW or WIN32_FILE_ATTRIBUTE_DATA.
   template <class Found>
   static FileStamp Of(const Found& found) noexcept {
     return {ULONGLONG{found.nFileSizeHigh} << 32U | found.nFileSizeLow, found.ftLastWriteTime};

@@ -4,8 +4,7 @@
 
 namespace {
 
-/// The code of GetLastError after the first step of a search for files; ERROR_SUCCESS if it found
-/// one.
+/// Returns the GetLastError() code of FindFirstFileW, or ERROR_SUCCESS if it found an entry.
 DWORD TryToFind(const CWideString& pattern) noexcept {
   const CNoDiskPrompts noPrompts;
   WIN32_FIND_DATAW found;
@@ -31,7 +30,7 @@ FolderListing ListingThatEndedWith(DWORD code) noexcept {
     case ERROR_INVALID_DRIVE:
     case ERROR_INVALID_NAME:
     case ERROR_BAD_PATHNAME:
-    case ERROR_DIRECTORY:  // it is the path of a file
+    case ERROR_DIRECTORY:  // the path is that of a file
       return FolderListing::Missing;
     default:
       return FolderListing::Unavailable;

@@ -11,11 +11,11 @@ struct FindHandleTraits {
   static void Close(Handle find) noexcept { ::FindClose(find); }
 };
 
-/// The one owner of an open file search.
+/// Owns the handle of a file search.
 using CUniqueFindHandle = CUniqueHandle<FindHandleTraits>;
 
-/// Has the system answer with an error where it would ask the user for a disk, in this thread and
-/// for the life of the object.
+/// While in scope, makes the system return an error on this thread where it would prompt the user
+/// for a disk.
 class CNoDiskPrompts {
  public:
   CNoDiskPrompts() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &m_previous); }
@@ -27,30 +27,30 @@ class CNoDiskPrompts {
   DWORD m_previous = 0;
 };
 
-/// Whether a file name ends in `extension` (".msm"), without regard to case.
+/// Returns whether a file name ends in `extension` (".msm"), ignoring case.
 bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept;
 
-/// What is known of a folder's files after they were listed.
+/// The outcome of listing the files of a folder.
 enum class FolderListing {
-  Complete,     ///< all of them; there may be none
-  Missing,      ///< there is no such folder
-  Unavailable,  ///< nothing for sure: the folder cannot be listed, as when its share is away or
-                ///< access is denied, or the listing broke off
+  Complete,     ///< every file was listed; there may be none
+  Missing,      ///< the folder does not exist
+  Unavailable,  ///< the files are unknown: the share is offline, access is denied, or the listing
+                ///< was interrupted
 };
 
-/// The listing that ended with the code `code` of GetLastError.
+/// Returns the outcome of a listing that ended with `code`, a GetLastError() code.
 FolderListing ListingThatEndedWith(DWORD code) noexcept;
 
-/// Begins to list `folder` and returns the code of GetLastError, ERROR_SUCCESS if the folder has
-/// files or folders. See ListingThatEndedWith.
+/// Starts to list `folder` and returns the GetLastError() code, or ERROR_SUCCESS if there is an
+/// entry. See ListingThatEndedWith.
 DWORD TryToList(const CWideString& folder);
 
-/// Whether the folder of the file or folder at the full path `path` lists it. True if the folder is
-/// unavailable.
+/// Returns whether the parent folder lists the file or folder at the full path `path`. True if the
+/// parent folder is unavailable.
 bool IsListed(const CWideString& path);
 
-/// Calls `use` with the WIN32_FIND_DATAW of every file of `folder` whose name ends in `extension`,
-/// in the order in which the file system lists them.
+/// Calls `use` with the WIN32_FIND_DATAW of every file in `folder` whose name ends in `extension`,
+/// in the order of the file system.
 template <class Use>
 FolderListing ForEachFile(const CWideString& folder, std::wstring_view extension, Use use) {
   const CNoDiskPrompts noPrompts;
@@ -61,7 +61,7 @@ FolderListing ForEachFile(const CWideString& folder, std::wstring_view extension
     return ListingThatEndedWith(::GetLastError());
   }
   do {
-    // The pattern also finds files whose short name alone has the extension.
+    // The pattern also matches files of which only the short name has the extension.
     if (!(found.dwFileAttributes & FILE_ATTRIBUTE_DIRECTORY) &&
         HasExtension(found.cFileName, extension)) {
       use(found);

@@ -11,7 +11,7 @@ wchar_t ToLower(wchar_t c) noexcept {
   return static_cast<wchar_t>(std::towlower(c));
 }
 
-/// Whether two characters differ in more than their case; most that do differ are told by a look.
+/// Returns whether two characters differ in more than case.
 bool Differ(wchar_t a, wchar_t b) noexcept { return a != b && ToLower(a) != ToLower(b); }
 
 }  // namespace

@@ -2,13 +2,12 @@
 
 #include <string_view>
 
-// For the keys of collections and for queries, whose comparison is that of _wcsicmp by contract.
-// Other texts are compared by CompareFolded (text/Fold.h), paths and file names by CompareFileNames
-// (common/Path.h).
+// For collection keys and queries, which by contract compare as _wcsicmp does. CompareFolded
+// (text/Fold.h) compares other texts, CompareFileNames (common/Path.h) paths and file names.
 
-/// Compares texts up to their terminating zeros as _wcsicmp does in the "C" locale, but several
-/// times as fast for the letters that names mostly have: less than, equal to or greater than 0.
+/// Compares null-terminated texts as _wcsicmp does in the "C" locale, but several times as fast for
+/// the letters that names mostly contain. Returns a value less than, equal to or greater than 0.
 int CompareIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept;
 
-/// Whether texts, with their embedded zeros, are equal without regard to case.
+/// Returns whether two texts, embedded zeros included, are equal ignoring case.
 bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept;

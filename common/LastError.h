@@ -2,8 +2,7 @@
 
 #include <windows.h>
 
-/// Keeps the thread's last-error code: whatever the scope calls, GetLastError() afterwards gives
-/// what it gave before.
+/// Restores the thread's last-error code at the end of the scope.
 class CLastErrorKeeper {
  public:
   CLastErrorKeeper() noexcept : m_code(::GetLastError()) {}

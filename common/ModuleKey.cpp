@@ -3,7 +3,8 @@
 #include <cstdlib>
 
 CWideString MakeModuleKey(const CWideString& id, long language) {
-  // By hand: formatting would take as long as all else that a catalog does for a module itself.
+  // Built by hand: formatting would take as long as everything else that the catalog itself does
+  // for a module.
   wchar_t number[12];
   ::_ltow(language, number, 10);
   const std::wstring_view parts[] = {id.c_str(), L":", number};

@@ -2,6 +2,6 @@
 
 #include "common/WideString.h"
 
-/// The identity of a module: its ID and language as "ID:language", the language in signed decimal,
-/// 0 for neutral.
+/// Makes the key of a merge module, "ID:language". The language is a signed decimal number, 0 for
+/// neutral.
 CWideString MakeModuleKey(const CWideString& id, long language);

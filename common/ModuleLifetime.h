@@ -4,13 +4,15 @@
 #include <memory>
 #include <utility>
 
-/// Ends what the DLL keeps for its lifetime, what was made last first: the objects of all
-/// CModuleWide, class factories, type information. For a DLL that is unloaded; not to be called
-/// when the process ends, when nothing needs to be released and other DLLs are gone. What is used
-/// again afterwards is made again.
+/// Destroys what the DLL keeps for its lifetime, in reverse order of creation: the objects of every
+/// CModuleWide, class factories, type information. Anything used afterwards is created again.
+///
+/// Call it when the DLL is unloaded. Do not call it when the process ends: nothing needs to be
+/// released then, and other DLLs may already be gone.
 void EndModuleLifetime() noexcept;
 
-/// A link in the chain of what EndModuleLifetime ends; static objects, whose memory stays.
+/// Base of the objects that EndModuleLifetime ends. They are static: End releases what they hold,
+/// while their own memory stays.
 class CModuleLifetimeLink {
  public:
   CModuleLifetimeLink(const CModuleLifetimeLink&) = delete;
@@ -19,7 +21,8 @@ class CModuleLifetimeLink {
  protected:
   constexpr CModuleLifetimeLink() noexcept = default;
   ~CModuleLifetimeLink() = default;
-  /// To be called once when there is something to end, and again after End only. Any thread may.
+  /// Makes EndModuleLifetime call End. Call it once there is something to end, and not again before
+  /// End. Thread-safe.
   void Enlist() noexcept;
 
  private:
@@ -29,15 +32,17 @@ class CModuleLifetimeLink {
   CModuleLifetimeLink* m_next = nullptr;
 };
 
-/// Holds the one object of its kind in this DLL, from its first use to the DLL's unloading. A
-/// static CModuleWide needs no construction at load and has no destructor that runs at exit.
+/// Holds a singleton of this DLL from its first use until EndModuleLifetime. Get and Find are
+/// thread-safe. A static CModuleWide is initialised at compile time and has no destructor that runs
+/// at exit.
 template <class T>
 class CModuleWide final : private CModuleLifetimeLink {
  public:
   constexpr CModuleWide() noexcept = default;
 
-  /// The object, made by `make` (a T* from new) at the first call; when that throws, the next call
-  /// tries again. Of several threads that make it at once one wins.
+  /// Returns the object. The first call creates it by `make`, which returns a T* from new. If
+  /// `make` throws, the next call tries again. If several threads create it at once, one of the
+  /// objects is kept.
   template <class Make>
   T& Get(Make make) {
     T* object = m_object;
@@ -51,7 +56,7 @@ class CModuleWide final : private CModuleLifetimeLink {
     return *object;
   }
 
-  /// The object, or null before it was made.
+  /// Returns the object, or null if it has not been created.
   T* Find() const noexcept { return m_object; }
 
  private:

@@ -2,6 +2,6 @@
 
 #include <limits>
 
-/// What the installer's tables, and the numbers that objects make of them, have for a cell without
-/// a value: MSI_NULL_INTEGER, 0x80000000.
+/// The value of a null integer cell, as the installer returns it and as objects pass it on:
+/// MSI_NULL_INTEGER, 0x80000000.
 inline constexpr int kNullInteger = std::numeric_limits<int>::min();

@@ -2,25 +2,25 @@
 
 #include "common/WideString.h"
 
-/// base and tail with exactly one backslash between them; a tail that begins with a backslash is
-/// not doubled, and an empty base gives the tail as it is.
+/// Joins `base` and `tail` with exactly one backslash between them. If `base` is empty, returns
+/// `tail` unchanged.
 CWideString JoinPath(const CWideString& base, std::wstring_view tail);
 
-/// The folder of a file or folder: everything before the last backslash, which only the root of a
-/// drive keeps; empty when there is no backslash.
+/// Returns the folder of a file or folder: everything before the last backslash. The root of a
+/// drive keeps its backslash. Empty if there is no backslash.
 CWideString FolderOf(std::wstring_view path);
 
-/// The full path of a file or folder, from the current folder when it is relative; the path itself
-/// when the system cannot tell.
+/// Returns the full path of a file or folder. A relative path is resolved against the current
+/// folder. Returns `path` unchanged if the system cannot resolve it.
 CWideString FullPath(const CWideString& path);
 
-/// A full path in the form in which the system takes paths of any length: unchanged if it is
-/// shorter than MAX_PATH with room for the name of a file, otherwise behind "\\?\".
+/// Returns a full path in a form that the system accepts at any length: unchanged if it is shorter
+/// than MAX_PATH with room for an 8.3 file name, otherwise prefixed with "\\?\".
 CWideString LongPath(const CWideString& path);
 
-/// Orders paths, or names of files, as the system compares file names, without regard to case: less
-/// than, equal to or greater than 0.
+/// Compares paths or file names as the file system does, ignoring case. Returns a value less than,
+/// equal to or greater than 0.
 int CompareFileNames(std::wstring_view a, std::wstring_view b) noexcept;
 
-/// Whether there is a file or folder of this path, of any length.
+/// Returns whether a file or folder exists at `path`, which may be of any length.
 bool PathExists(const CWideString& path);

@@ -10,5 +10,5 @@ struct RegistryKeyTraits {
   static void Close(Handle key) noexcept { ::RegCloseKey(key); }
 };
 
-/// The one owner of an open registry key.
+/// Owns an open registry key.
 using CUniqueRegistryKey = CUniqueHandle<RegistryKeyTraits>;

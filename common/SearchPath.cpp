@@ -22,8 +22,8 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
   return text.substr(begin, text.find_last_not_of(blanks) - begin + 1);
 }
 
-/// A full path without the prefix "\\?\", unless it names something else then, as that of a volume
-/// would.
+/// Removes the prefix "\\?\" from a full path, unless the rest would name something else, as for a
+/// volume.
 CWideString WithoutPrefix(const CWideString& path) {
   const std::wstring_view text(path);
   if (text.substr(0, 4) != LR"(\\?\)") {
@@ -35,7 +35,7 @@ CWideString WithoutPrefix(const CWideString& path) {
   return FullPath(plain) == plain ? plain : path;
 }
 
-/// Empty if the path names nothing that exists.
+/// Returns the path with its long names. Empty if nothing exists at the path.
 CWideString AskForLongNames(const CWideString& path) {
   const CNoDiskPrompts noPrompts;
   const DWORD size = ::GetLongPathNameW(path.c_str(), nullptr, 0);
@@ -44,10 +44,11 @@ CWideString AskForLongNames(const CWideString& path) {
   return length > 0 && length < size ? CWideString(names.c_str(), length) : CWideString();
 }
 
-/// The paths that were found to have short names, with their long ones. Any thread may ask.
+/// Caches the long form of paths that contain short names. Thread-safe.
 class LongNames {
  public:
-  /// The path with its long names; as it is if it has no short ones, or names nothing that exists.
+  /// Returns the path with its long names. Unchanged if it has no short names or nothing exists
+  /// there.
   CWideString Of(const CWideString& path) {
     if (std::wstring_view(path).find(L'~') == std::wstring_view::npos) {
       return path;
@@ -104,7 +105,7 @@ CWideString SearchFolderOf(const CWideString& entry) {
   const std::wstring_view text(folder);
   if (text.substr(0, 2) == LR"(\\)" &&
       text.find_first_not_of(LR"(\?.)") == std::wstring_view::npos) {
-    return {};  // there is no server in it
+    return {};  // a network path without a server
   }
   const bool isDriveRoot = text.size() == 3 && text[1] == L':';
   if (text.size() > 1 && text.back() == L'\\' && !isDriveRoot) {

@@ -4,18 +4,21 @@
 
 #include "common/WideString.h"
 
-/// The non-empty entries of a list that is separated by ",", without blanks around them.
+/// Splits a comma-separated list. Trims spaces and tabs, and drops empty entries.
 std::vector<CWideString> SplitCommaList(std::wstring_view list);
 
-/// `text` with its environment variables filled in ("%ProgramFiles%\Modules").
+/// Expands the environment variables in `text` ("%ProgramFiles%\Modules"). Returns `text` unchanged
+/// if the system cannot expand it.
 CWideString ExpandEnvironmentText(const CWideString& text);
 
-/// The folder that an entry of a search path names: its full path, with environment variables
-/// filled in and without a backslash at its end unless it is the root of a drive. Aliases become
-/// one path: the prefix "\\?\" goes, and long names take the place of short ones ("PROGRA~1"), for
-/// which the file system is asked until the folder is there, and then no more in this process.
-/// Empty if the entry comes to nothing, which would stand for the current folder, or to "\\".
+/// Returns the folder that an entry of a search path names, as a full path with environment
+/// variables expanded. Only the root of a drive keeps a backslash at its end. Empty if the entry
+/// expands to nothing, which would mean the current folder, or to "\\".
+///
+/// Aliases of a folder become one path: the prefix "\\?\" is removed, and long names replace short
+/// ones ("PROGRA~1"). The file system is asked for long names until the folder exists; from then on
+/// they are cached.
 CWideString SearchFolderOf(const CWideString& entry);
 
-/// The folders of a search path, in its order; entries that name none are left out.
+/// Returns the folders of a search path, in its order. Entries that name no folder are left out.
 std::vector<CWideString> ExpandSearchPath(std::wstring_view path);

@@ -12,7 +12,7 @@ CWideString ReadText(HKEY key, const wchar_t* name) {
   if (::RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
     return {};
   }
-  // One more: the value need not end in a zero.
+  // One character more, because the value need not be null-terminated.
   std::wstring text(size / sizeof(wchar_t) + 1, L'\0');
   DWORD type = REG_NONE;
   const LSTATUS status =
@@ -21,14 +21,15 @@ CWideString ReadText(HKEY key, const wchar_t* name) {
   return status == ERROR_SUCCESS && isText ? CWideString(text.c_str()) : CWideString();
 }
 
-/// The text of a function that fills a buffer and returns the text's length, or 0.
+/// Returns the path that `getFolder` writes into a buffer. Empty if `getFolder` returns a length of
+/// 0.
 CWideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
   wchar_t folder[MAX_PATH];
   const UINT length = getFolder(folder, MAX_PATH);
   return length > 0 && length < MAX_PATH ? CWideString(folder, length) : CWideString();
 }
 
-/// A folder below the Windows folder.
+/// Returns the path of a folder in the Windows folder.
 CWideString BelowWindows(const wchar_t* name) {
   const CWideString windows = FolderFrom(::GetWindowsDirectoryW);
   return windows.empty() ? windows : JoinPath(windows, name);

@@ -2,20 +2,22 @@
 
 #include "common/WideString.h"
 
-// The machine's own folders. What the system does not tell is an empty path, never an error.
+// Folders of the machine. A folder that the system does not report is an empty path, never an
+// error.
 
-/// Request for the 64-bit view of the machine, added to one of the requests below.
+/// Flag for the requests of GetProgramFolder: reads the 64-bit view of the registry.
 constexpr unsigned long kNativeFolder = 0x80000000;
 
 constexpr unsigned long kProgramFiles = 0;
 constexpr unsigned long kCommonFiles = 1;
 
-/// The program files folder, or for kCommonFiles the common files folder, as the registry gives it.
+/// Returns the program files folder, or for kCommonFiles the common files folder, from the
+/// registry.
 CWideString GetProgramFolder(unsigned long request);
 
 constexpr unsigned long kSysNative = 1;
 constexpr unsigned long kSysWow64 = 2;
 
-/// "sysnative" or "syswow64" in the Windows folder; for any other request the system folder. No
-/// caller in the server.
+/// Returns "sysnative" or "syswow64" in the Windows folder; for any other request the system
+/// folder. The server does not call it.
 CWideString GetSystemFolder(unsigned long request);

@@ -10,9 +10,9 @@ struct LocalTextTraits {
   static void Close(Handle text) noexcept { ::LocalFree(text); }
 };
 
-/// Text that the system allocated with LocalAlloc.
+/// Owns text that the system allocated with LocalAlloc.
 using CUniqueLocalText = CUniqueHandle<LocalTextTraits>;
 
-/// The system's text for a Win32 error code or an HRESULT, in the user's language; none when the
-/// system has no text for it.
+/// Returns the system's message for a Win32 error code or an HRESULT, in the user's language. Null
+/// if the system has no message for it.
 CUniqueLocalText FormatSystemText(DWORD code) noexcept;

@@ -10,5 +10,5 @@ struct FileTraits {
   static void Close(Handle file) noexcept { ::CloseHandle(file); }
 };
 
-/// The one owner of an open file.
+/// Owns the handle of an open file.
 using CUniqueFile = CUniqueHandle<FileTraits>;

@@ -4,8 +4,7 @@
 
 #include "common/LastError.h"
 
-/// The one owner of a handle. Traits give the handle's type, its closer and the value that means
-/// none:
+/// Owns a handle. Traits define its type, how to close it, and the value that means no handle:
 ///
 ///   struct KeyTraits {
 ///     using Handle = HKEY;
@@ -33,8 +32,8 @@ class CUniqueHandle {
   explicit operator bool() const noexcept { return m_handle != Traits::None(); }
   Handle Get() const noexcept { return m_handle; }
 
-  /// Closes what is held and takes over `handle`. The thread's last-error code stays as it is: what
-  /// failed before is often asked for afterwards.
+  /// Closes the held handle and takes ownership of `handle`. Preserves the thread's last-error
+  /// code, because callers often ask for the code of an earlier failure afterwards.
   void Reset(Handle handle = Traits::None()) noexcept {
     const Handle old = std::exchange(m_handle, handle);
     if (old != Traits::None()) {
@@ -43,10 +42,10 @@ class CUniqueHandle {
     }
   }
 
-  /// Gives the handle up without closing it.
+  /// Gives up ownership without closing the handle.
   Handle Release() noexcept { return std::exchange(m_handle, Traits::None()); }
 
-  /// Closes what is held; the address receives a new handle.
+  /// Closes the held handle and returns the address for an out parameter.
   Handle* Put() noexcept {
     Reset();
     return &m_handle;

@@ -31,8 +31,8 @@ CWideString::CWideString(std::wstring_view text)
           text.size(), [&](wchar_t* characters) { return text.copy(characters, text.size()); })) {}
 
 CWideString CWideString::Format(const wchar_t* format, ...) {
-  // The C library's own functions by their underscored names: the standard ones are replaced by
-  // MinGW's, in which "%s" takes narrow text.
+  // Microsoft's functions, by their underscored names: MinGW replaces the standard names by its own
+  // functions, in which "%s" takes narrow text.
   const CLastErrorKeeper keeper;
   va_list arguments{};
   va_start(arguments, format);
@@ -41,7 +41,7 @@ CWideString CWideString::Format(const wchar_t* format, ...) {
   if (length <= 0) {
     return {};
   }
-  // Room first: nothing may be thrown between va_start and va_end.
+  // Allocates first: nothing may be thrown between va_start and va_end.
   const auto size = static_cast<size_t>(length);
   CWideString text = Written(size, [size](wchar_t*) { return size; });
   va_start(arguments, format);

@@ -5,16 +5,16 @@
 #include <string_view>
 #include <utility>
 
-/// The text type of the whole server: UTF-16, any length, embedded zeros allowed.
+/// The text type of the whole server: UTF-16 of any length, with embedded zeros allowed.
 ///
-/// The characters are never changed and are shared by all copies, on any thread: a copy takes no
-/// memory and cannot fail. Making text throws std::bad_alloc when memory is short, and leaves the
-/// thread's last-error code as it was, so that a message can be built between a failed call and
-/// GetLastError(). Comparisons are ordinal.
+/// The characters are immutable and shared by all copies, across threads: copying allocates nothing
+/// and cannot fail. Creating text throws std::bad_alloc if memory is short. It preserves the
+/// thread's last-error code, so a message can be built between a failed call and GetLastError().
+/// Comparisons are ordinal.
 class CWideString {
  public:
   CWideString() noexcept = default;
-  /// Text up to its terminating zero; null counts as empty.
+  /// Copies null-terminated text. Null is empty text.
   CWideString(const wchar_t* text);
   CWideString(const wchar_t* text, size_t length) : CWideString(std::wstring_view(text, length)) {}
   CWideString(std::wstring_view text);
@@ -33,15 +33,15 @@ class CWideString {
   }
   ~CWideString() { clear(); }
 
-  /// Text that `write` puts down: it is called with room for `size` characters, and returns how
-  /// many of them it wrote.
+  /// Creates text from what `write` writes into a buffer of `size` characters. `write` returns the
+  /// number of characters written.
   template <class Write>
   static CWideString Written(size_t size, Write write);
 
-  /// Text of a printf-style format in Microsoft's dialect, where "%s" takes wide text.
+  /// Formats as printf does, in Microsoft's dialect, where "%s" takes wide text.
   static CWideString Format(const wchar_t* format, ...);
 
-  /// Null-terminated, and valid as long as any copy.
+  /// Null-terminated. Valid as long as any copy of the text lives.
   const wchar_t* c_str() const noexcept { return m_characters ? m_characters->Begin() : L""; }
   size_t length() const noexcept { return m_characters ? m_characters->length : 0; }
   bool empty() const noexcept { return length() == 0; }
@@ -51,7 +51,7 @@ class CWideString {
   CWideString& operator+=(std::wstring_view tail);
 
  private:
-  /// Stands before the characters in one block of memory.
+  /// Header of a memory block. The characters follow it.
   struct Characters {
     wchar_t* Begin() noexcept { return reinterpret_cast<wchar_t*>(this + 1); }
 
