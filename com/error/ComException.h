@@ -3,8 +3,8 @@
 #include "com/error/Exception.h"
 #include "com/error/com_exception.h"
 
-/// The heap object in which a com_exception travels; the parameter only tells instances apart.
-// The leading underscore is part of the name under which this role is known.
+/// A com_exception that is thrown by pointer. `Tag` only makes instantiations distinct.
+// The leading underscore belongs to the given name.
 template <class Tag>
 class _CComException : public CException {  // NOLINT(bugprone-reserved-identifier)
  public:
@@ -12,8 +12,8 @@ class _CComException : public CException {  // NOLINT(bugprone-reserved-identifi
 
   const com_exception& Failure() const noexcept { return m_failure; }
 
-  /// Copies the description of the failure and returns TRUE, also if nothing fits; the help context
-  /// is not written.
+  /// Copies the description of the failure and returns TRUE, even if nothing fits. Does not write
+  /// the help context.
   BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT* = nullptr) const override {
     CopyMessage(m_failure.description.c_str(), buffer, maxChars);
     return TRUE;
@@ -23,8 +23,8 @@ class _CComException : public CException {  // NOLINT(bugprone-reserved-identifi
   com_exception m_failure;
 };
 
-/// What the raiser throws, by pointer: catch CComException*, one of its bases or void*, and Delete
-/// it.
+/// The exception that Raise throws, by pointer. It can be caught as CComException*, as a pointer to
+/// a base, or as void*. Whoever catches it calls Delete.
 class CComException final : public _CComException<int> {
  public:
   using _CComException<int>::_CComException;

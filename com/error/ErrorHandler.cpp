@@ -15,7 +15,7 @@ struct ExceptionDeleter {
   void operator()(CException* exception) const noexcept { exception->Delete(); }
 };
 
-// What reports a failure neither throws nor needs the C++ heap: it runs when memory may be short.
+// Reporting a failure neither throws nor uses the C++ heap, because memory may be short.
 
 void Trace(HRESULT hr, const wchar_t* description) noexcept {
   wchar_t number[16];
@@ -52,7 +52,7 @@ HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* descriptio
 
 HRESULT ReportOutOfMemory() noexcept {
   Trace(E_OUTOFMEMORY, L"");
-  ::SetErrorInfo(0, nullptr);  // one that a failure on the way left would explain something else
+  ::SetErrorInfo(0, nullptr);  // one that another failure left would mislead
   return E_OUTOFMEMORY;
 }
 
@@ -110,7 +110,7 @@ void DropCurrentException() noexcept {
     throw;
   } catch (CException* exception) {
     exception->Delete();
-  } catch (...) {  // NOLINT(bugprone-empty-catch): dropping is what this is for
+  } catch (...) {  // NOLINT(bugprone-empty-catch): dropping it is the purpose
   }
   ::SetErrorInfo(0, nullptr);
 }

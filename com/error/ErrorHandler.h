@@ -7,25 +7,24 @@
 #include "com/error/Raise.h"
 #include "com/error/com_exception.h"
 
-/// Reports a failure under a class: writes the debugger trace, makes the thread's error object and
-/// returns `failure.hr` (DISP_E_EXCEPTION for 0). A context is added to the description, behind a
-/// line break and "     > ".
+/// Reports a failure of the class `clsid`: writes the debugger trace, sets the thread's error
+/// object and returns `failure.hr` (DISP_E_EXCEPTION for 0). A `context` that is not null is
+/// appended to the description after a line break and "     > ".
 HRESULT ReportFailure(REFCLSID clsid, const com_exception& failure,
                       const wchar_t* context) noexcept;
 
-/// Call from a catch clause: reports the exception that is being handled under a class and returns
-/// its HRESULT. Out of memory is E_OUTOFMEMORY without an error object, an exception of no known
-/// kind E_UNEXPECTED. Exceptions thrown by pointer are deleted.
+/// Call from a catch clause. Reports the current exception as a failure of the class `clsid` and
+/// returns its HRESULT: E_OUTOFMEMORY without an error object if out of memory, E_UNEXPECTED for an
+/// exception of unknown type. Deletes an exception thrown by pointer.
 HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
 
-/// Runs `work`, which returns an HRESULT, and answers what it answers; an exception is reported
-/// under the class and becomes the result. An error object from before the call is dropped first.
+/// Clears the thread's error object, runs `work` and returns its HRESULT. An exception that `work`
+/// throws is reported as a failure of the class `clsid`, and its HRESULT is returned.
 ///
-/// Every interface method that can fail does its work in here. Elsewhere DropFailures and
-/// KeepFailure catch, and these for what they throw themselves or call: image/Database, which names
-/// the part that damage lies in; msidb/ImageDatabase, which raises what the reader of bytes throws
-/// as failures of the installer; CComModule, which prepares threads; the application object, which
-/// refuses to start without memory.
+/// Every interface method that can fail does its work in here. Other code catches exceptions
+/// through DropFailures and KeepFailure, except in four places: image/Database names the damaged
+/// part; msidb/ImageDatabase raises the exceptions of the byte reader as installer failures;
+/// CComModule prepares threads; the application object refuses to start without memory.
 template <class Work>
 HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   ::SetErrorInfo(0, nullptr);
@@ -36,8 +35,8 @@ HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   }
 }
 
-/// The boundary of a method that gives one result. A null `out` is E_POINTER; it is cleared before
-/// `fill`, which returns an HRESULT, runs and sets it.
+/// The boundary of a method with one out parameter. Returns E_POINTER if `out` is null. Otherwise
+/// clears `*out` and returns the HRESULT of `fill`, which sets it.
 template <class Out, class Fill>
 HRESULT FillOut(REFCLSID clsid, Out* out, Fill&& fill) noexcept {
   return RunAtBoundary(clsid, [&]() -> HRESULT {
@@ -49,7 +48,8 @@ HRESULT FillOut(REFCLSID clsid, Out* out, Fill&& fill) noexcept {
   });
 }
 
-/// The same for `work` that returns the result, or for an interface the caller's reference.
+/// The same for `work` that returns the value of `*out`. If that is an interface, `work` returns
+/// the caller's reference.
 template <class Out, class Work>
 HRESULT Answer(REFCLSID clsid, Out* out, Work&& work) noexcept {
   return FillOut(clsid, out, [&] {
@@ -58,18 +58,17 @@ HRESULT Answer(REFCLSID clsid, Out* out, Work&& work) noexcept {
   });
 }
 
-/// The same for `work` that returns a text, of which the caller gets a BSTR.
+/// The same for `work` that returns text, which the caller gets as a BSTR.
 template <class Work>
 HRESULT AnswerText(REFCLSID clsid, BSTR* out, Work&& work) noexcept {
   return Answer(clsid, out, [&] { return MakeBstr(work()).Release(); });
 }
 
-/// Call from a catch clause: drops the exception that is being handled; one thrown by pointer is
-/// deleted.
+/// Call from a catch clause. Swallows the current exception, deleting one thrown by pointer, and
+/// clears the thread's error object.
 void DropCurrentException() noexcept;
 
-/// Runs `work`; an exception, and what the thread has of an error object then, is dropped without a
-/// trace.
+/// Runs `work`. If it throws, swallows the exception and clears the thread's error object.
 template <class Work>
 void DropFailures(Work&& work) noexcept {
   try {
@@ -79,13 +78,13 @@ void DropFailures(Work&& work) noexcept {
   }
 }
 
-/// Call from a catch clause: the failure that is being handled, as it would be reported; one thrown
-/// by pointer is deleted. Out of memory, and what is of no known kind, is thrown on.
+/// Call from a catch clause. Returns the current failure as it would be reported, and deletes one
+/// thrown by pointer. Rethrows out-of-memory exceptions and those of unknown type.
 std::unique_ptr<const com_exception> KeepCurrentException();
 
-/// Runs `work` and gives the failure that it raised, or null; for work that is allowed to fail, and
-/// whose failure somebody will ask for later. Out of memory says nothing about the work and passes
-/// on to the caller.
+/// Runs `work` and returns the failure that it raised, or null. For work that may fail, if its
+/// failure is asked for later. Rethrows out-of-memory exceptions, which say nothing about the work,
+/// and those of unknown type.
 template <class Work>
 std::unique_ptr<const com_exception> KeepFailure(Work&& work) {
   try {
@@ -96,7 +95,7 @@ std::unique_ptr<const com_exception> KeepFailure(Work&& work) {
   }
 }
 
-/// Base of a class that reports failures under its class identifier.
+/// Base of a class that reports failures under its CLSID.
 template <const CLSID* pClsid>
 class CErrorHandler {
  public:
@@ -105,7 +104,7 @@ class CErrorHandler {
   }
 
  protected:
-  // The method boundary, see RunAtBoundary, FillOut, Answer and AnswerText.
+  // The boundary functions above, for this class.
   template <class Work>
   static HRESULT MethodBoundary(Work&& work) noexcept {
     return RunAtBoundary(*pClsid, static_cast<Work&&>(work));

@@ -19,13 +19,13 @@ HRESULT SetComErrorInfo(REFCLSID clsid, const wchar_t* description, REFIID iid,
                         HRESULT hr) noexcept {
   CComPtr<ICreateErrorInfo> create;
   if (SUCCEEDED(::CreateErrorInfo(create.Put()))) {
-    // Always: a new error object does not begin with GUID_NULL everywhere.
+    // Set even if it is GUID_NULL: not every system clears a new error object.
     create->SetGUID(iid);
     CUniqueHandle<TaskTextTraits> progId;
     if (SUCCEEDED(::ProgIDFromCLSID(clsid, progId.Put()))) {
       create->SetSource(progId.Get());
     }
-    // The interface takes text that it does not change.
+    // SetDescription does not change the text, although its parameter is not const.
     create->SetDescription(const_cast<wchar_t*>(description));
     CComPtr<IErrorInfo> info;
     if (SUCCEEDED(create.QueryInterface(info.Put()))) {

@@ -13,17 +13,18 @@ class CObject {
   CObject() noexcept = default;
 };
 
-/// Root of the framework's exceptions, which are thrown by pointer; whoever catches one calls
+/// Root of the framework's exceptions. They are thrown by pointer, and whoever catches one calls
 /// Delete.
 class CException : public CObject {
  public:
-  /// Copies the message into `buffer`, cut to `maxChars` characters with the terminator, and
-  /// returns TRUE; an exception without a message may return FALSE. Without room for the terminator
-  /// nothing is copied. `helpContext` may be null and is written only by exceptions that have one.
+  /// Copies the message into `buffer`, truncated to `maxChars` characters with the terminator, and
+  /// returns TRUE. Copies nothing if there is no room for the terminator. An exception without a
+  /// message may return FALSE. `helpContext` may be null; only exceptions that have a help context
+  /// write it.
   virtual BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars,
                                UINT* helpContext = nullptr) const = 0;
 
-  /// Frees an exception that was made with new; leaves others alone.
+  /// Deletes an exception that was created with new; leaves others alone.
   void Delete() noexcept {
     if (m_autoDelete) {
       delete this;
@@ -38,16 +39,16 @@ class CException : public CObject {
   bool m_autoDelete = true;
 };
 
-/// Out of memory. One object serves every throw, so that throwing needs no memory.
+/// Out of memory. Every throw uses the same static object, so that throwing allocates none.
 class CMemoryException final : public CException {
  public:
   CMemoryException() noexcept : CException(false) {}
   BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT* helpContext = nullptr) const override;
 };
 
-/// Throws the process's one CMemoryException*.
+/// Throws a pointer to the static CMemoryException of this DLL.
 [[noreturn]] void ThrowMemoryException();
 
-/// Copies as much of `text` as fits into `buffer` of `maxChars` characters, terminator included;
-/// nothing if there is no room even for that.
+/// Copies as much of `text` into `buffer` as fits into `maxChars` characters, terminator included.
+/// Copies nothing if `buffer` is null or `maxChars` is 0.
 void CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept;

@@ -3,10 +3,10 @@
 #include "com/error/com_exception.h"
 #include "common/Bstr.h"
 
-// What comments mean by it: a failure is *raised* when it is thrown in a form that the boundary of
-// a method (RunAtBoundary) reports with its own HRESULT and description, as CComException* or
-// qm::win32_exception. Everything else is *thrown*: std::bad_alloc, and what is caught again on its
-// way to a boundary.
+// In comments, a failure is *raised* if it is thrown as CComException* or qm::win32_exception: the
+// boundary of a method (RunAtBoundary) reports these with their own HRESULT and description.
+// Anything else is *thrown*: std::bad_alloc, and exceptions that are caught before they reach a
+// boundary.
 
 /// Raises `failure`: throws a new CComException* that holds a copy.
 [[noreturn]] void Raise(const com_exception& failure);
@@ -14,15 +14,15 @@
 /// Captures the failure `hr` with the thread's error object and raises it.
 [[noreturn]] void RaiseHResult(HRESULT hr);
 
-/// Raises a failing HRESULT. A non-negative one, S_FALSE included, is no failure.
+/// Raises `hr` if it is a failure. Success codes, S_FALSE included, do nothing.
 inline void RaiseIfFailed(HRESULT hr) {
   if (FAILED(hr)) {
     RaiseHResult(hr);
   }
 }
 
-/// Raises the thread's last-error code: throws qm::win32_exception.
+/// Raises the thread's last-error code as qm::win32_exception.
 [[noreturn]] void RaiseLastError();
 
-/// A new BSTR of `text`. Throws std::bad_alloc.
+/// Allocates a BSTR with a copy of `text`. Throws std::bad_alloc.
 CUniqueBstr MakeBstr(std::wstring_view text);

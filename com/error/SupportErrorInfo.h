@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-/// Answers InterfaceSupportsErrorInfo: S_OK for the interfaces of the list, S_FALSE for all others.
+/// Implements ISupportErrorInfo: returns S_OK for the listed interfaces, S_FALSE for all others.
 template <class... Interfaces>
 class CSupportErrorInfo : public ISupportErrorInfo {
  public:

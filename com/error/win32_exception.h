@@ -6,11 +6,10 @@
 
 namespace qm {
 
-/// A failed Win32 call, by the code that GetLastError() gave when the exception was constructed.
+/// A failed Win32 call, with the GetLastError() code at the time of construction.
 ///
-/// The system's text for the code is formatted when it is first asked for, at most once, and shared
-/// by all copies, whether they were made before or after. The shared block is counted with
-/// interlocked operations; the last copy frees it.
+/// The system's message is formatted at first use, at most once, and shared by all copies, whenever
+/// they were made. Copies share a block with an interlocked reference count; the last one frees it.
 class win32_exception : public std::exception {
  public:
   win32_exception() : win32_exception(::GetLastError()) {}
@@ -23,22 +22,23 @@ class win32_exception : public std::exception {
   /// HRESULT_FROM_WIN32 of the code.
   HRESULT hresult() const noexcept;
 
-  /// The system's text; empty for code 0 and when the system has none. Lives as long as any copy.
+  /// The system's message. Empty for code 0 or if the system has none. Valid as long as any copy
+  /// lives.
   const wchar_t* message() const noexcept;
 
-  /// message() in the system's code page, as std::exception demands.
+  /// message() in the system's code page.
   const char* what() const noexcept override;
 
  private:
-  /// Takes the code as an argument: making the shared block may change the thread's.
+  /// Takes the code as an argument, because allocating the shared block may change the thread's.
   explicit win32_exception(DWORD code);
 
   struct Shared;
   Shared* m_shared;
 };
 
-/// The HRESULT of a Win32 or installer code: a code that is 0 or negative stands as it is, any
-/// other is placed into facility Win32.
+/// Returns the HRESULT of a Win32 or installer code: 0 and negative codes unchanged, any other in
+/// FACILITY_WIN32.
 constexpr HRESULT HResultFromCode(DWORD code) noexcept {
   const auto value = static_cast<HRESULT>(code);
   return value <= 0 ? value : static_cast<HRESULT>((code & 0xFFFFU) | 0x80070000U);
