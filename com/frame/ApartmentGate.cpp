@@ -18,8 +18,8 @@ ApartmentGate theGate;
 
 }  // namespace
 
-/// A thread that waits; it may have several, each within a call that came in while it waited in the
-/// one before.
+/// One wait of a thread. A thread may have several: each in a call that it dispatched during the
+/// wait before.
 struct ApartmentGate::Waiter {
   const DWORD thread = ::GetCurrentThreadId();
   const CUniqueHandle<EventTraits> event{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
@@ -65,15 +65,15 @@ void ApartmentGate::Enter() {
   }
 }
 
-/// False if the waiter was not admitted in time.
+/// Returns false if the waiter was not admitted in time.
 bool ApartmentGate::Wait(Waiter& waiter) {
   HANDLE event = waiter.event.Get();
   DWORD index = 0;
   const HRESULT hr = ::CoWaitForMultipleHandles(0, m_limit, 1, &event, &index);
   if (hr == CO_E_NOTINITIALIZED) {
-    ::WaitForSingleObject(event, m_limit);  // a thread without an apartment gets no calls
+    ::WaitForSingleObject(event, m_limit);  // a thread without an apartment receives no calls
   }
-  ::SetErrorInfo(0, nullptr);  // a call that came in may have left one
+  ::SetErrorInfo(0, nullptr);  // a call dispatched meanwhile may have set it
   const CExclusiveLock lock(m_lock);
   if (!waiter.isAdmitted) {
     Remove(waiter);
@@ -90,7 +90,7 @@ void ApartmentGate::Leave() noexcept {
   if (!m_first) {
     return;
   }
-  // Of the waiters of the thread whose turn it is only the last one is awake.
+  // If that thread has several waits, only the innermost one, which is its last, can return.
   Waiter* admitted = m_first;
   for (Waiter* waiter = m_first; waiter; waiter = waiter->next) {
     if (waiter->thread == m_first->thread) {

@@ -2,14 +2,15 @@
 
 #include <windows.h>
 
-/// Lets one thread at a time, and with it one single-threaded apartment, at what the process
-/// shares: the catalog's sources and records, the index tables, the siblings.
+/// Admits one thread at a time, and with it one single-threaded apartment, to the state that the
+/// process shares: the catalog's sources and records, the index tables, the siblings.
 ///
-/// Passing is a matter of ownership and no lock: the owner may call any object, and pass again in a
-/// call that comes in meanwhile. Whoever has to wait dispatches COM calls to its apartment, so that
-/// an owner that calls an object there goes on. Waiting threads get their turn in the order in
-/// which they came. A thread whose turn comes while a call that it dispatched is still running
-/// owns the gate until that call is done; one that ends as the owner never gives it back.
+/// The gate is owned rather than locked. Its owner may call any object, and may enter again in a
+/// call that comes in meanwhile. A waiting thread dispatches COM calls to its apartment, so an
+/// owner that calls an object there can go on. Waiting threads are admitted in the order of their
+/// arrival. A thread that is admitted while it runs a dispatched call owns the gate from then on,
+/// although its wait returns only after that call. A thread that ends as the owner never gives the
+/// gate back.
 class ApartmentGate {
  public:
   static constexpr DWORD kLimit = 30000;
@@ -23,13 +24,14 @@ class ApartmentGate {
   /// The gate of this DLL.
   static ApartmentGate& Instance() noexcept;
 
-  /// Raises HRESULT_FROM_WIN32(ERROR_TIMEOUT) if the wait takes longer than the limit.
+  /// Waits until the calling thread owns the gate. Raises HRESULT_FROM_WIN32(ERROR_TIMEOUT) if that
+  /// takes longer than the limit.
   void Enter();
 
-  /// As Enter, if no other thread is the owner; false if one is.
+  /// Enters if no other thread owns the gate; otherwise returns false.
   bool TryEnter() noexcept;
 
-  /// Once for each time that this thread entered.
+  /// Call once for each time that this thread entered.
   void Leave() noexcept;
 
  private:
@@ -40,13 +42,13 @@ class ApartmentGate {
   bool Wait(Waiter& waiter);
 
   const DWORD m_limit;
-  SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards the rest, for a few instructions
-  DWORD m_owner = 0;              ///< a thread identifier; 0 for nobody
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards the members below; held for a few instructions
+  DWORD m_owner = 0;              ///< thread identifier; 0 if there is no owner
   unsigned m_depth = 0;
   Waiter* m_first = nullptr;
 };
 
-/// The thread's stay behind the gate of this DLL. Construction raises as ApartmentGate::Enter does.
+/// Owns the gate of this DLL while in scope. Construction raises as ApartmentGate::Enter does.
 class CGatePass {
  public:
   CGatePass() { ApartmentGate::Instance().Enter(); }

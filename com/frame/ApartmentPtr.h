@@ -6,22 +6,22 @@
 
 #include "common/ComPtr.h"
 
-/// A reference on an object, together with the thread in whose apartment the object lives.
+/// A reference to an object, with the thread in whose apartment the object lives.
 struct ApartmentReference {
   IUnknown* object;
   DWORD thread;
   ApartmentReference* next;
 };
 
-/// Releases the object if its thread is the calling one, or has ended; otherwise keeps it for
-/// ReleaseReturnedReferences. Null is skipped.
+/// Releases the object if its thread is the calling one or has ended. Otherwise queues the
+/// reference for ReleaseReturnedReferences. Null is ignored.
 void ReturnReference(ApartmentReference* reference) noexcept;
 
-/// Releases what was returned for the calling thread, and for threads that have ended.
+/// Releases the queued references of the calling thread and of threads that have ended.
 void ReleaseReturnedReferences() noexcept;
 
-/// A reference that something which all apartments share holds on an object of one of them. Not
-/// guarded by itself.
+/// A reference from state that all apartments share to an object of one apartment. Not thread-safe:
+/// whatever guards the shared state guards the reference.
 template <class T>
 class CApartmentPtr {
  public:
@@ -30,17 +30,16 @@ class CApartmentPtr {
   CApartmentPtr& operator=(const CApartmentPtr&) = delete;
   ~CApartmentPtr() { ReturnReference(m_reference); }
 
-  /// The object in the apartment in which it was set; null in any other.
+  /// Returns the object if the calling thread set it, otherwise null.
   T* Get() const noexcept {
     const bool isHere = m_reference && m_reference->thread == ::GetCurrentThreadId();
     return isHere ? static_cast<T*>(m_reference->object) : nullptr;
   }
 
-  /// Whether there is an object, in whatever apartment.
+  /// Returns whether an object is held, in any apartment.
   bool IsSet() const noexcept { return m_reference != nullptr; }
 
-  /// Holds an object of the calling thread's apartment in place of what is held. Throws
-  /// std::bad_alloc.
+  /// Replaces the held object by one of the calling thread's apartment. Throws std::bad_alloc.
   void Set(const CComPtr<T>& object) {
     auto* const reference = new ApartmentReference{object.Get(), ::GetCurrentThreadId(), nullptr};
     object->AddRef();

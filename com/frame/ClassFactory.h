@@ -2,10 +2,8 @@
 
 #include "com/frame/ObjectMap.h"
 
-/// Class factory of one coclass. The module makes it once and holds it with one reference, which
-/// does not count as a lock; references that clients hold do, as LockServer does.
-/// The critical section around its one-time creation, with spin count 0, is the module's: no
-/// factory is there yet that could hold it.
+/// The class factory of one coclass. CComModule creates it once and holds one reference, which does
+/// not keep the DLL loaded. References that clients hold do, and so does LockServer.
 class CComClassFactory final : public IClassFactory {
  public:
   CComClassFactory(const ObjectMapEntry& entry, CComClassFactory* next) noexcept
@@ -17,8 +15,8 @@ class CComClassFactory final : public IClassFactory {
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override;
   STDMETHOD_(ULONG, AddRef)() override;
   STDMETHOD_(ULONG, Release)() override;
-  /// E_POINTER for a null `out`; CLASS_E_NOAGGREGATION when an outer object asks for anything but
-  /// IUnknown; what the creator answers.
+  /// Fails with E_POINTER for a null `out`, with CLASS_E_NOAGGREGATION if an outer object asks for
+  /// anything but IUnknown, or with the creator's HRESULT.
   STDMETHOD(CreateInstance)(IUnknown* outer, REFIID iid, void** out) override;
   STDMETHOD(LockServer)(BOOL lock) override;
 

@@ -40,9 +40,9 @@ void CComModule::PrepareThreadForExceptions() const noexcept {
   }
   try {
     throw 0;
-  } catch (int) {  // NOLINT(bugprone-empty-catch): throwing was the point
+  } catch (int) {  // NOLINT(bugprone-empty-catch): throwing is the purpose
   }
-  ::TlsSetValue(m_preparedThreads, ::GetModuleHandleW(nullptr));  // anything but null
+  ::TlsSetValue(m_preparedThreads, ::GetModuleHandleW(nullptr));  // any value but null
 }
 
 void CComModule::Init(const ObjectMap& objects, HINSTANCE instance) noexcept {

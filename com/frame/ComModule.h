@@ -7,29 +7,31 @@
 
 class CComClassFactory;
 
-/// The server module: its instance, its coclasses and their class factories, each made at its first
-/// use and released when the DLL ends. One per DLL.
+/// The DLL as a COM server: its instance, its coclasses and their class factories. A factory is
+/// created at first use and released when the DLL is unloaded. One per DLL. GetClassObject is
+/// thread-safe.
 class CComModule final : private CModuleLifetimeLink {
  public:
   static CComModule& Instance() noexcept;
   CComModule(const CComModule&) = delete;
   CComModule& operator=(const CComModule&) = delete;
 
-  /// Starts the module. What `objects` points to must outlive it.
+  /// Call once when the DLL is loaded. What `objects` points to must outlive this object.
   void Init(const ObjectMap& objects, HINSTANCE instance) noexcept;
 
   HINSTANCE ModuleInstance() const noexcept { return m_instance; }
 
-  /// The class factory of a coclass, made once. CLASS_E_CLASSNOTAVAILABLE when the map lacks it,
-  /// E_OUTOFMEMORY.
+  /// Queries the class factory of a coclass, created at first use, for `iid`. Fails with E_POINTER
+  /// for a null `out`, CLASS_E_CLASSNOTAVAILABLE if the map lacks the class, E_OUTOFMEMORY, or
+  /// E_NOINTERFACE.
   HRESULT GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept;
 
  private:
   CComModule() noexcept;
   ~CComModule();
 
-  /// Has the C++ runtime make the state that it needs for the first throw of a thread, and of the
-  /// process, while memory is there: it does not survive a shortage then.
+  /// Throws once per thread so that the C++ runtime allocates its exception state now. It would
+  /// terminate the process if that allocation failed later.
   void PrepareThreadForExceptions() const noexcept;
 
   CComClassFactory* FindOrMakeFactory(const ObjectMapEntry& entry) noexcept;
@@ -38,6 +40,6 @@ class CComModule final : private CModuleLifetimeLink {
   HINSTANCE m_instance = nullptr;
   ObjectMap m_objects{};
   const DWORD m_preparedThreads = ::TlsAlloc();  // freed with all slots, see ThreadSlots.cpp
-  CRITICAL_SECTION m_factoryCreation;
-  CComClassFactory* m_factories = nullptr;  // chained, each held with one reference
+  CRITICAL_SECTION m_factoryCreation;            // spin count 0; guards the factories
+  CComClassFactory* m_factories = nullptr;       // linked list; each holds one reference
 };

@@ -8,14 +8,16 @@
 #include "com/frame/ModuleLock.h"
 #include "common/ComPtr.h"
 
-/// Base of every COM object's implementation. An implementation leaves IUnknown to the forms below,
-/// names its interfaces in `InterfaceMap`, and may hide FinalConstruct.
+/// Base of every COM object's implementation. The forms below implement IUnknown for it. An
+/// implementation lists its interfaces in a member type `InterfaceMap`, and may hide
+/// FinalConstruct.
 class CComObjectRoot {
  public:
   CComObjectRoot(const CComObjectRoot&) = delete;
   CComObjectRoot& operator=(const CComObjectRoot&) = delete;
 
-  /// Second step of construction, run once the object is whole; a failure ends its creation.
+  /// Second step of construction, called once the object is complete. If it fails, the object is
+  /// destroyed.
   HRESULT FinalConstruct() noexcept { return S_OK; }
 
  protected:
@@ -23,8 +25,8 @@ class CComObjectRoot {
   ~CComObjectRoot() = default;
 };
 
-/// Interlocked reference count that begins at 1 and holds the DLL's lock while it lives:
-/// a base or member that comes before the implementation, and so goes after it.
+/// Interlocked reference count that starts at 1 and keeps the DLL loaded while it lives. Declare it
+/// before the implementation, as a base or a member, so that it is destroyed last.
 class CComReferenceCount {
  public:
   CComReferenceCount() noexcept { ModuleLock::Add(); }
@@ -39,7 +41,7 @@ class CComReferenceCount {
   LONG m_count = 1;
 };
 
-/// Stand-alone form of an implementation.
+/// The stand-alone form of an implementation.
 template <class Base>
 class CComObject final : private CComReferenceCount, public Base {
  public:
@@ -55,8 +57,9 @@ class CComObject final : private CComReferenceCount, public Base {
     return left;
   }
 
-  /// A new object with one reference. A final construction that fails leaves `object` as it is; its
-  /// answer is returned, with the error object that it made. Throws std::bad_alloc.
+  /// Creates an object with one reference and returns the result of FinalConstruct. If that fails,
+  /// `object` is unchanged and the error object that FinalConstruct set stays. Throws
+  /// std::bad_alloc.
   static HRESULT TryCreate(CComPtr<CComObject>& object) {
     auto made = CComPtr<CComObject>::Adopt(new CComObject);
     const HRESULT hr = made->FinalConstruct();
@@ -66,7 +69,7 @@ class CComObject final : private CComReferenceCount, public Base {
     return hr;
   }
 
-  /// The same for a caller that reports failures itself: what final construction answers is raised.
+  /// The same, but raises the failure of FinalConstruct.
   static CComPtr<CComObject> Create() {
     CComPtr<CComObject> object;
     RaiseIfFailed(TryCreate(object));
@@ -74,7 +77,8 @@ class CComObject final : private CComReferenceCount, public Base {
   }
 };
 
-/// Form of an implementation that lives inside an aggregated object: its IUnknown is the outer one.
+/// The form of an implementation inside an aggregated object. It delegates IUnknown to the outer
+/// object.
 template <class Base>
 class CComContainedObject final : public Base {
  public:
@@ -90,8 +94,8 @@ class CComContainedObject final : public Base {
   IUnknown* m_outer;  // outlives this object, so no reference is held
 };
 
-/// Aggregated form: the non-delegating IUnknown that the outer object holds, around a contained
-/// form.
+/// The aggregated form of an implementation: the non-delegating IUnknown that the outer object
+/// holds, around the contained form.
 template <class Base>
 class CComAggObject final : public IUnknown {
  public:
@@ -125,7 +129,8 @@ class CComAggObject final : public IUnknown {
   CComContainedObject<Base> m_contained;
 };
 
-/// A new object, finally constructed; it goes if that fails. Throws std::bad_alloc.
+/// Creates an object and queries it for `iid`. Destroys it if FinalConstruct or the query fails.
+/// Throws std::bad_alloc.
 template <class Object, class... Arguments>
 HRESULT NewComObject(REFIID iid, void** out, Arguments... arguments) {
   const auto object = CComPtr<Object>::Adopt(new Object(arguments...));
@@ -133,9 +138,9 @@ HRESULT NewComObject(REFIID iid, void** out, Arguments... arguments) {
   return FAILED(hr) ? hr : object->QueryInterface(iid, out);
 }
 
-/// Creator of the class factories: the stand-alone form, or with an outer object the aggregated
-/// one. E_POINTER for a null `out`, which is cleared first; E_OUTOFMEMORY; what final construction
-/// answers, whose report of a failure stays as it is.
+/// Creates an object for a class factory: in the aggregated form if there is an outer object,
+/// otherwise in the stand-alone form. Clears `*out` first. Fails with E_POINTER for a null `out`,
+/// E_OUTOFMEMORY, E_NOINTERFACE, or the failure of FinalConstruct, whose error object stays.
 template <class Base>
 HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
   return FillOut(GUID_NULL, out, [&]() -> HRESULT {

@@ -95,7 +95,7 @@ HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD fl
   if (FAILED(hr)) {
     return hr;
   }
-  // A member that fails without an error object must not be explained by an older one.
+  // A member that fails without an error object must not report an older one.
   ::SetErrorInfo(0, nullptr);
   if (flags == DISPATCH_METHOD) {
     flags |= DISPATCH_PROPERTYGET;

@@ -9,8 +9,8 @@
 #include "com/frame/TypeLibraries.h"
 #include "common/ModuleLifetime.h"
 
-/// Type information of one interface, loaded when it is first asked for and kept until the DLL
-/// ends. Any thread may ask. Objects are static.
+/// The type information of one interface, loaded at first use and kept until the DLL is unloaded.
+/// Thread-safe. Objects are static.
 class CTypeInfoHolder final : private CModuleLifetimeLink {
  public:
   constexpr CTypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
@@ -19,10 +19,10 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
   HRESULT GetTypeInfo(ITypeInfo** out) noexcept;
   HRESULT GetIdsOfNames(REFIID iid, wchar_t** names, UINT count, DISPID* ids) noexcept;
 
-  /// Calls a member of `object`, which implements the interface, as ITypeInfo does; what scripts
-  /// ask most takes a shorter way. Beyond that a call that says "method" alone also finds a
-  /// property, since some script hosts ask so, and a result of type VT_UNKNOWN is handed on as
-  /// VT_DISPATCH where the object answers it.
+  /// Calls a member of `object`, which implements the interface, as ITypeInfo::Invoke does, with
+  /// two additions. A call with DISPATCH_METHOD alone also reads a property, because some script
+  /// hosts read properties that way. A result of type VT_UNKNOWN becomes VT_DISPATCH if the object
+  /// supports it. The getters that scripts call most bypass ITypeInfo.
   HRESULT Invoke(void* object, DISPID member, REFIID iid, WORD flags, DISPPARAMS* parameters,
                  VARIANT* result, EXCEPINFO* exception, UINT* badArgument) noexcept;
 
@@ -32,13 +32,13 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
 
   const IID& m_iid;
   TypeLibrary m_library;
-  SRWLOCK m_lock = SRWLOCK_INIT;  ///< taken to keep what was loaded
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards storing what was loaded
   DispatchTable* m_table = nullptr;
-  std::atomic<ITypeInfo*> m_info = nullptr;  ///< set behind m_table
+  std::atomic<ITypeInfo*> m_info = nullptr;  ///< set after m_table
 };
 
-/// IDispatch of a dual interface, answered from the type information of Described: Interface itself
-/// or an older version that it inherits.
+/// Implements IDispatch of a dual interface from the type information of `Described`, which is
+/// `Interface` itself or an older version that it inherits.
 template <class Interface, class Described = Interface,
           TypeLibrary library = TypeLibrary::Interfaces>
 class IDispatchImpl : public Interface {

@@ -19,7 +19,8 @@ bool IsLess(std::wstring_view a, std::wstring_view b) noexcept {
       [](wchar_t left, wchar_t right) { return ToLower(left) < ToLower(right); });
 }
 
-/// The type of what a function returns through its only parameter, VT_EMPTY for other functions.
+/// Returns the type of a property getter whose only parameter is its return value; VT_EMPTY for any
+/// other function.
 VARTYPE TypeOfProperty(const FUNCDESC& function) noexcept {
   const bool isProperty = function.invkind == INVOKE_PROPERTYGET && function.cParams == 1;
   if (!isProperty ||
@@ -34,7 +35,7 @@ bool IsKnownType(VARTYPE type) noexcept {
   return type == VT_BSTR || type == VT_I4 || type == VT_BOOL;
 }
 
-/// As ITypeInfo::Invoke tells of a member that failed.
+/// Fills `exception` as ITypeInfo::Invoke does for a member that failed.
 void Describe(HRESULT hr, EXCEPINFO& exception) noexcept {
   exception = {};
   exception.scode = hr;
@@ -50,8 +51,7 @@ void Describe(HRESULT hr, EXCEPINFO& exception) noexcept {
 }  // namespace
 
 DispatchTable::DispatchTable(ITypeInfo& info) {
-  // Seen as an interface, a dual interface tells of its slots, and of the versions that it
-  // inherits.
+  // The interface view of a dual interface describes its slots and the versions that it inherits.
   HREFTYPE reference = 0;
   CComPtr<ITypeInfo> current;
   if (FAILED(info.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference)) ||

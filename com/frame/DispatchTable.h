@@ -6,27 +6,28 @@
 #include <string_view>
 #include <vector>
 
-/// What scripts ask of a dual interface most, taken out of its type information once: the
-/// identifiers of all members by name, and the virtual-table slots of the properties that are read
-/// without arguments. Type information looks through its members at every call.
+/// The members of a dual interface that scripts call most: the dispatch identifiers of all members
+/// by name, and the virtual-table slots of properties that are read without arguments. Read once
+/// from the type information, which would search its members at every call. Immutable after
+/// construction.
 class DispatchTable {
  public:
-  /// A property of one of the types VT_BSTR, VT_I4 and VT_BOOL that is read without arguments.
+  /// A property of type VT_BSTR, VT_I4 or VT_BOOL that is read without arguments.
   struct Getter {
     DISPID member;
-    unsigned slot;  ///< from 0, those of IUnknown and IDispatch included
+    unsigned slot;  ///< counted from 0, with those of IUnknown and IDispatch
     VARTYPE type;
   };
 
-  /// `info` describes a dual interface. Members that it does not tell of are left out. Throws
+  /// `info` describes a dual interface. Members that it fails to describe are left out. Throws
   /// std::bad_alloc.
   explicit DispatchTable(ITypeInfo& info);
 
-  /// The identifier of a member, in any case of ASCII letters; DISPID_UNKNOWN for a name that is
-  /// not in the table.
+  /// Returns the identifier of a member, ignoring the case of ASCII letters. DISPID_UNKNOWN if the
+  /// table lacks the name.
   DISPID FindMember(std::wstring_view name) const noexcept;
 
-  /// Null for a member that is not such a property.
+  /// Returns the getter of a member, or null if the member is not such a property.
   const Getter* FindGetter(DISPID member) const noexcept;
 
  private:
@@ -38,10 +39,10 @@ class DispatchTable {
   void AddMembers(ITypeInfo& interfaceInfo);
   void AddMember(ITypeInfo& info, const FUNCDESC& function);
 
-  std::vector<Name> m_names;      // in order
-  std::vector<Getter> m_getters;  // by member
+  std::vector<Name> m_names;      // sorted by text
+  std::vector<Getter> m_getters;  // sorted by member
 };
 
-/// Reads a property: what ITypeInfo::Invoke does for it. `object` implements the interface.
+/// Reads a property as ITypeInfo::Invoke does. `object` implements the interface.
 HRESULT InvokeGetter(void* object, const DispatchTable::Getter& getter, VARIANT& result,
                      EXCEPINFO* exception) noexcept;

@@ -2,7 +2,8 @@
 
 #include <windows.h>
 
-/// One branch of an object's base classes: a pointer to Branch answers for each of Interfaces.
+/// One branch of an object's base classes: QueryInterface returns the Branch pointer for each of
+/// Interfaces.
 template <class Branch, class... Interfaces>
 struct Via {
   static_assert(sizeof...(Interfaces) > 0);
@@ -15,8 +16,8 @@ struct Via {
   static bool Answers(REFIID iid) noexcept { return (... || (iid == __uuidof(Interfaces))); }
 };
 
-/// What an object answers to QueryInterface; its identity (IUnknown) is the pointer of the first
-/// branch. A class names its map in a member `InterfaceMap`.
+/// Implements QueryInterface by a list of Via. The pointer of the first branch is also the object's
+/// identity (IUnknown). A class declares its map as a member type `InterfaceMap`.
 template <class Primary, class... Others>
 struct CInterfaceMap {
   template <class Object>

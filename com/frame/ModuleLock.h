@@ -2,8 +2,8 @@
 
 #include <windows.h>
 
-/// Counts what keeps the DLL loaded: objects that are alive, class factories that clients hold, and
-/// locks of IClassFactory::LockServer. One count per DLL; any thread may change it.
+/// Counts what keeps the DLL loaded: live objects, references that clients hold to class factories,
+/// and locks of IClassFactory::LockServer. One count per DLL. Thread-safe.
 class ModuleLock {
  public:
   ModuleLock() = delete;

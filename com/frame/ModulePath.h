@@ -4,5 +4,6 @@
 
 #include "common/WideString.h"
 
-/// Full path of a module's file, of any length. Raises the system's failure.
+/// Returns the full path of the file of a DLL or program, of any length. Raises the system's
+/// failure.
 CWideString ModulePath(HINSTANCE instance);

@@ -14,14 +14,15 @@ struct ObjectMapEntry {
   ComCreator create;
 };
 
-/// The coclasses of a DLL and the type libraries that describe them; the DLL owns it.
+/// The coclasses of a DLL and the type libraries that describe them. The DLL owns what this points
+/// to.
 struct ObjectMap {
   const ObjectMapEntry* entries;
   size_t count;
-  /// The library that the DLL carries as a resource.
+  /// The type library that the DLL contains as a resource.
   const GUID* classLibrary;
-  /// The library of the interfaces and its file, which lies beside the DLL; null when the resource
-  /// describes the interfaces too.
+  /// The type library of the interfaces, and the name of its file beside the DLL. Both are null if
+  /// the resource describes the interfaces too.
   const GUID* interfaceLibrary = nullptr;
   const wchar_t* interfaceLibraryFile = nullptr;
 };

@@ -17,8 +17,8 @@ void ThrowIfRegistryFailed(LSTATUS status) {
   RaiseIfFailed(qm::HResultFromCode(static_cast<DWORD>(status)));
 }
 
-/// Sets a value of a key below HKEY_CLASSES_ROOT, which is made when it is missing; null names the
-/// key's default value.
+/// Sets a value of a key below HKEY_CLASSES_ROOT, and creates the key if it is missing. A null
+/// `name` means the default value.
 void SetValue(const CWideString& key, const wchar_t* name, const CWideString& value) {
   CUniqueRegistryKey handle;
   ThrowIfRegistryFailed(::RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0,
@@ -47,7 +47,8 @@ CWideString ClassKey(const ObjectMapEntry& entry) {
 
 CWideString StringResource(HINSTANCE instance, UINT id) {
   const wchar_t* text = nullptr;
-  // A buffer size of 0 gives the address of the resource itself, which has no terminator.
+  // With a buffer size of 0, LoadStringW returns the address of the resource itself, which is not
+  // null-terminated.
   const int length = ::LoadStringW(instance, id, reinterpret_cast<wchar_t*>(&text), 0);
   return length > 0 ? CWideString(text, static_cast<size_t>(length)) : CWideString();
 }
@@ -78,12 +79,12 @@ void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE insta
 void RegisterLibrary(const CWideString& path) {
   CComPtr<ITypeLib> library;
   RaiseIfFailed(::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()));
-  // The interfaces take both paths as text that they do not change.
+  // RegisterTypeLib does not change the paths, although its parameters are not const.
   RaiseIfFailed(::RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()),
                                   const_cast<wchar_t*>(FolderOf(path).c_str())));
 }
 
-/// Whether two spellings of a path (short names, letter case) are those of one file.
+/// Returns whether two paths name the same file despite short names and letter case.
 bool IsSameFile(const wchar_t* a, const wchar_t* b) {
   wchar_t longA[MAX_PATH * 2];
   wchar_t longB[MAX_PATH * 2];
@@ -94,10 +95,9 @@ bool IsSameFile(const wchar_t* a, const wchar_t* b) {
   return CompareFileNames(longName(a, longA), longName(b, longB)) == 0;
 }
 
-/// Unless another file, one that carries the same library, has taken the place of `path`.
+/// Unregisters a type library, unless it is registered from a file other than `path`.
 void UnregisterLibrary(REFGUID libid, const CWideString& path) {
-  // Asked first, also because systems differ in what they answer for a library that is not
-  // registered.
+  // Checked first, also because systems differ in the result for a library that is not registered.
   CUniqueBstr registered;
   if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
       registered && IsSameFile(registered.Get(), path.c_str())) {
@@ -111,8 +111,8 @@ void RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
     RegisterClass(objects.entries[i], *objects.classLibrary, instance);
   }
-  // The interface library comes last: the library of the classes carries copies of the interfaces,
-  // and the interfaces' own entries are to name the library that declares them.
+  // The interface library is registered last. The library of the classes contains copies of the
+  // interfaces, but their registry entries must name the library that declares them.
   RegisterLibrary(ModulePath(instance));
   if (objects.interfaceLibrary) {
     RegisterLibrary(InterfaceLibraryPath(objects, instance));

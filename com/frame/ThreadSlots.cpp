@@ -1,17 +1,17 @@
 #include <windows.h>
 
-// The C++ runtime is linked into each DLL. It takes one of the process's thread-local slots at the
-// first throw and never gives it back, so a host that loads and unloads the DLL again and again
-// would run out of them: there are 1,088. Hence every slot that code of this DLL takes is noted,
-// and freed when the DLL goes.
+// The C++ runtime is linked into each DLL. It allocates a thread-local slot at the first throw and
+// never frees it. A process has 1,088 slots, so a host that keeps loading and unloading the DLL
+// would run out of them. This file records every slot that code of this DLL allocates, and frees
+// them when the DLL is unloaded.
 
 namespace {
 
 constexpr int kMostSlots = 8;
 
-/// The slots of this DLL. Taking one may be what the runtime does first of all, so that this must
-/// work before it is constructed; constructed before all other static objects, it is destroyed
-/// after them.
+/// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note works
+/// on the constant-initialised object. This is the first static object to be constructed and hence
+/// the last to be destroyed.
 class CThreadSlots {
  public:
   constexpr CThreadSlots() noexcept = default;
@@ -51,7 +51,7 @@ DWORD WINAPI TakeSlot() {
 
 }  // namespace
 
-// What is called as TlsAlloc anywhere in this DLL, in place of the import.
+// Replaces the import of TlsAlloc for all code in this DLL.
 extern "C" {
 DWORD(WINAPI* g_importedTlsAlloc)() __asm__("__imp__TlsAlloc@0") = &TakeSlot;
 }

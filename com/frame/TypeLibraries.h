@@ -8,25 +8,25 @@
 #include "common/ModuleLifetime.h"
 #include "common/WideString.h"
 
-/// The library that describes an interface to IDispatch.
+/// The type library that describes an interface to IDispatch.
 enum class TypeLibrary {
-  Interfaces,  ///< the file beside the DLL, else the registered one
+  Interfaces,  ///< the file beside the DLL, or else the registered one
   Classes,     ///< the resource of the DLL
 };
 
-/// The type libraries of the DLL, each loaded at its first use and released when the DLL ends. Any
-/// thread may ask: the system's type information belongs to no apartment.
+/// The type libraries of the DLL, each loaded at first use and released when the DLL is unloaded.
+/// Thread-safe: the system's type information belongs to no apartment.
 class TypeLibraries final : private CModuleLifetimeLink {
  public:
   static TypeLibraries& Instance() noexcept;
 
   constexpr TypeLibraries() noexcept = default;
 
-  /// Before the first use. What `objects` points to must outlive this.
+  /// Call before the first use. What `objects` points to must outlive this object.
   void Init(const ObjectMap& objects, HINSTANCE instance) noexcept;
 
-  /// A library, with a reference for the caller. Fails with what the library's loading answers;
-  /// TYPE_E_LIBNOTREGISTERED before Init.
+  /// Returns a library with a reference for the caller. Fails with the HRESULT of loading the
+  /// library, or with TYPE_E_LIBNOTREGISTERED before Init.
   HRESULT Get(TypeLibrary library, ITypeLib** out) noexcept;
 
  private:
@@ -34,10 +34,10 @@ class TypeLibraries final : private CModuleLifetimeLink {
 
   ObjectMap m_objects{};
   HINSTANCE m_instance = nullptr;
-  SRWLOCK m_lock = SRWLOCK_INIT;  ///< taken to keep what was loaded
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards storing what was loaded
   bool m_isEnlisted = false;
   std::atomic<ITypeLib*> m_loaded[2] = {};
 };
 
-/// Full path of the interface library's file beside the DLL. Raises as ModulePath does.
+/// Returns the full path of the interface library's file beside the DLL. Raises as ModulePath does.
 CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);

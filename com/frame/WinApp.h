@@ -2,13 +2,14 @@
 
 #include "com/error/Exception.h"
 
-/// Application object of a DLL: made at load, started and ended by DllMain.
+/// The application object of a DLL. It is constructed at load; DllMain calls InitInstance and
+/// ExitInstance.
 class CWinApp : public CObject {
  public:
-  /// Start; FALSE refuses the load. An override ends with a call of this one.
+  /// Called at load, which is refused if this returns FALSE. An override calls this one last.
   virtual BOOL InitInstance() { return TRUE; }
 
-  /// End, not called when the whole process ends. An override ends with a call of this one.
+  /// Called at unload, but not when the process ends. An override calls this one last.
   virtual int ExitInstance() { return 0; }
 
   HINSTANCE Instance() const noexcept { return m_instance; }
