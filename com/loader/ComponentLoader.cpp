@@ -15,8 +15,8 @@
 
 namespace {
 
-/// Raises `hr` under the name of a DLL: with what the failed component left on the thread, else
-/// with the system's text.
+/// Raises `hr`. The description begins with the DLL's name; the rest is from the thread's error
+/// object, or else the system's message.
 [[noreturn]] void RaiseFor(const wchar_t* dll, HRESULT hr) {
   com_exception failure(hr);
   failure.description = CWideString(dll) + L": " + failure.description;
@@ -24,13 +24,12 @@ namespace {
 }
 
 [[noreturn]] void RaiseFor(const wchar_t* dll, DWORD code) {
-  ::SetErrorInfo(0, nullptr);  // a Win32 failure has none
+  ::SetErrorInfo(0, nullptr);  // a Win32 failure has no error object
   RaiseFor(dll, qm::HResultFromCode(code));
 }
 
-/// For as long as the object lives: a folder is the current one, so that a DLL finds those that it
-/// needs itself beside it, and a load that fails is told to the caller alone and not in a message
-/// box.
+/// While in scope, makes `folder` the current folder, so that a DLL finds its own dependencies
+/// beside it, and suppresses the system's message boxes for failed loads.
 class LoadConditions {
  public:
   explicit LoadConditions(const CWideString& folder) {
@@ -38,7 +37,7 @@ class LoadConditions {
     m_previousFolder.resize(size);
     m_previousFolder.resize(::GetCurrentDirectoryW(size, m_previousFolder.data()));
     ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_previousMode);
-    // A folder that could not be given back is not left in the first place.
+    // The current folder is changed only if it can be restored.
     if (!m_previousFolder.empty()) {
       ::SetCurrentDirectoryW(folder.c_str());
     }
@@ -59,8 +58,8 @@ class LoadConditions {
 
 CModuleWide<CComponentLoader> theLoader;
 
-/// An exported function, or null. By way of void*: the compiler warns of casts between function
-/// types.
+/// Returns an exported function, or null. Casts through void*, because the compiler warns about
+/// casts between function types.
 template <class Function>
 Function ExportOf(HMODULE module, const char* name) noexcept {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module, name)));
@@ -115,7 +114,7 @@ CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {
   return {};
 }
 
-/// Where the DLL lies, as a full path; empty when it is at none of the places.
+/// Returns the full path of the DLL. Empty if none of the places has it.
 CWideString CComponentLoader::Find(const wchar_t* dll) const {
   if (std::wcschr(dll, L'\\')) {
     return FullPath(dll);
@@ -143,15 +142,15 @@ HMODULE CComponentLoader::Loaded(const wchar_t* dll) const noexcept {
   return loaded == m_loaded.end() ? nullptr : loaded->second;
 }
 
-/// The module, or null and the code of the failure. `path` is where the DLL lies, empty when it was
-/// not found.
+/// Loads the DLL at `path`, which is empty if the DLL was not found. On failure returns null and
+/// sets `code` to the Win32 code.
 HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, DWORD& code) {
   if (path.empty()) {
     code = ERROR_MOD_NOT_FOUND;
     return nullptr;
   }
   const LoadConditions conditions(FolderOf(path));
-  // The place in the map comes first: once the DLL is loaded nothing can fail any more.
+  // Inserts the map entry first, so that nothing can fail after the DLL is loaded.
   const auto entry = m_loaded.emplace(dll, nullptr).first;
   const HMODULE module = ::LoadLibraryW(path.c_str());
   code = ::GetLastError();
@@ -195,7 +194,8 @@ void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, vo
     constexpr DWORD anyServer =
         CLSCTX_INPROC_SERVER | CLSCTX_INPROC_HANDLER | CLSCTX_LOCAL_SERVER | CLSCTX_REMOTE_SERVER;
     if (FAILED(::CoCreateInstance(clsid, nullptr, anyServer, iid, out))) {
-      // Why the product's own component cannot be had says more than that no other is registered.
+      // Reports why the product's own component failed to load, not that no other one is
+      // registered.
       RaiseFor(dll, code);
     }
     return;
@@ -224,7 +224,7 @@ void CComponentLoader::UnloadIdle() noexcept {
   if (!gate.TryEnter()) {
     return;
   }
-  ReleaseReturnedReferences();  // they keep siblings from being idle
+  ReleaseReturnedReferences();  // they would keep siblings in use
   for (auto entry = m_loaded.begin(); entry != m_loaded.end();) {
     const auto canUnload = ExportOf<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
     if (canUnload && canUnload() == S_OK) {

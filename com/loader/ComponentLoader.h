@@ -5,36 +5,37 @@
 #include "common/ComPtr.h"
 #include "common/WideString.h"
 
-/// Finds, loads and unloads the sibling components of the product, DLLs that lie at known places
-/// around the server, and creates objects from them. Nothing is loaded from the current folder or
-/// the search path.
+/// Finds, loads and unloads the sibling components of the product, which are DLLs at known places
+/// around the server, and creates their objects. Loads nothing from the current folder or the
+/// search path.
 ///
-/// Failures are raised, with a description that begins with the DLL's name. Works behind the
-/// ApartmentGate: loading changes the current folder of the process.
+/// Thread-safe: every function that loads or unloads enters the ApartmentGate, also because loading
+/// changes the current folder of the process. Failures are raised, with a description that begins
+/// with the DLL's name.
 class CComponentLoader {
  public:
-  /// Looks around `serverFolder`, the folder of the server's own file, and in the product's folder
-  /// below `commonFilesFolder`.
+  /// `serverFolder` is the folder of the server's own file. The product's folder lies below
+  /// `commonFilesFolder`.
   CComponentLoader(CWideString serverFolder, CWideString commonFilesFolder);
 
-  /// The loader of this DLL, made at its first use.
+  /// Returns the loader of this DLL, created at first use.
   static CComponentLoader& Instance();
 
-  /// The folder "System" that holds `dll` in the nearest folder above the server's own (never in
-  /// the server's own); empty if no folder up to the root has it.
+  /// Returns the nearest folder "System" that contains `dll`, among those in the folders above the
+  /// server's own. Empty if no folder up to the root has one.
   CWideString FindSystemFolder(const wchar_t* dll) const;
 
-  /// The function that `dll` exports as `name`. A DLL that is not loaded yet is taken as it is
-  /// named when the name has a backslash; any other from the server's folder, its "System"
-  /// subfolder, the product folder below the common files, or the folder of FindSystemFolder, in
-  /// this order. Only the project type asks for a function.
+  /// Returns the function that `dll` exports as `name`, and loads the DLL if necessary. A name with
+  /// a backslash is a path. Any other DLL is looked for in the server's folder, its "System"
+  /// subfolder, the product folder below the common files, and the folder of FindSystemFolder, in
+  /// this order.
   template <class Function>
   Function FunctionOf(const wchar_t* dll, const char* name) {
     return reinterpret_cast<Function>(AddressOf(dll, name));
   }
 
-  /// A new object of `clsid`, from `dll` when that is loaded or lies at one of the first three of
-  /// these places, otherwise as registered on the machine.
+  /// Creates an object of `clsid`: from `dll` if that is loaded or lies at one of the first three
+  /// of these places, otherwise as registered on the machine.
   template <class Interface>
   CComPtr<Interface> Create(const wchar_t* dll, REFCLSID clsid) {
     CComPtr<Interface> object;
@@ -42,12 +43,12 @@ class CComponentLoader {
     return object;
   }
 
-  /// Frees every loaded DLL whose DllCanUnloadNow answers S_OK; one without that export stays. Does
-  /// nothing while another apartment is behind the gate.
+  /// Frees every loaded DLL whose DllCanUnloadNow returns S_OK. A DLL without that export stays
+  /// loaded. Does nothing while another thread owns the ApartmentGate.
   void UnloadIdle() noexcept;
 
  private:
-  /// Compares names, for a search also with a plain text.
+  /// Orders DLL names ignoring case. Lookups need no CWideString.
   struct IgnoringCase {
     using is_transparent = void;
     bool operator()(const CWideString& a, const CWideString& b) const noexcept;
@@ -66,5 +67,5 @@ class CComponentLoader {
   std::map<CWideString, HMODULE, IgnoringCase> m_loaded;
 };
 
-/// Unloads idle siblings, if the loader of this DLL has been used at all.
+/// Unloads idle siblings if the loader of this DLL has been created.
 void UnloadIdleSiblings() noexcept;
