@@ -16,16 +16,16 @@ class ByteSource {
   ByteSource& operator=(const ByteSource&) = delete;
   virtual ~ByteSource() = default;
 
-  /// The size in bytes. It does not change while the object lives.
+  /// Returns the size in bytes, which does not change while the object lives.
   virtual std::uint64_t Size() const noexcept = 0;
 
-  /// Copies `count` bytes from `offset` on to `bytes`; the range lies within Size(). A read that
-  /// fails or comes up short throws an exception of the implementation's own, which passes through
-  /// the readers.
+  /// Copies `count` bytes at `offset` to `bytes`. The range lies within Size(). If the read fails
+  /// or is short, throws an exception of the implementation's own, which passes through the
+  /// readers.
   virtual void Read(std::uint64_t offset, void* bytes, std::size_t count) = 0;
 };
 
-// Numbers are stored with the low byte first.
+// Numbers are stored in little-endian order.
 
 inline std::uint16_t ReadU16(const std::uint8_t* bytes) noexcept {
   return static_cast<std::uint16_t>(bytes[0] | bytes[1] << 8U);

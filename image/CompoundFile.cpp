@@ -16,14 +16,15 @@ namespace {
 constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kPageSize = 16384;
 constexpr std::size_t kMostPages = 6;
-// Parts of a database are far smaller. One that is not would fill the memory of its reader.
+// The most that is read at once, in bytes. The parts of a sound database are far smaller; a larger
+// one would exhaust the memory of its reader.
 constexpr std::uint64_t kMostAtOnce = 256 << 20;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
-// Streams of this size and more have whole sectors.
+// Streams of at least this size are stored in whole sectors.
 constexpr std::uint64_t kMiniStreamLimit = 4096;
 
-constexpr std::uint32_t kLastSector = 0xFFFFFFFA;  // greater numbers have meanings of their own
+constexpr std::uint32_t kLastSector = 0xFFFFFFFA;  // greater numbers are reserved
 constexpr std::uint32_t kEndOfChain = 0xFFFFFFFE;
 constexpr std::uint32_t kNoEntry = 0xFFFFFFFF;
 
@@ -34,14 +35,14 @@ char16_t ToUpper(char16_t character) noexcept {
                                                 : character;
 }
 
-/// Whether a name is less than another without regard to the case of ASCII letters.
+/// Returns whether a name is less than another, ignoring the case of ASCII letters.
 bool IsLess(std::u16string_view a, std::u16string_view b) noexcept {
   return std::lexicographical_compare(
       a.begin(), a.end(), b.begin(), b.end(),
       [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
 }
 
-/// The cause for refusing a file that is not a compound file.
+/// Returns the reason for refusing a file that does not begin as a compound file does.
 std::string_view KindOf(const Bytes& front) noexcept {
   const auto beginsWith = [&](std::string_view text) {
     return front.size() >= text.size() && std::memcmp(front.data(), text.data(), text.size()) == 0;
@@ -67,7 +68,7 @@ class CompoundFile::Entry {
 
   /// Appends the name to `names`.
   void AppendName(std::u16string& names) const {
-    const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminating zero
+    const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminator
     if (size < 2 || size > kNameSize || size % 2 != 0) {
       Refuse(DamagedPart::Structure, "The directory has an entry whose name takes up ", size,
              " bytes.");
@@ -77,7 +78,7 @@ class CompoundFile::Entry {
     }
   }
 
-  /// Whether the first zero of the entry's name stands where its size says that it ends.
+  /// Returns whether the first zero of the name is where the size in the entry says.
   bool EndsWithItsSize(std::u16string_view name) const noexcept {
     return name.find(u'\0') == name.npos && ReadU16(m_bytes + 2 * name.size()) == 0;
   }
@@ -88,7 +89,7 @@ class CompoundFile::Entry {
   std::uint32_t Child() const noexcept { return ReadU32(m_bytes + 0x4C); }
 
   Stream Extent() const noexcept {
-    // Writers of version 3 leave rubbish in the upper half of the size.
+    // Writers of version 3 leave garbage in the upper half of the size.
     const std::uint64_t size =
         m_majorVersion == 3 ? ReadU32(m_bytes + 0x78) : ReadU64(m_bytes + 0x78);
     return {ReadU32(m_bytes + 0x74), size};
@@ -138,8 +139,8 @@ void CompoundFile::ReadHeader() {
     Refuse(DamagedPart::Structure, "The header states a mini sector size of 2 to the power of ",
            ReadU16(bytes + 0x20), " bytes and a limit of ", ReadU32(bytes + 0x38), " bytes.");
   }
-  // Sector 0 follows the header, which takes up a whole sector. Numbers from kLastSector on would
-  // be needed from 2 TB on.
+  // Sector 0 follows the header, which occupies a whole sector. Only files of 2 TB would need
+  // numbers from kLastSector on.
   const std::uint64_t behindHeader =
       m_source.Size() > SectorSize() ? m_source.Size() - SectorSize() : 0;
   m_sectorCount = std::min<std::uint64_t>((behindHeader + SectorSize() - 1) >> m_header.sectorShift,
@@ -159,8 +160,8 @@ void CompoundFile::ReadHeader() {
   m_nextTableList = m_header.firstTableList;
 }
 
-/// Reads the tree of the root's entries as a whole. It need not be balanced: some writers make it a
-/// list, so that a search in it would take as long as it has entries.
+/// Reads the whole tree of the root's entries. It need not be balanced: some writers make it a
+/// list, in which a search would take linear time.
 void CompoundFile::ReadDirectory() {
   const std::vector<std::uint32_t> sectors =
       Chain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
@@ -174,13 +175,13 @@ void CompoundFile::ReadDirectory() {
   }
   m_root = entryAt(0).Extent();
 
-  // A subtree with the names between which those of its entries must lie.
+  // A subtree, and the names between which those in it must lie.
   struct Subtree {
     std::uint32_t index;
     const std::u16string_view* above;
     const std::u16string_view* below;
   };
-  m_names.reserve(count * Entry::kNameSize / 2);  // its characters stay where they are
+  m_names.reserve(count * Entry::kNameSize / 2);  // never reallocated: views refer to it
   std::vector<std::u16string_view> names(count);
   std::vector<bool> isVisited(count);
   isVisited[0] = true;
@@ -211,7 +212,8 @@ void CompoundFile::ReadDirectory() {
     waiting.push_back({entry.Right(), &name, below});
     waiting.push_back({entry.Left(), above, &name});
   }
-  // Of streams with one name the first counts. Their names lie in m_names in their order.
+  // Of several streams with the same name the first one counts. Their order is that of their names
+  // in m_names.
   std::sort(m_streams.begin(), m_streams.end(), [](const NamedStream& a, const NamedStream& b) {
     return IsLess(a.name, b.name) ||
            (!IsLess(b.name, a.name) && std::less<>()(a.name.data(), b.name.data()));
@@ -244,7 +246,7 @@ const Bytes& CompoundFile::PageAt(std::uint64_t number) {
   return page.bytes;
 }
 
-/// Reads bytes that the file has, small pieces by pages.
+/// Reads bytes that lie within the file. Small reads go through the page cache.
 void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
   if (count > kPageSize / 2) {
     m_source.Read(offset, bytes, count);
@@ -261,8 +263,8 @@ void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t
   }
 }
 
-/// Reads bytes of which some may lie beyond the end of the file, where a writer did not pad the
-/// last sector. They read as 0xFF, which stands for nothing in every table.
+/// Reads bytes that may extend past the end of the file, because some writers do not pad the last
+/// sector. The missing bytes read as 0xFF, which every table treats as unused.
 void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
   const std::uint64_t available = m_source.Size() > offset ? m_source.Size() - offset : 0;
   const auto present = static_cast<std::size_t>(std::min<std::uint64_t>(available, count));
@@ -272,8 +274,7 @@ void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::si
   std::memset(bytes + present, 0xFF, count - present);
 }
 
-/// Reads `size` bytes that lie in units of one size at these offsets. Units that follow one another
-/// are read at once.
+/// Reads `size` bytes from units of `unit` bytes at these offsets. Adjacent units are read at once.
 Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
                                 std::uint64_t size) {
   Bytes bytes(static_cast<std::size_t>(size));
@@ -304,8 +305,8 @@ Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::
   return ReadExtents(offsets, static_cast<std::size_t>(SectorSize()), size);
 }
 
-/// The sector that holds part `index` of the allocation table. The header names the first ones; the
-/// others stand in a chain of lists, each of which ends with the sector of the next.
+/// Returns the sector that holds part `index` of the allocation table. The header lists the first
+/// ones. The others are in a chain of lists, each of which ends with the sector of the next.
 std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
   if (index < m_header.tableList.size()) {
     return m_header.tableList[index];
@@ -327,7 +328,7 @@ std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
   return m_furtherTableSectors[further];
 }
 
-/// The sector that follows `sector`, which the file has, in its chain.
+/// Returns the sector that follows `sector` in its chain. `sector` must be one of the file's.
 std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
   const std::uint32_t index = sector / NumbersPerSector();
   if (index >= m_header.tableSectors) {
@@ -358,15 +359,15 @@ std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
   return ReadU32(m_miniTable.data() + 4 * std::size_t{sector});
 }
 
-/// The sectors of a chain up to its end, `most` at most. Each must be one of `sectorCount`.
+/// Returns the sectors of a chain up to its end, but `most` at most. Each must be less than
+/// `sectorCount`.
 template <class Next>
 std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most,
                                                      std::uint64_t sectorCount, DamagedPart part,
                                                      const Subject& subject, Next next) {
   std::vector<std::uint32_t> sectors;
   sectors.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(most, 16)));
-  // An endless chain comes back to the sector that was last remembered, at a power of two (Brent's
-  // method).
+  // An endless chain returns to the sector remembered at the last power of two (Brent's method).
   std::uint32_t remembered = kEndOfChain;
   std::size_t nextToRemember = 1;
   for (std::uint32_t sector = first; most > 0 && sector != kEndOfChain; sector = next(sector)) {
@@ -378,14 +379,14 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
     }
     sectors.push_back(sector);
     if (sectors.size() == most) {
-      break;  // what the table says of the last one makes no difference
+      break;  // the table's entry of the last one does not matter
     }
     if (sectors.size() == nextToRemember) {
       remembered = sector;
       nextToRemember *= 2;
     }
   }
-  // One that ends in time may still have a sector twice, unless its sectors ascend as they mostly
+  // A chain that ends may still contain a sector twice, unless its sectors ascend, as they mostly
   // do.
   if (std::adjacent_find(sectors.begin(), sectors.end(), std::greater_equal<>()) != sectors.end()) {
     std::vector<std::uint32_t> sorted(sectors);
@@ -411,7 +412,7 @@ std::vector<std::uint32_t> CompoundFile::MiniChain(std::uint32_t first, std::uin
                      [this](std::uint32_t sector) { return NextMiniSector(sector); });
 }
 
-/// Where a sector of the mini stream, which has it, lies in the file.
+/// Returns the offset in the file of `sector`, which must be one of the mini stream's.
 std::uint64_t CompoundFile::MiniOffsetOf(std::uint32_t sector) const noexcept {
   const std::uint64_t perSector = SectorSize() / kMiniSectorSize;
   return OffsetOf(m_miniStream[static_cast<std::size_t>(sector / perSector)]) +
@@ -544,7 +545,7 @@ std::vector<Defect> CompoundFile::Defects() const {
         {Defect::Grade::Harmless, Join("The last sector has ", m_source.Size() % SectorSize(),
                                        " of ", SectorSize(), " bytes.")});
   }
-  // Names beyond ASCII may be in the order of tables that the system has.
+  // This is no proof of damage: the system may order non-ASCII names by case tables of its own.
   if (!m_isInOrder) {
     defects.push_back({Defect::Grade::Suspicious, "The tree of the directory is not in order."});
   }

@@ -13,17 +13,18 @@
 
 namespace qm::image {
 
-/// A compound file: a header, sectors of 512 or 4,096 bytes, an allocation table that chains them,
-/// and a directory of named streams. Streams below 4,096 bytes lie in sectors of 64 bytes inside
-/// the mini stream.
+/// Reads a compound file: a header, sectors of 512 or 4,096 bytes, an allocation table that chains
+/// them, and a directory of named streams. Streams below 4,096 bytes lie in sectors of 64 bytes
+/// inside the mini stream.
 ///
-/// No number of the file is used before it was compared with what the file has. A chain that comes
-/// back to one of its sectors is refused, and nothing larger than the file is allocated. Only the
-/// header, the directory and what is asked for are read, with the parts of the allocation table
-/// that lead there. A call takes time in proportion to what it reads, times a logarithm.
+/// Nothing in the file is trusted. Every number is checked against the file before it is used, a
+/// chain that returns to one of its sectors is refused, and nothing larger than the file is
+/// allocated. Only the header, the directory, what is asked for, and the parts of the allocation
+/// table that lead there are read. A call that reads n bytes takes O(n log n) time. Not
+/// thread-safe.
 ///
-/// Every function throws Damage (NoDatabase, Structure, or the part that it is given), what the
-/// source throws, and std::bad_alloc.
+/// Every function throws Damage (NoDatabase, Structure, or the part passed to it), what the source
+/// throws, and std::bad_alloc.
 class CompoundFile {
  public:
   /// A stream of the root storage.
@@ -32,7 +33,7 @@ class CompoundFile {
     std::uint64_t size;  ///< in bytes
   };
 
-  /// Reads header and directory. `source` must outlive the object.
+  /// Reads the header and the directory. `source` must outlive the object.
   explicit CompoundFile(ByteSource& source);
   CompoundFile(const CompoundFile&) = delete;
   CompoundFile& operator=(const CompoundFile&) = delete;
@@ -41,31 +42,33 @@ class CompoundFile {
   /// The size of the file in bytes.
   std::uint64_t Size() const noexcept { return m_source.Size(); }
 
-  /// The stream of this name, as it stands in the directory; the case of ASCII letters makes no
-  /// difference. Nothing if there is no such stream.
+  /// Returns the stream of this name, which is encoded as in the directory. Ignores the case of
+  /// ASCII letters. Returns nothing if there is no such stream.
   std::optional<Stream> FindStream(std::u16string_view name) const;
 
-  /// All bytes of a stream. A failure is one of `part`; its sentence begins with `subject`.
+  /// Reads all bytes of a stream. Damage of the stream is Damage of `part`, and its sentence begins
+  /// with `subject`.
   Bytes Read(const Stream& stream, DamagedPart part, const Subject& subject);
 
-  /// Follows the chains of all streams to their ends. Damage is Structure; a sector that belongs to
-  /// two parts is damage as well.
+  /// Follows the chains of all streams to their ends. Throws Damage (Structure), also for a sector
+  /// that belongs to two parts.
   void VerifyStreams();
 
-  /// The format's version if it is neither 3 nor 4: what else such a file holds is not known.
+  /// Returns the version of the format if it is neither 3 nor 4: the rest of such a file may have
+  /// another meaning.
   std::optional<unsigned> UnknownVersion() const noexcept;
 
-  /// What is odd about the file as far as it has been read, and about the extent of each stream.
+  /// Returns the defects of what has been read so far, and of the extent of each stream.
   std::vector<Defect> Defects() const;
 
  private:
   struct Header {
     unsigned majorVersion;
     unsigned sectorShift;
-    std::uint32_t tableSectors;    ///< of the allocation table
-    std::uint32_t firstDirectory;  ///< sector of the directory
-    std::uint32_t firstMiniTable;  ///< sector of the mini stream's allocation table
-    std::uint32_t firstTableList;  ///< sector of the list of further sectors of the table
+    std::uint32_t tableSectors;    ///< number of sectors of the allocation table
+    std::uint32_t firstDirectory;  ///< first sector of the directory
+    std::uint32_t firstMiniTable;  ///< first sector of the mini stream's table
+    std::uint32_t firstTableList;  ///< first sector of the list of further table sectors
     std::array<std::uint32_t, 109> tableList;  ///< the first sectors of the table
   };
   class Entry;
@@ -75,7 +78,7 @@ class CompoundFile {
     Stream stream;
   };
 
-  /// A piece of the file. What a database needs is mostly scattered over few of them.
+  /// A cached piece of the file. What a database needs mostly lies in few of them.
   struct Page {
     std::uint64_t number;
     Bytes bytes;
@@ -117,17 +120,17 @@ class CompoundFile {
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
-  std::vector<Page> m_pages;  ///< the last ones that were read
+  std::vector<Page> m_pages;  ///< those loaded last
   std::size_t m_oldestPage = 0;
   Header m_header{};
-  std::uint64_t m_sectorCount = 0;  ///< a last sector that is not complete included
-  std::vector<std::uint32_t> m_furtherTableSectors;  ///< of those that the header has no room for
-  std::uint32_t m_nextTableList = 0;                 ///< the sector that lists the next ones
+  std::uint64_t m_sectorCount = 0;                   ///< with an incomplete last sector
+  std::vector<std::uint32_t> m_furtherTableSectors;  ///< those that the header does not list
+  std::uint32_t m_nextTableList = 0;                 ///< the sector with the next part of that list
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
-  std::u16string m_names;              ///< of all entries of the directory, one behind the other
-  std::vector<NamedStream> m_streams;  ///< by name; the case of ASCII letters makes no difference
-  bool m_hasSizesOfNames = true;       ///< those by which the directory's names end
-  bool m_isInOrder = true;  ///< the directory's tree, so that a search in it finds every stream
+  std::u16string m_names;                            ///< of all directory entries, concatenated
+  std::vector<NamedStream> m_streams;  ///< sorted by name, ignoring the case of ASCII letters
+  bool m_hasSizesOfNames = true;       ///< every name ends where its entry says
+  bool m_isInOrder = true;  ///< the directory's tree, so that a search finds every stream
   Stream m_root{};          ///< the mini stream
   bool m_isMiniStreamLoaded = false;
   Bytes m_miniTable;

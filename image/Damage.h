@@ -8,17 +8,17 @@
 
 namespace qm::image {
 
-/// What a damaged file can still be asked for depends on where the damage lies.
+/// Where a file is damaged, which determines what can still be read from it.
 enum class DamagedPart {
-  NoDatabase,  ///< no installer database at all: a file of another kind, or an empty one
+  NoDatabase,  ///< not an installer database: a file of another kind, or an empty one
   Structure,   ///< the file as a whole: header, allocation, directory, strings, table definitions
-  Table,       ///< one table, seen before its first row
-  Row,         ///< one table, seen in one of its rows
+  Table,       ///< one table, detected before its first row
+  Row,         ///< one table, detected in one of its rows
   Summary      ///< the summary information
 };
 
-/// Thrown for bytes that would lead a reader astray. The text is one sentence for the person who
-/// owns the file, without the file's name: "The allocation table names sector 812 of 540."
+/// Thrown for bytes that a reader must not rely on. The text is one sentence for the owner of the
+/// file, without the file's name: "The allocation table names sector 812 of 540."
 class Damage : public std::runtime_error {
  public:
   Damage(DamagedPart part, const std::string& sentence)
@@ -30,27 +30,27 @@ class Damage : public std::runtime_error {
   DamagedPart m_part;
 };
 
-/// Something odd that does not keep the installer from reading a file.
+/// An anomaly that does not prevent the installer from reading the file.
 struct Defect {
   enum class Grade {
-    Harmless,   ///< a writer's habit, such as a last sector that is not padded
-    Suspicious  ///< a part that nobody has asked for cannot be right
+    Harmless,   ///< a writer's habit, such as an unpadded last sector
+    Suspicious  ///< a part that was not asked for cannot be right
   };
 
   Grade grade;
   std::string sentence;
 };
 
-/// Bytes of a file as they can be shown in a sentence: in quotation marks, at most 80 characters of
-/// ASCII, every other one replaced by "?".
+/// Quotes bytes of a file for a sentence: at most 80 of them, each one that is not printable ASCII
+/// replaced by "?".
 std::string Quote(std::string_view bytes);
 
-/// What a sentence begins with: "The directory", or 'Table "File"'. Made into text only when it is
-/// needed. Refers to both parts.
+/// The subject of a sentence: "The directory", or 'Table "File"'. It is formatted only when needed.
+/// Refers to both parts, which must outlive it.
 class Subject {
  public:
   Subject(const char* text) noexcept : m_text(text) {}
-  /// `kind` with a name of the file behind it, in quotation marks.
+  /// `kind`, followed by a name from the file in quotation marks.
   Subject(std::string_view kind, std::string_view name) noexcept
       : m_text(kind), m_name(name), m_hasName(true) {}
 
@@ -80,7 +80,7 @@ std::enable_if_t<std::is_integral_v<Number>> AppendTo(std::string& text, Number 
   text += std::to_string(part);
 }
 
-/// Texts and numbers, one after the other.
+/// Concatenates texts and numbers.
 template <class... Parts>
 std::string Join(const Parts&... parts) {
   std::string text;
@@ -88,7 +88,7 @@ std::string Join(const Parts&... parts) {
   return text;
 }
 
-/// Throws Damage with a sentence of texts and numbers.
+/// Throws Damage with a sentence concatenated from texts and numbers.
 template <class... Parts>
 [[noreturn]] void Refuse(DamagedPart part, const Parts&... parts) {
   throw Damage(part, Join(parts...));

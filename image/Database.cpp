@@ -11,7 +11,7 @@ namespace qm::image {
 
 namespace {
 
-// What the type of a column is made of.
+// The bits of a column's type.
 constexpr std::uint32_t kSizeBits = 0x00FF;
 constexpr std::uint32_t kValidBit = 0x0100;
 constexpr std::uint32_t kTextBit = 0x0800;
@@ -20,7 +20,7 @@ constexpr std::uint32_t kKeyBit = 0x2000;
 
 constexpr char16_t kSummaryName[] = u"\005SummaryInformation";
 
-/// The bytes of a cell of an integer column; 0 for sizes that there are not.
+/// Returns the size of a cell of an integer column in bytes; 0 if the type has no valid size.
 unsigned IntegerSize(std::uint32_t type) noexcept {
   const unsigned size = type & kSizeBits;
   return size == 1 ? 2 : size == 2 || size == 4 ? size : 0;
@@ -87,7 +87,7 @@ std::optional<std::int32_t> Rows::Integer(std::size_t row, std::size_t column) c
   if (cell == 0) {
     return std::nullopt;
   }
-  // Numbers are shifted, so that 0 is left for null.
+  // Numbers are stored with an offset, so that 0 means null.
   const std::uint32_t shift = 1U << (8 * m_table.columns[column].size - 1);
   return static_cast<std::int32_t>(cell - shift);
 }
@@ -146,11 +146,12 @@ void Database::ReadDefinitions() {
   }
 }
 
-/// Leaves of tables with one name the first, and makes the list of tables by name.
+/// Removes all but the first of several tables with the same name, and sorts the list of tables by
+/// name.
 void Database::OrderTables() {
   std::vector<std::size_t> positions(m_tables.size());
   std::iota(positions.begin(), positions.end(), std::size_t{0});
-  // By their numbers first: a long name that many rows share would be compared again and again.
+  // By string number first, because a long name that many rows share would be compared repeatedly.
   std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
     return std::pair(m_tables[a], a) < std::pair(m_tables[b], b);
   });
@@ -177,7 +178,8 @@ void Database::OrderTables() {
   }
 }
 
-/// The bytes of a stream that holds the rows of a table. Tables without rows have none.
+/// Reads the stream with the rows of a table. Empty if there is no stream, as for a table without
+/// rows.
 Bytes Database::ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject) {
   const auto stream = m_file.FindStream(EncodeStreamName(name, StreamKind::Table));
   return stream ? m_file.Read(*stream, part, subject) : Bytes();
@@ -198,7 +200,7 @@ std::vector<std::string_view> Database::TableNames() const {
   return names;
 }
 
-/// The number of the string that is a table's name, or 0.
+/// Returns the string number of a table's name, or 0 if there is no such table.
 std::uint32_t Database::FindTable(std::string_view name) const noexcept {
   const auto found = std::lower_bound(
       m_tablesByName.begin(), m_tablesByName.end(), name,
@@ -210,7 +212,7 @@ bool Database::IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept {
   return a.table != b.table ? a.table < b.table : a.number < b.number;
 }
 
-/// The rows that define the columns of a table, by number.
+/// Returns the rows that define the columns of a table, sorted by number.
 Database::ColumnRange Database::ColumnsOf(std::uint32_t table) const noexcept {
   return std::equal_range(m_columns.begin(), m_columns.end(), ColumnRow{table, 0, 0, 0},
                           [](const ColumnRow& a, const ColumnRow& b) { return a.table < b.table; });
@@ -266,7 +268,7 @@ std::optional<SummaryInformation> Database::ReadSummary() {
   if (!stream) {
     return std::nullopt;
   }
-  // Its texts are kept with the module, each as often as a property names it.
+  // A module keeps these texts, once for each property that refers to them.
   constexpr std::uint64_t kMost = 1 << 20;
   if (stream->size > kMost) {
     Refuse(DamagedPart::Summary, "The summary information has ", stream->size, " bytes, and ",
@@ -283,7 +285,8 @@ std::optional<std::string> Database::UnknownKind() const {
 }
 
 void Database::Verify() {
-  // Tables that share their bytes would take longer to read than a file of this size justifies.
+  // Tables that share their bytes could take far longer to read than the size of the file
+  // justifies.
   std::uint64_t left = m_file.Size();
   for (const std::uint32_t table : m_tables) {
     const Rows rows = ReadTable(m_strings.Text(table));

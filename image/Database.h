@@ -25,7 +25,7 @@ enum class ColumnKind {
 struct Column {
   std::string_view name;  ///< bytes in the database's code page; valid as long as the database
   ColumnKind kind;
-  unsigned size;  ///< bytes of a cell
+  unsigned size;  ///< of a cell, in bytes
   bool isKey;     ///< part of the primary key
 };
 
@@ -34,12 +34,13 @@ struct Table {
   std::string_view name;  ///< bytes in the database's code page; valid as long as the database
   std::vector<Column> columns;
 
-  /// The position of a column, if there is one of this name.
+  /// Returns the position of a column, or nothing if no column has this name.
   std::optional<std::size_t> FindColumn(std::string_view column) const noexcept;
 };
 
-/// The rows of a table, in the order in which the file has them. Rows and columns are numbered from
-/// 0. The functions throw Damage (Row) for a cell that names a string the database does not have.
+/// The rows of a table, in the order of the file. Rows and columns are numbered from 0. Functions
+/// throw Damage (Row) for a cell that refers to a string that the database does not have. The
+/// database must outlive the object.
 class Rows {
  public:
   Rows(Table table, Bytes bytes, const StringPool& strings);
@@ -47,22 +48,22 @@ class Rows {
   const Table& GetTable() const noexcept { return m_table; }
   std::size_t Count() const noexcept { return m_count; }
 
-  /// The bytes that the rows take up in the file.
+  /// The size of the rows in the file, in bytes.
   std::size_t Size() const noexcept { return m_bytes.size(); }
 
-  /// The number in a cell of an Integer column; nothing for null.
+  /// Returns the number in a cell of an Integer column; nothing for null.
   std::optional<std::int32_t> Integer(std::size_t row, std::size_t column) const noexcept;
 
-  /// The bytes of a cell of a Text column, in the database's code page; empty for null. Valid as
-  /// long as the database.
+  /// Returns the bytes of a cell of a Text column, in the database's code page; empty for null.
+  /// Valid as long as the database.
   std::string_view Text(std::size_t row, std::size_t column) const {
     return m_strings.Text(StringNumber(row, column));
   }
 
-  /// The number of the string in a cell of a Text column; 0 for null.
+  /// Returns the number of the string in a cell of a Text column; 0 for null.
   std::uint32_t StringNumber(std::size_t row, std::size_t column) const;
 
-  /// Whether a cell of any column has no value.
+  /// Returns whether a cell of any column is null.
   bool IsNull(std::size_t row, std::size_t column) const noexcept { return Cell(row, column) == 0; }
 
  private:
@@ -71,19 +72,19 @@ class Rows {
   Table m_table;
   Bytes m_bytes;
   const StringPool& m_strings;
-  std::vector<std::size_t> m_columnStarts;  ///< in the bytes: a column stands as a whole
+  std::vector<std::size_t> m_columnStarts;  ///< in m_bytes, which has column after column
   std::size_t m_count;
 };
 
-/// An installer database, read from the bytes of its file. Opening reads the strings and the
-/// definitions of the tables; a table is read when it is asked for.
+/// Reads an installer database from the bytes of its file. The constructor reads the strings and
+/// the table definitions. A table is read when it is asked for.
 ///
-/// Nothing in the file is believed: see CompoundFile. Functions throw Damage of the part that they
-/// read, or Structure where the file's allocation leads astray on the way there; what the source
-/// throws; and std::bad_alloc.
+/// Nothing in the file is trusted: see CompoundFile. Functions throw Damage of the part that they
+/// read, or Structure if the file's allocation is damaged on the way there; what the source throws;
+/// and std::bad_alloc. Not thread-safe.
 class Database {
  public:
-  /// Damage is NoDatabase or Structure. `source` must outlive the object.
+  /// Throws Damage (NoDatabase or Structure). `source` must outlive the object.
   explicit Database(ByteSource& source);
 
   Database(const Database&) = delete;
@@ -92,19 +93,19 @@ class Database {
 
   const StringPool& Strings() const noexcept { return m_strings; }
 
-  /// The names of all tables, each once, as bytes in the code page.
+  /// Returns the names of all tables, each once, as bytes in the code page.
   std::vector<std::string_view> TableNames() const;
 
-  /// Whether the database defines the table; it may have no rows. Case counts.
+  /// Returns whether the database defines the table, which may have no rows. Case-sensitive.
   bool HasTable(std::string_view name) const noexcept { return FindTable(name) != 0; }
 
-  /// All rows of a table. Damage (Table) if the database does not define the table properly, or its
-  /// rows are not whole.
+  /// Reads all rows of a table. Throws Damage (Table) if the database does not define the table
+  /// properly or its last row is incomplete.
   Rows ReadTable(std::string_view name);
 
-  /// The data of a cell of a Stream column; nothing if the cell is null or no stream has its name.
-  /// `decode` makes UTF-16 of bytes in the code page. No caller in the server; it makes all that a
-  /// file holds readable for those who check this reader.
+  /// Reads the data of a cell of a Stream column; nothing if the cell is null or no stream has its
+  /// name. `decode` converts bytes in the code page to UTF-16. The server does not call it; the
+  /// checks of this reader do.
   template <class Decode>
   std::optional<Bytes> ReadStream(const Rows& rows, std::size_t row, std::size_t column,
                                   Decode decode) {
@@ -114,27 +115,27 @@ class Database {
     return ReadOtherStream(StreamNameOf(rows, row, decode));
   }
 
-  /// The summary information; nothing if the file has none. Damage (Summary).
+  /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
   std::optional<SummaryInformation> ReadSummary();
 
-  /// Why the database is of a kind that this reader cannot vouch for although it found no damage;
-  /// nothing for the kinds that it knows.
+  /// Describes the kind of the database if this reader does not know it, because finding no damage
+  /// proves little then. Returns nothing for known kinds.
   std::optional<std::string> UnknownKind() const;
 
-  /// Reads every cell of every table and the summary, in which it allows properties of known types
-  /// alone. Throws the first Damage.
+  /// Reads every cell of every table and the summary information. Throws the first Damage, also for
+  /// a summary property of unknown type.
   void Verify();
 
   /// See CompoundFile::VerifyStreams.
   void VerifyStreams() { m_file.VerifyStreams(); }
 
-  /// What is odd about the file, see CompoundFile::Defects.
+  /// Returns the defects of the file, see CompoundFile::Defects.
   std::vector<Defect> Defects() const;
 
  private:
-  /// A row of the table that defines the columns of all tables.
+  /// A row of _Columns, which defines the columns of all tables.
   struct ColumnRow {
-    std::uint32_t table;  ///< strings
+    std::uint32_t table;  ///< number of a string, like `name`
     std::uint32_t name;
     std::int32_t number;  ///< from 1
     std::uint32_t type;
@@ -171,10 +172,10 @@ class Database {
 
   CompoundFile m_file;
   StringPool m_strings;
-  std::vector<std::uint32_t> m_tables;        ///< strings, in the order of the file
-  std::vector<std::uint32_t> m_tablesByName;  ///< the same, in the order of their texts
+  std::vector<std::uint32_t> m_tables;        ///< numbers of strings, in the order of the file
+  std::vector<std::uint32_t> m_tablesByName;  ///< the same, sorted by text
   bool m_isTableNamedTwice = false;
-  std::vector<ColumnRow> m_columns;  ///< by table, then by number
+  std::vector<ColumnRow> m_columns;  ///< sorted by table, then by number
 };
 
 }  // namespace qm::image

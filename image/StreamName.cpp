@@ -8,12 +8,12 @@ constexpr char16_t kTableMark = 0x4840;
 constexpr char16_t kFirstPair = 0x3800;
 constexpr char16_t kFirstSingle = 0x4800;
 
-/// The characters that can share one with another, by their number.
+/// The characters that are packed, by their code.
 constexpr std::string_view kCharacters =
     "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz._";
 static_assert(kCharacters.size() == 64);
 
-/// The number of a character, or -1.
+/// Returns the code of a character, or -1 if it is not packed.
 int CodeOf(char16_t character) noexcept {
   const std::size_t code =
       character < 0x80 ? kCharacters.find(static_cast<char>(character)) : std::string_view::npos;

@@ -10,14 +10,15 @@ enum class StreamKind {
   Other   ///< data of a row, such as "Binary.Icon"
 };
 
-/// The name under which a database keeps a stream in its compound file. Two letters, digits, dots
-/// or underscores share one character; names of tables begin with a character of their own.
+/// Returns the name under which a database keeps a stream in its compound file. Two letters,
+/// digits, dots or underscores are packed into one character; the names of tables begin with a
+/// mark.
 std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind);
 
-/// The same for a name of ASCII characters.
+/// The same for an ASCII name.
 std::u16string EncodeStreamName(std::string_view name, StreamKind kind);
 
-/// The name that was encoded, to be shown: every character that is not ASCII is replaced by "?".
+/// Decodes a name for display: every character that is not ASCII is replaced by "?".
 std::string DecodeStreamName(std::u16string_view encoded);
 
 }  // namespace qm::image

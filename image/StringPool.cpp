@@ -17,7 +17,7 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
   if (entries == 0) {
     return;  // a database without strings
   }
-  // In place of an entry 0 stands what all strings have in common.
+  // Entry 0 holds what applies to all strings.
   const std::uint32_t common = ReadU32(pool.data());
   m_codePage = common & ~kLongReferences;
   m_referenceSize = (common & kLongReferences) != 0 ? 3 : 2;
@@ -28,8 +28,8 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
   for (std::size_t i = 1; i < entries; ++i) {
     std::uint32_t length = ReadU16(pool.data() + kEntrySize * i);
     const std::uint32_t references = ReadU16(pool.data() + kEntrySize * i + 2);
-    // A string of 64 KB and more has two entries; the first has the upper half of its length in
-    // place of the references.
+    // A string of 64 KB or more has two entries. The first has length 0, and the upper half of the
+    // length in place of the reference count.
     if (length == 0 && references != 0) {
       if (++i == entries) {
         Refuse(DamagedPart::Structure, "The string pool ends inside string ", m_ends.size(), '.');

@@ -56,7 +56,7 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
     }
     const std::uint8_t* const value = bytes + section + offset;
     const std::uint32_t type = ReadU32(value);
-    m_texts.erase(number);  // the type of the last property of a number decides
+    m_texts.erase(number);  // of several properties with one number the last one counts
     if (number == kCodePageProperty && type == kSmallInteger) {
       m_codePage = ReadU16(value + 4);
     } else if (type == kText) {

@@ -14,24 +14,24 @@ namespace qm::image {
 /// The summary information of a database: a set of numbered properties.
 class SummaryInformation {
  public:
-  /// `stream` has the bytes of the property set. Throws Damage (Summary) and std::bad_alloc.
+  /// `stream` holds the property set. Throws Damage (Summary) and std::bad_alloc.
   explicit SummaryInformation(Bytes stream);
 
-  /// The code page of all texts; 0 for the system's own.
+  /// The code page of all texts; 0 means the system's own.
   std::uint32_t CodePage() const noexcept { return m_codePage; }
 
-  /// The bytes of a text property, up to its terminating zero; nothing if the property is missing
-  /// or is no text. Valid as long as the object.
+  /// Returns the bytes of a text property up to the first zero; nothing if the property is missing
+  /// or is not text. Valid as long as the object.
   std::optional<std::string_view> Text(std::uint32_t property) const;
 
-  /// The number of a property whose type is none of those that installers write: null, numbers,
-  /// texts and times. Nothing if there is no such property.
+  /// Returns the number of a property whose type installers do not write. They write nulls,
+  /// integers, texts and times. Nothing if there is no such property.
   std::optional<std::uint32_t> PropertyOfUnknownType() const noexcept { return m_unknown; }
 
  private:
   struct Extent {
     std::size_t offset;
-    std::size_t size;  ///< with what follows the terminating zero
+    std::size_t size;  ///< with what follows the first zero
   };
 
   Bytes m_stream;
