@@ -9,7 +9,7 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// Takes the first character off UTF-8 text.
+/// Removes the first character of UTF-8 text.
 void TakeCharacter(std::string_view& text) noexcept {
   do {
     text.remove_prefix(1);
@@ -35,7 +35,7 @@ bool HasWildcard(std::string_view pattern) noexcept {
 }
 
 bool MatchesPattern(std::string_view name, std::string_view pattern) noexcept {
-  // What is left of both behind the last asterisk, which takes one character more at each failure.
+  // The rest of both after the last asterisk, which matches one more character at each retry.
   std::string_view retryName;
   std::string_view retryPattern;
   bool canRetry = false;

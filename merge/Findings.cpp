@@ -47,13 +47,13 @@ class ModuleCheck {
  private:
   const MergeModule& Module(size_t position) const { return m_set.Modules()[position]; }
 
-  /// What a finding calls a module.
+  /// Returns how findings name a module: by its key, or by its path if it has no ID.
   const std::string& NameOf(size_t position) const {
     return Module(position).moduleId.empty() ? m_details[position].path : Module(position).key;
   }
 
-  /// What the modules that stand for each other have in common: the ID, or if there is none, the
-  /// path.
+  /// Returns what alternative modules have in common: the ID, or the path of a module without an
+  /// ID.
   std::string IdentityOf(size_t position) const {
     const std::string& id = Module(position).moduleId;
     return id.empty() ? m_details[position].path : FoldCase(id);
@@ -171,8 +171,9 @@ class ModuleCheck {
     }
   }
 
-  /// Files of one name in modules of different IDs, whose directories are then compared. The
-  /// modules of one ID stand for each other.
+  /// Finds files of the same name that modules of different IDs deliver to the same directory.
+  /// Modules of the same ID are alternatives, which do not conflict. Directories are resolved only
+  /// for names that modules of different IDs deliver.
   void FindFileConflicts(const ResolveDirectory& resolveDirectory) {
     struct Delivery {
       size_t module;

@@ -9,17 +9,17 @@
 /// A file that a module delivers: a row of its File table.
 struct DeliveredFile {
   std::string name;       ///< long name
-  std::string directory;  ///< key of the module's Directory table
+  std::string directory;  ///< key in the module's Directory table
   std::string shortName = {};
   std::string key = {};
   std::string version = {};
   std::optional<long> size = {};
 };
 
-/// What a check looks at in a module, beside what MergeSet has of it.
+/// What a check needs to know of a module beyond its MergeModule.
 struct CheckedModule {
   std::string path;
-  std::string failure;  ///< why it cannot be read; empty when it can
+  std::string failure;  ///< why it cannot be read; empty if it can
   bool needsDownload = false;
   std::vector<Exclusion> exclusions;
   std::vector<DeliveredFile> files;
@@ -32,10 +32,10 @@ struct IndexEntry {
   std::string moduleKey;
 };
 
-/// Something that a check found. `code` is one of those below, which stay as they are.
+/// A finding of a check. `code` is one of the constants below, whose values never change.
 struct Finding {
   std::string code;
-  std::vector<std::string> modules;  ///< keys of the modules that it is about, or paths without key
+  std::vector<std::string> modules;  ///< keys of the modules concerned; a path if one has no ID
   std::string text;                  ///< a sentence
 };
 
@@ -49,25 +49,25 @@ inline constexpr char kUnreadableModule[] = "unreadable-module";
 inline constexpr char kUnknownModule[] = "unknown-module";
 inline constexpr char kNeedsDownload[] = "needs-download";
 
-/// The target path of a directory of a module, by the module's position. Asked for few modules
-/// only, because it opens the module.
+/// Returns the target path of a directory of the module at position `module`. Called for few
+/// modules only, because it opens the module.
 using ResolveDirectory = std::function<std::string(size_t module, const std::string& directory)>;
 
-/// The modules of the set that an exclusion of the module at `excluding` hits. That one itself is
-/// none of them.
+/// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
+/// except that module itself.
 std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
                                     const Exclusion& exclusion);
 
-/// Looks at the modules at the positions of `scope`, with details in `details` by the same
-/// positions; what they need may be any module of the set. The answer is in the order of codes,
-/// modules and texts.
+/// Checks the modules at the positions in `scope`. `details` has their details at the same
+/// positions as `set`. Any module of the set may satisfy a requirement. The findings are sorted by
+/// code, modules and text.
 std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<CheckedModule>& details,
                                   const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory);
 
-/// Entries of the index tables that name modules which the set does not have, one finding for each
-/// module and table.
+/// Returns one finding for each module that an index table names but the set does not have. A
+/// module that two tables name has two.
 std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries);
 
-/// Puts findings in their order.
+/// Sorts findings by code, modules and text.
 void Sort(std::vector<Finding>& findings);

@@ -3,7 +3,7 @@
 #include <string>
 #include <vector>
 
-/// Texts with another one between them.
+/// Joins texts with `between` as the separator.
 inline std::string JoinTexts(const std::vector<std::string>& texts, const char* between) {
   std::string joined;
   for (const std::string& text : texts) {

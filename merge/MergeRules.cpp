@@ -10,7 +10,7 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// Takes the first part of a version off its text: its digits without leading zeros.
+/// Removes the first part of a version and returns its digits without leading zeros.
 std::string_view TakePart(std::string_view& version) {
   const size_t end = std::min(version.find('.'), version.size());
   std::string_view part = version.substr(0, end);
@@ -26,7 +26,8 @@ int CompareNumbers(std::string_view a, std::string_view b) {
   return a.size() == b.size() ? Order(a < b, b < a) : Order(a.size() < b.size(), true);
 }
 
-// A language identifier is a primary language in its low 10 bits, with a variety of it above them.
+// The low 10 bits of a language identifier are the primary language, the bits above them its
+// variety.
 constexpr long kEveryLanguage = 0;
 
 unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(language) & 0x3FFU; }

@@ -3,46 +3,46 @@
 #include <optional>
 #include <string>
 
-// The rules by which the installer's documentation relates merge modules to one another, on plain
-// values in UTF-8.
+// The rules of the installer for dependencies and exclusions of merge modules. All texts are UTF-8.
 
-/// Orders version texts ("1.20.3") by their parts as numbers of any size: less than, equal to or
-/// greater than 0. A part that is missing, or does not begin with a digit, counts as 0; what
-/// follows the digits of a part does not count.
+/// Compares version texts ("1.20.3") part by part, as numbers of any size. Returns a value less
+/// than, equal to or greater than 0. A part that is missing or does not begin with a digit is 0.
+/// What follows the digits of a part is ignored.
 ///
-/// For whether a version satisfies a requirement or an exclusion, where "65536.0" is high. The
-/// gallery's CompareVersions, for whether an offered version is newer, differs: it cuts each part
-/// to 16 bits, ignores parts behind the fourth, and reads a sign.
+/// For deciding whether a version satisfies a requirement or an exclusion, where "65536.0" is high.
+/// The gallery's CompareVersions, for deciding whether an offered version is newer, differs: it
+/// truncates each part to 16 bits, ignores parts after the fourth, and reads a sign.
 int CompareVersionTexts(const std::string& a, const std::string& b);
 
-/// Whether a module of `language` is one of `wanted`: of every language for 0, of all languages of
-/// a group for the identifier of a primary language (9 for 1033 and 2057), otherwise of exactly
-/// this one. The tables' null stands for every language.
+/// Returns whether `language` is one of `wanted`. std::nullopt, the tables' null, and 0 mean every
+/// language. The identifier of a primary language means all of its languages (9 means 1033 and
+/// 2057). Any other identifier means itself.
 bool LanguageFits(std::optional<long> wanted, long language);
 
 /// A module that another one needs: a row of its ModuleDependency table.
 struct Requirement {
   std::string moduleId;
   std::optional<long> language;
-  std::string version;  ///< the lowest that will do; empty when every version will
+  std::string version;  ///< lowest one that will do; empty if any will
 };
 
-/// A requirement for people: "ID:language, at least version".
+/// Returns a requirement as text: "ID:language, at least version".
 std::string RequirementText(const Requirement& requirement);
 
-/// Whether a module satisfies a requirement. The ID's case makes no difference.
+/// Returns whether a module satisfies a requirement. Ignores the case of the ID.
 bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,
                const std::string& version);
 
-/// Modules with which another one cannot be merged: a row of its ModuleExclusion table.
+/// Modules that cannot be merged with another one: a row of its ModuleExclusion table.
 struct Exclusion {
   std::string moduleId;
-  /// 0 or none for every language, negative for every language but this one.
+  /// std::nullopt or 0 for every language; negative for every language that its absolute value does
+  /// not mean.
   std::optional<long> language;
-  std::string minVersion;  ///< the lowest that is excluded; empty for no lower bound
-  std::string maxVersion;  ///< the highest that is excluded; empty for no upper bound
+  std::string minVersion;  ///< lowest excluded one; empty for no lower bound
+  std::string maxVersion;  ///< highest excluded one; empty for no upper bound
 };
 
-/// Whether a module is excluded. The ID's case makes no difference.
+/// Returns whether an exclusion excludes a module. Ignores the case of the ID.
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version);

@@ -9,14 +9,14 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// How many modules could have been chosen, and how far each rule narrowed them down.
+/// The number of modules that satisfy a requirement, and how far each rule narrowed them down.
 struct Field {
   size_t candidates = 0;
   size_t ofBestVersion = 0;
-  size_t ofBestVersionAndLanguage = 0;  ///< exactly the wanted one, if there is such a module
+  size_t ofBestVersionAndLanguage = 0;  ///< exactly the wanted language, if a module has it
 };
 
-/// Why a module was chosen out of those that satisfy the requirement.
+/// Returns the reason why a module was chosen from those that satisfy the requirement.
 std::string ReasonOfChoice(const Requirement& requirement, const Field& field) {
   if (field.candidates == 1) {
     return "the only one";
@@ -38,7 +38,8 @@ std::string ReasonOfChoice(const Requirement& requirement, const Field& field) {
   return JoinTexts(reasons, ", ");
 }
 
-/// Walks requirements depth first, with a stack of its own instead of the thread's.
+/// Walks requirements depth first. Keeps an explicit stack, so that the thread's stack does not
+/// limit the depth.
 class Planner {
  public:
   explicit Planner(const MergeSet& set) : m_set(set), m_states(set.Modules().size()) {}

@@ -8,7 +8,7 @@
 
 #include "merge/MergeRules.h"
 
-/// A module as far as it matters for what it is merged with. UTF-8.
+/// What the planning of a merge needs to know of a module. All texts are UTF-8.
 struct MergeModule {
   std::string key;  ///< "ID:language"
   std::string moduleId;
@@ -17,30 +17,31 @@ struct MergeModule {
   std::vector<Requirement> requirements;
 };
 
-/// The module that a requirement is satisfied with, or why there is none.
+/// The module chosen for a requirement, or the reason why no module satisfies it.
 struct Choice {
-  std::optional<size_t> module;  ///< its position; none when no module satisfies the requirement
+  std::optional<size_t> module;  ///< position; std::nullopt if no module satisfies it
   std::string reason;            ///< "highest of 3 versions", "no module has this ID", ...
 };
 
-/// Modules by ID, for finding what satisfies a requirement. Positions are those of the list that it
-/// was made of, which must outlive it.
+/// An index of modules by ID, which finds the module for a requirement. Positions are those in the
+/// list passed to the constructor. The list must outlive the object. Immutable.
 class MergeSet {
  public:
   explicit MergeSet(const std::vector<MergeModule>& modules);
 
   const std::vector<MergeModule>& Modules() const noexcept { return m_modules; }
 
-  /// Positions of all modules of an ID, in their order; its case makes no difference.
+  /// Returns the positions of all modules with an ID, in ascending order. Ignores the case of the
+  /// ID.
   const std::vector<size_t>& ModulesOfId(const std::string& moduleId) const;
 
-  /// Positions of the modules that a key means, in their order, as the catalog's FindModule takes
-  /// it: "ID" and "ID:" mean every language, "ID:1033" one, which is the text of its number. The
-  /// first colon divides them; the ID's case makes no difference.
+  /// Returns the positions of the modules that a key means, in ascending order, by the rules of the
+  /// catalog's FindModule: "ID" and "ID:" mean every language, "ID:1033" the one language whose
+  /// decimal text this is. The first colon separates the two. Ignores the case of the ID.
   std::vector<size_t> ModulesOfKey(const std::string& key) const;
 
-  /// The module of the highest version that satisfies a requirement; of equal versions one whose
-  /// language is exactly that which is wanted, and then the first.
+  /// Chooses the module of the highest version that satisfies a requirement. Of equal versions, a
+  /// module of exactly the wanted language takes precedence, then the first one.
   Choice Choose(const Requirement& requirement) const;
 
  private:
@@ -58,29 +59,29 @@ struct MissingModule {
 /// One module of a plan.
 struct PlannedModule {
   size_t module;
-  std::optional<size_t> neededBy;  ///< the module that asked for it first; none for one asked for
+  std::optional<size_t> neededBy;  ///< first module that needs it; std::nullopt if it was wanted
   std::string reason;              ///< why it was chosen
 };
 
-/// What has to be merged to merge some modules.
+/// The result of planning a merge.
 struct MergePlan {
-  /// Every module behind all that it needs, as far as there are no cycles.
+  /// Every module follows all that it needs, except within cycles.
   std::vector<PlannedModule> modules;
   std::vector<MissingModule> missing;
   /// Modules that need one another: each needs the next, and the last the first.
   std::vector<std::vector<size_t>> cycles;
 };
 
-/// The plan for the modules at `wanted` and everything that they need. Depth and number are limited
-/// by memory alone.
+/// Plans the merge of the modules at `wanted` and of everything that they need. Only memory limits
+/// the number of modules and the depth of their requirements.
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted);
 
 /// A module that needs another one.
 struct ModuleUser {
   size_t module;
-  size_t through;  ///< what it needs itself on the shortest way to that one; or that one
+  size_t through;  ///< what it needs directly on the shortest path to the other one
 };
 
-/// The modules whose requirements are satisfied with `module`, directly or through others, in the
-/// order of the list.
+/// Returns the modules whose requirements `module` satisfies, directly or through others, in
+/// ascending order.
 std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module);
