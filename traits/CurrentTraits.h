@@ -2,9 +2,9 @@
 
 #include "common/WideString.h"
 
-/// The operations of ProjectTraits for the project that is active at the moment of the call; none
-/// has a caller in the server, whose answers are the same for projects of every kind. Each
-/// throws and raises as CProjectTraitsManager::Current does.
+/// The operations of ProjectTraits for the project that is active at the time of the call. Each
+/// throws and raises as CProjectTraitsManager::Current does. The server calls none of them, because
+/// its results are the same for projects of every kind.
 namespace current_traits {
 
 bool PredefinedFolderMatch(const CWideString& name);

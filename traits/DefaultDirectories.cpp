@@ -48,7 +48,7 @@ constexpr DefaultDirectory kDefaultDirectories[] = {
     {L"IISROOTFOLDER", L"IISRoo~1|IISRootFolder"},
 };
 
-/// All but the last entry: that folder belongs to the web server and not to the installer.
+/// All but the last entry, whose folder belongs to the web server and not to the installer.
 constexpr size_t kReferenceCount = std::size(kDefaultDirectories) - 1;
 
 const DefaultDirectory* Find(const CWideString& key, size_t count) noexcept {

@@ -6,16 +6,16 @@
 
 class ProjectTraits;
 
-// For what writes project databases: no caller in the server.
+// For code that writes project databases. The server calls none of these functions.
 
-/// HRESULT of a predefined folder that has no default directory.
+/// The HRESULT for a key that is not predefined and has no fallback.
 constexpr HRESULT kUnknownPredefinedFolder = static_cast<HRESULT>(0x800403ED);
 
-/// The DefaultDir text that a predefined folder gets when its row of the Directory table has to be
-/// made: "short|long", or one name for both. A key that is not predefined (the comparison is exact)
-/// gets `fallback`; without a fallback kUnknownPredefinedFolder is raised.
+/// Returns the DefaultDir text for a new row of the Directory table: "short|long", or one name for
+/// both. A key that is not predefined (case-sensitive) returns `fallback`. If that is empty, raises
+/// kUnknownPredefinedFolder.
 CWideString DefaultDirOf(const CWideString& key, const CWideString& fallback);
 
-/// The reference to a predefined folder in a project of the kind of `traits`: the key between its
-/// delimiters. Empty for other keys, and for IISROOTFOLDER, to which projects do not refer.
+/// Returns the reference to a predefined folder in a project of the kind of `traits`: the key
+/// between delimiters. Empty for other keys, and for IISROOTFOLDER, to which projects do not refer.
 CWideString PredefinedFolderReference(const CWideString& key, const ProjectTraits& traits);

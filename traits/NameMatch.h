@@ -5,7 +5,7 @@
 
 #include "common/WideString.h"
 
-/// Whether `name` is one of `names`; exact, case counts.
+/// Returns whether `name` is one of `names`. Case-sensitive.
 template <size_t Count>
 bool IsInList(const wchar_t* const (&names)[Count], const CWideString& name) noexcept {
   return std::any_of(std::begin(names), std::end(names),

@@ -4,9 +4,9 @@
 
 namespace msidb {
 
-/// Whether the database is an installer-database project of the environment, or a merge-module
-/// project: its table Quillmark says so under 'Type'. No caller in the server. False without the
-/// table or the row; an installer failure is raised.
+/// Return whether a database is an installer-database project or a merge-module project of the
+/// environment, by the row 'Type' of its table Quillmark. False without the table or the row.
+/// Installer failures are raised. The server calls neither function.
 bool IsInstallerProject(const Database& database);
 bool IsMergeModuleProject(const Database& database);
 

@@ -2,19 +2,19 @@
 
 #include "common/WideString.h"
 
-/// How one kind of project spells folders and properties. Every question of written form goes
-/// through here; the two kinds are ProjectTraitsMSI and ProjectTraitsPro.
+/// How a kind of project spells folders and properties. All spellings come from here. The two kinds
+/// are ProjectTraitsMSI and ProjectTraitsPro.
 ///
-/// The order of the 25 operations is fixed; the destructor comes behind them. A "reference" is the
-/// spelling in a project, "[SystemFolder]" for instance; a "display" is the spelling for people.
+/// The order of the 25 virtual functions is fixed; the destructor follows them. A "reference" is
+/// the spelling in a project, such as "[SystemFolder]"; a "display" is the spelling that users see.
 class ProjectTraits {
  public:
   ProjectTraits(const ProjectTraits&) = delete;
   ProjectTraits& operator=(const ProjectTraits&) = delete;
 
-  /// Whether `name` is a predefined folder, shell folders included. Exact, case counts.
+  /// Returns whether `name` is a predefined folder, shell folders included. Case-sensitive.
   virtual bool PredefinedFolderMatch(const CWideString& name) const = 0;
-  /// Whether `name` is a folder of the user's shell. Exact, case counts.
+  /// Returns whether `name` is a folder of the user's shell. Case-sensitive.
   virtual bool ShellFolderMatch(const CWideString& name) const = 0;
 
   virtual wchar_t OpenDelimiterChar() const = 0;

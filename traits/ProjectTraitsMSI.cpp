@@ -15,7 +15,7 @@ constexpr const wchar_t* kPredefinedFolders[] = {
     L"WindowsVolume",      L"TARGETDIR",           L"ALLUSERSPROFILE",
     L"USERPROFILE"};
 
-// The list is tested as its table has it, with one name twice.
+// Kept as given, with one name twice.
 constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder",     L"DesktopFolder",
                                             L"ProgramMenuFolder", L"SendToFolder",
                                             L"StartMenuFolder",   L"StartupFolder"};

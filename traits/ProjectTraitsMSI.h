@@ -2,7 +2,7 @@
 
 #include "traits/ProjectTraits.h"
 
-/// Installer-database projects: installer properties in square brackets.
+/// Traits of installer-database projects, which write properties in square brackets.
 class ProjectTraitsMSI final : public ProjectTraits {
  public:
   bool PredefinedFolderMatch(const CWideString& name) const override;

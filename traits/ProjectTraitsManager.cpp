@@ -27,7 +27,7 @@ CProjectTraitsManager& CProjectTraitsManager::Instance() {
 
 const ProjectTraits& CProjectTraitsManager::Current() const {
   const auto type = static_cast<size_t>(GetActiveProjectType());
-  // A negative type is beyond the end as well.
+  // A negative type becomes a large number, and so is out of range too.
   if (type >= m_traits.size() || !m_traits[type]) {
     ThrowMemoryException();
   }

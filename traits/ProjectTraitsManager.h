@@ -5,37 +5,37 @@
 
 #include "traits/ProjectTraits.h"
 
-/// Types of project, as the environment numbers them.
+/// Project types, as the environment numbers them.
 enum ProjectType {
   kInstallerProject = 0,
   kScriptProject = 1,
 };
 
-/// The type of the project that is active in the environment, asked anew at every call of
-/// QMObjMgr.DLL. A DLL that is missing or lacks the function is
-/// raised, with its name in the description.
+/// Returns the type of the project that is active in the environment, as QMObjMgr.DLL reports it at
+/// each call. If the DLL or its function is missing, raises a failure that names the DLL.
 int GetActiveProjectType();
 
-/// Whether the active project is script-based. Raises as GetActiveProjectType does. Nothing in the
-/// server asks it yet.
+/// Returns whether the active project is script-based. Raises as GetActiveProjectType does. The
+/// server does not call it.
 bool IsScriptProjectActive();
 
-/// Owns the traits of both kinds of project. One per DLL: the server makes it when it is loaded,
-/// and it ends with the DLL. Programs that link this folder have it from its first use on.
+/// Owns the traits of both kinds of project, from creation to the unloading of the DLL. One per
+/// DLL. The server creates it when it is loaded, other programs at first use.
 class CProjectTraitsManager {
  public:
-  /// Throws std::bad_alloc while there is none yet.
+  /// The first call creates the manager and may throw std::bad_alloc.
   static CProjectTraitsManager& Instance();
 
-  /// The traits of one kind of project, whichever is active.
+  /// Returns the traits of a kind of project, whichever kind is active.
   const ProjectTraits& Of(ProjectType type) const noexcept { return *m_traits[type]; }
 
-  /// The traits of the active project. For one of no known type the frame's out-of-memory
-  /// exception is thrown, by which callers recognise it. Raises as GetActiveProjectType does.
+  /// Returns the traits of the active project. For a project of unknown type, throws the frame's
+  /// out-of-memory exception, by which callers recognise such a project. Raises as
+  /// GetActiveProjectType does.
   const ProjectTraits& Current() const;
 
  private:
   CProjectTraitsManager();
 
-  std::vector<std::unique_ptr<const ProjectTraits>> m_traits;  // by ProjectType
+  std::vector<std::unique_ptr<const ProjectTraits>> m_traits;  // indexed by ProjectType
 };

@@ -2,7 +2,7 @@
 
 #include "traits/ProjectTraits.h"
 
-/// Script-based projects: variables in angle brackets.
+/// Traits of script-based projects, which write variables in angle brackets.
 class ProjectTraitsPro final : public ProjectTraits {
  public:
   bool PredefinedFolderMatch(const CWideString& name) const override;
