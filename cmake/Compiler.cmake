@@ -1,14 +1,15 @@
-# Compiler and linker settings of every target of the project: qm_settings.
+# qm_settings: the compiler and linker settings of every target.
 
 add_library(qm_settings INTERFACE)
 target_include_directories(qm_settings INTERFACE "${PROJECT_SOURCE_DIR}")
-# -Woverloaded-virtual: on the target a MEMBERID/INT mix-up leaves a virtual-table slot unbound and
-# nothing else says so. -Wnon-virtual-dtor is left out: it fires on every COM interface.
+# -Woverloaded-virtual: on the target, mixing up MEMBERID and INT leaves a virtual-table slot
+# unimplemented, and nothing else reports it. -Wnon-virtual-dtor is left out because it fires on
+# every COM interface.
 target_compile_options(qm_settings INTERFACE
   $<$<COMPILE_LANGUAGE:CXX>:-Wall;-Wextra;-Werror;-Woverloaded-virtual;-Wsuggest-override;-Wcast-qual;-Wshadow>)
 
 if(WIN32)
-  # Generated headers are found as "idl/x.h"; they include one another by their bare names.
+  # Generated headers are included as "idl/x.h"; they include one another by their bare names.
   target_include_directories(qm_settings SYSTEM INTERFACE
     "${PROJECT_BINARY_DIR}/generated" "${PROJECT_BINARY_DIR}/generated/idl")
   target_compile_definitions(qm_settings INTERFACE
@@ -20,14 +21,14 @@ endif()
 
 if(QM_STRICT)
   target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
-  # The stack protector is left out of what users get: its support library opens a cryptographic
+  # Release builds do without the stack protector: its support library opens a cryptographic
   # provider while the DLL is loaded.
   target_compile_options(qm_settings INTERFACE
     -O1 -fstack-protector-strong -fsanitize=undefined -fsanitize-undefined-trap-on-error)
   target_link_libraries(qm_settings INTERFACE ssp)
 endif()
 
-# The cross compiler has no run-time libraries of the sanitizers.
+# For native builds only: the cross compiler has no run-time libraries of the sanitizers.
 if(QM_SANITIZE)
   target_compile_definitions(qm_settings INTERFACE _GLIBCXX_ASSERTIONS)
   set(sanitizers -fsanitize=address,undefined -fno-sanitize-recover=all)
@@ -35,7 +36,8 @@ if(QM_SANITIZE)
   target_link_options(qm_settings INTERFACE ${sanitizers})
 endif()
 
-# A static library of one folder of the house; its sources are all the folder's .cpp files.
+# qm_add_library(<name> [<library>...]): adds a static library of all .cpp files of the current
+# folder, and links it to the given libraries.
 function(qm_add_library name)
   file(GLOB sources CONFIGURE_DEPENDS "${CMAKE_CURRENT_SOURCE_DIR}/*.cpp")
   add_library(${name} STATIC ${sources})

@@ -1,6 +1,6 @@
-# Compiles through ccache where it is installed. Paths are cached relative to the root, so that a checkout
-# elsewhere finds what this one compiled. The first configuration of a build folder decides: a ccache that
-# is installed later would change every command, and thereby rebuild everything.
+# Compiles through ccache if it is installed. Paths are cached relative to the root, so that another
+# checkout hits the same entries. The first configuration of a build folder decides: using a ccache
+# that is installed later would change every command and rebuild everything.
 
 if(NOT DEFINED CACHE{QM_CCACHE})
   find_program(QM_CCACHE ccache)

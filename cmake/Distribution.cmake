@@ -1,5 +1,5 @@
-# What the build takes from the distribution, and where Debian and its relatives keep it. Everything
-# else is found by name.
+# What the build takes from the distribution, and where Debian and its derivatives keep it.
+# Everything else is found by name.
 
 if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL "MSVC")
   message(FATAL_ERROR "This tree is built with GCC: the MinGW-w64 cross-compiler for Windows "
@@ -7,17 +7,17 @@ if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL "MSVC")
     "know the import libraries and linker options that it uses.")
 endif()
 
-# Sources of GoogleTest, which only the tests need. It may be installed after the first
-# configuration, hence the pattern.
+# The sources of GoogleTest, which only the tests need. Found by a pattern, because they may be
+# installed after the first configuration.
 set(QM_GOOGLETEST_FOLDER /usr/src/googletest)
 file(GLOB QM_GOOGLETEST CONFIGURE_DEPENDS "${QM_GOOGLETEST_FOLDER}/CMakeLists.txt")
 
-# Header-only libraries, with the folder of their headers, and the package that has their license.
+# Header-only libraries, the folder of their headers, and the files with their licenses.
 set(QM_HEADER_FOLDER /usr/include)
 set(QM_HEADER_LIBRARIES CLI nlohmann)
 set(QM_CLI_LICENSE /usr/share/doc/libcli11-dev/copyright)
 set(QM_nlohmann_LICENSE /usr/share/doc/nlohmann-json3-dev/copyright)
 
-# The type library that all others import, as Wine brings it along.
+# The type library that all others import. Wine includes it.
 file(GLOB QM_STDOLE2 /usr/lib/*/wine/i386-windows/stdole2.tlb
   /usr/lib/wine/i386-windows/stdole2.tlb)

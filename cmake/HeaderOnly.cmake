@@ -1,5 +1,5 @@
-# Header-only libraries of the build machine, for cross-compiled programs: only the libraries' own
-# folders are shown to the compiler, never the machine's whole include folder.
+# Makes header-only libraries of the build machine available to cross-compiled programs. The
+# compiler sees the folders of these libraries only, never the machine's whole include folder.
 
 set(headers "${CMAKE_BINARY_DIR}/headers")
 file(MAKE_DIRECTORY "${headers}")

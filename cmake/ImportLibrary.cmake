@@ -1,6 +1,6 @@
-# qm_add_import_library(<name> <def>): an import library made from a .def file, so that a program
-# imports exactly what the file says (by ordinal, for instance). Link the target <name>. With DELAYED
-# the DLL is loaded when one of its functions is first called.
+# qm_add_import_library(<name> <def> [DELAYED]): makes an import library from a .def file, so that a
+# program imports exactly what the file says (by ordinal, for instance). Link the target <name>.
+# With DELAYED, the DLL is loaded at the first call of one of its functions.
 function(qm_add_import_library name def)
   cmake_parse_arguments(arg "DELAYED" "" "" ${ARGN})
   set(kind -l)
@@ -8,7 +8,7 @@ function(qm_add_import_library name def)
     set(kind -y)
   endif()
   set(archive "${CMAKE_CURRENT_BINARY_DIR}/lib${name}.a")
-  # -k: the decorated names of the .def lose "@n" in the import table.
+  # -k removes "@n" from the decorated names of the .def in the import table.
   add_custom_command(OUTPUT "${archive}"
     COMMAND ${CMAKE_DLLTOOL} -k -d "${def}" ${kind} "${archive}"
     DEPENDS "${def}" VERBATIM)

@@ -1,8 +1,10 @@
-# Quillmark.MergeModules.manifest: the server and its siblings as a side-by-side assembly, through which
-# a program creates their objects without registration. The name must not be that of a DLL, beside which Windows
-# would stop looking for a manifest. Made from the IDL, which is the only home of the GUIDs.
+# Makes Quillmark.MergeModules.manifest, which describes the server and its siblings as a
+# side-by-side assembly. A program with this manifest creates their objects without registration.
+# The assembly must not have the name of a DLL: where Windows finds such a DLL, it does not look for
+# a manifest. The GUIDs are read from the IDL, their only home.
 
-# qm_guid_before(<variable> <idl text> <declaration>): the uuid of the attributes of a declaration.
+# qm_guid_before(<variable> <idl text> <declaration>): finds the uuid in the attributes of a
+# declaration.
 function(qm_guid_before variable text declaration)
   string(FIND "${text}" "${declaration}" end)
   if(end EQUAL -1)

@@ -1,4 +1,4 @@
-# Type libraries, headers and GUID definitions from IDL.
+# Makes type libraries, headers and GUID definitions from IDL.
 
 if(NOT QM_STDOLE2)
   message(FATAL_ERROR "stdole2.tlb of 32-bit Wine was not found; run tools/setup")
@@ -9,8 +9,8 @@ get_filename_component(QM_STDOLE2_DIR "${QM_STDOLE2}" DIRECTORY)
 set(QM_IDL_FLAGS --win32 -I "${PROJECT_SOURCE_DIR}/idl" -I "${PROJECT_SOURCE_DIR}/idl/platform"
   -L "${QM_STDOLE2_DIR}")
 
-# qm_add_idl(<name> [<imported idl>...]): generated/idl/<name>.h and <name>_i.c; <name>.tlb where the
-# file has a library.
+# qm_add_idl(<name> [<imported idl>...]): makes generated/idl/<name>.h and <name>_i.c, and
+# <name>.tlb if the file has a library.
 function(qm_add_idl name)
   set(out "${PROJECT_BINARY_DIR}/generated/idl")
   file(MAKE_DIRECTORY "${out}")

@@ -3,7 +3,7 @@
 #   cmake --preset release            (the presets name this file)
 #   cmake -G Ninja -DCMAKE_TOOLCHAIN_FILE=cmake/mingw-i686.cmake -S . -B build/mine
 #
-# The posix flavour of the compiler: the win32 one lacks std::mutex and its relatives.
+# The compiler is the posix variant, because the win32 one lacks std::mutex and its relatives.
 
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86)
