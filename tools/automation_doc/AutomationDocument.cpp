@@ -6,7 +6,7 @@ namespace {
 
 std::string Code(const std::string& text) { return '`' + text + '`'; }
 
-/// A link to the section of a type.
+/// Returns a link to the section of a type.
 std::string LinkTo(const std::string& name) {
   std::string anchor;
   for (const char c : name) {
@@ -15,7 +15,7 @@ std::string LinkTo(const std::string& name) {
   return '[' + name + "](#" + anchor + ')';
 }
 
-/// A paragraph in lines of a usual length.
+/// Breaks a paragraph into lines.
 std::string Paragraph(const std::string& text) {
   constexpr size_t kWidth = 120;
   std::string lines;
@@ -40,7 +40,7 @@ std::string PlaceOf(const MemberDescription& member) {
   return "slot " + std::to_string(member.slot) + ", DISPID " + std::to_string(member.id);
 }
 
-/// Signatures, help and errors of a member, without a heading.
+/// Returns the signatures, help and errors of a member, without a heading.
 std::string MemberBody(const MemberDescription& member, bool isCppOnly) {
   std::string text;
   if (isCppOnly) {
@@ -78,7 +78,7 @@ std::string Classes(const std::vector<ClassDescription>& classes, CExamples& exa
   return text;
 }
 
-/// A text about a collection with a common word for its elements.
+/// Replaces the type of a collection's elements in `text` by the word "Element".
 std::string InGeneral(std::string text, const std::string& elementType) {
   for (size_t at = 0; (at = text.find(elementType, at)) != std::string::npos;) {
     text.replace(at, elementType.size(), "Element");
@@ -173,14 +173,14 @@ std::string Interfaces(const std::vector<InterfaceDescription>& interfaces, CExa
   return text;
 }
 
-/// Puts `text` in the place of a line.
+/// Replaces the line `place` of the document by `text`.
 void Fill(std::string& document, const std::string& place, const std::string& text) {
   const std::string line = '\n' + place + '\n';
   const size_t at = document.find(line);
   if (at == std::string::npos) {
     throw std::runtime_error("the frame has no line " + place);
   }
-  // What is filled in may end in an empty line, which separates it from what follows.
+  // The empty lines at the end of `text` are dropped.
   const size_t end = text.find_last_not_of('\n');
   document.replace(at + 1, line.size() - 1, text.substr(0, end + 1) + '\n');
 }

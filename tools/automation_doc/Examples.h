@@ -9,7 +9,7 @@
 ///     Interface.Member: line of VBScript
 ///     Interface.Member (C++): line of C++
 ///
-/// in which empty lines and lines that begin with "#" do not count.
+/// Empty lines and lines that begin with "#" are ignored.
 class CExamples {
  public:
   struct Example {
@@ -17,13 +17,14 @@ class CExamples {
     bool isCpp = false;
   };
 
-  /// Throws std::runtime_error for text of another form, or two examples of one name.
+  /// Throws std::runtime_error for text of another form, or for two examples of one name.
   explicit CExamples(const std::string& text);
 
-  /// The example of a name, which counts as used. Throws std::runtime_error when there is none.
+  /// Returns the example of a name and marks it as used. Throws std::runtime_error if it does not
+  /// exist.
   const Example& Take(const std::string& name);
 
-  /// Throws std::runtime_error that names the examples that nobody took.
+  /// Throws std::runtime_error if an example has not been taken.
   void RequireAllTaken() const;
 
  private:

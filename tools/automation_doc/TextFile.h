@@ -2,7 +2,7 @@
 
 #include <string>
 
-/// The bytes of a file. Throws std::runtime_error.
+/// Returns the bytes of a file. Throws std::runtime_error.
 std::string ReadTextFile(const wchar_t* path);
 
 /// Replaces a file. Throws std::runtime_error.

@@ -27,7 +27,7 @@ std::string GuidText(const GUID& guid) {
   return ToUtf8(text);
 }
 
-/// Holds what a type information lends: attributes of a type, or the description of a function.
+/// Owns what an ITypeInfo lends: the attributes of a type, or the description of a function.
 template <class T, void (STDMETHODCALLTYPE ITypeInfo::*release)(T*)>
 class CLent {
  public:
@@ -50,7 +50,7 @@ class CLent {
 using CAttributes = CLent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
 using CFunction = CLent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
-/// Name of a type or a member, and its help text divided at "Errors: ".
+/// The name of a type or a member, and its help text split at "Errors: ".
 struct Documentation {
   Documentation(ITypeInfo& info, MEMBERID member) {
     CUniqueBstr nameText;
@@ -93,7 +93,7 @@ CComPtr<ITypeInfo> Implemented(ITypeInfo& info, int number) {
   return Referenced(info, reference);
 }
 
-/// A type as the two kinds of clients write it.
+/// The name of a type for each of the two kinds of clients.
 struct TypeNames {
   std::string script;
   std::string cpp;
@@ -143,17 +143,17 @@ std::vector<std::string> NamesOfParameters(ITypeInfo& info, const FUNCDESC& func
   for (UINT i = 0; i < count; ++i) {
     texts.push_back(ToUtf8(ViewOf(CUniqueBstr(names[i]).Get())));
     if (i > 0) {
-      // A library keeps one spelling of a name, and a member of the same name may give it.
+      // A library keeps one spelling of a name, which may be that of a member of the same name.
       char& first = texts.back()[0];
       first = static_cast<char>(first >= 'A' && first <= 'Z' ? first - 'A' + 'a' : first);
     }
   }
-  // The parameter of a property that is put has no name of its own.
+  // The parameter of a property setter has no name.
   texts.resize(static_cast<size_t>(function.cParams) + 1, "value");
   return texts;
 }
 
-/// The attributes of a parameter as IDL writes them.
+/// Returns the attributes of a parameter as IDL writes them.
 std::string AttributesOf(USHORT flags) {
   if (flags & PARAMFLAG_FRETVAL) {
     return "[out, retval] ";
@@ -240,7 +240,7 @@ InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
   return description;
 }
 
-/// Has COM find classes through a side-by-side manifest while it lives.
+/// While in scope, makes COM find classes through a side-by-side manifest.
 class CManifestScope {
  public:
   explicit CManifestScope(const wchar_t* manifest) {
@@ -269,7 +269,7 @@ class CManifestScope {
   ULONG_PTR m_cookie = 0;
 };
 
-/// The version-independent ProgID of a class.
+/// Returns the version-independent ProgID of a class.
 std::string ProgramIdOf(const CLSID& clsid) {
   wchar_t* text = nullptr;
   Check(::ProgIDFromCLSID(clsid, &text), "a class that the manifest does not name");

@@ -8,13 +8,13 @@ struct MemberDescription {
   std::string name;
   std::string signature;    ///< as a script sees it: "Property Key As String, read-only"
   std::string declaration;  ///< as C++ sees it: "HRESULT get_Key(BSTR* value)"
-  int slot = 0;             ///< from 1, behind those of IDispatch
+  int slot = 0;             ///< counted from 1 after those of IDispatch
   long id = 0;              ///< dispatch identifier
   std::string help;
-  std::string errors;  ///< what follows "Errors: " in the help text; empty when nothing does
+  std::string errors;  ///< what follows "Errors: " in the help text; may be empty
   bool isHidden = false;
   bool hasTypedOut = false;  ///< an out parameter that a script cannot pass
-  std::string resultType;    ///< what it gives to a script; empty for nothing
+  std::string resultType;    ///< type that a script receives; empty if there is no result
 };
 
 struct InterfaceDescription {
@@ -25,7 +25,7 @@ struct InterfaceDescription {
   std::string errors;
   std::vector<MemberDescription> members;  ///< its own, in slot order
 
-  /// The member of this name; null when there is none.
+  /// Returns the member of this name, or null.
   const MemberDescription* Find(const char* member) const noexcept;
   bool IsCollection() const noexcept { return Find("_NewEnum") != nullptr; }
 };
@@ -38,10 +38,10 @@ struct ClassDescription {
   std::string interfaceName;
 };
 
-/// The interfaces of the library at `path`, in its order. Throws std::runtime_error.
+/// Reads the interfaces of the library at `path`, in its order. Throws std::runtime_error.
 std::vector<InterfaceDescription> ReadInterfaces(const wchar_t* path);
 
-/// The classes of the library at `path`, in its order, with the identifiers under which the
+/// Reads the classes of the library at `path`, in its order, with the identifiers under which the
 /// side-by-side manifest at `manifest` offers them to scripts. Throws std::runtime_error, also for
 /// a class that the manifest lacks.
 std::vector<ClassDescription> ReadClasses(const wchar_t* path, const wchar_t* manifest);
