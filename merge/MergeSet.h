@@ -17,10 +17,10 @@ struct MergeModule {
   std::vector<Requirement> requirements;
 };
 
-/// The module chosen for a requirement, or the reason why no module satisfies it.
+/// The choice of a module for a requirement, and the reason for it.
 struct Choice {
   std::optional<size_t> module;  ///< position; std::nullopt if no module satisfies it
-  std::string reason;            ///< "highest of 3 versions", "no module has this ID", ...
+  std::string reason;            ///< "the highest version of 3", "no module has this ID", ...
 };
 
 /// An index of modules by ID, which finds the module for a requirement. Positions are those in the
@@ -56,10 +56,10 @@ struct MissingModule {
   std::string reason;
 };
 
-/// One module of a plan.
+/// A module of a plan.
 struct PlannedModule {
   size_t module;
-  std::optional<size_t> neededBy;  ///< first module that needs it; std::nullopt if it was wanted
+  std::optional<size_t> neededBy;  ///< module that needed it first; std::nullopt if the caller did
   std::string reason;              ///< why it was chosen
 };
 
@@ -68,7 +68,7 @@ struct MergePlan {
   /// Every module follows all that it needs, except within cycles.
   std::vector<PlannedModule> modules;
   std::vector<MissingModule> missing;
-  /// Modules that need one another: each needs the next, and the last the first.
+  /// Modules that need one another: each needs the next, and the last needs the first.
   std::vector<std::vector<size_t>> cycles;
 };
 
