@@ -14,7 +14,7 @@ struct ThreadTraits {
 SRWLOCK theLock = SRWLOCK_INIT;
 ApartmentReference* theReturned = nullptr;
 
-/// Whether the calling thread may release an object of `thread`.
+/// Returns whether the calling thread may release an object of `thread`.
 bool MayRelease(DWORD thread) noexcept {
   if (thread == ::GetCurrentThreadId()) {
     return true;

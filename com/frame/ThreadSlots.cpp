@@ -7,7 +7,7 @@
 
 namespace {
 
-constexpr int kMostSlots = 8;
+constexpr int kMostSlots = 8;  // further ones are not recorded
 
 /// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note works
 /// on the constant-initialised object. This is the first static object to be constructed and hence
