@@ -6,8 +6,8 @@ namespace msidb {
 
 namespace {
 
-/// Whether bytes below 0x80 stand for the characters of ASCII, each by itself. True for the code
-/// pages of nearly all modules, whose keys and names are ASCII.
+/// Whether bytes below 0x80 are the characters of ASCII in this code page. True for the code pages
+/// of nearly all modules, whose keys and names are mostly ASCII.
 bool ContainsAscii(UINT codePage) noexcept {
   switch (codePage) {
     case CP_ACP:

@@ -8,8 +8,8 @@
 
 namespace msidb {
 
-/// Text of bytes in a code page, 0 for the system's own, up to the first zero. Bytes that the code
-/// page does not have become what the system replaces them with. Throws std::bad_alloc.
+/// Decodes `bytes` up to the first zero byte. `codePage` must be valid; 0 is the system's own.
+/// Invalid bytes are replaced as MultiByteToWideChar replaces them. Throws std::bad_alloc.
 CWideString DecodeText(std::string_view bytes, UINT codePage);
 
 }  // namespace msidb

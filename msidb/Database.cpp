@@ -7,10 +7,10 @@ namespace msidb {
 Database Database::OpenReadOnly(const CWideString& path) { return Open(path, MSIDBOPEN_READONLY); }
 
 Database Database::Open(const CWideString& path, const wchar_t* persist) {
-  if (path.length() >= MAX_PATH) {  // some installers copy it to their stack without counting
+  if (path.length() >= MAX_PATH) {  // some installers copy it to a stack buffer unchecked
     RaiseFileFailure(ERROR_FILENAME_EXCED_RANGE, {}, L"MsiOpenDatabase", path.c_str());
   }
-  // Loaded at the first call of one of its functions, where nobody could handle that it is missing.
+  // The DLL is delay-loaded: if it is missing, its first call would end the process.
   static const HMODULE installer = ::LoadLibraryW(L"msi.dll");
   if (!installer) {
     RaiseFileFailure(ERROR_MOD_NOT_FOUND, {}, L"MsiOpenDatabase", path.c_str());
@@ -29,7 +29,7 @@ bool Database::HasTable(const wchar_t* table) const {
     case MSICONDITION_NONE:
       return false;
     default:
-      // The function has no code of its own for a failure.
+      // The function does not report why it failed.
       ReportInstallerResult(ERROR_FUNCTION_FAILED, L"MsiDatabaseIsTablePersistent", table);
       return false;
   }

@@ -5,25 +5,25 @@
 
 namespace msidb {
 
-/// An open installer database, closed with the object. Failures are raised, see
-/// ReportInstallerResult.
+/// Owns an open installer database. Failures are raised, see ReportInstallerResult.
 class Database {
  public:
-  /// Opens the file at `path` for reading.
+  /// Opens the file at `path` for reading. A path of MAX_PATH characters or more fails with
+  /// ERROR_FILENAME_EXCED_RANGE.
   static Database OpenReadOnly(const CWideString& path);
 
-  /// Opens the file at `path`; `persist` is one of the MSIDBOPEN_ values.
+  /// As OpenReadOnly, in the mode `persist`, one of the MSIDBOPEN_ values.
   static Database Open(const CWideString& path, const wchar_t* persist);
 
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
-  /// Whether the table is there, persistent or temporary.
+  /// Whether the database has the table, persistent or temporary.
   bool HasTable(const wchar_t* table) const;
 
-  /// Imports the table archive file `fileName` (.idt) of `folder`.
+  /// Imports the table archive file (.idt) `fileName` in `folder`.
   void Import(const CWideString& folder, const CWideString& fileName);
 
-  /// Exports `table` into the table archive file `fileName` of `folder`. No caller in the server.
+  /// Exports `table` to the table archive file `fileName` in `folder`. Not called by the server.
   void Export(const CWideString& table, const CWideString& folder,
               const CWideString& fileName) const;
 

@@ -4,7 +4,8 @@ namespace msidb {
 
 namespace {
 
-/// The side of the first `separator` that is asked for; all of `text` when there is none.
+/// The part of `text` before the first `separator`, or after it if `second`; all of `text` if it
+/// has no separator.
 std::wstring_view SideOf(std::wstring_view text, wchar_t separator, bool second) noexcept {
   const size_t position = text.find(separator);
   if (position == std::wstring_view::npos) {

@@ -4,15 +4,16 @@
 
 namespace msidb {
 
-/// One name of a DefaultDir text "target:source", of which each part is "short|long" or one name
-/// for both. A text without ":" or "|" serves for both sides.
+/// Extracts one name from a DefaultDir value, "target:source", where each part is "short|long". A
+/// value without ":" is both target and source; a part without "|" is both short and long name.
 CWideString SplitDefaultDir(const CWideString& defaultDir, bool useSourcePart, bool useShortName);
 
-/// Whether `text` has the length of the suffix that a merge module's keys carry: a GUID with
-/// separators (36 characters) or without (32).
+/// Whether `text` is as long as the GUID suffix of a merge module's keys: 36 characters with
+/// separators, 32 without.
 bool ModuleSuffixMatch(std::wstring_view text) noexcept;
 
-/// `key` without its module suffix, when it has one behind its last ".".
+/// Removes the last "." of `key` and what follows if that is a module suffix, see
+/// ModuleSuffixMatch.
 CWideString StripModuleSuffix(const CWideString& key);
 
 }  // namespace msidb

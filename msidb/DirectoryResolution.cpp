@@ -15,17 +15,18 @@ bool BeginsWithDot(const CWideString& name) noexcept {
   return !name.empty() && std::wstring_view(name).front() == L'.';
 }
 
-/// Whether a name fits into a path of MAX_PATH characters; the walk ends at one that does not.
+/// Whether a name fits into a path of MAX_PATH characters, terminator included. The walk ends at
+/// one that does not.
 bool FitsIntoPath(const CWideString& name) noexcept { return name.length() < MAX_PATH; }
 
-/// A walk up the Directory table: takes its rows one by one and puts their names before the path.
+/// A walk up the Directory table that prepends the name of each row to the path.
 class DirectoryWalk {
  public:
   DirectoryWalk(const DirectoryTable& table, const DirectoryOptions& options, CWideString& path)
       : m_table(table), m_options(options), m_path(path) {}
 
-  /// Takes the row of a key; a name that is too long is ERROR_MORE_DATA. AtEnd() says whether to go
-  /// on with the row of the parent.
+  /// Adds one row to the path. Returns ERROR_MORE_DATA if a name or the walk is too long. Unless
+  /// AtEnd(), the row of the parent comes next.
   UINT Take(const CWideString& rowKey, const DirectoryRow& row) {
     m_atEnd = true;
     if (!FitsIntoPath(row.defaultDir) || !FitsIntoPath(rowKey)) {
@@ -48,7 +49,7 @@ class DirectoryWalk {
   bool AtEnd() const noexcept { return m_atEnd; }
 
  private:
-  /// A row that is no predefined folder.
+  /// Adds a row that is not a predefined folder.
   UINT TakeOwnFolder(const DirectoryRow& row, const CWideString& key) {
     CWideString name =
         SplitDefaultDir(row.defaultDir, m_options.useSourcePart, m_options.useShortName);
@@ -69,7 +70,8 @@ class DirectoryWalk {
     return ERROR_SUCCESS;
   }
 
-  /// A "." folder is that of its parent; below TARGETDIR, the one that a property names.
+  /// A "." folder is the same folder as its parent. Directly below TARGETDIR the walk ends, with
+  /// the value of the property of that key if there is one.
   UINT TakeDotFolder(const DirectoryRow& row, const CWideString& key) {
     if (!FitsIntoPath(row.parent)) {
       return ERROR_MORE_DATA;
@@ -82,7 +84,7 @@ class DirectoryWalk {
     return ERROR_SUCCESS;
   }
 
-  /// A key in place of a name.
+  /// Formats a key that stands for a folder name.
   CWideString Reference(const CWideString& key) const {
     if (!m_options.brackets) {
       return key;
@@ -91,7 +93,8 @@ class DirectoryWalk {
     return CWideString(&open, 1) + key + CWideString(&close, 1);
   }
 
-  /// A property reference ends in a backslash when it is filled in, so none follows it.
+  /// Joins `name` and the path, without a backslash after a property reference: its value ends in
+  /// one.
   void Prepend(const CWideString& name, bool isPropertyReference) {
     CWideString path = name;
     if (!m_path.empty() && !isPropertyReference) {
@@ -105,8 +108,8 @@ class DirectoryWalk {
   const DirectoryOptions& m_options;
   CWideString& m_path;
   std::set<CWideString> m_visited;
-  bool m_fromProperty =
-      false;  ///< whether a property gave a folder its name; the next one ends the walk
+  /// Whether a property supplied a folder name. The walk then ends with the next name prepended.
+  bool m_fromProperty = false;
   bool m_atEnd = false;
 };
 

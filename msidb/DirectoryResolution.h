@@ -7,60 +7,61 @@
 
 namespace msidb {
 
-/// What surrounds a key that stands in a path for the folder that it names: "[ProgramFilesFolder]".
+/// The brackets around a key that stands for its folder in a path: "[ProgramFilesFolder]".
 struct ReferenceBrackets {
   wchar_t open = 0;
   wchar_t close = 0;
 };
 
-/// What a directory's path is made of.
+/// How the path of a directory is built.
 struct DirectoryOptions {
-  bool useSourcePart = false;  ///< the part of DefaultDir behind ":" instead of the one before it
-  bool useShortName = false;   ///< the part before "|" instead of the one behind it
-  bool stripModuleSuffix = false;  ///< keys without a merge module's suffix
-  bool resolveDotFolders = false;  ///< "." names below TARGETDIR through the Property table
-  /// Those of the predefined folder at the root; its key alone without them.
+  bool useSourcePart = false;      ///< take the part of DefaultDir after ":", not the one before it
+  bool useShortName = false;       ///< take the name before "|", not the one after it
+  bool stripModuleSuffix = false;  ///< remove the merge module's suffix from keys
+  bool resolveDotFolders = false;  ///< look up "." folders below TARGETDIR in the Property table
+  /// Written around keys that stand for a folder; without a value such keys are written bare.
   std::optional<ReferenceBrackets> brackets = std::nullopt;
 };
 
-/// The options for looking at all of a table's rows.
+/// The options of ResolveAllDirectories.
 constexpr DirectoryOptions kTableScan{false, false, true, true};
 
-/// The most rows that a walk takes. Without a limit, the paths of all rows of one
-/// long chain would take the square of the table's size.
+/// The maximum number of rows of a walk. Without a limit, resolving every row of one long chain
+/// would take time quadratic in the size of the table.
 constexpr std::size_t kMostDirectories = 1000;
 
-/// The system has no longer path, in characters.
+/// The maximum length of a path in characters; the system has no longer ones.
 constexpr std::size_t kLongestPath = 32767;
 
-/// Paths of directories by their keys of the Directory table.
+/// Paths of directories by Directory key.
 using DirectoryPaths = std::map<CWideString, CWideString>;
 
-/// The path of a key of the Directory table: a walk from its row up to a predefined folder, to the
-/// root or to a parent that is missing or was visited already. A key without a row gives an empty
-/// path.
+/// Sets `path` to the path of a key of the Directory table. Walks from its row up to a predefined
+/// folder, to the root, or to a parent that is missing or already visited. The path is empty if the
+/// key has no row.
 ///
-/// Returns ERROR_SUCCESS, or ERROR_MORE_DATA for a name that is longer than the 259 characters of a
-/// path or for more than kMostDirectories rows or kLongestPath characters; `path` then holds what
-/// was built so far. Failures to read a table are raised.
+/// Returns ERROR_SUCCESS, or ERROR_MORE_DATA if a name is longer than 259 characters or the walk
+/// exceeds kMostDirectories rows or kLongestPath characters; `path` then holds what was built so
+/// far. Failures to read a table are raised.
 UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
                           const DirectoryOptions& options);
 
-/// The path of `key`; a code that ResolveDirectoryPath returns is raised under that name, with
-/// `key`.
+/// Returns the path of `key`. Raises an error code of ResolveDirectoryPath as a failure of that
+/// call with the argument `key`.
 CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
                                  const DirectoryOptions& options);
 
-/// The paths of all rows of the Directory table. No caller in the server. Raises as
-/// RequireDirectoryPath does.
+/// Returns the paths of all rows of the Directory table. Raises as RequireDirectoryPath does. Not
+/// called by the server.
 DirectoryPaths ResolveAllDirectories(const DirectoryTable& table,
                                      const DirectoryOptions& options = kTableScan);
 
-/// Whether the row `key` is there and is one of the installer's predefined folders, whatever its
-/// case. The 64-bit folders and TARGETDIR do not count here: their own rows say where they lie.
+/// Whether the table has a row `key` and that is one of the installer's predefined folders, in any
+/// case. The 64-bit folders and TARGETDIR are not: their own rows define where they are.
 bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key);
 
-/// The value of an installer property; false, and `value` untouched, when there is no such row.
+/// Sets `value` to the value of an installer property. Returns false and leaves `value` alone if
+/// the Property table has no such row.
 bool LookupProperty(const DirectoryTable& table, const CWideString& name, CWideString& value);
 
 }  // namespace msidb

@@ -22,13 +22,13 @@ UINT CodeOf(DamagedPart part) noexcept {
   return part == DamagedPart::NoDatabase ? ERROR_OPEN_FAILED : ERROR_FILE_CORRUPT;
 }
 
-/// The sentences of the reader are ASCII.
+/// Widens a sentence of the image reader, which is ASCII.
 CWideString Widen(std::string_view text) {
   return CWideString(std::wstring(text.begin(), text.end()));
 }
 
-/// Runs `work`, whose failures are those of opening the file or its summary information under the
-/// name `call`.
+/// Runs `work` and raises its FileFailure or Damage as a failure of the installer function `call`,
+/// which opens the file or its summary information.
 template <class Work>
 auto RunAsOpening(const wchar_t* call, const CWideString& path, Work work) {
   try {
@@ -40,8 +40,8 @@ auto RunAsOpening(const wchar_t* call, const CWideString& path, Work work) {
   }
 }
 
-/// Runs `work`, whose failures are those of a query. The calls of a query have no path, so the
-/// sentence names it.
+/// Runs `work` and raises its FileFailure or Damage as a failure of a query. The calls of a query
+/// take no path, so the description's sentence names it.
 template <class Work>
 auto RunAsQuery(const CWideString& path, Work work) {
   const auto withPath = [&](const CWideString& cause) {
@@ -58,7 +58,7 @@ auto RunAsQuery(const CWideString& path, Work work) {
   }
 }
 
-/// Names of tables and columns that the server asks for are ASCII.
+/// Narrows the name of a table or column. Those that the server asks for are ASCII.
 std::string Narrow(const wchar_t* name) {
   std::string narrow;
   for (; *name; ++name) {
@@ -67,7 +67,7 @@ std::string Narrow(const wchar_t* name) {
   return narrow;
 }
 
-/// The number that a text stands for as a whole; the null number for any other text.
+/// Parses a decimal number; kNullInteger if the text as a whole is not one, or does not fit.
 int ParseInteger(std::string_view text) noexcept {
   const bool isNegative = !text.empty() && text.front() == '-';
   const std::string_view digits = text.substr(isNegative ? 1 : 0);
@@ -85,8 +85,8 @@ int ParseInteger(std::string_view text) noexcept {
   return static_cast<int>(number);
 }
 
-/// The numbers of the rows in the order of a column: null first, numbers by value, texts by their
-/// number in the string pool, rows of one value as they stand.
+/// Returns the row numbers sorted by a column: nulls first, integers by value, texts by their
+/// number in the string pool. The sort is stable.
 std::vector<std::size_t> OrderOf(const qm::image::Rows& rows, std::size_t column) {
   std::vector<std::size_t> order(rows.Count());
   std::iota(order.begin(), order.end(), std::size_t{0});
@@ -164,16 +164,16 @@ class ImageRows final : public TableRows {
     });
   }
 
-  // A small file could otherwise fill the memory: its rows may all have the same long text.
+  // Without a limit a small file whose rows all share one long text could exhaust memory.
   static constexpr std::size_t kMostText = 64 << 20;
 
-  const CWideString& m_path;  // of the database, which outlives its rows
+  const CWideString& m_path;  // owned by the database, which outlives its rows
   UINT m_codePage;
   qm::image::Rows m_rows;
-  std::vector<std::size_t> m_order;  ///< empty for the table's own
+  std::vector<std::size_t> m_order;  ///< row numbers; empty for the table's own order
   std::size_t m_next = 0;
   std::size_t m_row = 0;
-  mutable std::size_t m_textBytes = 0;  ///< of all texts that were asked for
+  mutable std::size_t m_textBytes = 0;  ///< total size of the texts read so far
 };
 
 }  // namespace

@@ -11,19 +11,21 @@
 
 namespace msidb {
 
-/// A module's database as image/ reads it from the bytes of the file.
+/// A module's database, read from the bytes of the file by image/.
 ///
-/// A failure has the code and the call that the installer's would have, and in place of the
-/// installer's text one sentence on what is wrong with the file.
+/// A failure has the code and the call that it would have from the installer. Its description has
+/// one sentence on what is wrong with the file where the installer's text would be. Not
+/// thread-safe.
 class ImageDatabase final : public ModuleDatabase {
  public:
+  /// Opens the file at the full path `path`, of any length.
   explicit ImageDatabase(const CWideString& path);
 
-  /// Whether the reader knows everything that it met in the file.
+  /// Whether the reader fully understands the file; see qm::image::Database::UnknownKind.
   bool IsOfKnownKind() const;
 
-  /// Reads all tables and the summary information and follows all streams; raises the first damage,
-  /// and what is suspicious about the file.
+  /// Reads all tables and the summary information and follows all streams. Raises the first damage
+  /// or suspicious defect.
   void Verify();
 
   bool HasTable(const wchar_t* table) const override;
@@ -34,7 +36,7 @@ class ImageDatabase final : public ModuleDatabase {
   void RequireUnchanged() const override;
 
  private:
-  /// A table that was read ahead, or why it could not be.
+  /// A table that LoadAndClose read, or the exception that it failed with.
   struct LoadedTable {
     std::optional<qm::image::Rows> rows;
     std::exception_ptr failure;
@@ -43,9 +45,9 @@ class ImageDatabase final : public ModuleDatabase {
   qm::image::Rows RowsOf(const std::string& table) const;
 
   CWideString m_path;
-  std::optional<ModuleFile> m_file;  ///< nothing once it was closed
+  std::optional<ModuleFile> m_file;  ///< empty after LoadAndClose
   FileStamp m_stamp;
-  // Reading a table goes on in the file, but changes nothing that a caller could tell.
+  // Mutable because reading a table moves the file position, which no caller can observe.
   mutable std::optional<qm::image::Database> m_database;
   std::map<std::string, LoadedTable> m_loaded;
   std::optional<qm::image::SummaryInformation> m_summary;

@@ -8,7 +8,7 @@
 
 namespace msidb {
 
-/// A module's database as the installer reads it.
+/// A module's database, read through the installer.
 class InstallerDatabase final : public ModuleDatabase {
  public:
   explicit InstallerDatabase(const CWideString& path)
@@ -19,7 +19,7 @@ class InstallerDatabase final : public ModuleDatabase {
   CWideString ReadSummaryString(UINT property) override;
   bool LoadAndClose(std::initializer_list<const wchar_t*>) override { return false; }
   bool IsCurrent() const override { return false; }
-  void RequireUnchanged() const override {}  // the installer keeps writers out
+  void RequireUnchanged() const override {}  // the installer locks out writers
 
  private:
   CWideString m_path;

@@ -11,7 +11,7 @@ namespace msidb {
 
 namespace {
 
-/// Fields of an error record: 1 the error number, 2 and on its arguments.
+/// Formats an error record: field 1 is the error number, its arguments follow from field 2.
 constexpr wchar_t kRecordTemplate[] = L"Windows Installer Error [1]: [2]{, [3]}{, [4]}{, [5]}\n";
 
 CWideString FormatErrorRecord(MSIHANDLE record) {
@@ -42,12 +42,13 @@ CWideString CallText(const wchar_t* functionName, const wchar_t* argument1,
   return CWideString::Format(L"%s(%s, %s)", functionName, argument1, argument2);
 }
 
-/// Makes `message` the thread's error object; raises what the system answers when it cannot.
+/// Sets the thread's error object to one with the description `message`. Raises failures of the
+/// system's calls.
 void InstallErrorInfo(const CWideString& message) {
   CComPtr<ICreateErrorInfo> create;
   RaiseIfFailed(::CreateErrorInfo(create.Put()));
-  create->SetGUID(GUID_NULL);  // not the initial value everywhere
-  // The interface takes text that it does not change.
+  create->SetGUID(GUID_NULL);  // not every system initialises it
+  // The interface takes a non-const text but does not change it.
   RaiseIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
   CComPtr<IErrorInfo> info;
   RaiseIfFailed(create.QueryInterface(info.Put()));
@@ -74,7 +75,7 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
   if (code == ERROR_SUCCESS) {
     return code;
   }
-  // First of all: the next installer call replaces the thread's record.
+  // This must come first: the next installer call replaces the thread's record.
   const CMsiHandle errorRecord(::MsiGetLastErrorRecord());
   if (errorRecord && ::MsiRecordIsNull(errorRecord.Get(), 0)) {
     const UINT templateCode = ::MsiRecordSetStringW(errorRecord.Get(), 0, kRecordTemplate);

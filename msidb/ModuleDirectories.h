@@ -9,26 +9,25 @@
 
 namespace msidb {
 
-/// Where a directory of a module lies, or why that cannot be said.
+/// The path of a directory of a module, or the failure to resolve it.
 struct TargetDirectory {
   CWideString path;  ///< "[ProgramFilesFolder]My Company\\bin"
-  /// The key at which the way to the root ends, without the module's suffix: that of a system
-  /// folder
-  /// ("System64Folder"), whether the path names it or not, or else TARGETDIR. Empty when the key
-  /// has no row.
+  /// The key, without the module's suffix, of the first system folder on the way up
+  /// ("System64Folder"), even if the path does not contain it; otherwise that of the topmost row,
+  /// TARGETDIR. Empty if a row on the way is missing.
   CWideString root;
-  HRESULT result = S_OK;    ///< a failing HRESULT when the path cannot be resolved
-  CWideString description;  ///< of the failure
+  HRESULT result = S_OK;    ///< a failing HRESULT if the path cannot be resolved
+  CWideString description;  ///< of the failure; empty on success
 };
 
-/// Target directories by their keys of the module's Directory table.
+/// Target directories by Directory key.
 using TargetDirectories = std::map<CWideString, TargetDirectory>;
 
-/// Resolves every key of `directories`, each once, over one open database of the module at
-/// `module`. A directory that fails does not stand in the way of the others.
+/// Resolves every key of `directories`, opening the module at the path `module` once. A directory
+/// that cannot be resolved has a failing `result`; the others are still resolved.
 ///
-/// Never throws: answers a failing HRESULT, with the thread's error object, when the module cannot
-/// be opened or memory is short.
+/// Returns a failing HRESULT, with the thread's error object set, if the module cannot be read or
+/// was written meanwhile, and E_OUTOFMEMORY without an error object.
 HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptions& options,
                                  TargetDirectories& directories) noexcept;
 

@@ -19,8 +19,8 @@ namespace {
 
 ModuleFile::ModuleFile(const CWideString& path) {
   const CWideString longPath = LongPath(path);
-  // Deleting and renaming are allowed: neither changes what is read here, and a build that replaces
-  // a module does not fail because somebody looks at the old one.
+  // Others may delete and rename the file: neither changes what is read here, and a build can
+  // replace a module while its old file is open.
   m_file.Reset(::CreateFileW(longPath.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
                              nullptr, OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
   if (!m_file) {
@@ -29,8 +29,8 @@ ModuleFile::ModuleFile(const CWideString& path) {
   m_stamp = GetStamp();
 }
 
-// Asked for in two parts: GetFileInformationByHandle also looks the volume up, which takes longer
-// than everything else that is done with a small module.
+// Two calls, because GetFileInformationByHandle also looks up the volume, which takes longer than
+// everything else done with a small module.
 FileStamp ModuleFile::GetStamp() const {
   FILE_STANDARD_INFO standard;
   FILE_BASIC_INFO basic;
@@ -42,14 +42,14 @@ FileStamp ModuleFile::GetStamp() const {
           {basic.LastWriteTime.LowPart, static_cast<DWORD>(basic.LastWriteTime.HighPart)}};
 }
 
-// The file's own position is used instead of an OVERLAPPED: of a read with one Wine tells its
-// server, which takes as long as reading.
+// Uses the file pointer rather than an OVERLAPPED: Wine reports a read with an OVERLAPPED to its
+// server, which takes as long as the read itself.
 void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   LARGE_INTEGER place;
   place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD read = 0;
   const bool isInPlace = offset == m_position;
-  m_position = kNowhere;  // after a failure nobody knows it
+  m_position = kNowhere;  // unknown if one of the calls below fails
   if ((!isInPlace && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
       !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
     throw FileFailure{::GetLastError(), {}};

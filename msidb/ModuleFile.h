@@ -9,15 +9,16 @@
 
 namespace msidb {
 
-/// Thrown when a module's file cannot be opened or read. Whoever knows which call the reading
-/// stands for reports it under that call's name.
+/// Thrown if a module's file cannot be opened or read. ImageDatabase raises it as a failure of the
+/// installer function that the reading replaces.
 struct FileFailure {
   UINT code;          ///< a Win32 error code
-  CWideString cause;  ///< one sentence; empty for the system's text for the code
+  CWideString cause;  ///< one sentence; empty if the system's text for the code is enough
 };
 
-/// The file of a module, open for reading. Nobody can write to it meanwhile; that somebody already
-/// does is ERROR_SHARING_VIOLATION, as it is when the installer opens a database for reading.
+/// The file of a module, open for reading. Nobody can open it for writing meanwhile. If somebody
+/// has it open for writing already, opening fails with ERROR_SHARING_VIOLATION, as the installer's
+/// does.
 class ModuleFile final : public qm::image::ByteSource {
  public:
   /// Opens the file at the full path `path`, of any length. Throws FileFailure.
@@ -28,14 +29,14 @@ class ModuleFile final : public qm::image::ByteSource {
   /// Throws FileFailure.
   void Read(std::uint64_t offset, void* bytes, std::size_t count) override;
 
-  /// Throws FileFailure if the file was written since it was opened: file systems that are shared
-  /// with other systems do not keep their writers out.
+  /// Throws FileFailure if the file was written since it was opened: a file system shared with
+  /// other systems does not lock out their writers.
   void RequireUnchanged() const;
 
-  /// The version that was opened.
+  /// Identifies the version of the file that was opened.
   const FileStamp& OpenedStamp() const noexcept { return m_stamp; }
 
-  /// Whether the file at `path` is there in the version `stamp`. Does not open it.
+  /// Whether the file at `path` exists and has the stamp `stamp`. Does not open it.
   static bool IsCurrent(const CWideString& path, const FileStamp& stamp);
 
  private:
@@ -45,7 +46,7 @@ class ModuleFile final : public qm::image::ByteSource {
 
   CUniqueFile m_file;
   FileStamp m_stamp;
-  std::uint64_t m_position = 0;  ///< where the file stands, or kNowhere
+  std::uint64_t m_position = 0;  ///< the file pointer; kNowhere if unknown
 };
 
 }  // namespace msidb

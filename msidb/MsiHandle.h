@@ -1,7 +1,7 @@
 #pragma once
 
 #include <windows.h>
-// After windows.h, on which they depend.
+// These depend on windows.h.
 #include <msi.h>
 #include <msiquery.h>
 
@@ -13,5 +13,5 @@ struct MsiHandleTraits {
   static void Close(Handle handle) noexcept { ::MsiCloseHandle(handle); }
 };
 
-/// The one owner of an installer handle: database, view, record or summary information.
+/// Sole owner of an installer handle: a database, view, record or summary information.
 using CMsiHandle = CUniqueHandle<MsiHandleTraits>;

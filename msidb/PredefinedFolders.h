@@ -4,8 +4,8 @@
 
 namespace msidb {
 
-/// The written form of a predefined folder at which a walk through the Directory table ends, by its
-/// key in upper case; null for any other key. Throws std::bad_alloc.
+/// Finds the predefined folder with the given key in upper case and returns its usual spelling;
+/// null if a walk up the Directory table does not end at this key. Throws std::bad_alloc.
 const wchar_t* FindPredefinedRoot(const CWideString& upperCaseKey);
 
 }  // namespace msidb

@@ -22,7 +22,7 @@ CWideString Record::GetString(UINT field) const {
       [&](wchar_t* buffer, DWORD* length) {
         return ::MsiRecordGetStringW(Get(), field, buffer, length);
       },
-      // Twice the size: whether that counts characters or bytes is not relied on.
+      // Twice the size, so that it does not matter which unit the installer counts in.
       [&](DWORD) { return 2 * ::MsiRecordDataSize(Get(), field) + 1; });
   ReportInstallerResult(code, L"MsiRecordGetString");
   return text;

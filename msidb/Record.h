@@ -6,14 +6,14 @@
 
 namespace msidb {
 
-/// An installer record, or none. Fields are numbered from 1. Failures are raised, see
-/// ReportInstallerResult. The server reads records and makes none.
+/// Owns an installer record; may be empty. Fields are counted from 1. Failures are raised, see
+/// ReportInstallerResult. The server only reads records.
 class Record {
  public:
   Record() noexcept = default;
   explicit Record(CMsiHandle handle) noexcept : m_handle(std::move(handle)) {}
 
-  /// A new record; when the installer makes none, that is ERROR_CREATE_FAILED.
+  /// Creates a record. Raises ERROR_CREATE_FAILED if the installer does not return one.
   static Record Create(UINT fieldCount);
 
   explicit operator bool() const noexcept { return static_cast<bool>(m_handle); }
@@ -22,7 +22,7 @@ class Record {
   /// The text of a field, of any length; empty for a null field.
   CWideString GetString(UINT field) const;
 
-  /// The number of a field: kNullInteger when it is null or no number, 0 without a record.
+  /// The number in a field; kNullInteger if it is null or not a number. 0 without a record.
   int GetInteger(UINT field) const noexcept;
 
   bool IsNull(UINT field) const noexcept;

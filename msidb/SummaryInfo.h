@@ -5,15 +5,15 @@
 
 namespace msidb {
 
-/// The text of a property (PID_SUBJECT and so on) of the summary information `handle`, of any
-/// length. The property's type alone decides: one that is no text is empty, and a code of the
-/// installer is no failure.
+/// Reads the text of a property (PID_SUBJECT and so on), of any length, of the summary information
+/// `handle`. Returns an empty text if the property's type is not a text. The code that the
+/// installer returns is ignored.
 CWideString ReadSummaryString(MSIHANDLE handle, UINT property);
 
-/// The summary information stream of an installer database, opened for reading by the file's path.
+/// Owns the summary information of an installer database file, open for reading.
 class SummaryInfo {
  public:
-  /// Raised as "MsiGetSummaryInformation" with the path when the stream cannot be opened.
+  /// Raises a failure of MsiGetSummaryInformation with the path if the stream cannot be opened.
   explicit SummaryInfo(const CWideString& path);
 
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }

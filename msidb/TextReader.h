@@ -9,9 +9,9 @@
 namespace msidb {
 
 /// Reads text from an installer function that fills a buffer. `read(buffer, &length)` makes the
-/// call, with the buffer's size in characters in `length`. When the buffer of InlineSize characters
-/// on the stack is too small (ERROR_MORE_DATA), the call is made once more with a heap buffer of
-/// `grownSize(length)` characters. Returns the last call's code; `text` is set on success only.
+/// call; `length` is the buffer's size in characters. If the stack buffer of InlineSize characters
+/// is too small (ERROR_MORE_DATA), a second call gets a heap buffer of `grownSize(length)`
+/// characters. Returns the code of the last call; `text` is set only on success.
 template <DWORD InlineSize, class Read, class GrownSize>
 UINT ReadText(CWideString& text, Read read, GrownSize grownSize) {
   wchar_t inlineBuffer[InlineSize];

@@ -40,7 +40,8 @@ bool View::Next() {
     return false;
   }
   const UINT code = Fetch();
-  // Remembered, because some installers begin at the first row again when they are asked once more.
+  // Remembered because some installers start again at the first row if they are called after the
+  // end.
   m_atEnd = code == ERROR_NO_MORE_ITEMS;
   if (!m_atEnd) {
     ReportInstallerResult(code, L"MsiViewFetch");

@@ -5,48 +5,48 @@
 
 namespace msidb {
 
-/// A query over a database with the row fetched last. Failures are raised, see
-/// ReportInstallerResult; running out of rows is not one. The server only opens, runs and fetches:
-/// RequireNext, Modify and ColumnInfo have no caller in it.
+/// A query over a database and the row that was fetched last. Failures are raised, see
+/// ReportInstallerResult; running out of rows is not a failure. The server never calls RequireNext,
+/// Modify or ColumnInfo.
 class View {
  public:
-  /// Opens the query; what was open before is closed. `argument1` and `argument2` describe the call
-  /// in a failure's description.
+  /// Opens the query and closes the previous one. `argument1` and `argument2` are the call's
+  /// arguments in a failure's description.
   void Open(const Database& database, const CWideString& query, const wchar_t* argument1 = L"",
             const wchar_t* argument2 = L"");
 
-  /// The same, with the installer's code returned and not raised.
+  /// As Open, but returns the installer's code instead of raising it.
   UINT TryOpen(const Database& database, const CWideString& query) noexcept;
 
-  /// Runs the open query. `parameters` gives the values of its "?" and must be there when it has
-  /// any.
+  /// Executes the open query. `parameters` holds the values of its "?" markers; it may be null if
+  /// the query has none.
   void Execute(const Record* parameters = nullptr, const wchar_t* argument1 = L"",
                const wchar_t* argument2 = L"");
 
   /// Opens and executes.
   void Run(const Database& database, const CWideString& query, const Record* parameters = nullptr);
 
-  /// Opens, executes and fetches the first row; false when there is none.
+  /// Opens, executes and fetches the first row; false if there are no rows.
   bool RunAndFetch(const Database& database, const CWideString& query,
                    const Record* parameters = nullptr);
 
   /// Opens and executes "SELECT * FROM `table`".
   void RunTable(const Database& database, const CWideString& table);
 
-  /// Fetches the next row into Row(); false at the end, and without an open query.
+  /// Fetches the next row into Row(); false at the end, and if no query is open.
   bool Next();
 
-  /// Fetches the next row, whose absence is a failure (ERROR_NO_MORE_ITEMS).
+  /// Fetches the next row. Raises ERROR_NO_MORE_ITEMS at the end.
   void RequireNext();
 
-  /// The row fetched last; none before the first and after the end.
+  /// The row fetched last; empty before the first fetch and after the end.
   const Record& Row() const noexcept { return m_row; }
 
-  /// Modifies the database through the view. A row whose primary key is there already is raised as
-  /// kDuplicateKey.
+  /// Modifies the database through the view. Raises kDuplicateKey if a row with the same primary
+  /// key exists.
   void Modify(MSIMODIFY mode, const Record& record);
 
-  /// Names or types of the columns.
+  /// Returns the names or the types of the columns.
   Record ColumnInfo(MSICOLINFO kind) const;
 
  private:
