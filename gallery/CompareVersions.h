@@ -2,10 +2,10 @@
 
 #include "common/WideString.h"
 
-/// Compares dotted versions of up to four parts: 1 when `a` is greater, -1 when it is smaller, else
-/// 0. A part is the decimal number that it begins with, cut to 16 bits; missing parts are 0,
-/// further ones are ignored.
+/// Compares dotted versions of up to four parts. Returns 1 if `a` is greater, -1 if it is less, and
+/// 0 if they are equal. The value of a part is its leading decimal number, truncated to 16 bits.
+/// Missing parts are 0, further parts are ignored.
 ///
-/// For whether the gallery holds a newer version. CompareVersionTexts (merge/MergeRules.h), for
-/// what merging needs, differs: its parts are numbers of any size, and it looks at all of them.
+/// Decides whether the gallery has a newer version. Merging has other rules: CompareVersionTexts
+/// (merge/MergeRules.h) compares all parts, as numbers of any size.
 int CompareVersions(const CWideString& a, const CWideString& b) noexcept;

@@ -13,7 +13,7 @@ void RequireObject(const CComPtr<Interface>& object) {
   }
 }
 
-/// Finds an item of a collection of the reader by a VARIANT.
+/// Gets the item of a collection at `index`; null if there is no such item.
 template <class Item, class Collection>
 CComPtr<Item> Find(Collection& collection, VARIANT index) {
   CComPtr<Item> item;

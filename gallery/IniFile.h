@@ -2,9 +2,9 @@
 
 #include "gallery/Siblings.h"
 
-// Reading through the INI reader. Each function raises what the reader answers; a section or key
-// that is missing is a null pointer. A reader that succeeds without the object that it has to give
-// is raised as E_UNEXPECTED under its DLL's name.
+// Wrappers of the INI reader's interfaces. They raise the reader's failures. A missing section or
+// key is a null pointer. If the reader succeeds but returns no collection, they raise E_UNEXPECTED
+// with the name of its DLL.
 
 CComPtr<IIniSection> FindSection(IIniReader& reader, const CWideString& section);
 
@@ -12,11 +12,10 @@ CComPtr<IIniKeys> KeysOf(IIniSection& section);
 
 long CountOf(IIniKeys& keys);
 
-/// A key by its name, in any letter case, or by its position from 1.
+/// Finds a key by its name, ignoring case, or by its position, counted from 1.
 CComPtr<IIniKey> FindKey(IIniKeys& keys, const CWideString& name);
 CComPtr<IIniKey> FindKey(IIniKeys& keys, long position);
 
 CWideString NameOf(IIniKey& key);
 
-/// The text of a key.
 CWideString ValueOf(IIniKey& key);

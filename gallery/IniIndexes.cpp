@@ -11,15 +11,15 @@
 
 namespace {
 
-/// Adds every line of a section of an index file to `table`; of lines with one key the last wins.
+/// Adds every line of a section of an index file to `table`. The last line with a given key wins.
 void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* sectionName,
                CIniIndexes::Table& table) {
   if (folder.empty()) {
-    return;  // joined with nothing the path would be relative to the current folder
+    return;  // the joined path would be relative to the current folder
   }
   const CComPtr<IIniReader> reader = CreateIniReader();
   if (FAILED(reader->Load(MakeBstr(JoinPath(folder, file)).Get()))) {
-    ::SetErrorInfo(0, nullptr);  // no index is no failure
+    ::SetErrorInfo(0, nullptr);  // a missing index is not a failure
     return;
   }
   const CComPtr<IIniSection> section = FindSection(*reader, sectionName);
@@ -36,7 +36,7 @@ void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* se
   }
 }
 
-/// Sets a flag at the end of its life, whether work succeeded or failed.
+/// Sets a flag when it goes out of scope, on success and on failure.
 class CCompletion {
  public:
   explicit CCompletion(std::atomic<bool>& flag) noexcept : m_flag(flag) {}

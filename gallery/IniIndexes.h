@@ -5,34 +5,33 @@
 
 #include "gallery/Siblings.h"
 
-/// The index tables of this process: which display name a module has, and which module delivers a
-/// file. They are read from INI files once, and never cleared or read again. Keys are compared
-/// exactly.
+/// The index tables of the process: the display names of modules, and the modules that deliver
+/// files. They are read once from INI files. Keys are case-sensitive.
 ///
-/// They are read behind the ApartmentGate and stay as they are from then on, so that any apartment
-/// may use them: LookupModuleName waits for an apartment that is reading them, and who has called
-/// LoadOnce may use all tables.
+/// The tables are read behind the ApartmentGate and never change afterwards. After a call of
+/// LoadOnce, any thread may use them. LookupModuleName may be called at any time and waits while
+/// another apartment is reading the tables.
 class CIniIndexes {
  public:
   using Table = std::map<CWideString, CWideString>;
 
   static CIniIndexes& Instance();
 
-  /// Reads the three tables from the folders that the application services name, at the first call
-  /// in the process and at no other, even when that fails. Raises failures of the services, and of
-  /// a reader that fails in a file that it has opened; a file that is missing, or that
-  /// has no folder, leaves its table empty.
+  /// Reads the three tables from the folders that the application services return. Only the first
+  /// call in the process does so, even if it fails. Raises failures of the services, and of the
+  /// reader after it has opened a file. A table stays empty if its file cannot be opened or its
+  /// folder is empty.
   void LoadOnce(IApplicationServices& services);
 
-  /// "modules.ini": the display name of a module by its key. False, and `name` untouched, for other
-  /// keys.
+  /// Looks up the display name of a module in "modules.ini" by the module key. Returns false and
+  /// leaves `name` alone if the file does not list the key.
   bool LookupModuleName(const CWideString& key, CWideString& name) const;
 
-  /// "FilesToModules.ini": a flag and a module key ("0:ID:language") by file name in lower case.
+  /// "FilesToModules.ini": a flag and a module key ("0:ID:language") by lower-case file name.
   const Table& FileModules() const noexcept { return m_fileModules; }
 
-  /// "PlatformFilesToModules.ini": the module that delivers a system file, by its name in lower
-  /// case.
+  /// "PlatformFilesToModules.ini": a module key, with or without a flag, by the lower-case name of
+  /// a system file.
   const Table& PlatformFileModules() const noexcept { return m_platformFileModules; }
 
  private:
@@ -43,7 +42,7 @@ class CIniIndexes {
   void LoadPlatformFileModules(const CWideString& folder);
 
   bool m_bLoaded = false;
-  std::atomic<bool> m_bComplete = false;  ///< whether the tables stay as they are
+  std::atomic<bool> m_bComplete = false;  ///< set once loading has ended
   Table m_moduleNames;
   Table m_fileModules;
   Table m_platformFileModules;

@@ -21,12 +21,12 @@ bool IsFile(const CWideString& path) noexcept {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// Whether a name stays in the folder that it is joined to. It may come out of a module.
+/// Whether a name joined to a folder stays in that folder. Names may come from a module.
 bool IsPlainFileName(std::wstring_view name) noexcept {
   return name.find_first_of(L"\\/:") == std::wstring_view::npos;
 }
 
-/// Whether a download file lies below the gallery root or beside the descriptions.
+/// Whether a download file exists below the gallery root or below the folder of the descriptions.
 bool IsDownloaded(const CWideString& root, const CWideString& location) {
   return !root.empty() && (PathExists(JoinPath(root, location)) ||
                            PathExists(JoinPath(JoinPath(root, kGalleryFolder), location)));
@@ -34,8 +34,8 @@ bool IsDownloaded(const CWideString& root, const CWideString& location) {
 
 long ToLong(const CWideString& text) noexcept { return ::_wtol(text.c_str()); }
 
-/// A text that a caller may want; its BSTR is made at once and given away at the end, when nothing
-/// can fail any more.
+/// The BSTR for an optional out parameter. It is allocated at construction and handed over by Give,
+/// which cannot fail, so that a call sets all of its outs or none.
 class WantedText {
  public:
   WantedText(BSTR* out, const CWideString& text) : m_out(out) {
@@ -88,11 +88,11 @@ CWideString CMMGallery::GetGalleryRoot() {
   return AskServices(*CreateApplicationServices(), &IApplicationServices::get_GalleryRoot);
 }
 
-/// Path of the description; empty when there is no gallery.
+/// The path of the description; empty if no gallery is configured.
 CWideString CMMGallery::GetIniPath() const {
   const CWideString root = GetGalleryRoot();
   if (root.empty()) {
-    return {};  // joined with nothing the path would be relative to the current folder
+    return {};  // the joined path would be relative to the current folder
   }
   return JoinPath(JoinPath(root, kGalleryFolder), m_strName) + L".ini";
 }
@@ -100,15 +100,15 @@ CWideString CMMGallery::GetIniPath() const {
 CComPtr<IIniReader> CMMGallery::GetIni() {
   const CGatePass pass;
   if (!m_pIni.Get() && IsPlainFileName(m_strName)) {
-    ReleaseReturnedReferences();  // of readers that this thread made and another replaced
-    // A description that cannot be opened is as good as none.
+    ReleaseReturnedReferences();  // readers of this thread that another one has replaced
+    // A description that cannot be opened counts as missing.
     DropFailures([&] {
       const CWideString path = GetIniPath();
       if (IsFile(path)) {
         const CUniqueBstr text = MakeBstr(path);
         const CComPtr<IIniReader> reader = CreateIniReader();
         const HRESULT loaded = reader->Load(text.Get());
-        // What another apartment has read is not given up for a failure.
+        // A reader that failed to load does not replace that of another apartment.
         if (SUCCEEDED(loaded) || !m_pIni.IsSet()) {
           m_pIni.Set(reader);
         }
@@ -130,7 +130,8 @@ CWideString CMMGallery::ReadValue(const CWideString& section, const CWideString&
   return value;
 }
 
-/// The text of a key; false, and `value` untouched, when the section or the key is missing.
+/// Reads the value of a key. Returns false and leaves `value` alone if the section or the key is
+/// missing.
 bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, CWideString& value) {
   const CComPtr<IIniSection> found = GetSection(section);
   const CComPtr<IIniKey> entry = found ? FindKey(*KeysOf(*found), key) : nullptr;
@@ -139,7 +140,7 @@ bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, C
   }
   CUniqueBstr text;
   if (FAILED(entry->get_Value(text.Put()))) {
-    ::SetErrorInfo(0, nullptr);  // a value that cannot be read is empty, unlike everything else
+    ::SetErrorInfo(0, nullptr);  // only here a failure of the reader counts as an empty value
   }
   value = ViewOf(text.Get());
   return true;
@@ -165,7 +166,7 @@ bool CMMGallery::HasFileName() { return !ReadModuleValue(L"FileName").empty(); }
 
 CWideString CMMGallery::ResolveLocalPath() {
   const CWideString fileName = ReadModuleValue(L"FileName");
-  // What the location says does not matter: that there is one sends us to the search folders.
+  // Only the presence of a location matters; the file is looked for in the search folders.
   if (ReadValue(fileName, L"Location").empty()) {
     return {};
   }
@@ -193,8 +194,8 @@ long CMMGallery::GetFileCount() { return CountItems(L"Files"); }
 
 long CMMGallery::GetDownloadFileCount() { return CountItems(L"DownloadFiles"); }
 
-/// The value of an item's key in its list, which names the item's own section; false when the list
-/// or the key is missing.
+/// Reads the name of an item, which is also the name of its section, from its list. Returns false
+/// if the list or the item's key is missing.
 bool CMMGallery::FindItem(const wchar_t* list, long index, CWideString& item) {
   return FindValue(list, CWideString::Format(L"Key%d", static_cast<int>(index + 1)), item);
 }
@@ -261,7 +262,7 @@ void CMMGallery::EnsureChecked() {
   const CGatePass pass;
   if (!m_bChecked) {
     CheckPresence();
-    m_bChecked = true;  // not after a failure: the next question checks again
+    m_bChecked = true;  // not set after a failure, so that the next call checks again
   }
 }
 
@@ -275,7 +276,7 @@ void CMMGallery::CheckPresence() {
   }
   m_strLocalPath = ResolveLocalPath();
   if (m_strLocalPath.empty()) {
-    // There is nothing to download to: that the gallery is newer does not count then.
+    // There is no local file to update, so a newer version in the gallery does not matter.
     m_bPresent = VARIANT_FALSE;
     m_bNeedsDownload = VARIANT_FALSE;
     return;
@@ -286,8 +287,8 @@ void CMMGallery::CheckPresence() {
   }
 }
 
-/// Goes through the download files by position, so that keys that are not numbered in sequence
-/// count as well.
+/// Checks the download files by position, so that gaps in the numbering of their keys do not
+/// matter.
 bool CMMGallery::AreDownloadFilesPresent(const CWideString& root) {
   const CComPtr<IIniSection> section = GetSection(L"DownloadFiles");
   if (!section) {

@@ -5,15 +5,17 @@
 #include "com/frame/ApartmentPtr.h"
 #include "gallery/Siblings.h"
 
-/// What the object gallery says about one module: the record of its description, an INI file of the
-/// gallery folder. Base of every module record.
+/// The object gallery's description of one module, an INI file in the gallery folder. Base of every
+/// module record.
 ///
-/// The INI file is opened at the first question that needs it and kept open, for the apartment that
-/// asked last; a module without one is present and needs no download. Whether the module is present
-/// is checked once, at the first question. Failures are raised: those of the application services,
-/// and those of the INI reader after it has opened the file. A file that is missing or cannot be
-/// opened is no failure; it reads as empty. Apartments that share a record ask behind the
-/// ApartmentGate.
+/// Apartments may share a record: its functions enter the ApartmentGate while they open the file or
+/// check for presence. The name and version must be set before.
+///
+/// The first call that needs the INI file loads it. The loaded file is kept for the apartment that
+/// used it last. A file that cannot be located or opened, for whatever reason, reads as empty. A
+/// module without a description is present and needs no download. Presence is checked once, at the
+/// first call that asks for it. Other failures of the application services and of the INI reader
+/// are raised.
 class CMMGallery {
  public:
   CMMGallery() noexcept = default;
@@ -27,15 +29,15 @@ class CMMGallery {
   /// Whether the gallery holds a newer version, or something is missing on this machine.
   virtual HRESULT GetNeedsDownload(VARIANT_BOOL* result);
 
-  /// A new BSTR with the full path of the local module file as the check found it; empty when there
-  /// is none. Throws std::bad_alloc.
+  /// Returns a new BSTR with the full path of the local module file that the check found; empty if
+  /// there is no such file. Throws std::bad_alloc.
   virtual HRESULT GetLocalPath(BSTR* result);
 
-  /// Names the module's gallery description and the version that is known locally. Called once,
-  /// before anything is read.
+  /// Sets the name of the module's gallery description and the version that is known locally. Call
+  /// once, before anything is read.
   void SetNameAndVersion(const CWideString& name, const CWideString& version);
 
-  // Texts of the description; empty, or 0, where it has none.
+  // Values of the description; empty or 0 if it has no such value.
   CWideString GetAuthor();
   CWideString GetComments();
   CWideString GetSubject();
@@ -46,13 +48,13 @@ class CMMGallery {
   /// Whether the description names a module file.
   bool HasFileName();
 
-  /// The module file in the first folder of the module search path that has it; empty when none
-  /// has, or when the description gives the file no location.
+  /// Returns the path of the module file in the first folder of the module search path that
+  /// contains it; empty if no folder does, or if the description has no location for the file.
   CWideString ResolveLocalPath();
 
-  // Items of the description's lists, by their index from 0. The server asks for the
-  // download files alone. Texts are new BSTRs; a null pointer is not wanted. An item that is
-  // missing leaves texts as they are and numbers 0.
+  // Items of the description's lists, by index from 0. The server reads only the download files.
+  // Texts are returned as new BSTRs unless the pointer is null. For a missing item, texts are left
+  // alone and numbers are set to 0.
   long GetDependencyCount();
   long GetExclusionCount();
   long GetFileCount();

@@ -5,8 +5,8 @@
 #include "common/WideString.h"
 #include "idl/qmmmupdater.h"
 
-/// One file that has to be fetched before a gallery module can be used. It is described by the
-/// library of the classes, unlike its collection.
+/// A file that must be downloaded before a gallery module can be used. Its type information is in
+/// the library of the classes, that of its collection is not.
 class CMMGalleryDownloadFileCaskel
     : public IDispatchImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel,
                            TypeLibrary::Classes>,
@@ -15,7 +15,7 @@ class CMMGalleryDownloadFileCaskel
   using InterfaceMap =
       CInterfaceMap<Via<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel, IDispatch>>;
 
-  /// Sets the fields, once; a null text counts as empty.
+  /// Sets the fields; called once. A null text counts as empty.
   void Init(const wchar_t* location, const wchar_t* mediaLocation, const wchar_t* internetLocation,
             long fileSize, const wchar_t* checkSum);
 

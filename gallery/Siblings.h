@@ -4,15 +4,15 @@
 #include "common/WideString.h"
 #include "idl/siblings.h"
 
-// The sibling components that the gallery asks. Failures are raised as CComponentLoader::Create
-// raises them, or as the component itself tells them.
+// The sibling components that the gallery uses. Failures of loading are raised as
+// CComponentLoader::Create raises them, failures of a component as the component reports them.
 
-/// A new INI reader of Gleaner.dll.
+/// Creates an INI reader of Gleaner.dll.
 CComPtr<IIniReader> CreateIniReader();
 
-/// A new application-services object of QmAppServices.dll.
+/// Creates an application-services object of QmAppServices.dll.
 CComPtr<IApplicationServices> CreateApplicationServices();
 
-/// The text that an operation of the application services gives; see IApplicationServices.
+/// Calls an operation of the application services and returns its text; see IApplicationServices.
 CWideString AskServices(IApplicationServices& services,
                         HRESULT (STDMETHODCALLTYPE IApplicationServices::*operation)(BSTR*));
