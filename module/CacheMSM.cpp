@@ -17,8 +17,8 @@ using msidb::TableRows;
 
 namespace {
 
-/// Calls `use` for every row of `table`, in the order of the column `orderBy` if one is named. A
-/// module that lacks the table has no rows.
+/// Calls `use` for every row of `table`, sorted by the column `orderBy` unless that is null. A
+/// missing table has no rows.
 template <class Use>
 void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wchar_t* orderBy,
                 Use use) {
@@ -31,7 +31,7 @@ void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wcha
   }
 }
 
-/// All rows of `table` of the module at `path`, in the table's own order.
+/// The same for the module at `path`, in the table's own order. The caller holds LockOfTables.
 template <class Use>
 void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
   ForEachRow(*OpenForTables(path), table, nullptr, use);
@@ -58,7 +58,7 @@ void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& 
     return;
   }
   m_bIncomplete = true;
-  // The key is formed once the signature was read: what failed then is the summary alone.
+  // A key means that the signature was read, so only the summary failed.
   if (m_strKey.empty()) {
     m_pFailure = std::move(failure);
   }

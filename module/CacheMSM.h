@@ -9,12 +9,15 @@
 #include "gallery/MMGallery.h"
 #include "module/RowRecords.h"
 
-/// The description of one merge module in memory: identity and summary texts, read by
-/// InitFromModule, and the module's tables, each read once, when its accessor is first called, even
-/// if that fails.
+/// The module record: identity and summary texts, read by one of the Init functions, and the
+/// module's tables. Each table is read once, at the first call of its accessor, even if that fails.
 ///
-/// The module file is open only while a call runs. Failures are raised, see ReportInstallerResult;
-/// what was read before a failure stays.
+/// Apartments share records. After Init the texts no longer change. The tables are guarded by
+/// LockOfTables until they are read. The recheck flag belongs to the catalog, which uses it behind
+/// the ApartmentGate.
+///
+/// The module file is open only during a call. Failures are raised, see ReportInstallerResult; what
+/// was read before a failure is kept.
 class CCacheMSM : public CMMGallery {
  public:
   using NameList = std::vector<CWideString>;
@@ -25,14 +28,14 @@ class CCacheMSM : public CMMGallery {
   CCacheMSM() noexcept = default;
   ~CCacheMSM() override = default;
 
-  /// Fills the record from the module database at the full path `path`. `origin` says where it
-  /// was found.
+  /// Fills the record from the module database at the full path `path`. `origin` is the search
+  /// folder in which it was found, or empty.
   void InitFromModule(const CWideString& path, const CWideString& origin);
 
-  /// As InitFromModule, for a scan that one file must not stop: what cannot be read stays empty.
-  /// Without a signature the path is the display name, and the first access to each table raises
-  /// the failure; a summary that alone cannot be read leaves the tables readable. Only a shortage
-  /// of memory is thrown.
+  /// As InitFromModule, for scanning folders: does not raise failures of the file, and what cannot
+  /// be read stays empty. If the signature cannot be read, the path is the display name and the
+  /// first access to each table raises the failure. If only the summary cannot be read, the tables
+  /// are still readable. Throws std::bad_alloc.
   void InitFromFoundModule(const CWideString& path, const CWideString& origin);
 
   /// Whether InitFromFoundModule could not read the signature or the summary.
@@ -47,7 +50,7 @@ class CCacheMSM : public CMMGallery {
   const CWideString& Path() const noexcept { return m_strPath; }
   const CWideString& Version() const noexcept { return m_strVersion; }
   const CWideString& Author() const noexcept { return m_strAuthor; }
-  /// Package code: also the name by which the gallery describes the module.
+  /// The package code, which is also the name of the module's gallery description.
   const CWideString& PackageCode() const noexcept { return m_strPackageCode; }
   const CWideString& Comments() const noexcept { return m_strComments; }
   const CWideString& Subject() const noexcept { return m_strSubject; }
@@ -59,29 +62,28 @@ class CCacheMSM : public CMMGallery {
   const NameList& GetDialogs();
   const NameList& GetCustomActions();
 
-  /// Rows by module key; of rows with one key the last stays. A dependency that names this module
-  /// itself, version included, is left out.
+  /// Rows by module key. Of rows with the same key the last is kept. A dependency on this module
+  /// itself, in the same version, is left out.
   const DependencyMap& GetDependencies();
   const ExclusionMap& GetExclusions();
 
   /// Rows by their File column.
   const FileMap& GetFiles();
 
-  /// Whether the module's file has to be compared with what was read before the record is listed
-  /// again.
+  /// Whether the file must be checked for changes before the record is listed again.
   bool NeedsRecheck() const noexcept { return m_bRecheck; }
   void SetRecheck(bool recheck) noexcept { m_bRecheck = recheck; }
 
-  /// The path of a key of the module's Directory table, for showing where files go; see
-  /// msidb::RequireDirectoryPath. Nothing is kept. No caller in the server.
+  /// Resolves a key of the module's Directory table to the path where files go; see
+  /// msidb::RequireDirectoryPath. Reads the module at every call. Not called by the server.
   CWideString ResolveDirectory(const CWideString& key) const;
 
  private:
-  /// Directory keys by the component that lies in them.
+  /// Directory keys by component.
   using DirectoryMap = std::map<CWideString, CWideString>;
 
-  /// The module's tables, each with the flag that says that it was read, if only in vain. They lie
-  /// outside the record, which is one of thousands and mostly never asked for one of them.
+  /// The module's tables, each with a flag that is set once reading was attempted. Allocated
+  /// separately, because most of the thousands of records are never asked for a table.
   struct Tables {
     NameList m_dialogs;
     bool m_bDialogsRead = false;
@@ -95,8 +97,8 @@ class CCacheMSM : public CMMGallery {
     bool m_bFilesRead = false;
   };
 
-  /// A table, which `load` reads at the first call. That call raises the kept failure of a file
-  /// that could not be read.
+  /// Returns a table, which the first call reads with `load`. That call raises the kept failure if
+  /// the signature could not be read.
   template <class List>
   const List& ReadOnce(List Tables::*list, bool Tables::*isRead, void (CCacheMSM::*load)());
 
@@ -104,14 +106,14 @@ class CCacheMSM : public CMMGallery {
   void ReadSummary(msidb::ModuleDatabase& database);
   void ResolveDisplayName();
 
-  // Each reads one table into m_pTables.
+  // Read one table each into m_pTables.
   void LoadDialogs();
   void LoadCustomActions();
   void LoadDependencies();
   void LoadExclusions();
   void LoadFiles();
 
-  /// Sets the entry of every component to the key of its directory.
+  /// Maps every component to the key of its directory.
   static void LoadComponentDirectories(const msidb::ModuleDatabase& database, DirectoryMap& map);
 
   CWideString m_strKey;
@@ -127,7 +129,7 @@ class CCacheMSM : public CMMGallery {
   std::unique_ptr<Tables> m_pTables;
   bool m_bFromGallery = false;
   CWideString m_strOrigin;
-  std::unique_ptr<const com_exception> m_pFailure;  ///< why there is no signature
+  std::unique_ptr<const com_exception> m_pFailure;  ///< why the signature could not be read
   bool m_bIncomplete = false;
   bool m_bRecheck = false;
 };

@@ -9,7 +9,7 @@
 #include "common/IgnoringCase.h"
 #include "common/WideString.h"
 
-/// The elements of a collection in their order.
+/// The elements of a collection, in order. Items are always released from the last to the first.
 template <class ItemInterface>
 class CCollectionElements {
  public:
@@ -23,7 +23,6 @@ class CCollectionElements {
   CCollectionElements& operator=(const CCollectionElements&) = delete;
   ~CCollectionElements() { RemoveAll(); }
 
-  /// Releases the items from the last to the first.
   void RemoveAll() noexcept {
     while (!m_elements.empty()) {
       m_elements.pop_back();
@@ -43,15 +42,15 @@ class CCollectionElements {
   std::vector<Element> m_elements;
 };
 
-/// The positions of an element list in the order of the elements' keys, without regard to case,
-/// those of equal keys in the order of the list. Made when a key is first looked up: most lists are
-/// only walked. Refers to the list, which must outlive it.
+/// An index of an element list by key, ignoring case: positions sorted by key, then by position. It
+/// is built at the first lookup, since most lists are only enumerated. The list must outlive it.
 template <class Elements>
 class CKeyIndex {
  public:
   explicit CKeyIndex(const Elements& elements) noexcept : m_elements(&elements) {}
 
-  /// The position of the first element with this key, or the end. std::bad_alloc.
+  /// Returns the position of the first element with this key, or the size of the list. Throws
+  /// std::bad_alloc.
   size_t Find(const wchar_t* key) {
     TakeNewElements();
     const auto found = FirstNotBefore(key);
@@ -74,8 +73,8 @@ class CKeyIndex {
         [&](size_t position, const wchar_t* wanted) { return Compare(position, wanted) < 0; });
   }
 
-  /// Takes up the elements that were added since the last call. One that was added between two
-  /// lookups, as when a list is filled with what it lacks, is put in its place.
+  /// Adds the elements that were appended since the last call. Merging keeps this cheap when
+  /// lookups and appends alternate, as when a list is filled with what it lacks.
   void TakeNewElements() {
     const size_t known = m_positions.size();
     const size_t count = m_elements->Size();

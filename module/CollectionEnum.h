@@ -6,15 +6,16 @@
 #include "com/frame/ComObject.h"
 #include "module/CollectionElements.h"
 
-/// Enumerator of a collection. It holds no reference on the collection but shares its element list,
-/// so that it stays valid when the collection goes.
+/// Enumerator of a collection. It shares the collection's element list instead of holding a
+/// reference, so that it stays valid after the collection is gone.
 template <class ItemInterface>
 class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
  public:
   using Elements = CCollectionElements<ItemInterface>;
   using InterfaceMap = CInterfaceMap<Via<IEnumVARIANT, IEnumVARIANT>>;
 
-  /// A new enumerator over all of `elements`, standing at `cursor`. E_POINTER, E_OUTOFMEMORY.
+  /// Creates an enumerator over all of `elements` with the cursor at `cursor`. E_POINTER,
+  /// E_OUTOFMEMORY.
   static HRESULT Make(const std::shared_ptr<const Elements>& elements, size_t cursor,
                       IEnumVARIANT** out) noexcept {
     return FillOut(GUID_NULL, out, [&] {
@@ -26,8 +27,8 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
     });
   }
 
-  /// Copies over the first values of the array with VariantCopy: what they held is released, so
-  /// they must be initialised. One whose copy fails ends the call.
+  /// Copies elements to `values` with VariantCopy, which releases what the values held: they must
+  /// be initialised. Stops at the first copy that fails.
   STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
     return RunAtBoundary(GUID_NULL, [&] {
       if (!values || (!fetched && count != 1)) {
@@ -48,8 +49,8 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
     });
   }
 
-  /// S_OK when the cursor stands at the end afterwards, S_FALSE when it does not: the reverse of
-  /// the usual sense, on which clients rely.
+  /// Returns S_OK if the cursor is then at the end, otherwise S_FALSE. This is the reverse of the
+  /// usual convention, and clients rely on it.
   STDMETHOD(Skip)(ULONG count) override {
     m_cursor += std::min<size_t>(count, m_last - m_cursor);
     return m_cursor == m_last ? S_OK : S_FALSE;
@@ -67,7 +68,7 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   virtual ~CCollectionEnum() = default;
 
  private:
-  /// Copies the element under the cursor, as VT_DISPATCH, over `value`, whose content is released.
+  /// Copies the element at the cursor to `value` as VT_DISPATCH and releases what `value` held.
   bool CopyCurrent(VARIANT& value) const noexcept {
     VARIANT element;
     ::VariantInit(&element);

@@ -3,8 +3,6 @@
 #include "idl/qmmmupdater.h"
 #include "module/RefCollectionImpl.h"
 
-// The collections of the server.
-
 class CMMFiles : public CRefCollectionImpl<IMMFile, IMMFiles> {};
 class CMMDependencies : public CRefCollectionImpl<IMMDependency, IMMDependencies> {};
 class CMMExclusions : public CRefCollectionImpl<IMMExclusion, IMMExclusions> {};

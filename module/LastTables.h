@@ -6,15 +6,15 @@
 
 #include "msidb/ModuleDatabase.h"
 
-/// Guards the tables of all module records, and what OpenForTables keeps. Whoever holds it reads
-/// files, and calls nobody's objects.
+/// The lock that guards the tables of all module records and the database that OpenForTables keeps.
+/// Its holder may read files but must not call COM objects.
 SRWLOCK& LockOfTables() noexcept;
 
-/// The database of the module at the full path `path`, open for the tables of a module record.
-/// Whoever asks for one of them mostly asks for the others next, so all are read at once, and kept
-/// until another module is asked for. They are read again if the file has changed since. Failures
-/// are raised as by ModuleDatabase::Open. The caller holds LockOfTables.
+/// Opens the module at the full path `path` for reading the tables of a module record. A client
+/// that asks for one table usually asks for the others next, so all are read at once and kept until
+/// another module is opened or the file changes. Raises failures as ModuleDatabase::Open and
+/// LoadAndClose do. The caller holds LockOfTables.
 std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& path);
 
-/// Drops what is kept, for a server that nobody uses at the moment.
+/// Drops the database that OpenForTables keeps. Called when the server is idle.
 void ForgetLastTables() noexcept;

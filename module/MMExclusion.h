@@ -22,5 +22,5 @@ class CMMExclusion : public CMMItem<IMMExclusion> {
   CWideString m_strMinVersion;
   CWideString m_strMaxVersion;
   CWideString m_strLanguage;
-  CWideString m_strRecordKey;  ///< the row's key as the record had it; no property gives it
+  CWideString m_strRecordKey;  ///< the key of the row's record; not used by any property
 };

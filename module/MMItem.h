@@ -17,8 +17,8 @@ class CMMItem : public IDispatchImpl<Interface>,
                                      Via<ISupportErrorInfo, ISupportErrorInfo>>;
 
  protected:
-  /// Text property of an item. Always S_OK: a null pointer is skipped, and when memory is short the
-  /// caller gets a null text.
+  /// Implements a text property. Always returns S_OK: a null pointer is ignored, and the text is
+  /// null if memory is short.
   static HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
     if (value) {
       *value = AllocBstr(text);
@@ -27,7 +27,7 @@ class CMMItem : public IDispatchImpl<Interface>,
   }
 };
 
-/// An item that has nothing but a name.
+/// An item with a name as its only property.
 template <class Interface>
 class CMMNamedItem : public CMMItem<Interface> {
  public:

@@ -25,8 +25,8 @@ const Row& EntryOf(const std::pair<const CWideString, Row>& entry) noexcept {
   return entry.second;
 }
 
-/// Adds one download file of the record's gallery description under its position from 1. One that
-/// the description leaves out is an item without texts.
+/// Adds a download file of the gallery description, with its position from 1 as its key. A gap in
+/// the description's numbering becomes an item with empty texts.
 void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCaskel& files) {
   CUniqueBstr location;
   CUniqueBstr mediaLocation;
@@ -40,7 +40,7 @@ void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCas
   files.Add(CWideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
 }
 
-/// Whether a path means the same in every current folder, as "\dir" and "C:dir" do not.
+/// Whether a path is independent of the current folder. "\dir" and "C:dir" are not.
 bool IsFullPath(std::wstring_view path) noexcept {
   const auto isSeparator = [](wchar_t character) {
     return character == L'\\' || character == L'/';
@@ -49,8 +49,8 @@ bool IsFullPath(std::wstring_view path) noexcept {
          (path[1] == L':' || isSeparator(path[0]));
 }
 
-/// The full path of a module to open. The current folder is that of the process, and another one
-/// while an apartment behind the gate loads a sibling.
+/// Returns the full path of a module to open. Resolves a relative path behind the gate, because
+/// loading a sibling changes the current folder of the process for a while.
 CWideString FullPathOf(BSTR path) {
   std::optional<CGatePass> pass;
   if (!IsFullPath(ViewOf(path))) {
@@ -151,12 +151,12 @@ STDMETHODIMP CMergeModule::get_DisplayName(BSTR* value) {
 
 STDMETHODIMP CMergeModule::Open(BSTR path) {
   return MethodBoundary([&] {
-    // The new record is in place before it is filled: after a failure the object answers with what
-    // could be read, and not with the module that it held before.
+    // The new record is set before it is filled: after a failure the object returns what could be
+    // read, not the previous module.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
     if (ViewOf(path).find(L'\0') != std::wstring_view::npos) {
-      // The installer would open the file that the text before it names.
+      // The installer would open the path that ends at the zero.
       Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
     }
     record->InitFromModule(FullPathOf(path), CWideString());
@@ -194,6 +194,6 @@ STDMETHODIMP CMergeModule::get_HasOrigin(VARIANT_BOOL* value) {
 }
 
 STDMETHODIMP CMergeModule::get_Origin(BSTR* value) {
-  // Unlike the other texts, this one takes a null pointer for "not wanted".
+  // Unlike the other text properties, this one ignores a null pointer.
   return value ? GetText(&CCacheMSM::GetOrigin, value) : S_OK;
 }

@@ -10,8 +10,8 @@
 #include "idl/qmmmupdater2.h"
 #include "module/CacheMSM.h"
 
-/// One merge module (coclass MergeModule2). Every answer comes from a module record, which the
-/// object shares with whoever made it; Open replaces the record of this object alone.
+/// One merge module (coclass MergeModule2). Its properties come from a module record, which it
+/// shares with the catalog that read it. Open gives this object alone a new record.
 class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMergeModuleTavik>,
                      public IDispatchImpl<IMergeModuleTavik>,
                      public CErrorHandler<&CLSID_MergeModule2>,
@@ -23,7 +23,7 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
 
   virtual ~CMergeModule() = default;
 
-  /// Has the object answer from `record`, which it shares with the caller.
+  /// Sets the record, which the object then shares with the caller.
   void Attach(std::shared_ptr<CCacheMSM> record) noexcept { m_pCache = std::move(record); }
 
   // IMergeModule
@@ -55,18 +55,18 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
   STDMETHOD(get_Origin)(BSTR* value) override;
 
  private:
-  /// The record in use, kept alive for the caller's work. Raises E_UNEXPECTED when there is none.
+  /// Returns the current record; the caller's reference keeps it alive if Open replaces it
+  /// meanwhile. Raises E_UNEXPECTED if there is no record.
   std::shared_ptr<CCacheMSM> RequireRecord() const;
 
-  /// A text of the record.
+  /// Implements a text property.
   template <class Text>
   HRESULT GetText(Text (CCacheMSM::*text)() const noexcept, BSTR* value) const noexcept;
 
-  /// A new Collection with one new Item per entry of the record's `list`, in its order.
+  /// Creates a Collection with one new Item for each entry of the record's `list`, in order.
   template <class Item, class Collection, class List, class Interface>
   HRESULT GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept;
 
-  /// A record of the catalog, or the one that Open made: shared ownership makes no difference
-  /// between them.
+  /// The catalog's record, or the one that Open made; null before either.
   std::shared_ptr<CCacheMSM> m_pCache;
 };

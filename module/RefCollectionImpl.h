@@ -9,11 +9,11 @@
 #include "module/CollectionElements.h"
 #include "module/CollectionEnum.h"
 
-/// Read-only automation collection of items with keys. Whoever makes one fills it with Add before
-/// handing it out.
+/// Read-only automation collection of items with keys. Its creator fills it with Add before handing
+/// it out.
 ///
-/// The element list is shared with the enumerators: they stay valid when the collection goes, and
-/// removing elements leaves them the list as it was.
+/// Enumerators share the element list. They stay valid after the collection is gone, and removing
+/// elements does not change what they enumerate.
 template <class ItemInterface, class Collection>
 class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRoot {
  public:
@@ -48,9 +48,10 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
     return CCollectionEnum<ItemInterface>::Make(m_elements, 0, enumerator);
   }
 
-  // The server fills a collection once, so that it calls neither of these two.
+  // The server fills a collection once and never calls these two.
 
-  /// Removes the element at `position`, counted from 0. E_INVALIDARG at the end, E_OUTOFMEMORY.
+  /// Removes the element at `position`, counted from 0. E_INVALIDARG if there is no such element,
+  /// E_OUTOFMEMORY.
   virtual HRESULT Remove(size_t position) {
     if (position >= m_elements->Size()) {
       return E_INVALIDARG;
@@ -63,8 +64,8 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
     });
   }
 
-  /// Empties the collection and releases its items, from the last to the first; those that an
-  /// enumerator still lists are released with it, in the same order. E_OUTOFMEMORY in that case.
+  /// Empties the collection and releases its items from the last to the first. If enumerators share
+  /// the element list, the last of them releases the items; only then E_OUTOFMEMORY is possible.
   virtual HRESULT RemoveAll() {
     if (m_elements.use_count() == 1) {
       m_keyIndex = CKeyIndex<Elements>(*m_elements);
@@ -77,13 +78,14 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
     });
   }
 
-  /// The element list does what RemoveAll does as soon as no enumerator shares it.
+  /// The element list releases its items, at once or when the last enumerator that shares it is
+  /// gone.
   virtual ~CRefCollectionImpl() = default;
 
-  /// Makes room for `count` elements, so that Add does not have to move them. std::bad_alloc.
+  /// Reserves memory for `count` elements. Throws std::bad_alloc.
   void Reserve(size_t count) { m_elements->Reserve(count); }
 
-  /// Appends an item, on which the collection holds a reference. std::bad_alloc.
+  /// Appends an item and adds a reference to it. Throws std::bad_alloc.
   void Add(const CWideString& key, ItemInterface* item) { m_elements->Append(key, item); }
 
  protected:
@@ -92,7 +94,7 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
  private:
   using Elements = CCollectionElements<ItemInterface>;
 
-  /// Position of an element, or the end.
+  /// Returns the position of an element, or the size of the list.
   size_t Find(const CCollectionIndex& index) {
     const size_t end = m_elements->Size();
     return index.IsText() ? m_keyIndex.Find(index.Text().data()) : std::min(index.Position(), end);

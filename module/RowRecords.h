@@ -3,10 +3,10 @@
 #include "common/WideString.h"
 #include "msidb/ModuleDatabase.h"
 
-// One row each of a module's tables. Texts and numbers are kept as the table holds them; a null
-// number is kNullInteger.
+// Rows of a module's tables. Texts and numbers are those of the table; a null number is
+// kNullInteger.
 
-/// A row of ModuleDependency: a module that is required.
+/// A row of the ModuleDependency table: a required module.
 struct DependencyRecord {
   explicit DependencyRecord(const msidb::TableRows& row);
   DependencyRecord(CWideString id, CWideString version, long language);
@@ -17,7 +17,7 @@ struct DependencyRecord {
   CWideString Key;  ///< module key of RequiredID and RequiredLanguage
 };
 
-/// A row of ModuleExclusion: a module that is excluded. Either bound of the versions may be empty.
+/// A row of the ModuleExclusion table: an excluded module. Either version bound may be empty.
 struct ExclusionRecord {
   explicit ExclusionRecord(const msidb::TableRows& row);
   ExclusionRecord(CWideString id, CWideString minVersion, CWideString maxVersion, long language);
@@ -29,7 +29,7 @@ struct ExclusionRecord {
   CWideString Key;  ///< module key of ExcludedID and ExcludedLanguage
 };
 
-/// A row of File.
+/// A row of the File table.
 struct FileRecord {
   FileRecord(const msidb::TableRows& row, CWideString directory);
 
@@ -39,6 +39,5 @@ struct FileRecord {
   CWideString Version;
   CWideString Language;
   int Sequence;
-  CWideString
-      Directory;  ///< Directory_ of the file's component; empty when the component is unknown
+  CWideString Directory;  ///< Directory_ of the file's component; empty if that is missing
 };
