@@ -8,7 +8,7 @@
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 
-/// What the two catalog classes have in common. Scripts reach the members up to IMMCatalogVelmora.
+/// Base of the two catalog classes. Scripts reach the members up to IMMCatalogVelmora.
 template <const CLSID* pClsid>
 class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMMCatalogCaskel>,
                      public IDispatchImpl<IMMCatalogCaskel, IMMCatalogVelmora>,
@@ -19,9 +19,9 @@ class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMM
       Via<ISupportErrorInfo, ISupportErrorInfo>,
       Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>>;
 
-  // The slots of the primary table behind those of ISupportErrorInfo: their order is a contract.
+  // The slots of the primary vtable after those of ISupportErrorInfo. Their order is a contract.
 
-  /// Run once, as the last step of creation; a failure ends it.
+  /// Called once, as the last step of creation. If it fails, creation fails.
   virtual HRESULT Initialize() noexcept = 0;
 
   /// Reports a failure under the class; see CErrorHandler.
@@ -39,8 +39,8 @@ class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMM
   }
 
  protected:
-  /// SupportsProject with the class's own rule about project kinds. The answer is VARIANT_TRUE
-  /// until the project says otherwise, also when asking it fails.
+  /// Implements SupportsProject; `supportsKind` is the class's own rule for project kinds. Leaves
+  /// VARIANT_TRUE in `*supported` if asking the project fails.
   template <class Rule>
   HRESULT AnswerSupportsProject(IUnknown* project, VARIANT_BOOL* supported,
                                 Rule supportsKind) const noexcept {

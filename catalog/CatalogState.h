@@ -7,41 +7,41 @@
 #include "catalog/KeyTable.h"
 #include "catalog/Source.h"
 
-/// What all catalogs of the process share, from the first one's creation until the DLL is unloaded.
-/// It is used behind the ApartmentGate alone. A record that was handed out is shared by apartments:
-/// its texts stay as they are, its tables and its gallery description are guarded by themselves.
+/// The state that all catalogs of the process share, from its first use until the DLL is unloaded.
+/// Use it only behind the ApartmentGate. The records in it may be used by any apartment, see
+/// CCacheMSM.
 ///
-/// The index tables with the flag that has them read once are process-wide too, but belong to the
-/// gallery: CIniIndexes.
+/// The index tables are process-wide too, but belong to the gallery: CIniIndexes.
 struct CCatalogState {
   static CCatalogState& Instance();
 
-  /// The search folders by their folder texts. A refresh replaces the map whole; who still holds a
-  /// source keeps it.
+  /// The search folders by folder path; no source is null. A refresh replaces the whole map, so
+  /// that holders of a source can keep it.
   using SourceMap = std::map<CWideString, std::shared_ptr<CSource>, FolderOrder>;
-  SourceMap sources;  ///< none is null
+  SourceMap sources;
 
-  /// The records that the last refresh took from the gallery, by the names of their descriptions.
+  /// The records that the last refresh read from the gallery, by the names of their descriptions.
   std::map<CWideString, std::shared_ptr<CCacheMSM>> galleryRecords;
 
-  /// Every record made so far, but for those that nobody held any more at ForgetGoneRecords.
+  /// All records that were made, except those that had expired at the last ForgetGoneRecords.
   std::vector<std::weak_ptr<CCacheMSM>> records;
 
   /// The keys "ID:version" of `records`.
   CKeyTable keys;
 
-  /// How often the sources or one of their folders were seen to have changed. A catalog whose list
-  /// was built at another count is out of date.
+  /// The number of changes found in the sources and their folders. The list of a catalog is out of
+  /// date if it was built at another count.
   unsigned long changes = 0;
 
-  /// Whether a refresh is under way. One that begins meanwhile in the same apartment, from a
-  /// message that a component of another process lets through, must not touch any of this.
+  /// Whether a refresh is running. A call to a component in another process may dispatch messages;
+  /// a refresh that such a message starts in the same apartment must leave this state alone.
   bool isRefreshing = false;
 
-  /// To be called whenever records were made.
+  /// Removes expired records and clears the key table. Call after making records.
   void ForgetGoneRecords() noexcept;
 
-  /// Counts a change, and has all records compared with their files before they are listed again.
+  /// Counts a change, and marks all records to be checked against their files before they are
+  /// listed again.
   void NoteChange() noexcept;
 
  private:

@@ -19,7 +19,7 @@ CWideString LowerCaseFileName(std::wstring_view file) {
 CWideString FindModuleForFile(std::wstring_view file) {
   const CWideString name = LowerCaseFileName(file);
   if (name.empty()) {
-    return {};  // the index may have a line without a name
+    return {};  // the index may have a line with an empty name
   }
   const CIniIndexes& indexes = CIniIndexes::Instance();
   const auto found = indexes.FileModules().find(name);

@@ -2,6 +2,6 @@
 
 #include "common/WideString.h"
 
-/// The key of the module that delivers a file, by its name or path, from the index tables of the
-/// process; empty when they name none.
+/// Looks up the key of the module that delivers a file, given by name or path, in the index tables
+/// of the process; empty if they list no module for it.
 CWideString FindModuleForFile(std::wstring_view file);

@@ -15,8 +15,8 @@ void AddModulesOfGallery(CCatalogState& state, const CWideString& galleryRoot,
   const auto addModule = [&](const WIN32_FIND_DATAW& found) {
     const std::wstring_view fileName(found.cFileName);
     const CWideString name(fileName.substr(0, fileName.size() - kExtension.size()));
-    // One that is not listed is read as well: a description that were opened a second time to be
-    // listed could be another one by then, or fail, which reads as empty.
+    // The record is read before it is known whether it will be listed: opening the description a
+    // second time could read another version, or fail and read as empty.
     const auto record = std::make_shared<CCacheMSM>();
     record->InitFromGallery(name);
     if (record->ModuleID().empty() || modules.HasKey(record->Key())) {

@@ -6,7 +6,7 @@
 
 namespace {
 
-/// The key of a record, unit by unit.
+/// A view of the lower-case key of a record, which is composed unit by unit.
 class RecordKey {
  public:
   explicit RecordKey(const CCacheMSM& record) noexcept
@@ -30,7 +30,8 @@ class RecordKey {
   std::wstring_view m_version;
 };
 
-/// Less than, equal to or greater than 0, as `a` comes before `b`, is equal or comes after it.
+/// Returns a value less than, equal to or greater than 0 if `a` comes before `b`, is equal to it or
+/// comes after it.
 template <class KeyA, class KeyB>
 int Compare(const KeyA& a, const KeyB& b) noexcept {
   const size_t common = std::min(a.size(), b.size());
@@ -70,5 +71,5 @@ void CKeyTable::Fill(const std::vector<std::weak_ptr<CCacheMSM>>& records) {
 
 void CKeyTable::Clear() noexcept {
   m_isFilled = false;
-  decltype(m_records)().swap(m_records);  // with its memory
+  decltype(m_records)().swap(m_records);  // also frees the memory
 }

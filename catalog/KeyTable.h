@@ -6,19 +6,18 @@
 
 #include "module/CacheMSM.h"
 
-/// The keys "ID:version" in lower case of the records that the process has read; an empty version
+/// The lower-case keys "ID:version" of the records that the process has read. An empty version
 /// counts as "0".
 ///
-/// It keeps the records in the order of their keys, and no texts: a key is told from its record
-/// when it is compared. The order is made at the first search after Clear, since most lists are
-/// never searched.
+/// Holds the records sorted by key and composes keys only for comparison. The table is built at the
+/// first search after Clear, since most lists are never searched. Used behind the ApartmentGate.
 class CKeyTable {
  public:
-  /// Whether one of `records` that is still held has the key `key`, which is in lower case. Takes
-  /// up `records` at the first call after Clear. Throws std::bad_alloc.
+  /// Whether a record that has not expired has the lower-case key `key`. The first call after Clear
+  /// takes the records from `records`; later calls ignore that argument. Throws std::bad_alloc.
   bool Contains(std::wstring_view key, const std::vector<std::weak_ptr<CCacheMSM>>& records);
 
-  /// Lets the records go. To be called when there are others.
+  /// Releases the records. Call when the list of records has changed.
   void Clear() noexcept;
 
  private:

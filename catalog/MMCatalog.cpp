@@ -14,7 +14,7 @@
 
 namespace {
 
-/// Marks the time in which a refresh is under way.
+/// Marks a refresh as running while in scope.
 class CRefreshMark {
  public:
   explicit CRefreshMark(CCatalogState& state) noexcept : m_state(state) {
@@ -28,8 +28,8 @@ class CRefreshMark {
   CCatalogState& m_state;
 };
 
-/// Forgets the records that nobody holds any more when a list was built, also in vain: one that
-/// fails again and again must not add to them each time.
+/// Removes expired records after a list was built, and also after that failed: otherwise a build
+/// that keeps failing would add records each time.
 class CRecordPruning {
  public:
   explicit CRecordPruning(CCatalogState& state) noexcept : m_state(state) {}
@@ -141,7 +141,7 @@ STDMETHODIMP CMMCatalog::get_MergeModules(IMergeModules** modules) {
     }
     RunRefresh();
     IMergeModules* const current = RequireModules().NewReference();
-    // A caller may ask with the list in hand that it got before.
+    // The caller may pass in the list of an earlier call, which is released.
     if (IMergeModules* const held = std::exchange(*modules, current)) {
       held->Release();
     }
@@ -190,7 +190,7 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
       return E_POINTER;
     }
     modules->vt = VT_EMPTY;
-    // Reading it may run a script's code, which may refresh the catalog.
+    // Read before the list is used: this may run a script's code, which may refresh the catalog.
     const ModuleQuery wanted = QueryOfArgument(query);
     const CGatePass pass;
     const CModuleList matches = MatchModules(RequireModules(), wanted);

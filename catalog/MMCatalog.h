@@ -8,13 +8,13 @@
 
 /// The catalog of all merge modules of the search folders and the gallery (coclass MMCatalog).
 ///
-/// The list of modules is built when it is first asked for, and rebuilt only when a refresh finds
-/// that the search folders or something in them changed. A list that was handed out stays as
-/// it is. After a failure the catalog has the list that it had, and tries again at the next call.
+/// The list of modules is built when it is first needed. A refresh rebuilds it only if the search
+/// folders or their contents have changed. A list that was handed out never changes. After a
+/// failure the catalog keeps its previous list and tries again at the next call.
 class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
  public:
-  /// Asks the application services for the search paths, and has the index tables of the process
-  /// read if they are not yet.
+  /// Asks the application services for the search paths, and loads the index tables of the process
+  /// if they are not loaded yet.
   HRESULT Initialize() noexcept override;
 
   // IMMCatalog
@@ -40,16 +40,16 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
   STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
 
  private:
-  /// Brings the list of modules up to date. Waits for another apartment that is behind the
-  /// ApartmentGate. Does nothing before Initialize has succeeded and while another refresh of this
-  /// apartment is under way.
+  /// Brings the list of modules up to date behind the ApartmentGate. Does nothing before Initialize
+  /// has succeeded, or if this apartment is already refreshing a catalog.
   void RunRefresh();
   std::vector<SearchFolder> CurrentSearchFolders();
 
-  /// The current list, which the first call builds. Raises E_PENDING while it is being built.
+  /// Returns the current list, which the first call builds. Raises E_PENDING if the list is still
+  /// being built.
   const CModuleList& RequireModules();
 
-  /// Answers a query in the typed outs of FindModule and FindModules.
+  /// Implements FindModule and FindModules for the query that `makeQuery` returns.
   template <class MakeQuery>
   HRESULT Find(MakeQuery makeQuery, IMergeModules** modules, long* count) noexcept;
 
@@ -60,5 +60,5 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
   CWideString m_strSearchPath;
   CWideString m_strUserSearchPath;
   CComPtr<IApplicationServices> m_pServices;
-  CComPtr<IRepositoryMgr> m_pRepositoryMgr;  ///< kept, since it keeps what it has read
+  CComPtr<IRepositoryMgr> m_pRepositoryMgr;  ///< kept because it caches the repository list
 };

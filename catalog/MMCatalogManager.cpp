@@ -12,9 +12,9 @@ HRESULT Give(CComPtr<CComObject<Catalog>>& cached, IUnknown** catalog) {
     CComPtr<CComObject<Catalog>> made;
     const HRESULT hr = CComObject<Catalog>::TryCreate(made);
     if (FAILED(hr)) {
-      return hr;  // reported by the catalog, under its own class
+      return hr;  // the catalog has reported it under its own class
     }
-    // A component of another process may have let a second request through meanwhile.
+    // A call to a component in another process may have dispatched a second request meanwhile.
     if (!cached) {
       cached = std::move(made);
     }

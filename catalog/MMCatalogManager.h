@@ -3,8 +3,8 @@
 #include "catalog/MMCatalog.h"
 #include "catalog/MMCatalogPro.h"
 
-/// Hands out the catalog that suits a kind of project (coclass MMCatalogManager). Each catalog is
-/// made at the first request for it and kept until the manager goes.
+/// Returns the catalog for a kind of project (coclass MMCatalogManager). Each catalog is created at
+/// the first request and lives at least as long as the manager.
 class CMMCatalogManager : public IDispatchImpl<IMMCatalogManagerVelmora>,
                           public CSupportErrorInfo<IMMCatalogManagerVelmora>,
                           public CErrorHandler<&CLSID_MMCatalogManager>,

@@ -2,9 +2,8 @@
 
 #include "catalog/CatalogRoot.h"
 
-/// The catalog for script-based projects (coclass MMCatalogPro), which use no merge modules: it
-/// keeps no catalog, and nearly all members succeed without doing anything. Outs that are left
-/// alone keep what the caller had in them.
+/// The catalog for script-based projects (coclass MMCatalogPro). These use no merge modules, so
+/// nearly all members succeed without doing anything. They leave most out parameters alone.
 class CMMCatalogPro : public CCatalogRoot<&CLSID_MMCatalogPro> {
  public:
   HRESULT Initialize() noexcept override { return S_OK; }

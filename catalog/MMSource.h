@@ -8,8 +8,8 @@
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 
-/// One search folder as a client sees it: a copy of its description, and the records that it had
-/// when the object was made. Failures are reported under MMCatalog.
+/// A search folder as clients see it: a snapshot of its description and records. Failures are
+/// reported under MMCatalog.
 class CMMSource : public IDispatchImpl<IMMSource>,
                   public CSupportErrorInfo<IMMSource>,
                   public CErrorHandler<&CLSID_MMCatalog>,

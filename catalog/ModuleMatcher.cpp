@@ -33,8 +33,8 @@ std::wstring LowerCaseKey(std::initializer_list<std::wstring_view> parts) {
   return key;
 }
 
-/// The keys under which a match is looked up in the table of the process: its own, and those of the
-/// same module for processors of 64 bits.
+/// The keys by which a match is looked up in the key table of the process: its own, and those of
+/// the same module for 64-bit processors.
 class LookupKeys {
  public:
   explicit LookupKeys(const ModuleQuery& query)
@@ -42,7 +42,8 @@ class LookupKeys {
                LowerCaseKey({query.moduleId, L":", VersionOf(query), L"x64"}),
                LowerCaseKey({query.moduleId, L":i64"})} {}
 
-  /// Whether the process has read a module of one of these keys. The match stays one either way.
+  /// Whether the process has read a module with one of these keys. The result does not affect the
+  /// match.
   bool AreKnown(CCatalogState& state) const {
     bool known = false;
     for (const std::wstring& key : m_keys) {

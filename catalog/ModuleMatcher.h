@@ -2,17 +2,18 @@
 
 #include "catalog/ModuleList.h"
 
-/// Which modules are wanted. All comparisons are without regard to case.
+/// The criteria of a search for modules. All comparisons ignore case.
 struct ModuleQuery {
   CWideString moduleId;
-  CWideString language;  ///< in decimal; empty when every language will do
-  CWideString version;   ///< empty when every version will do
+  CWideString language;  ///< in decimal; empty for any language
+  CWideString version;   ///< empty for any version
 };
 
-/// The query of a key, "ID" or "ID:language", divided at its first colon. A null text counts as
-/// empty.
+/// Parses a key, "ID" or "ID:language", which is split at its first colon, and a version. A null
+/// text counts as empty.
 ModuleQuery QueryOfKey(BSTR key, BSTR version);
 
-/// The modules of `modules` that answer the query, in their order and as new objects. The caller is
-/// behind the ApartmentGate: each match is looked up in the key table of the process.
+/// Returns the modules of `modules` that match the query, as new objects in the same order. The
+/// caller is behind the ApartmentGate, because matches are looked up in the key table of the
+/// process.
 CModuleList MatchModules(const CModuleList& modules, const ModuleQuery& query);

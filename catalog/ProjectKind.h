@@ -2,6 +2,6 @@
 
 #include <unknwn.h>
 
-/// The kind of a project of the host, as its settings tell it. Raises E_NOINTERFACE for an object
-/// that is no project, and the failures of the host's calls.
+/// Asks the settings of a host project for its kind. Raises E_NOINTERFACE if the object is not a
+/// project, and failures of the host's calls.
 long GetProjectKind(IUnknown& project);

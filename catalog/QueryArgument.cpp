@@ -24,7 +24,7 @@ class CUniqueVariant {
   VARIANT m_value;
 };
 
-/// A key and the version that goes with it, still as the script has them.
+/// A key and a version as the script passed them, not converted yet.
 struct Pair {
   CUniqueVariant key;
   CUniqueVariant version;
@@ -37,8 +37,8 @@ void Require(bool condition) {
   }
 }
 
-/// The same of a call that tells whether a value can be had. Throws std::bad_alloc when memory is
-/// short, which says nothing about the value.
+/// Requires the conversion of a value to have succeeded. Throws std::bad_alloc for E_OUTOFMEMORY,
+/// which does not make the query invalid.
 void RequireSuccess(HRESULT hr) {
   if (hr == E_OUTOFMEMORY) {
     throw std::bad_alloc();
@@ -77,7 +77,7 @@ ModuleQuery QueryOfArray(SAFEARRAY* array) {
   return QueryOfTexts(pair.key.Get(), pair.version.Get());
 }
 
-/// Reads a property of a script's object; false when it has none of this name.
+/// Reads a property of a script's object; false if that fails.
 bool GetProperty(IDispatch& object, const wchar_t* name, VARIANT* value) {
   std::wstring text(name);
   wchar_t* names = text.data();

@@ -4,11 +4,11 @@
 
 #include "catalog/ModuleMatcher.h"
 
-/// The query that a script writes: a key, "ID" or "ID:language", or an array of key and version,
-/// which may be an array of VARIANTs or texts or an array object of the script. What is no text is
-/// converted to one. Raises E_INVALIDARG for everything else.
+/// Parses the query argument of a script: a key, "ID" or "ID:language", or an array of key and
+/// version. The array may be a SAFEARRAY of VARIANTs or texts, or an array object of the script.
+/// Key and version are converted to texts. Raises E_INVALIDARG for anything else.
 ModuleQuery QueryOfArgument(const VARIANT& argument);
 
-/// Writes the number of modules to where a script wants it: a variable of type VT_I4. Null, and an
-/// argument that was left out, are skipped.
+/// Stores the number of modules in a script's out argument as VT_I4. Does nothing if the argument
+/// is null or was omitted.
 void GiveCount(long count, VARIANT* out) noexcept;

@@ -6,7 +6,7 @@ namespace {
 
 using SourceMap = CCatalogState::SourceMap;
 
-/// The sources of `folders`: those of `known` that fit, and new ones.
+/// Returns the sources of `folders`: those of `known` that match, and new ones.
 SourceMap MakeSources(const SourceMap& known, const std::vector<SearchFolder>& folders) {
   SourceMap sources;
   for (const SearchFolder& folder : folders) {

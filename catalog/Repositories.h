@@ -6,17 +6,17 @@
 #include "common/WideString.h"
 #include "idl/siblings.h"
 
-/// What the catalog takes from a repository of the environment's list.
+/// A repository of the environment's list, as far as the catalog uses it.
 struct Repository {
-  CWideString searchPath;  ///< further module search folders, divided by commas; may be empty
+  CWideString searchPath;  ///< module search folders, separated by commas; may be empty
   CWideString displayName;
 };
 
-/// A manager of Corvane8.dll for the repository list below the environment's data folder; none when
-/// that folder is empty. Failures are raised as CComponentLoader::Create raises them, or as the
-/// manager itself tells them.
+/// Creates a manager of Corvane8.dll for the repository list below the environment's data folder;
+/// null if `dataFolder` is empty. Raises failures as CComponentLoader::Create does, and those that
+/// the manager reports.
 CComPtr<IRepositoryMgr> OpenRepositoryList(const CWideString& dataFolder);
 
-/// The repositories as the list has them now. Raises failures of the manager, such as a malformed
+/// Reads the current list of repositories. Raises failures of the manager, such as a malformed
 /// file.
 std::vector<Repository> ReadRepositories(IRepositoryMgr& manager);

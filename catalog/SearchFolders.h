@@ -5,27 +5,27 @@
 #include "catalog/Repositories.h"
 #include "common/WideString.h"
 
-/// A folder in which modules are searched for.
+/// A folder that is searched for modules.
 struct SearchFolder {
   CWideString entry;        ///< as it was written in the search path
-  CWideString folder;       ///< the one that the entry names, see SearchFolderOf
+  CWideString folder;       ///< its full path, see SearchFolderOf
   CWideString displayName;  ///< the folder, or the name of the repository that lists it
-  bool secondPass;          ///< whether its modules come after those of all first-pass folders
+  bool secondPass;          ///< its modules are listed after those of all first-pass folders
 };
 
-/// Whether two descriptions of a folder, in whatever spelling, ask for one source: its modules are
-/// listed in the same pass and under the same name.
+/// Whether two descriptions of one folder can share a source: they have the same pass and the same
+/// display name, whatever the spelling of the folder.
 bool IsSameSource(const SearchFolder& a, const SearchFolder& b) noexcept;
 
-/// Orders folder texts without regard to case.
+/// Orders folder paths ignoring case, as the system compares file names.
 struct FolderOrder {
   bool operator()(const CWideString& a, const CWideString& b) const noexcept;
 };
 
-/// first and second with "," between them; only one when the other is empty.
+/// Joins two search paths with a comma. If one is empty, returns the other.
 CWideString JoinSearchPaths(const CWideString& first, const CWideString& second);
 
-/// The folders of the search path, then those of the repositories, which are second-pass. A folder
-/// that is named again is listed again.
+/// Returns the folders of the search path, then those of the repositories, which are second-pass.
+/// Duplicates are kept.
 std::vector<SearchFolder> ListSearchFolders(const CWideString& searchPath,
                                             const std::vector<Repository>& repositories);

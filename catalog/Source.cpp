@@ -9,7 +9,7 @@
 
 CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
     : m_folder(folder), m_records(std::make_shared<RecordList>()) {
-  // Records name the folder as their origin.
+  // Records name the folder as their origin, so its spelling must be the same.
   if (predecessor && predecessor->m_folder.folder == folder.folder) {
     m_files = predecessor->m_files;
     m_records = predecessor->m_records;
@@ -25,8 +25,8 @@ bool CSource::Recheck() {
   return m_bChanged;
 }
 
-/// Compares the folder with the list, which nearly always is in the same order: nothing is
-/// allocated before a file is missing or new.
+/// Compares the folder with the list of files. They are nearly always in the same order, so nothing
+/// is allocated until a file is missing or new.
 void CSource::ListFolder() {
   size_t position = 0;
   bool isInOrder = true;
@@ -46,14 +46,14 @@ void CSource::ListFolder() {
           m_bChanged = true;
         }
       });
-  // Files of a folder that is unavailable are not taken for deleted.
+  // The files of an unavailable folder do not count as deleted.
   if (listing != FolderListing::Unavailable && (!others.empty() || position != m_files.size())) {
     ReplaceFiles(std::move(others), position);
   }
 }
 
-/// Has `others` follow the first `unchanged` files of the list, with the records that they have in
-/// the rest of it.
+/// Replaces all but the first `unchanged` files of the list with `others`, which keep the records
+/// that they have there.
 void CSource::ReplaceFiles(Files others, size_t unchanged) {
   const auto rest = m_files.begin() + static_cast<std::ptrdiff_t>(unchanged);
   std::map<std::wstring_view, const File*> known;
@@ -72,14 +72,14 @@ void CSource::ReplaceFiles(Files others, size_t unchanged) {
     file.record = found->second->record;
   }
   m_files.reserve(unchanged + others.size());
-  // Nothing can fail from here.
+  // Nothing can fail from here on.
   m_files.erase(m_files.begin() + static_cast<std::ptrdiff_t>(unchanged), m_files.end());
   std::move(others.begin(), others.end(), std::back_inserter(m_files));
   m_bChanged = m_bChanged || changed;
 }
 
-/// A file that was locked or half written when it was read does not show in the list when it
-/// becomes readable: it is tried again.
+/// Reads the files with incomplete records again: a file that was locked or half written may become
+/// readable without a change in the listing.
 void CSource::RetryIncomplete() {
   for (File& file : m_files) {
     if (file.record && file.record->IsIncomplete()) {
@@ -101,9 +101,9 @@ bool CSource::NeedsReading(const File& file) noexcept {
   return rewritten;
 }
 
-/// A record of the file; null if the folder no longer lists it. The listing itself is asked: a file
-/// that is there and cannot be opened must not look gone now and be found again at the next
-/// refresh.
+/// Reads a file into a new record; null if it cannot be read and the folder no longer lists it. The
+/// listing decides because a file that exists but cannot be opened must not disappear from the
+/// catalog and come back at the next refresh.
 std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   const CWideString path = JoinPath(m_folder.folder, file.name);
   auto record = std::make_shared<CCacheMSM>();
@@ -111,7 +111,7 @@ std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
   return record->IsIncomplete() && !IsListed(path) ? nullptr : record;
 }
 
-/// Makes the list of the records that there are.
+/// Rebuilds the list of records.
 void CSource::SetRecords() {
   RecordList records;
   records.reserve(m_files.size());

@@ -9,19 +9,20 @@
 #include "common/FileStamp.h"
 #include "module/CacheMSM.h"
 
-/// The records of a folder in the order of their keys, those of one key in the order of their file
-/// names.
+/// Records; those of a folder are sorted by key and then by path.
 using RecordList = std::vector<std::shared_ptr<CCacheMSM>>;
 
-/// One search folder with the records of the module files (*.msm) that lie in it.
+/// A search folder and the records of the module files (*.msm) in it. Used behind the
+/// ApartmentGate.
 ///
-/// It works in two steps, so that a refresh can tell what changed before it reads anything: Recheck
-/// lists the folder, UpdateRecords reads what is new. A record is kept as long as its file has the
-/// last-write time and the size that it had when it was read.
+/// An update has two steps, so that a refresh finds changes before it reads anything: Recheck lists
+/// the folder, UpdateRecords reads what is new. A record is kept while its file has the last-write
+/// time and the size that it had when it was read.
 class CSource {
  public:
-  /// A source that has listed nothing yet. It takes over what `predecessor`, the source of the same
-  /// folder under another description, has read. Null if the folder is new.
+  /// Creates a source that has not listed its folder yet. It takes over the records of
+  /// `predecessor`, the source of the same folder with another description; null if the folder is
+  /// new.
   CSource(const SearchFolder& folder, const CSource* predecessor);
   CSource(const CSource&) = delete;
   CSource& operator=(const CSource&) = delete;
@@ -29,19 +30,17 @@ class CSource {
 
   const SearchFolder& Description() const noexcept { return m_folder; }
 
-  /// Sets how the search path spells the folder now. Throws std::bad_alloc.
+  /// Sets the current spelling of the folder in the search path. Throws std::bad_alloc.
   void SetEntry(const CWideString& entry) { m_folder.entry = entry; }
 
-  /// Lists the folder and says whether it differs from what Records gives: a file came, went or was
-  /// rewritten, or one that could not be read now can be. A folder that is not there has no files,
-  /// one that cannot be listed has those that it had. The answer stays true until UpdateRecords has
-  /// succeeded. Throws std::bad_alloc.
+  /// Lists the folder and returns whether Records() is out of date: a file was added, removed or
+  /// rewritten, or has become readable. A missing folder has no files; a folder that cannot be
+  /// listed keeps its files. Returns true until UpdateRecords has succeeded. Throws std::bad_alloc.
   bool Recheck();
 
-  /// Reads the files that have no record, and those that were rewritten. A file that cannot be read
-  /// gets a record without identity, whatever the reason; one that the folder no longer lists gets
-  /// none. `adopt` is called with every new
-  /// record. Throws std::bad_alloc; what was read until then stays.
+  /// Reads the files that have no record, and those that were rewritten, and calls `adopt` with
+  /// every new record. A file that cannot be read gets an incomplete record, unless the folder no
+  /// longer lists it. Throws std::bad_alloc; what was read before is kept.
   template <class Adopt>
   void UpdateRecords(Adopt adopt) {
     for (File& file : m_files) {
@@ -50,7 +49,7 @@ class CSource {
         if (record) {
           adopt(record);
         } else {
-          file.stamp = {};  // if it comes back as it was, that is a change
+          file.stamp = {};  // if the file comes back unchanged, that counts as a change
         }
         file.record = std::move(record);
         file.readStamp = file.stamp;
@@ -61,14 +60,14 @@ class CSource {
     }
   }
 
-  /// The records as of the last UpdateRecords. The list is replaced, never changed.
+  /// The records at the last UpdateRecords. UpdateRecords replaces the list and never changes it.
   const std::shared_ptr<const RecordList>& Records() const noexcept { return m_records; }
 
  private:
   struct File {
     CWideString name;
-    FileStamp stamp;      ///< as the folder was listed last
-    FileStamp readStamp;  ///< as it was when the record was read
+    FileStamp stamp;      ///< from the last listing of the folder
+    FileStamp readStamp;  ///< `stamp` when the record was read
     std::shared_ptr<CCacheMSM> record;
   };
   using Files = std::vector<File>;
@@ -82,7 +81,7 @@ class CSource {
   void SetRecords();
 
   SearchFolder m_folder;
-  Files m_files;  ///< in the order in which the file system lists them
+  Files m_files;  ///< in the order of the file system's listing
   bool m_bChanged = true;
   bool m_bAnyIncomplete = false;
   std::shared_ptr<const RecordList> m_records;
