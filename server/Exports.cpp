@@ -18,9 +18,9 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
       theApp.SetInstance(instance);
       return theApp.InitInstance();
     case DLL_PROCESS_DETACH:
-      // When the process ends (reserved is set) other DLLs may be gone: what needs them is not
-      // released then. The C library runs the destructors of static objects in either case; they
-      // give back a critical section and thread-local slots, for which the system itself suffices.
+      // When the process ends (reserved is not null), other DLLs may be gone already, so nothing is
+      // released that needs them. The C library runs the destructors of static objects in either
+      // case. They free a critical section and thread-local slots, which needs only system DLLs.
       if (!reserved) {
         theApp.ExitInstance();
       }
@@ -36,7 +36,7 @@ STDAPI DllCanUnloadNow() {
     ForgetLastTables();
     UnloadIdleSiblings();
   }
-  // Asked after the siblings, whose code may have made an object meanwhile.
+  // Checked again because the code of the siblings may have created an object meanwhile.
   return ModuleLock::Count() == 0 ? S_OK : S_FALSE;
 }
 

@@ -3,8 +3,8 @@
 #include "com/frame/ObjectMap.h"
 #include "com/frame/WinApp.h"
 
-/// Application object of the server: starts and ends the COM module, and makes the manager of the
-/// project traits. What the DLL keeps for its lifetime ends with ExitInstance.
+/// Application object of the server. InitInstance initialises the COM module and creates the
+/// manager of the project traits; ExitInstance ends everything that the DLL keeps for its lifetime.
 class CQMMMUpdaterApp final : public CWinApp {
  public:
   BOOL InitInstance() override;
