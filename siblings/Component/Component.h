@@ -6,7 +6,7 @@
 
 #include "com/frame/ObjectMap.h"
 
-/// The coclasses that the DLL creates; every component defines it.
+/// The coclasses that the DLL creates. Every component defines this function.
 const ObjectMap& ComponentObjects() noexcept;
 
 #endif

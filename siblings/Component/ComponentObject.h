@@ -8,8 +8,8 @@
 #include "com/frame/DispatchImpl.h"
 #include "idl/siblings.h"
 
-/// Base of the objects of a component. Each has one interface, and reports failures under the
-/// component's class.
+/// Base of a component's objects. Each has one interface and reports failures under the component's
+/// class.
 template <class Interface, const CLSID* pClsid>
 class CComponentObject : public IDispatchImpl<Interface>,
                          public CSupportErrorInfo<Interface>,
@@ -20,7 +20,8 @@ class CComponentObject : public IDispatchImpl<Interface>,
                                      Via<ISupportErrorInfo, ISupportErrorInfo>>;
 
  protected:
-  /// A new object of a class of the component, with the reference of the caller.
+  /// Creates an object of one of the component's classes and calls its Init. The caller owns the
+  /// reference.
   template <class Object, class... Content>
   static CComObject<Object>* Make(Content&&... content) {
     auto object = CComObject<Object>::Create();

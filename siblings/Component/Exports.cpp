@@ -9,8 +9,8 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
   if (reason == DLL_PROCESS_ATTACH) {
     CComModule::Instance().Init(ComponentObjects(), instance);
   } else if (reason == DLL_PROCESS_DETACH && !reserved) {
-    // When the process ends (reserved is set) other DLLs may be gone: what needs them is not
-    // released then.
+    // When the process ends (reserved is not null), other DLLs may be gone already, so nothing is
+    // released that needs them.
     EndModuleLifetime();
   }
   return TRUE;

@@ -5,7 +5,7 @@
 #include "siblings/Component/ComponentObject.h"
 #include "siblings/Corvane8/RepositoryList.h"
 
-/// One repository. Shares the list that it belongs to.
+/// One repository. Keeps the list that contains it alive.
 class CRepository : public CComponentObject<IRepository, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const Repository> repository) noexcept;
@@ -16,8 +16,8 @@ class CRepository : public CComponentObject<IRepository, &CLSID_RepositoryMgr> {
   std::shared_ptr<const Repository> m_pRepository;
 };
 
-/// The repositories of a file, with a cursor. Shares the list as it was read, which outlives the
-/// manager and the file.
+/// The repositories of a file, with a cursor. Keeps the list as it was read alive, even after the
+/// manager is gone or the file has changed.
 class CRepositories : public CComponentObject<IRepositories, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const RepositoryList> list) noexcept;
@@ -26,10 +26,11 @@ class CRepositories : public CComponentObject<IRepositories, &CLSID_RepositoryMg
   STDMETHOD(MoveNext)(IRepository** repository) override;
 
  private:
-  /// Moves the cursor to `position` and gives what is there. At the end, where there is nothing,
-  /// and after a failure it stays where it was.
+  /// Moves the cursor to `position` and returns a new object for the repository there; the caller
+  /// owns the reference. At the end of the list returns null and leaves the cursor alone. A failure
+  /// leaves the cursor alone too.
   IRepository* MoveTo(size_t position);
 
   std::shared_ptr<const RepositoryList> m_pList;
-  size_t m_next = 0;  ///< position of the repository behind the cursor
+  size_t m_next = 0;  ///< position of the repository after the cursor
 };

@@ -7,10 +7,10 @@
 
 namespace {
 
-/// The elements that count, each within the one before it.
+/// The elements that are read, each a child of the one before it.
 constexpr const wchar_t* kElements[] = {L"Repositories", L"Repository", L"Property"};
 
-/// Takes in a start tag, which is that of kElements[depth].
+/// Processes the start tag of kElements[depth].
 void Take(CXmlDocument& document, size_t depth, RepositoryList& list) {
   if (depth == 1) {
     list.emplace_back();
@@ -28,8 +28,8 @@ RepositoryList Parse(CXmlDocument& document) {
   };
   RepositoryList list;
   bool hasRoot = false;
-  size_t depth = 0;  // of the elements that are open
-  size_t known = 0;  // so many of them, from the root on, are those of kElements
+  size_t depth = 0;  // number of open elements
+  size_t known = 0;  // how many of them, from the root on, match kElements
   for (XmlNodeType type = document.Next(); type != XmlNodeType_None; type = document.Next()) {
     if (type == XmlNodeType_Element) {
       const bool counts =

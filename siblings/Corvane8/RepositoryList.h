@@ -11,10 +11,10 @@ struct RepositoryProperty {
   CWideString value;
 };
 
-/// The properties of a repository in the order of the file.
+/// The properties of a repository, in file order.
 using Repository = std::vector<RepositoryProperty>;
 
-/// The repositories of a file in its order.
+/// The repositories of a file, in file order.
 using RepositoryList = std::vector<Repository>;
 
 /// Reads the XML file
@@ -23,15 +23,14 @@ using RepositoryList = std::vector<Repository>;
 ///     <Repository>
 ///       <Property Name="..." Value="..."/>
 ///
-/// Other elements and attributes do not count, nor does a property without name; one without value
-/// is empty. Names are those without a namespace prefix. A file that does not exist has no
-/// repositories. Raises what RaiseForFile says of one that cannot be read, and what CXmlDocument
-/// says of one that is malformed; another root element is malformed.
+/// Other elements and attributes are ignored, and so are properties without a name and elements
+/// with a namespace prefix. A property without a value is empty. A file that does not exist has no
+/// repositories. Raises failures as RaiseForFile does if the file cannot be read, and as
+/// CXmlDocument does if it is malformed or has another root element.
 std::shared_ptr<const RepositoryList> ReadRepositories(const CWideString& path);
 
-/// Whether a code of GetLastError says that there is no such file, or no folder that it could lie
-/// in.
+/// Whether a code of GetLastError means that a file or its folder does not exist.
 bool IsMissingFile(unsigned long code) noexcept;
 
-/// The value of a property, of several with one name that of the first; empty when there is none.
+/// Returns the value of the first property with this name; empty if there is no such property.
 std::wstring_view FindValue(const Repository& repository, std::wstring_view name) noexcept;

@@ -28,7 +28,7 @@ void CRepositoryMgr::Refresh() {
   const FileStamp stamp = StampOf(m_strPath);
   if (!m_pList || stamp != m_stamp) {
     m_pList = ReadRepositories(m_strPath);
-    // A change while the file was read shows at the next call.
+    // The stamp from before reading: the next call notices a change during reading.
     m_stamp = stamp;
   }
 }

@@ -8,8 +8,8 @@
 
 /// Reader of the list of repositories (coclass RepositoryMgr).
 ///
-/// Keeps the list until the file's last-write time or size is another, which each call asks for
-/// once. What fails is not kept: the next call tries again.
+/// Caches the list until the last-write time or size of the file changes, which each call checks. A
+/// failure is not cached: the next call tries again.
 class CRepositoryMgr : public CComponentObject<IRepositoryMgr, &CLSID_RepositoryMgr> {
  public:
   STDMETHOD(get_Path)(BSTR* path) override;
@@ -17,12 +17,12 @@ class CRepositoryMgr : public CComponentObject<IRepositoryMgr, &CLSID_Repository
   STDMETHOD(GetRepositories)(IRepositories** repositories) override;
 
  private:
-  /// All 0 when there is no file. Raises the failure of one that is there and cannot be asked.
+  /// Returns the stamp of a file; all 0 if there is no such file. Raises other failures.
   static FileStamp StampOf(const CWideString& path);
 
   void Refresh();
 
   CWideString m_strPath;
-  std::shared_ptr<const RepositoryList> m_pList;  // null before the file was read
-  FileStamp m_stamp;                              // of the file just before it was read
+  std::shared_ptr<const RepositoryList> m_pList;  ///< null until the file is read
+  FileStamp m_stamp;                              ///< of the file just before it was read
 };

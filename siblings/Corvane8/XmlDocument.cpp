@@ -30,7 +30,7 @@ XmlNodeType CXmlDocument::Next() {
   }
   m_reader->GetLineNumber(&place.line);
   m_reader->GetLinePosition(&place.position);
-  // Wine's parser (seen in 8.0) gives the same node for ever when the file ends inside an element.
+  // Wine's parser (seen in 8.0) returns the same node forever if the file ends inside an element.
   if (place.type == m_last.type && place.line == m_last.line && place.position == m_last.position) {
     RaiseParserFailure(MX_E_INPUTEND);
   }
@@ -62,7 +62,7 @@ std::optional<CWideString> CXmlDocument::Attribute(const wchar_t* name) {
 void CXmlDocument::RaiseHere(HRESULT hr, const wchar_t* text) {
   UINT line = 0;
   m_reader->GetLineNumber(&line);
-  // Before the first line is read its number is 0.
+  // The line number is 0 until the first line is read.
   Raise({hr, CWideString::Format(L"%s, line %u: %s", m_path.c_str(), std::max(line, 1U), text)});
 }
 

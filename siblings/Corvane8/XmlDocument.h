@@ -9,28 +9,29 @@
 #include "common/ComPtr.h"
 #include "common/WideString.h"
 
-/// A document that is read forward, node by node, by the platform's parser: in UTF-8, or in UTF-16
-/// with a byte-order mark, without a document type, of elements that lie at most 256 deep.
+/// Forward reader of an XML document, which uses the platform's parser. The document must be in
+/// UTF-8, or in UTF-16 with a byte-order mark, have no document type, and nest its elements at most
+/// 256 deep.
 ///
-/// What is malformed is raised with the HRESULT of the parser and a description that names the file
-/// and the line, "C:\Repositories.xml, line 3: ...".
+/// Malformed documents are raised with the parser's HRESULT and a description that begins with the
+/// file and the line, "C:\Repositories.xml, line 3: ...".
 class CXmlDocument {
  public:
-  /// The bytes of a file; `path` is for descriptions.
+  /// Reads the bytes of a file; `path` is used in descriptions.
   CXmlDocument(const CWideString& path, std::string_view bytes);
 
-  /// Goes on to the next node and gives its type; XmlNodeType_None behind the last one.
+  /// Moves to the next node and returns its type; XmlNodeType_None after the last node.
   XmlNodeType Next();
 
-  // Of the element at whose start tag the document stands.
+  // The following require the current node to be a start tag.
 
-  /// Whether this is its name, prefix included.
+  /// Whether `name` is the name of the element, prefix included.
   bool IsNamed(std::wstring_view name);
   bool IsEmptyElement() { return m_reader->IsEmptyElement() != FALSE; }
-  /// The value of an attribute, where there is such.
+  /// Returns the value of an attribute, if the element has it.
   std::optional<CWideString> Attribute(const wchar_t* name);
 
-  /// Raises a failure at the present line.
+  /// Raises a failure at the current line.
   [[noreturn]] void RaiseHere(HRESULT hr, const wchar_t* text);
 
  private:

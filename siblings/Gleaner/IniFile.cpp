@@ -10,13 +10,13 @@ using qm::text::CompareFolded;
 
 namespace {
 
-/// Up to so many names are compared one by one; most sections have fewer.
+/// The maximum number of names that are searched linearly; most sections have fewer.
 constexpr size_t kFewNames = 16;
 
 bool IsLineBreak(wchar_t c) noexcept { return c == L'\n' || c == L'\r'; }
 
 std::wstring_view Trim(std::wstring_view text) noexcept {
-  // Every control character is a blank: files of old editors end in one (Ctrl+Z).
+  // Control characters count as blanks: files of old editors end in Ctrl+Z.
   constexpr auto isBlank = [](wchar_t c) { return c <= L' '; };
   while (!text.empty() && isBlank(text.front())) {
     text.remove_prefix(1);
@@ -49,7 +49,7 @@ void CIniFile::AddLine(std::wstring_view line) {
     return;
   }
   if (line.front() == L'[') {
-    line = line.substr(1, line.rfind(L']') - 1);  // all that is left when there is none
+    line = line.substr(1, line.rfind(L']') - 1);  // the rest of the line if it has no "]"
     m_sections.push_back({PlaceOf(Trim(line)), static_cast<uint32_t>(m_keys.size()), 0});
   } else if (!m_sections.empty()) {
     const size_t nameEnd = std::min(line.find(L'='), line.size());
@@ -82,7 +82,7 @@ const CIniFile::Key* CIniFile::FindKey(const Section& section, std::wstring_view
               [&]() -> Order& { return m_keyOrders[&section]; });
 }
 
-/// Positions in the order of the names, equal names in the order of the file.
+/// Returns positions sorted by name; equal names stay in file order.
 template <class Entry>
 CIniFile::Order CIniFile::OrderOf(const Entry* entries, size_t count) const {
   Order order(count);

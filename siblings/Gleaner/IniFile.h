@@ -9,22 +9,20 @@
 
 #include "common/WideString.h"
 
-/// What an INI file says: its sections and their lines, in the order of the file.
+/// The parsed contents of an INI file: its sections and their keys, in file order. Not thread-safe:
+/// lookups by name build indexes.
 ///
-/// A line ends at CR, LF or both. Blanks (every character up to the space) around lines, names and
-/// values do not count. A line that begins with ";" is a comment; one that begins with "[" opens a
-/// section, whose name ends at the line's last "]", or at its end when it has none; any other is a
-/// key, whose name ends at the first "=", or at the line's end, with an empty value then. Keys
-/// before the first section are left out. No text is malformed.
+/// Lines end at CR, LF or both. Blanks (all characters up to the space) around lines, names and
+/// values are ignored. A line that begins with ";" is a comment. A line that begins with "[" starts
+/// a section, whose name ends at the last "]" of the line, or at the end of the line. Any other
+/// line is a key, whose name ends at the first "="; without "=" the whole line is the name and the
+/// value is empty. Keys before the first section are ignored. No text is malformed.
 ///
-/// Names are found without regard to case, of several that are equal the first. A section that
-/// occurs twice is two sections, of which only the position finds the second.
-///
-/// Kept as one text and the places of names and values in it. Not for use by several threads at
-/// once, since the order of many names is worked out when one is first looked for.
+/// Lookups ignore case and find the first of several equal names. If a section occurs twice, the
+/// second one can be reached only by position.
 class CIniFile {
  public:
-  /// A place in the text.
+  /// A part of the text, in UTF-16 units.
   struct Span {
     uint32_t begin;
     uint32_t length;
@@ -39,21 +37,22 @@ class CIniFile {
     uint32_t keyCount;
   };
 
-  /// Throws std::bad_alloc.
+  /// Parses `text`. Throws std::bad_alloc.
   explicit CIniFile(std::wstring text);
 
-  /// The file at `path`; see ReadText for its failures.
+  /// Reads and parses the file at `path`; see ReadText for its failures.
   static std::shared_ptr<const CIniFile> Load(const CWideString& path);
 
   std::wstring_view TextAt(Span span) const noexcept {
     return {m_text.data() + span.begin, span.length};
   }
 
-  /// By position from 0; null when there is none. Sections and keys live as long as the file.
+  /// Lookups by position, counted from 0; null at the end. Sections and keys live as long as this
+  /// object.
   const Section* SectionAt(size_t position) const noexcept;
   const Key* KeyAt(const Section& section, size_t position) const noexcept;
 
-  /// By name; null when there is none. Throws std::bad_alloc.
+  /// Lookups by name; null if there is no such name. Throws std::bad_alloc.
   const Section* FindSection(std::wstring_view name) const;
   const Key* FindKey(const Section& section, std::wstring_view name) const;
 
@@ -72,7 +71,7 @@ class CIniFile {
   std::wstring m_text;
   std::vector<Section> m_sections;
   std::vector<Key> m_keys;
-  // Made for what has too many names to compare them all.
+  // Positions sorted by name, built on demand where there are too many names for a linear search.
   mutable Order m_sectionOrder;
   mutable std::map<const Section*, Order> m_keyOrders;
 };

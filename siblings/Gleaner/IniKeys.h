@@ -2,7 +2,7 @@
 
 #include "siblings/Gleaner/IniObject.h"
 
-/// One line of a section.
+/// A key of a section.
 class CIniKey : public CIniObject<IIniKey> {
  public:
   void Init(std::shared_ptr<const CIniFile> file, const CIniFile::Key& key) noexcept;
@@ -15,7 +15,7 @@ class CIniKey : public CIniObject<IIniKey> {
   const CIniFile::Key* m_pKey = nullptr;
 };
 
-/// The lines of a section.
+/// The keys of a section.
 class CIniKeys : public CIniObject<IIniKeys> {
  public:
   void Init(std::shared_ptr<const CIniFile> file, const CIniFile::Section& section) noexcept;

@@ -3,7 +3,7 @@
 #include "siblings/Component/ComponentObject.h"
 #include "siblings/Gleaner/IniFile.h"
 
-/// Base of the reader and of everything that it hands out. Those are views: each shares the file
-/// that was read, and is made anew whenever it is asked for.
+/// Base of the reader and of the objects that it hands out. These are views that keep the parsed
+/// file alive; every request creates a new one.
 template <class Interface>
 using CIniObject = CComponentObject<Interface, &CLSID_IniReader>;

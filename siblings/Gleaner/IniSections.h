@@ -2,7 +2,7 @@
 
 #include "siblings/Gleaner/IniObject.h"
 
-/// One section of a file.
+/// A section of a file.
 class CIniSection : public CIniObject<IIniSection> {
  public:
   void Init(std::shared_ptr<const CIniFile> file, const CIniFile::Section& section) noexcept;

@@ -31,7 +31,7 @@ std::wstring FromUtf16BigEndian(std::string_view bytes) {
 }
 
 std::wstring FromCodePage(UINT codePage, std::string_view bytes) {
-  // No code page makes more than one UTF-16 unit of a byte.
+  // No code page decodes a byte to more than one UTF-16 unit.
   std::wstring text(bytes.size(), L'\0');
   const int length =
       ::MultiByteToWideChar(codePage, 0, bytes.data(), static_cast<int>(bytes.size()), text.data(),

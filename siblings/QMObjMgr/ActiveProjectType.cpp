@@ -1,11 +1,11 @@
-// QMObjMgr.DLL, the project-object manager: tells the type of the project that is active.
+// QMObjMgr.DLL, the project-object manager: returns the type of the active project.
 
 #include <windows.h>
 
 #include <cwchar>
 
-/// The type of the active project: 0 installer database, 1 script. It is the number in the
-/// environment variable QM_PROJECT_TYPE, read anew at every call; 0 when there is none.
+/// Returns the type of the active project: 0 for installer database, 1 for script. Reads it from
+/// the environment variable QM_PROJECT_TYPE at every call; 0 if that is not set or not a number.
 extern "C" long WINAPI GetActiveProjectType() {
   wchar_t text[16];
   const DWORD length = ::GetEnvironmentVariableW(L"QM_PROJECT_TYPE", text, 16);

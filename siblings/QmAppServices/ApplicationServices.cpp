@@ -20,7 +20,7 @@ CWideString CommonModules() {
 
 std::optional<CWideString> FromEnvironment(const wchar_t* variable) {
   std::wstring value;
-  // The size counts the terminator, so that it is 0 for a variable that is not set alone.
+  // The size includes the terminator, so it is 0 only if the variable is not set.
   DWORD size = ::GetEnvironmentVariableW(variable, nullptr, 0);
   if (size == 0) {
     return std::nullopt;
@@ -33,13 +33,14 @@ std::optional<CWideString> FromEnvironment(const wchar_t* variable) {
   return CWideString(value);
 }
 
-/// A folder of the settings file: one that begins with a dot lies below the folder of the file.
+/// Resolves a folder of the settings file. One that begins with a dot is relative to the folder of
+/// that file.
 CWideString FromOwnFolder(const CWideString& folder) {
   const bool isRelative = !folder.empty() && folder.c_str()[0] == L'.';
   return isRelative ? FullPath(JoinPath(OwnFolder(), folder)) : folder;
 }
 
-/// The same for folders that are divided by commas.
+/// The same for folders separated by commas.
 CWideString AllFromOwnFolder(const CWideString& folders) {
   CWideString all;
   for (const CWideString& folder : SplitCommaList(folders)) {
@@ -70,7 +71,8 @@ CWideString Folder(const wchar_t* variable, const wchar_t* key) {
   return OwnFolder();
 }
 
-/// A search path, in which variables stay: whoever takes it apart expands them in each folder.
+/// Returns a search path without expanding its variables: the caller splits it and expands each
+/// folder.
 std::optional<CWideString> SearchPath(const wchar_t* variable, const wchar_t* key) {
   if (auto value = FromEnvironment(variable)) {
     return value;

@@ -2,12 +2,13 @@
 
 #include "siblings/Component/ComponentObject.h"
 
-/// Where the authoring environment keeps things (coclass ApplicationServices).
+/// The folders and search paths of the authoring environment (coclass ApplicationServices).
 ///
-/// Each value is that of its environment variable, else that of its key in section [Services] of
-/// QmAppServices.ini beside the DLL, else a default. What is set to nothing is set. Read anew at
-/// every call, so that a change counts at once; an INI file that is there and cannot be read is a
-/// failure. Environment variables ("%NAME%") are expanded in folders; search paths keep them.
+/// Each value comes from its environment variable, otherwise from its key in section [Services] of
+/// QmAppServices.ini beside the DLL, otherwise it is a default. An empty value counts as set.
+/// Values are read at every call, so that changes take effect at once. It is a failure if the INI
+/// file exists and cannot be read. Environment variables ("%NAME%") are expanded in folders but not
+/// in search paths.
 class CApplicationServices
     : public CComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
