@@ -1,22 +1,21 @@
-// bench_catalog FIGURE FOLDER: measures one figure of the catalog, or of its baseline, over a
-// folder of modules and prints it. The figures of one process would disturb each other, so each has
-// its own.
+// bench_catalog FIGURE FOLDER: measures one figure of the catalog, or a baseline, over a folder of
+// modules and prints it. Each figure needs a process of its own, because figures measured in one
+// process would affect each other. Times are in milliseconds.
 //
-//   list         milliseconds of the first list of a process
-//   list_calls   its baseline: the installer calls for each module, and nothing else
-//   tables       milliseconds of the first list of a process, and then of every property of every
-//                row that the interfaces of its modules show
-//   table_calls  its baseline: the calls of list_calls, and then those for the rows of each module
+//   list         the first list of a process
+//   list_calls   its baseline: only the installer calls for each module
+//   tables       the first list of a process, and every property of its modules and their rows
+//   table_calls  its baseline: the calls of list_calls, then those for the rows of each module
 //   pass_calls   the installer calls for the same data in one pass that opens each module once
-//   again        milliseconds of a list when nothing changed
+//   again        a list when nothing has changed
 //   pass         its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
-//   changed      milliseconds of a list when one file was rewritten
-//   find         milliseconds of FindModule
-//   search       milliseconds of a search for a pattern in all File tables, after they were read
-//   memory       bytes of heap for each module
+//   changed      a list when one file was rewritten
+//   find         one call of FindModule
+//   search       a search for a pattern in all File tables, which have been read before
+//   memory       heap bytes per module
 
 #include <windows.h>
-// Before the headers that need its types.
+// The headers below need its types.
 #include <msi.h>
 #include <msidefs.h>
 #include <msiquery.h>
@@ -56,7 +55,7 @@ void Check(const char* what, HRESULT hr) {
   }
 }
 
-/// Has the application services name this folder and nothing else.
+/// Makes the application services return `folder` as the module search path and nothing else.
 void Configure(const wchar_t* folder) {
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", folder);
   for (const wchar_t* name : {L"QM_USER_MODULE_PATH", L"QM_GALLERY_ROOT", L"QM_DATA_DIR",
@@ -115,7 +114,7 @@ void Require(const char* what, UINT result) {
   }
 }
 
-/// Buffer for any text of a module; the calls of a baseline allocate nothing.
+/// A buffer for any text of a module, so that the baselines allocate nothing themselves.
 wchar_t g_text[4096];
 
 void GetField(MSIHANDLE row, UINT field) {
@@ -129,7 +128,7 @@ MSIHANDLE OpenDatabase(const std::wstring& path) {
   return database;
 }
 
-/// The signature row of an open module.
+/// Reads the signature row of an open module.
 void GetSignature(MSIHANDLE database) {
   MSIHANDLE view = 0, row = 0;
   Require("view", ::MsiDatabaseOpenViewW(database, L"SELECT * FROM ModuleSignature", &view));
@@ -142,7 +141,7 @@ void GetSignature(MSIHANDLE database) {
   ::MsiCloseHandle(view);
 }
 
-/// The properties of the summary of an open database, or of the file `path` if that is given.
+/// Reads the summary properties of an open database, or of the file `path` if that is not null.
 void GetSummary(MSIHANDLE database, const wchar_t* path) {
   MSIHANDLE summary = 0;
   Require("summary", ::MsiGetSummaryInformationW(database, path, 0, &summary));
@@ -157,14 +156,15 @@ void GetSummary(MSIHANDLE database, const wchar_t* path) {
   ::MsiCloseHandle(summary);
 }
 
-/// What the interfaces show of a table: its fields that are texts, and those that are numbers.
+/// The fields of a table that the interfaces return: those that are texts and those that are
+/// numbers.
 struct ShownTable {
   const wchar_t* query;
   std::vector<UINT> texts;
   std::vector<UINT> numbers;
 };
 
-/// All rows of a table; none if the module lacks it.
+/// Reads all rows of a table. Does nothing if the module does not have it.
 void GetRows(MSIHANDLE database, const ShownTable& table) {
   MSIHANDLE view = 0, row = 0;
   const UINT result = ::MsiDatabaseOpenViewW(database, table.query, &view);
@@ -206,7 +206,7 @@ void GetTexts(Interface& object,
   }
 }
 
-/// Every property of a module, and of every row of its tables.
+/// Reads every property of a module and of every row of its tables.
 void GetEverything(IMergeModule& module) {
   using Module = IMergeModule;
   GetTexts<Module>(module, {&Module::get_ModuleID, &Module::get_Version, &Module::get_Author,
@@ -264,7 +264,7 @@ double ListCalls(const std::wstring& folder) {
   });
 }
 
-/// All rows of the tables that the interfaces show.
+/// Reads all rows of the tables that the interfaces return.
 void GetTables(MSIHANDLE database) {
   static const ShownTable kTables[] = {
       {L"SELECT * FROM `Component`", {1, 3}, {}},
@@ -373,7 +373,7 @@ double Find() {
 }
 
 double Memory(const wchar_t* folder) {
-  // What a first list makes once for the process does not count.
+  // Excludes what the first list allocates once for the process.
   Configure(L"");
   List(*NewCatalog());
   Configure(folder);

@@ -1,10 +1,9 @@
-// bench_directories RUNS: target paths of a module with 2,000 directories, in chains of 12, and
-// 10,000 files; milliseconds.
+// bench_directories RUNS: milliseconds for resolving the target paths of a module with 2,000
+// directories, in chains of 12, and 10,000 files.
 //
-//   whole_module   every directory once, as a client asks for them
+//   whole_module   every directory once, as a client does
 //   every_file     one resolution per file instead
-//   walk_calls     the baseline: the installer calls of the walks of all directories, and nothing
-//   else
+//   walk_calls     the baseline: only the installer calls for walking up from every directory
 
 #include <cstdio>
 #include <cstdlib>
@@ -37,7 +36,7 @@ CWideString TemporaryFolder() {
   return folder;
 }
 
-/// Ends the program if a baseline or a figure did not do its work.
+/// Ends the program unless a baseline or a figure has done its work.
 void Require(const char* what, bool isDone) {
   if (!isDone) {
     std::fprintf(stderr, "bench_directories: %s\n", what);
@@ -45,7 +44,7 @@ void Require(const char* what, bool isDone) {
   }
 }
 
-/// A database whose Directory table has kDirectories rows below ProgramFilesFolder.
+/// Builds a database with kDirectories rows below ProgramFilesFolder and returns its path.
 CWideString BuildModule() {
   const CWideString folder = TemporaryFolder();
   const CWideString table = L"BenchDirectory.idt";
@@ -77,7 +76,7 @@ CWideString BuildModule() {
   return module;
 }
 
-/// The walk from `key` to the root with bare installer calls; answers the number of its rows.
+/// Walks from `key` to the root with bare installer calls. Returns the number of rows.
 int BareWalk(MSIHANDLE database, const wchar_t* key) {
   MSIHANDLE row = ::MsiCreateRecord(1);
   ::MsiRecordSetStringW(row, 1, key);
@@ -114,13 +113,13 @@ void BareWalks(const CWideString& module) {
   MSIHANDLE database = 0;
   ::MsiOpenDatabaseW(module.c_str(), MSIDBOPEN_READONLY, &database);
   for (int i = 0; i < kDirectories; ++i) {
-    // Its own row, those of the chain above it and that of the root.
+    // The directory's own row, those of the chain above it, and that of the root.
     Require("a walk broke off", BareWalk(database, KeyOf(i).c_str()) == i % kDepth + 2);
   }
   ::MsiCloseHandle(database);
 }
 
-/// As a client does: the keys of all files, of which each directory is asked for once.
+/// As a client does: collects the directory keys of all files, then resolves each key once.
 void WholeModule(const CWideString& module) {
   msidb::TargetDirectories paths;
   for (int i = 0; i < kFiles; ++i) {

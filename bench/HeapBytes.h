@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-/// Bytes in use in all heaps of the process.
+/// Returns the number of bytes in use in all heaps of the process.
 inline size_t HeapBytes() {
   HANDLE heaps[64];
   const DWORD count = std::min<DWORD>(::GetProcessHeaps(64, heaps), 64);

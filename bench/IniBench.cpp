@@ -1,14 +1,12 @@
-// bench_ini RUNS: INI files, read by the reader component.
+// bench_ini RUNS: reading INI files with the reader component.
 //
-//   keys            milliseconds of reading 1,000 gallery descriptions with all their keys, each
-//   from
-//                   the reader to its value
+//   keys            milliseconds for loading 1,000 gallery descriptions and reading all their keys
 //   key_calls       its baseline: GetPrivateProfileStringW for every key
-//   rate            MB a second at which an index file of 10 MB in one section is loaded
-//   one_key         milliseconds of loading that file and finding one key by its name
-//   reader_bytes    heap of one loaded reader
-//   gallery_bytes   heap of one gallery record, its description open
-//   module_bytes    heap of one module record, filled from the gallery
+//   rate            MB per second for loading an index file of 10 MB in one section
+//   one_key         milliseconds for loading that file and finding one key by name
+//   reader_bytes    heap bytes of a loaded reader
+//   gallery_bytes   heap bytes of a gallery record with its description open
+//   module_bytes    heap bytes of a module record filled from the gallery
 
 #include <cstdio>
 #include <cstdlib>
@@ -32,7 +30,7 @@ namespace {
 
 constexpr int kRecords = 1000;
 
-/// A key of a description, by the names of its section and its own.
+/// A key of a description: the name of its section and its own name.
 struct Place {
   CUniqueBstr section;
   CUniqueBstr key;
@@ -55,10 +53,10 @@ struct Description {
 
   std::string text;
   std::vector<Place> places;
-  std::string section;  ///< that keys are added to
+  std::string section;  ///< the section that keys are added to
 };
 
-/// Adds a section that lists `count` items, and the section of each.
+/// Adds a section that lists `count` items, and a section for each item.
 void AddList(Description& description, const std::string& list, int count,
              const std::vector<const char*>& fields) {
   const auto itemName = [&](int i) { return list + ".Item" + std::to_string(i); };
@@ -98,7 +96,7 @@ void Write(const CWideString& path, const std::string& bytes) {
   std::fclose(file);
 }
 
-/// The folder of the descriptions below a gallery root of its own; removed with its files.
+/// A temporary gallery root with a folder for descriptions. Removed at the end with all files.
 class CScratch {
  public:
   CScratch() {
@@ -133,8 +131,8 @@ class CScratch {
   std::vector<CWideString> m_files;
 };
 
-/// The class object of the build's own reader. Records look for their siblings beside it from now
-/// on.
+/// Returns the class object of the reader that this build made. From now on records load their
+/// siblings from its folder.
 CComPtr<IClassFactory> ReaderFactory() {
   const CWideString build = FolderOf(FolderOf(ModulePath(nullptr)));
   const HMODULE dll = ::LoadLibraryW(JoinPath(build, L"bin\\Gleaner.dll").c_str());
@@ -166,7 +164,7 @@ VARIANT Named(BSTR name) {
   return index;
 }
 
-/// From the reader to the value, as the server does for every key.
+/// Gets a value, starting at the reader, as the server does for every key. Returns its length.
 size_t ReadKey(IIniReader* reader, BSTR sectionName, BSTR keyName) {
   CComPtr<IIniSections> sections;
   CComPtr<IIniSection> section;
@@ -208,7 +206,7 @@ size_t ReadWithThePlatform(const std::vector<CWideString>& files,
 
 CWideString NameOf(int record) { return CWideString::Format(L"Record%d", record); }
 
-/// A record of the gallery with its description open.
+/// Creates a gallery record and opens its description.
 std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
   auto record = std::make_unique<CMMGallery>();
   record->SetNameAndVersion(NameOf(number), L"1.0");
@@ -219,7 +217,7 @@ std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
   return record;
 }
 
-/// A module record filled from its description, which stays open.
+/// Creates a module record from its description, which stays open.
 std::unique_ptr<CCacheMSM> MakeModuleRecord(int number) {
   auto record = std::make_unique<CCacheMSM>();
   record->InitFromGallery(NameOf(number));
@@ -230,12 +228,13 @@ std::unique_ptr<CCacheMSM> MakeModuleRecord(int number) {
   return record;
 }
 
-/// Bytes that each of the objects holds that `make` gives for the numbers of all records.
+/// Returns the average heap size in bytes of the objects that `make` creates for all record
+/// numbers.
 template <class Make>
 double BytesOf(Make make) {
   std::vector<decltype(make(0))> objects;
   objects.reserve(kRecords);
-  make(0);  // what is made once for all
+  make(0);  // allocates what all objects share
   const size_t before = HeapBytes();
   for (int i = 0; i < kRecords; ++i) {
     objects.push_back(make(i));
@@ -243,7 +242,7 @@ double BytesOf(Make make) {
   return static_cast<double>(HeapBytes() - before) / kRecords;
 }
 
-/// An index of files in one section, of 10 MB.
+/// Returns the text of a file index: 10 MB in one section.
 std::string MakeIndex() {
   std::string text = "[FilesToModules]\r\n";
   for (int i = 0; text.size() < 10'000'000; ++i) {

@@ -1,5 +1,5 @@
-' List lists the modules of a folder with the same properties as ListModules.vbs, by the installer's own
-' automation object.
+' List reads the same properties as ListModules.vbs, of all modules of a folder, through the installer's
+' own automation object.
 Option Explicit
 
 Sub List(folder)
@@ -19,7 +19,7 @@ Sub List(folder)
     text = summary.Property(6)
     text = summary.Property(9)
     text = summary.Property(3)
-    ' The next database does not open while anything of this one is held.
+    ' The next database cannot be opened while objects of this one are held.
     Set row = Nothing
     Set view = Nothing
     Set summary = Nothing

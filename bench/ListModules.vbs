@@ -1,5 +1,5 @@
-' List lists all modules of the catalog with eight properties each. The first call makes the catalog.
-' Its folder is that of the settings, so the argument is not used.
+' List reads eight properties of every module of the catalog. The first call creates the catalog. The
+' argument is not used: the folder comes from the settings.
 Option Explicit
 
 Dim catalog

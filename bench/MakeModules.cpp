@@ -1,5 +1,5 @@
-// make_modules FOLDER COUNT: merge modules to measure with, named Module0001.msm and so on, each
-// with an ID and a summary of its own. Those that are there already are left as they are.
+// make_modules FOLDER COUNT: builds merge modules for benchmarks, named Module0001.msm and so on.
+// Each has an ID and a summary of its own. Existing modules are kept.
 
 #include <cstdio>
 #include <cstdlib>

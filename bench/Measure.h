@@ -6,7 +6,7 @@
 #include <cstdio>
 #include <vector>
 
-/// Milliseconds that `work` takes once.
+/// Runs `work` once and returns how long it took, in milliseconds.
 template <class Work>
 double Milliseconds(Work work) {
   LARGE_INTEGER frequency;
@@ -20,14 +20,14 @@ double Milliseconds(Work work) {
          static_cast<double>(frequency.QuadPart);
 }
 
-/// The middle one of an odd number of values.
+/// Returns the median of an odd number of values.
 inline double Median(std::vector<double> values) {
   const auto middle = values.begin() + static_cast<std::ptrdiff_t>(values.size() / 2);
   std::nth_element(values.begin(), middle, values.end());
   return *middle;
 }
 
-/// Milliseconds that `work` takes: the median of five runs after one that is not counted.
+/// Runs `work` once to warm up and then five times. Returns the median in milliseconds.
 template <class Work>
 double MedianMilliseconds(Work work) {
   work();
@@ -38,5 +38,5 @@ double MedianMilliseconds(Work work) {
   return Median(times);
 }
 
-/// Prints the value of one run of a figure, in the form that tools/bench reads.
+/// Prints the value of one run of a figure in the format that tools/bench reads.
 inline void PrintRun(const char* figure, double value) { std::printf("%s %.5f\n", figure, value); }

@@ -1,10 +1,10 @@
-// bench_script SCRIPT FOLDER [REPETITIONS]: milliseconds of the first call of a script's procedure
-// List with a folder and, if repetitions are asked for, the median of so many later calls. VBScript
-// runs in this process as it does in cscript; the clock of a script advances 64 times a second
-// only.
+// bench_script SCRIPT FOLDER [REPETITIONS]: calls a script's procedure List with a folder. Prints
+// the milliseconds of the first call and, if REPETITIONS is given, the median of that many further
+// calls. VBScript runs in this process as it does in cscript; it is measured from outside because a
+// script's own clock advances only 64 times a second.
 
 #include <windows.h>
-// Before the header that needs its types.
+// The header below needs its types.
 #include <activscp.h>
 
 #include <cstdlib>
@@ -28,8 +28,8 @@ void Check(const wchar_t* what, HRESULT hr) {
   }
 }
 
-/// The site of an engine, which ends the program at the first error of the script. Lives on the
-/// stack for longer than the engine.
+/// The site of a script engine. Ends the program at the first error of the script. Lives on the
+/// stack and outlives the engine, so references are not counted.
 class CSite final : public IActiveScriptSite {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
@@ -59,7 +59,7 @@ class CSite final : public IActiveScriptSite {
   STDMETHOD(OnLeaveScript)() override { return S_OK; }
 };
 
-/// The text of a file of ASCII characters.
+/// Reads an ASCII file.
 std::wstring ReadText(const wchar_t* path) {
   FILE* const file = ::_wfopen(path, L"rb");
   if (!file) {

@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# The catalog, measured over folders of modules; for tools/bench.
+# Measures the catalog over folders of modules; sourced by tools/bench.
 
 programs=build/release/bench
 modules=build/bench-modules
@@ -8,8 +8,8 @@ declare -A labels=([29]=29 [290]=290 [2900]="2,900")
 
 wine_path() { printf 'Z:%s' "$PWD/$1" | tr / "\\\\"; }
 
-# make_generated_modules SIZE: a folder of modules that were written long ago. That of an earlier run is
-# kept.
+# make_generated_modules SIZE: makes a folder of modules with old file times, unless an earlier run has
+# made it.
 make_generated_modules() {
   local folder=$modules/settled/$1
   [[ ! -d $folder ]] || return 0
@@ -26,8 +26,8 @@ settle() {
   sync -f "$1"
 }
 
-# Ten copies of each module that others made, because a dozen are too few to measure. False, and a line
-# says why, when there are none beside the checkout.
+# Makes a folder with ten copies of each real module, because a dozen modules are too few to measure.
+# Fails with a message if there is no folder of real modules beside the checkout.
 make_real_modules() {
   local source=../shared/modules folder=$modules/settled/real file number count=0
   if [[ ! -d $source ]]; then
@@ -51,7 +51,8 @@ make_real_modules() {
   labels[real]="$count real"
 }
 
-# Nothing but the folder: what the machine is configured for does not belong to a measurement.
+# Configures the given folder and nothing else, so that the machine's own settings do not affect the
+# measurement.
 configure() {
   export QM_MODULE_PATH QM_USER_MODULE_PATH='' QM_GALLERY_ROOT='' QM_DATA_DIR='' \
     QM_FILE_INDEX_DIR='' QM_MODULE_INDEX_DIR=''
@@ -70,7 +71,8 @@ list_natively() {
   done
 }
 
-# Just before a run that reads, so that the files of one that was just written are seconds old.
+# Copies the modules again for the state "just written". Called right before each run that reads them, so
+# that the files are only seconds old.
 prepare() {
   [[ $state != settled ]] || return 0
   rm -rf -- "$folder"
@@ -78,8 +80,8 @@ prepare() {
   cp --no-preserve=timestamps -t "$folder" -- "$modules/settled/$size"/*.msm
 }
 
-# measure_catalog SIZE RUNS: all figures over one folder, settled and just written. A figure and its
-# baseline are measured in turn.
+# measure_catalog SIZE RUNS: measures all figures over one folder, settled and just written. Runs of a
+# figure and of its baseline alternate.
 measure_catalog() {
   local size=$1 runs=$2 state folder prefix i
   if [[ $size == real ]]; then
@@ -106,7 +108,7 @@ measure_catalog() {
       prepare
       collect "$prefix" figure again
       collect "$prefix" figure pass
-      if [[ $size != 29 ]]; then # so few are not what anybody writes a script for
+      if [[ $size != 29 ]]; then # nobody writes a script for so few
         prepare
         collect "$prefix" script ListModules.vbs 11
         collect "${prefix}installer_" script ListByInstaller.vbs
@@ -123,7 +125,8 @@ measure_catalog() {
   rm -rf -- "$modules/just-written"
 }
 
-# Figures of modules whose names and files are known, and which do not depend on the age of a file.
+# Measures the figures that need generated modules, whose names and files are known. They do not depend on
+# the age of the files.
 measure_generated() {
   local figure
   for figure in changed search find memory; do
@@ -131,8 +134,8 @@ measure_generated() {
   done
 }
 
-# catalog_row TEXT MEASURED BASELINE UNIT RULE [SIZES:MUST:GOAL...]: a row for each folder in which the
-# figure was measured. A baseline of the settled files serves the others as well if it has no own runs.
+# catalog_row TEXT MEASURED BASELINE UNIT RULE [SIZES:MUST:GOAL...]: prints a row for each folder in which
+# the figure was measured. Where the baseline was measured only with settled files, that value is used.
 catalog_row() {
   local size state label baseline sizes must goal limits
   for size in 29 290 2900 real; do
@@ -150,7 +153,7 @@ catalog_row() {
   done
 }
 
-# per_module SIZE: the runs of a first list, divided by its modules.
+# per_module SIZE: prints the runs of the first list, each divided by the number of modules.
 per_module() {
   local value
   for value in ${samples["$1 settled list"]-}; do

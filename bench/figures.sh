@@ -1,11 +1,11 @@
 # shellcheck shell=bash
-# Runs of figures and the rows of the table that is made of them; for tools/bench.
+# Collects the runs of figures and prints them as rows of a table; sourced by tools/bench.
 
-# The values of all runs of a figure, by its name.
+# The values of all runs of a figure, by its name, separated by blanks.
 declare -A samples
 
-# collect PREFIX COMMAND...: adds the runs that a command prints, a line "FIGURE VALUE" for each, to
-# the figures of that prefix.
+# collect PREFIX COMMAND...: runs a command and adds the values that it prints, one line "FIGURE VALUE"
+# each, to the figures with that prefix.
 collect() {
   local prefix=$1 figure value output
   shift
@@ -15,7 +15,7 @@ collect() {
   done <<<"$output"
 }
 
-# timed FIGURE COMMAND...: runs a command and prints its milliseconds as those of the figure.
+# timed FIGURE COMMAND...: runs a command and prints how many milliseconds it took, as a run of the figure.
 timed() {
   local figure=$1 begin end
   shift
@@ -26,8 +26,8 @@ timed() {
     'BEGIN { printf "%s %.3f\n", figure, (end - begin) * 1000 }'
 }
 
-# row TEXT MODULES MEASURED BASELINE UNIT RULE [MUST [GOAL]]: a row of the table, of two figures by
-# their names; nothing when the first was not measured. The rules are in bench/row.awk.
+# row TEXT MODULES MEASURED BASELINE UNIT RULE [MUST [GOAL]]: prints a row of the table from two figures,
+# given by name; nothing if MEASURED was not measured. bench/row.awk describes the rules.
 row() {
   [[ ${samples[$3]-} ]] || return 0
   awk -v text="$1" -v modules="$2" -v measured="${samples[$3]}" -v baseline="${4:+${samples[$4]-}}" \

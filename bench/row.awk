@@ -1,8 +1,8 @@
-# One row of the table. Variables: text, modules; measured and baseline, the values of all runs with
-# blanks between them; unit; must and goal, which may be empty; rule:
+# Prints one row of the table. Variables: text, modules; measured and baseline, the values of all runs
+# separated by blanks; unit; must and goal, which may be empty; rule:
 #
 #   ratio      measured / baseline is at most the limit
-#   above-one  the same where the ratio cannot get below 1, as the work includes that of the baseline
+#   above-one  the same, but the ratio cannot be below 1 because the work includes that of the baseline
 #   faster     baseline / measured is at least the limit
 #   value      measured is at most the limit
 
@@ -16,7 +16,7 @@ function number(value) {
   return sprintf("%.3g %s", value, unit)
 }
 
-# Sets median, and spread: how far the runs lie apart, in parts of the median.
+# Sets median and spread, the range of the runs relative to the median. Returns the spread as text.
 function evaluate(list,    values, count, i, j, value) {
   count = split(list, values, " ")
   for (i = 2; i <= count; i++) {
@@ -30,8 +30,8 @@ function evaluate(list,    values, count, i, j, value) {
   return sprintf(spread > 0.15 ? "**%.0f %%**" : "%.0f %%", 100 * spread)
 }
 
-# The median of what each run divided by that of its baseline gives, which ran next to it: a machine
-# that is slower for a while is so for both.
+# Returns the median of the ratios of each run to the baseline run next to it, since a machine that is
+# slower for a while slows down both. 0 if their numbers differ.
 function median_of_pairs(    values, bases, count, i, list) {
   count = split(measured, values, " ")
   if (split(baseline, bases, " ") != count) return 0
@@ -40,11 +40,11 @@ function median_of_pairs(    values, bases, count, i, list) {
   return median
 }
 
-# "met", "hair" or "missed". By a hair is within a tenth of the limit.
+# Returns "met", "hair" or "missed"; "hair" if the limit is met by less than a tenth.
 function judge(limit,    room) {
   limit += 0
   if (rule == "faster") return figure < limit ? "missed" : figure < 1.1 * limit ? "hair" : "met"
-  # What no figure can do without is not counted: the baseline itself.
+  # The baseline itself is not counted, since no figure can be below it.
   room = rule == "above-one" ? limit - 1 : limit
   return figure > limit ? "missed" : figure > limit - room / 10 ? "hair" : "met"
 }
