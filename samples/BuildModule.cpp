@@ -1,6 +1,6 @@
-// build_module [OUTPUT.msm FOLDER]...: makes merge modules, each from the table text files (*.idt)
-// of a folder. Then it runs the SQL statements of the file Changes.sql there, one on each line, if
-// there is one: they are UTF-8, while an import may read the system's code page only.
+// build_module [OUTPUT.msm FOLDER]...: builds merge modules, each from the table text files (*.idt)
+// of a folder. If the folder has a file Changes.sql, its SQL statements, one a line, are executed
+// afterwards. That file is UTF-8, whereas an import may read the system's code page only.
 
 #include <algorithm>
 #include <cstdio>
@@ -19,7 +19,8 @@
 
 namespace {
 
-/// File names in name order, so that the same sources give the same module.
+/// Returns the names of the table text files, sorted so that the same sources build the same
+/// module.
 std::vector<CWideString> TableFiles(const CWideString& folder) {
   WIN32_FIND_DATAW found;
   const CUniqueFindHandle search(::FindFirstFileW(JoinPath(folder, L"*.idt").c_str(), &found));
@@ -34,7 +35,7 @@ std::vector<CWideString> TableFiles(const CWideString& folder) {
   return names;
 }
 
-/// The lines of a text file, without empty ones; none when there is no file.
+/// Reads the non-empty lines of a UTF-8 file; none if the file does not exist.
 std::vector<CWideString> ReadLines(const CWideString& path) {
   std::ifstream file{std::filesystem::path(std::wstring_view(path))};
   std::vector<CWideString> lines;
@@ -47,7 +48,7 @@ std::vector<CWideString> ReadLines(const CWideString& path) {
   return lines;
 }
 
-/// Builds beside `output` and takes its place at the end: a failure leaves what was there.
+/// Builds a module beside `output` and then moves it there, so that a failure keeps the old file.
 void BuildModule(const CWideString& output, const CWideString& folder) {
   const std::vector<CWideString> tables = TableFiles(folder);
   const CWideString unfinished = output + L".new";

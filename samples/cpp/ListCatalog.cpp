@@ -1,5 +1,5 @@
-// Lists the catalog of merge modules, or the modules of one ID. A client that knows nothing of the
-// server but its interfaces, and calls them through their virtual tables.
+// Lists the catalog of merge modules, or the modules with one ID. This client uses only the
+// published interfaces of the server and calls them through their vtables.
 //
 //   ListCatalog [ID[:LANGUAGE]]
 //
@@ -9,9 +9,9 @@
 //   i686-w64-mingw32-g++ -std=c++17 -municode -DUNICODE -static -I ../../include
 //     ListCatalog.cpp resources.o -lole32 -loleaut32 -o ListCatalog.exe
 //
-// With ListCatalog.rc it finds the server beside itself, without registration; without that
-// resource script it uses the registered server. Ends with 0, 3 when there is no such module, or 1
-// after a failure.
+// With ListCatalog.rc it uses the server in its own folder, without registration; without that
+// resource script it uses the registered server. Exits with 0, with 3 if there is no such module,
+// or with 1 after a failure.
 
 #include <windows.h>
 
@@ -33,7 +33,7 @@ void Check(HRESULT result) {
   }
 }
 
-/// Owns one reference on an object.
+/// Owns a reference to an object.
 template <class Interface>
 class Reference {
  public:
@@ -54,7 +54,7 @@ class Reference {
   Interface* m_object = nullptr;
 };
 
-/// Owns a text that the server gives or takes.
+/// Owns a BSTR that is passed to or returned by the server.
 class Text {
  public:
   explicit Text(const wchar_t* text = nullptr) : m_text(::SysAllocString(text)) {}
@@ -87,7 +87,7 @@ void ShowModule(IMergeModule& module) {
   std::printf("%s %s %s\n", key.Utf8().c_str(), version.Utf8().c_str(), displayName.Utf8().c_str());
 }
 
-/// Shows the modules of a collection and gives their number.
+/// Shows the modules of a collection and returns their number.
 long ShowModules(IMergeModules& modules) {
   long count = 0;
   Check(modules.get_Count(&count));
@@ -102,7 +102,7 @@ long ShowModules(IMergeModules& modules) {
   return count;
 }
 
-/// `key` is null for all modules.
+/// Shows the modules with `key`, or all modules if it is null. Returns their number.
 long ShowCatalog(const wchar_t* key) {
   CLSID clsid;
   Check(::CLSIDFromProgID(L"QmMMUpdater.MMCatalog", &clsid));
@@ -120,7 +120,7 @@ long ShowCatalog(const wchar_t* key) {
   return ShowModules(*modules);
 }
 
-/// The failure's code, and what the server said of it.
+/// Shows the code of a failure and the server's description.
 void ShowFailure(const Failure& failure) {
   Text description;
   Reference<IErrorInfo> info;

@@ -1,9 +1,9 @@
-// Says which of some merge modules deliver a file.
+// Lists which of the given merge modules deliver a file.
 //
 //   cscript //nologo FindFile.js NAME FILE.msm...
 //
 // The server must be registered. On 64-bit Windows use the 32-bit script host,
-// %SystemRoot%\SysWOW64\cscript.exe. Quits with 0 when some module delivers the file, else with 1.
+// %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if a module delivers the file, otherwise with 1.
 
 var wanted = WScript.Arguments(0).toLowerCase();
 var module = new ActiveXObject("QmMMUpdater.MergeModule2");
@@ -17,7 +17,7 @@ for (var i = 1; i < WScript.Arguments.length; i++) {
     continue;
   }
   for (var files = new Enumerator(module.Files); !files.atEnd(); files.moveNext()) {
-    // The table holds "SHORT~1.DLL|LongName.dll", or one name alone.
+    // The table holds "SHORT~1.DLL|LongName.dll", or a single name.
     var names = files.item().FileName.toLowerCase().split("|");
     if (names[0] == wanted || names[names.length - 1] == wanted) {
       WScript.Echo(module.Key + ": " + files.item().Key);

@@ -3,7 +3,7 @@
 //   cscript //nologo FindModule.js ID[:LANGUAGE] [VERSION]
 //
 // The server must be registered. On 64-bit Windows use the 32-bit script host,
-// %SystemRoot%\SysWOW64\cscript.exe. Quits with 0 when there is such a module, else with 3.
+// %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if there is such a module, otherwise with 3.
 
 var installerProject = 1;
 var catalog = new ActiveXObject("QmMMUpdater.MMCatalogManager").GetCatalog(installerProject);
@@ -11,7 +11,7 @@ var query = WScript.Arguments(0);
 var version = WScript.Arguments.length > 1 ? WScript.Arguments(1).toLowerCase() : "";
 var found = 0;
 
-// The query of VBScript can hold the version as well: Array(key, version).
+// The query may also contain the version: Array(key, version) in VBScript, [key, version] here.
 for (var modules = new Enumerator(catalog.CatalogQuery(query)); !modules.atEnd(); modules.moveNext()) {
   var module = modules.item();
   if (version == "" || module.Version.toLowerCase() == version) {

@@ -3,7 +3,7 @@
 '   cscript //nologo ListModules.vbs
 '
 ' The server must be registered. On 64-bit Windows use the 32-bit script host,
-' %SystemRoot%\SysWOW64\cscript.exe. Quits with 4 when some module could not be read.
+' %SystemRoot%\SysWOW64\cscript.exe. Exits with 4 if a module could not be read.
 
 Option Explicit
 
@@ -27,7 +27,7 @@ For Each module In catalog.MergeModules
 Next
 WScript.Quit exitCode
 
-' A file that could not be read has no module ID, and tells why when a table is asked for.
+' A file that could not be read has no module ID. Reading one of its tables raises the reason.
 Function IsReadable(module)
   Dim dialogs
   IsReadable = True

@@ -1,9 +1,9 @@
-' Shows merge modules: identity, summary texts and every collection.
+' Shows merge modules: identity, summary texts and all collections.
 '
 '   cscript //nologo ShowModule.vbs FILE.msm...
 '
 ' The server must be registered. On 64-bit Windows use the 32-bit script host,
-' %SystemRoot%\SysWOW64\cscript.exe. Quits with 4 when some file could not be read.
+' %SystemRoot%\SysWOW64\cscript.exe. Exits with 4 if a file could not be read.
 
 Option Explicit
 

@@ -1,10 +1,10 @@
-# Lists the modules of the catalog that must be fetched before they can be used, and their files.
+# Lists the modules of the catalog that must be downloaded before they can be used, and their files.
 #
 #   powershell -ExecutionPolicy Bypass -File WhatNeedsDownload.ps1
 #
 # The server must be registered. On 64-bit Windows use the 32-bit host,
-# %SystemRoot%\SysWOW64\WindowsPowerShell\v1.0\powershell.exe. Ends with 0 when there is nothing to
-# fetch, else with 3.
+# %SystemRoot%\SysWOW64\WindowsPowerShell\v1.0\powershell.exe. Exits with 0 if there is nothing to
+# download, otherwise with 3.
 
 $ErrorActionPreference = 'Stop'
 $exitCode = 0

@@ -1,16 +1,16 @@
-' Says which modules of the catalog need a module.
+' Lists the modules of the catalog that need a module.
 '
 '   cscript //nologo WhoUses.vbs ID
 '
 ' The server must be registered. On 64-bit Windows use the 32-bit script host,
-' %SystemRoot%\SysWOW64\cscript.exe. Quits with 0 when some module needs it, else with 3.
+' %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if a module needs it, otherwise with 3.
 
 Option Explicit
 
 Dim module, dependency, exitCode
 exitCode = 3
 For Each module In CreateObject("QmMMUpdater.MMCatalog").MergeModules
-  If module.ModuleID <> "" Then ' a file that could not be read has no tables either
+  If module.ModuleID <> "" Then ' an unreadable file has no ID, and reading its tables fails
     For Each dependency In module.Dependencies
       If LCase(dependency.ModuleID) = LCase(WScript.Arguments(0)) Then
         WScript.Echo module.Key & " " & module.Version & " needs " & dependency.Key & " " & dependency.Version

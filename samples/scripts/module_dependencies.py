@@ -1,9 +1,9 @@
-"""Lists what the modules of the catalog need, and says what the catalog does not have.
+"""Lists what the modules of the catalog need and marks what the catalog does not have.
 
     py -3-32 module_dependencies.py
 
 The server must be registered. Needs a 32-bit Python with pywin32 (python -m pip install pywin32).
-Ends with 0 when the catalog has all, else with 3.
+Exits with 0 if the catalog has everything, otherwise with 3.
 """
 
 import sys
@@ -13,7 +13,7 @@ import win32com.client
 
 def main() -> int:
     catalog = win32com.client.Dispatch("QmMMUpdater.MMCatalog")
-    # A file that could not be read has no ID, and no tables either.
+    # A file that could not be read has no ID, and reading its tables fails.
     modules = [module for module in catalog.MergeModules if module.ModuleID]
     known = {module.ModuleID.lower() for module in modules}
 
