@@ -7,9 +7,9 @@
 
 #include "client/terminal/ExitCode.h"
 
-/// What to run; or the exit code of a command line that is wrong or asks for help, about which
-/// everything has been printed.
-using Command = std::variant<std::function<ExitCode()>, ExitCode>;
+/// What a command line asks for: something to run, or only an exit code if the command line is
+/// wrong or asks for help or the version. Help and errors have been printed by then.
+using CommandLine = std::variant<std::function<ExitCode()>, ExitCode>;
 
-/// Reads the arguments (UTF-8) behind the program's name.
-Command ReadCommandLine(std::vector<std::string> arguments);
+/// Reads the arguments (UTF-8) after the program's name.
+CommandLine ReadCommandLine(std::vector<std::string> arguments);

@@ -36,9 +36,9 @@ ExitCode Run(const std::function<ExitCode()>& command) {
   return kServerFailed;
 }
 
-ExitCode Run(const Command& command) {
-  const ExitCode* const done = std::get_if<ExitCode>(&command);
-  const ExitCode exitCode = done ? *done : Run(std::get<std::function<ExitCode()>>(command));
+ExitCode Run(const CommandLine& commandLine) {
+  const ExitCode* const done = std::get_if<ExitCode>(&commandLine);
+  const ExitCode exitCode = done ? *done : Run(std::get<std::function<ExitCode()>>(commandLine));
   if (!FlushOutput()) {
     PrintRemark("the output cannot be written");
     return kOutputFailed;

@@ -1,5 +1,4 @@
-#include "client/commands/CheckCommand.h"
-
+#include <CLI/CLI.hpp>
 #include <map>
 #include <set>
 
@@ -7,6 +6,7 @@
 #include "client/catalog/GalleryFiles.h"
 #include "client/catalog/IndexFiles.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
 #include "msidb/ModuleDirectories.h"
@@ -131,9 +131,17 @@ Json FindingsJson(const std::vector<Finding>& findings) {
   return list;
 }
 
-}  // namespace
+struct Options {
+  std::vector<std::string> keys;  ///< of the modules to merge; empty for the whole catalog
+};
 
-ExitCode CheckCatalog(const std::vector<std::string>& keys, const OutputOptions& output) {
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("KEY", options.keys,
+                    "Modules that are to be merged, ID or ID:LANGUAGE; all when there are none");
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
+  const std::vector<std::string>& keys = options.keys;
   Report report("check", output);
   CatalogFacts catalog = ReadCatalogFacts(kRequirements | kExclusions | kFiles, report);
   ReadDownloads(catalog, report);
@@ -158,3 +166,13 @@ ExitCode CheckCatalog(const std::vector<std::string>& keys, const OutputOptions&
   report.Print(FindingsText(findings, scope.size()));
   return report.Finish(findings.empty() ? kSuccess : kFindings);
 }
+
+}  // namespace
+
+extern const Command kCheckCommand = {
+    "check",
+    "Tell what is wrong in the catalog, or in a set of modules",
+    "  mmcat check --folder C:\\Modules\n"
+    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    only what these two need\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

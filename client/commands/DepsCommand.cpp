@@ -1,8 +1,8 @@
-#include "client/commands/DepsCommand.h"
-
+#include <CLI/CLI.hpp>
 #include <set>
 
 #include "client/catalog/CatalogFacts.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
 namespace {
@@ -210,9 +210,36 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
   document["modules"] = std::move(list);
 }
 
-}  // namespace
+// ---- Command
 
-ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output) {
+enum class DepsView {
+  Order,    ///< everything that has to be merged, in the order of merging
+  Tree,     ///< each module above what it needs
+  Reverse,  ///< the modules that need this one instead
+};
+
+struct Options {
+  std::string key;
+  DepsView view = DepsView::Order;
+};
+
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("KEY", options.key, kKeyHelp)->required();
+  const auto addView = [&](const char* name, DepsView view, const char* help) {
+    const auto choose = [&options, view](std::int64_t given) {
+      if (given > 0) {  // a flag may also be given as "--tree=false"
+        options.view = view;
+      }
+    };
+    return parser.add_flag(name, choose, help);
+  };
+  addView("--tree", DepsView::Tree, "Each module above what it needs");
+  addView("--reverse", DepsView::Reverse, "The modules that need this one instead")
+      ->excludes("--tree");
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
+  const auto& [key, view] = options;
   Report report("deps", output);
   const CatalogFacts catalog = ReadCatalogFacts(kRequirements, report);
   const MergeSet set(catalog.merge);
@@ -237,3 +264,14 @@ ExitCode Deps(const std::string& key, DepsView view, const OutputOptions& output
   report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : OrderText(question, plan));
   return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
 }
+
+}  // namespace
+
+extern const Command kDepsCommand = {
+    "deps",
+    "Tell what a module needs, in the order of merging",
+    "  mmcat deps Charmap.3128F3C8            everything to merge, in its order\n"
+    "  mmcat deps Charmap.3128F3C8 --tree\n"
+    "  mmcat deps Charmap.3128F3C8 --reverse  what breaks without it\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

@@ -1,9 +1,8 @@
-#include "client/commands/ExclusionsCommand.h"
-
 #include <algorithm>
 #include <tuple>
 
 #include "client/catalog/CatalogFacts.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
 namespace {
@@ -67,9 +66,7 @@ Json ExclusionsJson(const CatalogFacts& catalog, const std::vector<ListedExclusi
   return list;
 }
 
-}  // namespace
-
-ExitCode Exclusions(const OutputOptions& output) {
+ExitCode Run(const OutputOptions& output) {
   Report report("exclusions", output);
   const CatalogFacts catalog = ReadCatalogFacts(kExclusions, report);
   const std::vector<ListedExclusion> exclusions = ListExclusions(catalog);
@@ -80,3 +77,12 @@ ExitCode Exclusions(const OutputOptions& output) {
   }
   return report.Finish();
 }
+
+}  // namespace
+
+extern const Command kExclusionsCommand = {
+    "exclusions",
+    "List what the modules exclude, and which modules that hits",
+    "  mmcat exclusions --folder C:\\Modules\n",
+    PrepareCommand<Run>,
+};

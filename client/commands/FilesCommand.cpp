@@ -1,6 +1,7 @@
-#include "client/commands/FilesCommand.h"
+#include <CLI/CLI.hpp>
 
 #include "client/catalog/CatalogFacts.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 #include "merge/FileSearch.h"
 
@@ -33,9 +34,16 @@ Json FilesJson(const CatalogFacts& catalog, const std::vector<FoundFile>& files)
   return list;
 }
 
-}  // namespace
+struct Options {
+  std::string pattern;  ///< may contain "*" and "?"; empty for all files
+};
 
-ExitCode Files(const std::string& pattern, const OutputOptions& output) {
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("PATTERN", options.pattern, "Only files of such names: * and ? stand for any");
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
+  const std::string& pattern = options.pattern;
   Report report("files", output);
   const CatalogFacts catalog = ReadCatalogFacts(kFiles, report);
   const std::vector<FoundFile> files = FindFiles(catalog.details, pattern.empty() ? "*" : pattern);
@@ -50,3 +58,13 @@ ExitCode Files(const std::string& pattern, const OutputOptions& output) {
   }
   return report.Finish(nothingMatched ? kNothingMatched : kSuccess);
 }
+
+}  // namespace
+
+extern const Command kFilesCommand = {
+    "files",
+    "List the files of all modules",
+    "  mmcat files --folder C:\\Modules\n"
+    "  mmcat files \"msg*.dll\"\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

@@ -1,11 +1,10 @@
-#include "client/commands/GalleryCommand.h"
-
 #include <map>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/GalleryFiles.h"
 #include "client/catalog/ModuleDescription.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"
@@ -141,9 +140,7 @@ Json GalleryJson(const std::vector<GalleryEntry>& entries) {
   return list;
 }
 
-}  // namespace
-
-ExitCode Gallery(const OutputOptions& output) {
+ExitCode Run(const OutputOptions& output) {
   Report report("gallery", output);
   const CatalogModules modules;
   std::vector<GalleryEntry> entries;
@@ -157,3 +154,12 @@ ExitCode Gallery(const OutputOptions& output) {
   }
   return report.Finish();
 }
+
+}  // namespace
+
+extern const Command kGalleryCommand = {
+    "gallery",
+    "List the descriptions of the object gallery",
+    "  mmcat gallery --gallery D:\\Gallery --folder C:\\Modules\n",
+    PrepareCommand<Run>,
+};

@@ -1,8 +1,9 @@
-#include "client/commands/NameCommand.h"
+#include <CLI/CLI.hpp>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogFacts.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
 namespace {
@@ -26,9 +27,16 @@ std::string FindName(const Catalog& catalog, const std::string& key) {
   return Text(*module, &IMergeModule::get_DisplayName);
 }
 
-}  // namespace
+struct Options {
+  std::string key;
+};
 
-ExitCode Name(const std::string& key, const OutputOptions& output) {
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("KEY", options.key, "Module key, ID:LANGUAGE")->required();
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
+  const std::string& key = options.key;
   Report report("name", output);
   const Catalog catalog;
   const std::string displayName = FindName(catalog, key);
@@ -40,3 +48,12 @@ ExitCode Name(const std::string& key, const OutputOptions& output) {
   report.Print(Printable(displayName) + '\n');
   return report.Finish();
 }
+
+}  // namespace
+
+extern const Command kNameCommand = {
+    "name",
+    "Tell the display name of a module",
+    "  mmcat name Charmap.3128F3C8:1033\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

@@ -1,10 +1,11 @@
-#include "client/commands/ShowCommand.h"
+#include <CLI/CLI.hpp>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogFacts.h"
 #include "client/catalog/FileNames.h"
 #include "client/catalog/ModuleDescription.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/ModuleText.h"
 #include "common/FolderFiles.h"
@@ -102,11 +103,20 @@ class ModuleWriter {
   ExitCode m_outcome = kSuccess;
 };
 
-}  // namespace
+struct Options {
+  std::vector<std::string> subjects;  ///< files, which may contain wildcards, and keys
+};
 
-ExitCode Show(const std::vector<std::string>& arguments, const OutputOptions& output) {
+void AddArguments(CLI::App& parser, Options& options) {
+  parser
+      .add_option("FILE", options.subjects,
+                  "Module files, or modules of the catalog: ID or ID:LANGUAGE")
+      ->required();
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
   ModuleWriter writer(output);
-  for (const std::string& argument : arguments) {
+  for (const std::string& argument : options.subjects) {
     for (const std::string& subject : ExpandWildcards(argument)) {
       if (IsFile(subject) || LooksLikeFile(subject)) {
         writer.ShowFile(subject);
@@ -117,3 +127,13 @@ ExitCode Show(const std::vector<std::string>& arguments, const OutputOptions& ou
   }
   return writer.Finish();
 }
+
+}  // namespace
+
+extern const Command kShowCommand = {
+    "show",
+    "Show modules: identity, summary, tables",
+    "  mmcat show C:\\Modules\\*.msm\n"
+    "  mmcat show Charmap.3128F3C8:1033       a module of the catalog\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

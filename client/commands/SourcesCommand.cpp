@@ -1,7 +1,6 @@
-#include "client/commands/SourcesCommand.h"
-
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/Report.h"
 #include "client/terminal/TextTable.h"
 
@@ -46,9 +45,7 @@ Json SourcesJson(const std::vector<ListedSource>& sources) {
   return list;
 }
 
-}  // namespace
-
-ExitCode Sources(const OutputOptions& output) {
+ExitCode Run(const OutputOptions& output) {
   std::vector<ListedSource> sources;
   ForEach<IMMSource>(*Catalog().Sources(),
                      [&](IMMSource& source) { sources.push_back(Read(source)); });
@@ -57,3 +54,12 @@ ExitCode Sources(const OutputOptions& output) {
   report.Print(SourcesText(sources));
   return report.Finish();
 }
+
+}  // namespace
+
+extern const Command kSourcesCommand = {
+    "sources",
+    "List the module search folders",
+    "  mmcat sources\n",
+    PrepareCommand<Run>,
+};

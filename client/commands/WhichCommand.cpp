@@ -1,11 +1,11 @@
-#include "client/commands/WhichCommand.h"
-
+#include <CLI/CLI.hpp>
 #include <algorithm>
 #include <map>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogFacts.h"
 #include "client/catalog/IndexFiles.h"
+#include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 #include "merge/FileSearch.h"
 #include "text/Fold.h"
@@ -95,9 +95,16 @@ Json DeliveriesJson(const std::vector<Delivery>& deliveries) {
   return list;
 }
 
-}  // namespace
+struct Options {
+  std::string file;  ///< a name, which may have a path and may contain "*" and "?"
+};
 
-ExitCode Which(const std::string& file, const OutputOptions& output) {
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("FILE", options.file, "File name, in which * and ? stand for any")->required();
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
+  const std::string& file = options.file;
   Report report("which", output);
   const std::string pattern = NameOfFile(file);
   std::vector<Delivery> deliveries = AskIndexes(Catalog(), pattern, report);
@@ -112,3 +119,13 @@ ExitCode Which(const std::string& file, const OutputOptions& output) {
   report.Print(DeliveriesText(deliveries));
   return report.Finish();
 }
+
+}  // namespace
+
+extern const Command kWhichCommand = {
+    "which",
+    "Tell which modules deliver a file",
+    "  mmcat which msgbox.dll\n"
+    "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
+    PrepareCommand<Options, AddArguments, Run>,
+};

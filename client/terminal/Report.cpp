@@ -8,12 +8,12 @@
 #include "client/terminal/TextTable.h"
 
 Report::Report(const std::string& command, const OutputOptions& options)
-    : m_json(options.json),
-      m_colors(!options.json && !options.noColor && EnableColors()),
+    : m_format(options.format),
+      m_colors(!AsJson() && !options.noColor && EnableColors()),
       m_document{{"schema", "mmcat/" + command + "/1"}} {}
 
 void Report::Print(const std::string& text) {
-  if (!m_json) {
+  if (!AsJson()) {
     WriteOutput(m_colors ? text : WithoutMarks(text));
   }
 }
@@ -30,7 +30,7 @@ void Report::AddFailure(const std::string& file, const std::string& part, HRESUL
 
 ExitCode Report::Finish(ExitCode outcome) {
   const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
-  if (m_json) {
+  if (AsJson()) {
     m_document["errors"] = std::move(m_errors);
     WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   }

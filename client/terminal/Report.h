@@ -10,9 +10,11 @@
 /// Members keep the order in which they are added.
 using Json = nlohmann::ordered_json;
 
+enum class OutputFormat { PlainText, JsonDocument };
+
 /// How a run prints its results.
 struct OutputOptions {
-  bool json = false;
+  OutputFormat format = OutputFormat::PlainText;
   bool noColor = false;  ///< no colours on a terminal either
 };
 
@@ -24,7 +26,7 @@ class Report {
   /// version of what it prints.
   Report(const std::string& command, const OutputOptions& options);
 
-  bool AsJson() const { return m_json; }
+  bool AsJson() const { return m_format == OutputFormat::JsonDocument; }
 
   /// What the document holds, beside the errors.
   Json& Document() { return m_document; }
@@ -42,7 +44,7 @@ class Report {
   ExitCode Finish(ExitCode outcome = kSuccess);
 
  private:
-  bool m_json;
+  OutputFormat m_format;
   bool m_colors;
   Json m_document;
   Json m_errors = Json::array();
