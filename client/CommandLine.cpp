@@ -16,23 +16,23 @@ namespace {
 
 constexpr char kExamples[] =
     "  mmcat check --folder C:\\Modules        what is wrong in a folder of modules\n"
-    "  mmcat which msgbox.dll                 which module delivers a file\n"
-    "  mmcat deps Charmap.3128F3C8:1033       what a module needs, in the order of merging\n"
+    "  mmcat which msgbox.dll                 which modules deliver a file\n"
+    "  mmcat deps Charmap.3128F3C8:1033       what a module needs, in merge order\n"
     "  mmcat show C:\\Modules\\Charmap.msm      everything about a module\n"
-    "  mmcat list --json                      for another program\n";
+    "  mmcat list --json                      output for other programs\n";
 
-/// Parses the options that all commands share, and those of the one command that is given.
+/// Parses the shared options and those of the command that was given.
 class Parser {
  public:
-  Parser() : m_app("Shows the catalog of merge modules (.msm)", "mmcat") {
+  Parser() : m_app("Lists, searches and checks the merge modules (.msm) of a catalog", "mmcat") {
     m_app.formatter(std::make_shared<HelpFormatter>(kExamples));
-    // "/home/x.msm" is a path where paths look so, never an option.
+    // Never take a path such as "/home/x.msm" for an option.
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
     m_app.set_version_flag("--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
-        "Exit codes: 0 success, 1 findings of deps or check, 2 wrong usage, 3 nothing matched,\n"
-        "4 some module could not be read, 5 the server failed, 6 the output cannot be written.");
+        "Exit codes: 0 success, 1 findings (deps, check), 2 wrong usage, 3 nothing matched,\n"
+        "4 a module could not be read, 5 the server failed, 6 the output could not be written.");
     for (const Command* command : Commands()) {
       Add(*command);
     }
@@ -73,8 +73,8 @@ class Parser {
     }
     const std::vector<std::string> nearest = NearestNames(argument, names);
     PrintRemark(
-        argument + ": there is no such command" +
-        (nearest.empty() ? "; --help lists them" : "; did you mean " + JoinTexts(nearest, " or ")));
+        argument + ": unknown command" +
+        (nearest.empty() ? "; see mmcat --help" : "; did you mean " + JoinTexts(nearest, " or ")));
     return true;
   }
 
@@ -93,22 +93,22 @@ class Parser {
       }
     };
     parser.add_flag("--json", chooseJson, "Print one JSON document");
-    parser.add_flag("--no-color", m_output.noColor, "No colours, as with NO_COLOR");
+    parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
   }
 
   void AddCatalogOptions(CLI::App& parser) {
     const auto add = [&parser](const char* option, auto& value, const char* help) {
       return parser.add_option(option, value, help)->type_name("DIR")->group("Where to look");
     };
-    add("--folder", m_settings.folders, "Module search folder; may be given several times")
+    add("--folder", m_settings.folders, "Module search folder; can be repeated")
         ->allow_extra_args(false)
         ->check(CLI::Validator(WhyNoSearchFolder, ""));
     add("--gallery", m_settings.galleryRoot, "Root of the object gallery");
     add("--index", m_settings.indexFolder, "Folder of the index tables");
-    add("--data", m_settings.dataFolder, "Folder that holds Repositories\\Repositories.xml");
+    add("--data", m_settings.dataFolder, "Folder that contains Repositories\\Repositories.xml");
     parser.footer(
-        "Without these options the catalog is that of this machine; with one of them it is\n"
-        "nothing but what they say.");
+        "By default the catalog is that of this machine. Any of these options replaces it\n"
+        "entirely.");
   }
 
   CLI::App m_app;

@@ -6,7 +6,7 @@
 /// Help that begins with examples.
 class HelpFormatter : public CLI::Formatter {
  public:
-  /// `examples` is lines, indented by two blanks, each with its line break.
+  /// `examples` are lines, each indented by two blanks and ended by a line break.
   explicit HelpFormatter(std::string examples) : m_examples(std::move(examples)) {}
 
   std::string make_description(const CLI::App* app) const override;

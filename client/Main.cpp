@@ -10,7 +10,7 @@
 
 using qm::text::ToUtf8;
 
-// The C library does not expand wildcards in arguments: of some they are a part.
+// Keep the C library from expanding wildcards: in some arguments they are patterns.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 
@@ -30,7 +30,7 @@ ExitCode Run(const std::function<ExitCode()>& command) {
     return command();
   } catch (const ServerFailure& failure) {
     PrintRemark("the server failed: " + HResultText(failure.Result()) + ' ' + failure.what());
-  } catch (const std::exception& failure) {  // out of memory, for one
+  } catch (const std::exception& failure) {  // such as out of memory
     PrintRemark(failure.what());
   }
   return kServerFailed;
@@ -40,7 +40,7 @@ ExitCode Run(const CommandLine& commandLine) {
   const ExitCode* const done = std::get_if<ExitCode>(&commandLine);
   const ExitCode exitCode = done ? *done : Run(std::get<std::function<ExitCode()>>(commandLine));
   if (!FlushOutput()) {
-    PrintRemark("the output cannot be written");
+    PrintRemark("the output could not be written");
     return kOutputFailed;
   }
   return exitCode;

@@ -9,8 +9,8 @@ using qm::text::ToWide;
 
 namespace {
 
-/// The kind of a project that builds an installer database, as all do but the script-based 9
-/// and 10.
+/// A kind of project that builds an installer database. All kinds do except 9 and 10, which build
+/// scripts.
 constexpr long kInstallerProject = 1;
 
 }  // namespace

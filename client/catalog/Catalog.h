@@ -6,28 +6,30 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
-/// The server's catalog of merge modules. Texts are UTF-8. Every operation throws ServerFailure
-/// when its call fails.
+/// The server's catalog of merge modules. Texts are UTF-8. Every member throws ServerFailure if a
+/// call of the server fails.
 class Catalog {
  public:
-  /// The catalog that the server's manager hands out for projects that use merge modules.
+  /// Gets the catalog that the server's manager keeps for projects that use merge modules.
   Catalog();
 
-  /// All modules, in the order of the catalog.
+  /// All modules, in catalog order.
   CComPtr<IMergeModules> Modules() const;
 
-  /// The keys of all modules, in the order of the catalog.
+  /// The keys of all modules, in catalog order.
   std::vector<std::string> Keys() const;
 
-  /// The modules of a key, "ID" or "ID:language"; of one version, unless that is empty.
+  /// The modules with a key, "ID" or "ID:language". An empty version matches all versions.
   CComPtr<IMergeModules> Find(const std::string& key, const std::string& version) const;
 
+  /// The module search folders.
   CComPtr<IMMSources> Sources() const;
 
-  /// Key of the module that delivers a file; empty when none does.
+  /// The key of the module that delivers a file according to the index tables; empty if they do not
+  /// list the file.
   std::string ModuleForFile(const std::string& fileName) const;
 
-  /// Display name of a module key; the key itself when it has none.
+  /// The display name of a module key according to the index tables, else the key itself.
   std::string DisplayName(const std::string& key) const;
 
  private:

@@ -9,7 +9,7 @@
 
 namespace {
 
-/// The language of an exclusion is a text, which has the number of a null cell as well.
+/// An exclusion has its language as text, a null cell as the text of kNullInteger.
 std::optional<long> LanguageOf(IMMExclusion& exclusion) {
   const long language =
       std::strtol(Text(exclusion, &IMMExclusion::get_Language).c_str(), nullptr, 10);
@@ -37,7 +37,7 @@ std::vector<Exclusion> ReadExclusions(IMergeModule& module) {
   return exclusions;
 }
 
-/// Adds what the tables of the module at the end of the lists say.
+/// Reads the wanted tables of a module into the last elements of the lists.
 void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
   if (facts & kRequirements) {
     catalog.merge.back().requirements = ReadRequirements(module);

@@ -14,7 +14,8 @@ using qm::text::ToWide;
 
 namespace {
 
-/// The application services take these variables before their settings file.
+/// Sets a variable of the environment. To the application services, it takes precedence over their
+/// settings file.
 void SetVariable(const wchar_t* name, const CWideString& value) {
   Check(::SetEnvironmentVariableW(name, value.c_str()) ? S_OK
                                                        : HRESULT_FROM_WIN32(::GetLastError()));
@@ -27,7 +28,8 @@ std::string SystemSentence(DWORD code) {
   return sentence.substr(0, sentence.find_last_not_of(" \r\n") + 1);
 }
 
-/// The full path of a folder that a setting names; empty when it names none.
+/// The full path of the folder in a setting; empty if the setting is missing or empty. Prints a
+/// remark if the folder cannot be listed.
 CWideString FullFolder(const std::optional<std::string>& folder) {
   if (!folder || folder->empty()) {
     return {};
@@ -36,9 +38,9 @@ CWideString FullFolder(const std::optional<std::string>& folder) {
   const DWORD code = TryToList(path);
   const FolderListing listing = ListingThatEndedWith(code);
   if (listing == FolderListing::Missing) {
-    PrintRemark(ToUtf8(path) + ": there is no such folder");
+    PrintRemark(ToUtf8(path) + ": folder not found");
   } else if (listing == FolderListing::Unavailable) {
-    PrintRemark(ToUtf8(path) + ": the folder cannot be listed: " + SystemSentence(code));
+    PrintRemark(ToUtf8(path) + ": cannot list the folder: " + SystemSentence(code));
   }
   return path;
 }
@@ -47,12 +49,12 @@ CWideString FullFolder(const std::optional<std::string>& folder) {
 
 std::string WhyNoSearchFolder(const std::string& folder) {
   if (folder.empty()) {
-    return "a search folder has a name";  // an empty one is a variable of the shell that is not set
+    return "the folder is empty";  // probably an unset shell variable
   }
   const std::string path = ToUtf8(FullPath(ToWide(folder)));
   return path.find_first_of(",%") == std::string::npos
              ? ""
-             : path + ": a search path cannot name a folder with a comma or a percent sign";
+             : path + ": a search folder must not contain a comma or a percent sign";
 }
 
 void Apply(const CatalogSettings& settings) {

@@ -4,20 +4,19 @@
 #include <string>
 #include <vector>
 
-/// Where the catalog looks, in place of what the machine's application services say. UTF-8 paths;
-/// an empty one stands for no folder.
+/// Where the catalog looks, in place of the settings of this machine. Paths are UTF-8; an empty
+/// path means no folder.
 struct CatalogSettings {
-  std::vector<std::string> folders;  ///< module search folders, in the order of the search
+  std::vector<std::string> folders;  ///< module search folders, in search order
   std::optional<std::string> galleryRoot;
   std::optional<std::string> indexFolder;
-  std::optional<std::string> dataFolder;  ///< holds Repositories\Repositories.xml
+  std::optional<std::string> dataFolder;  ///< contains Repositories\Repositories.xml
 };
 
-/// Why a folder cannot be one of a module search path; empty when it can.
+/// Returns why a folder cannot be part of a module search path, or an empty text if it can.
 std::string WhyNoSearchFolder(const std::string& folder);
 
-/// Gives the settings to the application services of this process, unless they are all left out; as
-/// soon as one is given, those that are not are set to nothing. To be called before a catalog is
-/// made. A folder that does not exist, or that cannot be listed,
-/// is remarked on stderr.
+/// Applies the settings to the application services of this process. If any setting is given, the
+/// others are cleared; if none is, nothing changes. Call this before creating a Catalog. Prints a
+/// remark for each folder that does not exist or cannot be listed. Throws ServerFailure.
 void Apply(const CatalogSettings& settings);

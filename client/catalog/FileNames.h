@@ -5,6 +5,6 @@
 
 #include "common/WideString.h"
 
-/// The names of the files, not folders, that a path with wildcards in its last part stands for, in
-/// their order without regard to case; none when the folder cannot be read. Short names match too.
+/// The names of the files, but not folders, that match a path with wildcards in its last part,
+/// sorted ignoring case. Short names match too. Returns nothing if the folder cannot be read.
 std::vector<std::wstring> FileNames(const CWideString& pattern);

@@ -20,7 +20,7 @@ namespace {
 
 constexpr std::wstring_view kExtension = L".ini";
 
-/// The value of a line; of several with one name, of the first.
+/// The value of the first line with a name; empty if there is none.
 std::string Value(const std::vector<IniLine>& lines, const char* name) {
   const std::string folded = FoldCase(name);
   const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
@@ -52,7 +52,7 @@ std::vector<GalleryFile> ReadGalleryFiles() {
   std::vector<GalleryFile> files;
   for (const std::wstring& name : FileNames(JoinPath(folder, L"*.ini"))) {
     if (!HasExtension(name, kExtension)) {
-      continue;  // its short name has it
+      continue;  // only the short name has the extension
     }
     GalleryFile file;
     file.path = ToUtf8(JoinPath(folder, name));

@@ -5,11 +5,11 @@
 #include "client/terminal/Report.h"
 #include "merge/Findings.h"
 
-/// The index of display names; the two others are of files.
+/// The index of display names. The other two are indexes of files.
 inline constexpr char kModuleIndex[] = "modules.ini";
 
-/// The entries of the three index files that name a module, in the order of the files; those of a
-/// file that is missing are none. No interface of the catalog enumerates them, so this asks the
-/// components that it asks itself. A file that cannot be read goes to the report. Throws
-/// ServerFailure when a component cannot be used.
+/// Reads the entries of the three index files that name a module, in file order. A missing file has
+/// no entries; one that cannot be read is added to the report. No interface of the catalog
+/// enumerates the entries, so this calls the sibling components that the catalog reads them with.
+/// Throws ServerFailure if the application services fail.
 std::vector<IndexEntry> ReadIndexEntries(Report& report);

@@ -9,6 +9,6 @@ struct IniLine {
   std::string value;
 };
 
-/// The lines of a section of an INI file, read by the reader component; none when there is no such
-/// section. Throws ServerFailure when the component or the file cannot be read.
+/// Reads the lines of a section of an INI file with the INI reader component. Returns nothing if
+/// there is no such section. Throws ServerFailure if the component or the file cannot be read.
 std::vector<IniLine> ReadIniSection(const std::string& path, const wchar_t* section);

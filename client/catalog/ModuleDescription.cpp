@@ -48,8 +48,8 @@ DownloadFileDescription DescribeItem(IMMGalleryDownloadFileCaskel& file) {
           Text(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
 }
 
-/// Fills `items` from a collection of the module; a failure is noted under `part` and leaves it
-/// empty.
+/// Fills `items` from a collection of the module. A failure leaves it empty and is added to
+/// `failures` under `part`.
 template <class Item, class Module, class Collection, class Value>
 void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*property)(Collection**),
                         const char* part, std::vector<Value>& items,
@@ -63,7 +63,8 @@ void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*prop
   }
 }
 
-/// Where the files go. No interface tells, so this asks the module's file itself.
+/// Fills in where the files are installed. No interface returns that, so this reads the module
+/// file.
 void ResolveTargetPaths(ModuleDescription& module) {
   msidb::TargetDirectories directories;
   for (const FileDescription& file : module.files) {

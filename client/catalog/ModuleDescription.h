@@ -7,13 +7,13 @@
 #include "client/catalog/ServerFailure.h"
 #include "idl/qmmmupdater.h"
 
-// What the client shows of a module: plain values in UTF-8. A number that the module's table leaves
-// null has no value.
+// What the client shows of a module. Texts are UTF-8. A number that is null in the module's table
+// has no value.
 
 struct FileDescription {
   std::string key;
-  std::string directory;   ///< key of the module's Directory table
-  std::string targetPath;  ///< where that directory lies, "[ProgramFilesFolder]My Company\\bin"
+  std::string directory;   ///< key in the Directory table
+  std::string targetPath;  ///< of that directory, such as "[ProgramFilesFolder]My Company\\bin"
   std::string fileName;
   std::optional<long> size;
   std::string version;
@@ -44,7 +44,7 @@ struct DownloadFileDescription {
   std::string checkSum;
 };
 
-/// What the object gallery says about the module.
+/// What the object gallery knows about a module.
 struct GalleryDescription {
   bool present = true;
   bool needsDownload = false;
@@ -75,14 +75,14 @@ struct ModuleDescription {
   std::vector<std::string> customActions;
   std::vector<std::string> dialogs;
   GalleryDescription gallery;
-  /// What could not be read: collections, which are empty above, or target paths.
+  /// The parts that could not be read: collections, which are then empty, and target paths.
   std::vector<PartFailure> failures;
 };
 
-/// What the gallery says about a module; what cannot be read is added to the failures.
+/// Reads what the gallery knows about a module. What cannot be read is added to `failures`.
 GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailure>& failures);
 
-/// Identity, summary and tables of an open module, with the target paths of its files. Throws
-/// ServerFailure when a property fails; a collection or target path that fails is left out and
-/// listed among the failures.
+/// Reads the identity, summary and tables of an open module, and resolves the target paths of its
+/// files. Throws ServerFailure if a property fails. A collection or target path that fails is left
+/// out and added to `failures`.
 ModuleDescription Describe(IMergeModule2& module);

@@ -22,7 +22,8 @@ ListedModule ReadModule(IMergeModule& module) {
 
 namespace {
 
-/// The name of a file in the folder that the list shows it under; the path of any other.
+/// The name of a file below the folder heading that it is listed under; the path of a gallery
+/// module.
 std::string FileInFolder(const ListedModule& module) {
   const size_t slash = module.path.find_last_of('\\');
   return module.fromGallery || slash == std::string::npos ? module.path
@@ -38,7 +39,8 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
     list.push_back(ReadModule(module));
     const ListedModule& listed = list.back();
     if (listed.moduleId.empty() || listed.packageCode.empty()) {
-      // No module, or one without either. Its tables tell, and are read for no other module.
+      // Either an unreadable file or a module that lacks them. Only a table tells which, and
+      // reading tables costs too much to do it for every module.
       CComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());
       if (FAILED(hr)) {

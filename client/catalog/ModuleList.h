@@ -7,7 +7,7 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
-/// A module as the catalog lists it: plain values in UTF-8.
+/// A module as the catalog lists it. Texts are UTF-8.
 struct ListedModule {
   std::string key;
   std::string moduleId;
@@ -16,20 +16,20 @@ struct ListedModule {
   std::string displayName;
   std::string packageCode;
   bool fromGallery = false;
-  std::string origin;  ///< the search folder; empty for a module of the gallery
+  std::string origin;  ///< the search folder; empty for a gallery module
   std::string path;
-  CComPtr<IMergeModuleTavik> object;  ///< for further questions
+  CComPtr<IMergeModuleTavik> object;  ///< for further queries
 };
 
-/// What a module object tells without its tables. Throws ServerFailure.
+/// Reads the properties of a module that need none of its tables. Throws ServerFailure.
 ListedModule ReadModule(IMergeModule& module);
 
-/// The modules of a collection, in its order. What a module cannot say goes to the report: a file
-/// that the catalog could not read is listed, and its failure reported.
+/// Reads the modules of a collection, in its order. A file that the catalog could not read is
+/// listed too, and its failure added to the report. Throws ServerFailure.
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report);
 
-/// The modules for people, under a line for each folder that they come from.
+/// The modules as a text table, below a line for each folder that they come from.
 std::string ModuleListText(const std::vector<ListedModule>& modules);
 
-/// The modules for machines: an array.
+/// The modules as a JSON array.
 Json ModuleListJson(const std::vector<ListedModule>& modules);

@@ -9,8 +9,8 @@
 #include "common/NullInteger.h"
 #include "text/Utf.h"
 
-// Properties of automation objects as plain values. Each throws ServerFailure when the property
-// fails.
+// Properties of automation objects as plain values, and calls of their methods. Everything here
+// throws ServerFailure if a call fails.
 
 template <class Interface>
 std::string Text(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
@@ -26,7 +26,7 @@ long Number(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(
   return value;
 }
 
-/// A number of a module's table; none for a null cell.
+/// A number from a module's table; no value for a null cell.
 template <class Interface>
 std::optional<long> Cell(Interface& object,
                          HRESULT (STDMETHODCALLTYPE Interface::*property)(long*)) {
@@ -48,7 +48,7 @@ CComPtr<Object> Get(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*pr
   return value;
 }
 
-/// Calls `use` with each element of a collection of `Item`.
+/// Calls `use` with each element of a collection, as an `Item&`.
 template <class Item, class Collection, class Use>
 void ForEach(Collection& collection, Use use) {
   const long count = Number(collection, &Collection::get_Count);
@@ -61,7 +61,8 @@ void ForEach(Collection& collection, Use use) {
   }
 }
 
-/// A new object of a class; a failure begins with what the object is.
+/// Creates an object. The text of a failure begins with `what`, such as the name of the class's
+/// DLL.
 template <class Interface>
 CComPtr<Interface> Create(REFCLSID clsid, const char* what) {
   CComPtr<Interface> object;
@@ -73,7 +74,7 @@ CComPtr<Interface> Create(REFCLSID clsid, const char* what) {
   return object;
 }
 
-/// A text argument of a call. Throws ServerFailure when memory is short.
+/// A text argument of a call. Throws ServerFailure if memory runs out.
 inline CUniqueBstr Argument(std::wstring_view text) {
   CUniqueBstr value(AllocBstr(text));
   Check(value ? S_OK : E_OUTOFMEMORY);

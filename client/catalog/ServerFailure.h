@@ -5,14 +5,14 @@
 #include <stdexcept>
 #include <string>
 
-/// A call of the server that failed: its HRESULT and, in what(), the description that it left
-/// (UTF-8, on one line), else the system's text.
+/// A failed call of the server: its HRESULT and, in what(), the description from its error object
+/// or else the system's text for the HRESULT, as UTF-8 on one line.
 class ServerFailure : public std::runtime_error {
  public:
   ServerFailure(HRESULT hr, const std::string& description)
       : std::runtime_error(description), m_hr(hr) {}
 
-  /// The failure of the call that just answered `hr`, with the thread's error object.
+  /// Makes a failure of the call that just returned `hr`. Takes the thread's error object.
   static ServerFailure Capture(HRESULT hr);
 
   HRESULT Result() const noexcept { return m_hr; }
@@ -21,12 +21,12 @@ class ServerFailure : public std::runtime_error {
   HRESULT m_hr;
 };
 
-/// Throws ServerFailure when the call that answered `hr` failed.
+/// Throws ServerFailure if the call that just returned `hr` failed.
 inline void Check(HRESULT hr) {
   if (FAILED(hr)) {
     throw ServerFailure::Capture(hr);
   }
 }
 
-/// UTF-8 text with a blank for every line break.
+/// UTF-8 text with each run of line breaks replaced by a blank.
 std::string OnOneLine(const std::string& text);

@@ -20,8 +20,8 @@ using qm::text::ToWide;
 
 namespace {
 
-/// Target paths of directories; a module's directories are asked for together at its first
-/// question.
+/// Target paths of directories. All directories of a module are resolved together when the first of
+/// them is asked for.
 class TargetPaths {
  public:
   TargetPaths(const CatalogFacts& catalog, Report& report) : m_catalog(catalog), m_report(report) {}
@@ -35,7 +35,7 @@ class TargetPaths {
   }
 
  private:
-  /// The path with its root, which tells folders of one name apart.
+  /// The path with its root, which distinguishes folders of the same name.
   static std::string FolderText(const msidb::TargetDirectory& directory) {
     const std::string path = ToUtf8(directory.path);
     const bool namesRoot = !path.empty() && path.front() == '[';
@@ -61,8 +61,8 @@ class TargetPaths {
   std::map<size_t, msidb::TargetDirectories> m_directories;
 };
 
-/// Asks the modules that the gallery describes whether something has to be downloaded. Others need
-/// no download, and are not asked.
+/// Notes which modules need a download. Only modules that the gallery describes are asked: no other
+/// module can need one.
 void ReadDownloads(CatalogFacts& catalog, Report& report) {
   std::set<std::string> described;
   for (const GalleryFile& file : ReadGalleryFiles()) {
@@ -90,8 +90,8 @@ std::vector<size_t> AllPositions(size_t count) {
   return positions;
 }
 
-/// The modules of the keys and everything that they need; none, with a remark, when a key has no
-/// module.
+/// The modules of the keys and everything they need. If a key matches no module, prints a remark
+/// and returns nothing.
 std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogFacts& catalog,
                             const MergeSet& set) {
   std::vector<size_t> wanted;
@@ -119,7 +119,7 @@ std::string FindingsText(const std::vector<Finding>& findings, size_t modules) {
   for (const Finding& finding : findings) {
     text += Highlighted(finding.code) + ": " + Printable(finding.text) + '\n';
   }
-  return text + (findings.empty() ? "Nothing found" : Count(findings.size(), "finding")) + " in " +
+  return text + (findings.empty() ? "No findings" : Count(findings.size(), "finding")) + " in " +
          Count(modules, "module") + '\n';
 }
 
@@ -132,12 +132,11 @@ Json FindingsJson(const std::vector<Finding>& findings) {
 }
 
 struct Options {
-  std::vector<std::string> keys;  ///< of the modules to merge; empty for the whole catalog
+  std::vector<std::string> keys;  ///< empty for the whole catalog
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("KEY", options.keys,
-                    "Modules that are to be merged, ID or ID:LANGUAGE; all when there are none");
+  parser.add_option("KEY", options.keys, "Modules to merge, ID or ID:LANGUAGE (default: all)");
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -171,8 +170,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kCheckCommand = {
     "check",
-    "Tell what is wrong in the catalog, or in a set of modules",
+    "Report what is wrong in the catalog or in a set of modules",
     "  mmcat check --folder C:\\Modules\n"
-    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    only what these two need\n",
+    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    these two and what they need\n",
     PrepareCommand<Options, AddArguments, Run>,
 };

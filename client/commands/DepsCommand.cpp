@@ -7,7 +7,7 @@
 
 namespace {
 
-/// What has been read, for all views.
+/// What was asked for and what was read, shared by all views.
 struct Question {
   const std::vector<ListedModule>& modules;
   const MergeSet& set;
@@ -38,7 +38,7 @@ std::string CycleText(const Question& question, const std::vector<size_t>& cycle
 }
 
 std::string OrderText(const Question& question, const MergePlan& plan) {
-  TextTable order({"", "Module", "Version", "Needed by", "Chosen because it is", "Path"});
+  TextTable order({"", "Module", "Version", "Needed by", "Reason", "Path"});
   int number = 0;
   for (const PlannedModule& planned : plan.modules) {
     const ListedModule& module = question.modules[planned.module];
@@ -48,7 +48,7 @@ std::string OrderText(const Question& question, const MergePlan& plan) {
   }
   std::string text = order.ToString("");
   if (!plan.missing.empty()) {
-    TextTable missing({"Missing", "Needed by", "Because"});
+    TextTable missing({"Missing", "Needed by", "Reason"});
     for (const MissingModule& one : plan.missing) {
       missing.Add(
           {RequirementText(one.requirement), question.modules[one.neededBy].key, one.reason});
@@ -56,7 +56,7 @@ std::string OrderText(const Question& question, const MergePlan& plan) {
     text += '\n' + missing.ToString("");
   }
   if (!plan.cycles.empty()) {
-    text += "\nModules that need one another\n";
+    text += "\nDependency cycles\n";
     for (const std::vector<size_t>& cycle : plan.cycles) {
       text += "  " + Printable(CycleText(question, cycle)) + '\n';
     }
@@ -95,7 +95,8 @@ void AddOrderJson(const Question& question, const MergePlan& plan, Json& documen
 
 // ---- Tree
 
-/// Writes modules above what they need, with a stack of its own: a chain may have any length.
+/// Writes each module above what it needs. Keeps a stack of its own, since a chain of dependencies
+/// can have any length.
 class TreeWriter {
  public:
   explicit TreeWriter(const Question& question) : m_question(question) {}
@@ -176,7 +177,7 @@ std::string ReverseText(const Question& question, const std::vector<ReverseView>
   for (const ReverseView& view : views) {
     const ListedModule& needed = question.modules[view.needed];
     if (view.users.empty()) {
-      text += "No module needs " + Printable(needed.key) + " of version " +
+      text += "No module needs " + Printable(needed.key) + ", version " +
               Printable(needed.version) + '\n';
       continue;
     }
@@ -213,9 +214,9 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
 // ---- Command
 
 enum class DepsView {
-  Order,    ///< everything that has to be merged, in the order of merging
+  Order,    ///< everything to merge, in merge order
   Tree,     ///< each module above what it needs
-  Reverse,  ///< the modules that need this one instead
+  Reverse,  ///< the modules that need this one
 };
 
 struct Options {
@@ -233,8 +234,8 @@ void AddArguments(CLI::App& parser, Options& options) {
     };
     return parser.add_flag(name, choose, help);
   };
-  addView("--tree", DepsView::Tree, "Each module above what it needs");
-  addView("--reverse", DepsView::Reverse, "The modules that need this one instead")
+  addView("--tree", DepsView::Tree, "Print a tree, each module above what it needs");
+  addView("--reverse", DepsView::Reverse, "List the modules that need this one instead")
       ->excludes("--tree");
 }
 
@@ -269,8 +270,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kDepsCommand = {
     "deps",
-    "Tell what a module needs, in the order of merging",
-    "  mmcat deps Charmap.3128F3C8            everything to merge, in its order\n"
+    "List what a module needs, in merge order",
+    "  mmcat deps Charmap.3128F3C8            everything to merge, in this order\n"
     "  mmcat deps Charmap.3128F3C8 --tree\n"
     "  mmcat deps Charmap.3128F3C8 --reverse  what breaks without it\n",
     PrepareCommand<Options, AddArguments, Run>,

@@ -8,9 +8,9 @@
 namespace {
 
 struct ListedExclusion {
-  size_t module;  ///< the position of the module that excludes
+  size_t module;  ///< position of the excluding module
   Exclusion exclusion;
-  std::vector<size_t> hits;
+  std::vector<size_t> hits;  ///< positions of the excluded modules
 };
 
 std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
@@ -32,7 +32,7 @@ std::string ExclusionsText(const CatalogFacts& catalog, const std::vector<Listed
   if (list.empty()) {
     return "No exclusions\n";
   }
-  TextTable table({"Module", "Excludes", "Language", "From version", "To version", "Hits"});
+  TextTable table({"Module", "Excludes", "Language", "From version", "To version", "Affects"});
   for (const auto& [module, exclusion, hits] : list) {
     std::string hit;
     for (const size_t position : hits) {
@@ -82,7 +82,7 @@ ExitCode Run(const OutputOptions& output) {
 
 extern const Command kExclusionsCommand = {
     "exclusions",
-    "List what the modules exclude, and which modules that hits",
+    "List what the modules exclude, and which modules this affects",
     "  mmcat exclusions --folder C:\\Modules\n",
     PrepareCommand<Run>,
 };

@@ -35,11 +35,12 @@ Json FilesJson(const CatalogFacts& catalog, const std::vector<FoundFile>& files)
 }
 
 struct Options {
-  std::string pattern;  ///< may contain "*" and "?"; empty for all files
+  std::string pattern;  ///< possibly with wildcards; empty for all files
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("PATTERN", options.pattern, "Only files of such names: * and ? stand for any");
+  parser.add_option("PATTERN", options.pattern,
+                    "Only files whose names match; * and ? are wildcards");
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -49,7 +50,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<FoundFile> files = FindFiles(catalog.details, pattern.empty() ? "*" : pattern);
   const bool nothingMatched = files.empty() && !pattern.empty();
   if (nothingMatched) {
-    PrintRemark(pattern + ": no module has a file of such a name");
+    PrintRemark(pattern + ": no module has a matching file");
   }
   if (report.AsJson()) {
     report.Document()["files"] = FilesJson(catalog, files);

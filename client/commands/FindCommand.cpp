@@ -28,7 +28,7 @@ void RemarkNotFound(const Catalog& catalog, const Options& options) {
   if (versions.empty()) {
     RemarkUnknownKey(catalog.Keys(), options.key);
   } else {
-    PrintRemark(options.key + ": the catalog has no version " + options.version + " of it, but " +
+    PrintRemark(options.key + ": the catalog has no version " + options.version + ", only " +
                 versions);
   }
 }
@@ -53,7 +53,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kFindCommand = {
     "find",
-    "List the modules of an ID",
+    "List the modules with an ID",
     "  mmcat find Charmap.3128F3C8            in every language\n"
     "  mmcat find Charmap.3128F3C8:1031 --version 2.4.1.0\n",
     PrepareCommand<Options, AddArguments, Run>,

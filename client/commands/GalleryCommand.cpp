@@ -13,18 +13,18 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// A description file with the catalog's module of it.
+/// A description file and the module that the catalog made from it.
 struct GalleryEntry {
   GalleryFile file;
   const char* state = "";
-  std::string note;          ///< why the catalog has no module of it
-  std::string supersededBy;  ///< path of the catalog's module, or its package code
+  std::string note;          ///< why the catalog has no module for it
+  std::string supersededBy;  ///< path, or else package code, of the module in its place
   std::string localVersion;
   GalleryDescription gallery;
 };
 
-/// The modules of the catalog by package code and by key, each in any letter case; of several the
-/// first.
+/// The modules of the catalog by package code and by key, ignoring case. Of modules that share a
+/// package code or key, only the first is found.
 class CatalogModules {
  public:
   CatalogModules() {
@@ -40,7 +40,7 @@ class CatalogModules {
   CComPtr<IMergeModule> OfKey(const std::string& key) const { return Find(m_byKey, key); }
 
  private:
-  using Index = std::map<std::string, CComPtr<IMergeModule>>;  // by folded text
+  using Index = std::map<std::string, CComPtr<IMergeModule>>;  // by case-folded text
 
   static CComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
     const auto found = index.find(FoldCase(text));
@@ -58,7 +58,7 @@ const char* StateOf(const GalleryDescription& gallery) noexcept {
   return gallery.needsDownload ? "to be downloaded" : "missing";
 }
 
-/// What the catalog's module of the description says.
+/// Fills the entry from the module that the catalog made from the description.
 void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
   CComPtr<IMergeModuleTavik> newestModule;
   Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
@@ -88,7 +88,7 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
   }
   entry.state = "not listed";
   if (entry.file.moduleId.empty()) {
-    entry.note = "it names no module";
+    entry.note = "names no module";
   } else if (const CComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
     entry.supersededBy = Text(*other, &IMergeModule::get_Path);
     if (entry.supersededBy.empty()) {  // another description
@@ -103,7 +103,7 @@ std::string GalleryText(const std::vector<GalleryEntry>& entries) {
   if (entries.empty()) {
     return "No gallery descriptions\n";
   }
-  TextTable table({"State", "Module", "Version", "Here", "Package code", "Local path"});
+  TextTable table({"State", "Module", "Version", "Local version", "Package code", "Local path"});
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
@@ -159,7 +159,7 @@ ExitCode Run(const OutputOptions& output) {
 
 extern const Command kGalleryCommand = {
     "gallery",
-    "List the descriptions of the object gallery",
+    "List the descriptions in the object gallery",
     "  mmcat gallery --gallery D:\\Gallery --folder C:\\Modules\n",
     PrepareCommand<Run>,
 };

@@ -19,7 +19,7 @@ ExitCode Run(const OutputOptions& output) {
 
 extern const Command kListCommand = {
     "list",
-    "List all modules of the catalog",
+    "List all modules in the catalog",
     "  mmcat list\n"
     "  mmcat list --folder C:\\Modules --folder D:\\More\n",
     PrepareCommand<Run>,

@@ -5,9 +5,9 @@
 #include "client/catalog/ModuleDescription.h"
 #include "client/terminal/Report.h"
 
-/// A module for machines: every value, empty ones too; null for a number that the module leaves
-/// out.
+/// A module as JSON, with all members even if they are empty. A number that the module leaves out
+/// is null.
 Json ModuleJson(const ModuleDescription& module);
 
-/// The download files of a module, likewise.
+/// The download files of a module as a JSON array.
 Json DownloadFilesJson(const std::vector<DownloadFileDescription>& files);

@@ -4,6 +4,6 @@
 
 #include "client/catalog/ModuleDescription.h"
 
-/// A module for people: its key, identity and summary, then one table per collection that has
-/// items.
+/// A module as text: its key, identity and summary, then a table for each collection that is not
+/// empty. Marked for colours (Style.h).
 std::string ModuleText(const ModuleDescription& module);

@@ -8,8 +8,8 @@
 
 namespace {
 
-/// The name of a key in the index of module names; of a module that it does not have, the name that
-/// the module itself gives. Empty when there is no such module either.
+/// The display name from the index of module names, else from the first module with this key; empty
+/// if there is neither.
 std::string FindName(const Catalog& catalog, const std::string& key) {
   std::string indexed = catalog.DisplayName(key);
   if (indexed != key) {
@@ -53,7 +53,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kNameCommand = {
     "name",
-    "Tell the display name of a module",
+    "Print the display name of a module",
     "  mmcat name Charmap.3128F3C8:1033\n",
     PrepareCommand<Options, AddArguments, Run>,
 };

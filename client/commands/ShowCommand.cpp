@@ -24,15 +24,15 @@ bool IsFile(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-/// Whether an argument that is no file is meant as one: a file that is missing is reported better
-/// than a key that is unknown.
+/// Whether an argument that is not an existing file is meant as one. For a missing file the
+/// system's error explains more than "unknown key".
 bool LooksLikeFile(const std::string& argument) {
   return argument.find_first_of("\\/") != std::string::npos ||
          HasExtension(ToWide(argument), L".msm");
 }
 
-/// The files that a path with wildcards in its last part stands for; the path itself when there are
-/// none. Windows leaves this to programs.
+/// The files that match a path with wildcards in its last part, or the path itself if none match.
+/// Windows leaves this expansion to programs.
 std::vector<std::string> ExpandWildcards(const std::string& path) {
   if (!HasWildcard(path)) {
     return {path};
@@ -87,7 +87,7 @@ class ModuleWriter {
     if (m_report.AsJson()) {
       m_modules.push_back(ModuleJson(description));
     } else {
-      // A blank line between modules.
+      // Separate modules by a blank line.
       m_report.Print((m_isFirst ? "" : "\n") + ModuleText(description));
       m_isFirst = false;
     }
@@ -104,13 +104,13 @@ class ModuleWriter {
 };
 
 struct Options {
-  std::vector<std::string> subjects;  ///< files, which may contain wildcards, and keys
+  std::vector<std::string> subjects;  ///< files, possibly with wildcards, and keys
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
   parser
       .add_option("FILE", options.subjects,
-                  "Module files, or modules of the catalog: ID or ID:LANGUAGE")
+                  "Module files, or modules in the catalog by ID or ID:LANGUAGE")
       ->required();
 }
 
@@ -132,8 +132,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kShowCommand = {
     "show",
-    "Show modules: identity, summary, tables",
+    "Show the identity, summary and tables of modules",
     "  mmcat show C:\\Modules\\*.msm\n"
-    "  mmcat show Charmap.3128F3C8:1033       a module of the catalog\n",
+    "  mmcat show Charmap.3128F3C8:1033       a module in the catalog\n",
     PrepareCommand<Options, AddArguments, Run>,
 };

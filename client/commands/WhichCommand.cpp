@@ -14,36 +14,37 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// Which module delivers a file. An index tells no more than that.
+/// A module that delivers a file. The members below `source` are empty if an index is the source.
 struct Delivery {
   std::string file;
   std::string moduleKey;
   std::string displayName;
-  std::string source;  ///< who says so
+  std::string source;  ///< an index table, or "File table"
   std::string fileKey;
   std::string directory;
   std::string version;
-  std::string path;  ///< of the module
+  std::string path;  ///< the module file
 };
 
-/// The name of a file that may be given with its path.
+/// The name of a file without its path.
 std::string NameOfFile(const std::string& file) {
   return file.substr(file.find_last_of("\\/:") + 1);
 }
 
-/// Asks the catalog, which goes by the index tables; these tell the names to ask for, and which of
-/// them it was.
+/// Asks the catalog, which looks in the index tables. The tables themselves are read for the names
+/// that match a pattern, and for which of them has the answer.
 std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& pattern,
                                  Report& report) {
   const std::string wanted = FoldCase(pattern);
-  std::map<std::string, std::vector<IndexEntry>> entries;  // by file, in the order of the tables
+  std::map<std::string, std::vector<IndexEntry>>
+      entries;  // by file name, in the order of the tables
   for (IndexEntry& entry : ReadIndexEntries(report)) {
     if (entry.table != kModuleIndex && MatchesPattern(FoldCase(entry.name), wanted)) {
       entries[FoldCase(entry.name)].push_back(std::move(entry));
     }
   }
   if (!HasWildcard(pattern)) {
-    entries[wanted];  // the catalog is asked in any case
+    entries[wanted];  // ask the catalog in any case
   }
   std::vector<Delivery> deliveries;
   for (const auto& [folded, named] : entries) {
@@ -72,7 +73,7 @@ void AskFileTables(const std::string& pattern, std::vector<Delivery>& deliveries
 
 std::string DeliveriesText(const std::vector<Delivery>& deliveries) {
   TextTable table({"File", "Module", "Display name", "Source", "File key", "Directory", "Version",
-                   "Path of the module"});
+                   "Module path"});
   for (const Delivery& delivery : deliveries) {
     table.Add({delivery.file, delivery.moduleKey, delivery.displayName, delivery.source,
                delivery.fileKey, delivery.directory, delivery.version, delivery.path});
@@ -96,11 +97,11 @@ Json DeliveriesJson(const std::vector<Delivery>& deliveries) {
 }
 
 struct Options {
-  std::string file;  ///< a name, which may have a path and may contain "*" and "?"
+  std::string file;  ///< a name or path, possibly with wildcards
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("FILE", options.file, "File name, in which * and ? stand for any")->required();
+  parser.add_option("FILE", options.file, "File name; * and ? are wildcards")->required();
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -113,7 +114,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   }
   report.Document().update({{"file", file}, {"deliveries", DeliveriesJson(deliveries)}});
   if (deliveries.empty()) {
-    PrintRemark(file + ": no module delivers it");
+    PrintRemark(file + ": no module delivers this file");
     return report.Finish(kNothingMatched);
   }
   report.Print(DeliveriesText(deliveries));
@@ -124,7 +125,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kWhichCommand = {
     "which",
-    "Tell which modules deliver a file",
+    "List the modules that deliver a file",
     "  mmcat which msgbox.dll\n"
     "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
     PrepareCommand<Options, AddArguments, Run>,

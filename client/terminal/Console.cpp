@@ -17,9 +17,9 @@ bool IsForbidden() noexcept {
   return ::GetEnvironmentVariableW(L"NO_COLOR", value, 2) != 0;
 }
 
-/// How much of a text a console is given at once: not all, and no half of a character.
+/// How much of a text to write to a console at once: a limited amount that ends between characters.
 size_t SizeOfPiece(std::wstring_view text) noexcept {
-  constexpr size_t kMost = 8192;  // a console of old takes little more
+  constexpr size_t kMost = 8192;  // older consoles accept little more
   const size_t size = std::min(text.size(), kMost);
   return size < text.size() && IS_HIGH_SURROGATE(text[size - 1]) ? size - 1 : size;
 }

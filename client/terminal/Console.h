@@ -4,26 +4,26 @@
 
 #include <string>
 
-// Where the client writes UTF-8 to. A pipe or file gets the bytes; a console gets characters, whose
-// way would otherwise lead through its code page and through what the C library makes of it.
+// Standard output and error of the client, which writes UTF-8. A pipe or file gets the bytes. A
+// console gets UTF-16; bytes would be reinterpreted by its code page.
 
 /// Whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
 bool IsConsole(DWORD standardHandle) noexcept;
 
-/// Writes to stdout, which may keep it until FlushOutput.
+/// Writes to stdout, which may buffer the text until FlushOutput.
 void WriteOutput(const std::string& text);
 
-/// Writes to stderr at once.
+/// Writes to stderr without buffering.
 void WriteError(const std::string& text);
 
-/// Whether everything that was written to stdout has got there.
+/// Flushes stdout. Returns false if anything written to it since the start was lost.
 bool FlushOutput() noexcept;
 
-/// Has the console of stdout obey the marks of Style.h. False when stdout is none or cannot, or
-/// when the environment's NO_COLOR forbids colours.
+/// Makes the console of stdout interpret the marks of Style.h. Returns false if stdout is not a
+/// console, if the console cannot do this, or if the environment variable NO_COLOR is set.
 bool EnableColors() noexcept;
 
-/// Leaves the console as it was. One object, in main.
+/// Restores the mode of the console when it is destroyed. Create one object, in main.
 class CConsoleMode {
  public:
   CConsoleMode() noexcept;

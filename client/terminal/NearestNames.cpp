@@ -9,7 +9,7 @@ using qm::text::FoldCase;
 
 namespace {
 
-/// The letters that must be put in, taken out or exchanged to make one text of the other.
+/// The number of letters to insert, delete or replace to turn one text into the other.
 size_t EditDistance(const std::string& a, const std::string& b) {
   std::vector<size_t> row(b.size() + 1);
   for (size_t j = 0; j <= b.size(); ++j) {
@@ -26,12 +26,12 @@ size_t EditDistance(const std::string& a, const std::string& b) {
   return row[b.size()];
 }
 
-/// What people know of a module key: "CharmapCore" of "CharmapCore.3128F3C8_...:1033".
+/// The part of a module key that people know: "CharmapCore" of "CharmapCore.3128F3C8_...:1033".
 std::string ReadablePart(const std::string& name) {
   return name.substr(0, name.find_first_of(".:"));
 }
 
-/// How far a name is from what was wanted.
+/// How far a name is from what was wanted; 0 if it contains it.
 size_t Distance(const std::string& wanted, const std::string& name) {
   if (name.find(wanted) != std::string::npos) {
     return 0;
@@ -45,7 +45,7 @@ size_t Distance(const std::string& wanted, const std::string& name) {
 std::vector<std::string> NearestNames(const std::string& wanted,
                                       const std::vector<std::string>& names) {
   constexpr size_t kMost = 3;
-  // Nobody types a name of this length, and the comparison takes the product of both lengths.
+  // The comparison takes time in proportion to the product of both lengths.
   constexpr size_t kLongest = 200;
   const std::string folded = FoldCase(wanted);
   if (folded.empty() || folded.size() > kLongest) {

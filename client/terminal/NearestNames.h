@@ -3,8 +3,8 @@
 #include <string>
 #include <vector>
 
-/// Of some names those that somebody who wrote `wanted` may have meant, three at most, the nearest
-/// first: names of which it is a part or the beginning, in any letter case, or from which it
-/// differs in few letters. Module keys are compared without the GUID and the language as well.
+/// Up to three names the user may have meant by `wanted`, best match first: names that contain it
+/// or differ from it in few letters, ignoring case. Module keys are also compared without their
+/// GUID and language.
 std::vector<std::string> NearestNames(const std::string& wanted,
                                       const std::vector<std::string>& names);

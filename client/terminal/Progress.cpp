@@ -8,9 +8,9 @@
 namespace {
 
 constexpr ULONGLONG kInterval = 100;  // milliseconds
-constexpr size_t kLongest = 60;       // more than what is shown
+constexpr size_t kLongest = 60;       // longer than any text shown
 
-size_t g_width = 0;  // of what stands in the line
+size_t g_width = 0;  // of the text on the line, in characters
 
 }  // namespace
 

@@ -5,23 +5,23 @@
 #include <cstddef>
 #include <string>
 
-/// Says on stderr how far a long run over the catalog has come, "reading 1200 of 2900 modules",
-/// where stderr is a console, and takes that away at the end. One at a time.
+/// Shows on stderr how many modules of the catalog have been read, such as "reading 1200 of 2900
+/// modules", if stderr is a console, and erases the line at the end. Only one object at a time.
 class Progress {
  public:
-  /// The catalog makes its list of modules.
+  /// Shows that the list of modules is being read.
   Progress();
   ~Progress() { Erase(); }
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
-  /// The list is there, and has so many modules.
+  /// Sets the number of modules, once the list has been read.
   void SetTotal(size_t total) noexcept { m_total = total; }
 
-  /// The next module is about to be read.
+  /// Counts a module that is about to be read.
   void Step();
 
-  /// Clears the line for something else that is printed to stderr.
+  /// Erases the line, so that something else can be printed to stderr.
   static void Erase() noexcept;
 
  private:

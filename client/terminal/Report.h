@@ -7,7 +7,7 @@
 
 #include "client/terminal/ExitCode.h"
 
-/// Members keep the order in which they are added.
+/// Keeps members in the order in which they were added.
 using Json = nlohmann::ordered_json;
 
 enum class OutputFormat { PlainText, JsonDocument };
@@ -15,32 +15,32 @@ enum class OutputFormat { PlainText, JsonDocument };
 /// How a run prints its results.
 struct OutputOptions {
   OutputFormat format = OutputFormat::PlainText;
-  bool noColor = false;  ///< no colours on a terminal either
+  bool noColor = false;  ///< even on a terminal that shows them
 };
 
-/// What a run says: results to stdout, as text or as one JSON document, failures to stderr. The
-/// document has the failures as well, in its last member, "errors".
+/// The output of a command: results on stdout, as text or as one JSON document, and failures on
+/// stderr. The document lists the failures too, in its last member, "errors".
 class Report {
  public:
-  /// A report of a command; its document begins with "schema", which names the command and the
-  /// version of what it prints.
+  /// `command` is the command's name. The document begins with the member "schema", made of that
+  /// name and the version of the document.
   Report(const std::string& command, const OutputOptions& options);
 
   bool AsJson() const { return m_format == OutputFormat::JsonDocument; }
 
-  /// What the document holds, beside the errors.
+  /// The document, to which commands add their members. "errors" is added by Finish.
   Json& Document() { return m_document; }
 
-  /// Text to stdout, which may be marked (Style.h), for a run without a document.
+  /// Prints text to stdout, which may be marked (Style.h). Does nothing if the output is JSON.
   void Print(const std::string& text);
 
-  /// A failure to read `file`, or only a part of it; `part` is empty for the whole. The description
-  /// is UTF-8 on one line.
+  /// Reports a failure to read `file`, or `part` of it unless that is empty. The description is
+  /// UTF-8 on one line.
   void AddFailure(const std::string& file, const std::string& part, HRESULT result,
                   const std::string& description);
 
-  /// Prints the document, if there is one. The answer is that of a run with this outcome and with
-  /// these failures, which go before findings, but not before kNothingMatched.
+  /// Prints the document if the output is JSON. Returns the exit code of a command with this
+  /// outcome: failures take precedence over findings, and kNothingMatched over failures.
   ExitCode Finish(ExitCode outcome = kSuccess);
 
  private:
@@ -50,8 +50,8 @@ class Report {
   Json m_errors = Json::array();
 };
 
-/// "0x8007065B"
+/// An HRESULT as text, such as "0x8007065B".
 std::string HResultText(HRESULT hr);
 
-/// A remark to stderr: what is as it should not be without being a failure.
+/// Prints a line to stderr, such as a warning or a suggestion. Control characters become blanks.
 void PrintRemark(const std::string& text);

@@ -2,14 +2,14 @@
 
 #include <string>
 
-// Text for people may be marked for a terminal that shows colours; Report takes the marks out for
-// everything else. Texts from outside have no marks, since Printable leaves them no control
-// characters.
+// Marks in text for terminals that show colours. Report removes them for all other output. Text
+// from modules cannot contain marks, because Printable removes its control characters.
 
-/// A heading.
+/// Text marked as a heading.
 std::string Heading(const std::string& text);
 
-/// The code of a finding.
+/// Text marked as the code of a finding.
 std::string Highlighted(const std::string& text);
 
+/// Text with all marks removed.
 std::string WithoutMarks(const std::string& text);

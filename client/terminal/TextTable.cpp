@@ -6,7 +6,7 @@
 
 namespace {
 
-/// Characters of UTF-8 text, so that columns of accented names line up.
+/// The number of characters in UTF-8 text, so that columns with accented names line up.
 size_t Width(const std::string& text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;

@@ -3,22 +3,22 @@
 #include <string>
 #include <vector>
 
-/// Text on one line, without the control characters that a terminal would obey.
+/// Text with each control character, which a terminal might interpret, replaced by a blank.
 std::string Printable(std::string text);
 
-/// Rows of UTF-8 text in columns that are as wide as their widest cell. Control characters in a
-/// cell become blanks.
+/// Lays out rows of UTF-8 text in columns as wide as their widest cell. Control characters in cells
+/// become blanks.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::string> headings) { Add(std::move(headings)); }
 
-  /// A row has as many cells as there are headings.
+  /// Adds a row with as many cells as there are headings.
   void Add(std::vector<std::string> row);
 
-  /// A line of its own between rows: not indented, and no part of a column.
+  /// Adds a line between rows that is not indented and belongs to no column.
   void AddLine(std::string text);
 
-  /// The table with `indent` before every row.
+  /// The table as text, with `indent` before every row.
   std::string ToString(const std::string& indent) const;
 
  private:
