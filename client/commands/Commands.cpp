@@ -1,25 +1,23 @@
 #include "client/commands/Commands.h"
 
-// The table of commands, in the order of the help. A name stands for k<Name>Command, which
-// <Name>Command.cpp defines.
-#define MMCAT_COMMANDS(X) \
-  X(List)                 \
-  X(Files)                \
-  X(Exclusions)           \
-  X(Sources)              \
-  X(Gallery)              \
-  X(Check)                \
-  X(Show)                 \
-  X(Find)                 \
-  X(Which)                \
-  X(Name)                 \
-  X(Deps)
-
-#define DECLARE_COMMAND(name) extern const Command k##name##Command;
-MMCAT_COMMANDS(DECLARE_COMMAND)
+// Each is defined by the source of its name, such as ListCommand.cpp.
+extern const Command kListCommand;
+extern const Command kFilesCommand;
+extern const Command kExclusionsCommand;
+extern const Command kSourcesCommand;
+extern const Command kGalleryCommand;
+extern const Command kCheckCommand;
+extern const Command kShowCommand;
+extern const Command kFindCommand;
+extern const Command kWhichCommand;
+extern const Command kNameCommand;
+extern const Command kDepsCommand;
 
 const std::vector<const Command*>& Commands() {
-#define LIST_COMMAND(name) &k##name##Command,
-  static const std::vector<const Command*> commands{MMCAT_COMMANDS(LIST_COMMAND)};
+  static const std::vector<const Command*> commands{
+      &kListCommand,    &kFilesCommand, &kExclusionsCommand, &kSourcesCommand,
+      &kGalleryCommand, &kCheckCommand, &kShowCommand,       &kFindCommand,
+      &kWhichCommand,   &kNameCommand,  &kDepsCommand,
+  };
   return commands;
 }
