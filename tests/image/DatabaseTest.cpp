@@ -11,7 +11,7 @@
 #include <string>
 #include <vector>
 
-#include "tests/image/DatabaseFile.h"
+#include "tests/support/DatabaseFile.h"
 
 namespace {
 

@@ -5,7 +5,7 @@
 #include <initializer_list>
 
 #include "image/Database.h"
-#include "tests/image/DatabaseFile.h"
+#include "tests/support/DatabaseFile.h"
 
 namespace image_tests {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "tests/unit/Testing.h"
+#include "tests/support/Testing.h"
 #include "text/Fold.h"
 #include "text/Utf.h"
 

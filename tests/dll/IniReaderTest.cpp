@@ -1,0 +1,193 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "common/Bstr.h"
+#include "tests/support/Answers.h"
+#include "tests/support/Component.h"
+#include "tests/support/TestFolder.h"
+
+namespace {
+
+using testing::StartsWith;
+
+constexpr char kText[] =
+    "[First]\r\nOne=1\r\nTwo=zwei\r\nTWO=again\r\nbare\r\n[Second]\r\n[FIRST]\r\nHidden=1\r\n";
+
+class IniReaderTest : public ::testing::Test {
+ protected:
+  std::wstring Write(const wchar_t* name, std::string_view bytes) {
+    PutFile(m_folder / name, bytes);
+    return m_folder / name;
+  }
+
+  HRESULT Load(const std::wstring& path) {
+    const CUniqueBstr text(AllocBstr(path));
+    return m_reader->Load(text.Get());
+  }
+
+  CComPtr<IIniSections> Sections() {
+    CComPtr<IIniSections> sections;
+    EXPECT_EQ(S_OK, m_reader->get_Sections(sections.Put()));
+    return sections;
+  }
+
+  CComPtr<IIniSection> Section(const VARIANT& index) {
+    CComPtr<IIniSection> section;
+    EXPECT_EQ(S_OK, Sections()->get_Item(index, section.Put()));
+    return section;
+  }
+
+  CComPtr<IIniKeys> Keys(const wchar_t* section) {
+    CComPtr<IIniKeys> keys;
+    EXPECT_EQ(S_OK, Section(CVariant(section))->get_Keys(keys.Put()));
+    return keys;
+  }
+
+  /// The value of a key, "(none)" when there is no such key.
+  static std::wstring Value(IIniKeys* keys, const VARIANT& index) {
+    auto* found = reinterpret_cast<IIniKey*>(keys);  // is to be overwritten in any case
+    EXPECT_EQ(S_OK, keys->get_Item(index, &found));
+    const auto key = CComPtr<IIniKey>::Adopt(found);
+    CUniqueBstr value;
+    EXPECT_EQ(S_OK, key ? key->get_Value(value.Put()) : S_OK);
+    return key ? std::wstring(ViewOf(value.Get())) : L"(none)";
+  }
+
+  CComThread m_com;
+  CTestFolder m_folder;
+  CComDll m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
+  CComPtr<IIniReader> m_reader = m_component.Create<IIniReader>(CLSID_IniReader);
+};
+
+TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
+  const CUniqueBstr path(AllocBstr(Write(L"a.ini", kText)));
+  ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 2, path.Get()));
+  CComPtr<IUnknown> sections, section, keys, key;
+  ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 1, sections.Put()));
+  const CVariant name(L"fiRST"), two(2);
+  ASSERT_EQ(S_OK, CallSlot(sections.Get(), 1, static_cast<VARIANT>(name), section.Put()));
+  CUniqueBstr sectionName, keyName, value;
+  ASSERT_EQ(S_OK, CallSlot(section.Get(), 1, sectionName.Put()));
+  ASSERT_EQ(S_OK, CallSlot(section.Get(), 2, keys.Put()));
+  ASSERT_EQ(S_OK, CallSlot(keys.Get(), 1, static_cast<VARIANT>(two), key.Put()));
+  long count = -1;
+  ASSERT_EQ(S_OK, CallSlot(keys.Get(), 2, &count));
+  ASSERT_EQ(S_OK, CallSlot(key.Get(), 1, keyName.Put()));
+  ASSERT_EQ(S_OK, CallSlot(key.Get(), 2, value.Put()));
+  EXPECT_EQ(L"First", ViewOf(sectionName.Get()));
+  EXPECT_EQ(4, count);
+  EXPECT_EQ(L"Two", ViewOf(keyName.Get()));
+  EXPECT_EQ(L"zwei", ViewOf(value.Get()));
+
+  const std::pair<IUnknown*, const wchar_t*> members[] = {{m_reader.Get(), L"Sections Load"},
+                                                          {sections.Get(), L"Item"},
+                                                          {section.Get(), L"Name Keys"},
+                                                          {keys.Get(), L"Item Count"},
+                                                          {key.Get(), L"Name Value"}};
+  for (const auto& [object, names] : members) {
+    CComPtr<IDispatch> dispatch;
+    ASSERT_EQ(S_OK, object->QueryInterface(dispatch.Put()));
+    ExpectMembers(dispatch.Get(), names);
+  }
+  const std::pair<IUnknown*, size_t> getters[] = {{m_reader.Get(), 1}, {section.Get(), 1},
+                                                  {section.Get(), 2},  {keys.Get(), 2},
+                                                  {key.Get(), 1},      {key.Get(), 2}};
+  for (const auto& [object, slot] : getters) {
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(object, slot, static_cast<void*>(nullptr))) << slot;
+  }
+  for (IUnknown* const collection : {sections.Get(), keys.Get()}) {
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(collection, 1, static_cast<VARIANT>(two),
+                                          static_cast<void*>(nullptr)));
+  }
+}
+
+TEST_F(IniReaderTest, SectionsByNameAndPosition) {
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
+  const wchar_t* const names[] = {nullptr, L"First", L"Second", L"FIRST", nullptr};
+  for (long position = 0; position < 5; ++position) {
+    const CComPtr<IIniSection> section = Section(CVariant(position));
+    ASSERT_EQ(names[position] != nullptr, section.Get() != nullptr) << position;
+    CUniqueBstr name;
+    EXPECT_EQ(S_OK, section ? section->get_Name(name.Put()) : S_OK);
+    EXPECT_EQ(names[position] ? names[position] : L"", ViewOf(name.Get()));
+  }
+  EXPECT_FALSE(Section(CVariant(L"Third")));
+  for (const auto& [position, value] : {std::pair(0L, L"(none)"), {1, L"1"}, {5, L"(none)"}}) {
+    EXPECT_EQ(value, Value(Keys(L"First").Get(), CVariant(position)));
+  }
+  EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), CVariant(L"Hidden"))) << "not the first";
+}
+
+TEST_F(IniReaderTest, FilesThatCannotBeRead) {
+  const std::wstring good = Write(L"a.ini", kText);
+  const std::wstring locked = Write(L"locked.ini", kText);
+  HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
+  EXPECT_FALSE(Section(CVariant(1))) << "before any Load";
+  const struct {
+    std::wstring path;
+    DWORD code;
+  } cases[] = {{m_folder / L"missing.ini", ERROR_FILE_NOT_FOUND},
+               {m_folder / L"missing\\a.ini", ERROR_PATH_NOT_FOUND},
+               {ProgramFolder().wstring(), ERROR_ACCESS_DENIED},
+               {locked, ERROR_SHARING_VIOLATION},
+               {L"", ERROR_PATH_NOT_FOUND}};
+  for (const auto& [path, code] : cases) {
+    SCOPED_TRACE(testing::PrintToString(path));
+    ASSERT_EQ(S_OK, Load(good));
+    EXPECT_EQ(HRESULT_FROM_WIN32(code), Load(path));
+    EXPECT_THAT(TakeDescription(), StartsWith(path + L": "));
+    EXPECT_FALSE(Section(CVariant(1))) << "what was read before is gone";
+  }
+  EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), m_reader->Load(nullptr));
+  ::CloseHandle(lock);
+
+  CComPtr<ISupportErrorInfo> support;
+  ASSERT_EQ(S_OK, m_reader.QueryInterface(support.Put()));
+  EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(__uuidof(IIniReader)));
+}
+
+TEST_F(IniReaderTest, AFileThatIsOpenForWritingIsReadAndLeftAlone) {
+  const std::wstring path = Write(L"a.ini", kText);
+  HANDLE writer = ::CreateFileW(path.c_str(), GENERIC_WRITE, FILE_SHARE_READ, nullptr,
+                                OPEN_EXISTING, 0, nullptr);
+  EXPECT_EQ(S_OK, Load(path));
+  ::CloseHandle(writer);
+  EXPECT_TRUE(::DeleteFileW(path.c_str())) << "the reader keeps the file open";
+  EXPECT_EQ(L"1", Value(Keys(L"First").Get(), CVariant(L"One")));
+}
+
+TEST_F(IniReaderTest, ObjectsOutliveReaderAndFileAndLockTheComponent) {
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
+  CComPtr<IIniSections> sections = Sections();
+  CComPtr<IIniSection> section = Section(CVariant(L"First"));
+  CComPtr<IIniKeys> keys = Keys(L"First");
+  CComPtr<IIniKey> key;
+  ASSERT_EQ(S_OK, keys->get_Item(CVariant(L"Two"), key.Put()));
+  ASSERT_EQ(S_OK, Load(Write(L"a.ini", "[Other]\nOne=2\n")));
+  EXPECT_FALSE(Section(CVariant(L"First")));
+  EXPECT_EQ(L"2", Value(Keys(L"Other").Get(), CVariant(L"One")));
+  m_reader.Release();
+
+  // Each alone keeps the file that was read and the component.
+  const auto expectLocked = [&](bool locked) {
+    EXPECT_EQ(locked ? S_FALSE : S_OK, m_component.DllCanUnloadNow());
+  };
+  CComPtr<IIniSection> again;
+  EXPECT_EQ(S_OK, sections->get_Item(CVariant(L"first"), again.Put()));
+  EXPECT_TRUE(again);
+  again.Release();
+  sections.Release();
+  CUniqueBstr text;
+  EXPECT_EQ(S_OK, section->get_Name(text.Put()));
+  EXPECT_EQ(L"First", ViewOf(text.Get()));
+  section.Release();
+  EXPECT_EQ(L"1", Value(keys.Get(), CVariant(L"ONE")));
+  keys.Release();
+  expectLocked(true);
+  EXPECT_EQ(S_OK, key->get_Value(text.Put()));
+  EXPECT_EQ(L"zwei", ViewOf(text.Get()));
+  key.Release();
+  expectLocked(false);
+}
+
+}  // namespace

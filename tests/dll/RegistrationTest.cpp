@@ -1,0 +1,176 @@
+#include "common/Bstr.h"
+#include "tests/support/Answers.h"
+#include "tests/support/ScriptHost.h"
+#include "tests/support/ServerFixture.h"
+
+namespace {
+
+const std::wstring kProgId = L"QmMMUpdater.MergeModule2";
+const std::wstring kVersionedProgId = kProgId + L".1";
+
+const std::pair<CLSID, std::wstring> kClasses[] = {
+    {CLSID_MMCatalog, L"QmMMUpdater.MMCatalog"},
+    {CLSID_MMCatalogPro, L"QmMMUpdater.MMCatalogPro"},
+    {CLSID_MergeModule2, kProgId},
+    {CLSID_MMCatalogManager, L"QmMMUpdater.MMCatalogManager"},
+};
+
+/// The source of the error object that a failed call left on the thread.
+std::wstring TakeSource() {
+  CComPtr<IErrorInfo> info;
+  CUniqueBstr source;
+  if (::GetErrorInfo(0, info.Put()) == S_OK) {
+    info->GetSource(source.Put());
+  }
+  return std::wstring(ViewOf(source.Get()));
+}
+
+std::wstring TextOf(REFGUID guid) {
+  wchar_t text[39];
+  ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
+  return text;
+}
+
+/// A value below HKEY_CLASSES_ROOT; "(missing)" when it is not there.
+std::wstring RegistryValue(const std::wstring& key, const wchar_t* name) {
+  wchar_t text[512];
+  DWORD size = sizeof text;
+  const LSTATUS status =
+      ::RegGetValueW(HKEY_CLASSES_ROOT, key.c_str(), name, RRF_RT_REG_SZ, nullptr, text, &size);
+  return status == ERROR_SUCCESS ? text : L"(missing)";
+}
+
+/// Has the server's manifest serve the creation of objects while it lives.
+class CServerContext {
+ public:
+  CServerContext() {
+    const std::wstring manifest = (ProgramFolder() / L"Quillmark.MergeModules.manifest").wstring();
+    ACTCTXW description{};
+    description.cbSize = sizeof description;
+    description.lpSource = manifest.c_str();
+    m_context = ::CreateActCtxW(&description);
+    EXPECT_NE(INVALID_HANDLE_VALUE, m_context);
+    EXPECT_TRUE(::ActivateActCtx(m_context, &m_cookie));
+  }
+  ~CServerContext() {
+    ::DeactivateActCtx(0, m_cookie);
+    ::ReleaseActCtx(m_context);
+  }
+  CServerContext(const CServerContext&) = delete;
+  CServerContext& operator=(const CServerContext&) = delete;
+
+ private:
+  HANDLE m_context;
+  ULONG_PTR m_cookie = 0;
+};
+
+class RegistrationTest : public CServerTest {
+ protected:
+  void SetUp() override {
+    CServerTest::SetUp();
+    EXPECT_EQ(S_OK, m_server.DllUnregisterServer());
+  }
+  void TearDown() override {
+    m_server.DllUnregisterServer();
+    CServerTest::TearDown();
+  }
+
+  /// Has objects created by both ProgIDs and by a script, and used.
+  void ExpectCreation() {
+    for (const std::wstring& progId : {kProgId, kVersionedProgId}) {
+      SCOPED_TRACE(testing::PrintToString(progId));
+      CLSID clsid{};
+      CComPtr<IMergeModuleTavik> module;
+      ASSERT_EQ(S_OK, ::CLSIDFromProgID(progId.c_str(), &clsid));
+      ASSERT_EQ(S_OK, ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER,
+                                         __uuidof(IMergeModuleTavik),
+                                         reinterpret_cast<void**>(module.Put())));
+      EXPECT_EQ(S_OK, Open(module.Get(), m_rich));
+      EXPECT_EQ(L"3.1.4", ReadModule(module.Get(), Route::Dispatch)[L"Version"]);
+      EXPECT_TRUE(FAILED(Open(module.Get(), m_rich + L"x")));
+      EXPECT_EQ(kVersionedProgId, TakeSource());
+    }
+    EXPECT_EQ(L"Rich.0A1B:1033",
+              RunScript(L"VBScript",
+                        L"Set module = CreateObject(\"" + kProgId + L"\")\nmodule.Open \"" +
+                            m_rich + L"\"\nresult = module.Key",
+                        nullptr));
+    // The script engines of Wine keep a reference on every class factory.
+    Settle();
+  }
+};
+
+TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
+  const std::wstring description = L"Quillmark QmMMUpdater2",
+                     interfaces = TextOf(LIBID_QMMMUpdaterLib);
+  struct Entry {
+    std::wstring key;
+    const wchar_t* name;
+    std::wstring value;
+  };
+  std::vector<Entry> entries{
+      {L"TypeLib\\" + interfaces + L"\\1.0\\0\\win32", nullptr,
+       (ProgramFolder() / L"qmmmupdater.tlb").wstring()},
+      {L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib) + L"\\1.0\\0\\win32", nullptr,
+       CServerLibrary::Path()},
+      {L"Interface\\" + TextOf(__uuidof(IMergeModuleTavik)) + L"\\TypeLib", nullptr, interfaces},
+      {L"Interface\\" + TextOf(__uuidof(IMMGalleryDownloadFileCaskel)) + L"\\TypeLib", nullptr,
+       interfaces},
+  };
+  for (const auto& [guid, progId] : kClasses) {
+    const std::wstring clsid = TextOf(guid), key = L"CLSID\\" + clsid, versioned = progId + L".1";
+    const Entry ofClass[] = {
+        {key, nullptr, description},
+        {key + L"\\InprocServer32", nullptr, CServerLibrary::Path()},
+        {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
+        {key + L"\\ProgID", nullptr, versioned},
+        {key + L"\\VersionIndependentProgID", nullptr, progId},
+        {key + L"\\TypeLib", nullptr, TextOf(LIBID_QMMMUPDATER2Lib)},
+        {progId, nullptr, description},
+        {progId + L"\\CLSID", nullptr, clsid},
+        {progId + L"\\CurVer", nullptr, versioned},
+        {versioned, nullptr, description},
+        {versioned + L"\\CLSID", nullptr, clsid},
+    };
+    entries.insert(entries.end(), std::begin(ofClass), std::end(ofClass));
+  }
+  for (const bool registers : {true, true, false, false}) {
+    SCOPED_TRACE(registers ? "registered" : "unregistered");
+    EXPECT_EQ(S_OK, registers ? m_server.DllRegisterServer() : m_server.DllUnregisterServer());
+    for (const auto& [entry, name, value] : entries) {
+      EXPECT_EQ(registers ? value : L"(missing)", RegistryValue(entry, name));
+    }
+  }
+}
+
+TEST_F(RegistrationTest, RegisteredObjectsAreCreated) {
+  EXPECT_EQ(S_OK, m_server.DllRegisterServer());
+  ExpectCreation();
+}
+
+TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
+  EXPECT_EQ(S_OK, m_server.DllRegisterServer());
+  for (const auto& [clsid, progId] : kClasses) {
+    SCOPED_TRACE(testing::PrintToString(progId));
+    CComPtr<IUnknown> object;
+    ASSERT_EQ(S_OK, ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IUnknown),
+                                       reinterpret_cast<void**>(object.Put())));
+    CComPtr<IMMCatalogCaskel> catalog;
+    if (SUCCEEDED(object.QueryInterface(catalog.Put()))) {
+      VARIANT_BOOL supported = VARIANT_FALSE;
+      EXPECT_EQ(E_NOINTERFACE, catalog->SupportsProject(object.Get(), &supported));
+      EXPECT_EQ(progId + L".1", TakeSource());
+    }
+  }
+  // Class factories and index tables stay.
+  Settle();
+}
+
+TEST_F(RegistrationTest, AManifestServesInPlaceOfTheRegistry) {
+  CLSID clsid;
+  EXPECT_TRUE(FAILED(::CLSIDFromProgID(kProgId.c_str(), &clsid)));
+  const CServerContext context;
+  ExpectCreation();
+}
+
+}  // namespace

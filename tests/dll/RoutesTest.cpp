@@ -1,0 +1,212 @@
+#include "common/Bstr.h"
+#include "tests/support/Answers.h"
+#include "tests/support/ScriptHost.h"
+#include "tests/support/ServerFixture.h"
+#include "tests/support/TestGallery.h"
+
+namespace {
+
+class RoutesTest : public CServerTest {
+ protected:
+  CComPtr<IMMFiles> OpenFiles() const {
+    CComPtr<IMMFiles> files;
+    EXPECT_EQ(S_OK, OpenRichModule()->get_Files(files.Put()));
+    return files;
+  }
+};
+
+TEST_F(RoutesTest, BothRoutesTellAllOfARichModule) {
+  const Answers expected{
+      {L"Dialogs", L"ZuluDialog / AlphaDialog"},
+      {L"CustomActions", L"ZuluAction / AlphaAction"},
+      {L"PackageCode", L"{00000000-0000-0000-0000-00000000ABCD}"},
+      {L"ModuleID", L"Rich.0A1B"},
+      {L"Key", L"Rich.0A1B:1033"},
+      {L"Path", m_rich},
+      {L"Comments", L"The comments"},
+      {L"Subject", L"A rich module"},
+      {L"Author", L"The author"},
+      {L"Language", L"1033"},
+      {L"Version", L"3.1.4"},
+      {L"Dependencies", L"Need.A:0;Need.A;;0 / Need.B:1031;Need.B;2.0;1031"},
+      {L"Exclusions", L"Avoid.A:-1033;Avoid.A;;7.0;-1033 / Avoid.B:1036;Avoid.B;1.5;1.9;1036"},
+      {L"Files",
+       L"DirB.0A1B;AlphaFile;815;ALPHA.TXT|alphafile.txt;ZuluFile;1042;2 / "
+       L"DirA.0A1B;ZuluFile;4711;ZULU.DLL|zulufile.dll;6.0.1;1040,1041;1"},
+      {L"DisplayName", L"A rich module"},
+      {L"Present", L"True"},
+      {L"NeedsDownload", L"False"},
+      {L"DownloadFiles", L""},
+      {L"LocalPath", L""},
+      {L"HasOrigin", L"False"},
+      {L"Origin", L""},
+  };
+  EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::VirtualTable));
+  EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::Dispatch));
+
+  const CComPtr<IMergeModuleTavik> module = NewModule();
+  const CUniqueBstr path(AllocBstr(m_rich));
+  EXPECT_EQ(S_OK, CallSlot(module.Get(), 16, path.Get())) << "Open";
+  EXPECT_EQ(expected, ReadModule(module.Get(), Route::VirtualTable));
+}
+
+TEST_F(RoutesTest, BothRoutesTellWhatTheGalleryDescribes) {
+  const CTestGallery gallery(m_folder, "3.1.4.0");
+  Settle();  // the type library of the classes describes download files
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  for (const Route route : {Route::VirtualTable, Route::Dispatch}) {
+    const Answers answers = ReadModule(module.Get(), route);
+    EXPECT_EQ(L"True", answers.at(L"Present"));
+    EXPECT_EQ(L"False", answers.at(L"NeedsDownload")) << "the version of the file";
+    EXPECT_EQ(CTestGallery::kDownloadFiles, answers.at(L"DownloadFiles"));
+    EXPECT_EQ(m_rich, answers.at(L"LocalPath"));
+  }
+  CComPtr<IMMGalleryDownloadFilesCaskel> files;
+  CComPtr<IMMGalleryDownloadFileCaskel> second;
+  ASSERT_EQ(S_OK, module->get_DownloadFiles(files.Put()));
+  ASSERT_EQ(S_OK, files->get_Item(CVariant(L"2"), second.Put())) << "the key is the position";
+  EXPECT_EQ(L"two.bin;media2;http://two;22;sum2",
+            ReadItem(second.Get(), L"IMMGalleryDownloadFileCaskel", Route::VirtualTable));
+  for (const size_t text : {1u, 2u, 3u, 5u}) {
+    EXPECT_EQ(E_POINTER, CallSlotWithNull(second.Get(), text, nullptr));
+  }
+}
+
+/// What a call through IDispatch or ITypeInfo answers, as a text.
+template <class Call>
+std::wstring AnswerOf(Call call, bool withResult) {
+  CVariant result;
+  EXCEPINFO exception{};
+  UINT badArgument = 99;
+  const HRESULT hr = call(withResult ? &result : nullptr, &exception, &badArgument);
+  std::wstring answer =
+      FailureText(hr, L"") + std::to_wstring(badArgument) + L" " + std::to_wstring(exception.scode);
+  if (SUCCEEDED(hr)) {  // after a failure the result is of no use
+    answer += L" type " + std::to_wstring(result.vt);
+  }
+  if (SUCCEEDED(hr) && result.vt == VT_BSTR) {
+    answer.append(L" ").append(ViewOf(result.bstrVal));
+  } else if (SUCCEEDED(hr) && (result.vt == VT_I4 || result.vt == VT_BOOL)) {
+    answer += L" " + std::to_wstring(result.vt == VT_BOOL ? result.boolVal : result.lVal);
+  }
+  for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) {
+    answer.append(L" ").append(ViewOf(text));
+    ::SysFreeString(text);
+  }
+  return answer;
+}
+
+/// Calls every member of an object in every way that a host may try, and expects the answers of the
+/// type information.
+void ExpectAnswersOfTypeInfo(IDispatch* object) {
+  CComPtr<ITypeInfo> info;
+  ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Put()));
+  TYPEATTR* attributes = nullptr;
+  ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
+  const GUID iid = attributes->guid;
+  info->ReleaseTypeAttr(attributes);
+  CComPtr<IUnknown> interfacePointer;
+  ASSERT_EQ(S_OK, object->QueryInterface(iid, reinterpret_cast<void**>(interfacePointer.Put())));
+
+  CVariant number(1);
+  DISPID named = DISPID_PROPERTYPUT;
+  DISPPARAMS arguments[] = {
+      {nullptr, nullptr, 0, 0}, {&number, nullptr, 1, 0}, {&number, &named, 1, 1}};
+  for (DISPID member = -6; member < 30; ++member) {
+    for (const WORD flags : {DISPATCH_PROPERTYGET, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                             DISPATCH_PROPERTYPUT, DISPATCH_PROPERTYPUTREF}) {
+      for (DISPPARAMS& parameters : arguments) {
+        for (const bool withResult : {true, false}) {
+          SCOPED_TRACE(testing::Message()
+                       << "member " << member << ", flags " << flags << ", " << parameters.cArgs
+                       << " arguments, " << parameters.cNamedArgs << " named");
+          EXPECT_EQ(AnswerOf(
+                        [&](auto... out) {
+                          return info->Invoke(interfacePointer.Get(), member, flags, &parameters,
+                                              out...);
+                        },
+                        withResult),
+                    AnswerOf(
+                        [&](auto... out) {
+                          return object->Invoke(member, IID_NULL, LOCALE_NEUTRAL, flags,
+                                                &parameters, out...);
+                        },
+                        withResult));
+        }
+      }
+    }
+    CUniqueBstr name;
+    UINT count = 0;
+    if (member >= 0 && SUCCEEDED(info->GetNames(member, name.Put(), 1, &count)) && count == 1) {
+      ::CharUpperW(name.Get());
+      for (const wchar_t* const suffix : {L"", L"x"}) {
+        std::wstring text = std::wstring(ViewOf(name.Get())) + suffix;
+        wchar_t* names[] = {text.data()};
+        DISPID expected = 7, found = 7;
+        EXPECT_EQ(info->GetIDsOfNames(names, 1, &expected),
+                  object->GetIDsOfNames(IID_NULL, names, 1, LOCALE_NEUTRAL, &found));
+        EXPECT_EQ(expected, found);
+      }
+    }
+  }
+}
+
+TEST_F(RoutesTest, DispatchAnswersWhatTheTypeInformationDoes) {
+  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  ExpectAnswersOfTypeInfo(module.Get());
+  ExpectAnswersOfTypeInfo(NewModule().Get());  // of which every property fails
+  const CComPtr<IMMFiles> files = OpenFiles();
+  ExpectAnswersOfTypeInfo(files.Get());
+  CComPtr<IMMFile> file;
+  ASSERT_EQ(S_OK, files->get_Item(CVariant(1), file.Put()));
+  ExpectAnswersOfTypeInfo(file.Get());
+}
+
+TEST_F(RoutesTest, Scripts) {
+  const std::wstring code = FailureText(Open(NewModule().Get(), L"x"), L"").substr(2, 8);
+  const std::wstring failure = code + L"MsiOpenDatabase(" + m_rich + L"x)5";
+  const struct {
+    const wchar_t* language;
+    const wchar_t* script;
+    std::wstring result;
+  } cases[] = {
+      {L"VBScript",
+       L"For Each x In module.Dialogs: result = result & x.Name & \",\": Next\n"
+       L"For Each x In module.CustomActions: result = result & x.Name & \",\": Next\n"
+       L"For Each x In module.Dependencies: result = result & x.Key & \",\": Next\n"
+       L"For Each x In module.Exclusions: result = result & x.Key & \",\": Next\n"
+       L"For Each x In module.Files: result = result & x.Directory & \",\": Next\n"
+       L"For Each x In module.DownloadFiles: result = result & \"?\": Next\n",
+       L"ZuluDialog,AlphaDialog,ZuluAction,AlphaAction,Need.A:0,Need.B:1031,Avoid.A:-1033,"
+       L"Avoid.B:1036,DirB.0A1B,DirA.0A1B,"},
+      {L"VBScript",
+       L"Set files = module.Files\n"
+       L"result = files.Count & files(2).FileSize & files.Item(\"ALPHAFILE\").Version & "
+       L"module.Present",
+       L"24711ZuluFileTrue"},
+      {L"JScript",
+       L"module.Files; module.Files.Item(1); module.Files._NewEnum; module.Open(module.Path);\n"
+       L"var result = module.Files.Item('alphafile').FileSize + module.Language;",
+       L"1848"},
+      {L"VBScript",
+       L"On Error Resume Next\n"
+       L"module.Files.Item \"NoFile\"\n"
+       L"number = Err.Number\n"
+       L"Err.Clear\n"
+       L"module.Open module.Path & \"x\"\n"
+       L"result = Hex(Err.Number) & Mid(Err.Description, InStr(Err.Description, \"Msi\")) & number",
+       failure},
+  };
+  for (const auto& [language, script, result] : cases) {
+    SCOPED_TRACE(testing::PrintToString(std::wstring(script)));
+    EXPECT_EQ(result, RunScript(language, script, OpenRichModule().Get()));
+  }
+  const std::wstring unhandled = RunScript(L"JScript", L"\nmodule.Open('x')", NewModule().Get());
+  EXPECT_THAT(unhandled, testing::StartsWith(L"0x" + code + L" line 2 "));
+  EXPECT_THAT(unhandled, testing::HasSubstr(L"MsiOpenDatabase("));
+  EXPECT_THAT(unhandled, testing::EndsWith(L"\\x)")) << "a path is made full";
+  // The JScript of Wine keeps a reference on every enumerator.
+  Settle();
+}
+
+}  // namespace

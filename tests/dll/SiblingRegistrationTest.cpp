@@ -1,0 +1,66 @@
+#include <gtest/gtest.h>
+
+#include <memory>
+#include <vector>
+
+#include "common/Bstr.h"
+#include "tests/support/Component.h"
+#include "tests/support/TestFolder.h"
+
+namespace {
+
+/// Where the machine looks for the library of the components; empty when it knows none.
+std::wstring RegisteredLibrary() {
+  CUniqueBstr path;
+  ::QueryPathOfRegTypeLib(LIBID_QmSiblingsLib, 1, 0, LOCALE_NEUTRAL, path.Put());
+  // Up to its terminator, which some systems count as part of the text.
+  return path ? path.Get() : L"";
+}
+
+HRESULT CreateRegistered(const wchar_t* progId, REFIID iid) {
+  CLSID clsid;
+  CComPtr<IUnknown> object;
+  const HRESULT hr = ::CLSIDFromProgID(progId, &clsid);
+  return FAILED(hr) ? hr
+                    : ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid,
+                                         reinterpret_cast<void**>(object.Put()));
+}
+
+TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) {
+  const CComThread com;
+  const struct {
+    const wchar_t* dll;
+    const wchar_t* progId;
+    IID iid;
+  } classes[] = {
+      {L"Gleaner.dll", L"Gleaner.IniReader", __uuidof(IIniReader)},
+      {L"QmAppServices.dll", L"QmAppServices.ApplicationServices", __uuidof(IApplicationServices)},
+      {L"Corvane8.dll", L"Corvane8.RepositoryMgr", __uuidof(IRepositoryMgr)},
+  };
+  std::vector<std::wstring> paths;
+  std::vector<std::unique_ptr<CComDll>> components;
+  for (const auto& c : classes) {
+    paths.push_back((ProgramFolder() / c.dll).wstring());
+    components.push_back(std::make_unique<CComDll>(paths.back()));
+    EXPECT_EQ(S_OK, components.back()->DllRegisterServer());
+    EXPECT_EQ(paths.back(), RegisteredLibrary());
+  }
+
+  // One after the other goes; the library stays with the component that registered it last.
+  for (size_t removed = 0; removed <= std::size(classes); ++removed) {
+    SCOPED_TRACE(removed);
+    for (size_t i = 0; i < std::size(classes); ++i) {
+      const HRESULT expected = i < removed ? CO_E_CLASSSTRING : S_OK;
+      const std::wstring progId = classes[i].progId;
+      EXPECT_EQ(expected, CreateRegistered(progId.c_str(), classes[i].iid));
+      EXPECT_EQ(expected, CreateRegistered((progId + L".1").c_str(), classes[i].iid));
+    }
+    EXPECT_EQ(removed < std::size(classes) ? paths.back() : L"", RegisteredLibrary());
+    if (removed < std::size(classes)) {
+      EXPECT_EQ(S_OK, components[removed]->DllUnregisterServer());
+    }
+  }
+  EXPECT_EQ(S_OK, components.back()->DllUnregisterServer()) << "nothing is left to remove";
+}
+
+}  // namespace

@@ -1,0 +1,44 @@
+#include "msidb/ModuleFile.h"
+
+#include <gtest/gtest.h>
+
+#include <fstream>
+#include <vector>
+
+#include "tests/fakes/Imports.h"
+#include "tests/support/TestFolder.h"
+
+namespace {
+
+decltype(&::ReadFile) s_read;
+bool s_readFails = false;
+
+BOOL WINAPI Read(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED* place) {
+  return !s_readFails && s_read(file, bytes, count, read, place);
+}
+
+// A read that fails leaves the file at another place than the one before it.
+TEST(ModuleFile, ReadsTheRightBytesAfterAReadThatFailed) {
+  const CTestFolder folder;
+  const std::wstring path = folder / L"bytes.bin";
+  std::vector<char> bytes(3000);
+  for (size_t i = 0; i < bytes.size(); ++i) {
+    bytes[i] = static_cast<char>(i / 100);
+  }
+  std::ofstream(std::filesystem::path(path), std::ios::binary).write(bytes.data(), 3000);
+
+  const HMODULE program = ::GetModuleHandleW(nullptr);
+  s_read = reinterpret_cast<decltype(s_read)>(
+      reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "ReadFile")));
+  ASSERT_TRUE(ReplaceImport(program, "kernel32.dll", "ReadFile", reinterpret_cast<void*>(&Read)));
+  msidb::ModuleFile file(path);
+  char read[100];
+  file.Read(0, read, sizeof read);
+  s_readFails = true;
+  EXPECT_THROW(file.Read(2000, read, sizeof read), msidb::FileFailure);
+  s_readFails = false;
+  file.Read(100, read, sizeof read);
+  EXPECT_EQ(1, read[0]);
+}
+
+}  // namespace
