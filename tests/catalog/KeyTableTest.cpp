@@ -1,14 +1,15 @@
+#include "catalog/KeyTable.h"
+
 #include <filesystem>
 
-#include "catalog/KeyTable.h"
+#include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
 namespace {
 
-TEST(KeyTable, FindsRecordsByIdAndVersionInLowerCase) {
-  wchar_t folder[MAX_PATH];
-  ::GetTempPathW(MAX_PATH, folder);
-  const std::filesystem::path root = std::filesystem::path(folder) / "qmkeys";
+TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
+  const CTestFolder folder;
+  const std::filesystem::path root = std::filesystem::path(folder / L"x").parent_path();
   std::filesystem::create_directories(root / "ObjectGallery");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   const auto described = [&](const wchar_t* id, const wchar_t* version) {
@@ -35,7 +36,6 @@ TEST(KeyTable, FindsRecordsByIdAndVersionInLowerCase) {
   EXPECT_FALSE(table.Contains(L"late:1", records)) << "was taken up without Clear";
   table.Clear();
   EXPECT_TRUE(table.Contains(L"late:1", records));
-  std::filesystem::remove_all(root);
 }
 
 }  // namespace

@@ -9,18 +9,6 @@ using testing::PrintToString;
 
 CUniqueBstr Text(const wchar_t* text) { return CUniqueBstr(::SysAllocString(text)); }
 
-/// A VARIANT of any type around a number, or a pointer that it does not own.
-VARIANT Around(int type, LONGLONG number) {
-  VARIANT variant;
-  ::VariantInit(&variant);
-  variant.vt = static_cast<VARTYPE>(type);
-  variant.llVal = number;
-  return variant;
-}
-VARIANT Around(int type, const void* pointer) {
-  return Around(type, static_cast<LONGLONG>(reinterpret_cast<ULONG_PTR>(pointer)));
-}
-
 class CatalogQueryTest : public CCatalogTest {
  protected:
   void SetUp() override {

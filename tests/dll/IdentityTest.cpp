@@ -1,3 +1,4 @@
+#include "tests/fakes/OuterObject.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
 #include "tests/support/TaskMemory.h"
@@ -121,25 +122,6 @@ TEST_F(IdentityTest, ErrorInfoIsSupportedForTheOwnDualInterfacesAlone) {
   }
 }
 
-/// An object that aggregates the module, hands out its interfaces and counts its references.
-class COuter final : public IUnknown {
- public:
-  virtual ~COuter() = default;
-  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
-    if (iid != __uuidof(IUnknown)) {
-      return m_inner->QueryInterface(iid, out);
-    }
-    *out = this;
-    AddRef();
-    return S_OK;
-  }
-  STDMETHOD_(ULONG, AddRef)() override { return ++m_references; }
-  STDMETHOD_(ULONG, Release)() override { return --m_references; }
-
-  CComPtr<IUnknown> m_inner;
-  ULONG m_references = 1;
-};
-
 TEST_F(IdentityTest, AnAggregatedObjectDelegatesToItsOuterObject) {
   const std::pair<CLSID, IID> classes[] = {
       {CLSID_MergeModule2, __uuidof(IMergeModule)},
@@ -148,18 +130,18 @@ TEST_F(IdentityTest, AnAggregatedObjectDelegatesToItsOuterObject) {
       {CLSID_MMCatalogManager, __uuidof(IMMCatalogManagerVelmora)}};
   for (const auto& [clsid, iid] : classes) {
     const CComPtr<IClassFactory> factory = m_server.Factory(clsid);
-    COuter outer;
+    COuterObject outer;
     void* refused = &outer;
     EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, iid, &refused));
     EXPECT_EQ(nullptr, refused);
 
     ASSERT_EQ(S_OK, factory->CreateInstance(&outer, __uuidof(IUnknown),
-                                            reinterpret_cast<void**>(outer.m_inner.Put())));
-    EXPECT_EQ(1u, outer.m_references);
-    EXPECT_EQ(outer.m_inner.Get(), Query(outer.m_inner.Get(), __uuidof(IUnknown)).Get());
+                                            reinterpret_cast<void**>(outer.inner.Put())));
+    EXPECT_EQ(1u, outer.references);
+    EXPECT_EQ(outer.inner.Get(), Query(outer.inner.Get(), __uuidof(IUnknown)).Get());
 
-    const CComPtr<IUnknown> object = Query(outer.m_inner.Get(), iid);
-    EXPECT_EQ(2u, outer.m_references);
+    const CComPtr<IUnknown> object = Query(outer.inner.Get(), iid);
+    EXPECT_EQ(2u, outer.references);
     EXPECT_EQ(3u, object->AddRef());
     EXPECT_EQ(2u, object->Release());
     EXPECT_EQ(&outer, Query(object.Get(), __uuidof(IUnknown)).Get());

@@ -1,13 +1,10 @@
+#include "gallery/MMGallery.h"
+
 #include <filesystem>
 #include <fstream>
 #include <sstream>
 
 #include "common/Bstr.h"
-#include "common/Path.h"
-#include "common/SearchPath.h"
-#include "gallery/CompareVersions.h"
-#include "gallery/IniIndexes.h"
-#include "module/CacheMSM.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
@@ -15,57 +12,9 @@ namespace fs = std::filesystem;
 
 namespace {
 
-TEST(CompareVersions, Table) {
-  struct Case {
-    const wchar_t* a;
-    const wchar_t* b;
-    int result;
-  } const cases[] = {
-      {L"1.2", L"1.2.0.0", 0},       {L"2.0", L"1.9.9.9", 1},    {L"1.10", L"1.9", 1},
-      {L"0.2", L"0.1.9", 1},         {L"0.0.2", L"0.0.1.9", 1},  {L"0.0.0.1", L"", 1},
-      {L"1.0.1", L"1.0.0.65535", 1}, {L"40000", L"30000", 1},    {L"0.0.40000", L"0.0.30000", 1},
-      {L"65536", L"0", 0},           {L"1.65537", L"1.1", 0},    {L"1.2.3.5", L"1.2.3.4.9", 1},
-      {L"1.2.3.4.5", L"1.2.3.4", 0}, {L"", L"0.0", 0},           {L"beta", L"", 0},
-      {L"1.x.3", L"1.0.3", 0},       {L"1.2rc9.3", L"1.2.3", 0}, {L"1..2", L"1.0.2", 0},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(c.result, CompareVersions(c.a, c.b)) << c.a << " against " << c.b;
-    EXPECT_EQ(-c.result, CompareVersions(c.b, c.a)) << c.b << " against " << c.a;
-  }
-}
-
-TEST(SearchFolders, EntriesBecomeFullPaths) {
-  using List = std::vector<CWideString>;
-  ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", L"C:\\x, y");
-  ::SetEnvironmentVariableW(L"QM_TEST_EMPTY", L"");
-  struct Case {
-    const wchar_t* path;
-    List entries;
-    List folders;
-  } const cases[] = {
-      {L" ,\t, ", {}, {}},
-      {L",\tb , a c,,b", {L"b", L"a c", L"b"}, {FullPath(L"b"), FullPath(L"a c"), FullPath(L"b")}},
-      {L"Q:\\a;b,Q:/c/", {L"Q:\\a;b", L"Q:/c/"}, {L"Q:\\a;b", L"Q:\\c"}},
-      {L"%QM_TEST_FOLDER%\\z,Q:\\", {L"%QM_TEST_FOLDER%\\z", L"Q:\\"}, {L"C:\\x, y\\z", L"Q:\\"}},
-      {L"%QM_TEST_EMPTY%,100%", {L"%QM_TEST_EMPTY%", L"100%"}, {FullPath(L"100%")}},
-      {LR"(\\,//,\\?\,\\?\Q:\a,\\?\Q:\)",
-       {LR"(\\)", L"//", LR"(\\?\)", LR"(\\?\Q:\a)", LR"(\\?\Q:\)"},
-       {L"Q:\\a", L"Q:\\"}},
-      {LR"(\\?\unc\s\h\a\,\\?\Volume{1}\a)",
-       {LR"(\\?\unc\s\h\a\)", LR"(\\?\Volume{1}\a)"},
-       {LR"(\\s\h\a)", LR"(\\?\Volume{1}\a)"}},
-  };
-  for (const Case& c : cases) {
-    EXPECT_EQ(c.entries, SplitCommaList(c.path)) << c.path;
-    EXPECT_EQ(c.folders, ExpandSearchPath(c.path)) << c.path;
-  }
-}
-
-// ---- A record
-
 /// A gallery in a folder of its own, which is the gallery root as well; modules are searched for in
 /// its folders "one" and "two".
-class Gallery : public ::testing::Test {
+class MMGalleryTest : public ::testing::Test {
  protected:
   void SetUp() override {
     fs::create_directories(m_root / "ObjectGallery");
@@ -83,9 +32,6 @@ class Gallery : public ::testing::Test {
 
   /// Puts the description of the module "lamp".
   void Describe(std::string_view text) { Put(m_lamp, text); }
-  void DescribeInUtf16(std::wstring_view text) {
-    Put(m_lamp, {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)});
-  }
 
   /// What the three questions answer, as "present, needs download: one", with the folder of the
   /// local path.
@@ -122,7 +68,7 @@ const std::string kTwoDownloads =
     kLamp + "[DownloadFiles]\nKey1=first\nKey3=third\n[first]\nLocation=d\\1.bin\n" +
     "[third]\nLocation=\\d\\3.bin\n";
 
-TEST_F(Gallery, PresenceByDescriptionAndFiles) {
+TEST_F(MMGalleryTest, PresenceByDescriptionAndFiles) {
   const std::string unlocated = "[MergeModule]\nFileName=lamp.msm\nVersion=2.0\n";
   const std::string unnamed = "[MergeModule]\nVersion=2\n[lamp.msm]\nLocation=x";
   struct Case {
@@ -171,7 +117,7 @@ TEST_F(Gallery, PresenceByDescriptionAndFiles) {
   }
 }
 
-TEST_F(Gallery, PresenceIsFixedAtTheFirstQuestion) {
+TEST_F(MMGalleryTest, PresenceIsFixedAtTheFirstQuestion) {
   Describe(kLamp);
   Put("one/lamp.msm", "x");
   Lamp record(L"2.0");
@@ -185,7 +131,7 @@ TEST_F(Gallery, PresenceIsFixedAtTheFirstQuestion) {
   EXPECT_EQ(other.ResolveLocalPath(), (m_root / "two" / "lamp.msm").c_str()) << "looks each time";
 }
 
-TEST_F(Gallery, ADescriptionIsLookedForUntilItIsThereAndThenKept) {
+TEST_F(MMGalleryTest, ADescriptionIsLookedForUntilItIsThereAndThenKept) {
   Lamp record;
   EXPECT_EQ(record.GetSubject(), L"");
   fs::create_directories(m_root / m_lamp);
@@ -199,7 +145,7 @@ TEST_F(Gallery, ADescriptionIsLookedForUntilItIsThereAndThenKept) {
   EXPECT_EQ(record.GetSubject(), L"Lamp");
 }
 
-TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
+TEST_F(MMGalleryTest, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
   Describe(kTwoDownloads);
   Lamp locked;
   {
@@ -222,7 +168,7 @@ TEST_F(Gallery, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
   EXPECT_EQ(homeless.GetVersion(), L"2.0");
 }
 
-TEST_F(Gallery, NoRootIsNoGalleryAndNotTheCurrentFolder) {
+TEST_F(MMGalleryTest, NoRootIsNoGalleryAndNotTheCurrentFolder) {
   Describe(kTwoDownloads);
   for (const char* const file : {"one/lamp.msm", "d/1.bin", "d/3.bin"}) {
     Put(file, "x");
@@ -237,7 +183,7 @@ TEST_F(Gallery, NoRootIsNoGalleryAndNotTheCurrentFolder) {
   EXPECT_EQ(L"present", StateOf(unopened));
 }
 
-TEST_F(Gallery, NamesDoNotLeaveTheGalleryFolder) {
+TEST_F(MMGalleryTest, NamesDoNotLeaveTheGalleryFolder) {
   const fs::path gallery("ObjectGallery");
   for (const wchar_t* name : {L"..\\outside", L"../outside", L"sub\\lamp", L"sub/lamp"}) {
     Put(gallery / (name + std::wstring(L".ini")), "[MergeModule]\nSubject=Lamp");
@@ -252,7 +198,7 @@ TEST_F(Gallery, NamesDoNotLeaveTheGalleryFolder) {
   EXPECT_EQ(plain.GetSubject(), L"Lamp");
 }
 
-TEST_F(Gallery, ItemsOfLists) {
+TEST_F(MMGalleryTest, ItemsOfLists) {
   Describe(
       "[Dependency]\nKey1=Socket.1\n[Socket.1]\nVersion=1.5\nLanguage=1031\n"
       "[Exclusions]\nKey2=Candle.1\nKey3=\n"
@@ -283,67 +229,6 @@ TEST_F(Gallery, ItemsOfLists) {
     record.GetExclusion(index, nullptr, &kept, nullptr, &(language = -1));
     EXPECT_EQ(c.Get(), kept) << index;
     EXPECT_EQ(0, language) << index;
-  }
-}
-
-// ---- A module record of the gallery
-
-TEST_F(Gallery, AModuleRecordOfTheGalleryIsFilledFromTheDescriptionAlone) {
-  Put("one/lamp.msm", "no database: its tables are not read");
-  DescribeInUtf16(
-      L"\uFEFF[mergemodule]\r\nFileName=lamp.msm\r\nLanguage=1049x\r\nModuleID=Лампа.1\r\n"
-      L"Author=Ζωή\r\nComments=光\r\nSubject=Lampe für \U0001F600\r\nVersion=2.0\r\n"
-      L"[LAMP.MSM]\r\nLocation=x\r\n");
-  const std::wstring path = (m_root / "one" / "lamp.msm").wstring();
-  CCacheMSM record;
-  record.InitFromGallery(L"lamp");
-  EXPECT_EQ(record.Path(), path);
-  EXPECT_EQ(1049, record.Language());
-  EXPECT_EQ(record.ModuleID(), L"Лампа.1");
-  EXPECT_EQ(record.Key(), L"Лампа.1:1049");
-  EXPECT_EQ(record.Version(), L"2.0");
-  EXPECT_EQ(record.Author(), L"Ζωή");
-  EXPECT_EQ(record.Comments(), L"光");
-  EXPECT_EQ(record.Subject(), L"Lampe für \U0001F600");
-  EXPECT_EQ(record.DisplayName(), L"Lampe für \U0001F600");
-  EXPECT_EQ(record.PackageCode(), L"lamp");
-  EXPECT_EQ(record.GetOrigin(), L"");
-  EXPECT_EQ(L"present, needs download: one", StateOf(record)) << "no version is known";
-
-  EXPECT_TRUE(record.GetDialogs().empty());
-  EXPECT_TRUE(record.GetCustomActions().empty());
-  EXPECT_TRUE(record.GetDependencies().empty());
-  EXPECT_TRUE(record.GetExclusions().empty());
-  EXPECT_TRUE(record.GetFiles().empty());
-
-  Describe(kLamp);
-  CCacheMSM nameless;
-  nameless.InitFromGallery(L"lamp");
-  EXPECT_EQ(nameless.DisplayName(), path) << "without a subject";
-  EXPECT_EQ(nameless.Key(), L":0");
-}
-
-// ---- Indexes, which a process reads once
-
-TEST_F(Gallery, IndexesThatAreMissingAreNoFailure) {
-  CIniIndexes& indexes = CIniIndexes::Instance();
-  if (!indexes.FileModules().empty()) {
-    GTEST_SKIP() << "this process has read its indexes; ctest gives each test its own";
-  }
-  ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", (m_root / "none").c_str());
-  ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", L"");  // which is not the current folder
-  fs::current_path(m_root);
-  Put("PlatformFilesToModules.ini", "[PlatformFileToModule]\nb.dll=Lamp.9\n");
-  Put("FilesToModules.ini", "[FilesToModules]\nsetup.exe=0:Lamp.9\n");
-  const auto services = CreateApplicationServices();
-  for (int round = 1; round <= 2; ++round) {
-    indexes.LoadOnce(*services);
-    EXPECT_FALSE(TakeErrorObject());
-    CWideString name;
-    EXPECT_FALSE(indexes.LookupModuleName(L"Lamp.9:7", name));
-    EXPECT_TRUE(indexes.FileModules().empty());
-    EXPECT_TRUE(indexes.PlatformFileModules().empty());
-    Put("none/modules.ini", "[modules]\nLamp.9:7=Late\n");
   }
 }
 

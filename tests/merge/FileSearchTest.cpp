@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(FileSearch, PatternsStandForNames) {
+TEST(FileSearchTest, PatternsStandForNames) {
   const struct {
     const char* pattern;
     const char* name;
@@ -22,7 +22,7 @@ TEST(FileSearch, PatternsStandForNames) {
   }
 }
 
-TEST(FileSearch, LongAndShortNamesInAnyCase) {
+TEST(FileSearchTest, LongAndShortNamesInAnyCase) {
   std::vector<CheckedModule> modules(3);
   modules[0].files = {MakeDeliveredFile("ÄB~1.TXT|Äblage.txt", "Dir", "K2", "", 5),
                       MakeDeliveredFile("A.TXT", "Dir", "K1", "", {})};

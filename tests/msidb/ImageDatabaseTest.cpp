@@ -261,7 +261,7 @@ void WriteFile(const fs::path& path, image_tests::CompoundFileImage file) {
              static_cast<std::streamsize>(file.bytes.size()));
 }
 
-TEST(ImageDatabase, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
+TEST(ImageDatabaseTest, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
   const struct {
     const char* name;
     DatabaseImage database;
@@ -297,7 +297,7 @@ TEST(ImageDatabase, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
   }
 }
 
-TEST(ImageDatabase, RefusesTextsThatTheSystemCannotDecode) {
+TEST(ImageDatabaseTest, RefusesTextsThatTheSystemCannotDecode) {
   const CTestFolder folder;
   const fs::path path(folder / L"module.msm");
   WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(9999, {"plain"}))));
@@ -311,7 +311,7 @@ TEST(ImageDatabase, RefusesTextsThatTheSystemCannotDecode) {
   EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
-TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
+TEST(ImageDatabaseTest, DoesNotHandASuspiciousFileToTheInstaller) {
   auto file = image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(1252, {"plain"})));
   file.Put(0x1A, 2, 5);  // a version that the reader does not know
   file.Put(file.Entry(image_tests::TableStream("Numbers")) + 2, 2, 0);
@@ -327,7 +327,7 @@ TEST(ImageDatabase, DoesNotHandASuspiciousFileToTheInstaller) {
   EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
-TEST(ImageDatabase, RefusesRowsWhoseTextsWouldFillTheMemory) {
+TEST(ImageDatabaseTest, RefusesRowsWhoseTextsWouldFillTheMemory) {
   std::vector<image_tests::Stream> streams = image_tests::WriteDatabase(
       {{{"T", {{"Key", kText | kKey}}, {{std::string(60000, 'x')}}}}, {}});
   constexpr size_t kRows = 2000;
@@ -366,7 +366,7 @@ std::vector<fs::path> ModulesBelow(const fs::path& folder) {
   return modules;
 }
 
-TEST(ImageDatabase, ReadsTheSamplesAsTheInstallerDoes) {
+TEST(ImageDatabaseTest, ReadsTheSamplesAsTheInstallerDoes) {
   const std::vector<fs::path> modules = ModulesBelow(ProgramFolder().parent_path() / "samples");
   EXPECT_LT(15U, modules.size());
   for (const fs::path& module : modules) {
@@ -374,7 +374,7 @@ TEST(ImageDatabase, ReadsTheSamplesAsTheInstallerDoes) {
   }
 }
 
-TEST(ImageDatabase, ReadsModulesOfOtherToolsAsTheInstallerDoes) {
+TEST(ImageDatabaseTest, ReadsModulesOfOtherToolsAsTheInstallerDoes) {
   const fs::path source = ProgramFolder().parent_path().parent_path().parent_path();
   const fs::path folder = source.parent_path() / "shared" / "modules";
   if (!fs::exists(folder)) {

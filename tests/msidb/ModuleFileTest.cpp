@@ -18,7 +18,7 @@ BOOL WINAPI Read(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED*
 }
 
 // A read that fails leaves the file at another place than the one before it.
-TEST(ModuleFile, ReadsTheRightBytesAfterAReadThatFailed) {
+TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
   const CTestFolder folder;
   const std::wstring path = folder / L"bytes.bin";
   std::vector<char> bytes(3000);

@@ -7,6 +7,7 @@
 #include <vector>
 
 #include "tests/support/Interfaces.h"
+#include "tests/support/Variants.h"
 
 // Reading objects of the server as its clients do, by the two routes of a dual interface.
 //
@@ -15,23 +16,6 @@
 // the HRESULT, a blank and the description.
 
 enum class Route { VirtualTable, Dispatch };
-
-/// A VARIANT that is cleared at its end.
-class CVariant : public VARIANT {
- public:
-  CVariant() noexcept { ::VariantInit(this); }
-  explicit CVariant(long number) noexcept : CVariant() {
-    vt = VT_I4;
-    lVal = number;
-  }
-  explicit CVariant(const wchar_t* text) noexcept : CVariant() {
-    vt = VT_BSTR;
-    bstrVal = ::SysAllocString(text);
-  }
-  CVariant(const CVariant&) = delete;
-  CVariant& operator=(const CVariant&) = delete;
-  ~CVariant() { ::VariantClear(this); }
-};
 
 /// The description that a failed call left on the thread.
 std::wstring TakeDescription();

@@ -4,13 +4,16 @@
 
 #include <string_view>
 
+#ifdef _WIN32
+#include <windows.h>
+#endif
+
 namespace {
 
 using namespace std::string_view_literals;
 using qm::text::FoldCase;
 
-// The whole table is compared with the platform's own where that is at hand.
-TEST(Fold, TextsThatDifferInCaseAloneAreEqual) {
+TEST(FoldTest, TextsThatDifferInCaseAloneAreEqual) {
   const struct {
     std::string_view text;
     std::string_view folded;
@@ -33,12 +36,12 @@ TEST(Fold, TextsThatDifferInCaseAloneAreEqual) {
   }
 }
 
-TEST(Fold, SurrogatesStayAsTheyAre) {
+TEST(FoldTest, SurrogatesStayAsTheyAre) {
   const std::u16string text = {u'A', 0xD801, 0xDC00, 0xDFFF};
   EXPECT_EQ(FoldCase(text), (std::u16string{u'a', 0xD801, 0xDC00, 0xDFFF}));
 }
 
-TEST(Fold, OrderIgnoresCaseAlone) {
+TEST(FoldTest, OrderIgnoresCaseAlone) {
   using qm::text::CompareFolded;
   EXPECT_EQ(CompareFolded(u"\u00C9t\u0141 A", u"\u00E9T\u0142 a"), 0);
   EXPECT_LT(CompareFolded(u"_Z", u"a"), 0);  // capitals would come before the line
@@ -47,5 +50,17 @@ TEST(Fold, OrderIgnoresCaseAlone) {
     EXPECT_GT(CompareFolded(greater, u"A"), 0);
   }
 }
+
+#ifdef _WIN32
+TEST(FoldTest, FoldsEveryUnitAsThePlatformDoes) {
+  for (WORD unit = 0;; ++unit) {
+    const auto lower = reinterpret_cast<ULONG_PTR>(::CharLowerW(MAKEINTRESOURCEW(unit)));
+    ASSERT_EQ(FoldCase(static_cast<char16_t>(unit)), lower) << std::hex << unit;
+    if (unit == 0xFFFF) {
+      break;
+    }
+  }
+}
+#endif
 
 }  // namespace

@@ -1,17 +1,12 @@
-#include "msidb/View.h"
-#include "tests/support/TestDatabase.h"
+#include "traits/ProjectTraits.h"
+
 #include "tests/support/Testing.h"
-#include "traits/CurrentTraits.h"
-#include "traits/DefaultDirectories.h"
-#include "traits/ProjectDatabase.h"
 #include "traits/ProjectTraitsMSI.h"
-#include "traits/ProjectTraitsManager.h"
 #include "traits/ProjectTraitsPro.h"
-#include "traits/TargetPath.h"
 
 namespace {
 
-TEST(ProjectTraits, PredefinedFoldersOfBothKinds) {
+TEST(ProjectTraitsTest, PredefinedFoldersOfBothKinds) {
   struct Case {
     const wchar_t* name;
     bool msiPredefined, msiShell, proPredefined, proShell;
@@ -48,7 +43,7 @@ Result CallSlot(const ProjectTraits& traits, size_t slot) {
 }
 
 // Spellings that differ most, on either side of each group of slots.
-TEST(ProjectTraits, SpellingsOfBothKindsAreInTheirSlots) {
+TEST(ProjectTraitsTest, SpellingsOfBothKindsAreInTheirSlots) {
   struct Case {
     size_t slot;
     const wchar_t* msi;
@@ -73,71 +68,6 @@ TEST(ProjectTraits, SpellingsOfBothKindsAreInTheirSlots) {
   EXPECT_EQ(L'>', CallSlot<wchar_t>(pro, 3));
   EXPECT_EQ(2, CallSlot<int>(msi, 24));
   EXPECT_EQ(4, CallSlot<int>(pro, 24));
-}
-
-TEST(ProjectTraits, TheActiveProjectDecidesAnewAtEveryCall) {
-  for (const auto& [type, delimiter] : {std::pair(L"0", L"["), {L"1", L"<"}, {nullptr, L"["}}) {
-    ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", type);
-    EXPECT_EQ(current_traits::OpenDelimiter(), delimiter);
-    EXPECT_EQ(current_traits::OpenDelimiterChar(), *delimiter);
-    EXPECT_EQ(IsScriptProjectActive(), *delimiter == L'<');
-    EXPECT_EQ(L'[', TargetPathOptions().brackets->open) << "of installer properties in any case";
-  }
-  for (const wchar_t* const unknown : {L"2", L"7", L"-1", L"-2147483648"}) {
-    ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", unknown);
-    EXPECT_THROW(current_traits::InstallDirProperty(), CMemoryException*);
-    EXPECT_FALSE(IsScriptProjectActive());
-  }
-}
-
-TEST(DefaultDirectories, ByPredefinedFolder) {
-  const struct {
-    const wchar_t *key, *fallback, *expected;
-  } cases[] = {
-      {L"AdminToolsFolder", L"", L"Admint~1|AdminTools"},
-      {L"ProgramFilesFolder", L"mine", L"Progra~1|Program Files"},
-      {L"RecentFolder", L"", L"Recent"},
-      {L"IISROOTFOLDER", L"", L"IISRoo~1|IISRootFolder"},
-      {L"programfilesfolder", L"mine", L"mine"},
-  };
-  for (const auto& c : cases) {
-    EXPECT_EQ(DefaultDirOf(c.key, c.fallback), c.expected);
-  }
-  const com_exception failure = FailureOf([] { DefaultDirOf(L"Nowhere", L""); });
-  EXPECT_EQ(static_cast<HRESULT>(0x800403ED), failure.hr);
-  EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(L"Nowhere"));
-}
-
-TEST(DefaultDirectories, ReferencesAreDelimitedAsTheProjectDoes) {
-  const ProjectTraitsMSI msi;
-  const ProjectTraitsPro pro;
-  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", msi), L"[USERPROFILE]");
-  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", pro), L"<USERPROFILE>");
-  EXPECT_EQ(PredefinedFolderReference(L"IISROOTFOLDER", msi), L"");
-  EXPECT_EQ(PredefinedFolderReference(L"Nowhere", msi), L"");
-}
-
-TEST(ProjectDatabase, TheTypeIsComparedExactly) {
-  const struct {
-    const wchar_t* type;
-    bool installer, module;
-  } cases[] = {
-      {L"MSIE", true, false}, {L"MSM", false, true},   {L"MSIE ", false, false},
-      {L"msm", false, false}, {nullptr, false, false},
-  };
-  for (const auto& c : cases) {
-    TestDatabase test;
-    EXPECT_FALSE(msidb::IsInstallerProject(test.database)) << "without the table";
-    test.Run(
-        L"CREATE TABLE `Quillmark` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR PRIMARY "
-        L"KEY `Property`)");
-    test.Insert(L"Quillmark", {L"Other", L"MSIE"});
-    if (c.type) {
-      test.Insert(L"Quillmark", {L"Type", c.type});
-    }
-    EXPECT_EQ(c.installer, msidb::IsInstallerProject(test.database));
-    EXPECT_EQ(c.module, msidb::IsMergeModuleProject(test.database));
-  }
 }
 
 }  // namespace

@@ -1,13 +1,13 @@
+#include "com/frame/ApartmentGate.h"
+
 #include <atomic>
 #include <thread>
 
-#include "com/frame/ApartmentGate.h"
-#include "com/frame/ApartmentPtr.h"
 #include "tests/support/Testing.h"
 
 namespace {
 
-TEST(ApartmentGate, AWaitEndsWithAFailureThatIsDescribed) {
+TEST(ApartmentGateTest, AWaitEndsWithAFailureThatIsDescribed) {
   ApartmentGate gate(1000);
   gate.Enter();
   gate.Enter();
@@ -29,7 +29,7 @@ TEST(ApartmentGate, AWaitEndsWithAFailureThatIsDescribed) {
   }).join();
 }
 
-TEST(ApartmentGate, OneThreadAtATimePassesAndNobodyIsKeptWaiting) {
+TEST(ApartmentGateTest, OneThreadAtATimePassesAndNobodyIsKeptWaiting) {
   ApartmentGate gate(10000);
   std::atomic<int> inside = 0;
   int passes = 0;
@@ -49,43 +49,6 @@ TEST(ApartmentGate, OneThreadAtATimePassesAndNobodyIsKeptWaiting) {
     thread.join();
   }
   EXPECT_EQ(800, passes);
-}
-
-/// Counts its references, and keeps the thread that gave the last one up.
-class Counted final : public IUnknown {
- public:
-  STDMETHOD(QueryInterface)(REFIID, void**) override { return E_NOINTERFACE; }
-  STDMETHOD_(ULONG, AddRef)() override { return ++references; }
-  STDMETHOD_(ULONG, Release)() override {
-    releaser = ::GetCurrentThreadId();
-    return --references;
-  }
-
-  std::atomic<ULONG> references = 0;
-  std::atomic<DWORD> releaser = 0;
-};
-
-TEST(ApartmentPtr, TheObjectIsUsedAndReleasedByItsOwnThread) {
-  Counted object;
-  {
-    CApartmentPtr<IUnknown> pointer;
-    pointer.Set(&object);
-    EXPECT_EQ(&object, pointer.Get());
-    std::thread([&] {
-      EXPECT_EQ(nullptr, pointer.Get());
-      Counted other;
-      pointer.Set(&other);
-      EXPECT_EQ(&other, pointer.Get());
-      ReleaseReturnedReferences();
-      EXPECT_EQ(1u, object.references) << "another thread released it";
-      pointer.Set(&object);
-      EXPECT_EQ(0u, other.references);
-    }).join();
-    ReleaseReturnedReferences();
-    EXPECT_EQ(1u, object.references);
-    EXPECT_EQ(::GetCurrentThreadId(), object.releaser);
-  }
-  EXPECT_EQ(0u, object.references) << "the thread that it belonged to has ended";
 }
 
 }  // namespace

@@ -1,10 +1,10 @@
+#include "com/loader/ComponentLoader.h"
+
 #include <filesystem>
 
 #include "com/frame/ModulePath.h"
-#include "com/loader/ComponentLoader.h"
 #include "common/ComPtr.h"
-#include "common/Path.h"
-#include "common/SystemFolders.h"
+#include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
 namespace fs = std::filesystem;
@@ -16,14 +16,9 @@ constexpr CLSID kSibling = {1, 0x7E57, 0x7E57, {}};
 
 /// A folder tree around a server that is not there:
 /// <root>/product/server, with sibling.dll wherever a test puts it.
-class Loader : public ::testing::Test {
+class ComponentLoaderTest : public ::testing::Test {
  protected:
   void SetUp() override {
-    wchar_t path[MAX_PATH];
-    ::GetTempPathW(MAX_PATH, path);
-    ::GetTempFileNameW(path, L"qml", 0, path);
-    ::DeleteFileW(path);
-    m_root = path;
     fs::create_directories(m_root / "product" / "server");
     m_previous = fs::current_path();
     loader = std::make_unique<CComponentLoader>((m_root / "product" / "server").c_str(),
@@ -33,8 +28,6 @@ class Loader : public ::testing::Test {
     loader->UnloadIdle();
     EXPECT_EQ(m_previous, fs::current_path());
     fs::current_path(m_previous);
-    std::error_code ignored;  // a DLL that stays loaded keeps its file
-    fs::remove_all(m_root, ignored);
   }
 
   /// Puts the test's component, or junk, into a folder below the root.
@@ -57,12 +50,13 @@ class Loader : public ::testing::Test {
     return FailureOf([&] { loader->Create<IUnknown>(L"sibling.dll", clsid); });
   }
 
-  fs::path m_root;
+  const CTestFolder m_folder;
+  const fs::path m_root = fs::path(m_folder / L"x").parent_path();
   fs::path m_previous;
   std::unique_ptr<CComponentLoader> loader;
 };
 
-TEST_F(Loader, LooksInTheServersFolderThenItsSystemThenTheProductsFolder) {
+TEST_F(ComponentLoaderTest, LooksInTheServersFolderThenItsSystemThenTheProductsFolder) {
   const fs::path places[] = {Put("product/server"), Put("product/server/System"),
                              Put("common/Quillmark")};
   for (const fs::path& place : places) {
@@ -78,7 +72,7 @@ TEST_F(Loader, LooksInTheServersFolderThenItsSystemThenTheProductsFolder) {
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), Failure().hr);
 }
 
-TEST_F(Loader, FunctionsAreAlsoLookedForInTheSystemFolderOfTheProduct) {
+TEST_F(ComponentLoaderTest, FunctionsAreAlsoLookedForInTheSystemFolderOfTheProduct) {
   // Objects are not: their last place is the registry.
   const fs::path place = Put("product/System");
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), Failure().hr);
@@ -87,7 +81,7 @@ TEST_F(Loader, FunctionsAreAlsoLookedForInTheSystemFolderOfTheProduct) {
   EXPECT_TRUE(fs::equivalent(place, Loaded()));
 }
 
-TEST_F(Loader, TheSystemFolderSearchBeginsAboveTheServer) {
+TEST_F(ComponentLoaderTest, TheSystemFolderSearchBeginsAboveTheServer) {
   Put("product/server/System");
   EXPECT_EQ(loader->FindSystemFolder(L"sibling.dll"), L"");
   Put("System");
@@ -97,7 +91,7 @@ TEST_F(Loader, TheSystemFolderSearchBeginsAboveTheServer) {
                              loader->FindSystemFolder(L"sibling.dll").c_str()));
 }
 
-TEST_F(Loader, NothingIsLoadedFromTheCurrentFolderOrThePath) {
+TEST_F(ComponentLoaderTest, NothingIsLoadedFromTheCurrentFolderOrThePath) {
   Put("elsewhere");
   const fs::path previous = fs::current_path();
   fs::current_path(m_root / "elsewhere");
@@ -106,12 +100,12 @@ TEST_F(Loader, NothingIsLoadedFromTheCurrentFolderOrThePath) {
   fs::current_path(previous);
 }
 
-TEST_F(Loader, ABackslashNamesTheFileItself) {
+TEST_F(ComponentLoaderTest, ABackslashNamesTheFileItself) {
   const fs::path place = Put("elsewhere");
   EXPECT_TRUE(loader->Create<IUnknown>(place.c_str(), kSibling));
 }
 
-TEST_F(Loader, FailuresNameTheDll) {
+TEST_F(ComponentLoaderTest, FailuresNameTheDll) {
   const fs::path place = Put("product/server");
   const com_exception unknown = Failure(GUID_NULL);
   EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, unknown.hr);
@@ -128,22 +122,6 @@ TEST_F(Loader, FailuresNameTheDll) {
   const com_exception junk = Failure();
   EXPECT_TRUE(FAILED(junk.hr));
   EXPECT_EQ(0U, std::wstring_view(junk.description).find(L"sibling.dll: "));
-}
-
-TEST(SystemFolders, AreThoseOfTheMachine) {
-  wchar_t windows[MAX_PATH];
-  ::GetWindowsDirectoryW(windows, MAX_PATH);
-  EXPECT_EQ(GetSystemFolder(kSysNative), JoinPath(windows, L"sysnative"));
-  EXPECT_EQ(GetSystemFolder(kSysWow64), JoinPath(windows, L"syswow64"));
-  EXPECT_TRUE(fs::exists(fs::path(GetSystemFolder(0).c_str()) / "kernel32.dll"));
-  for (const unsigned long view : {0UL, kNativeFolder}) {
-    const CWideString programs = GetProgramFolder(kProgramFiles | view);
-    const CWideString common = GetProgramFolder(kCommonFiles | view);
-    EXPECT_TRUE(fs::is_directory(programs.c_str()));
-    EXPECT_TRUE(fs::is_directory(common.c_str()));
-    EXPECT_NE(programs, common);
-    EXPECT_EQ(programs, GetProgramFolder(2 | view)) << "any other request";
-  }
 }
 
 }  // namespace

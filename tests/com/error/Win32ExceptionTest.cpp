@@ -1,0 +1,56 @@
+#include "com/error/win32_exception.h"
+
+#include <optional>
+#include <string>
+#include <utility>
+
+#include "com/error/Raise.h"
+#include "tests/support/Testing.h"
+
+namespace {
+
+TEST(Win32ExceptionTest, TakesTheCodeBeforeAnythingCanChangeIt) {
+  ::SetLastError(ERROR_SHARING_VIOLATION);
+  EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, qm::win32_exception().code());
+  ::SetLastError(ERROR_PATH_NOT_FOUND);
+  try {
+    RaiseLastError();
+  } catch (const qm::win32_exception& failure) {
+    EXPECT_EQ(DWORD{ERROR_PATH_NOT_FOUND}, failure.code());
+  }
+}
+
+TEST(Win32ExceptionTest, CopiesShareOneText) {
+  const long blocks = heap::Live();
+  {
+    ::SetLastError(ERROR_ACCESS_DENIED);
+    std::optional<qm::win32_exception> first(std::in_place);
+    const qm::win32_exception before(*first);
+    const wchar_t* const text = first->message();
+    const qm::win32_exception after(*first);
+    qm::win32_exception assigned;
+    assigned = after;
+    first.reset();
+    const std::string narrow(after.what());
+    EXPECT_EQ(SystemText(E_ACCESSDENIED), std::wstring(narrow.begin(), narrow.end()));
+    EXPECT_EQ(SystemText(E_ACCESSDENIED), text);
+    for (const auto* copy : {&before, &after, &std::as_const(assigned)}) {
+      EXPECT_EQ(text, copy->message());
+      EXPECT_EQ(after.what(), copy->what());
+    }
+  }
+  EXPECT_EQ(blocks, heap::Live());
+}
+
+TEST(Win32ExceptionTest, HResultAndTextOfCodes) {
+  const std::pair<DWORD, DWORD> codes[] = {{0, 0}, {0x12345, 0x80072345}, {0xA0FF1234, 0xA0FF1234}};
+  for (const auto& [code, hr] : codes) {
+    ::SetLastError(code);
+    const qm::win32_exception failure;
+    EXPECT_EQ(hr, static_cast<DWORD>(failure.hresult()));
+    EXPECT_STREQ(L"", failure.message()) << code;  // no text is known
+    EXPECT_STREQ("", failure.what());
+  }
+}
+
+}  // namespace

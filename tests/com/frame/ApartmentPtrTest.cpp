@@ -1,0 +1,47 @@
+#include "com/frame/ApartmentPtr.h"
+
+#include <atomic>
+#include <thread>
+
+#include "tests/support/Testing.h"
+
+namespace {
+
+/// Counts its references, and keeps the thread that gave the last one up.
+class Counted final : public IUnknown {
+ public:
+  STDMETHOD(QueryInterface)(REFIID, void**) override { return E_NOINTERFACE; }
+  STDMETHOD_(ULONG, AddRef)() override { return ++references; }
+  STDMETHOD_(ULONG, Release)() override {
+    releaser = ::GetCurrentThreadId();
+    return --references;
+  }
+
+  std::atomic<ULONG> references = 0;
+  std::atomic<DWORD> releaser = 0;
+};
+
+TEST(ApartmentPtrTest, TheObjectIsUsedAndReleasedByItsOwnThread) {
+  Counted object;
+  {
+    CApartmentPtr<IUnknown> pointer;
+    pointer.Set(&object);
+    EXPECT_EQ(&object, pointer.Get());
+    std::thread([&] {
+      EXPECT_EQ(nullptr, pointer.Get());
+      Counted other;
+      pointer.Set(&other);
+      EXPECT_EQ(&other, pointer.Get());
+      ReleaseReturnedReferences();
+      EXPECT_EQ(1u, object.references) << "another thread released it";
+      pointer.Set(&object);
+      EXPECT_EQ(0u, other.references);
+    }).join();
+    ReleaseReturnedReferences();
+    EXPECT_EQ(1u, object.references);
+    EXPECT_EQ(::GetCurrentThreadId(), object.releaser);
+  }
+  EXPECT_EQ(0u, object.references) << "the thread that it belonged to has ended";
+}
+
+}  // namespace

@@ -1,0 +1,26 @@
+#include "common/Path.h"
+
+#include <tuple>
+
+#include "tests/support/Testing.h"
+
+namespace {
+
+TEST(PathTest, Join) {
+  const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
+      {L"C:\\a", L"b", L"C:\\a\\b"},
+      {L"C:\\a\\", L"b", L"C:\\a\\b"},
+      {L"C:\\a", L"\\b", L"C:\\a\\b"},
+      {L"C:\\a\\", L"\\b", L"C:\\a\\b"},
+      {L"", L"b", L"b"},
+      {L"", L"\\b", L"\\b"},
+      {L"C:\\", L"b\\c", L"C:\\b\\c"},
+      {L"", L"", L""}};
+  for (const auto& [base, tail, joined] : cases) {
+    EXPECT_EQ(JoinPath(base, tail), joined);
+  }
+  EXPECT_EQ(FolderOf(L"C:\\a\\b.msm"), L"C:\\a");
+  EXPECT_EQ(FolderOf(L"b.msm"), L"");
+}
+
+}  // namespace

@@ -1,0 +1,24 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/ComPtr.h"
+
+/// An object that aggregates another one: hands out its interfaces and counts its own references.
+class COuterObject final : public IUnknown {
+ public:
+  virtual ~COuterObject() = default;
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    if (iid != __uuidof(IUnknown)) {
+      return inner ? inner->QueryInterface(iid, out) : E_NOINTERFACE;
+    }
+    *out = this;
+    AddRef();
+    return S_OK;
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return ++references; }
+  STDMETHOD_(ULONG, Release)() override { return --references; }
+
+  CComPtr<IUnknown> inner;
+  ULONG references = 1;
+};

@@ -1,0 +1,107 @@
+#include "merge/Findings.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/MergeModules.h"
+
+namespace {
+
+using testing::ElementsAre;
+
+std::vector<std::string> FindingsOf(const std::vector<MergeModule>& modules,
+                                    std::vector<CheckedModule> details,
+                                    std::vector<size_t> scope = {}) {
+  if (scope.empty()) {
+    for (size_t i = 0; i < modules.size(); ++i) {
+      scope.push_back(i);
+    }
+  }
+  details.resize(modules.size());
+  std::vector<std::string> lines;
+  const MergeSet set(modules);
+  for (const Finding& finding :
+       CheckModules(set, details, scope, [](size_t, const std::string& directory) {
+         return "[" + directory.substr(0, directory.find('.')) + "]";
+       })) {
+    std::string line = finding.code;
+    for (const std::string& module : finding.modules) {
+      line += ' ' + module;
+    }
+    lines.push_back(line + " | " + finding.text);
+  }
+  return lines;
+}
+
+CheckedModule Files(std::vector<DeliveredFile> files) {
+  CheckedModule module;
+  module.files = std::move(files);
+  return module;
+}
+
+TEST(FindingsTest, EachKindIsFoundOnce) {
+  CheckedModule excluding, broken, downloadable;
+  excluding.path = "a.msm";
+  excluding.exclusions = {{"B", 0, "", "1.5"}, {"B", 0, "2.0", ""}, {"A", 0, "", ""}};
+  broken.path = "broken.msm";
+  broken.failure = "no database";
+  downloadable.needsDownload = true;
+  const std::vector<MergeModule> modules{Module("A", "1", 0, {{"Gone", 1033, "2"}, {"B", 0, ""}}),
+                                         Module("B", "1.0", 0, {{"A", 0, ""}}), Module(""),
+                                         Module("D")};
+  EXPECT_THAT(
+      FindingsOf(modules, {excluding, {}, broken, downloadable}),
+      ElementsAre(
+          "dependency-cycle A:0 B:0 | each needs the next, and the last the first: A:0, B:0",
+          "exclusion A:0 B:0 | A:0 excludes versions up to 1.5 of B:0, which has version "
+          "\"1.0\"",
+          "missing-dependency A:0 | A:0 needs Gone:1033, at least 2: no module has this ID",
+          "needs-download D:1033 | D:1033 has to be downloaded, or files of it",
+          "unreadable-module broken.msm | broken.msm cannot be read: no database"));
+  EXPECT_THAT(FindingsOf(modules, {excluding, {}, broken, downloadable}, {1, 3}),
+              ElementsAre(testing::StartsWith("dependency-cycle"),
+                          testing::StartsWith("missing-dependency"),
+                          testing::StartsWith("needs-download")));
+}
+
+TEST(FindingsTest, Doubles) {
+  CheckedModule first, second;
+  first.path = "1.msm";
+  second.path = "2.msm";
+  EXPECT_THAT(FindingsOf({Module("A", "1.0"), Module("a", "1.0"), Module("A", "2.0", 1031)},
+                         {first, second}),
+              ElementsAre("duplicate-key A:1033 | A:1033 is there 2 times: 1.msm (version 1.0), "
+                          "2.msm (version 1.0)",
+                          "several-versions A:1033 a:1033 A:1031 | A is there in 2 versions: 1.0, "
+                          "2.0"));
+}
+
+TEST(FindingsTest, FilesConflictInOneFolderOnly) {
+  CheckedModule nameless = Files({{"w.dll", "System.5"}}), other = nameless;
+  nameless.path = "1.msm";
+  other.path = "2.msm";
+  EXPECT_THAT(FindingsOf({Module(""), Module("")}, {nameless, other}),
+              ElementsAre("file-conflict 1.msm 2.msm | w.dll goes to [System] from 1.msm and from "
+                          "2.msm"));
+  EXPECT_THAT(
+      FindingsOf(
+          {Module("A"), Module("B"), Module("C"), Module("A", "1.0", 1031)},
+          {Files({{"x.dll", "System.1"}, {"y.dll", "System.1"}, {"z.dll", "System.1"}}),
+           Files({{"X.DLL", "SYSTEM.2"}, {"y.dll", "Windows.2"}}), Files({{"q.dll", "System.3"}}),
+           Files({{"z.dll", "System.4"}, {"x.dll", "System.4"}})}),
+      ElementsAre("file-conflict A:1033 B:1033 | x.dll goes to [System] from A:1033 and "
+                  "from B:1033"));
+}
+
+TEST(FindingsTest, IndexEntriesOfUnknownModules) {
+  const std::vector<MergeModule> modules{Module("A")};
+  const auto findings = CheckIndexes(MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
+                                                         {"FilesToModules.ini", "a.dll", "A:"},
+                                                         {"FilesToModules.ini", "x.dll", "B:0"},
+                                                         {"FilesToModules.ini", "y.dll", "B:0"}});
+  ASSERT_EQ(1u, findings.size());
+  EXPECT_EQ("FilesToModules.ini names B:0 for \"x.dll\" and 1 more, and no folder has it",
+            findings.front().text);
+}
+
+}  // namespace

@@ -1,0 +1,63 @@
+#include "msidb/View.h"
+
+#include "msidb/InstallerResult.h"
+#include "tests/support/InstallerFixture.h"
+// After the installer's headers, on which it depends.
+#include <msidefs.h>
+
+using installer::Answer;
+using msidb::View;
+
+namespace {
+
+using ViewTest = InstallerFixture;
+
+TEST_F(ViewTest, FetchingEndsForGood) {
+  Bench bench;
+  View& view = bench.view;
+  EXPECT_FALSE(View().Next());  // without a query there are no rows
+  for (const wchar_t* key : {L"A", L"B", L"C"}) {
+    ASSERT_TRUE(view.Next());
+    EXPECT_EQ(view.Row().GetString(1), key);
+  }
+  for (int i = 0; i < 3; ++i) {
+    EXPECT_FALSE(view.Next());
+    EXPECT_FALSE(view.Row());
+  }
+  EXPECT_EQ(HRESULT_FROM_WIN32(259), FailureOf([&] { view.RequireNext(); }).hr);
+
+  bench.record.SetString(1, L"B");
+  view.Open(bench.database, L"SELECT `N` FROM `T` WHERE `K` = ?");
+  view.Execute(&bench.record);
+  view.RequireNext();
+  EXPECT_EQ(2, view.Row().GetInteger(1));
+  EXPECT_FALSE(view.RunAndFetch(bench.database, L"SELECT `N` FROM `T` WHERE `K` = 'X'"));
+}
+
+TEST_F(ViewTest, ModifyTellsDuplicateKeysApart) {
+  const std::pair<int, HRESULT> details[] = {
+      {MSIDBERROR_DUPLICATEKEY, static_cast<HRESULT>(0x800403E8)},
+      {MSIDBERROR_REQUIRED, HRESULT_FROM_WIN32(13)}};
+  for (const auto& [detail, hr] : details) {
+    Bench bench;
+    Answer("MsiViewModify", ERROR_INVALID_DATA);
+    Answer("MsiViewGetErrorW", static_cast<UINT>(detail));
+    const auto modify = [&] { bench.view.Modify(MSIMODIFY_INSERT, bench.record); };
+    EXPECT_EQ(hr, FailureOf(modify).hr);
+    EXPECT_EQ(FailureOf(modify).description,
+              SystemText(HRESULT_FROM_WIN32(13)) + L"MsiViewModify()");
+    installer::Reset();
+
+    bench.record.SetString(1, L"D");
+    modify();
+    const HRESULT real = FailureOf(modify).hr;
+    // Not every installer says what is wrong with the row.
+    EXPECT_TRUE(real == msidb::kDuplicateKey || real == HRESULT_FROM_WIN32(1627)) << real;
+    int rows = 0;
+    for (bench.view.RunTable(bench.database, L"T"); bench.view.Next(); ++rows) {
+    }
+    EXPECT_EQ(4, rows);
+  }
+}
+
+}  // namespace

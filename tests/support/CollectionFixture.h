@@ -1,0 +1,89 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "module/Collections.h"
+#include "module/MMDialog.h"
+#include "tests/support/Testing.h"
+#include "tests/support/Variants.h"
+
+using Names = std::vector<std::wstring>;
+
+/// Names of the items that were destroyed, in their order.
+inline Names g_gone;
+
+/// A dialog that says when it goes.
+class CMortalDialog : public CMMDialog {
+ public:
+  CMortalDialog() = default;
+  CMortalDialog(const CMortalDialog&) = delete;
+  CMortalDialog& operator=(const CMortalDialog&) = delete;
+  ~CMortalDialog() { g_gone.emplace_back(std::wstring_view(CollectionKey())); }
+};
+
+inline std::wstring NameOf(IMMDialog& item) {
+  CUniqueBstr name;
+  item.get_Name(name.Put());
+  return std::wstring(ViewOf(name.Get()));
+}
+
+/// The names from an enumerator's cursor to the end.
+inline Names Rest(IEnumVARIANT& enumerator) {
+  Names names;
+  VARIANT value{};
+  while (enumerator.Next(1, &value, nullptr) == S_OK) {
+    EXPECT_EQ(VT_DISPATCH, value.vt);
+    CComPtr<IMMDialog> item;
+    EXPECT_EQ(S_OK, value.pdispVal->QueryInterface(item.Put()));
+    names.push_back(NameOf(*item));
+    ::VariantClear(&value);
+  }
+  return names;
+}
+
+/// A collection of dialogs, of which nothing may be left after the test.
+class CollectionFixture : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    g_gone.clear();
+    g_gone.reserve(16);  // an item that goes allocates nothing
+  }
+  void TearDown() override {
+    m_collection.Release();
+    EXPECT_EQ(0, ModuleLock::Count()) << "objects are left";
+  }
+
+  /// Adds an item of every name under that name.
+  void Fill(const Names& names) {
+    for (const std::wstring& name : names) {
+      const auto item = CComObject<CMortalDialog>::Create();
+      item->Init(std::wstring_view(name));
+      m_collection->Add(item->CollectionKey(), item.Get());
+    }
+  }
+
+  long Count() {
+    long count = -1;
+    EXPECT_EQ(S_OK, m_collection->get_Count(&count));
+    return count;
+  }
+
+  /// The name of the item at an index; "nothing" when there is none.
+  std::wstring At(const VARIANT& index) {
+    auto* item = reinterpret_cast<IMMDialog*>(this);
+    const HRESULT hr = m_collection->get_Item(index, &item);
+    EXPECT_EQ(item ? S_OK : E_INVALIDARG, hr);
+    return item ? NameOf(*CComPtr<IMMDialog>::Adopt(item)) : L"nothing";
+  }
+  std::wstring At(long number) { return At(CVariant(number)); }
+  std::wstring At(const wchar_t* key) { return At(CVariant(key)); }
+
+  CComPtr<IEnumVARIANT> Enumerator() {
+    CComPtr<IEnumVARIANT> enumerator;
+    EXPECT_EQ(S_OK, m_collection->get_Enumerator(enumerator.Put()));
+    return enumerator;
+  }
+
+  CComPtr<CComObject<CMMDialogs>> m_collection = CComObject<CMMDialogs>::Create();
+};

@@ -1,0 +1,69 @@
+#pragma once
+
+#include "com/frame/ComModule.h"
+#include "com/frame/ComObject.h"
+#include "com/frame/DispatchImpl.h"
+#include "common/ModuleLifetime.h"
+#include "idl/qmmmupdater.h"
+#include "tests/support/Testing.h"
+
+inline constexpr CLSID kProbeClass = {0x5DA1A6F2, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
+inline constexpr CLSID kOtherClass = {0x5DA1A6F3, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
+
+/// A class that shows what the frame does with its objects.
+class CProbe : public IDispatchImpl<IMMCatalogManagerVelmora>, public CComObjectRoot {
+ public:
+  using InterfaceMap =
+      CInterfaceMap<Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>>;
+
+  CProbe() : m_memory(std::wstring(100, L'x')) { ++s_live; }
+  CProbe(const CProbe&) = delete;
+  CProbe& operator=(const CProbe&) = delete;
+  virtual ~CProbe() { --s_live; }
+  HRESULT FinalConstruct() noexcept { return s_finalConstruct; }
+
+  /// Kind 0 gives this object, 1 one that knows no IDispatch; others fail without a reason.
+  STDMETHOD(GetCatalog)(long kind, IUnknown** catalog) override {
+    switch (kind) {
+      case 0:
+        return QueryInterface(__uuidof(IUnknown), reinterpret_cast<void**>(catalog));
+      case 1:
+        return ::CreateErrorInfo(reinterpret_cast<ICreateErrorInfo**>(catalog));
+      default:
+        return E_ABORT;
+    }
+  }
+
+  static inline int s_live = 0;
+  static inline HRESULT s_finalConstruct = S_OK;
+
+ private:
+  CWideString m_memory;
+};
+
+/// A server of two classes of probes.
+class FrameFixture : public ::testing::Test {
+ protected:
+  void SetUp() override {
+    static const ObjectMapEntry entries[] = {
+        {&kOtherClass, L"Test.Other.1", L"Test.Other", 0, &CreateComObject<CProbe>},
+        {&kProbeClass, L"Test.Probe.1", L"Test.Probe", 0, &CreateComObject<CProbe>},
+    };
+    m_module.Init({entries, std::size(entries), nullptr, &LIBID_QMMMUpdaterLib, L"qmmmupdater.tlb"},
+                  nullptr);
+  }
+  void TearDown() override {
+    EndModuleLifetime();
+    EXPECT_EQ(0, ModuleLock::Count());
+    EXPECT_EQ(0, CProbe::s_live);
+  }
+
+  CComPtr<IClassFactory> Factory(REFCLSID clsid = kProbeClass) {
+    CComPtr<IClassFactory> factory;
+    EXPECT_EQ(S_OK, m_module.GetClassObject(clsid, __uuidof(IClassFactory),
+                                            reinterpret_cast<void**>(factory.Put())));
+    return factory;
+  }
+
+  CComModule& m_module = CComModule::Instance();
+};

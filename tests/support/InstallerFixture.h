@@ -1,0 +1,44 @@
+#pragma once
+
+#include "msidb/Record.h"
+#include "msidb/View.h"
+#include "tests/fakes/Imports.h"
+#include "tests/support/TestDatabase.h"
+#include "tests/support/Testing.h"
+
+/// A new database with the table T (rows A 1, B 2, C 3), an executed view of it, and a record.
+struct Bench : TestDatabase {
+  Bench() {
+    Run(L"CREATE TABLE `T` (`K` CHAR(72) NOT NULL, `N` SHORT PRIMARY KEY `K`)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('A', 1)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('B', 2)");
+    Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('C', 3)");
+    view.RunTable(database, L"T");
+  }
+
+  msidb::View view;
+  msidb::Record record = msidb::Record::Create(2);
+};
+
+/// Checks after each test that every installer handle was closed.
+class InstallerFixture : public ::testing::Test {
+ protected:
+  void TearDown() override {
+    installer::Reset();
+    EXPECT_EQ(0U, installer::CloseAllHandles()) << "handles left open";
+  }
+
+  const CWatchedInstaller m_installer;
+};
+
+/// Has the installer keep an error record, as Windows does after a failure. Field 0 is its
+/// template, or null.
+inline void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
+  CMsiHandle record(::MsiCreateRecord(5));
+  ::MsiRecordSetStringW(record.Get(), 0, layout);
+  ::MsiRecordSetInteger(record.Get(), 1, 2203);
+  ::MsiRecordSetStringW(record.Get(), 2, text);
+  ::MsiRecordSetInteger(record.Get(), 4, -5);
+  installer::Reset();
+  installer::Answer("MsiGetLastErrorRecord", record.Release());  // which is the reporter's to close
+}

@@ -1,0 +1,36 @@
+#include "traits/DefaultDirectories.h"
+
+#include "tests/support/Testing.h"
+#include "traits/ProjectTraitsMSI.h"
+#include "traits/ProjectTraitsPro.h"
+
+namespace {
+
+TEST(DefaultDirectoriesTest, ByPredefinedFolder) {
+  const struct {
+    const wchar_t *key, *fallback, *expected;
+  } cases[] = {
+      {L"AdminToolsFolder", L"", L"Admint~1|AdminTools"},
+      {L"ProgramFilesFolder", L"mine", L"Progra~1|Program Files"},
+      {L"RecentFolder", L"", L"Recent"},
+      {L"IISROOTFOLDER", L"", L"IISRoo~1|IISRootFolder"},
+      {L"programfilesfolder", L"mine", L"mine"},
+  };
+  for (const auto& c : cases) {
+    EXPECT_EQ(DefaultDirOf(c.key, c.fallback), c.expected);
+  }
+  const com_exception failure = FailureOf([] { DefaultDirOf(L"Nowhere", L""); });
+  EXPECT_EQ(static_cast<HRESULT>(0x800403ED), failure.hr);
+  EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(L"Nowhere"));
+}
+
+TEST(DefaultDirectoriesTest, ReferencesAreDelimitedAsTheProjectDoes) {
+  const ProjectTraitsMSI msi;
+  const ProjectTraitsPro pro;
+  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", msi), L"[USERPROFILE]");
+  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", pro), L"<USERPROFILE>");
+  EXPECT_EQ(PredefinedFolderReference(L"IISROOTFOLDER", msi), L"");
+  EXPECT_EQ(PredefinedFolderReference(L"Nowhere", msi), L"");
+}
+
+}  // namespace
