@@ -1,7 +1,6 @@
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
-#include "tests/support/ScriptHost.h"
 
 namespace {
 
@@ -221,80 +220,6 @@ TEST_F(CatalogQueryTest, GettingTheListReleasesTheOneThatTheCallerHeld) {
   EXPECT_EQ(2u, list->AddRef() - 1) << "one of the catalog, one of the caller";
   list->Release();
   list->Release();
-}
-
-TEST_F(CatalogQueryTest, ReservedPositionsGiveZero) {
-  long results[] = {1, 2, 3, 4};
-  EXPECT_EQ(S_OK, m_catalog->Reserved1(5, -6, &results[0]));
-  EXPECT_EQ(S_OK, m_catalog->Reserved2(7, &results[1]));
-  EXPECT_EQ(S_OK, m_catalog->Reserved7(&results[2]));
-  EXPECT_EQ(S_OK, m_catalog->Reserved8(8, &results[3]));
-  EXPECT_EQ(S_OK, m_catalog->Reserved9(9));
-  EXPECT_THAT(results, testing::Each(0));
-}
-
-TEST_F(CatalogQueryTest, Scripts) {
-  const struct {
-    const wchar_t* language;
-    const wchar_t* script;
-    const wchar_t* result;
-  } cases[] = {
-      {L"VBScript",
-       L"For Each m In catalog.CatalogQuery(\"alpha\"): result = result & m.Language & \" \": Next",
-       L"1031 1033 0 "},
-      {L"VBScript",
-       L"Set found = catalog.CatalogQuery(Array(\"Alpha\", \"2.0rc\"), n)\n"
-       L"result = n & found.Count & found(2).Key & catalog.CatalogQuery(\"Beta:-5\")(1).Version\n"
-       L"catalog.CatalogQuery \"Gamma\", n\n"
-       L"result = result & n",
-       L"22aLPHA:01.00"},
-      {L"VBScript",
-       L"key = \"Alpha\": version = \"1.0\"\n"
-       L"query = Array(key, version)\n"
-       L"result = catalog.CatalogQuery(query).Count & catalog.CatalogQuery(key, key).Count & key",
-       L"133"},
-      {L"JScript",
-       L"var result = catalog.CatalogQuery(['Alpha', '2.0rc']).Count + '' +\n"
-       L"  catalog.CatalogQuery(['Beta:-5', ''], 0).Item(1).Key + catalog.CatalogQuery('x').Count;",
-       L"2Beta:-50"},
-      {L"VBScript",
-       L"On Error Resume Next\n"
-       L"catalog.CatalogQuery Array(1)\n"
-       L"result = Hex(Err.Number) & Err.Description",
-       L"80070057The query is neither a module key nor an array of key and version."},
-      {L"VBScript",
-       L"For Each s In catalog.Sources: result = result & (s.Entry = s.DisplayName): Next\n"
-       L"Set s = catalog.Sources(1)\n"
-       L"result = result & s.MergeModules.Count & s.SecondPass & (s.Folder = s.DisplayName) & "
-       L"catalog.Sources(\"1\").MergeModules(\"beta:-5\").Version",
-       L"True5FalseTrue1.0"},
-      {L"JScript",
-       L"catalog.Refresh(); catalog.Reserved9(1);\n"
-       L"var result = catalog.Refresh() + catalog.Reserved1(1, 2) + catalog.Reserved8(3) +\n"
-       L"  catalog.GetModuleDisplayName('A:1') + catalog.GetModuleForFile('x') + '.';",
-       L"0A:1."},
-  };
-  for (const auto& [language, script, result] : cases) {
-    SCOPED_TRACE(PrintToString(std::wstring(script)));
-    EXPECT_EQ(result, RunScript(language, script, m_catalog.Get(), L"catalog"));
-  }
-  const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
-  EXPECT_EQ(L"5 0", RunScript(L"VBScript",
-                              L"result = manager.GetCatalog(1).MergeModules.Count & \" \" & "
-                              L"manager.GetCatalog(9).Refresh",
-                              manager.Get(), L"manager"));
-}
-
-TEST_F(CatalogQueryTest, JScriptEnumerates) {
-  EXPECT_EQ(L"1.01 2.0RC2 2.0rc3 ",
-            RunScript(L"JScript",
-                      L"var result = '', e = new Enumerator(catalog.CatalogQuery('alpha'));\n"
-                      L"for (var n = 1; !e.atEnd(); e.moveNext(), n++)\n"
-                      L"  result += e.item().Version + n + ' ';",
-                      m_catalog.Get(), L"catalog"));
-  // The JScript of Wine keeps a reference on every enumerator.
-  m_catalog.Release();
-  Settle();
 }
 
 /// The index tables are read by the first catalog of the process, before the test begins.

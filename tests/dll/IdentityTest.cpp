@@ -172,29 +172,6 @@ TEST_F(IdentityTest, WhateverAClientHoldsLocksTheServer) {
   }
 }
 
-TEST_F(IdentityTest, ClassObjectsAreMadeOnceAndForKnownClassesAlone) {
-  const IID factory = __uuidof(IClassFactory);
-  void* none = nullptr;
-  none = this;
-  EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, m_server.DllGetClassObject(factory, factory, &none));
-  EXPECT_EQ(nullptr, none);
-  none = this;
-  EXPECT_EQ(E_NOINTERFACE,
-            m_server.DllGetClassObject(CLSID_MergeModule2, __uuidof(IDispatch), &none));
-  EXPECT_EQ(nullptr, none);
-  LeaveOlderFailure();
-  EXPECT_EQ(E_POINTER, m_server.DllGetClassObject(CLSID_MergeModule2, factory, nullptr));
-  EXPECT_EQ(L"", TakeDescription());
-  EXPECT_EQ(m_server.Factory().Get(), m_server.Factory().Get());
-  const CComPtr<IClassFactory> modules = m_server.Factory();
-  LeaveOlderFailure();
-  EXPECT_EQ(E_POINTER, modules->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));
-  EXPECT_EQ(L"", TakeDescription());
-  none = this;
-  EXPECT_EQ(E_NOINTERFACE, m_server.Factory()->CreateInstance(nullptr, __uuidof(IStream), &none));
-  EXPECT_EQ(nullptr, none);
-}
-
 TEST_F(IdentityTest, TheServerUnloadsAndLoadsAgain) {
   const long loaded = TaskMemoryBlocks();
   m_server.Unload();

@@ -1,6 +1,5 @@
 #include "common/Bstr.h"
 #include "tests/support/Answers.h"
-#include "tests/support/ScriptHost.h"
 #include "tests/support/ServerFixture.h"
 #include "tests/support/TestGallery.h"
 
@@ -160,53 +159,6 @@ TEST_F(RoutesTest, DispatchAnswersWhatTheTypeInformationDoes) {
   CComPtr<IMMFile> file;
   ASSERT_EQ(S_OK, files->get_Item(CVariant(1), file.Put()));
   ExpectAnswersOfTypeInfo(file.Get());
-}
-
-TEST_F(RoutesTest, Scripts) {
-  const std::wstring code = FailureText(Open(NewModule().Get(), L"x"), L"").substr(2, 8);
-  const std::wstring failure = code + L"MsiOpenDatabase(" + m_rich + L"x)5";
-  const struct {
-    const wchar_t* language;
-    const wchar_t* script;
-    std::wstring result;
-  } cases[] = {
-      {L"VBScript",
-       L"For Each x In module.Dialogs: result = result & x.Name & \",\": Next\n"
-       L"For Each x In module.CustomActions: result = result & x.Name & \",\": Next\n"
-       L"For Each x In module.Dependencies: result = result & x.Key & \",\": Next\n"
-       L"For Each x In module.Exclusions: result = result & x.Key & \",\": Next\n"
-       L"For Each x In module.Files: result = result & x.Directory & \",\": Next\n"
-       L"For Each x In module.DownloadFiles: result = result & \"?\": Next\n",
-       L"ZuluDialog,AlphaDialog,ZuluAction,AlphaAction,Need.A:0,Need.B:1031,Avoid.A:-1033,"
-       L"Avoid.B:1036,DirB.0A1B,DirA.0A1B,"},
-      {L"VBScript",
-       L"Set files = module.Files\n"
-       L"result = files.Count & files(2).FileSize & files.Item(\"ALPHAFILE\").Version & "
-       L"module.Present",
-       L"24711ZuluFileTrue"},
-      {L"JScript",
-       L"module.Files; module.Files.Item(1); module.Files._NewEnum; module.Open(module.Path);\n"
-       L"var result = module.Files.Item('alphafile').FileSize + module.Language;",
-       L"1848"},
-      {L"VBScript",
-       L"On Error Resume Next\n"
-       L"module.Files.Item \"NoFile\"\n"
-       L"number = Err.Number\n"
-       L"Err.Clear\n"
-       L"module.Open module.Path & \"x\"\n"
-       L"result = Hex(Err.Number) & Mid(Err.Description, InStr(Err.Description, \"Msi\")) & number",
-       failure},
-  };
-  for (const auto& [language, script, result] : cases) {
-    SCOPED_TRACE(testing::PrintToString(std::wstring(script)));
-    EXPECT_EQ(result, RunScript(language, script, OpenRichModule().Get()));
-  }
-  const std::wstring unhandled = RunScript(L"JScript", L"\nmodule.Open('x')", NewModule().Get());
-  EXPECT_THAT(unhandled, testing::StartsWith(L"0x" + code + L" line 2 "));
-  EXPECT_THAT(unhandled, testing::HasSubstr(L"MsiOpenDatabase("));
-  EXPECT_THAT(unhandled, testing::EndsWith(L"\\x)")) << "a path is made full";
-  // The JScript of Wine keeps a reference on every enumerator.
-  Settle();
 }
 
 }  // namespace

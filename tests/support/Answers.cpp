@@ -24,24 +24,21 @@ HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argu
   return hr == DISP_E_EXCEPTION ? exception.scode : hr;
 }
 
-std::wstring TakeDescription() {
+namespace {
+
+std::wstring TakeText(HRESULT (STDMETHODCALLTYPE IErrorInfo::*get)(BSTR*)) {
   CComPtr<IErrorInfo> info;
-  CUniqueBstr description;
+  CUniqueBstr text;
   if (::GetErrorInfo(0, info.Put()) == S_OK) {
-    info->GetDescription(description.Put());
+    (info.Get()->*get)(text.Put());
   }
-  return std::wstring(ViewOf(description.Get()));
+  return std::wstring(ViewOf(text.Get()));
 }
 
-void LeaveOlderFailure() {
-  CComPtr<ICreateErrorInfo> create;
-  CComPtr<IErrorInfo> info;
-  if (SUCCEEDED(::CreateErrorInfo(create.Put()))) {
-    create->SetDescription(const_cast<wchar_t*>(L"an older failure"));
-    create.QueryInterface(info.Put());
-    ::SetErrorInfo(0, info.Get());
-  }
-}
+}  // namespace
+
+std::wstring TakeDescription() { return TakeText(&IErrorInfo::GetDescription); }
+std::wstring TakeSource() { return TakeText(&IErrorInfo::GetSource); }
 
 std::wstring FailureText(HRESULT hr, const std::wstring& description) {
   return CWideString::Format(L"0x%08X %s", hr, description.c_str()).c_str();

@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "tests/support/ErrorObject.h"
 #include "tests/support/Interfaces.h"
 #include "tests/support/Variants.h"
 
@@ -17,8 +18,9 @@
 
 enum class Route { VirtualTable, Dispatch };
 
-/// The description that a failed call left on the thread.
+/// The description, or the source, that a failed call left on the thread. The error object goes.
 std::wstring TakeDescription();
+std::wstring TakeSource();
 
 /// Calls the method in a slot, counted from 1 behind IDispatch, of a virtual table.
 template <class... Arguments>
@@ -27,14 +29,11 @@ HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
   return (*reinterpret_cast<Method**>(object))[6 + slot](object, arguments...);
 }
 
-/// Leaves an error object of a failure from before on the thread.
-void LeaveOlderFailure();
-
 /// CallSlot, for a call that gets no place for its answer: what it answers, or S_OK if it leaves an
 /// older failure on the thread.
 template <class... Arguments>
 HRESULT CallSlotWithNull(IUnknown* object, size_t slot, Arguments... arguments) {
-  LeaveOlderFailure();
+  LeaveErrorObject(L"an older failure");
   const HRESULT hr = CallSlot(object, slot, arguments...);
   return TakeDescription().empty() ? hr : S_OK;
 }

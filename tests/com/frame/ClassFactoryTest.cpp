@@ -45,6 +45,12 @@ TEST_F(ClassFactoryTest, FailedCreationLeavesNothing) {
     return Factory()->CreateInstance(controlling, iid, &out);
   };
   Factory();  // makes it
+  out = &out;
+  EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, m_module.GetClassObject(IID_NULL, IID_IUnknown, &out));
+  expectNothing();
+  out = &out;
+  EXPECT_EQ(E_NOINTERFACE, m_module.GetClassObject(kProbeClass, IID_IDispatch, &out));
+  expectNothing();
   EXPECT_EQ(E_POINTER, CreateComObject<CProbe>(nullptr, IID_IUnknown, nullptr));
   EXPECT_EQ(E_NOINTERFACE, create(nullptr, __uuidof(IMMFile)));
   expectNothing();
