@@ -33,14 +33,6 @@ TEST(WideStringTest, EveryWayToMakeTextKeepsTheLastErrorCode) {
   EXPECT_EQ(heap::kLastError, ::GetLastError()) << "the allocator left the code alone: no test";
 }
 
-TEST(WideStringTest, HoldsAnyText) {
-  EXPECT_TRUE(CWideString(static_cast<const wchar_t*>(nullptr)).empty());
-  EXPECT_EQ(CWideString(L"a\0b", 3) + std::wstring_view(L"\0c", 2),
-            std::wstring_view(L"a\0b\0c", 5));
-  EXPECT_FALSE(CWideString(L"a") == L"A");
-  EXPECT_LT(CWideString(L"Z"), CWideString(L"a"));
-}
-
 TEST(WideStringTest, Format) {
   const std::wstring longText(5000, L'\u00e9');
   EXPECT_EQ(CWideString::Format(L"%s:%d", L"Id.\u4e2d", -7), L"Id.\u4e2d:-7");

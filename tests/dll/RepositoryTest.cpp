@@ -2,7 +2,6 @@
 #include <gtest/gtest.h>
 
 #include "common/Bstr.h"
-#include "tests/fakes/Imports.h"
 #include "tests/support/Answers.h"
 #include "tests/support/Component.h"
 #include "tests/support/TestFolder.h"
@@ -227,9 +226,6 @@ TEST_F(RepositoryTest, SlotsMembersAndTheCursor) {
     EXPECT_EQ(value ? value : L"", repository ? Property(repository.Get(), L"A") : L"");
   }
   EXPECT_EQ(E_POINTER, CallSlotWithNull(repository.Get(), 1, CVariant(L"A").bstrVal, none));
-  ExpectMembers(m_manager.Get(), L"Path GetRepositories");
-  ExpectMembers(repositories.Get(), L"MoveFirst MoveNext");
-  ExpectMembers(repository.Get(), L"GetProperty");
 }
 
 TEST_F(RepositoryTest, ObjectsOutliveManagerAndFileAndLockTheComponent) {
@@ -246,43 +242,6 @@ TEST_F(RepositoryTest, ObjectsOutliveManagerAndFileAndLockTheComponent) {
   EXPECT_EQ(L"1", Property(repository.Get(), L"A"));
   repository.Release();
   EXPECT_EQ(S_OK, m_component.DllCanUnloadNow());
-}
-
-TEST_F(RepositoryTest, OutOfMemoryAnywhereIsReportedAndLeavesNothing) {
-  Write(Document(Repository("a text that is longer than what a string object holds in itself")));
-  const CVariant path(m_path.c_str()), name(L"A");
-  CUniqueBstr value;
-  const auto readAll = [&](int) {
-    m_manager = m_component.Create<IRepositoryMgr>(CLSID_RepositoryMgr);
-    CComPtr<IRepositories> repositories;
-    CComPtr<IRepository> repository;
-    value.Reset();
-    m_result = E_OUTOFMEMORY;  // when there is no manager
-    if (m_manager && SUCCEEDED(m_result = m_manager->put_Path(path.bstrVal)) &&
-        SUCCEEDED(m_result = m_manager->GetRepositories(repositories.Put())) &&
-        SUCCEEDED(m_result = repositories->MoveNext(repository.Put()))) {
-      m_result = repository->GetProperty(name.bstrVal, value.Put());
-    }
-  };
-  readAll(0);  // makes what is made once and stays: the class object, the parser's DLL
-  SetPath(L"C:\\a?b.xml");
-  EXPECT_EQ(L"failed", Listed());  // and what the compiler's runtime makes of the first exception
-  m_manager.Release();
-  const CReplacedImports imports(m_component.Module());
-  for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
-    const int faults = SweepFaults(kind, [&](int call) {
-      readAll(call);
-      m_manager.Release();
-      EXPECT_EQ(FailedFunction() ? E_OUTOFMEMORY : S_OK, m_result) << call;
-      EXPECT_EQ(FailedFunction() == nullptr, static_cast<bool>(value)) << call;
-      EXPECT_EQ(0, HeapBlocks()) << call;
-    });
-    EXPECT_LT(0, faults);
-  }
-  readAll(0);
-  const int before = CallCount("malloc");
-  Repositories();
-  EXPECT_EQ(1, CallCount("malloc") - before) << "a file that is known costs a collection alone";
 }
 
 }  // namespace

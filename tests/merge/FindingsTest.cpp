@@ -39,43 +39,6 @@ CheckedModule Files(std::vector<DeliveredFile> files) {
   return module;
 }
 
-TEST(FindingsTest, EachKindIsFoundOnce) {
-  CheckedModule excluding, broken, downloadable;
-  excluding.path = "a.msm";
-  excluding.exclusions = {{"B", 0, "", "1.5"}, {"B", 0, "2.0", ""}, {"A", 0, "", ""}};
-  broken.path = "broken.msm";
-  broken.failure = "no database";
-  downloadable.needsDownload = true;
-  const std::vector<MergeModule> modules{Module("A", "1", 0, {{"Gone", 1033, "2"}, {"B", 0, ""}}),
-                                         Module("B", "1.0", 0, {{"A", 0, ""}}), Module(""),
-                                         Module("D")};
-  EXPECT_THAT(
-      FindingsOf(modules, {excluding, {}, broken, downloadable}),
-      ElementsAre(
-          "dependency-cycle A:0 B:0 | each needs the next, and the last the first: A:0, B:0",
-          "exclusion A:0 B:0 | A:0 excludes versions up to 1.5 of B:0, which has version "
-          "\"1.0\"",
-          "missing-dependency A:0 | A:0 needs Gone:1033, at least 2: no module has this ID",
-          "needs-download D:1033 | D:1033 has to be downloaded, or files of it",
-          "unreadable-module broken.msm | broken.msm cannot be read: no database"));
-  EXPECT_THAT(FindingsOf(modules, {excluding, {}, broken, downloadable}, {1, 3}),
-              ElementsAre(testing::StartsWith("dependency-cycle"),
-                          testing::StartsWith("missing-dependency"),
-                          testing::StartsWith("needs-download")));
-}
-
-TEST(FindingsTest, Doubles) {
-  CheckedModule first, second;
-  first.path = "1.msm";
-  second.path = "2.msm";
-  EXPECT_THAT(FindingsOf({Module("A", "1.0"), Module("a", "1.0"), Module("A", "2.0", 1031)},
-                         {first, second}),
-              ElementsAre("duplicate-key A:1033 | A:1033 is there 2 times: 1.msm (version 1.0), "
-                          "2.msm (version 1.0)",
-                          "several-versions A:1033 a:1033 A:1031 | A is there in 2 versions: 1.0, "
-                          "2.0"));
-}
-
 TEST(FindingsTest, FilesConflictInOneFolderOnly) {
   CheckedModule nameless = Files({{"w.dll", "System.5"}}), other = nameless;
   nameless.path = "1.msm";

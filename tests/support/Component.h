@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <filesystem>
+#include <fstream>
 #include <string>
 #include <string_view>
 
@@ -17,9 +19,8 @@ class CComThread {
   CComThread& operator=(const CComThread&) = delete;
 };
 
-/// Expects that scripts know these members, given in slot order and divided by blanks, by dispatch
-/// identifiers in that order from 1, and Item by 0.
-void ExpectMembers(IDispatch* object, const wchar_t* members);
-
 /// Writes `bytes` as the whole content of a file.
-void PutFile(const std::wstring& path, std::string_view bytes);
+inline void PutFile(const std::wstring& path, std::string_view bytes) {
+  std::ofstream(std::filesystem::path(path), std::ios::binary)
+      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+}

