@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(PathTest, Join) {
+TEST(PathTest, JoiningPutsOneBackslashBetweenTheParts) {
   const std::tuple<const wchar_t*, const wchar_t*, const wchar_t*> cases[] = {
       {L"C:\\a", L"b", L"C:\\a\\b"},
       {L"C:\\a\\", L"b", L"C:\\a\\b"},

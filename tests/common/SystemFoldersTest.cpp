@@ -9,7 +9,7 @@ namespace fs = std::filesystem;
 
 namespace {
 
-TEST(SystemFoldersTest, AreThoseOfTheMachine) {
+TEST(SystemFoldersTest, FoldersAreThoseOfTheMachine) {
   wchar_t windows[MAX_PATH];
   ::GetWindowsDirectoryW(windows, MAX_PATH);
   EXPECT_EQ(GetSystemFolder(kSysNative), JoinPath(windows, L"sysnative"));

@@ -33,7 +33,7 @@ TEST(WideStringTest, EveryWayToMakeTextKeepsTheLastErrorCode) {
   EXPECT_EQ(heap::kLastError, ::GetLastError()) << "the allocator left the code alone: no test";
 }
 
-TEST(WideStringTest, Format) {
+TEST(WideStringTest, TextsOfAnyLengthAreFormatted) {
   const std::wstring longText(5000, L'\u00e9');
   EXPECT_EQ(CWideString::Format(L"%s:%d", L"Id.\u4e2d", -7), L"Id.\u4e2d:-7");
   EXPECT_EQ(CWideString::Format(L"%d", INT_MIN), L"-2147483648");

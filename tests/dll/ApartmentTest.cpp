@@ -94,7 +94,7 @@ class ApartmentTest : public CCatalogTest {
   }
 };
 
-TEST_F(ApartmentTest, FourApartmentsOverOneChangingFolderLoseNothing) {
+TEST_F(ApartmentTest, FourApartmentsListAChangingFolderWithoutLoss) {
   SetSearchPath(L"*a");
   BuildRichModule(PathOf(L"a\\rich.msm"));
   WriteText(L"gallery\\ObjectGallery\\x.ini",
@@ -136,7 +136,7 @@ class Witness final : public IUnknown {
   std::atomic<DWORD> m_thread = 0;
 };
 
-TEST_F(ApartmentTest, WhoWaitsForTheRefreshOfAnotherApartmentAnswersItsCalls) {
+TEST_F(ApartmentTest, AnApartmentThatWaitsForAnothersRefreshAnswersItsCalls) {
   SetSearchPath(L"*a");
   WriteModule(L"a\\1.msm", "One");
   WatchOpenedFiles();

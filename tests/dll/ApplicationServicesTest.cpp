@@ -73,7 +73,7 @@ class ApplicationServicesTest : public ::testing::Test {
   CComPtr<IApplicationServices> m_services;
 };
 
-TEST_F(ApplicationServicesTest, EnvironmentThenSettingsFileThenDefault) {
+TEST_F(ApplicationServicesTest, TheEnvironmentTakesPrecedenceOverTheSettingsFile) {
   const std::wstring longValue = std::wstring(3000, L'x') + L",C:\\\u00C4";
   for (const Setting& setting : kSettings) {
     SCOPED_TRACE(setting.key);
@@ -122,7 +122,7 @@ TEST_F(ApplicationServicesTest, EnvironmentThenSettingsFileThenDefault) {
   }
 }
 
-TEST_F(ApplicationServicesTest, MembersAndReservedOperations) {
+TEST_F(ApplicationServicesTest, ReservedOperationsAreNotImplemented) {
   for (size_t slot = 2; slot <= 12; ++slot) {
     auto value = reinterpret_cast<BSTR>(this);  // is to be overwritten
     EXPECT_EQ(E_NOTIMPL, CallSlot(m_services.Get(), slot, &value)) << slot;

@@ -160,13 +160,19 @@ class CatalogFaultTest : public CCatalogTest {
   int m_dropped = 0;
 };
 
-TEST_F(CatalogFaultTest, InstallerCalls) { Sweep(FaultKind::Installer, true); }
-TEST_F(CatalogFaultTest, Files) { Sweep(FaultKind::File, true); }
-TEST_F(CatalogFaultTest, Heap) { Sweep(FaultKind::Heap, false); }
-TEST_F(CatalogFaultTest, HeapWithAGallery) { Sweep(FaultKind::Heap, true); }
-TEST_F(CatalogFaultTest, Texts) { Sweep(FaultKind::Text, true); }
+TEST_F(CatalogFaultTest, AnInstallerCallThatFailsDamagesOneModuleAtMost) {
+  Sweep(FaultKind::Installer, true);
+}
+TEST_F(CatalogFaultTest, AFileCallThatFailsDamagesOneModuleAtMost) { Sweep(FaultKind::File, true); }
+TEST_F(CatalogFaultTest, AHeapShortageFailsExactlyOneCall) { Sweep(FaultKind::Heap, false); }
+TEST_F(CatalogFaultTest, AHeapShortageFailsOneCallOrDropsADescription) {
+  Sweep(FaultKind::Heap, true);
+}
+TEST_F(CatalogFaultTest, ATextShortageFailsOneCallOrDropsADescription) {
+  Sweep(FaultKind::Text, true);
+}
 
-TEST_F(CatalogFaultTest, Queries) {
+TEST_F(CatalogFaultTest, AShortageDuringQueriesFailsOneOfThemAlone) {
   SetSearchPath(L"*a,*b");
   auto catalog = NewCatalog();
   ModulesOf(catalog.Get());

@@ -187,7 +187,7 @@ TEST_F(CatalogQueryTest, AQueryIsATextOrAnArrayOfTwo) {
   ::SafeArrayDestroy(number.parray);
 }
 
-TEST_F(CatalogQueryTest, TheCountGoesWhereItIsWanted) {
+TEST_F(CatalogQueryTest, TheCountIsStoredInAVariableOfAnyKind) {
   CVariant beta(L"Beta"), variable(L"old");
   long number = 7;
   VARIANT toVariable = Around(VT_VARIANT | VT_BYREF, &variable),

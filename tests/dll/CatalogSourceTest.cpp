@@ -127,7 +127,7 @@ TEST_F(CatalogSourceTest, CatalogsThatSpellAFolderDifferentlyShareItsList) {
   Settle();  // the process keeps the long names
 }
 
-TEST_F(CatalogSourceTest, TheLastRefreshDecidesOnTheFoldersOfTheProcess) {
+TEST_F(CatalogSourceTest, TheLatestRefreshDecidesOnTheFoldersOfTheProcess) {
   WriteModule(L"one\\1.msm", "One");
   WriteModule(L"two\\2.msm", "Two");
   SetSearchPath(L"*one");

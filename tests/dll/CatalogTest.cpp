@@ -146,7 +146,7 @@ TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
   }
 }
 
-TEST_F(CatalogTest, WhatWasHandedOutOutlivesFilesFoldersAndCatalogs) {
+TEST_F(CatalogTest, ObjectsOutliveTheirFilesFoldersAndCatalogs) {
   SetSearchPath(L"*a");
   const std::wstring path = PathOf(L"a\\rich.msm");
   BuildRichModule(path);
@@ -179,7 +179,7 @@ TEST_F(CatalogTest, WhatWasHandedOutOutlivesFilesFoldersAndCatalogs) {
   EXPECT_EQ(L"Rich.0A1B:1033", KeysOf(ofSource.Get()));
 }
 
-TEST_F(CatalogTest, AModuleOfAFileGoesBeforeTheGallerysAndOfDoublesTheFirstIsFound) {
+TEST_F(CatalogTest, AFileTakesPrecedenceOverTheGalleryAndOfDoublesTheFirstIsFound) {
   SetSearchPath(L"*a,*b");
   WriteDescription(L"d", "ALPHA");
   const std::wstring late = WriteModule(L"b\\1.msm", "Alpha"),
@@ -243,7 +243,7 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   EXPECT_EQ(0, FilesOpened() - opened);
 }
 
-TEST_F(CatalogTest, OnlyWhatIsNotFoundIsGone) {
+TEST_F(CatalogTest, OnlyMissingFilesAndFoldersLeaveTheList) {
   SetSearchPath(L"*a");
   const std::wstring file = WriteModule(L"a\\1.msm", "One");
   const std::pair<const char*, void*> replacements[] = {
@@ -274,7 +274,7 @@ TEST_F(CatalogTest, OnlyWhatIsNotFoundIsGone) {
   }
 }
 
-TEST_F(CatalogTest, MuchCanHappenWhileAFileIsRead) {
+TEST_F(CatalogTest, AFileMayVanishOrChangeAndCallsMayComeInWhileItIsRead) {
   SetSearchPath(L"*a");
   const std::wstring file = WriteModule(L"a\\1.msm", "One"), away = PathOf(L"a\\1.away");
   WatchOpenedFiles();

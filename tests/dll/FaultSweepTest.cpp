@@ -171,14 +171,22 @@ class FaultSweepTest : public CServerTest {
   int m_dropped = 0;
 };
 
-TEST_F(FaultSweepTest, InstallerCalls) { Sweep(FaultKind::Installer, Route::VirtualTable); }
-TEST_F(FaultSweepTest, Files) { Sweep(FaultKind::File, Route::VirtualTable); }
-TEST_F(FaultSweepTest, ReadsThatComeUpShort) { Sweep(FaultKind::ShortRead, Route::VirtualTable); }
-TEST_F(FaultSweepTest, Heap) { Sweep(FaultKind::Heap, Route::VirtualTable); }
-TEST_F(FaultSweepTest, HeapThroughDispatch) { Sweep(FaultKind::Heap, Route::Dispatch); }
-TEST_F(FaultSweepTest, Texts) { Sweep(FaultKind::Text, Route::VirtualTable); }
+TEST_F(FaultSweepTest, AnInstallerCallThatFailsIsReportedOnce) {
+  Sweep(FaultKind::Installer, Route::VirtualTable);
+}
+TEST_F(FaultSweepTest, AFileCallThatFailsIsReportedOnce) {
+  Sweep(FaultKind::File, Route::VirtualTable);
+}
+TEST_F(FaultSweepTest, AShortReadIsReportedOnce) {
+  Sweep(FaultKind::ShortRead, Route::VirtualTable);
+}
+TEST_F(FaultSweepTest, AHeapShortageIsReportedOnce) { Sweep(FaultKind::Heap, Route::VirtualTable); }
+TEST_F(FaultSweepTest, AHeapShortageIsReportedOnceThroughDispatch) {
+  Sweep(FaultKind::Heap, Route::Dispatch);
+}
+TEST_F(FaultSweepTest, ATextShortageIsReportedOnce) { Sweep(FaultKind::Text, Route::VirtualTable); }
 
-TEST_F(FaultSweepTest, HeapWhileAFailureIsReported) {
+TEST_F(FaultSweepTest, AFailureIsReportedDespiteAHeapShortage) {
   const HRESULT usual = OpenMissing(NewModule());
   const int runs = SweepFaults(FaultKind::Heap, [&](int call) {
     SCOPED_TRACE("call " + std::to_string(call));
@@ -192,7 +200,7 @@ TEST_F(FaultSweepTest, HeapWhileAFailureIsReported) {
   EXPECT_GT(runs, 5);
 }
 
-TEST_F(FaultSweepTest, HeapAtTheFirstFailureOfAThread) {
+TEST_F(FaultSweepTest, AThreadSurvivesAHeapShortageAtItsFirstFailure) {
   const int runs = SweepFaults(FaultKind::Heap, [&](int call) {
     std::thread([&] {
       ::CoInitialize(nullptr);
@@ -210,7 +218,7 @@ TEST_F(FaultSweepTest, HeapAtTheFirstFailureOfAThread) {
   Settle();
 }
 
-TEST_F(FaultSweepTest, HeapWhileTheServerStarts) {
+TEST_F(FaultSweepTest, TheServerStartsAgainAfterAHeapShortage) {
   const int runs = SweepFaults(FaultKind::Heap, [&](int call) {
     SCOPED_TRACE("call " + std::to_string(call));
     m_server.Unload();

@@ -91,7 +91,7 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
   }
 }
 
-TEST_F(IniReaderTest, SectionsByNameAndPosition) {
+TEST_F(IniReaderTest, SectionsAreFoundByNameAndByPosition) {
   ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
   const wchar_t* const names[] = {nullptr, L"First", L"Second", L"FIRST", nullptr};
   for (long position = 0; position < 5; ++position) {
@@ -108,7 +108,7 @@ TEST_F(IniReaderTest, SectionsByNameAndPosition) {
   EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), CVariant(L"Hidden"))) << "not the first";
 }
 
-TEST_F(IniReaderTest, FilesThatCannotBeRead) {
+TEST_F(IniReaderTest, AFileThatCannotBeReadFailsAndLeavesNoSections) {
   const std::wstring good = Write(L"a.ini", kText);
   const std::wstring locked = Write(L"locked.ini", kText);
   HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);

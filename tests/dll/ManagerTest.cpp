@@ -129,7 +129,7 @@ TEST_F(ManagerTest, TheScriptCatalogDoesNothing) {
   EXPECT_EQ(7, untouched);
 }
 
-TEST_F(ManagerTest, CatalogsTellWhichProjectsTheySupport) {
+TEST_F(ManagerTest, EachCatalogSupportsItsKindsOfProject) {
   const struct {
     long kind;
     bool byCatalog;
@@ -151,7 +151,7 @@ TEST_F(ManagerTest, CatalogsTellWhichProjectsTheySupport) {
   EXPECT_EQ(1u, m_settings.references);
 }
 
-TEST_F(ManagerTest, AProjectThatCannotTellItsKindIsAFailure) {
+TEST_F(ManagerTest, AProjectWhoseKindCannotBeReadIsAFailure) {
   const HRESULT closed = MAKE_HRESULT(SEVERITY_ERROR, FACILITY_ITF, 0x234);
   m_settings.kind = 1;
   const struct {

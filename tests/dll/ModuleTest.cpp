@@ -54,7 +54,7 @@ TEST_F(ModuleTest, NullPointersAreRefusedOpenOrNot) {
   }
 }
 
-TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndTheObjectStaysOfUse) {
+TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndAnotherCanBeOpened) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   const Answers rich = ReadModule(module.Get(), Route::VirtualTable);
   const std::string whole = BytesOf(m_rich);
@@ -156,7 +156,7 @@ TEST_F(ModuleTest, AFileThatIsCutShortAfterItWasOpenedFailsWithItsCause) {
   EXPECT_EQ(L"Rich.0A1B:1033", ReadModule(module.Get(), L"Key"));
 }
 
-TEST_F(ModuleTest, IdentityAndSummary) {
+TEST_F(ModuleTest, IdentityAndSummaryAreThoseOfTheFile) {
   const std::string longText(1000, 's');
   const std::wstring wideLongText(1000, L's');
   const struct {
@@ -194,7 +194,7 @@ TEST_F(ModuleTest, IdentityAndSummary) {
   }
 }
 
-TEST_F(ModuleTest, RowsOfTables) {
+TEST_F(ModuleTest, OfRowsWithOneKeyTheLastStays) {
   const std::string longName(5000, 'n');
   const struct {
     const wchar_t* collection;
@@ -280,7 +280,7 @@ TEST_F(ModuleTest, TheFileIsFreeAfterEveryCall) {
   expectFree(m_path);
 }
 
-TEST_F(ModuleTest, TablesAreReadOnceAndLate) {
+TEST_F(ModuleTest, TablesAreReadOnceAndNotBeforeTheyAreNeeded) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   const int afterOpen = CallCount("CreateFileW");
   const std::wstring files = ReadModule(module.Get(), L"Files");
@@ -301,7 +301,7 @@ TEST_F(ModuleTest, TablesAreReadOnceAndLate) {
   EXPECT_EQ(L"", ReadModule(module.Get(), L"CustomActions"));
 }
 
-TEST_F(ModuleTest, WhatAClientHoldsOutlivesWhereItCameFrom) {
+TEST_F(ModuleTest, CollectionsAndItemsOutliveTheirModule) {
   CComPtr<IMergeModuleTavik> module = OpenRichModule();
   CComPtr<IMMFiles> files, sameFiles;
   module->get_Files(files.Put());

@@ -149,7 +149,7 @@ TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
   Settle();
 }
 
-TEST_F(RegistrationTest, AManifestServesInPlaceOfTheRegistry) {
+TEST_F(RegistrationTest, AManifestReplacesRegistration) {
   CLSID clsid;
   EXPECT_TRUE(FAILED(::CLSIDFromProgID(kProgId.c_str(), &clsid)));
   const CServerContext context;

@@ -78,7 +78,7 @@ class RepositoryTest : public ::testing::Test {
   HRESULT m_result = S_OK;
 };
 
-TEST_F(RepositoryTest, Documents) {
+TEST_F(RepositoryTest, DocumentsOfAnyEncodingAreRead) {
   std::string many;
   std::wstring manyListed;
   for (int i = 0; i < 20'000; ++i) {
@@ -124,7 +124,7 @@ TEST_F(RepositoryTest, Documents) {
   }
 }
 
-TEST_F(RepositoryTest, MalformedDocuments) {
+TEST_F(RepositoryTest, AMalformedDocumentFailsWithItsLine) {
   std::string deep = "<Repositories>";
   for (int i = 0; i < 100'000; ++i) {
     deep += "<a>";
@@ -188,7 +188,7 @@ TEST_F(RepositoryTest, TheFileIsReadAgainWhenItsWriteTimeOrSizeChanges) {
   }
 }
 
-TEST_F(RepositoryTest, FilesThatCannotBeRead) {
+TEST_F(RepositoryTest, AFileThatCannotBeReadFails) {
   const auto expectFailure = [this](DWORD code) {
     EXPECT_EQ(L"failed", Listed());
     EXPECT_EQ(HRESULT_FROM_WIN32(code), m_result);
@@ -206,7 +206,7 @@ TEST_F(RepositoryTest, FilesThatCannotBeRead) {
   expectFailure(ERROR_INVALID_NAME);
 }
 
-TEST_F(RepositoryTest, SlotsMembersAndTheCursor) {
+TEST_F(RepositoryTest, TheCursorReturnsEachRepositoryInTurn) {
   Write(Document(Repository("1") + Repository("2")));
   CComPtr<IRepositories> repositories;
   CUniqueBstr path;

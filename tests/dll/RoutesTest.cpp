@@ -14,7 +14,7 @@ class RoutesTest : public CServerTest {
   }
 };
 
-TEST_F(RoutesTest, BothRoutesTellAllOfARichModule) {
+TEST_F(RoutesTest, BothRoutesReturnAllOfARichModule) {
   const Answers expected{
       {L"Dialogs", L"ZuluDialog / AlphaDialog"},
       {L"CustomActions", L"ZuluAction / AlphaAction"},
@@ -49,7 +49,7 @@ TEST_F(RoutesTest, BothRoutesTellAllOfARichModule) {
   EXPECT_EQ(expected, ReadModule(module.Get(), Route::VirtualTable));
 }
 
-TEST_F(RoutesTest, BothRoutesTellWhatTheGalleryDescribes) {
+TEST_F(RoutesTest, BothRoutesReturnWhatTheGalleryDescribes) {
   const CTestGallery gallery(m_folder, "3.1.4.0");
   Settle();  // the type library of the classes describes download files
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
@@ -150,7 +150,7 @@ void ExpectAnswersOfTypeInfo(IDispatch* object) {
   }
 }
 
-TEST_F(RoutesTest, DispatchAnswersWhatTheTypeInformationDoes) {
+TEST_F(RoutesTest, DispatchAnswersAsTheTypeInformationDoes) {
   const CComPtr<IMergeModuleTavik> module = OpenRichModule();
   ExpectAnswersOfTypeInfo(module.Get());
   ExpectAnswersOfTypeInfo(NewModule().Get());  // of which every property fails

@@ -97,7 +97,7 @@ class SiblingTest : public CServerTest {
   CTestGallery m_gallery{m_folder};
 };
 
-TEST_F(SiblingTest, FaultsOfTheReader) {
+TEST_F(SiblingTest, EachFaultOfTheReaderHasItsOutcome) {
   Put(L"Gleaner.dll", L"sibling.dll");
   const struct {
     const wchar_t* fault;
@@ -134,7 +134,7 @@ TEST_F(SiblingTest, FaultsOfTheReader) {
   }
 }
 
-TEST_F(SiblingTest, FaultsOfTheApplicationServices) {
+TEST_F(SiblingTest, EachFaultOfTheApplicationServicesHasItsOutcome) {
   Put(L"QmAppServices.dll", L"sibling.dll");
   const struct {
     const wchar_t* fault;

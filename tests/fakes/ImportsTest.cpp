@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ImportsTest, AnswersAndCountsForItsLifeOnly) {
+TEST(ImportsTest, AnswersAndCallsAreForgottenWhenTheWatchEnds) {
   {
     const CWatchedInstaller installer;
     installer::Answer("MsiCreateRecord", 0, 1);

@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(CompareVersionsTest, Table) {
+TEST(CompareVersionsTest, VersionsCompareByFourNumbersOfSixteenBits) {
   struct Case {
     const wchar_t* a;
     const wchar_t* b;

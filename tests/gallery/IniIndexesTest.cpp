@@ -8,7 +8,7 @@
 
 namespace {
 
-TEST(IniIndexesTest, IndexesThatAreMissingAreNoFailure) {
+TEST(IniIndexesTest, MissingIndexFilesLeaveTheirTablesEmpty) {
   CIniIndexes& indexes = CIniIndexes::Instance();
   if (!indexes.FileModules().empty()) {
     GTEST_SKIP() << "this process has read its indexes; ctest gives each test its own";

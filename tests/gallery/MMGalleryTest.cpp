@@ -68,7 +68,7 @@ const std::string kTwoDownloads =
     kLamp + "[DownloadFiles]\nKey1=first\nKey3=third\n[first]\nLocation=d\\1.bin\n" +
     "[third]\nLocation=\\d\\3.bin\n";
 
-TEST_F(MMGalleryTest, PresenceByDescriptionAndFiles) {
+TEST_F(MMGalleryTest, PresenceDependsOnDescriptionAndFiles) {
   const std::string unlocated = "[MergeModule]\nFileName=lamp.msm\nVersion=2.0\n";
   const std::string unnamed = "[MergeModule]\nVersion=2\n[lamp.msm]\nLocation=x";
   struct Case {
@@ -145,7 +145,7 @@ TEST_F(MMGalleryTest, ADescriptionIsLookedForUntilItIsThereAndThenKept) {
   EXPECT_EQ(record.GetSubject(), L"Lamp");
 }
 
-TEST_F(MMGalleryTest, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
+TEST_F(MMGalleryTest, ADescriptionThatCannotBeOpenedReadsAsEmpty) {
   Describe(kTwoDownloads);
   Lamp locked;
   {
@@ -168,7 +168,7 @@ TEST_F(MMGalleryTest, WhatCannotBeOpenedReadsAsEmptyWithoutAnError) {
   EXPECT_EQ(homeless.GetVersion(), L"2.0");
 }
 
-TEST_F(MMGalleryTest, NoRootIsNoGalleryAndNotTheCurrentFolder) {
+TEST_F(MMGalleryTest, AnEmptyRootIsNotTheCurrentFolder) {
   Describe(kTwoDownloads);
   for (const char* const file : {"one/lamp.msm", "d/1.bin", "d/3.bin"}) {
     Put(file, "x");
@@ -198,7 +198,7 @@ TEST_F(MMGalleryTest, NamesDoNotLeaveTheGalleryFolder) {
   EXPECT_EQ(plain.GetSubject(), L"Lamp");
 }
 
-TEST_F(MMGalleryTest, ItemsOfLists) {
+TEST_F(MMGalleryTest, ItemsOfListsAreReadByPosition) {
   Describe(
       "[Dependency]\nKey1=Socket.1\n[Socket.1]\nVersion=1.5\nLanguage=1031\n"
       "[Exclusions]\nKey2=Candle.1\nKey3=\n"

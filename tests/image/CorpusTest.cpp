@@ -11,7 +11,7 @@ namespace {
 using namespace image_tests;
 
 /// What tools/fuzz starts from, and what it once found.
-TEST(CorpusTest, HarmsNobody) {
+TEST(CorpusTest, NoFileOfTheCorpusBreaksAPromise) {
   for (const FuzzTarget& target : kFuzzTargets) {
     std::size_t files = 0;
     for (const auto& file : std::filesystem::directory_iterator(

@@ -174,7 +174,7 @@ Change Cut(std::size_t size) {
   };
 }
 
-TEST(DatabaseTest, RefusesWhatWouldLeadAstrayWithItsCause) {
+TEST(DatabaseTest, EachDamageIsRefusedWithItsCause) {
   using File = CompoundFileImage;
   const std::u16string tables = TableStream("_Tables");
   const std::u16string columns = TableStream("_Columns");
@@ -334,7 +334,7 @@ TEST(DatabaseTest, RefusesTablesThatTogetherClaimMoreThanTheFile) {
   EXPECT_THROW(database.Verify(), Damage);
 }
 
-TEST(DatabaseTest, ReadsInSpiteOfOddities) {
+TEST(DatabaseTest, FilesWithMinorDefectsAreReadAndTheDefectsListed) {
   using File = CompoundFileImage;
   constexpr auto kHarmless = Defect::Grade::Harmless;
   constexpr auto kSuspicious = Defect::Grade::Suspicious;
@@ -389,7 +389,7 @@ TEST(DatabaseTest, ReadsInSpiteOfOddities) {
   }
 }
 
-TEST(DatabaseTest, FollowsTheStreamsThatNobodyReads) {
+TEST(DatabaseTest, VerificationCoversStreamsThatAreNeverRead) {
   const auto spoilTable = [](std::uint32_t link, std::uint32_t next) {
     return [=](CompoundFileImage& f) {
       f.Put(f.TableEntry(f.firstSectors.at(kFont) + link), 4, next);
@@ -441,7 +441,7 @@ TEST(DatabaseTest, ReadsATableOfTablesThatRepeatsALongName) {
   EXPECT_TRUE(database.HasTable(name));
 }
 
-TEST(DatabaseTest, SaysWhichKindItDoesNotKnow) {
+TEST(DatabaseTest, AnUnknownFormatVersionIsNamed) {
   CompoundFileImage image = Write(Sample());
   Header(0x1A, 2, 5)(image);
   MemorySource source = image.Source();
@@ -450,7 +450,7 @@ TEST(DatabaseTest, SaysWhichKindItDoesNotKnow) {
   EXPECT_EQ(database.UnknownKind(), "version 5 of the format of compound files");
 }
 
-TEST(DatabaseTest, PassesOnEveryFailureToReadAndCanBeAskedAgain) {
+TEST(DatabaseTest, EveryFailureToReadIsPassedOnAndReadingCanBeRepeated) {
   const CompoundFileImage file = Write(Sample(std::string(70000, 'l')), 12);
   for (unsigned failing = 1;; ++failing) {
     MemorySource source = file.Source();

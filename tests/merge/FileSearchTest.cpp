@@ -4,7 +4,7 @@
 
 namespace {
 
-TEST(FileSearchTest, PatternsStandForNames) {
+TEST(FileSearchTest, WildcardsMatchWholeNames) {
   const struct {
     const char* pattern;
     const char* name;
@@ -22,7 +22,7 @@ TEST(FileSearchTest, PatternsStandForNames) {
   }
 }
 
-TEST(FileSearchTest, LongAndShortNamesInAnyCase) {
+TEST(FileSearchTest, LongAndShortNamesMatchInAnyCase) {
   std::vector<CheckedModule> modules(3);
   modules[0].files = {MakeDeliveredFile("ÄB~1.TXT|Äblage.txt", "Dir", "K2", "", 5),
                       MakeDeliveredFile("A.TXT", "Dir", "K1", "", {})};

@@ -56,7 +56,7 @@ TEST(FindingsTest, FilesConflictInOneFolderOnly) {
                   "from B:1033"));
 }
 
-TEST(FindingsTest, IndexEntriesOfUnknownModules) {
+TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
   const std::vector<MergeModule> modules{Module("A")};
   const auto findings = CheckIndexes(MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
                                                          {"FilesToModules.ini", "a.dll", "A:"},

@@ -26,7 +26,7 @@ TEST(MergeRulesTest, VersionsCompareByTheirNumbers) {
   }
 }
 
-TEST(MergeRulesTest, LanguagesFitThemselvesTheirGroupAndAll) {
+TEST(MergeRulesTest, ALanguageFitsItselfItsGroupAndEveryLanguage) {
   const struct {
     std::optional<long> wanted;
     long language;
@@ -41,7 +41,7 @@ TEST(MergeRulesTest, LanguagesFitThemselvesTheirGroupAndAll) {
   }
 }
 
-TEST(MergeRulesTest, ExclusionsHitWithinTheirBounds) {
+TEST(MergeRulesTest, AnExclusionHitsTheVersionsWithinItsBounds) {
   const struct {
     Exclusion exclusion;
     bool hits;  // module "Glyph", 1033, version 2.5

@@ -60,7 +60,7 @@ TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
   }
 }
 
-TEST(MergeSetTest, APlanPutsEveryModuleBehindWhatItNeeds) {
+TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
   const std::vector<MergeModule> modules{
       Module("Top", "1", 0, {{"Left", 0, ""}, {"Right", 0, ""}, {"Gone", 1033, "2"}}),
       Module("Left", "1", 0, {{"Base", 0, ""}}), Module("Right", "1", 0, {{"Base", 0, ""}}),

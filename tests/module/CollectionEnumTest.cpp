@@ -6,7 +6,7 @@ namespace {
 
 using CollectionEnumTest = CollectionFixture;
 
-TEST_F(CollectionEnumTest, NextGivesUpToAsManyAsAreThere) {
+TEST_F(CollectionEnumTest, NextReturnsAtMostWhatIsLeft) {
   Fill({L"A", L"B", L"C", L"D"});
   const CComPtr<IEnumVARIANT> enumerator = Enumerator();
   struct Call {
@@ -41,7 +41,7 @@ TEST_F(CollectionEnumTest, NextReleasesWhatItsSlotHeld) {
   ::VariantClear(&slot);
 }
 
-TEST_F(CollectionEnumTest, SkipSaysWhetherItStandsAtTheEnd) {
+TEST_F(CollectionEnumTest, SkipReportsWhetherTheEndIsReached) {
   EXPECT_EQ(S_OK, Enumerator()->Skip(5));
   Fill({L"A", L"B", L"C"});
   const CComPtr<IEnumVARIANT> enumerator = Enumerator();
@@ -55,7 +55,7 @@ TEST_F(CollectionEnumTest, SkipSaysWhetherItStandsAtTheEnd) {
   EXPECT_EQ(Names{}, Rest(*enumerator));
 }
 
-TEST_F(CollectionEnumTest, ClonesGoTheirOwnWay) {
+TEST_F(CollectionEnumTest, AClonesCursorMovesIndependently) {
   Fill({L"A", L"B", L"C"});
   const CComPtr<IEnumVARIANT> enumerator = Enumerator();
   enumerator->Skip(2);
@@ -68,7 +68,7 @@ TEST_F(CollectionEnumTest, ClonesGoTheirOwnWay) {
   EXPECT_EQ(Names{}, Rest(*enumerator));
 }
 
-TEST_F(CollectionEnumTest, KeepsItsListAndLocksTheModule) {
+TEST_F(CollectionEnumTest, AnEnumeratorKeepsItsListAndLocksTheServer) {
   Fill({L"A", L"B", L"C"});
   CComPtr<IEnumVARIANT> enumerator = Enumerator();
   EXPECT_EQ(S_OK, m_collection->Remove(0));

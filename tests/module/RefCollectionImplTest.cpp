@@ -47,7 +47,7 @@ TEST_F(RefCollectionImplTest, DoubledKeysAreListedAndTheFirstIsFound) {
   EXPECT_EQ((Names{L"b", L"a", L"KEY"}), Rest(*Enumerator()));
 }
 
-TEST_F(RefCollectionImplTest, RemovedItemsGoFromLastToFirstUnlessSomebodyHoldsThem) {
+TEST_F(RefCollectionImplTest, RemovedItemsAreReleasedFromLastToFirst) {
   Fill({L"A", L"B", L"C", L"D"});
   EXPECT_EQ(E_INVALIDARG, m_collection->Remove(4));
   EXPECT_EQ(S_OK, m_collection->Remove(1));
@@ -70,7 +70,7 @@ TEST_F(RefCollectionImplTest, RemovedItemsGoFromLastToFirstUnlessSomebodyHoldsTh
   EXPECT_EQ((Names{L"B", L"D", L"A", L"C", L"F", L"E"}), g_gone);
 }
 
-TEST_F(RefCollectionImplTest, RemoveStandsBehindTheInterfaceMethods) {
+TEST_F(RefCollectionImplTest, RemoveAndRemoveAllFollowTheInterfaceMethodsInTheTable) {
   Fill({L"A", L"B"});
   // Seven slots of IDispatch and the four of the interface, then Remove, RemoveAll, the destructor.
   IMMDialogs* const object = m_collection.Get();

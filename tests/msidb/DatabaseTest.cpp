@@ -17,7 +17,7 @@ namespace {
 
 using DatabaseTest = InstallerFixture;
 
-TEST_F(DatabaseTest, PathThatIsTooLongIsNotGivenToTheInstaller) {
+TEST_F(DatabaseTest, APathThatIsTooLongIsNotPassedToTheInstaller) {
   const CWideString longest(L"C:\\" + std::wstring(MAX_PATH - 4, L'm'));
   Answer("MsiOpenDatabaseW", ERROR_OPEN_FAILED);
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED),
@@ -95,7 +95,7 @@ TEST_F(DatabaseTest, EveryFailureIsRaisedWithItsCall) {
   }
 }
 
-TEST_F(DatabaseTest, HasTable) {
+TEST_F(DatabaseTest, PersistentAndTemporaryTablesAreFound) {
   Bench bench;
   bench.Run(L"CREATE TABLE `P` (`K` CHAR(72) NOT NULL TEMPORARY PRIMARY KEY `K`) HOLD");
   EXPECT_TRUE(bench.database.HasTable(L"T"));

@@ -6,7 +6,7 @@ namespace {
 
 #define SUFFIX L".0123456789ABCDEF0123456789ABCDEF"
 
-TEST(DirectoryNameTest, IsOneOfUpToFourOfTheDefaultDir) {
+TEST(DirectoryNameTest, ADefaultDirHasUpToFourNames) {
   const struct {
     const wchar_t *defaultDir, *longName, *shortName, *sourceLong, *sourceShort;
   } cases[] = {

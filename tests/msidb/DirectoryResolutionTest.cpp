@@ -11,7 +11,7 @@ namespace {
 
 using DirectoryResolutionTest = DirectoriesFixture;
 
-TEST_P(DirectoryResolutionTest, AreWalkedUpToTheirRoot) {
+TEST_P(DirectoryResolutionTest, DirectoriesAreFollowedUpToTheirRoot) {
   const struct {
     const wchar_t *key, *target, *scanned;
   } cases[] = {
@@ -47,7 +47,7 @@ TEST_P(DirectoryResolutionTest, AreWalkedUpToTheirRoot) {
   }
 }
 
-TEST_P(DirectoryResolutionTest, OtherOptions) {
+TEST_P(DirectoryResolutionTest, OptionsChooseNamesAndBrackets) {
   const DirectoryOptions plain{};
   DirectoryOptions sourcePath = TargetPathOptions();
   sourcePath.useSourcePart = true;
@@ -61,7 +61,7 @@ TEST_P(DirectoryResolutionTest, OtherOptions) {
   EXPECT_EQ(Resolve(L"Same", sourcePath), L"[ProgramFilesFolder]Application\\bin\\src");
 }
 
-TEST_P(DirectoryResolutionTest, ChainsOfAThousandDirectories) {
+TEST_P(DirectoryResolutionTest, AChainMayHaveAThousandDirectories) {
   CWideString expected(L"D0");
   test.Insert(L"Directory", {L"Deep0", L"TARGETDIR", L"D0"});
   for (int i = 1; i < 1000; ++i) {
@@ -76,7 +76,7 @@ TEST_P(DirectoryResolutionTest, ChainsOfAThousandDirectories) {
             msidb::ResolveDirectoryPath(Table(), L"Deep999", path, TargetPathOptions()));
 }
 
-TEST_P(DirectoryResolutionTest, NamesThatFitInNoPathAreReturnedAsACode) {
+TEST_P(DirectoryResolutionTest, ANameThatFitsInNoPathIsAFailure) {
   EXPECT_EQ(259U, Resolve(L"Fits", TargetPathOptions()).length());
   for (const wchar_t* const key : {L"TooLong", L"BelowTooLong"}) {
     CWideString path;
@@ -101,7 +101,7 @@ TEST_P(DirectoryResolutionTest, AMissingDirectoryTableIsEmpty) {
   EXPECT_TRUE(msidb::ResolveAllDirectories(Table()).empty());
 }
 
-TEST_P(DirectoryResolutionTest, AllOfATableAtOnce) {
+TEST_P(DirectoryResolutionTest, AllDirectoriesAreResolvedAtOnce) {
   test.Run(L"DELETE FROM `Directory` WHERE `Directory` = 'TooLong'");
   const DirectoryPaths paths = msidb::ResolveAllDirectories(Table());
   EXPECT_EQ(32U, paths.size());

@@ -11,7 +11,7 @@ namespace {
 
 using InstallerResultTest = InstallerFixture;
 
-TEST_F(InstallerResultTest, ReportDescribesTheFailureAndTheCall) {
+TEST_F(InstallerResultTest, AFailureIsDescribedWithItsCall) {
   struct Case {
     DWORD code;
     DWORD hr;
@@ -45,7 +45,7 @@ TEST_F(InstallerResultTest, ReportDescribesTheFailureAndTheCall) {
   EXPECT_TRUE(installer::Calls().empty());
 }
 
-TEST_F(InstallerResultTest, ReportTakesTheLastErrorRecordForText) {
+TEST_F(InstallerResultTest, TheLastErrorRecordDescribesTheFailure) {
   const std::wstring longText(3000, L'x');
   const std::tuple<const wchar_t*, const wchar_t*, std::wstring> cases[] = {
       {nullptr, L"C:\\m.msm", L"Windows Installer Error 2203: C:\\m.msm, -5\nMsiX()"},

@@ -32,7 +32,7 @@ class ModuleDirectoriesTest : public DirectoriesFixture {
   msidb::TargetDirectories directories;
 };
 
-TEST_P(ModuleDirectoriesTest, AreResolvedOverOneDatabase) {
+TEST_P(ModuleDirectoriesTest, AllKeysAreResolvedOverOneDatabase) {
   installer::Reset();
   EXPECT_EQ(S_OK, Resolve({kBin, L"BelowAnchor", L"BelowTooLong", L"BelowData", L""}));
   EXPECT_EQ(GetParam() == Reader::Own ? 0 : 1, CallCount("MsiOpenDatabaseW"));
@@ -45,14 +45,14 @@ TEST_P(ModuleDirectoriesTest, AreResolvedOverOneDatabase) {
   EXPECT_EQ(failed.description, SystemText(failed.result) + L"ResolveDirectoryPath(BelowTooLong)");
 }
 
-TEST_P(ModuleDirectoriesTest, NeedTheirFile) {
+TEST_P(ModuleDirectoriesTest, AMissingFileFailsWithItsPath) {
   const CWideString path = CWideString(test.path) + L".gone";
   EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, TargetPathOptions(), directories)));
   const com_exception failure(E_FAIL);
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
 }
 
-TEST_P(ModuleDirectoriesTest, SurviveAShortageOfMemory) {
+TEST_P(ModuleDirectoriesTest, AShortageOfMemoryIsReported) {
   // What is made once for all, and room in the log of calls.
   ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", kBin}));
   directories.clear();

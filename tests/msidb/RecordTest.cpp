@@ -9,7 +9,7 @@ namespace {
 
 using RecordTest = InstallerFixture;
 
-TEST_F(RecordTest, RecordFields) {
+TEST_F(RecordTest, FieldsHoldTextsOfAnyLengthAndNumbers) {
   Record record = Record::Create(2);
   for (const size_t length : {0U, 1U, 2047U, 2048U, 100'000U}) {
     const CWideString text(std::wstring(length, L'\u4e2d'));

@@ -11,7 +11,7 @@ namespace {
 
 using SummaryInfoTest = InstallerFixture;
 
-TEST_F(SummaryInfoTest, SummaryTexts) {
+TEST_F(SummaryInfoTest, TextPropertiesOfAnyLengthAreRead) {
   const std::pair<UINT, size_t> texts[] = {{PID_TITLE, 1},
                                            {PID_SUBJECT, 259},
                                            {PID_AUTHOR, 260},

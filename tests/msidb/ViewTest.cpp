@@ -12,7 +12,7 @@ namespace {
 
 using ViewTest = InstallerFixture;
 
-TEST_F(ViewTest, FetchingEndsForGood) {
+TEST_F(ViewTest, FetchingStaysAtTheEnd) {
   Bench bench;
   View& view = bench.view;
   EXPECT_FALSE(View().Next());  // without a query there are no rows
@@ -34,7 +34,7 @@ TEST_F(ViewTest, FetchingEndsForGood) {
   EXPECT_FALSE(view.RunAndFetch(bench.database, L"SELECT `N` FROM `T` WHERE `K` = 'X'"));
 }
 
-TEST_F(ViewTest, ModifyTellsDuplicateKeysApart) {
+TEST_F(ViewTest, ModifyHasACodeOfItsOwnForDuplicateKeys) {
   const std::pair<int, HRESULT> details[] = {
       {MSIDBERROR_DUPLICATEKEY, static_cast<HRESULT>(0x800403E8)},
       {MSIDBERROR_REQUIRED, HRESULT_FROM_WIN32(13)}};

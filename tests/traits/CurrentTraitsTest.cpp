@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(CurrentTraitsTest, TheActiveProjectDecidesAnewAtEveryCall) {
+TEST(CurrentTraitsTest, TheActiveProjectDecidesAtEveryCall) {
   for (const auto& [type, delimiter] : {std::pair(L"0", L"["), {L"1", L"<"}, {nullptr, L"["}}) {
     ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", type);
     EXPECT_EQ(current_traits::OpenDelimiter(), delimiter);

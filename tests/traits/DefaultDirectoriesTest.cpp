@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(DefaultDirectoriesTest, ByPredefinedFolder) {
+TEST(DefaultDirectoriesTest, EachPredefinedFolderHasItsDefaultDirectory) {
   const struct {
     const wchar_t *key, *fallback, *expected;
   } cases[] = {
@@ -24,7 +24,7 @@ TEST(DefaultDirectoriesTest, ByPredefinedFolder) {
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(L"Nowhere"));
 }
 
-TEST(DefaultDirectoriesTest, ReferencesAreDelimitedAsTheProjectDoes) {
+TEST(DefaultDirectoriesTest, ReferencesHaveTheDelimitersOfTheProject) {
   const ProjectTraitsMSI msi;
   const ProjectTraitsPro pro;
   EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", msi), L"[USERPROFILE]");

@@ -6,7 +6,7 @@
 
 namespace {
 
-TEST(ProjectTraitsTest, PredefinedFoldersOfBothKinds) {
+TEST(ProjectTraitsTest, EachKindOfProjectKnowsItsPredefinedFolders) {
   struct Case {
     const wchar_t* name;
     bool msiPredefined, msiShell, proPredefined, proShell;

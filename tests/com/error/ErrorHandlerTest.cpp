@@ -57,7 +57,7 @@ class COtherException : public CException {
   BOOL GetErrorMessage(wchar_t*, UINT, UINT*) const override { return FALSE; }
 };
 
-TEST(ErrorHandlerTest, BoundaryAnswersForEverythingThatIsThrown) {
+TEST(ErrorHandlerTest, EveryExceptionBecomesAnHResult) {
   const com_exception failure(E_ABORT, L"It is broken.");
   const auto throwCode = [](DWORD code) {
     ::SetLastError(code);

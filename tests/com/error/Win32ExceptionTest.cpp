@@ -42,7 +42,7 @@ TEST(Win32ExceptionTest, CopiesShareOneText) {
   EXPECT_EQ(blocks, heap::Live());
 }
 
-TEST(Win32ExceptionTest, HResultAndTextOfCodes) {
+TEST(Win32ExceptionTest, ACodeWithoutATextHasItsHResultAndAnEmptyMessage) {
   const std::pair<DWORD, DWORD> codes[] = {{0, 0}, {0x12345, 0x80072345}, {0xA0FF1234, 0xA0FF1234}};
   for (const auto& [code, hr] : codes) {
     ::SetLastError(code);

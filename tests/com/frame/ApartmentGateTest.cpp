@@ -7,7 +7,7 @@
 
 namespace {
 
-TEST(ApartmentGateTest, AWaitEndsWithAFailureThatIsDescribed) {
+TEST(ApartmentGateTest, AWaitThatTakesTooLongFailsWithADescription) {
   ApartmentGate gate(1000);
   gate.Enter();
   gate.Enter();
@@ -29,7 +29,7 @@ TEST(ApartmentGateTest, AWaitEndsWithAFailureThatIsDescribed) {
   }).join();
 }
 
-TEST(ApartmentGateTest, OneThreadAtATimePassesAndNobodyIsKeptWaiting) {
+TEST(ApartmentGateTest, OneThreadAtATimePassesAndNoneStarves) {
   ApartmentGate gate(10000);
   std::atomic<int> inside = 0;
   int passes = 0;

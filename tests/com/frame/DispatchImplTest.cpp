@@ -27,7 +27,7 @@ class DispatchImplTest : public FrameFixture {
   CComPtr<CComObject<CProbe>> m_object;
 };
 
-TEST_F(DispatchImplTest, TypeInfo) {
+TEST_F(DispatchImplTest, TypeInformationIsLoadedAgainWhenTheServerStartsAgain) {
   EXPECT_EQ(E_POINTER, m_object->GetTypeInfoCount(nullptr));
   EXPECT_EQ(E_POINTER, m_object->GetTypeInfo(0, 0, nullptr));
   CComPtr<ITypeInfo> info;
@@ -42,7 +42,7 @@ TEST_F(DispatchImplTest, TypeInfo) {
   EXPECT_FALSE(info);
 }
 
-TEST_F(DispatchImplTest, Errors) {
+TEST_F(DispatchImplTest, InvalidCallsAreRefused) {
   wchar_t right[] = L"getCATALOG";
   wchar_t wrong[] = L"Wrong";
   DISPID id = 0;
@@ -73,7 +73,7 @@ TEST_F(DispatchImplTest, Errors) {
   EXPECT_EQ(nullptr, exception.bstrDescription);
 }
 
-TEST_F(DispatchImplTest, ServesScripts) {
+TEST_F(DispatchImplTest, ObjectsAreReturnedToScripts) {
   const VARTYPE types[] = {VT_DISPATCH, VT_UNKNOWN};
   for (long kind = 0; kind < 2; ++kind) {
     VARIANT result;

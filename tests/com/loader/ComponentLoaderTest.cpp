@@ -100,7 +100,7 @@ TEST_F(ComponentLoaderTest, NothingIsLoadedFromTheCurrentFolderOrThePath) {
   fs::current_path(previous);
 }
 
-TEST_F(ComponentLoaderTest, ABackslashNamesTheFileItself) {
+TEST_F(ComponentLoaderTest, ANameWithABackslashIsThePathOfTheFile) {
   const fs::path place = Put("elsewhere");
   EXPECT_TRUE(loader->Create<IUnknown>(place.c_str(), kSibling));
 }

@@ -33,7 +33,7 @@ void ExpectAll(const std::vector<Case>& cases) {
   }
 }
 
-TEST(IniFileTest, Lines) {
+TEST(IniFileTest, LinesEndInAnyWayAndCommentsAreIgnored) {
   ExpectAll({
       {"", L""},
       {"\r\n \t\n", L""},
@@ -47,7 +47,7 @@ TEST(IniFileTest, Lines) {
   });
 }
 
-TEST(IniFileTest, NamesAndValues) {
+TEST(IniFileTest, BlanksAroundNamesAndValuesAreDropped) {
   ExpectAll({
       {" [ My Section ] \n\tMy Key\t = \tMy Value \t", L"[My Section]My Key=My Value|"},
       {"[s]\nname\nname=\n=value\n=\n", L"[s]name=|name=|=value|=|"},
@@ -58,7 +58,7 @@ TEST(IniFileTest, NamesAndValues) {
   });
 }
 
-TEST(IniFileTest, Headers) {
+TEST(IniFileTest, AHeaderEndsAtItsLastBracket) {
   ExpectAll({
       {"[Filters[1].msm]\na=1", L"[Filters[1].msm]a=1|"},
       {"[a]b]c]\na=1", L"[a]b]c]a=1|"},
@@ -69,7 +69,7 @@ TEST(IniFileTest, Headers) {
   });
 }
 
-TEST(IniFileTest, ZerosAndOtherControlCharacters) {
+TEST(IniFileTest, ControlCharactersInsideNamesAndValuesAreKept) {
   ExpectAll({
       {"[s]\na\0b=c\0d\n"s, L"[s]a\0b=c\0d|"s},
       {"[s]\n\0a\0=\0c\0\n\x1A"s, L"[s]a=c|"},
@@ -89,7 +89,7 @@ std::string Utf16(std::u16string_view text, bool bigEndian) {
   return bytes;
 }
 
-TEST(IniFileTest, Encodings) {
+TEST(IniFileTest, EveryEncodingIsRecognised) {
   constexpr char16_t text[] = u"\uFEFF[\u00C4]\r\nk\u4E2D=\U0001F600\r\n";
   const std::wstring parsed = L"[\u00C4]k\u4E2D=\U0001F600|";
   ExpectAll({
@@ -107,7 +107,7 @@ TEST(IniFileTest, Encodings) {
   });
 }
 
-TEST(IniFileTest, LongLinesAndLargeFiles) {
+TEST(IniFileTest, LongLinesAndLargeFilesAreReadWhole) {
   const std::string text(100'000, 'x');
   const std::wstring wide(100'000, L'x');
   constexpr size_t large = 20'000'000;
@@ -136,7 +136,7 @@ ptrdiff_t PositionOf(const Entry* found, const Entry* first) {
   return found ? found - first : -1;
 }
 
-TEST(IniFileTest, NamesAreFoundWithoutRegardToCaseTheFirstOfDoubles) {
+TEST(IniFileTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
   // As few names as are compared one by one, and as many as are put in order.
   for (const size_t padding : {0, 1000}) {
     SCOPED_TRACE(padding);
