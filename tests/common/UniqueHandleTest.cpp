@@ -22,7 +22,7 @@ TEST(UniqueHandleTest, ClosesEachHandleOnce) {
   {
     CUniqueHandle<CountingTraits> none, first(0), second(std::move(first)), target(1);
     EXPECT_FALSE(none);
-    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): a moved-from handle is none
+    EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): a moved-from handle is empty
     EXPECT_TRUE(second);
     target = std::move(second);
     EXPECT_EQ(g_closed, Closed{1});

@@ -119,7 +119,7 @@ TEST_F(ApartmentTest, FourApartmentsListAChangingFolderWithoutLoss) {
   EXPECT_LT(10, added);
 }
 
-/// An object whose QueryInterface says in which thread it was called last.
+/// Records the thread that called its QueryInterface last.
 class Witness final : public IUnknown {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {

@@ -235,8 +235,8 @@ TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
   EXPECT_EQ(blocks[1], blocks[3]) << "the first one replaces records that catalogs still list";
 }
 
-/// Module files come, go and change at random, and two catalogs of which one is made anew now and
-/// then list them.
+/// Lists module files that are added, removed and changed at random, by two catalogs of which one
+/// is replaced now and then.
 class CatalogSoakTest : public CCatalogTest {
  protected:
   void Soak(int refreshes) {

@@ -11,7 +11,7 @@
 
 namespace {
 
-/// Why files cannot be opened or asked about, and folders cannot be listed; ERROR_SUCCESS when they
+/// Why files cannot be opened or queried, and why folders cannot be listed; ERROR_SUCCESS if they
 /// can.
 DWORD s_fileFailure, s_listingFailure;
 
@@ -44,7 +44,7 @@ using testing::StartsWith;
 
 class CatalogTest : public CCatalogTest {
  protected:
-  /// Has `path` name another file; the file that it named before goes.
+  /// Replaces the file at `path` with a copy.
   void Copy(const std::wstring& from, const std::wstring& path) const {
     EXPECT_TRUE(::CopyFileW(from.c_str(), PathOf(path).c_str(), FALSE));
   }

@@ -42,7 +42,7 @@ bool IsOfMemory(const ImportedFunction& function) {
 }
 
 /// A rich module of the gallery is opened and read completely with call 1, 2, 3, ... of one kind
-/// failing; then it is read a second time, opened anew and read a third time without a fault.
+/// failing; then it is read a second time, opened again and read a third time without a fault.
 class FaultSweepTest : public CServerTest {
  protected:
   void SetUp() override {
@@ -147,7 +147,7 @@ class FaultSweepTest : public CServerTest {
     }
   }
 
-  /// All that a module tells of which one summary text cannot be read.
+  /// The answers of a module of which one summary text cannot be read.
   Answers WithoutOneSummaryText(const Answers& answers) const {
     Answers whole = m_whole;
     for (const wchar_t* name : {L"Author", L"Comments", L"PackageCode", L"Subject"}) {

@@ -41,8 +41,8 @@ class CHostObject {
   ULONG references = 1;
   HRESULT answer = S_OK;            ///< of the method
   const wchar_t* story = nullptr;   ///< description of the error object that the method leaves
-  CHostObject* settings = nullptr;  ///< what a project gives
-  long kind = 0;                    ///< what settings give
+  CHostObject* settings = nullptr;  ///< returned by a project
+  long kind = 0;                    ///< returned by settings
 
   HRESULT Answer() const {
     if (story) {

@@ -221,9 +221,8 @@ TEST_F(ModuleTest, OfRowsWithOneKeyTheLastStays) {
          "Me\t1033\tTwice\t0\t1.0\t1.5\n"
          "Other\t1033\tTwice\t0\t\t3.0\n"}},
        L"Me:1033;Me;1.0;1.0;1033 / Twice:0;Twice;;3.0;0"},
-      // A component that is not there gives no directory; a null number stays one; of files with
-      // one
-      // key the last in the sequence stays.
+      // A missing component leaves the directory empty, and a null number stays one; of files
+      // with one key the last in the sequence stays.
       {L"Files",
        {{L"Component", "Shared\t\tDir\n"},
         {L"File",

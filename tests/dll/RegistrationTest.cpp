@@ -29,7 +29,7 @@ std::wstring RegistryValue(const std::wstring& key, const wchar_t* name) {
   return status == ERROR_SUCCESS ? text : L"(missing)";
 }
 
-/// Has the server's manifest serve the creation of objects while it lives.
+/// Activates the server's manifest for its life.
 class CServerContext {
  public:
   CServerContext() {
@@ -64,7 +64,7 @@ class RegistrationTest : public CServerTest {
     CServerTest::TearDown();
   }
 
-  /// Has objects created by both ProgIDs, and used.
+  /// Creates and uses an object by each ProgID.
   void ExpectCreation() {
     for (const std::wstring& progId : {kProgId, kVersionedProgId}) {
       SCOPED_TRACE(testing::PrintToString(progId));

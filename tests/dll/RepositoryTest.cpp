@@ -139,7 +139,7 @@ TEST_F(RepositoryTest, AMalformedDocumentFailsWithItsLine) {
       {"<?xml version='1.0'?>\n<!DOCTYPE a>\n<Repositories/>", L", line 2: a document type"},
       {"<Repositories>\n<Repository", L", line 2: "},
       {deep, L", line 1: the elements are nested too deep"},
-      // Where a document ends too early is not told by every parser.
+      // Some parsers do not report where a document ends too early.
       {"<Repositories>\n<Repository>\n", L", line "},
       {"<Repositories>\n<Repository>", L", line "},
       {"<Repositories>\n<Repository><!-- ", L", line "},

@@ -7,8 +7,7 @@ namespace {
 
 using testing::StartsWith;
 
-/// What the questions about the gallery are expected to answer, a letter each in the order of
-/// kQuestions:
+/// The expected answers about the gallery, one letter for each of kQuestions:
 ///   w  as without a fault
 ///   -  as without a description
 ///   a  as for a module without a file
@@ -46,7 +45,7 @@ class SiblingTest : public CServerTest {
     ::SetEnvironmentVariableW(L"QM_SIBLING_FAULT", fault);
   }
 
-  /// Frees siblings that cannot say whether they are idle, and stay.
+  /// Frees siblings that stay loaded because they cannot report whether they are idle.
   void FreeSiblings() const {
     for (const wchar_t* const dll : {L"Gleaner.dll", L"QmAppServices.dll"}) {
       while (const HMODULE left = ::GetModuleHandleW((m_folder / dll).c_str())) {

@@ -84,7 +84,7 @@ struct Replacement<kKind, kOriginal, kFailure> {
     if constexpr (!std::is_pointer_v<Result>) {
       if (const std::optional<UINT> answer = AnswerTo(s_name)) {
         if (std::string_view(s_name) == "MsiSummaryInfoGetPropertyW") {
-          Original(arguments...);  // which gives what it read, whatever it answers
+          Original(arguments...);  // which returns the text whatever its result
         }
         return static_cast<Result>(*answer);
       }

@@ -30,8 +30,8 @@ struct ImportedFunction {
   void* replacement;
 };
 
-/// Has `importer` call `replacement` instead of a function that it imports; false when it does not
-/// import it.
+/// Makes `importer` call `replacement` instead of a function that it imports. Returns false if it
+/// does not import it.
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement);
 
 /// Makes a module call the replacements for the life of the object. Counts begin at 0, and no
@@ -73,15 +73,15 @@ Function* Find(const char* function) {
   return reinterpret_cast<Function*>(Find(function));
 }
 
-/// Closes the handles that this thread left open; gives their number.
+/// Closes the handles that this thread left open and returns their number.
 UINT CloseAllHandles();
 
 }  // namespace installer
 
-/// Has call number `call` of a kind fail, counted from 1 and from now.
+/// Makes the `call`th call of a kind fail, counted from 1 and from now.
 void FailCall(FaultKind kind, int call);
 
-/// Has no further call fail.
+/// Makes no further call fail.
 void FailNoCall();
 
 /// The function that was made to fail since FailCall; null when none was.

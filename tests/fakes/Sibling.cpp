@@ -1,7 +1,6 @@
-// A component for tests, which plays Gleaner.dll or QmAppServices.dll, whichever file name it has:
-// well-behaved, or with one operation out of order. The environment variable QM_SIBLING_FAULT says
-// which one and how: with "Keys fails" that operation fails and tells its story, with "Keys null"
-// it succeeds and gives nothing.
+// Stands in for Gleaner.dll or QmAppServices.dll, depending on its file name. The environment
+// variable QM_SIBLING_FAULT makes one operation misbehave: with "Keys fails" it fails with an error
+// object, with "Keys null" it succeeds and returns null.
 
 #include <string>
 
@@ -41,8 +40,8 @@ HRESULT GiveText(const wchar_t* operation, const std::wstring& text, BSTR* out) 
   return hr == S_FALSE ? S_OK : hr;
 }
 
-/// Everything at once: class factory, the objects of an INI reader, which has read a file whose
-/// every section has the same keys, and application services. It knows the key that it gave last.
+/// Class factory, application services and all objects of an INI reader in one. Every section of
+/// its file has the same keys; it remembers the key that was asked for last.
 class CSibling final : public IClassFactory,
                        public IIniReader,
                        public IIniSections,

@@ -3,10 +3,10 @@
 // everything about each: opened alone, and in a search folder with others. FOLDER is for what is
 // written:
 //
-//   progress.txt   if the process ends: the module that was being asked, the one to go on with, and
-//   why outcome.txt    how many modules opened and failed, and how long they took modules/ the
-//   damaged modules that are being asked; one that is asked alone stays measure        there while
-//   whoever started this may measure the process; waits until it is removed
+// - progress.txt: the module that is being asked, and the one to go on with if the process ends
+// - outcome.txt: how many modules opened and failed, and how long they took
+// - modules/: the damaged modules that are being asked; one that is asked alone stays
+// - measure: exists while the process waits to be measured, until somebody removes it
 //
 // Prints finds. Exits with 0 if there are none, with 1 otherwise.
 
@@ -93,7 +93,7 @@ std::vector<Base> ReadBases(const fs::path& list) {
   return bases;
 }
 
-// ---- What whoever started this has to know if the process ends
+// ---- For the caller, if the process ends
 
 std::atomic<DWORD> g_begun{0};  ///< tick count of the module that is being asked; 0 for none
 HANDLE g_progress = INVALID_HANDLE_VALUE;

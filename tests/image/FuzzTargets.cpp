@@ -33,7 +33,7 @@ void MayBeDamaged(std::initializer_list<DamagedPart> parts, Work work) {
   }
 }
 
-/// A field that readers ignore says how far the file goes on with zeros: up to 8 MB, so that small
+/// A field that readers ignore is the number of zeros that follow: up to 8 MB, so that small
 /// inputs reach the lists that continue the allocation table.
 MemorySource SourceOf(const Bytes& input) {
   const std::uint64_t zeros = input.size() >= 10 ? 128ULL * ReadU16(input.data() + 8) : 0;

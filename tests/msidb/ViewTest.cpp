@@ -51,7 +51,7 @@ TEST_F(ViewTest, ModifyHasACodeOfItsOwnForDuplicateKeys) {
     bench.record.SetString(1, L"D");
     modify();
     const HRESULT real = FailureOf(modify).hr;
-    // Not every installer says what is wrong with the row.
+    // Some installers do not report what is wrong with the row.
     EXPECT_TRUE(real == msidb::kDuplicateKey || real == HRESULT_FROM_WIN32(1627)) << real;
     int rows = 0;
     for (bench.view.RunTable(bench.database, L"T"); bench.view.Next(); ++rows) {

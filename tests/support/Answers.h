@@ -12,7 +12,7 @@
 
 // Reading objects of the server as its clients do, by the two routes of a dual interface.
 //
-// What a property gives is told as a text: "True" for a boolean, "(null)" for a null text, an
+// The value of a property is written as a text: "True" for a boolean, "(null)" for a null text, an
 // item's properties divided by ";", a collection's items divided by " / ", and for a failure "0x",
 // the HRESULT, a blank and the description.
 
@@ -29,8 +29,8 @@ HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
   return (*reinterpret_cast<Method**>(object))[6 + slot](object, arguments...);
 }
 
-/// CallSlot, for a call that gets no place for its answer: what it answers, or S_OK if it leaves an
-/// older failure on the thread.
+/// CallSlot with a null out pointer: its result, or S_OK if it leaves an older failure on the
+/// thread.
 template <class... Arguments>
 HRESULT CallSlotWithNull(IUnknown* object, size_t slot, Arguments... arguments) {
   LeaveErrorObject(L"an older failure");
@@ -38,7 +38,7 @@ HRESULT CallSlotWithNull(IUnknown* object, size_t slot, Arguments... arguments) 
   return TakeDescription().empty() ? hr : S_OK;
 }
 
-/// Calls a member through IDispatch, with one argument at most; gives the HRESULT of the member.
+/// Calls a member through IDispatch, with one argument at most. Returns the HRESULT of the member.
 HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argument,
                VARIANT* result, std::wstring* description = nullptr);
 
@@ -48,7 +48,7 @@ bool IsFailure(const std::wstring& answer);
 /// All properties of an item.
 std::wstring ReadItem(IDispatch* item, const std::wstring& interfaceName, Route route);
 
-/// What a module tells, by property.
+/// The values of a module, by property.
 using Answers = std::map<std::wstring, std::wstring>;
 
 Answers ReadModule(IDispatch* module, Route route);

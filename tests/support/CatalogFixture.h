@@ -7,8 +7,8 @@
 #include "tests/support/ModuleBuilder.h"
 #include "tests/support/ServerFixture.h"
 
-/// Tests of catalogs over folders of their own: the application services are told by environment
-/// variables to look nowhere but below the test's folder.
+/// Tests of catalogs over folders of their own: environment variables point the application
+/// services to the test's folder alone.
 class CCatalogTest : public CServerTest {
  protected:
   void SetUp() override;
@@ -18,22 +18,23 @@ class CCatalogTest : public CServerTest {
   /// Makes the server do `m_whenOpened`, once, before it opens a file.
   void WatchOpenedFiles() const;
 
-  /// Has the catalogs that are made from now on search `path`, with folders of the test's folder
-  /// for the "*" in it: "*one,*two".
+  /// Sets the search path of catalogs that are made from now on; "*" is the test's folder:
+  /// "*one,*two".
   void SetSearchPath(std::wstring path) const;
 
-  /// Has the process forget all modules of catalogs that are no more.
+  /// Makes the process drop all modules of catalogs that are gone.
   void ForgetAll() const;
 
-  /// A new catalog; none when it cannot be created.
+  /// A new catalog; null if it cannot be created.
   CComPtr<IMMCatalogCaskel> NewCatalog() const {
     return m_server.Create<IMMCatalogCaskel>(CLSID_MMCatalog);
   }
 
-  /// Makes folders of the test's folder on the way to `path` and gives the full path.
+  /// Creates the folders on the way to `path` in the test's folder and returns the full path.
   std::wstring PathOf(const std::wstring& path) const;
 
-  /// Makes a module file with a signature and a summary; `path` as for PathOf. Gives the full path.
+  /// Makes a module file with a signature and a summary; `path` as for PathOf. Returns the full
+  /// path.
   std::wstring WriteModule(const std::wstring& path, const std::string& id,
                            const std::string& version = "1.0", int language = 1033) const;
 
@@ -52,7 +53,7 @@ class CCatalogTest : public CServerTest {
                                 HANDLE fileTemplate);
 };
 
-/// The list of the catalog; none, with the failure as a test failure, when it has none.
+/// The list of the catalog; a failure fails the test and returns null.
 CComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog);
 
 /// The keys of modules, divided by blanks; "?" for an empty one.

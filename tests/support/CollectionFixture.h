@@ -13,7 +13,7 @@ using Names = std::vector<std::wstring>;
 /// Names of the items that were destroyed, in their order.
 inline Names g_gone;
 
-/// A dialog that says when it goes.
+/// A dialog that records its end.
 class CMortalDialog : public CMMDialog {
  public:
   CMortalDialog() = default;
@@ -69,7 +69,7 @@ class CollectionFixture : public ::testing::Test {
     return count;
   }
 
-  /// The name of the item at an index; "nothing" when there is none.
+  /// The name of the item at an index; "nothing" if there is no item.
   std::wstring At(const VARIANT& index) {
     auto* item = reinterpret_cast<IMMDialog*>(this);
     const HRESULT hr = m_collection->get_Item(index, &item);

@@ -22,7 +22,7 @@ class CProbe : public IDispatchImpl<IMMCatalogManagerVelmora>, public CComObject
   virtual ~CProbe() { --s_live; }
   HRESULT FinalConstruct() noexcept { return s_finalConstruct; }
 
-  /// Kind 0 gives this object, 1 one that knows no IDispatch; others fail without a reason.
+  /// Kind 0 returns this object, kind 1 one without IDispatch; others fail without a reason.
   STDMETHOD(GetCatalog)(long kind, IUnknown** catalog) override {
     switch (kind) {
       case 0:

@@ -31,7 +31,7 @@ class InstallerFixture : public ::testing::Test {
   const CWatchedInstaller m_installer;
 };
 
-/// Has the installer keep an error record, as Windows does after a failure. Field 0 is its
+/// Makes the installer keep an error record, as Windows does after a failure. Field 0 is its
 /// template, or null.
 inline void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
   CMsiHandle record(::MsiCreateRecord(5));

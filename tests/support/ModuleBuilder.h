@@ -8,7 +8,7 @@ struct TableText {
   const wchar_t* name;
   /// Rows that end in a line break, with tabs between their cells.
   std::string rows;
-  /// Column names, column types and key columns, a line each; empty stands for the usual ones.
+  /// Column names, column types and key columns, a line each; empty for the usual ones.
   std::string header{};
 };
 

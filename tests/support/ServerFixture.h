@@ -31,7 +31,7 @@ class CServerLibrary : public CComDll {
   CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const {
     return CComDll::Factory(clsid);
   }
-  /// A new module object on which nothing is open; none when it cannot be created.
+  /// A new module object on which nothing is open; null if it cannot be created.
   CComPtr<IMergeModuleTavik> NewModule() const {
     return Create<IMergeModuleTavik>(CLSID_MergeModule2);
   }
@@ -49,18 +49,18 @@ class CServerTest : public ::testing::Test {
   void SetUp() override;
   void TearDown() override;
 
-  /// Has the server make what it makes once for all, and takes what is alive then as the state to
+  /// Makes the server create what it keeps for good, and takes what is alive then as the state to
   /// which the test has to return.
   virtual void Settle();
-  /// For sweeps: the server lets its siblings go whenever nothing is alive, and loading them again
-  /// takes longer than what a run does besides.
+  /// For sweeps: the server unloads its siblings whenever nothing is alive, and loading them again
+  /// would take most of the time.
   void KeepSiblingsLoaded();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
   CComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }
   /// A new module object with the file open.
   CComPtr<IMergeModuleTavik> OpenModule(const std::wstring& path) const;
-  /// The same with a rich module, which is made anew.
+  /// The same with a new rich module.
   CComPtr<IMergeModuleTavik> OpenRichModule() const;
 
   CServerLibrary m_server;

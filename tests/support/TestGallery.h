@@ -2,9 +2,8 @@
 
 #include "tests/support/TestFolder.h"
 
-/// Makes a folder an object gallery that describes the rich module, which is to lie there as
-/// rich.msm, as one of a version and with two download files, of three that it counts. The
-/// environment tells of the folder for as long as the object lives.
+/// Makes `folder` an object gallery for the life of the object. It describes rich.msm in that
+/// folder, with a version and two download files; a third one is counted and not described.
 class CTestGallery {
  public:
   explicit CTestGallery(const CTestFolder& folder, const char* version = "4.0");
@@ -12,7 +11,7 @@ class CTestGallery {
   CTestGallery(const CTestGallery&) = delete;
   CTestGallery& operator=(const CTestGallery&) = delete;
 
-  /// What the rich module's DownloadFiles then gives, see Answers.h.
+  /// The rich module's DownloadFiles, as Answers.h writes them.
   static constexpr wchar_t kDownloadFiles[] =
       L"one.bin;media1;http://one;11;sum1 / two.bin;media2;http://two;22;sum2 / ;;;0;";
 };

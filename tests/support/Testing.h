@@ -14,10 +14,10 @@ inline void PrintTo(const CWideString& text, std::ostream* out) {
 /// The system's text for a failure, as the server shows it.
 CWideString SystemText(HRESULT hr);
 
-/// Takes the error object of this thread, which has none afterwards; false when there is none.
+/// Clears the error object of this thread. Returns false if there was none.
 bool TakeErrorObject();
 
-/// The failure that `work` raises; with S_OK when it raises none.
+/// The failure that `work` raises; its code is S_OK if it raises none.
 template <class Work>
 com_exception FailureOf(Work work) {
   try {
@@ -39,8 +39,8 @@ constexpr DWORD kLastError = 0x00A110C8;  ///< what an allocation leaves
 /// Blocks that are allocated now.
 long Live() noexcept;
 
-/// Makes an allocation fail, counted from 1 and from now; 0 makes none fail. Gives whether the one
-/// that was asked for last has failed.
+/// Makes the `position`th allocation from now fail; 0 makes none fail. Returns whether the fault
+/// that was set before has occurred.
 bool SetFault(long position) noexcept;
 
 /// Calls `work` with allocation 1, 2, 3, ... failing until none is left to fail. Each time it must

@@ -33,7 +33,7 @@ TEST_F(DispatchImplTest, TypeInformationIsLoadedAgainWhenTheServerStartsAgain) {
   CComPtr<ITypeInfo> info;
   EXPECT_EQ(DISP_E_BADINDEX, m_object->GetTypeInfo(1, 0, info.Put()));
   EXPECT_FALSE(info);
-  for (int i = 0; i < 2; ++i) {  // loaded anew after the module ended
+  for (int i = 0; i < 2; ++i) {  // loaded again after the module ended
     EXPECT_EQ(S_OK, m_object->GetTypeInfo(0, 0, info.Put()));
     EndModuleLifetime();
   }
