@@ -9,7 +9,7 @@ namespace {
 
 TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
   const CTestFolder folder;
-  const std::filesystem::path root = std::filesystem::path(folder / L"x").parent_path();
+  const std::filesystem::path root = folder.Path();
   std::filesystem::create_directories(root / "ObjectGallery");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   const auto described = [&](const wchar_t* id, const wchar_t* version) {

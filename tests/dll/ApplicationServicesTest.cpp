@@ -4,8 +4,9 @@
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "common/SystemFolders.h"
+#include "idl/siblings.h"
 #include "tests/support/Answers.h"
-#include "tests/support/Component.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
 namespace {

@@ -91,10 +91,10 @@ TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndAnotherCanBeOpened) {
       {L"unsigned.msm", L"0x8007064F ", L"MsiOpenDatabaseView"}};
   for (const Case& c : cases) {
     if (!c.bytes.empty()) {
-      std::ofstream(std::filesystem::path(m_folder / c.name), std::ios::binary) << c.bytes;
+      PutFile(m_folder / c.name, c.bytes);
     }
   }
-  std::ofstream(std::filesystem::path(m_folder / L"empty.msm")) << "";
+  PutFile(m_folder / L"empty.msm", "");
   std::filesystem::create_directory(m_folder / L"folder.msm");
   BuildModule(m_folder / L"unsigned.msm", {{L"Dialog", "One\t1\n"}});
   ASSERT_TRUE(::CopyFileW(m_rich.c_str(), (m_folder / L"locked.msm").c_str(), TRUE));

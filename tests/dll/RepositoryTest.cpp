@@ -2,8 +2,9 @@
 #include <gtest/gtest.h>
 
 #include "common/Bstr.h"
+#include "idl/siblings.h"
 #include "tests/support/Answers.h"
-#include "tests/support/Component.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
 namespace {

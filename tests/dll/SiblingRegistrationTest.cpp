@@ -4,7 +4,8 @@
 #include <vector>
 
 #include "common/Bstr.h"
-#include "tests/support/Component.h"
+#include "idl/siblings.h"
+#include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
 namespace {

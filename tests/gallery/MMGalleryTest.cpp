@@ -1,7 +1,6 @@
 #include "gallery/MMGallery.h"
 
 #include <filesystem>
-#include <fstream>
 #include <sstream>
 
 #include "common/Bstr.h"
@@ -26,8 +25,7 @@ class MMGalleryTest : public ::testing::Test {
 
   void Put(const fs::path& file, std::string_view bytes) {
     fs::create_directories((m_root / file).parent_path());
-    std::ofstream stream(m_root / file, std::ios::binary);
-    stream.write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
+    PutFile(m_root / file, bytes);
   }
 
   /// Puts the description of the module "lamp".
@@ -53,7 +51,7 @@ class MMGalleryTest : public ::testing::Test {
   }
 
   const CTestFolder m_folder;
-  const fs::path m_root = fs::path(m_folder / L"x").parent_path();
+  const fs::path m_root = m_folder.Path();
   const fs::path m_previous = fs::current_path();
   const fs::path m_lamp = fs::path("ObjectGallery") / "lamp.ini";
 };

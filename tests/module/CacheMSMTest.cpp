@@ -1,7 +1,6 @@
 #include "module/CacheMSM.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
@@ -10,17 +9,16 @@ namespace {
 
 TEST(CacheMSMTest, ARecordOfTheGalleryIsFilledFromItsDescriptionAlone) {
   const CTestFolder folder;
-  const std::filesystem::path root = std::filesystem::path(folder / L"x").parent_path();
+  const std::filesystem::path root = folder.Path();
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", root.c_str());
   std::filesystem::create_directory(root / "ObjectGallery");
   const auto describe = [&](std::wstring_view text) {
-    std::ofstream(root / "ObjectGallery" / "lamp.ini", std::ios::binary)
-        .write(reinterpret_cast<const char*>(text.data()),
-               static_cast<std::streamsize>(text.size() * sizeof(wchar_t)));
+    PutFile(root / "ObjectGallery" / "lamp.ini",
+            {reinterpret_cast<const char*>(text.data()), text.size() * sizeof(wchar_t)});
   };
   const std::wstring path = folder / L"lamp.msm";
-  std::ofstream(std::filesystem::path(path)) << "no database: its tables are not read";
+  PutFile(path, "no database: its tables are not read");
   describe(
       L"\uFEFF[mergemodule]\r\nFileName=lamp.msm\r\nLanguage=1049x\r\nModuleID=Лампа.1\r\n"
       L"Author=Ζωή\r\nComments=光\r\nSubject=Lampe für \U0001F600\r\nVersion=2.0\r\n"

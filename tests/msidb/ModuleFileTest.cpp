@@ -2,7 +2,6 @@
 
 #include <gtest/gtest.h>
 
-#include <fstream>
 #include <vector>
 
 #include "tests/fakes/Imports.h"
@@ -25,7 +24,7 @@ TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
   for (size_t i = 0; i < bytes.size(); ++i) {
     bytes[i] = static_cast<char>(i / 100);
   }
-  std::ofstream(std::filesystem::path(path), std::ios::binary).write(bytes.data(), 3000);
+  PutFile(path, {bytes.data(), bytes.size()});
 
   const HMODULE program = ::GetModuleHandleW(nullptr);
   s_read = reinterpret_cast<decltype(s_read)>(

@@ -1,7 +1,6 @@
 #include "tests/support/CatalogFixture.h"
 
 #include <filesystem>
-#include <fstream>
 
 #include "common/Bstr.h"
 #include "tests/fakes/Imports.h"
@@ -108,7 +107,7 @@ std::wstring CCatalogTest::WriteModule(const std::wstring& path, const std::stri
 }
 
 void CCatalogTest::WriteText(const std::wstring& path, const std::string& content) const {
-  std::ofstream(std::filesystem::path(PathOf(path)), std::ios::binary) << content;
+  PutFile(PathOf(path), content);
 }
 
 void CCatalogTest::WriteDescription(const std::wstring& name, const std::string& moduleId,

@@ -7,6 +7,15 @@
 
 #include "common/ComPtr.h"
 
+/// Keeps COM on this thread; declared before the objects that need it.
+class CComThread {
+ public:
+  CComThread() { ::CoInitialize(nullptr); }
+  ~CComThread() { ::CoUninitialize(); }
+  CComThread(const CComThread&) = delete;
+  CComThread& operator=(const CComThread&) = delete;
+};
+
 /// A DLL of COM classes, reached through its exports alone.
 class CComDll {
  public:

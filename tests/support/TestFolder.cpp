@@ -2,10 +2,17 @@
 
 #include <windows.h>
 
+#include <fstream>
+
 std::filesystem::path ProgramFolder() {
   wchar_t path[MAX_PATH];
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
   return std::filesystem::path(path).parent_path();
+}
+
+void PutFile(const std::filesystem::path& path, std::string_view bytes) {
+  std::ofstream(path, std::ios::binary)
+      .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
 CTestFolder::CTestFolder()

@@ -7,6 +7,9 @@
 /// The folder of the test program, where the server and its type library lie.
 std::filesystem::path ProgramFolder();
 
+/// Writes `bytes` as the whole content of a file.
+void PutFile(const std::filesystem::path& path, std::string_view bytes);
+
 /// A new empty folder, removed with everything in it.
 class CTestFolder {
  public:
@@ -14,6 +17,8 @@ class CTestFolder {
   ~CTestFolder();
   CTestFolder(const CTestFolder&) = delete;
   CTestFolder& operator=(const CTestFolder&) = delete;
+
+  const std::filesystem::path& Path() const { return m_path; }
 
   /// Full path of a file in the folder.
   std::wstring operator/(std::wstring_view name) const { return (m_path / name).wstring(); }

@@ -51,7 +51,7 @@ class ComponentLoaderTest : public ::testing::Test {
   }
 
   const CTestFolder m_folder;
-  const fs::path m_root = fs::path(m_folder / L"x").parent_path();
+  const fs::path m_root = m_folder.Path();
   fs::path m_previous;
   std::unique_ptr<CComponentLoader> loader;
 };
