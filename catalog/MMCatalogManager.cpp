@@ -2,9 +2,13 @@
 
 #include <utility>
 
+#include "idl/host.h"
+
 namespace {
 
-bool IsScriptKind(long projectKind) noexcept { return projectKind == 9 || projectKind == 10; }
+bool IsScriptKind(long projectKind) noexcept {
+  return projectKind == ProjectKind_Script || projectKind == ProjectKind_ScriptVariant;
+}
 
 template <class Catalog>
 HRESULT Give(CComPtr<CComObject<Catalog>>& cached, IUnknown** catalog) {

@@ -1,5 +1,8 @@
 #include "catalog/MMCatalogPro.h"
 
+#include "idl/host.h"
+
 STDMETHODIMP CMMCatalogPro::SupportsProject(IUnknown* project, VARIANT_BOOL* supported) {
-  return AnswerSupportsProject(project, supported, [](long kind) { return kind == 9; });
+  return AnswerSupportsProject(project, supported,
+                               [](long kind) { return kind == ProjectKind_Script; });
 }

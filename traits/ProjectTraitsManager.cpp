@@ -13,7 +13,9 @@ int GetActiveProjectType() {
   return getType();
 }
 
-bool IsScriptProjectActive() { return GetActiveProjectType() == kScriptProject; }
+bool IsScriptProjectActive() {
+  return GetActiveProjectType() == static_cast<int>(ProjectType::Script);
+}
 
 CProjectTraitsManager::CProjectTraitsManager() {
   m_traits.push_back(std::make_unique<ProjectTraitsMSI>());

@@ -6,10 +6,7 @@
 #include "traits/ProjectTraits.h"
 
 /// Project types, as the environment numbers them.
-enum ProjectType {
-  kInstallerProject = 0,
-  kScriptProject = 1,
-};
+enum class ProjectType { Installer = 0, Script = 1 };
 
 /// Returns the type of the project that is active in the environment, as QMObjMgr.DLL reports it at
 /// each call. If the DLL or its function is missing, raises a failure that names the DLL.
@@ -27,7 +24,9 @@ class CProjectTraitsManager {
   static CProjectTraitsManager& Instance();
 
   /// Returns the traits of a kind of project, whichever kind is active.
-  const ProjectTraits& Of(ProjectType type) const noexcept { return *m_traits[type]; }
+  const ProjectTraits& Of(ProjectType type) const noexcept {
+    return *m_traits[static_cast<size_t>(type)];
+  }
 
   /// Returns the traits of the active project. For a project of unknown type, throws the frame's
   /// out-of-memory exception, by which callers recognise such a project. Raises as

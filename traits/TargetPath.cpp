@@ -3,7 +3,7 @@
 #include "traits/ProjectTraitsManager.h"
 
 msidb::DirectoryOptions TargetPathOptions() {
-  const ProjectTraits& traits = CProjectTraitsManager::Instance().Of(kInstallerProject);
+  const ProjectTraits& traits = CProjectTraitsManager::Instance().Of(ProjectType::Installer);
   msidb::DirectoryOptions options;
   options.stripModuleSuffix = true;
   options.resolveDotFolders = true;

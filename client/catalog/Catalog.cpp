@@ -1,24 +1,17 @@
 #include "client/catalog/Catalog.h"
 
 #include "client/catalog/Properties.h"
+#include "idl/host.h"
 #include "idl/qmmmupdater2.h"
 #include "text/Utf.h"
 
 using qm::text::ToUtf8;
 using qm::text::ToWide;
 
-namespace {
-
-/// A kind of project that builds an installer database. All kinds do except 9 and 10, which build
-/// scripts.
-constexpr long kInstallerProject = 1;
-
-}  // namespace
-
 Catalog::Catalog() {
   const auto manager = Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager, "QmMMUpdater2.dll");
   CComPtr<IUnknown> catalog;
-  Check(manager->GetCatalog(kInstallerProject, catalog.Put()));
+  Check(manager->GetCatalog(ProjectKind_Installer, catalog.Put()));
   Check(catalog.QueryInterface(m_catalog.Put()));
 }
 
