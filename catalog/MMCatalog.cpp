@@ -9,37 +9,12 @@
 #include "com/frame/ApartmentGate.h"
 #include "com/frame/ApartmentPtr.h"
 #include "common/Bstr.h"
+#include "common/ScopeGuard.h"
 #include "gallery/IniIndexes.h"
 #include "gallery/Siblings.h"
+#include "idl/host.h"
 
 namespace {
-
-/// Marks a refresh as running while in scope.
-class CRefreshMark {
- public:
-  explicit CRefreshMark(CCatalogState& state) noexcept : m_state(state) {
-    m_state.isRefreshing = true;
-  }
-  ~CRefreshMark() { m_state.isRefreshing = false; }
-  CRefreshMark(const CRefreshMark&) = delete;
-  CRefreshMark& operator=(const CRefreshMark&) = delete;
-
- private:
-  CCatalogState& m_state;
-};
-
-/// Removes expired records after a list was built, and also after that failed: otherwise a build
-/// that keeps failing would add records each time.
-class CRecordPruning {
- public:
-  explicit CRecordPruning(CCatalogState& state) noexcept : m_state(state) {}
-  ~CRecordPruning() { m_state.ForgetGoneRecords(); }
-  CRecordPruning(const CRecordPruning&) = delete;
-  CRecordPruning& operator=(const CRecordPruning&) = delete;
-
- private:
-  CCatalogState& m_state;
-};
 
 HRESULT Zero(long* result) noexcept {
   *result = 0;
@@ -69,14 +44,16 @@ void CMMCatalog::RunRefresh() {
     return;
   }
   ReleaseReturnedReferences();
-  const CRefreshMark mark(state);
+  state.isRefreshing = true;
+  const ScopeGuard mark([&]() noexcept { state.isRefreshing = false; });
   UpdateSources(state, CurrentSearchFolders());
   RecheckSources(state);
   if (!m_bDirty && m_nChanges == state.changes) {
     return;
   }
   m_bDirty = true;
-  const CRecordPruning pruning(state);
+  // Also after a failure: otherwise a build that keeps failing would add records each time.
+  const ScopeGuard pruning([&]() noexcept { state.ForgetGoneRecords(); });
   auto modules = std::make_unique<const CModuleList>(
       BuildModuleList(state, AskServices(*m_pServices, &IApplicationServices::get_GalleryRoot)));
   m_pModules = std::move(modules);
@@ -219,6 +196,7 @@ STDMETHODIMP CMMCatalog::GetModuleDisplayName(BSTR key, BSTR* name) {
 }
 
 STDMETHODIMP CMMCatalog::SupportsProject(IUnknown* project, VARIANT_BOOL* supported) {
-  return AnswerSupportsProject(project, supported,
-                               [](long kind) { return kind == 1 || kind == 3; });
+  return AnswerSupportsProject(project, supported, [](long kind) {
+    return kind == ProjectKind_Installer || kind == ProjectKind_InstallerVariant;
+  });
 }

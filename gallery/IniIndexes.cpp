@@ -7,6 +7,7 @@
 #include "com/frame/ApartmentGate.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
+#include "common/ScopeGuard.h"
 #include "gallery/IniFile.h"
 
 namespace {
@@ -36,18 +37,6 @@ void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* se
   }
 }
 
-/// Sets a flag when it goes out of scope, on success and on failure.
-class CCompletion {
- public:
-  explicit CCompletion(std::atomic<bool>& flag) noexcept : m_flag(flag) {}
-  ~CCompletion() { m_flag = true; }
-  CCompletion(const CCompletion&) = delete;
-  CCompletion& operator=(const CCompletion&) = delete;
-
- private:
-  std::atomic<bool>& m_flag;
-};
-
 }  // namespace
 
 CIniIndexes& CIniIndexes::Instance() {
@@ -60,7 +49,8 @@ void CIniIndexes::LoadOnce(IApplicationServices& services) {
   if (std::exchange(m_bLoaded, true)) {
     return;
   }
-  const CCompletion completion(m_bComplete);
+  // Set on failure as well, which leaves the tables empty for good.
+  const ScopeGuard completion([this]() noexcept { m_bComplete = true; });
   LoadModuleNames(AskServices(services, &IApplicationServices::get_ModuleIndexFolder));
   const CWideString fileIndexes = AskServices(services, &IApplicationServices::get_FileIndexFolder);
   LoadPlatformFileModules(fileIndexes);

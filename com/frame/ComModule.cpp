@@ -5,23 +5,7 @@
 #include "com/error/ErrorHandler.h"
 #include "com/frame/ClassFactory.h"
 #include "com/frame/TypeLibraries.h"
-
-namespace {
-
-class CSectionLock {
- public:
-  explicit CSectionLock(CRITICAL_SECTION& section) noexcept : m_section(section) {
-    ::EnterCriticalSection(&m_section);
-  }
-  ~CSectionLock() { ::LeaveCriticalSection(&m_section); }
-  CSectionLock(const CSectionLock&) = delete;
-  CSectionLock& operator=(const CSectionLock&) = delete;
-
- private:
-  CRITICAL_SECTION& m_section;
-};
-
-}  // namespace
+#include "common/ScopeGuard.h"
 
 CComModule& CComModule::Instance() noexcept {
   static CComModule module;
@@ -73,7 +57,8 @@ HRESULT CComModule::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexc
 }
 
 CComClassFactory* CComModule::FindOrMakeFactory(const ObjectMapEntry& entry) noexcept {
-  const CSectionLock lock(m_factoryCreation);
+  ::EnterCriticalSection(&m_factoryCreation);
+  const ScopeGuard leave([this]() noexcept { ::LeaveCriticalSection(&m_factoryCreation); });
   for (CComClassFactory* factory = m_factories; factory; factory = factory->Next()) {
     if (&factory->Entry() == &entry) {
       return factory;

@@ -10,6 +10,7 @@
 #include "com/frame/ModulePath.h"
 #include "common/ModuleLifetime.h"
 #include "common/Path.h"
+#include "common/ScopeGuard.h"
 #include "common/SystemFolders.h"
 #include "common/SystemText.h"
 
@@ -28,33 +29,13 @@ namespace {
   RaiseFor(dll, qm::HResultFromCode(code));
 }
 
-/// While in scope, makes `folder` the current folder, so that a DLL finds its own dependencies
-/// beside it, and suppresses the system's message boxes for failed loads.
-class LoadConditions {
- public:
-  explicit LoadConditions(const CWideString& folder) {
-    const DWORD size = ::GetCurrentDirectoryW(0, nullptr);
-    m_previousFolder.resize(size);
-    m_previousFolder.resize(::GetCurrentDirectoryW(size, m_previousFolder.data()));
-    ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &m_previousMode);
-    // The current folder is changed only if it can be restored.
-    if (!m_previousFolder.empty()) {
-      ::SetCurrentDirectoryW(folder.c_str());
-    }
-  }
-  ~LoadConditions() {
-    if (!m_previousFolder.empty()) {
-      ::SetCurrentDirectoryW(m_previousFolder.c_str());
-    }
-    ::SetThreadErrorMode(m_previousMode, nullptr);
-  }
-  LoadConditions(const LoadConditions&) = delete;
-  LoadConditions& operator=(const LoadConditions&) = delete;
-
- private:
-  std::wstring m_previousFolder;
-  DWORD m_previousMode = 0;
-};
+/// Returns the current folder; empty if the system does not report it.
+std::wstring CurrentFolder() {
+  const DWORD size = ::GetCurrentDirectoryW(0, nullptr);
+  std::wstring folder(size, L'\0');
+  folder.resize(::GetCurrentDirectoryW(size, folder.data()));
+  return folder;
+}
 
 CModuleWide<CComponentLoader> theLoader;
 
@@ -149,7 +130,20 @@ HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, D
     code = ERROR_MOD_NOT_FOUND;
     return nullptr;
   }
-  const LoadConditions conditions(FolderOf(path));
+  DWORD previousMode = 0;
+  ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previousMode);
+  const ScopeGuard mode([&]() noexcept { ::SetThreadErrorMode(previousMode, nullptr); });
+  // A DLL finds its own dependencies beside it only if that is the current folder, which is changed
+  // only if it can be restored.
+  const std::wstring previousFolder = CurrentFolder();
+  if (!previousFolder.empty()) {
+    ::SetCurrentDirectoryW(FolderOf(path).c_str());
+  }
+  const ScopeGuard folder([&]() noexcept {
+    if (!previousFolder.empty()) {
+      ::SetCurrentDirectoryW(previousFolder.c_str());
+    }
+  });
   // Inserts the map entry first, so that nothing can fail after the DLL is loaded.
   const auto entry = m_loaded.emplace(dll, nullptr).first;
   const HMODULE module = ::LoadLibraryW(path.c_str());
