@@ -20,7 +20,8 @@ STDMETHODIMP CMMSource::get_DisplayName(BSTR* value) {
 }
 
 STDMETHODIMP CMMSource::get_SecondPass(VARIANT_BOOL* value) {
-  return Answer(value, [&] { return m_folder.secondPass ? VARIANT_TRUE : VARIANT_FALSE; });
+  return Answer(value,
+                [&] { return m_folder.pass == Pass::Second ? VARIANT_TRUE : VARIANT_FALSE; });
 }
 
 STDMETHODIMP CMMSource::get_MergeModules(IMergeModules** value) {

@@ -26,9 +26,9 @@ SourceMap MakeSources(const SourceMap& known, const std::vector<SearchFolder>& f
   return sources;
 }
 
-void AddModulesOfPass(const SourceMap& sources, bool secondPass, CModuleList& modules) {
+void AddModulesOfPass(const SourceMap& sources, Pass pass, CModuleList& modules) {
   for (const auto& [folder, source] : sources) {
-    if (source->Description().secondPass == secondPass) {
+    if (source->Description().pass == pass) {
       for (const auto& record : *source->Records()) {
         modules.Add(record);
       }
@@ -61,8 +61,8 @@ CModuleList BuildModuleList(CCatalogState& state, const CWideString& galleryRoot
     count += source->Records()->size();
   }
   CModuleList modules(count);
-  AddModulesOfPass(state.sources, false, modules);
-  AddModulesOfPass(state.sources, true, modules);
+  AddModulesOfPass(state.sources, Pass::First, modules);
+  AddModulesOfPass(state.sources, Pass::Second, modules);
   AddModulesOfGallery(state, galleryRoot, modules);
   return modules;
 }

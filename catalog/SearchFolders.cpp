@@ -5,7 +5,7 @@
 
 namespace {
 
-void Append(const CWideString& searchPath, const CWideString& displayName, bool secondPass,
+void Append(const CWideString& searchPath, const CWideString& displayName, Pass pass,
             std::vector<SearchFolder>& folders) {
   for (CWideString& entry : SplitCommaList(searchPath)) {
     CWideString folder = SearchFolderOf(entry);
@@ -13,7 +13,7 @@ void Append(const CWideString& searchPath, const CWideString& displayName, bool 
       continue;
     }
     const CWideString& name = displayName.empty() ? folder : displayName;
-    folders.push_back({std::move(entry), folder, name, secondPass});
+    folders.push_back({std::move(entry), folder, name, pass});
   }
 }
 
@@ -21,8 +21,7 @@ void Append(const CWideString& searchPath, const CWideString& displayName, bool 
 
 bool IsSameSource(const SearchFolder& a, const SearchFolder& b) noexcept {
   const auto isUnnamed = [](const SearchFolder& one) { return one.displayName == one.folder; };
-  return a.secondPass == b.secondPass &&
-         (a.displayName == b.displayName || (isUnnamed(a) && isUnnamed(b)));
+  return a.pass == b.pass && (a.displayName == b.displayName || (isUnnamed(a) && isUnnamed(b)));
 }
 
 bool FolderOrder::operator()(const CWideString& a, const CWideString& b) const noexcept {
@@ -39,9 +38,9 @@ CWideString JoinSearchPaths(const CWideString& first, const CWideString& second)
 std::vector<SearchFolder> ListSearchFolders(const CWideString& searchPath,
                                             const std::vector<Repository>& repositories) {
   std::vector<SearchFolder> folders;
-  Append(searchPath, CWideString(), false, folders);
+  Append(searchPath, CWideString(), Pass::First, folders);
   for (const Repository& repository : repositories) {
-    Append(repository.searchPath, repository.displayName, true, folders);
+    Append(repository.searchPath, repository.displayName, Pass::Second, folders);
   }
   return folders;
 }

@@ -5,12 +5,15 @@
 #include "catalog/Repositories.h"
 #include "common/WideString.h"
 
+/// When the modules of a folder are listed: those of the repositories come second.
+enum class Pass { First, Second };
+
 /// A folder that is searched for modules.
 struct SearchFolder {
   CWideString entry;        ///< as it was written in the search path
   CWideString folder;       ///< its full path, see SearchFolderOf
   CWideString displayName;  ///< the folder, or the name of the repository that lists it
-  bool secondPass;          ///< its modules are listed after those of all first-pass folders
+  Pass pass;
 };
 
 /// Whether two descriptions of one folder can share a source: they have the same pass and the same

@@ -20,10 +20,14 @@ std::string_view TakePart(std::string_view& version) {
   return part;
 }
 
-int Order(bool less, bool greater) { return less ? -1 : greater ? 1 : 0; }
-
 int CompareNumbers(std::string_view a, std::string_view b) {
-  return a.size() == b.size() ? Order(a < b, b < a) : Order(a.size() < b.size(), true);
+  if (a.size() != b.size()) {
+    return a.size() < b.size() ? -1 : 1;
+  }
+  if (a == b) {
+    return 0;
+  }
+  return a < b ? -1 : 1;
 }
 
 // The low 10 bits of a language identifier are the primary language, the bits above them its

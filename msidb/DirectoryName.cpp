@@ -4,20 +4,21 @@ namespace msidb {
 
 namespace {
 
-/// The part of `text` before the first `separator`, or after it if `second`; all of `text` if it
-/// has no separator.
-std::wstring_view SideOf(std::wstring_view text, wchar_t separator, bool second) noexcept {
+/// Both return all of `text` if it has no separator.
+std::wstring_view PartBefore(std::wstring_view text, wchar_t separator) noexcept {
+  return text.substr(0, text.find(separator));
+}
+std::wstring_view PartAfter(std::wstring_view text, wchar_t separator) noexcept {
   const size_t position = text.find(separator);
-  if (position == std::wstring_view::npos) {
-    return text;
-  }
-  return second ? text.substr(position + 1) : text.substr(0, position);
+  return position == std::wstring_view::npos ? text : text.substr(position + 1);
 }
 
 }  // namespace
 
-CWideString SplitDefaultDir(const CWideString& defaultDir, bool useSourcePart, bool useShortName) {
-  return SideOf(SideOf(defaultDir, L':', useSourcePart), L'|', !useShortName);
+CWideString SplitDefaultDir(const CWideString& defaultDir, const DefaultDirPart& part) {
+  const std::wstring_view names =
+      part.useSourcePart ? PartAfter(defaultDir, L':') : PartBefore(defaultDir, L':');
+  return part.useShortName ? PartBefore(names, L'|') : PartAfter(names, L'|');
 }
 
 bool ModuleSuffixMatch(std::wstring_view text) noexcept {

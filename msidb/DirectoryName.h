@@ -4,9 +4,15 @@
 
 namespace msidb {
 
+/// One of the names of a DefaultDir value; by default the long name of the target folder.
+struct DefaultDirPart {
+  bool useSourcePart = false;
+  bool useShortName = false;
+};
+
 /// Extracts one name from a DefaultDir value, "target:source", where each part is "short|long". A
 /// value without ":" is both target and source; a part without "|" is both short and long name.
-CWideString SplitDefaultDir(const CWideString& defaultDir, bool useSourcePart, bool useShortName);
+CWideString SplitDefaultDir(const CWideString& defaultDir, const DefaultDirPart& part);
 
 /// Whether `text` is as long as the GUID suffix of a merge module's keys: 36 characters with
 /// separators, 32 without.

@@ -40,7 +40,11 @@ class DirectoryWalk {
     }
     const CWideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
     if (PredefinedRootMatch(m_table, key)) {
-      Prepend(Reference(key), m_options.brackets.has_value());
+      if (m_options.brackets) {
+        m_path = Reference(key) + m_path;  // the value of the property ends in a backslash
+      } else {
+        PrependFolder(key);
+      }
       return ERROR_SUCCESS;
     }
     return TakeOwnFolder(row, key);
@@ -52,7 +56,7 @@ class DirectoryWalk {
   /// Adds a row that is not a predefined folder.
   UINT TakeOwnFolder(const DirectoryRow& row, const CWideString& key) {
     CWideString name =
-        SplitDefaultDir(row.defaultDir, m_options.useSourcePart, m_options.useShortName);
+        SplitDefaultDir(row.defaultDir, {m_options.useSourcePart, m_options.useShortName});
     if (qm::text::CompareFolded(name, L"SOURCEDIR") == 0) {
       if (!LookupProperty(m_table, key, name)) {
         return ERROR_SUCCESS;
@@ -65,7 +69,7 @@ class DirectoryWalk {
       }
       name = Reference(key);
     }
-    Prepend(name, false);
+    PrependFolder(name);
     m_atEnd = m_fromProperty;
     return ERROR_SUCCESS;
   }
@@ -93,15 +97,8 @@ class DirectoryWalk {
     return CWideString(&open, 1) + key + CWideString(&close, 1);
   }
 
-  /// Joins `name` and the path, without a backslash after a property reference: its value ends in
-  /// one.
-  void Prepend(const CWideString& name, bool isPropertyReference) {
-    CWideString path = name;
-    if (!m_path.empty() && !isPropertyReference) {
-      path += L"\\";
-    }
-    path += m_path;
-    m_path = std::move(path);
+  void PrependFolder(const CWideString& name) {
+    m_path = m_path.empty() ? name : name + L"\\" + m_path;
   }
 
   const DirectoryTable& m_table;

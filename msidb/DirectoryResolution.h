@@ -24,7 +24,12 @@ struct DirectoryOptions {
 };
 
 /// The options of ResolveAllDirectories.
-constexpr DirectoryOptions kTableScan{false, false, true, true};
+constexpr DirectoryOptions kTableScan = [] {
+  DirectoryOptions options;
+  options.stripModuleSuffix = true;
+  options.resolveDotFolders = true;
+  return options;
+}();
 
 /// The maximum number of rows of a walk. Without a limit, resolving every row of one long chain
 /// would take time quadratic in the size of the table.

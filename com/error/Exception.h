@@ -26,23 +26,24 @@ class CException : public CObject {
 
   /// Deletes an exception that was created with new; leaves others alone.
   void Delete() noexcept {
-    if (m_autoDelete) {
+    if (m_storage == Storage::Heap) {
       delete this;
     }
   }
 
  protected:
   CException() noexcept = default;
-  explicit CException(bool autoDelete) noexcept : m_autoDelete(autoDelete) {}
+  enum class Storage { Heap, Static };
+  explicit CException(Storage storage) noexcept : m_storage(storage) {}
 
  private:
-  bool m_autoDelete = true;
+  Storage m_storage = Storage::Heap;
 };
 
 /// Out of memory. Every throw uses the same static object, so that throwing allocates none.
 class CMemoryException final : public CException {
  public:
-  CMemoryException() noexcept : CException(false) {}
+  CMemoryException() noexcept : CException(Storage::Static) {}
   BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT* helpContext = nullptr) const override;
 };
 

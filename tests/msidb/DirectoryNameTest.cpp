@@ -23,10 +23,10 @@ TEST(DirectoryNameTest, ADefaultDirHasUpToFourNames) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(std::wstring(c.defaultDir)));
-    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, false, false), c.longName);
-    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, false, true), c.shortName);
-    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, true, false), c.sourceLong);
-    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, true, true), c.sourceShort);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, {}), c.longName);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, {false, true}), c.shortName);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, {true, false}), c.sourceLong);
+    EXPECT_EQ(msidb::SplitDefaultDir(c.defaultDir, {true, true}), c.sourceShort);
   }
 }
 
