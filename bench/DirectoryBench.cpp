@@ -15,8 +15,8 @@
 #include "common/Path.h"
 #include "msidb/Database.h"
 #include "msidb/DirectoryResolution.h"
-#include "msidb/ModuleDirectories.h"
 #include "msidb/MsiHandle.h"
+#include "msidb/TargetDirectories.h"
 #include "traits/TargetPath.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 
 CCatalogState& CCatalogState::Instance() {
   static CModuleWide<CCatalogState> state;

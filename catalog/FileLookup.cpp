@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "common/FileIndexEntry.h"
-#include "gallery/IniIndexes.h"
+#include "gallery/IndexTables.h"
 
 namespace {
 

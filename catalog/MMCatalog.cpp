@@ -10,8 +10,8 @@
 #include "com/frame/ApartmentPtr.h"
 #include "common/Bstr.h"
 #include "common/ScopeGuard.h"
-#include "gallery/IniIndexes.h"
-#include "gallery/Siblings.h"
+#include "gallery/IndexTables.h"
+#include "gallery/SiblingObjects.h"
 #include "idl/host.h"
 
 namespace {

@@ -1,8 +1,8 @@
 #pragma once
 
-#include "catalog/CatalogRoot.h"
+#include "catalog/CatalogBase.h"
+#include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
-#include "catalog/ModuleList.h"
 #include "catalog/ModuleMatcher.h"
 #include "idl/siblings.h"
 

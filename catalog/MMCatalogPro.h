@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalog/CatalogRoot.h"
+#include "catalog/CatalogBase.h"
 
 /// The catalog for script-based projects (coclass MMCatalogPro). These use no merge modules, so
 /// nearly all members succeed without doing anything. They leave most out parameters alone.

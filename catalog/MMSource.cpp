@@ -1,6 +1,6 @@
 #include "catalog/MMSource.h"
 
-#include "catalog/ModuleList.h"
+#include "catalog/CatalogModules.h"
 
 void CMMSource::Init(const CSource& source) {
   m_folder = source.Description();

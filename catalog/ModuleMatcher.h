@@ -1,6 +1,6 @@
 #pragma once
 
-#include "catalog/ModuleList.h"
+#include "catalog/CatalogModules.h"
 
 /// The criteria of a search for modules. All comparisons ignore case.
 struct ModuleQuery {

@@ -1,6 +1,6 @@
 #include "catalog/Refresh.h"
 
-#include "catalog/GalleryPass.h"
+#include "catalog/GalleryModules.h"
 
 namespace {
 

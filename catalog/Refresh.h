@@ -2,8 +2,8 @@
 
 #include <vector>
 
+#include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
-#include "catalog/ModuleList.h"
 
 // The steps of a refresh, in order; called behind the ApartmentGate. Each step records the changes
 // that it finds in the state, so that the next refresh continues after a failure in a later step.

@@ -5,10 +5,10 @@
 #include <algorithm>
 #include <map>
 
+#include "common/DllLifetime.h"
 #include "common/ExclusiveLock.h"
 #include "common/FolderFiles.h"
 #include "common/IgnoringCase.h"
-#include "common/ModuleLifetime.h"
 #include "common/Path.h"
 
 namespace {

@@ -9,7 +9,7 @@
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "gallery/CompareVersions.h"
-#include "gallery/IniFile.h"
+#include "gallery/IniAccess.h"
 
 namespace {
 

@@ -3,7 +3,7 @@
 #include <atomic>
 
 #include "com/frame/ApartmentPtr.h"
-#include "gallery/Siblings.h"
+#include "gallery/SiblingObjects.h"
 
 /// The object gallery's description of one module, an INI file in the gallery folder. Base of every
 /// module record.

@@ -7,7 +7,7 @@
 #include "com/error/com_exception.h"
 #include "common/WideString.h"
 #include "gallery/MMGallery.h"
-#include "module/RowRecords.h"
+#include "module/TableRows.h"
 
 /// The module record: identity and summary texts, read by one of the Init functions, and the
 /// module's tables. Each table is read once, at the first call of its accessor, even if that fails.

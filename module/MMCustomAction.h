@@ -1,7 +1,7 @@
 #pragma once
 
 #include "idl/qmmmupdater.h"
-#include "module/MMItem.h"
+#include "module/ItemBase.h"
 
 /// A custom action of a module.
 class CMMCustomAction : public CMMNamedItem<IMMCustomAction> {};

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "idl/qmmmupdater.h"
-#include "module/MMItem.h"
-#include "module/RowRecords.h"
+#include "module/ItemBase.h"
+#include "module/TableRows.h"
 
 /// A module that a module requires. Its language is a number, unlike that of an exclusion.
 class CMMDependency : public CMMItem<IMMDependency> {

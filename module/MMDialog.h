@@ -1,7 +1,7 @@
 #pragma once
 
 #include "idl/qmmmupdater.h"
-#include "module/MMItem.h"
+#include "module/ItemBase.h"
 
 /// A dialog of a module.
 class CMMDialog : public CMMNamedItem<IMMDialog> {};

@@ -1,8 +1,8 @@
 #pragma once
 
 #include "idl/qmmmupdater.h"
-#include "module/MMItem.h"
-#include "module/RowRecords.h"
+#include "module/ItemBase.h"
+#include "module/TableRows.h"
 
 /// A module that a module excludes. Its language is a text, unlike that of a dependency.
 class CMMExclusion : public CMMItem<IMMExclusion> {

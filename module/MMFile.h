@@ -1,8 +1,8 @@
 #pragma once
 
 #include "idl/qmmmupdater.h"
-#include "module/MMItem.h"
-#include "module/RowRecords.h"
+#include "module/ItemBase.h"
+#include "module/TableRows.h"
 
 /// A file that a module delivers.
 class CMMFile : public CMMItem<IMMFile> {

@@ -3,7 +3,7 @@
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
 #include "common/ComPtr.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 #include "msidb/MsiHandle.h"
 #include "msidb/TextReader.h"
 

@@ -4,7 +4,7 @@
 
 #include "com/error/Raise.h"
 #include "common/Bstr.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 
 namespace msidb {
 

@@ -1,9 +1,9 @@
 #include "com/error/ErrorHandler.h"
-#include "com/frame/ComModule.h"
-#include "com/frame/ModuleLock.h"
+#include "com/frame/ComServer.h"
+#include "com/frame/DllLock.h"
 #include "com/frame/Registrar.h"
 #include "com/loader/ComponentLoader.h"
-#include "module/LastTables.h"
+#include "module/TableCache.h"
 #include "server/QMMMUpdaterApp.h"
 
 namespace {

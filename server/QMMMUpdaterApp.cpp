@@ -2,8 +2,8 @@
 
 #include <new>
 
-#include "com/frame/ComModule.h"
-#include "common/ModuleLifetime.h"
+#include "com/frame/ComServer.h"
+#include "common/DllLifetime.h"
 #include "traits/ProjectTraitsManager.h"
 
 BOOL CQMMMUpdaterApp::InitInstance() {

@@ -2,7 +2,7 @@
 
 #include "com/error/Exception.h"
 #include "com/loader/ComponentLoader.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 #include "traits/ProjectTraitsMSI.h"
 #include "traits/ProjectTraitsPro.h"
 

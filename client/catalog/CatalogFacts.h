@@ -1,6 +1,6 @@
 #pragma once
 
-#include "client/catalog/ModuleList.h"
+#include "client/catalog/ListedModules.h"
 #include "merge/Findings.h"
 
 /// The tables to read of each module, combined with "|".

@@ -6,7 +6,7 @@
 #include "client/terminal/Report.h"
 #include "common/FolderFiles.h"
 #include "common/Path.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 #include "text/Utf.h"
 
 using qm::text::ToUtf8;

@@ -2,7 +2,7 @@
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 #include "text/Utf.h"
 
 using qm::text::ToUtf8;

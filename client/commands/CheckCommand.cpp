@@ -9,7 +9,7 @@
 #include "client/commands/Commands.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
-#include "msidb/ModuleDirectories.h"
+#include "msidb/TargetDirectories.h"
 #include "text/Fold.h"
 #include "text/Utf.h"
 #include "traits/TargetPath.h"

@@ -2,7 +2,7 @@
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogFacts.h"
-#include "client/catalog/ModuleList.h"
+#include "client/catalog/ListedModules.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 

@@ -2,7 +2,7 @@
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/GalleryFiles.h"
-#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/ModuleContents.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"

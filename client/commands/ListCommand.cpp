@@ -1,5 +1,5 @@
 #include "client/catalog/Catalog.h"
-#include "client/catalog/ModuleList.h"
+#include "client/catalog/ListedModules.h"
 #include "client/commands/Commands.h"
 
 namespace {

@@ -2,7 +2,7 @@
 
 #include <vector>
 
-#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/ModuleContents.h"
 #include "client/terminal/Report.h"
 
 /// A module as JSON, with all members even if they are empty. A number that the module leaves out

@@ -2,7 +2,7 @@
 
 #include <string>
 
-#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/ModuleContents.h"
 
 /// A module as text: its key, identity and summary, then a table for each collection that is not
 /// empty. Marked for colours (Style.h).

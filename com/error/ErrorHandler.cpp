@@ -7,7 +7,7 @@
 #include "com/error/ErrorInfo.h"
 #include "com/error/win32_exception.h"
 #include "common/Bstr.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 namespace {
 

@@ -1,6 +1,6 @@
 #include "com/error/Exception.h"
 
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 void CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept {
   if (buffer && maxChars > 0) {

@@ -4,7 +4,7 @@
 
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 com_exception::com_exception(HRESULT failure) : hr(failure) {
   CComPtr<IErrorInfo> info;

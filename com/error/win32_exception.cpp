@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 namespace qm {
 

@@ -1,8 +1,8 @@
 #include "com/frame/ClassFactory.h"
 
 #include "com/error/ErrorHandler.h"
+#include "com/frame/DllLock.h"
 #include "com/frame/InterfaceMap.h"
-#include "com/frame/ModuleLock.h"
 
 HRESULT CComClassFactory::QueryInterface(REFIID iid, void** out) {
   return CInterfaceMap<Via<IClassFactory, IClassFactory>>::Query(this, iid, out);

@@ -4,8 +4,8 @@
 
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
+#include "com/frame/DllLock.h"
 #include "com/frame/InterfaceMap.h"
-#include "com/frame/ModuleLock.h"
 #include "common/ComPtr.h"
 
 /// Base of every COM object's implementation. The forms below implement IUnknown for it. An

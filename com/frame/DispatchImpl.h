@@ -7,7 +7,7 @@
 #include "com/error/ErrorHandler.h"
 #include "com/frame/DispatchTable.h"
 #include "com/frame/TypeLibraries.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 
 /// The type information of one interface, loaded at first use and kept until the DLL is unloaded.
 /// Thread-safe. Objects are static.

@@ -4,7 +4,7 @@
 
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
-#include "com/frame/ModulePath.h"
+#include "com/frame/DllPath.h"
 #include "com/frame/TypeLibraries.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"

@@ -3,7 +3,7 @@
 #include <utility>
 
 #include "com/error/ErrorHandler.h"
-#include "com/frame/ModulePath.h"
+#include "com/frame/DllPath.h"
 #include "common/ComPtr.h"
 #include "common/ExclusiveLock.h"
 #include "common/Path.h"

@@ -5,7 +5,7 @@
 #include <atomic>
 
 #include "com/frame/ObjectMap.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 #include "common/WideString.h"
 
 /// The type library that describes an interface to IDispatch.

@@ -6,13 +6,13 @@
 #include "com/error/win32_exception.h"
 #include "com/frame/ApartmentGate.h"
 #include "com/frame/ApartmentPtr.h"
-#include "com/frame/ComModule.h"
-#include "com/frame/ModulePath.h"
-#include "common/ModuleLifetime.h"
+#include "com/frame/ComServer.h"
+#include "com/frame/DllPath.h"
+#include "common/DllLifetime.h"
 #include "common/Path.h"
 #include "common/ScopeGuard.h"
 #include "common/SystemFolders.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 namespace {
 

@@ -1,8 +1,8 @@
 #include "com/error/ErrorHandler.h"
-#include "com/frame/ComModule.h"
-#include "com/frame/ModuleLock.h"
+#include "com/frame/ComServer.h"
+#include "com/frame/DllLock.h"
 #include "com/frame/Registrar.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 #include "siblings/Component/Component.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {

@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "siblings/Component/File.h"
-#include "siblings/Corvane8/XmlDocument.h"
+#include "siblings/Corvane8/XmlReader.h"
 
 namespace {
 

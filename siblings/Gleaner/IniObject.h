@@ -1,7 +1,7 @@
 #pragma once
 
 #include "siblings/Component/ComponentObject.h"
-#include "siblings/Gleaner/IniFile.h"
+#include "siblings/Gleaner/IniDocument.h"
 
 /// Base of the reader and of the objects that it hands out. These are views that keep the parsed
 /// file alive; every request creates a new one.

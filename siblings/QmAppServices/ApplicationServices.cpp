@@ -2,12 +2,12 @@
 
 #include <optional>
 
-#include "com/frame/ComModule.h"
-#include "com/frame/ModulePath.h"
+#include "com/frame/ComServer.h"
+#include "com/frame/DllPath.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "common/SystemFolders.h"
-#include "siblings/Gleaner/IniFile.h"
+#include "siblings/Gleaner/IniDocument.h"
 
 namespace {
 

@@ -29,7 +29,7 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
-#include "msidb/ModuleDirectories.h"
+#include "msidb/TargetDirectories.h"
 #include "tests/hostile/Damage.h"
 #include "tests/support/Answers.h"
 #include "tests/support/ComDll.h"

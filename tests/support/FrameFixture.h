@@ -1,9 +1,9 @@
 #pragma once
 
-#include "com/frame/ComModule.h"
 #include "com/frame/ComObject.h"
+#include "com/frame/ComServer.h"
 #include "com/frame/DispatchImpl.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 #include "idl/qmmmupdater.h"
 #include "tests/support/Testing.h"
 

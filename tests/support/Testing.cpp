@@ -4,7 +4,7 @@
 #include <new>
 
 #include "common/ComPtr.h"
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 CWideString SystemText(HRESULT hr) {
   const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));

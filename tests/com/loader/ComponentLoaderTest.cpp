@@ -2,7 +2,7 @@
 
 #include <filesystem>
 
-#include "com/frame/ModulePath.h"
+#include "com/frame/DllPath.h"
 #include "common/ComPtr.h"
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"

@@ -1,4 +1,4 @@
-#include "msidb/ModuleDirectories.h"
+#include "msidb/TargetDirectories.h"
 
 #include <set>
 

@@ -1,7 +1,7 @@
 #pragma once
 
+#include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
-#include "catalog/ModuleList.h"
 
 /// Adds the modules that are described in the gallery below `galleryRoot` and whose keys `modules`
 /// does not have yet, in the order in which the file system lists the descriptions. Descriptions

@@ -1,4 +1,4 @@
-#include "siblings/Gleaner/IniFile.h"
+#include "siblings/Gleaner/IniDocument.h"
 
 #include <windows.h>
 #include <gtest/gtest.h>

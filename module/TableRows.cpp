@@ -1,4 +1,4 @@
-#include "module/RowRecords.h"
+#include "module/TableRows.h"
 
 #include "common/ModuleKey.h"
 

@@ -1,14 +1,14 @@
-#include "gallery/IniIndexes.h"
+#include "gallery/IndexTables.h"
 
 #include <optional>
 #include <utility>
 
 #include "com/error/Raise.h"
 #include "com/frame/ApartmentGate.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 #include "common/Path.h"
 #include "common/ScopeGuard.h"
-#include "gallery/IniFile.h"
+#include "gallery/IniAccess.h"
 
 namespace {
 

@@ -1,4 +1,4 @@
-#include "gallery/IniFile.h"
+#include "gallery/IniAccess.h"
 
 #include "com/error/Raise.h"
 #include "common/Bstr.h"

@@ -1,4 +1,4 @@
-#include "client/catalog/ModuleList.h"
+#include "client/catalog/ListedModules.h"
 
 #include "client/catalog/Properties.h"
 #include "client/terminal/TextTable.h"

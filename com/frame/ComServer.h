@@ -3,7 +3,7 @@
 #include <windows.h>
 
 #include "com/frame/ObjectMap.h"
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 
 class CComClassFactory;
 

@@ -1,4 +1,4 @@
-#include "catalog/GalleryPass.h"
+#include "catalog/GalleryModules.h"
 
 #include "common/FolderFiles.h"
 #include "common/Path.h"

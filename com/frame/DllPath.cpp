@@ -1,4 +1,4 @@
-#include "com/frame/ModulePath.h"
+#include "com/frame/DllPath.h"
 
 #include "com/error/Raise.h"
 

@@ -1,4 +1,4 @@
-#include "common/SystemText.h"
+#include "common/SystemMessage.h"
 
 CUniqueLocalText FormatSystemText(DWORD code) noexcept {
   wchar_t* text = nullptr;

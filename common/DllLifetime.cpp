@@ -1,4 +1,4 @@
-#include "common/ModuleLifetime.h"
+#include "common/DllLifetime.h"
 
 #include <atomic>
 

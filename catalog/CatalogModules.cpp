@@ -1,4 +1,4 @@
-#include "catalog/ModuleList.h"
+#include "catalog/CatalogModules.h"
 
 #include "com/error/Raise.h"
 #include "module/MergeModule.h"

@@ -1,7 +1,7 @@
-#include "module/LastTables.h"
+#include "module/TableCache.h"
 
+#include "common/DllLifetime.h"
 #include "common/ExclusiveLock.h"
-#include "common/ModuleLifetime.h"
 
 namespace {
 

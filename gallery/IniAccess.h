@@ -1,6 +1,6 @@
 #pragma once
 
-#include "gallery/Siblings.h"
+#include "gallery/SiblingObjects.h"
 
 // Wrappers of the INI reader's interfaces. They raise the reader's failures. A missing section or
 // key is a null pointer. If the reader succeeds but returns no collection, they raise E_UNEXPECTED

@@ -1,4 +1,4 @@
-#include "com/frame/ComModule.h"
+#include "com/frame/ComServer.h"
 
 #include <new>
 

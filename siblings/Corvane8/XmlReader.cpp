@@ -1,4 +1,4 @@
-#include "siblings/Corvane8/XmlDocument.h"
+#include "siblings/Corvane8/XmlReader.h"
 
 #include <shlwapi.h>
 

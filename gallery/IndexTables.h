@@ -3,7 +3,7 @@
 #include <atomic>
 #include <map>
 
-#include "gallery/Siblings.h"
+#include "gallery/SiblingObjects.h"
 
 /// The index tables of the process: the display names of modules, and the modules that deliver
 /// files. They are read once from INI files. Keys are case-sensitive.

@@ -1,7 +1,7 @@
-#include "client/catalog/ModuleDescription.h"
+#include "client/catalog/ModuleContents.h"
 
 #include "client/catalog/Properties.h"
-#include "msidb/ModuleDirectories.h"
+#include "msidb/TargetDirectories.h"
 #include "text/Utf.h"
 #include "traits/TargetPath.h"
 

@@ -1,4 +1,4 @@
-#include "gallery/Siblings.h"
+#include "gallery/SiblingObjects.h"
 
 #include "com/error/Raise.h"
 #include "com/loader/ComponentLoader.h"
