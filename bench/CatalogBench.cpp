@@ -64,7 +64,7 @@ void Configure(const wchar_t* folder) {
   }
 }
 
-CComPtr<IMMCatalogVelmora> NewCatalog() {
+qm::common::ComPtr<IMMCatalogVelmora> NewCatalog() {
   wchar_t path[MAX_PATH];
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
   *std::wcsrchr(path, L'\\') = L'\0';
@@ -73,8 +73,8 @@ CComPtr<IMMCatalogVelmora> NewCatalog() {
   using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
   const auto getClassObject = reinterpret_cast<GetClassObject>(
       reinterpret_cast<void*>(::GetProcAddress(server, "DllGetClassObject")));
-  CComPtr<IClassFactory> factory;
-  CComPtr<IMMCatalogVelmora> catalog;
+  qm::common::ComPtr<IClassFactory> factory;
+  qm::common::ComPtr<IMMCatalogVelmora> catalog;
   Check("class object", getClassObject(CLSID_MMCatalog, __uuidof(IClassFactory),
                                        reinterpret_cast<void**>(factory.Put())));
   Check("catalog", factory->CreateInstance(nullptr, __uuidof(IMMCatalogVelmora),
@@ -83,12 +83,12 @@ CComPtr<IMMCatalogVelmora> NewCatalog() {
 }
 
 void List(IMMCatalogVelmora& catalog) {
-  CComPtr<IMergeModules> modules;
+  qm::common::ComPtr<IMergeModules> modules;
   Check("modules", catalog.get_MergeModules(modules.Put()));
 }
 
 long Count(IMMCatalogVelmora& catalog) {
-  CComPtr<IMergeModules> modules;
+  qm::common::ComPtr<IMergeModules> modules;
   long count = 0;
   Check("modules", catalog.get_MergeModules(modules.Put()));
   modules->get_Count(&count);
@@ -187,21 +187,21 @@ void GetRows(MSIHANDLE database, const ShownTable& table) {
 
 double FirstList() {
   const auto catalog = NewCatalog();
-  return Milliseconds([&] { List(*catalog); });
+  return qm::bench::Milliseconds([&] { List(*catalog); });
 }
 
 template <class Use>
 void ForEachRecord(IMMCatalogVelmora& catalog, Use use) {
-  CComPtr<IMergeModules> modules;
+  qm::common::ComPtr<IMergeModules> modules;
   Check("modules", catalog.get_MergeModules(modules.Put()));
-  ForEach<IMergeModule>(*modules, use);
+  mmcat::ForEachItem<IMergeModule>(*modules, use);
 }
 
 template <class Interface>
 void GetTexts(Interface& object,
               std::initializer_list<HRESULT (STDMETHODCALLTYPE Interface::*)(BSTR*)> properties) {
   for (const auto property : properties) {
-    CUniqueBstr value;
+    qm::common::UniqueBstr value;
     Check("text", (object.*property)(value.Put()));
   }
 }
@@ -211,49 +211,53 @@ void GetEverything(IMergeModule& module) {
   using Module = IMergeModule;
   GetTexts<Module>(module, {&Module::get_ModuleID, &Module::get_Version, &Module::get_Author,
                             &Module::get_Comments, &Module::get_PackageCode, &Module::get_Subject});
-  Number(module, &Module::get_Language);
-  ForEach<IMMFile>(*Get(module, &Module::get_Files), [](IMMFile& file) {
+  mmcat::ReadNumber(module, &Module::get_Language);
+  mmcat::ForEachItem<IMMFile>(*mmcat::ReadObject(module, &Module::get_Files), [](IMMFile& file) {
     GetTexts<IMMFile>(file, {&IMMFile::get_Key, &IMMFile::get_Directory, &IMMFile::get_FileName,
                              &IMMFile::get_Version, &IMMFile::get_Language});
-    Number(file, &IMMFile::get_FileSize);
-    Number(file, &IMMFile::get_Sequence);
+    mmcat::ReadNumber(file, &IMMFile::get_FileSize);
+    mmcat::ReadNumber(file, &IMMFile::get_Sequence);
   });
-  ForEach<IMMDependency>(*Get(module, &Module::get_Dependencies), [](IMMDependency& dependency) {
-    GetTexts<IMMDependency>(dependency,
-                            {&IMMDependency::get_ModuleID, &IMMDependency::get_Version});
-    Number(dependency, &IMMDependency::get_Language);
-  });
-  ForEach<IMMExclusion>(*Get(module, &Module::get_Exclusions), [](IMMExclusion& exclusion) {
-    GetTexts<IMMExclusion>(exclusion,
-                           {&IMMExclusion::get_ModuleID, &IMMExclusion::get_Language,
-                            &IMMExclusion::get_MinVersion, &IMMExclusion::get_MaxVersion});
-  });
-  ForEach<IMMCustomAction>(*Get(module, &Module::get_CustomActions), [](IMMCustomAction& action) {
-    GetTexts<IMMCustomAction>(action, {&IMMCustomAction::get_Name});
-  });
-  ForEach<IMMDialog>(*Get(module, &Module::get_Dialogs), [](IMMDialog& dialog) {
-    GetTexts<IMMDialog>(dialog, {&IMMDialog::get_Name});
-  });
+  mmcat::ForEachItem<IMMDependency>(
+      *mmcat::ReadObject(module, &Module::get_Dependencies), [](IMMDependency& dependency) {
+        GetTexts<IMMDependency>(dependency,
+                                {&IMMDependency::get_ModuleID, &IMMDependency::get_Version});
+        mmcat::ReadNumber(dependency, &IMMDependency::get_Language);
+      });
+  mmcat::ForEachItem<IMMExclusion>(
+      *mmcat::ReadObject(module, &Module::get_Exclusions), [](IMMExclusion& exclusion) {
+        GetTexts<IMMExclusion>(exclusion,
+                               {&IMMExclusion::get_ModuleID, &IMMExclusion::get_Language,
+                                &IMMExclusion::get_MinVersion, &IMMExclusion::get_MaxVersion});
+      });
+  mmcat::ForEachItem<IMMCustomAction>(
+      *mmcat::ReadObject(module, &Module::get_CustomActions), [](IMMCustomAction& action) {
+        GetTexts<IMMCustomAction>(action, {&IMMCustomAction::get_Name});
+      });
+  mmcat::ForEachItem<IMMDialog>(
+      *mmcat::ReadObject(module, &Module::get_Dialogs),
+      [](IMMDialog& dialog) { GetTexts<IMMDialog>(dialog, {&IMMDialog::get_Name}); });
 }
 
 double Tables() {
   const auto catalog = NewCatalog();
-  return Milliseconds([&] { ForEachRecord(*catalog, GetEverything); });
+  return qm::bench::Milliseconds([&] { ForEachRecord(*catalog, GetEverything); });
 }
 
 double Search() {
-  std::vector<CheckedModule> modules;
-  ForEachRecord(*NewCatalog(),
-                [&](IMergeModule& module) { modules.emplace_back().files = ReadFiles(module); });
-  return MedianMilliseconds([&] {
-    if (FindFiles(modules, "*B*1?.d?l").empty()) {
+  std::vector<qm::merge::ModuleDetails> modules;
+  ForEachRecord(*NewCatalog(), [&](IMergeModule& module) {
+    modules.emplace_back().files = mmcat::ReadFileTable(module);
+  });
+  return qm::bench::MedianMilliseconds([&] {
+    if (qm::merge::FindFiles(modules, "*B*1?.d?l").empty()) {
       Fail("search", 0);
     }
   });
 }
 
 double ListCalls(const std::wstring& folder) {
-  return Milliseconds([&] {
+  return qm::bench::Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
       const std::wstring path = folder + L'\\' + found.cFileName;
       const MSIHANDLE database = OpenDatabase(path);
@@ -280,7 +284,7 @@ void GetTables(MSIHANDLE database) {
 }
 
 double TableCalls(const std::wstring& folder) {
-  return ListCalls(folder) + Milliseconds([&] {
+  return ListCalls(folder) + qm::bench::Milliseconds([&] {
            ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
              const MSIHANDLE database = OpenDatabase(folder + L'\\' + found.cFileName);
              GetTables(database);
@@ -290,7 +294,7 @@ double TableCalls(const std::wstring& folder) {
 }
 
 double PassCalls(const std::wstring& folder) {
-  return Milliseconds([&] {
+  return qm::bench::Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
       const MSIHANDLE database = OpenDatabase(folder + L'\\' + found.cFileName);
       GetSignature(database);
@@ -305,7 +309,7 @@ constexpr int kRepetitions = 20;
 
 double ListAgain() {
   const auto catalog = NewCatalog();
-  return MedianMilliseconds([&] {
+  return qm::bench::MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
              List(*catalog);
            }
@@ -319,7 +323,7 @@ double Pass(const std::wstring& folder) {
     files.push_back({found.cFileName, found.ftLastWriteTime});
   });
   size_t changed = 0;
-  const double time = MedianMilliseconds([&] {
+  const double time = qm::bench::MedianMilliseconds([&] {
     for (int i = 0; i < kRepetitions; ++i) {
       size_t position = 0;
       ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
@@ -350,18 +354,19 @@ double Changed(const std::wstring& folder) {
   std::vector<double> times;
   for (int i = 0; i < 5; ++i) {
     Touch(path);
-    times.push_back(Milliseconds([&] { List(*catalog); }));
+    times.push_back(qm::bench::Milliseconds([&] { List(*catalog); }));
   }
-  return Median(times);
+  return qm::bench::Median(times);
 }
 
 double Find() {
   const auto catalog = NewCatalog();
   List(*catalog);
-  const CUniqueBstr key(AllocBstr(L"library0015.c685a6b2_5c68_494b_8b13_7777875e0015:1033"));
-  return MedianMilliseconds([&] {
+  const qm::common::UniqueBstr key(
+      qm::common::TryAllocateBstr(L"library0015.c685a6b2_5c68_494b_8b13_7777875e0015:1033"));
+  return qm::bench::MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
-             CComPtr<IMergeModules> modules;
+             qm::common::ComPtr<IMergeModules> modules;
              long count = 0;
              Check("find", catalog->FindModule(key.Get(), nullptr, 0, modules.Put(), &count));
              if (count != 1) {
@@ -378,9 +383,9 @@ double Memory(const wchar_t* folder) {
   List(*NewCatalog());
   Configure(folder);
   const auto catalog = NewCatalog();
-  const size_t before = HeapBytes();
+  const size_t before = qm::bench::HeapBytes();
   List(*catalog);
-  return static_cast<double>(HeapBytes() - before) / Count(*catalog);
+  return static_cast<double>(qm::bench::HeapBytes() - before) / Count(*catalog);
 }
 
 double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
@@ -419,6 +424,7 @@ int wmain(int argc, wchar_t** argv) {
   }
   ::CoInitialize(nullptr);
   const std::wstring figure = argv[1];
-  PrintRun(std::string(figure.begin(), figure.end()).c_str(), MeasureFigure(figure, argv[2]));
+  qm::bench::PrintRun(std::string(figure.begin(), figure.end()).c_str(),
+                      MeasureFigure(figure, argv[2]));
   return 0;
 }

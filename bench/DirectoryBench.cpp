@@ -26,11 +26,11 @@ constexpr int kDepth = 12;
 constexpr int kFiles = 10000;
 constexpr wchar_t kSuffix[] = L".0123456789ABCDEF0123456789ABCDEF";
 
-CWideString KeyOf(int directory) {
-  return CWideString::Format(L"Directory%d%s", directory, kSuffix);
+qm::common::WideString KeyOf(int directory) {
+  return qm::common::WideString::Format(L"Directory%d%s", directory, kSuffix);
 }
 
-CWideString TemporaryFolder() {
+qm::common::WideString TemporaryFolder() {
   wchar_t folder[MAX_PATH + 1];
   ::GetTempPathW(MAX_PATH + 1, folder);
   return folder;
@@ -45,31 +45,32 @@ void Require(const char* what, bool isDone) {
 }
 
 /// Builds a database with kDirectories rows below ProgramFilesFolder and returns its path.
-CWideString BuildModule() {
-  const CWideString folder = TemporaryFolder();
-  const CWideString table = L"BenchDirectory.idt";
+qm::common::WideString BuildModule() {
+  const qm::common::WideString folder = TemporaryFolder();
+  const qm::common::WideString table = L"BenchDirectory.idt";
   std::string rows =
       "Directory\tDirectory_Parent\tDefaultDir\r\ns72\tS72\tl255\r\nDirectory\tDirectory\r\n"
       "TARGETDIR\t\tSourceDir\r\nProgramFilesFolder\tTARGETDIR\t.\r\n";
   for (int i = 0; i < kDirectories; ++i) {
-    const CWideString parent = i % kDepth == 0 ? CWideString(L"ProgramFilesFolder") : KeyOf(i - 1);
-    const CWideString row = CWideString::Format(L"%s\t%s\tD%d|Folder number %d\r\n",
-                                                KeyOf(i).c_str(), parent.c_str(), i, i);
+    const qm::common::WideString parent =
+        i % kDepth == 0 ? qm::common::WideString(L"ProgramFilesFolder") : KeyOf(i - 1);
+    const qm::common::WideString row = qm::common::WideString::Format(
+        L"%s\t%s\tD%d|Folder number %d\r\n", KeyOf(i).c_str(), parent.c_str(), i, i);
     for (const wchar_t c : std::wstring_view(row)) {
       rows += static_cast<char>(c);
     }
   }
-  const std::wstring idt(JoinPath(folder, table));
+  const std::wstring idt(qm::common::JoinPath(folder, table));
   {
     FILE* const file = ::_wfopen(idt.c_str(), L"wb");
     if (!file) {
-      RaiseLastError();
+      qm::com::RaiseLastError();
     }
     std::fwrite(rows.data(), 1, rows.size(), file);
     std::fclose(file);
   }
-  CWideString module = JoinPath(folder, L"BenchDirectory.msm");
-  msidb::Database database = msidb::Database::Open(module, MSIDBOPEN_CREATE);
+  qm::common::WideString module = qm::common::JoinPath(folder, L"BenchDirectory.msm");
+  qm::msidb::Database database = qm::msidb::Database::Open(module, MSIDBOPEN_CREATE);
   database.Import(folder, table);
   database.Commit();
   ::DeleteFileW(idt.c_str());
@@ -109,7 +110,7 @@ int BareWalk(MSIHANDLE database, const wchar_t* key) {
   return rows;
 }
 
-void BareWalks(const CWideString& module) {
+void BareWalks(const qm::common::WideString& module) {
   MSIHANDLE database = 0;
   ::MsiOpenDatabaseW(module.c_str(), MSIDBOPEN_READONLY, &database);
   for (int i = 0; i < kDirectories; ++i) {
@@ -120,23 +121,24 @@ void BareWalks(const CWideString& module) {
 }
 
 /// As a client does: collects the directory keys of all files, then resolves each key once.
-void WholeModule(const CWideString& module) {
-  msidb::TargetDirectories paths;
+void WholeModule(const qm::common::WideString& module) {
+  qm::msidb::TargetDirectoryMap paths;
   for (int i = 0; i < kFiles; ++i) {
     paths.try_emplace(KeyOf(i % kDirectories));
   }
-  Require("no target paths",
-          SUCCEEDED(msidb::ResolveModuleDirectories(module, TargetPathOptions(), paths)));
+  Require("no target paths", SUCCEEDED(qm::msidb::ResolveTargetDirectories(
+                                 module, qm::traits::MakeTargetPathOptions(), paths)));
   for (const auto& [key, directory] : paths) {
     Require("no target path", SUCCEEDED(directory.result) && !directory.path.empty());
   }
 }
 
-void EveryFile(const CWideString& module) {
-  const auto database = msidb::ModuleDatabase::Open(module);
-  const msidb::DirectoryTable table(*database);
+void EveryFile(const qm::common::WideString& module) {
+  const auto database = qm::msidb::ModuleDatabase::Open(module);
+  const qm::msidb::DirectoryTable table(*database);
   for (int i = 0; i < kFiles; ++i) {
-    msidb::RequireDirectoryPath(table, KeyOf(i % kDirectories), TargetPathOptions());
+    qm::msidb::ResolveDirectoryPathOrRaise(table, KeyOf(i % kDirectories),
+                                           qm::traits::MakeTargetPathOptions());
   }
 }
 
@@ -144,13 +146,13 @@ void EveryFile(const CWideString& module) {
 
 int main(int argc, char** argv) {
   const int runs = argc == 2 ? std::atoi(argv[1]) : 5;
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-    const CWideString module = BuildModule();
+  const HRESULT hr = qm::com::RunAtBoundary(GUID_NULL, [&] {
+    const qm::common::WideString module = BuildModule();
     WholeModule(module);
     for (int i = 0; i < runs; ++i) {
-      PrintRun("whole_module", Milliseconds([&] { WholeModule(module); }));
-      PrintRun("every_file", Milliseconds([&] { EveryFile(module); }));
-      PrintRun("walk_calls", Milliseconds([&] { BareWalks(module); }));
+      qm::bench::PrintRun("whole_module", qm::bench::Milliseconds([&] { WholeModule(module); }));
+      qm::bench::PrintRun("every_file", qm::bench::Milliseconds([&] { EveryFile(module); }));
+      qm::bench::PrintRun("walk_calls", qm::bench::Milliseconds([&] { BareWalks(module); }));
     }
     ::DeleteFileW(module.c_str());
     return S_OK;

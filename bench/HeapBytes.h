@@ -4,6 +4,8 @@
 
 #include <algorithm>
 
+namespace qm::bench {
+
 /// Returns the number of bytes in use in all heaps of the process.
 inline size_t HeapBytes() {
   HANDLE heaps[64];
@@ -19,3 +21,5 @@ inline size_t HeapBytes() {
   }
   return bytes;
 }
+
+}  // namespace qm::bench

@@ -32,12 +32,13 @@ constexpr int kRecords = 1000;
 
 /// A key of a description: the name of its section and its own name.
 struct Place {
-  CUniqueBstr section;
-  CUniqueBstr key;
+  qm::common::UniqueBstr section;
+  qm::common::UniqueBstr key;
 };
 
-CUniqueBstr Wide(const std::string& ascii) {
-  return CUniqueBstr(AllocBstr(std::wstring(ascii.begin(), ascii.end())));
+qm::common::UniqueBstr Wide(const std::string& ascii) {
+  return qm::common::UniqueBstr(
+      qm::common::TryAllocateBstr(std::wstring(ascii.begin(), ascii.end())));
 }
 
 /// A gallery description: its text and all its keys.
@@ -90,70 +91,71 @@ Description MakeDescription() {
   return description;
 }
 
-void Write(const CWideString& path, const std::string& bytes) {
+void Write(const qm::common::WideString& path, const std::string& bytes) {
   FILE* const file = ::_wfopen(path.c_str(), L"wb");
   std::fwrite(bytes.data(), 1, bytes.size(), file);
   std::fclose(file);
 }
 
 /// A temporary gallery root with a folder for descriptions. Removed at the end with all files.
-class CScratch {
+class Scratch {
  public:
-  CScratch() {
+  Scratch() {
     wchar_t folder[MAX_PATH + 1];
     ::GetTempPathW(MAX_PATH + 1, folder);
-    m_root = JoinPath(folder, L"QmIniBench");
-    m_folder = JoinPath(m_root, L"ObjectGallery");
+    m_root = qm::common::JoinPath(folder, L"QmIniBench");
+    m_folder = qm::common::JoinPath(m_root, L"ObjectGallery");
     ::CreateDirectoryW(m_root.c_str(), nullptr);
     ::CreateDirectoryW(m_folder.c_str(), nullptr);
   }
-  ~CScratch() {
-    for (const CWideString& file : m_files) {
+  ~Scratch() {
+    for (const qm::common::WideString& file : m_files) {
       ::DeleteFileW(file.c_str());
     }
     ::RemoveDirectoryW(m_folder.c_str());
     ::RemoveDirectoryW(m_root.c_str());
   }
-  CScratch(const CScratch&) = delete;
-  CScratch& operator=(const CScratch&) = delete;
+  Scratch(const Scratch&) = delete;
+  Scratch& operator=(const Scratch&) = delete;
 
-  const CWideString& Add(const CWideString& name, const std::string& bytes) {
-    m_files.push_back(JoinPath(m_folder, name));
+  const qm::common::WideString& Add(const qm::common::WideString& name, const std::string& bytes) {
+    m_files.push_back(qm::common::JoinPath(m_folder, name));
     Write(m_files.back(), bytes);
     return m_files.back();
   }
-  const CWideString& Root() const { return m_root; }
-  const std::vector<CWideString>& Files() const { return m_files; }
+  const qm::common::WideString& Root() const { return m_root; }
+  const std::vector<qm::common::WideString>& Files() const { return m_files; }
 
  private:
-  CWideString m_root;
-  CWideString m_folder;
-  std::vector<CWideString> m_files;
+  qm::common::WideString m_root;
+  qm::common::WideString m_folder;
+  std::vector<qm::common::WideString> m_files;
 };
 
 /// Returns the class object of the reader that this build made. From now on records load their
 /// siblings from its folder.
-CComPtr<IClassFactory> ReaderFactory() {
-  const CWideString build = FolderOf(FolderOf(ModulePath(nullptr)));
-  const HMODULE dll = ::LoadLibraryW(JoinPath(build, L"bin\\Gleaner.dll").c_str());
+qm::common::ComPtr<IClassFactory> ReaderFactory() {
+  const qm::common::WideString build =
+      qm::common::ParentFolder(qm::common::ParentFolder(qm::com::DllPath(nullptr)));
+  const HMODULE dll = ::LoadLibraryW(qm::common::JoinPath(build, L"bin\\Gleaner.dll").c_str());
   if (!dll) {
-    RaiseLastError();
+    qm::com::RaiseLastError();
   }
-  CComModule::Instance().Init({}, dll);
+  qm::com::ComServer::Instance().Init({}, dll);
   const auto getClassObject = reinterpret_cast<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(
       reinterpret_cast<void*>(::GetProcAddress(dll, "DllGetClassObject")));
-  CComPtr<IClassFactory> factory;
-  RaiseIfFailed(getClassObject(CLSID_IniReader, __uuidof(IClassFactory),
-                               reinterpret_cast<void**>(factory.Put())));
+  qm::common::ComPtr<IClassFactory> factory;
+  qm::com::RaiseIfFailed(getClassObject(CLSID_IniReader, __uuidof(IClassFactory),
+                                        reinterpret_cast<void**>(factory.Put())));
   return factory;
 }
 
-CComPtr<IIniReader> Load(IClassFactory* factory, const CWideString& path) {
-  CComPtr<IIniReader> reader;
-  RaiseIfFailed(factory->CreateInstance(nullptr, __uuidof(IIniReader),
-                                        reinterpret_cast<void**>(reader.Put())));
-  const CUniqueBstr text(AllocBstr(path));
-  RaiseIfFailed(reader->Load(text.Get()));
+qm::common::ComPtr<IIniReader> Load(IClassFactory* factory, const qm::common::WideString& path) {
+  qm::common::ComPtr<IIniReader> reader;
+  qm::com::RaiseIfFailed(factory->CreateInstance(nullptr, __uuidof(IIniReader),
+                                                 reinterpret_cast<void**>(reader.Put())));
+  const qm::common::UniqueBstr text(qm::common::TryAllocateBstr(path));
+  qm::com::RaiseIfFailed(reader->Load(text.Get()));
   return reader;
 }
 
@@ -166,24 +168,24 @@ VARIANT Named(BSTR name) {
 
 /// Gets a value, starting at the reader, as the server does for every key. Returns its length.
 size_t ReadKey(IIniReader* reader, BSTR sectionName, BSTR keyName) {
-  CComPtr<IIniSections> sections;
-  CComPtr<IIniSection> section;
-  CComPtr<IIniKeys> keys;
-  CComPtr<IIniKey> key;
-  CUniqueBstr value;
-  RaiseIfFailed(reader->get_Sections(sections.Put()));
-  RaiseIfFailed(sections->get_Item(Named(sectionName), section.Put()));
-  RaiseIfFailed(section->get_Keys(keys.Put()));
-  RaiseIfFailed(keys->get_Item(Named(keyName), key.Put()));
-  RaiseIfFailed(key->get_Value(value.Put()));
-  return ViewOf(value.Get()).size();
+  qm::common::ComPtr<IIniSections> sections;
+  qm::common::ComPtr<IIniSection> section;
+  qm::common::ComPtr<IIniKeys> keys;
+  qm::common::ComPtr<IIniKey> key;
+  qm::common::UniqueBstr value;
+  qm::com::RaiseIfFailed(reader->get_Sections(sections.Put()));
+  qm::com::RaiseIfFailed(sections->get_Item(Named(sectionName), section.Put()));
+  qm::com::RaiseIfFailed(section->get_Keys(keys.Put()));
+  qm::com::RaiseIfFailed(keys->get_Item(Named(keyName), key.Put()));
+  qm::com::RaiseIfFailed(key->get_Value(value.Put()));
+  return qm::common::ViewOf(value.Get()).size();
 }
 
-size_t ReadRecords(IClassFactory* factory, const std::vector<CWideString>& files,
+size_t ReadRecords(IClassFactory* factory, const std::vector<qm::common::WideString>& files,
                    const std::vector<Place>& places) {
   size_t length = 0;
-  for (const CWideString& file : files) {
-    const CComPtr<IIniReader> reader = Load(factory, file);
+  for (const qm::common::WideString& file : files) {
+    const qm::common::ComPtr<IIniReader> reader = Load(factory, file);
     for (const Place& place : places) {
       length += ReadKey(reader.Get(), place.section.Get(), place.key.Get());
     }
@@ -191,11 +193,11 @@ size_t ReadRecords(IClassFactory* factory, const std::vector<CWideString>& files
   return length;
 }
 
-size_t ReadWithThePlatform(const std::vector<CWideString>& files,
+size_t ReadWithThePlatform(const std::vector<qm::common::WideString>& files,
                            const std::vector<Place>& places) {
   size_t length = 0;
   wchar_t value[1024];
-  for (const CWideString& file : files) {
+  for (const qm::common::WideString& file : files) {
     for (const Place& place : places) {
       length += ::GetPrivateProfileStringW(place.section.Get(), place.key.Get(), L"", value, 1024,
                                            file.c_str());
@@ -204,11 +206,13 @@ size_t ReadWithThePlatform(const std::vector<CWideString>& files,
   return length;
 }
 
-CWideString NameOf(int record) { return CWideString::Format(L"Record%d", record); }
+qm::common::WideString NameOf(int record) {
+  return qm::common::WideString::Format(L"Record%d", record);
+}
 
 /// Creates a gallery record and opens its description.
-std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
-  auto record = std::make_unique<CMMGallery>();
+std::unique_ptr<qm::gallery::CMMGallery> MakeGalleryRecord(int number) {
+  auto record = std::make_unique<qm::gallery::CMMGallery>();
   record->SetNameAndVersion(NameOf(number), L"1.0");
   if (record->GetSubject().empty()) {
     std::fputs("bench_ini: a description was not opened\n", stderr);
@@ -218,8 +222,8 @@ std::unique_ptr<CMMGallery> MakeGalleryRecord(int number) {
 }
 
 /// Creates a module record from its description, which stays open.
-std::unique_ptr<CCacheMSM> MakeModuleRecord(int number) {
-  auto record = std::make_unique<CCacheMSM>();
+std::unique_ptr<qm::module::CCacheMSM> MakeModuleRecord(int number) {
+  auto record = std::make_unique<qm::module::CCacheMSM>();
   record->InitFromGallery(NameOf(number));
   if (record->Subject().empty()) {
     std::fputs("bench_ini: a description was not opened\n", stderr);
@@ -235,11 +239,11 @@ double BytesOf(Make make) {
   std::vector<decltype(make(0))> objects;
   objects.reserve(kRecords);
   make(0);  // allocates what all objects share
-  const size_t before = HeapBytes();
+  const size_t before = qm::bench::HeapBytes();
   for (int i = 0; i < kRecords; ++i) {
     objects.push_back(make(i));
   }
-  return static_cast<double>(HeapBytes() - before) / kRecords;
+  return static_cast<double>(qm::bench::HeapBytes() - before) / kRecords;
 }
 
 /// Returns the text of a file index: 10 MB in one section.
@@ -253,7 +257,7 @@ std::string MakeIndex() {
 
 void MeasureRecords(IClassFactory* factory, int runs) {
   const Description description = MakeDescription();
-  CScratch scratch;
+  Scratch scratch;
   for (int i = 0; i < kRecords; ++i) {
     scratch.Add(NameOf(i) + L".ini", description.text);
   }
@@ -262,35 +266,37 @@ void MeasureRecords(IClassFactory* factory, int runs) {
   for (int i = 0; i < runs; ++i) {
     size_t length = 0;
     size_t platformLength = 0;
-    PrintRun("keys", Milliseconds([&] {
-               length = ReadRecords(factory, scratch.Files(), description.places);
-             }));
-    PrintRun("key_calls", Milliseconds([&] {
-               platformLength = ReadWithThePlatform(scratch.Files(), description.places);
-             }));
+    qm::bench::PrintRun("keys", qm::bench::Milliseconds([&] {
+                          length = ReadRecords(factory, scratch.Files(), description.places);
+                        }));
+    qm::bench::PrintRun("key_calls", qm::bench::Milliseconds([&] {
+                          platformLength = ReadWithThePlatform(scratch.Files(), description.places);
+                        }));
     if (length != platformLength) {
       std::fputs("bench_ini: the two did not read the same\n", stderr);
       std::exit(1);
     }
-    PrintRun("reader_bytes",
-             BytesOf([&](int number) { return Load(factory, scratch.Files()[number]); }));
-    PrintRun("gallery_bytes", BytesOf(MakeGalleryRecord));
-    PrintRun("module_bytes", BytesOf(MakeModuleRecord));
+    qm::bench::PrintRun("reader_bytes", BytesOf([&](int number) {
+                          return Load(factory, scratch.Files()[number]);
+                        }));
+    qm::bench::PrintRun("gallery_bytes", BytesOf(MakeGalleryRecord));
+    qm::bench::PrintRun("module_bytes", BytesOf(MakeModuleRecord));
   }
 }
 
 void MeasureIndex(IClassFactory* factory, int runs) {
-  CScratch scratch;
+  Scratch scratch;
   const std::string text = MakeIndex();
-  const CWideString& path = scratch.Add(L"Index.ini", text);
-  const CUniqueBstr section(AllocBstr(L"FilesToModules"));
-  const CUniqueBstr name(AllocBstr(L"FILE4711.DLL"));
+  const qm::common::WideString& path = scratch.Add(L"Index.ini", text);
+  const qm::common::UniqueBstr section(qm::common::TryAllocateBstr(L"FilesToModules"));
+  const qm::common::UniqueBstr name(qm::common::TryAllocateBstr(L"FILE4711.DLL"));
   Load(factory, path);
   for (int i = 0; i < runs; ++i) {
-    const double load = Milliseconds([&] { Load(factory, path); });
-    PrintRun("rate", static_cast<double>(text.size()) / 1000.0 / load);
-    PrintRun("one_key",
-             Milliseconds([&] { ReadKey(Load(factory, path).Get(), section.Get(), name.Get()); }));
+    const double load = qm::bench::Milliseconds([&] { Load(factory, path); });
+    qm::bench::PrintRun("rate", static_cast<double>(text.size()) / 1000.0 / load);
+    qm::bench::PrintRun("one_key", qm::bench::Milliseconds([&] {
+                          ReadKey(Load(factory, path).Get(), section.Get(), name.Get());
+                        }));
   }
 }
 
@@ -298,8 +304,8 @@ void MeasureIndex(IClassFactory* factory, int runs) {
 
 int main(int argc, char** argv) {
   const int runs = argc == 2 ? std::atoi(argv[1]) : 5;
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-    const CComPtr<IClassFactory> factory = ReaderFactory();
+  const HRESULT hr = qm::com::RunAtBoundary(GUID_NULL, [&] {
+    const qm::common::ComPtr<IClassFactory> factory = ReaderFactory();
     MeasureRecords(factory.Get(), runs);
     MeasureIndex(factory.Get(), runs);
     return S_OK;

@@ -12,10 +12,10 @@
 
 namespace {
 
-void WriteTable(const CWideString& path, const std::string& text) {
+void WriteTable(const qm::common::WideString& path, const std::string& text) {
   FILE* const file = ::_wfopen(path.c_str(), L"wb");
   if (!file) {
-    RaiseLastError();
+    qm::com::RaiseLastError();
   }
   std::fwrite(text.data(), 1, text.size(), file);
   std::fclose(file);
@@ -27,7 +27,8 @@ std::string Number(int number) {
   return text;
 }
 
-void BuildModule(const CWideString& folder, const CWideString& path, int number) {
+void BuildModule(const qm::common::WideString& folder, const qm::common::WideString& path,
+                 int number) {
   const std::string suffix = Number(number) + ".C685A6B2_5C68_494B_8B13_7777875E" + Number(number);
   const std::string id = "Library" + suffix;
   const struct {
@@ -64,18 +65,18 @@ void BuildModule(const CWideString& folder, const CWideString& path, int number)
            Number(number / 2) + "\t1033\t2.0\r\n"},
   };
   {
-    msidb::Database database = msidb::Database::Open(path + L".new", MSIDBOPEN_CREATE);
+    qm::msidb::Database database = qm::msidb::Database::Open(path + L".new", MSIDBOPEN_CREATE);
     for (const auto& table : tables) {
-      WriteTable(JoinPath(folder, table.name), table.text);
+      WriteTable(qm::common::JoinPath(folder, table.name), table.text);
       database.Import(folder, table.name);
     }
     database.Commit();
   }
   for (const auto& table : tables) {
-    ::DeleteFileW(JoinPath(folder, table.name).c_str());
+    ::DeleteFileW(qm::common::JoinPath(folder, table.name).c_str());
   }
   if (!::MoveFileW((path + L".new").c_str(), path.c_str())) {
-    RaiseLastError();
+    qm::com::RaiseLastError();
   }
 }
 
@@ -86,12 +87,13 @@ int wmain(int argc, wchar_t** argv) {
     std::fputs("usage: make_modules FOLDER COUNT\n", stderr);
     return 2;
   }
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-    const CWideString folder = FullPath(argv[1]);
+  const HRESULT hr = qm::com::RunAtBoundary(GUID_NULL, [&] {
+    const qm::common::WideString folder = qm::common::ResolveFullPath(argv[1]);
     const int count = ::_wtoi(argv[2]);
     for (int number = 1; number <= count; ++number) {
-      const CWideString path = JoinPath(folder, CWideString::Format(L"Module%04d.msm", number));
-      if (!PathExists(path)) {
+      const qm::common::WideString path =
+          qm::common::JoinPath(folder, qm::common::WideString::Format(L"Module%04d.msm", number));
+      if (!qm::common::PathExists(path)) {
         BuildModule(folder, path, number);
       }
     }

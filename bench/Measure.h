@@ -6,6 +6,8 @@
 #include <cstdio>
 #include <vector>
 
+namespace qm::bench {
+
 /// Runs `work` once and returns how long it took, in milliseconds.
 template <class Work>
 double Milliseconds(Work work) {
@@ -40,3 +42,5 @@ double MedianMilliseconds(Work work) {
 
 /// Prints the value of one run of a figure in the format that tools/bench reads.
 inline void PrintRun(const char* figure, double value) { std::printf("%s %.5f\n", figure, value); }
+
+}  // namespace qm::bench

@@ -30,7 +30,7 @@ void Check(const wchar_t* what, HRESULT hr) {
 
 /// The site of a script engine. Ends the program at the first error of the script. Lives on the
 /// stack and outlives the engine, so references are not counted.
-class CSite final : public IActiveScriptSite {
+class Site final : public IActiveScriptSite {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     *out = iid == __uuidof(IUnknown) || iid == __uuidof(IActiveScriptSite) ? this : nullptr;
@@ -73,10 +73,10 @@ std::wstring ReadText(const wchar_t* path) {
   return text;
 }
 
-CComPtr<IActiveScript> StartScript(IActiveScriptSite& site, const std::wstring& text) {
+qm::common::ComPtr<IActiveScript> StartScript(IActiveScriptSite& site, const std::wstring& text) {
   CLSID clsid{};
-  CComPtr<IActiveScript> engine;
-  CComPtr<IActiveScriptParse> parser;
+  qm::common::ComPtr<IActiveScript> engine;
+  qm::common::ComPtr<IActiveScriptParse> parser;
   Check(L"VBScript", ::CLSIDFromProgID(L"VBScript", &clsid));
   Check(L"engine", ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IActiveScript),
                                       reinterpret_cast<void**>(engine.Put())));
@@ -90,30 +90,30 @@ CComPtr<IActiveScript> StartScript(IActiveScriptSite& site, const std::wstring& 
 }
 
 void Measure(IActiveScript& engine, const wchar_t* folder, int repetitions) {
-  CComPtr<IDispatch> globals;
+  qm::common::ComPtr<IDispatch> globals;
   Check(L"globals", engine.GetScriptDispatch(nullptr, globals.Put()));
   wchar_t name[] = L"List";
   LPOLESTR names[] = {name};
   DISPID list = 0;
   Check(name, globals->GetIDsOfNames(GUID_NULL, names, 1, LOCALE_USER_DEFAULT, &list));
-  const CUniqueBstr text(AllocBstr(folder));
+  const qm::common::UniqueBstr text(qm::common::TryAllocateBstr(folder));
   VARIANT argument;
   argument.vt = VT_BSTR;
   argument.bstrVal = text.Get();
   DISPPARAMS arguments{&argument, nullptr, 1, 0};
   const auto call = [&] {
-    return Milliseconds([&] {
+    return qm::bench::Milliseconds([&] {
       Check(name, globals->Invoke(list, GUID_NULL, LOCALE_USER_DEFAULT, DISPATCH_METHOD, &arguments,
                                   nullptr, nullptr, nullptr));
     });
   };
-  PrintRun("first", call());
+  qm::bench::PrintRun("first", call());
   if (repetitions > 0) {
     std::vector<double> times(static_cast<std::size_t>(repetitions));
     for (double& time : times) {
       time = call();
     }
-    PrintRun("second", Median(times));
+    qm::bench::PrintRun("second", qm::bench::Median(times));
   }
 }
 
@@ -125,8 +125,8 @@ int wmain(int argc, wchar_t** argv) {
     return 2;
   }
   ::CoInitialize(nullptr);
-  CSite site;
-  const CComPtr<IActiveScript> engine = StartScript(site, ReadText(argv[1]));
+  Site site;
+  const qm::common::ComPtr<IActiveScript> engine = StartScript(site, ReadText(argv[1]));
   Measure(*engine, argv[2], argc == 4 ? ::_wtoi(argv[3]) : 0);
   engine->Close();
   return 0;

@@ -8,16 +8,18 @@
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 
+namespace qm::catalog {
+
 /// Base of the two catalog classes. Scripts reach the members up to IMMCatalogVelmora.
 template <const CLSID* pClsid>
-class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMMCatalogCaskel>,
-                     public IDispatchImpl<IMMCatalogCaskel, IMMCatalogVelmora>,
-                     public CErrorHandler<pClsid>,
-                     public CComObjectRoot {
+class CatalogBase : public com::SupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMMCatalogCaskel>,
+                    public com::DispatchImpl<IMMCatalogCaskel, IMMCatalogVelmora>,
+                    public com::CErrorHandler<pClsid>,
+                    public com::ComObjectRoot {
  public:
-  using InterfaceMap = CInterfaceMap<
-      Via<ISupportErrorInfo, ISupportErrorInfo>,
-      Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>>;
+  using InterfaceMap = com::InterfaceMap<
+      com::Via<ISupportErrorInfo, ISupportErrorInfo>,
+      com::Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>>;
 
   // The slots of the primary vtable after those of ISupportErrorInfo. Their order is a contract.
 
@@ -26,10 +28,10 @@ class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMM
 
   /// Reports a failure under the class; see CErrorHandler.
   virtual HRESULT Report(const com_exception& failure, const wchar_t* context) const noexcept {
-    return CErrorHandler<pClsid>::Report(failure, context);
+    return com::CErrorHandler<pClsid>::Report(failure, context);
   }
 
-  virtual ~CCatalogRoot() = default;
+  virtual ~CatalogBase() = default;
 
   HRESULT FinalConstruct() noexcept { return Initialize(); }
 
@@ -62,3 +64,5 @@ class CCatalogRoot : public CSupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMM
  private:
   bool m_bOption = false;
 };
+
+}  // namespace qm::catalog

@@ -3,19 +3,21 @@
 #include "catalog/Source.h"
 #include "module/Collections.h"
 
+namespace qm::catalog {
+
 /// A collection of merge modules for clients, and their records. Lookups of the catalog use the
 /// records, because a client may open a module object on another file.
-class CModuleList {
+class CatalogModules {
  public:
   /// Creates an empty list with memory for `count` modules. Throws std::bad_alloc.
-  explicit CModuleList(size_t count);
+  explicit CatalogModules(size_t count);
 
   /// Adds a new module object for a record, under the record's key. Throws std::bad_alloc; the list
   /// must then be discarded.
-  void Add(const std::shared_ptr<CCacheMSM>& record);
+  void Add(const std::shared_ptr<module::CCacheMSM>& record);
 
   /// Whether a module has this key, ignoring case. Raises failures of the collection.
-  bool HasKey(const CWideString& key) const;
+  bool HasKey(const common::WideString& key) const;
 
   const RecordList& Records() const noexcept { return m_records; }
 
@@ -23,6 +25,8 @@ class CModuleList {
   IMergeModules* NewReference() const noexcept;
 
  private:
-  CComPtr<CComObject<CMergeModules>> m_collection;
+  common::ComPtr<com::ComObject<module::CMergeModules>> m_collection;
   RecordList m_records;
 };
+
+}  // namespace qm::catalog

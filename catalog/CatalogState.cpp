@@ -4,23 +4,27 @@
 
 #include "common/DllLifetime.h"
 
-CCatalogState& CCatalogState::Instance() {
-  static CModuleWide<CCatalogState> state;
-  return state.Get([] { return new CCatalogState; });
+namespace qm::catalog {
+
+CatalogState& CatalogState::Instance() {
+  static common::DllWide<CatalogState> state;
+  return state.Get([] { return new CatalogState; });
 }
 
-void CCatalogState::ForgetGoneRecords() noexcept {
+void CatalogState::PruneExpiredRecords() noexcept {
   keys.Clear();
   records.erase(std::remove_if(records.begin(), records.end(),
                                [](const auto& record) { return record.expired(); }),
                 records.end());
 }
 
-void CCatalogState::NoteChange() noexcept {
-  ++changes;
+void CatalogState::MarkChanged() noexcept {
+  ++changeCount;
   for (const auto& record : records) {
     if (const auto known = record.lock()) {
       known->SetRecheck(true);
     }
   }
 }
+
+}  // namespace qm::catalog

@@ -7,43 +7,47 @@
 #include "catalog/KeyTable.h"
 #include "catalog/Source.h"
 
+namespace qm::catalog {
+
 /// The state that all catalogs of the process share, from its first use until the DLL is unloaded.
 /// Use it only behind the ApartmentGate. The records in it may be used by any apartment, see
 /// CCacheMSM.
 ///
-/// The index tables are process-wide too, but belong to the gallery: CIniIndexes.
-struct CCatalogState {
-  static CCatalogState& Instance();
+/// The index tables are process-wide too, but belong to the gallery: IndexTables.
+struct CatalogState {
+  static CatalogState& Instance();
 
   /// The search folders by folder path; no source is null. A refresh replaces the whole map, so
   /// that holders of a source can keep it.
-  using SourceMap = std::map<CWideString, std::shared_ptr<CSource>, FolderOrder>;
+  using SourceMap = std::map<common::WideString, std::shared_ptr<Source>, FolderLess>;
   SourceMap sources;
 
   /// The records that the last refresh read from the gallery, by the names of their descriptions.
-  std::map<CWideString, std::shared_ptr<CCacheMSM>> galleryRecords;
+  std::map<common::WideString, std::shared_ptr<module::CCacheMSM>> galleryRecords;
 
-  /// All records that were made, except those that had expired at the last ForgetGoneRecords.
-  std::vector<std::weak_ptr<CCacheMSM>> records;
+  /// All records that were made, except those that had expired at the last PruneExpiredRecords.
+  std::vector<std::weak_ptr<module::CCacheMSM>> records;
 
   /// The keys "ID:version" of `records`.
-  CKeyTable keys;
+  KeyTable keys;
 
   /// The number of changes found in the sources and their folders. The list of a catalog is out of
   /// date if it was built at another count.
-  unsigned long changes = 0;
+  unsigned long changeCount = 0;
 
   /// Whether a refresh is running. A call to a component in another process may dispatch messages;
   /// a refresh that such a message starts in the same apartment must leave this state alone.
   bool isRefreshing = false;
 
   /// Removes expired records and clears the key table. Call after making records.
-  void ForgetGoneRecords() noexcept;
+  void PruneExpiredRecords() noexcept;
 
   /// Counts a change, and marks all records to be checked against their files before they are
   /// listed again.
-  void NoteChange() noexcept;
+  void MarkChanged() noexcept;
 
  private:
-  CCatalogState() = default;
+  CatalogState() = default;
 };
+
+}  // namespace qm::catalog

@@ -5,29 +5,33 @@
 #include "common/FileIndexEntry.h"
 #include "gallery/IndexTables.h"
 
+namespace qm::catalog {
+
 namespace {
 
-CWideString LowerCaseFileName(std::wstring_view file) {
+common::WideString LowerCaseFileName(std::wstring_view file) {
   const size_t end = file.find_last_of(L"\\/:");
   std::wstring name(end == std::wstring_view::npos ? file : file.substr(end + 1));
   ::CharLowerBuffW(name.data(), static_cast<DWORD>(name.size()));
-  return CWideString(name);
+  return common::WideString(name);
 }
 
 }  // namespace
 
-CWideString FindModuleForFile(std::wstring_view file) {
-  const CWideString name = LowerCaseFileName(file);
+common::WideString FindModuleForFile(std::wstring_view file) {
+  const common::WideString name = LowerCaseFileName(file);
   if (name.empty()) {
     return {};  // the index may have a line with an empty name
   }
-  const CIniIndexes& indexes = CIniIndexes::Instance();
-  const auto found = indexes.FileModules().find(name);
-  if (found != indexes.FileModules().end()) {
-    return ModuleOfFileEntry(found->second);
+  const gallery::IndexTables& indexes = gallery::IndexTables::Instance();
+  const auto found = indexes.FilesToModules().find(name);
+  if (found != indexes.FilesToModules().end()) {
+    return common::ParseFileIndexEntry(found->second);
   }
-  const auto platform = indexes.PlatformFileModules().find(name);
-  return platform == indexes.PlatformFileModules().end()
-             ? CWideString()
-             : ModuleOfPlatformFileEntry(platform->second);
+  const auto platform = indexes.PlatformFilesToModules().find(name);
+  return platform == indexes.PlatformFilesToModules().end()
+             ? common::WideString()
+             : common::ParsePlatformFileIndexEntry(platform->second);
 }
+
+}  // namespace qm::catalog

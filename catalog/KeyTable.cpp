@@ -4,12 +4,14 @@
 
 #include "text/Fold.h"
 
+namespace qm::catalog {
+
 namespace {
 
 /// A view of the lower-case key of a record, which is composed unit by unit.
 class RecordKey {
  public:
-  explicit RecordKey(const CCacheMSM& record) noexcept
+  explicit RecordKey(const module::CCacheMSM& record) noexcept
       : m_id(record.ModuleID()), m_version(record.Version()) {
     if (m_version.empty()) {
       m_version = L"0";
@@ -21,8 +23,8 @@ class RecordKey {
     if (position == m_id.size()) {
       return L':';
     }
-    return qm::text::FoldCase(position < m_id.size() ? m_id[position]
-                                                     : m_version[position - m_id.size() - 1]);
+    return text::FoldCase(position < m_id.size() ? m_id[position]
+                                                 : m_version[position - m_id.size() - 1]);
   }
 
  private:
@@ -45,8 +47,8 @@ int Compare(const KeyA& a, const KeyB& b) noexcept {
 
 }  // namespace
 
-bool CKeyTable::Contains(std::wstring_view key,
-                         const std::vector<std::weak_ptr<CCacheMSM>>& records) {
+bool KeyTable::Contains(std::wstring_view key,
+                        const std::vector<std::weak_ptr<module::CCacheMSM>>& records) {
   if (!m_isFilled) {
     Fill(records);
   }
@@ -57,7 +59,7 @@ bool CKeyTable::Contains(std::wstring_view key,
   return found != m_records.end() && Compare(RecordKey(**found), key) == 0;
 }
 
-void CKeyTable::Fill(const std::vector<std::weak_ptr<CCacheMSM>>& records) {
+void KeyTable::Fill(const std::vector<std::weak_ptr<module::CCacheMSM>>& records) {
   m_records.reserve(records.size());
   for (const auto& record : records) {
     if (auto held = record.lock()) {
@@ -69,7 +71,9 @@ void CKeyTable::Fill(const std::vector<std::weak_ptr<CCacheMSM>>& records) {
   m_isFilled = true;
 }
 
-void CKeyTable::Clear() noexcept {
+void KeyTable::Clear() noexcept {
   m_isFilled = false;
   decltype(m_records)().swap(m_records);  // also frees the memory
 }
+
+}  // namespace qm::catalog

@@ -6,23 +6,28 @@
 
 #include "module/CacheMSM.h"
 
+namespace qm::catalog {
+
 /// The lower-case keys "ID:version" of the records that the process has read. An empty version
 /// counts as "0".
 ///
 /// Holds the records sorted by key and composes keys only for comparison. The table is built at the
 /// first search after Clear, since most lists are never searched. Used behind the ApartmentGate.
-class CKeyTable {
+class KeyTable {
  public:
   /// Whether a record that has not expired has the lower-case key `key`. The first call after Clear
   /// takes the records from `records`; later calls ignore that argument. Throws std::bad_alloc.
-  bool Contains(std::wstring_view key, const std::vector<std::weak_ptr<CCacheMSM>>& records);
+  bool Contains(std::wstring_view key,
+                const std::vector<std::weak_ptr<module::CCacheMSM>>& records);
 
   /// Releases the records. Call when the list of records has changed.
   void Clear() noexcept;
 
  private:
-  void Fill(const std::vector<std::weak_ptr<CCacheMSM>>& records);
+  void Fill(const std::vector<std::weak_ptr<module::CCacheMSM>>& records);
 
   bool m_isFilled = false;
-  std::vector<std::shared_ptr<const CCacheMSM>> m_records;
+  std::vector<std::shared_ptr<const module::CCacheMSM>> m_records;
 };
+
+}  // namespace qm::catalog

@@ -14,6 +14,8 @@
 #include "gallery/SiblingObjects.h"
 #include "idl/host.h"
 
+namespace qm::catalog {
+
 namespace {
 
 HRESULT Zero(long* result) noexcept {
@@ -25,60 +27,61 @@ HRESULT Zero(long* result) noexcept {
 
 HRESULT CMMCatalog::Initialize() noexcept {
   return MethodBoundary([&] {
-    m_pServices = CreateApplicationServices();
-    m_strSearchPath = AskServices(*m_pServices, &IApplicationServices::get_ModuleSearchPath);
+    m_pServices = gallery::CreateApplicationServices();
+    m_strSearchPath =
+        gallery::GetServiceText(*m_pServices, &IApplicationServices::get_ModuleSearchPath);
     m_strUserSearchPath =
-        AskServices(*m_pServices, &IApplicationServices::get_UserModuleSearchPath);
+        gallery::GetServiceText(*m_pServices, &IApplicationServices::get_UserModuleSearchPath);
     m_pModules = nullptr;
     m_bDirty = true;
-    CIniIndexes::Instance().LoadOnce(*m_pServices);
+    gallery::IndexTables::Instance().LoadOnce(*m_pServices);
     m_bInitialized = true;
     return S_OK;
   });
 }
 
-void CMMCatalog::RunRefresh() {
-  const CGatePass pass;
-  CCatalogState& state = CCatalogState::Instance();
+void CMMCatalog::RefreshModules() {
+  const com::ScopedGateEntry pass;
+  CatalogState& state = CatalogState::Instance();
   if (!m_bInitialized || state.isRefreshing) {
     return;
   }
-  ReleaseReturnedReferences();
+  com::ReleaseQueuedReferences();
   state.isRefreshing = true;
-  const ScopeGuard mark([&]() noexcept { state.isRefreshing = false; });
-  UpdateSources(state, CurrentSearchFolders());
+  const common::ScopeGuard mark([&]() noexcept { state.isRefreshing = false; });
+  UpdateSources(state, GetSearchFolders());
   RecheckSources(state);
-  if (!m_bDirty && m_nChanges == state.changes) {
+  if (!m_bDirty && m_builtAtChangeCount == state.changeCount) {
     return;
   }
   m_bDirty = true;
   // Also after a failure: otherwise a build that keeps failing would add records each time.
-  const ScopeGuard pruning([&]() noexcept { state.ForgetGoneRecords(); });
-  auto modules = std::make_unique<const CModuleList>(
-      BuildModuleList(state, AskServices(*m_pServices, &IApplicationServices::get_GalleryRoot)));
+  const common::ScopeGuard pruning([&]() noexcept { state.PruneExpiredRecords(); });
+  auto modules = std::make_unique<const CatalogModules>(BuildModuleList(
+      state, gallery::GetServiceText(*m_pServices, &IApplicationServices::get_GalleryRoot)));
   m_pModules = std::move(modules);
-  m_nChanges = state.changes;
+  m_builtAtChangeCount = state.changeCount;
   m_bDirty = false;
 }
 
-std::vector<SearchFolder> CMMCatalog::CurrentSearchFolders() {
+std::vector<SearchFolder> CMMCatalog::GetSearchFolders() {
   if (!m_pRepositoryMgr) {
-    m_pRepositoryMgr =
-        OpenRepositoryList(AskServices(*m_pServices, &IApplicationServices::get_DataFolder));
+    m_pRepositoryMgr = CreateRepositoryManager(
+        gallery::GetServiceText(*m_pServices, &IApplicationServices::get_DataFolder));
   }
-  std::vector<Repository> repositories;
+  std::vector<RepositoryInfo> repositories;
   if (m_pRepositoryMgr) {
-    repositories = ReadRepositories(*m_pRepositoryMgr);
+    repositories = ListRepositories(*m_pRepositoryMgr);
   }
   return ListSearchFolders(JoinSearchPaths(m_strSearchPath, m_strUserSearchPath), repositories);
 }
 
-const CModuleList& CMMCatalog::RequireModules() {
+const CatalogModules& CMMCatalog::RequireModules() {
   if (!m_pModules) {
-    RunRefresh();
+    RefreshModules();
   }
   if (!m_pModules) {
-    Raise(com_exception(E_PENDING, L"The catalog is being built."));
+    com::Raise(com_exception(E_PENDING, L"The catalog is being built."));
   }
   return *m_pModules;
 }
@@ -90,7 +93,7 @@ STDMETHODIMP CMMCatalog::Reserved2(long, long* result) { return Zero(result); }
 STDMETHODIMP CMMCatalog::Refresh(long* result) {
   *result = 0;
   return MethodBoundary([&] {
-    RunRefresh();
+    RefreshModules();
     return S_OK;
   });
 }
@@ -98,15 +101,15 @@ STDMETHODIMP CMMCatalog::Refresh(long* result) {
 STDMETHODIMP CMMCatalog::get_Sources(IMMSources** sources) {
   return FillOut(sources, [&] {
     RequireModules();
-    const auto collection = CComObject<CMMSources>::Create();
-    const CGatePass pass;
+    const auto collection = com::ComObject<module::CMMSources>::Create();
+    const com::ScopedGateEntry pass;
     int position = 0;
-    for (const auto& [folder, source] : CCatalogState::Instance().sources) {
-      const auto item = CComObject<CMMSource>::Create();
+    for (const auto& [folder, source] : CatalogState::Instance().sources) {
+      const auto item = com::ComObject<CMMSource>::Create();
       item->Init(*source);
-      collection->Add(CWideString::Format(L"%d", ++position), item.Get());
+      collection->Add(common::WideString::Format(L"%d", ++position), item.Get());
     }
-    RaiseIfFailed(collection.QueryInterface(sources));
+    com::RaiseIfFailed(collection.QueryInterface(sources));
     return S_OK;
   });
 }
@@ -116,7 +119,7 @@ STDMETHODIMP CMMCatalog::get_MergeModules(IMergeModules** modules) {
     if (!modules) {
       return E_POINTER;
     }
-    RunRefresh();
+    RefreshModules();
     IMergeModules* const current = RequireModules().NewReference();
     // The caller may pass in the list of an earlier call, which is released.
     if (IMergeModules* const held = std::exchange(*modules, current)) {
@@ -135,8 +138,8 @@ HRESULT CMMCatalog::Find(MakeQuery makeQuery, IMergeModules** modules, long* cou
     *modules = nullptr;
     *count = 0;
     const ModuleQuery query = makeQuery();
-    const CGatePass pass;
-    const CModuleList matches = MatchModules(RequireModules(), query);
+    const com::ScopedGateEntry pass;
+    const CatalogModules matches = FindMatchingModules(RequireModules(), query);
     *count = static_cast<long>(matches.Records().size());
     *modules = matches.NewReference();
     return S_OK;
@@ -147,8 +150,8 @@ STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModule
                                      long* count) {
   return Find(
       [&] {
-        RaiseIfFailed(key ? S_OK : E_POINTER);
-        ModuleQuery query = QueryOfKey(*key, version);
+        com::RaiseIfFailed(key ? S_OK : E_POINTER);
+        ModuleQuery query = ParseModuleKey(*key, version);
         query.language.clear();
         return query;
       },
@@ -168,10 +171,10 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
     }
     modules->vt = VT_EMPTY;
     // Read before the list is used: this may run a script's code, which may refresh the catalog.
-    const ModuleQuery wanted = QueryOfArgument(query);
-    const CGatePass pass;
-    const CModuleList matches = MatchModules(RequireModules(), wanted);
-    GiveCount(static_cast<long>(matches.Records().size()), count);
+    const ModuleQuery wanted = ParseQueryArgument(query);
+    const com::ScopedGateEntry pass;
+    const CatalogModules matches = FindMatchingModules(RequireModules(), wanted);
+    StoreCount(static_cast<long>(matches.Records().size()), count);
     modules->pdispVal = matches.NewReference();
     modules->vt = VT_DISPATCH;
     return S_OK;
@@ -180,17 +183,17 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
 
 STDMETHODIMP CMMCatalog::FindModule(BSTR key, BSTR version, long, IMergeModules** modules,
                                     long* count) {
-  return Find([&] { return QueryOfKey(key, version); }, modules, count);
+  return Find([&] { return ParseModuleKey(key, version); }, modules, count);
 }
 
 STDMETHODIMP CMMCatalog::GetModuleForFile(BSTR fileName, BSTR* key) {
-  return AnswerText(key, [&] { return FindModuleForFile(ViewOf(fileName)); });
+  return AnswerText(key, [&] { return FindModuleForFile(common::ViewOf(fileName)); });
 }
 
 STDMETHODIMP CMMCatalog::GetModuleDisplayName(BSTR key, BSTR* name) {
   return AnswerText(name, [&] {
-    CWideString text = ViewOf(key);
-    CIniIndexes::Instance().LookupModuleName(text, text);
+    common::WideString text = common::ViewOf(key);
+    gallery::IndexTables::Instance().LookupModuleName(text, text);
     return text;
   });
 }
@@ -200,3 +203,5 @@ STDMETHODIMP CMMCatalog::SupportsProject(IUnknown* project, VARIANT_BOOL* suppor
     return kind == ProjectKind_Installer || kind == ProjectKind_InstallerVariant;
   });
 }
+
+}  // namespace qm::catalog

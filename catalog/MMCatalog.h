@@ -6,12 +6,14 @@
 #include "catalog/ModuleMatcher.h"
 #include "idl/siblings.h"
 
+namespace qm::catalog {
+
 /// The catalog of all merge modules of the search folders and the gallery (coclass MMCatalog).
 ///
 /// The list of modules is built when it is first needed. A refresh rebuilds it only if the search
 /// folders or their contents have changed. A list that was handed out never changes. After a
 /// failure the catalog keeps its previous list and tries again at the next call.
-class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
+class CMMCatalog : public CatalogBase<&CLSID_MMCatalog> {
  public:
   /// Asks the application services for the search paths, and loads the index tables of the process
   /// if they are not loaded yet.
@@ -42,12 +44,12 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
  private:
   /// Brings the list of modules up to date behind the ApartmentGate. Does nothing before Initialize
   /// has succeeded, or if this apartment is already refreshing a catalog.
-  void RunRefresh();
-  std::vector<SearchFolder> CurrentSearchFolders();
+  void RefreshModules();
+  std::vector<SearchFolder> GetSearchFolders();
 
   /// Returns the current list, which the first call builds. Raises E_PENDING if the list is still
   /// being built.
-  const CModuleList& RequireModules();
+  const CatalogModules& RequireModules();
 
   /// Implements FindModule and FindModules for the query that `makeQuery` returns.
   template <class MakeQuery>
@@ -55,10 +57,12 @@ class CMMCatalog : public CCatalogRoot<&CLSID_MMCatalog> {
 
   bool m_bInitialized = false;
   bool m_bDirty = true;
-  unsigned long m_nChanges = 0;  ///< the count of changes at which the list was built
-  std::unique_ptr<const CModuleList> m_pModules;
-  CWideString m_strSearchPath;
-  CWideString m_strUserSearchPath;
-  CComPtr<IApplicationServices> m_pServices;
-  CComPtr<IRepositoryMgr> m_pRepositoryMgr;  ///< kept because it caches the repository list
+  unsigned long m_builtAtChangeCount = 0;  ///< the count of changes at which the list was built
+  std::unique_ptr<const CatalogModules> m_pModules;
+  common::WideString m_strSearchPath;
+  common::WideString m_strUserSearchPath;
+  common::ComPtr<IApplicationServices> m_pServices;
+  common::ComPtr<IRepositoryMgr> m_pRepositoryMgr;  ///< kept because it caches the repository list
 };
+
+}  // namespace qm::catalog

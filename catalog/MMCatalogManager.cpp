@@ -4,6 +4,8 @@
 
 #include "idl/host.h"
 
+namespace qm::catalog {
+
 namespace {
 
 bool IsScriptKind(long projectKind) noexcept {
@@ -11,10 +13,10 @@ bool IsScriptKind(long projectKind) noexcept {
 }
 
 template <class Catalog>
-HRESULT Give(CComPtr<CComObject<Catalog>>& cached, IUnknown** catalog) {
+HRESULT Give(common::ComPtr<com::ComObject<Catalog>>& cached, IUnknown** catalog) {
   if (!cached) {
-    CComPtr<CComObject<Catalog>> made;
-    const HRESULT hr = CComObject<Catalog>::TryCreate(made);
+    common::ComPtr<com::ComObject<Catalog>> made;
+    const HRESULT hr = com::ComObject<Catalog>::TryCreate(made);
     if (FAILED(hr)) {
       return hr;  // the catalog has reported it under its own class
     }
@@ -37,3 +39,5 @@ STDMETHODIMP CMMCatalogManager::GetCatalog(long projectKind, IUnknown** catalog)
     return IsScriptKind(projectKind) ? Give(m_pScriptCatalog, catalog) : Give(m_pCatalog, catalog);
   });
 }
+
+}  // namespace qm::catalog

@@ -3,22 +3,26 @@
 #include "catalog/MMCatalog.h"
 #include "catalog/MMCatalogPro.h"
 
+namespace qm::catalog {
+
 /// Returns the catalog for a kind of project (coclass MMCatalogManager). Each catalog is created at
 /// the first request and lives at least as long as the manager.
-class CMMCatalogManager : public IDispatchImpl<IMMCatalogManagerVelmora>,
-                          public CSupportErrorInfo<IMMCatalogManagerVelmora>,
-                          public CErrorHandler<&CLSID_MMCatalogManager>,
-                          public CComObjectRoot {
+class CMMCatalogManager : public com::DispatchImpl<IMMCatalogManagerVelmora>,
+                          public com::SupportErrorInfo<IMMCatalogManagerVelmora>,
+                          public com::CErrorHandler<&CLSID_MMCatalogManager>,
+                          public com::ComObjectRoot {
  public:
   using InterfaceMap =
-      CInterfaceMap<Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>,
-                    Via<ISupportErrorInfo, ISupportErrorInfo>>;
+      com::InterfaceMap<com::Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>,
+                        com::Via<ISupportErrorInfo, ISupportErrorInfo>>;
 
   STDMETHOD(GetCatalog)(long projectKind, IUnknown** catalog) override;
 
   virtual ~CMMCatalogManager() = default;
 
  private:
-  CComPtr<CComObject<CMMCatalog>> m_pCatalog;
-  CComPtr<CComObject<CMMCatalogPro>> m_pScriptCatalog;
+  common::ComPtr<com::ComObject<CMMCatalog>> m_pCatalog;
+  common::ComPtr<com::ComObject<CMMCatalogPro>> m_pScriptCatalog;
 };
+
+}  // namespace qm::catalog

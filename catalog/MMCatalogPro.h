@@ -2,9 +2,11 @@
 
 #include "catalog/CatalogBase.h"
 
+namespace qm::catalog {
+
 /// The catalog for script-based projects (coclass MMCatalogPro). These use no merge modules, so
 /// nearly all members succeed without doing anything. They leave most out parameters alone.
-class CMMCatalogPro : public CCatalogRoot<&CLSID_MMCatalogPro> {
+class CMMCatalogPro : public CatalogBase<&CLSID_MMCatalogPro> {
  public:
   HRESULT Initialize() noexcept override { return S_OK; }
 
@@ -34,3 +36,5 @@ class CMMCatalogPro : public CCatalogRoot<&CLSID_MMCatalogPro> {
     return S_OK;
   }
 };
+
+}  // namespace qm::catalog

@@ -2,21 +2,23 @@
 
 #include "catalog/CatalogModules.h"
 
-void CMMSource::Init(const CSource& source) {
-  m_folder = source.Description();
+namespace qm::catalog {
+
+void CMMSource::Init(const Source& source) {
+  m_folder = source.Folder();
   m_records = source.Records();
 }
 
 STDMETHODIMP CMMSource::get_Entry(BSTR* value) {
-  return AnswerText(value, [&]() -> const CWideString& { return m_folder.entry; });
+  return AnswerText(value, [&]() -> const common::WideString& { return m_folder.entry; });
 }
 
 STDMETHODIMP CMMSource::get_Folder(BSTR* value) {
-  return AnswerText(value, [&]() -> const CWideString& { return m_folder.folder; });
+  return AnswerText(value, [&]() -> const common::WideString& { return m_folder.path; });
 }
 
 STDMETHODIMP CMMSource::get_DisplayName(BSTR* value) {
-  return AnswerText(value, [&]() -> const CWideString& { return m_folder.displayName; });
+  return AnswerText(value, [&]() -> const common::WideString& { return m_folder.displayName; });
 }
 
 STDMETHODIMP CMMSource::get_SecondPass(VARIANT_BOOL* value) {
@@ -26,10 +28,12 @@ STDMETHODIMP CMMSource::get_SecondPass(VARIANT_BOOL* value) {
 
 STDMETHODIMP CMMSource::get_MergeModules(IMergeModules** value) {
   return Answer(value, [&] {
-    CModuleList modules(m_records->size());
+    CatalogModules modules(m_records->size());
     for (const auto& record : *m_records) {
       modules.Add(record);
     }
     return modules.NewReference();
   });
 }
+
+}  // namespace qm::catalog

@@ -8,19 +8,21 @@
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
 
+namespace qm::catalog {
+
 /// A search folder as clients see it: a snapshot of its description and records. Failures are
 /// reported under MMCatalog.
-class CMMSource : public IDispatchImpl<IMMSource>,
-                  public CSupportErrorInfo<IMMSource>,
-                  public CErrorHandler<&CLSID_MMCatalog>,
-                  public CComObjectRoot {
+class CMMSource : public com::DispatchImpl<IMMSource>,
+                  public com::SupportErrorInfo<IMMSource>,
+                  public com::CErrorHandler<&CLSID_MMCatalog>,
+                  public com::ComObjectRoot {
  public:
-  using InterfaceMap = CInterfaceMap<Via<IMMSource, IMMSource, IDispatch>,
-                                     Via<ISupportErrorInfo, ISupportErrorInfo>>;
+  using InterfaceMap = com::InterfaceMap<com::Via<IMMSource, IMMSource, IDispatch>,
+                                         com::Via<ISupportErrorInfo, ISupportErrorInfo>>;
 
   virtual ~CMMSource() = default;
 
-  void Init(const CSource& source);
+  void Init(const Source& source);
 
   STDMETHOD(get_Entry)(BSTR* value) override;
   STDMETHOD(get_Folder)(BSTR* value) override;
@@ -32,3 +34,5 @@ class CMMSource : public IDispatchImpl<IMMSource>,
   SearchFolder m_folder;
   std::shared_ptr<const RecordList> m_records;
 };
+
+}  // namespace qm::catalog

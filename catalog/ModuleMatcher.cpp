@@ -11,17 +11,19 @@
 #include "common/Bstr.h"
 #include "common/IgnoringCase.h"
 
+namespace qm::catalog {
+
 namespace {
 
-bool HasLanguage(const CCacheMSM& record, const CWideString& language) {
-  return EqualsIgnoringCase(CWideString::Format(L"%d", static_cast<int>(record.Language())),
-                            language);
+bool HasLanguage(const module::CCacheMSM& record, const common::WideString& language) {
+  return common::EqualsIgnoringCase(
+      common::WideString::Format(L"%d", static_cast<int>(record.Language())), language);
 }
 
-bool Matches(const CCacheMSM& record, const ModuleQuery& query) {
-  return EqualsIgnoringCase(record.ModuleID(), query.moduleId) &&
+bool Matches(const module::CCacheMSM& record, const ModuleQuery& query) {
+  return common::EqualsIgnoringCase(record.ModuleID(), query.moduleId) &&
          (query.language.empty() || HasLanguage(record, query.language)) &&
-         (query.version.empty() || EqualsIgnoringCase(record.Version(), query.version));
+         (query.version.empty() || common::EqualsIgnoringCase(record.Version(), query.version));
 }
 
 std::wstring LowerCaseKey(std::initializer_list<std::wstring_view> parts) {
@@ -44,7 +46,7 @@ class LookupKeys {
 
   /// Whether the process has read a module with one of these keys. The result does not affect the
   /// match.
-  bool AreKnown(CCatalogState& state) const {
+  bool AreKnown(CatalogState& state) const {
     bool known = false;
     for (const std::wstring& key : m_keys) {
       known = state.keys.Contains(key, state.records) || known;
@@ -63,29 +65,31 @@ class LookupKeys {
 
 }  // namespace
 
-ModuleQuery QueryOfKey(BSTR key, BSTR version) {
-  const std::wstring_view text = ViewOf(key);
+ModuleQuery ParseModuleKey(BSTR key, BSTR version) {
+  const std::wstring_view text = common::ViewOf(key);
   const size_t colon = text.find(L':');
   ModuleQuery query;
   query.moduleId = text.substr(0, colon);
   if (colon != std::wstring_view::npos) {
     query.language = text.substr(colon + 1);
   }
-  query.version = ViewOf(version);
+  query.version = common::ViewOf(version);
   return query;
 }
 
-CModuleList MatchModules(const CModuleList& modules, const ModuleQuery& query) {
-  CModuleList matches(0);
+CatalogModules FindMatchingModules(const CatalogModules& modules, const ModuleQuery& query) {
+  CatalogModules matches(0);
   std::optional<LookupKeys> keys;
   for (const auto& record : modules.Records()) {
     if (Matches(*record, query)) {
       if (!keys) {
         keys.emplace(query);
       }
-      keys->AreKnown(CCatalogState::Instance());
+      keys->AreKnown(CatalogState::Instance());
       matches.Add(record);
     }
   }
   return matches;
 }
+
+}  // namespace qm::catalog

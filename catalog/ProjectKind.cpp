@@ -4,16 +4,20 @@
 #include "common/ComPtr.h"
 #include "idl/host.h"
 
+namespace qm::catalog {
+
 long GetProjectKind(IUnknown& project) {
-  CComPtr<IHostProject> hostProject;
-  RaiseIfFailed(
+  common::ComPtr<IHostProject> hostProject;
+  com::RaiseIfFailed(
       project.QueryInterface(__uuidof(IHostProject), reinterpret_cast<void**>(hostProject.Put())));
-  CComPtr<IHostProjectSettings> settings;
-  RaiseIfFailed(hostProject->GetSettings(settings.Put()));
+  common::ComPtr<IHostProjectSettings> settings;
+  com::RaiseIfFailed(hostProject->GetSettings(settings.Put()));
   if (!settings) {
-    Raise(com_exception(E_UNEXPECTED, L"The project has no settings."));
+    com::Raise(com_exception(E_UNEXPECTED, L"The project has no settings."));
   }
   long kind = 0;
-  RaiseIfFailed(settings->GetProjectKind(&kind));
+  com::RaiseIfFailed(settings->GetProjectKind(&kind));
   return kind;
 }
+
+}  // namespace qm::catalog

@@ -8,14 +8,16 @@
 #include "common/CollectionIndex.h"
 #include "common/ComPtr.h"
 
+namespace qm::catalog {
+
 namespace {
 
-class CUniqueVariant {
+class UniqueVariant {
  public:
-  CUniqueVariant() noexcept { ::VariantInit(&m_value); }
-  ~CUniqueVariant() { ::VariantClear(&m_value); }
-  CUniqueVariant(const CUniqueVariant&) = delete;
-  CUniqueVariant& operator=(const CUniqueVariant&) = delete;
+  UniqueVariant() noexcept { ::VariantInit(&m_value); }
+  ~UniqueVariant() { ::VariantClear(&m_value); }
+  UniqueVariant(const UniqueVariant&) = delete;
+  UniqueVariant& operator=(const UniqueVariant&) = delete;
 
   VARIANT* Get() noexcept { return &m_value; }
   VARIANT* operator->() noexcept { return &m_value; }
@@ -26,14 +28,14 @@ class CUniqueVariant {
 
 /// A key and a version as the script passed them, not converted yet.
 struct Pair {
-  CUniqueVariant key;
-  CUniqueVariant version;
+  UniqueVariant key;
+  UniqueVariant version;
 };
 
 void Require(bool condition) {
   if (!condition) {
-    Raise(com_exception(E_INVALIDARG,
-                        L"The query is neither a module key nor an array of key and version."));
+    com::Raise(com_exception(
+        E_INVALIDARG, L"The query is neither a module key nor an array of key and version."));
   }
 }
 
@@ -50,15 +52,15 @@ ModuleQuery QueryOfTexts(VARIANT* key, VARIANT* version) {
   for (VARIANT* const value : {key, version}) {
     RequireSuccess(::VariantChangeType(value, value, 0, VT_BSTR));
   }
-  return QueryOfKey(key->bstrVal, version->bstrVal);
+  return ParseModuleKey(key->bstrVal, version->bstrVal);
 }
 
 void GetElement(SAFEARRAY* array, LONG index, VARTYPE type, VARIANT* value) {
   if (type == VT_VARIANT) {
-    RaiseIfFailed(::SafeArrayGetElement(array, &index, value));
+    com::RaiseIfFailed(::SafeArrayGetElement(array, &index, value));
   } else {
     Require(type == VT_BSTR);
-    RaiseIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
+    com::RaiseIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
     value->vt = VT_BSTR;
   }
 }
@@ -91,7 +93,7 @@ bool GetProperty(IDispatch& object, const wchar_t* name, VARIANT* value) {
 }
 
 ModuleQuery QueryOfArrayObject(IDispatch* object) {
-  CUniqueVariant length;
+  UniqueVariant length;
   Pair pair;
   Require(object && GetProperty(*object, L"length", length.Get()) &&
           SUCCEEDED(::VariantChangeType(length.Get(), length.Get(), 0, VT_I4)) &&
@@ -102,9 +104,9 @@ ModuleQuery QueryOfArrayObject(IDispatch* object) {
 
 }  // namespace
 
-ModuleQuery QueryOfArgument(const VARIANT& argument) {
-  CUniqueVariant value;
-  const VARIANT* const source = FollowReferences(&argument);
+ModuleQuery ParseQueryArgument(const VARIANT& argument) {
+  UniqueVariant value;
+  const VARIANT* const source = common::ResolveVariantReferences(&argument);
   Require(source != nullptr);
   RequireSuccess(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source)));
   if (value->vt & VT_ARRAY) {
@@ -113,12 +115,12 @@ ModuleQuery QueryOfArgument(const VARIANT& argument) {
   if (value->vt == VT_DISPATCH) {
     return QueryOfArrayObject(value->pdispVal);
   }
-  CUniqueVariant noVersion;
+  UniqueVariant noVersion;
   return QueryOfTexts(value.Get(), noVersion.Get());
 }
 
-void GiveCount(long count, VARIANT* out) noexcept {
-  out = const_cast<VARIANT*>(FollowReferences(out));
+void StoreCount(long count, VARIANT* out) noexcept {
+  out = const_cast<VARIANT*>(common::ResolveVariantReferences(out));
   if (!out || (out->vt == VT_ERROR && out->scode == DISP_E_PARAMNOTFOUND)) {
     return;
   }
@@ -130,3 +132,5 @@ void GiveCount(long count, VARIANT* out) noexcept {
   out->vt = VT_I4;
   out->lVal = count;
 }
+
+}  // namespace qm::catalog

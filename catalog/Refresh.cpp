@@ -2,33 +2,35 @@
 
 #include "catalog/GalleryModules.h"
 
+namespace qm::catalog {
+
 namespace {
 
-using SourceMap = CCatalogState::SourceMap;
+using SourceMap = CatalogState::SourceMap;
 
 /// Returns the sources of `folders`: those of `known` that match, and new ones.
 SourceMap MakeSources(const SourceMap& known, const std::vector<SearchFolder>& folders) {
   SourceMap sources;
   for (const SearchFolder& folder : folders) {
-    if (sources.count(folder.folder) != 0) {
+    if (sources.count(folder.path) != 0) {
       continue;
     }
-    const auto found = known.find(folder.folder);
+    const auto found = known.find(folder.path);
     const bool isKnown = found != known.end();
-    if (isKnown && IsSameSource(found->second->Description(), folder)) {
+    if (isKnown && CanShareSource(found->second->Folder(), folder)) {
       found->second->SetEntry(folder.entry);
       sources.insert(*found);
     } else {
-      sources.emplace(folder.folder,
-                      std::make_shared<CSource>(folder, isKnown ? found->second.get() : nullptr));
+      sources.emplace(folder.path,
+                      std::make_shared<Source>(folder, isKnown ? found->second.get() : nullptr));
     }
   }
   return sources;
 }
 
-void AddModulesOfPass(const SourceMap& sources, Pass pass, CModuleList& modules) {
+void AddModulesOfPass(const SourceMap& sources, Pass pass, CatalogModules& modules) {
   for (const auto& [folder, source] : sources) {
-    if (source->Description().pass == pass) {
+    if (source->Folder().pass == pass) {
       for (const auto& record : *source->Records()) {
         modules.Add(record);
       }
@@ -38,31 +40,33 @@ void AddModulesOfPass(const SourceMap& sources, Pass pass, CModuleList& modules)
 
 }  // namespace
 
-void UpdateSources(CCatalogState& state, const std::vector<SearchFolder>& folders) {
+void UpdateSources(CatalogState& state, const std::vector<SearchFolder>& folders) {
   SourceMap sources = MakeSources(state.sources, folders);
   if (sources != state.sources) {
     state.sources.swap(sources);
-    state.NoteChange();
+    state.MarkChanged();
   }
 }
 
-void RecheckSources(CCatalogState& state) {
+void RecheckSources(CatalogState& state) {
   for (const auto& [folder, source] : state.sources) {
-    if (source->Recheck()) {
-      state.NoteChange();
+    if (source->FindChanges()) {
+      state.MarkChanged();
     }
   }
 }
 
-CModuleList BuildModuleList(CCatalogState& state, const CWideString& galleryRoot) {
+CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot) {
   size_t count = 0;
   for (const auto& [folder, source] : state.sources) {
     source->UpdateRecords([&](const auto& record) { state.records.push_back(record); });
     count += source->Records()->size();
   }
-  CModuleList modules(count);
+  CatalogModules modules(count);
   AddModulesOfPass(state.sources, Pass::First, modules);
   AddModulesOfPass(state.sources, Pass::Second, modules);
-  AddModulesOfGallery(state, galleryRoot, modules);
+  AddGalleryModules(state, galleryRoot, modules);
   return modules;
 }
+
+}  // namespace qm::catalog

@@ -5,18 +5,22 @@
 #include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
 
+namespace qm::catalog {
+
 // The steps of a refresh, in order; called behind the ApartmentGate. Each step records the changes
 // that it finds in the state, so that the next refresh continues after a failure in a later step.
 // All throw std::bad_alloc.
 
 /// Makes `folders` the sources of the process. If a folder occurs twice, its first entry is used.
 /// Unchanged sources keep the records that they have read.
-void UpdateSources(CCatalogState& state, const std::vector<SearchFolder>& folders);
+void UpdateSources(CatalogState& state, const std::vector<SearchFolder>& folders);
 
 /// Looks for changes in the folders of all sources.
-void RecheckSources(CCatalogState& state);
+void RecheckSources(CatalogState& state);
 
 /// Reads what has changed and lists all modules: first those of first-pass sources, then those of
 /// second-pass sources, both by source and then by record, and last those that only the gallery
 /// has. Raises failures of the sibling components.
-CModuleList BuildModuleList(CCatalogState& state, const CWideString& galleryRoot);
+CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot);
+
+}  // namespace qm::catalog

@@ -4,40 +4,44 @@
 #include "com/loader/ComponentLoader.h"
 #include "common/Path.h"
 
+namespace qm::catalog {
+
 namespace {
 
-CWideString GetProperty(IRepository& repository, const wchar_t* name) {
-  CUniqueBstr value;
-  RaiseIfFailed(repository.GetProperty(MakeBstr(name).Get(), value.Put()));
-  return ViewOf(value.Get());
+common::WideString GetProperty(IRepository& repository, const wchar_t* name) {
+  common::UniqueBstr value;
+  com::RaiseIfFailed(repository.GetProperty(com::AllocateBstr(name).Get(), value.Put()));
+  return common::ViewOf(value.Get());
 }
 
 }  // namespace
 
-CComPtr<IRepositoryMgr> OpenRepositoryList(const CWideString& dataFolder) {
+common::ComPtr<IRepositoryMgr> CreateRepositoryManager(const common::WideString& dataFolder) {
   if (dataFolder.empty()) {
     return nullptr;
   }
-  const CWideString path = JoinPath(dataFolder, L"Repositories\\Repositories.xml");
+  const common::WideString path = common::JoinPath(dataFolder, L"Repositories\\Repositories.xml");
   auto manager =
-      CComponentLoader::Instance().Create<IRepositoryMgr>(L"Corvane8.dll", CLSID_RepositoryMgr);
-  RaiseIfFailed(manager->put_Path(MakeBstr(path).Get()));
+      com::ComponentLoader::Instance().Create<IRepositoryMgr>(L"Corvane8.dll", CLSID_RepositoryMgr);
+  com::RaiseIfFailed(manager->put_Path(com::AllocateBstr(path).Get()));
   return manager;
 }
 
-std::vector<Repository> ReadRepositories(IRepositoryMgr& manager) {
-  std::vector<Repository> found;
-  CComPtr<IRepositories> repositories;
-  RaiseIfFailed(manager.GetRepositories(repositories.Put()));
+std::vector<RepositoryInfo> ListRepositories(IRepositoryMgr& manager) {
+  std::vector<RepositoryInfo> found;
+  common::ComPtr<IRepositories> repositories;
+  com::RaiseIfFailed(manager.GetRepositories(repositories.Put()));
   if (!repositories) {
     return found;
   }
-  CComPtr<IRepository> repository;
-  RaiseIfFailed(repositories->MoveFirst(repository.Put()));
+  common::ComPtr<IRepository> repository;
+  com::RaiseIfFailed(repositories->MoveFirst(repository.Put()));
   while (repository) {
     found.push_back(
         {GetProperty(*repository, L"MMSearchPath"), GetProperty(*repository, L"DisplayName")});
-    RaiseIfFailed(repositories->MoveNext(repository.Put()));
+    com::RaiseIfFailed(repositories->MoveNext(repository.Put()));
   }
   return found;
 }
+
+}  // namespace qm::catalog

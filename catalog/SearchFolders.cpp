@@ -3,44 +3,50 @@
 #include "common/Path.h"
 #include "common/SearchPath.h"
 
+namespace qm::catalog {
+
 namespace {
 
-void Append(const CWideString& searchPath, const CWideString& displayName, Pass pass,
+void Append(const common::WideString& searchPath, const common::WideString& displayName, Pass pass,
             std::vector<SearchFolder>& folders) {
-  for (CWideString& entry : SplitCommaList(searchPath)) {
-    CWideString folder = SearchFolderOf(entry);
+  for (common::WideString& entry : common::SplitCommaList(searchPath)) {
+    common::WideString folder = common::ResolveSearchFolder(entry);
     if (folder.empty()) {
       continue;
     }
-    const CWideString& name = displayName.empty() ? folder : displayName;
+    const common::WideString& name = displayName.empty() ? folder : displayName;
     folders.push_back({std::move(entry), folder, name, pass});
   }
 }
 
 }  // namespace
 
-bool IsSameSource(const SearchFolder& a, const SearchFolder& b) noexcept {
-  const auto isUnnamed = [](const SearchFolder& one) { return one.displayName == one.folder; };
+bool CanShareSource(const SearchFolder& a, const SearchFolder& b) noexcept {
+  const auto isUnnamed = [](const SearchFolder& one) { return one.displayName == one.path; };
   return a.pass == b.pass && (a.displayName == b.displayName || (isUnnamed(a) && isUnnamed(b)));
 }
 
-bool FolderOrder::operator()(const CWideString& a, const CWideString& b) const noexcept {
-  return CompareFileNames(a, b) < 0;
+bool FolderLess::operator()(const common::WideString& a,
+                            const common::WideString& b) const noexcept {
+  return common::CompareFileNames(a, b) < 0;
 }
 
-CWideString JoinSearchPaths(const CWideString& first, const CWideString& second) {
+common::WideString JoinSearchPaths(const common::WideString& first,
+                                   const common::WideString& second) {
   if (first.empty() || second.empty()) {
     return first.empty() ? second : first;
   }
-  return CWideString::Format(L"%s,%s", first.c_str(), second.c_str());
+  return common::WideString::Format(L"%s,%s", first.c_str(), second.c_str());
 }
 
-std::vector<SearchFolder> ListSearchFolders(const CWideString& searchPath,
-                                            const std::vector<Repository>& repositories) {
+std::vector<SearchFolder> ListSearchFolders(const common::WideString& searchPath,
+                                            const std::vector<RepositoryInfo>& repositories) {
   std::vector<SearchFolder> folders;
-  Append(searchPath, CWideString(), Pass::First, folders);
-  for (const Repository& repository : repositories) {
+  Append(searchPath, common::WideString(), Pass::First, folders);
+  for (const RepositoryInfo& repository : repositories) {
     Append(repository.searchPath, repository.displayName, Pass::Second, folders);
   }
   return folders;
 }
+
+}  // namespace qm::catalog

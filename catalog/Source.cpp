@@ -7,17 +7,19 @@
 #include "common/FolderFiles.h"
 #include "common/Path.h"
 
-CSource::CSource(const SearchFolder& folder, const CSource* predecessor)
+namespace qm::catalog {
+
+Source::Source(const SearchFolder& folder, const Source* predecessor)
     : m_folder(folder), m_records(std::make_shared<RecordList>()) {
   // Records name the folder as their origin, so its spelling must be the same.
-  if (predecessor && predecessor->m_folder.folder == folder.folder) {
+  if (predecessor && predecessor->m_folder.path == folder.path) {
     m_files = predecessor->m_files;
     m_records = predecessor->m_records;
     m_bAnyIncomplete = predecessor->m_bAnyIncomplete;
   }
 }
 
-bool CSource::Recheck() {
+bool Source::FindChanges() {
   ListFolder();
   if (m_bAnyIncomplete) {
     RetryIncomplete();
@@ -27,13 +29,13 @@ bool CSource::Recheck() {
 
 /// Compares the folder with the list of files. They are nearly always in the same order, so nothing
 /// is allocated until a file is missing or new.
-void CSource::ListFolder() {
+void Source::ListFolder() {
   size_t position = 0;
   bool isInOrder = true;
   Files others;
-  const FolderListing listing =
-      ForEachFile(m_folder.folder, L".msm", [&](const WIN32_FIND_DATAW& found) {
-        const FileStamp stamp = FileStamp::Of(found);
+  const common::ListingOutcome listing =
+      common::ForEachFile(m_folder.path, L".msm", [&](const WIN32_FIND_DATAW& found) {
+        const common::FileStamp stamp = common::FileStamp::Of(found);
         isInOrder =
             isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
         if (!isInOrder) {
@@ -47,14 +49,15 @@ void CSource::ListFolder() {
         }
       });
   // The files of an unavailable folder do not count as deleted.
-  if (listing != FolderListing::Unavailable && (!others.empty() || position != m_files.size())) {
+  if (listing != common::ListingOutcome::Unavailable &&
+      (!others.empty() || position != m_files.size())) {
     ReplaceFiles(std::move(others), position);
   }
 }
 
 /// Replaces all but the first `unchanged` files of the list with `others`, which keep the records
 /// that they have there.
-void CSource::ReplaceFiles(Files others, size_t unchanged) {
+void Source::ReplaceFiles(Files others, size_t unchanged) {
   const auto rest = m_files.begin() + static_cast<std::ptrdiff_t>(unchanged);
   std::map<std::wstring_view, const File*> known;
   for (auto file = rest; file != m_files.end(); ++file) {
@@ -80,7 +83,7 @@ void CSource::ReplaceFiles(Files others, size_t unchanged) {
 
 /// Reads the files with incomplete records again: a file that was locked or half written may become
 /// readable without a change in the listing.
-void CSource::RetryIncomplete() {
+void Source::RetryIncomplete() {
   for (File& file : m_files) {
     if (file.record && file.record->IsIncomplete()) {
       const auto record = Read(file);
@@ -92,11 +95,11 @@ void CSource::RetryIncomplete() {
   }
 }
 
-bool CSource::NeedsReading(const File& file) noexcept {
+bool Source::NeedsReading(const File& file) noexcept {
   if (!file.record) {
     return true;
   }
-  const bool rewritten = file.record->NeedsRecheck() && file.stamp != file.readStamp;
+  const bool rewritten = file.record->IsRecheckPending() && file.stamp != file.readStamp;
   file.record->SetRecheck(rewritten);
   return rewritten;
 }
@@ -104,15 +107,15 @@ bool CSource::NeedsReading(const File& file) noexcept {
 /// Reads a file into a new record; null if it cannot be read and the folder no longer lists it. The
 /// listing decides because a file that exists but cannot be opened must not disappear from the
 /// catalog and come back at the next refresh.
-std::shared_ptr<CCacheMSM> CSource::Read(const File& file) const {
-  const CWideString path = JoinPath(m_folder.folder, file.name);
-  auto record = std::make_shared<CCacheMSM>();
-  record->InitFromFoundModule(path, m_folder.folder);
-  return record->IsIncomplete() && !IsListed(path) ? nullptr : record;
+std::shared_ptr<module::CCacheMSM> Source::Read(const File& file) const {
+  const common::WideString path = common::JoinPath(m_folder.path, file.name);
+  auto record = std::make_shared<module::CCacheMSM>();
+  record->TryInitFromModule(path, m_folder.path);
+  return record->IsIncomplete() && !common::IsListedByParent(path) ? nullptr : record;
 }
 
 /// Rebuilds the list of records.
-void CSource::SetRecords() {
+void Source::SetRecords() {
   RecordList records;
   records.reserve(m_files.size());
   bool anyIncomplete = false;
@@ -129,3 +132,5 @@ void CSource::SetRecords() {
   m_bAnyIncomplete = anyIncomplete;
   m_bChanged = false;
 }
+
+}  // namespace qm::catalog

@@ -9,8 +9,10 @@
 #include "common/FileStamp.h"
 #include "module/CacheMSM.h"
 
+namespace qm::catalog {
+
 /// Records; those of a folder are sorted by key and then by path.
-using RecordList = std::vector<std::shared_ptr<CCacheMSM>>;
+using RecordList = std::vector<std::shared_ptr<module::CCacheMSM>>;
 
 /// A search folder and the records of the module files (*.msm) in it. Used behind the
 /// ApartmentGate.
@@ -18,25 +20,25 @@ using RecordList = std::vector<std::shared_ptr<CCacheMSM>>;
 /// An update has two steps, so that a refresh finds changes before it reads anything: Recheck lists
 /// the folder, UpdateRecords reads what is new. A record is kept while its file has the last-write
 /// time and the size that it had when it was read.
-class CSource {
+class Source {
  public:
   /// Creates a source that has not listed its folder yet. It takes over the records of
   /// `predecessor`, the source of the same folder with another description; null if the folder is
   /// new.
-  CSource(const SearchFolder& folder, const CSource* predecessor);
-  CSource(const CSource&) = delete;
-  CSource& operator=(const CSource&) = delete;
-  ~CSource() = default;
+  Source(const SearchFolder& folder, const Source* predecessor);
+  Source(const Source&) = delete;
+  Source& operator=(const Source&) = delete;
+  ~Source() = default;
 
-  const SearchFolder& Description() const noexcept { return m_folder; }
+  const SearchFolder& Folder() const noexcept { return m_folder; }
 
   /// Sets the current spelling of the folder in the search path. Throws std::bad_alloc.
-  void SetEntry(const CWideString& entry) { m_folder.entry = entry; }
+  void SetEntry(const common::WideString& entry) { m_folder.entry = entry; }
 
   /// Lists the folder and returns whether Records() is out of date: a file was added, removed or
   /// rewritten, or has become readable. A missing folder has no files; a folder that cannot be
   /// listed keeps its files. Returns true until UpdateRecords has succeeded. Throws std::bad_alloc.
-  bool Recheck();
+  bool FindChanges();
 
   /// Reads the files that have no record, and those that were rewritten, and calls `adopt` with
   /// every new record. A file that cannot be read gets an incomplete record, unless the folder no
@@ -65,10 +67,10 @@ class CSource {
 
  private:
   struct File {
-    CWideString name;
-    FileStamp stamp;      ///< from the last listing of the folder
-    FileStamp readStamp;  ///< `stamp` when the record was read
-    std::shared_ptr<CCacheMSM> record;
+    common::WideString name;
+    common::FileStamp stamp;      ///< from the last listing of the folder
+    common::FileStamp readStamp;  ///< `stamp` when the record was read
+    std::shared_ptr<module::CCacheMSM> record;
   };
   using Files = std::vector<File>;
 
@@ -77,7 +79,7 @@ class CSource {
   void ListFolder();
   void ReplaceFiles(Files others, size_t unchanged);
   void RetryIncomplete();
-  std::shared_ptr<CCacheMSM> Read(const File& file) const;
+  std::shared_ptr<module::CCacheMSM> Read(const File& file) const;
   void SetRecords();
 
   SearchFolder m_folder;
@@ -86,3 +88,5 @@ class CSource {
   bool m_bAnyIncomplete = false;
   std::shared_ptr<const RecordList> m_records;
 };
+
+}  // namespace qm::catalog

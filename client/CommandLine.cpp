@@ -12,6 +12,8 @@
 #include "client/terminal/Report.h"
 #include "merge/JoinTexts.h"
 
+namespace mmcat {
+
 namespace {
 
 constexpr char kExamples[] =
@@ -54,7 +56,7 @@ class Parser {
       return exitCode == 0 ? kSuccess : kUsage;
     }
     return [run = m_run, settings = m_settings, output = m_output] {
-      Apply(settings);
+      ApplyCatalogSettings(settings);
       return run(output);
     };
   }
@@ -71,10 +73,10 @@ class Parser {
         std::find(names.begin(), names.end(), argument) != names.end()) {
       return false;
     }
-    const std::vector<std::string> nearest = NearestNames(argument, names);
-    PrintRemark(
-        argument + ": unknown command" +
-        (nearest.empty() ? "; see mmcat --help" : "; did you mean " + JoinTexts(nearest, " or ")));
+    const std::vector<std::string> nearest = FindNearestNames(argument, names);
+    PrintRemark(argument + ": unknown command" +
+                (nearest.empty() ? "; see mmcat --help"
+                                 : "; did you mean " + qm::merge::JoinTexts(nearest, " or ")));
     return true;
   }
 
@@ -102,7 +104,7 @@ class Parser {
     };
     add("--folder", m_settings.folders, "Module search folder; can be repeated")
         ->allow_extra_args(false)
-        ->check(CLI::Validator(WhyNoSearchFolder, ""));
+        ->check(CLI::Validator(ValidateSearchFolder, ""));
     add("--gallery", m_settings.galleryRoot, "Root of the object gallery");
     add("--index", m_settings.indexFolder, "Folder of the index tables");
     add("--data", m_settings.dataFolder, "Folder that contains Repositories\\Repositories.xml");
@@ -119,6 +121,8 @@ class Parser {
 
 }  // namespace
 
-CommandLine ReadCommandLine(std::vector<std::string> arguments) {
+CommandLine ParseCommandLine(std::vector<std::string> arguments) {
   return Parser().Read(std::move(arguments));
 }
+
+}  // namespace mmcat

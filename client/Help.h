@@ -3,6 +3,8 @@
 #include <CLI/CLI.hpp>
 #include <string>
 
+namespace mmcat {
+
 /// Help that begins with examples.
 class HelpFormatter : public CLI::Formatter {
  public:
@@ -14,3 +16,5 @@ class HelpFormatter : public CLI::Formatter {
  private:
   std::string m_examples;
 };
+
+}  // namespace mmcat

@@ -8,28 +8,28 @@
 #include "client/terminal/Report.h"
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
-
 // Keep the C library from expanding wildcards: in some arguments they are patterns.
 extern "C" int _dowildcard;
 int _dowildcard = 0;
 
+namespace mmcat {
+
 namespace {
 
-class CComApartment {
+class ComApartment {
  public:
-  CComApartment() { Check(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
-  ~CComApartment() { ::CoUninitialize(); }
-  CComApartment(const CComApartment&) = delete;
-  CComApartment& operator=(const CComApartment&) = delete;
+  ComApartment() { ThrowIfFailed(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED)); }
+  ~ComApartment() { ::CoUninitialize(); }
+  ComApartment(const ComApartment&) = delete;
+  ComApartment& operator=(const ComApartment&) = delete;
 };
 
 ExitCode Run(const std::function<ExitCode()>& command) {
   try {
-    const CComApartment apartment;
+    const ComApartment apartment;
     return command();
   } catch (const ServerFailure& failure) {
-    PrintRemark("the server failed: " + HResultText(failure.Result()) + ' ' + failure.what());
+    PrintRemark("the server failed: " + FormatHResult(failure.HResult()) + ' ' + failure.what());
   } catch (const std::exception& failure) {  // such as out of memory
     PrintRemark(failure.what());
   }
@@ -48,11 +48,13 @@ ExitCode Run(const CommandLine& commandLine) {
 
 }  // namespace
 
+}  // namespace mmcat
+
 int wmain(int argc, wchar_t** argv) {
-  const CConsoleMode console;
+  const mmcat::ConsoleMode console;
   std::vector<std::string> arguments;
   for (int i = 1; i < argc; ++i) {
-    arguments.push_back(ToUtf8(argv[i]));
+    arguments.push_back(qm::text::ToUtf8(argv[i]));
   }
-  return Run(ReadCommandLine(std::move(arguments)));
+  return mmcat::Run(mmcat::ParseCommandLine(std::move(arguments)));
 }

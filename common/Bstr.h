@@ -6,6 +6,8 @@
 
 #include "common/UniqueHandle.h"
 
+namespace qm::common {
+
 struct BstrTraits {
   using Handle = BSTR;
   static constexpr Handle None() noexcept { return nullptr; }
@@ -13,10 +15,10 @@ struct BstrTraits {
 };
 
 /// Owns a BSTR.
-using CUniqueBstr = CUniqueHandle<BstrTraits>;
+using UniqueBstr = UniqueHandle<BstrTraits>;
 
 /// Allocates a BSTR, which the caller must free. Returns null if out of memory.
-[[nodiscard]] inline BSTR AllocBstr(std::wstring_view text) noexcept {
+[[nodiscard]] inline BSTR TryAllocateBstr(std::wstring_view text) noexcept {
   return ::SysAllocStringLen(text.data(), static_cast<UINT>(text.size()));
 }
 
@@ -24,3 +26,5 @@ using CUniqueBstr = CUniqueHandle<BstrTraits>;
 inline std::wstring_view ViewOf(BSTR text) noexcept {
   return text ? std::wstring_view(text, ::SysStringLen(text)) : std::wstring_view();
 }
+
+}  // namespace qm::common

@@ -2,13 +2,15 @@
 
 #include "common/Bstr.h"
 
+namespace qm::common {
+
 namespace {
 
 size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1; }
 
 }  // namespace
 
-const VARIANT* FollowReferences(const VARIANT* value) noexcept {
+const VARIANT* ResolveVariantReferences(const VARIANT* value) noexcept {
   // Callers do not nest references. A chain this deep refers to itself.
   constexpr int maxDepth = 16;
   for (int depth = 0; value && depth < maxDepth; ++depth) {
@@ -21,20 +23,20 @@ const VARIANT* FollowReferences(const VARIANT* value) noexcept {
   return nullptr;
 }
 
-CCollectionIndex::CCollectionIndex(const VARIANT& index) {
+CollectionIndex::CollectionIndex(const VARIANT& index) {
   ::VariantInit(&m_converted);
-  if (const VARIANT* const value = FollowReferences(&index)) {
-    Take(*value);
+  if (const VARIANT* const value = ResolveVariantReferences(&index)) {
+    Parse(*value);
   }
 }
 
-CCollectionIndex::~CCollectionIndex() { ::VariantClear(&m_converted); }
+CollectionIndex::~CollectionIndex() { ::VariantClear(&m_converted); }
 
-void CCollectionIndex::Take(const VARIANT& index) {
+void CollectionIndex::Parse(const VARIANT& index) {
   const bool reference = (index.vt & VT_BYREF) != 0;
   switch (index.vt & ~VT_BYREF) {
     case VT_BSTR:
-      TakeText(reference ? *index.pbstrVal : index.bstrVal);
+      SetKey(reference ? *index.pbstrVal : index.bstrVal);
       break;
     case VT_I2:
       m_position = FromNumber(reference ? *index.piVal : index.iVal);
@@ -49,13 +51,15 @@ void CCollectionIndex::Take(const VARIANT& index) {
     default: {
       // VariantChangeType only reads its source, although the parameter is not const.
       if (SUCCEEDED(::VariantChangeType(&m_converted, const_cast<VARIANT*>(&index), 0, VT_BSTR))) {
-        TakeText(m_converted.bstrVal);
+        SetKey(m_converted.bstrVal);
       }
     }
   }
 }
 
-void CCollectionIndex::TakeText(BSTR text) noexcept {
+void CollectionIndex::SetKey(BSTR text) noexcept {
   m_isText = true;
   m_text = text ? ViewOf(text) : L"";
 }
+
+}  // namespace qm::common

@@ -4,33 +4,35 @@
 
 #include <utility>
 
+namespace qm::common {
+
 /// Owns one reference to a COM object.
 template <class T>
-class CComPtr {
+class ComPtr {
  public:
-  CComPtr() noexcept = default;
-  CComPtr(T* object) noexcept : m_object(object) {
+  ComPtr() noexcept = default;
+  ComPtr(T* object) noexcept : m_object(object) {
     if (m_object) {
       m_object->AddRef();
     }
   }
-  CComPtr(const CComPtr& other) noexcept : CComPtr(other.m_object) {}
-  CComPtr(CComPtr&& other) noexcept : m_object(other.Detach()) {}
-  CComPtr& operator=(const CComPtr& other) noexcept {
-    CComPtr copy(other);
+  ComPtr(const ComPtr& other) noexcept : ComPtr(other.m_object) {}
+  ComPtr(ComPtr&& other) noexcept : m_object(other.Detach()) {}
+  ComPtr& operator=(const ComPtr& other) noexcept {
+    ComPtr copy(other);
     std::swap(m_object, copy.m_object);
     return *this;
   }
-  CComPtr& operator=(CComPtr&& other) noexcept {
-    CComPtr taken(std::move(other));
+  ComPtr& operator=(ComPtr&& other) noexcept {
+    ComPtr taken(std::move(other));
     std::swap(m_object, taken.m_object);
     return *this;
   }
-  ~CComPtr() { Release(); }
+  ~ComPtr() { Release(); }
 
   /// Takes ownership of a reference that the caller holds.
-  static CComPtr Adopt(T* object) noexcept {
-    CComPtr holder;
+  static ComPtr Adopt(T* object) noexcept {
+    ComPtr holder;
     holder.m_object = object;
     return holder;
   }
@@ -63,3 +65,5 @@ class CComPtr {
  private:
   T* m_object = nullptr;
 };
+
+}  // namespace qm::common

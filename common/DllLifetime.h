@@ -4,41 +4,43 @@
 #include <memory>
 #include <utility>
 
+namespace qm::common {
+
 /// Destroys what the DLL keeps for its lifetime, in reverse order of creation: the objects of every
-/// CModuleWide, class factories, type information. Anything used afterwards is created again.
+/// DllWide, class factories, type information. Anything used afterwards is created again.
 ///
 /// Call it when the DLL is unloaded. Do not call it when the process ends: nothing needs to be
 /// released then, and other DLLs may already be gone.
-void EndModuleLifetime() noexcept;
+void EndDllLifetime() noexcept;
 
-/// Base of the objects that EndModuleLifetime ends. They are static: End releases what they hold,
+/// Base of the objects that EndDllLifetime ends. They are static: End releases what they hold,
 /// while their own memory stays.
-class CModuleLifetimeLink {
+class DllLifetimeLink {
  public:
-  CModuleLifetimeLink(const CModuleLifetimeLink&) = delete;
-  CModuleLifetimeLink& operator=(const CModuleLifetimeLink&) = delete;
+  DllLifetimeLink(const DllLifetimeLink&) = delete;
+  DllLifetimeLink& operator=(const DllLifetimeLink&) = delete;
 
  protected:
-  constexpr CModuleLifetimeLink() noexcept = default;
-  ~CModuleLifetimeLink() = default;
-  /// Makes EndModuleLifetime call End. Call it once there is something to end, and not again before
+  constexpr DllLifetimeLink() noexcept = default;
+  ~DllLifetimeLink() = default;
+  /// Makes EndDllLifetime call End. Call it once there is something to end, and not again before
   /// End. Thread-safe.
   void Enlist() noexcept;
 
  private:
-  friend void EndModuleLifetime() noexcept;
+  friend void EndDllLifetime() noexcept;
   virtual void End() noexcept = 0;
 
-  CModuleLifetimeLink* m_next = nullptr;
+  DllLifetimeLink* m_next = nullptr;
 };
 
-/// Holds a singleton of this DLL from its first use until EndModuleLifetime. Get and Find are
-/// thread-safe. A static CModuleWide is initialised at compile time and has no destructor that runs
+/// Holds a singleton of this DLL from its first use until EndDllLifetime. Get and Find are
+/// thread-safe. A static DllWide is initialised at compile time and has no destructor that runs
 /// at exit.
 template <class T>
-class CModuleWide final : private CModuleLifetimeLink {
+class DllWide final : private DllLifetimeLink {
  public:
-  constexpr CModuleWide() noexcept = default;
+  constexpr DllWide() noexcept = default;
 
   /// Returns the object. The first call creates it by `make`, which returns a T* from new. If
   /// `make` throws, the next call tries again. If several threads create it at once, one of the
@@ -64,3 +66,5 @@ class CModuleWide final : private CModuleLifetimeLink {
 
   std::atomic<T*> m_object = nullptr;
 };
+
+}  // namespace qm::common

@@ -2,17 +2,21 @@
 
 #include <windows.h>
 
+namespace qm::common {
+
 /// Holds an SRWLOCK exclusively while in scope. Hold it for a few instructions only, or for work
 /// that calls no other objects: a thread that waits for it dispatches no COM calls.
-class CExclusiveLock {
+class ExclusiveLock {
  public:
-  explicit CExclusiveLock(SRWLOCK& lock) noexcept : m_lock(lock) {
+  explicit ExclusiveLock(SRWLOCK& lock) noexcept : m_lock(lock) {
     ::AcquireSRWLockExclusive(&m_lock);
   }
-  ~CExclusiveLock() { ::ReleaseSRWLockExclusive(&m_lock); }
-  CExclusiveLock(const CExclusiveLock&) = delete;
-  CExclusiveLock& operator=(const CExclusiveLock&) = delete;
+  ~ExclusiveLock() { ::ReleaseSRWLockExclusive(&m_lock); }
+  ExclusiveLock(const ExclusiveLock&) = delete;
+  ExclusiveLock& operator=(const ExclusiveLock&) = delete;
 
  private:
   SRWLOCK& m_lock;
 };
+
+}  // namespace qm::common

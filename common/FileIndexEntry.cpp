@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace qm::common {
+
 namespace {
 
 bool IsFlag(std::wstring_view text) noexcept {
@@ -9,14 +11,14 @@ bool IsFlag(std::wstring_view text) noexcept {
          std::all_of(text.begin(), text.end(), [](wchar_t c) { return c >= L'0' && c <= L'9'; });
 }
 
-CWideString WithLanguage(std::wstring_view key) {
-  const CWideString text(key);
+WideString WithLanguage(std::wstring_view key) {
+  const WideString text(key);
   return key.find(L':') == std::wstring_view::npos ? text + L":0" : text;
 }
 
 }  // namespace
 
-CWideString ModuleOfFileEntry(std::wstring_view entry) {
+WideString ParseFileIndexEntry(std::wstring_view entry) {
   const size_t colon = entry.find(L':');
   if (colon == std::wstring_view::npos || entry.substr(0, colon) != L"0") {
     return {};
@@ -24,8 +26,10 @@ CWideString ModuleOfFileEntry(std::wstring_view entry) {
   return WithLanguage(entry.substr(colon + 1));
 }
 
-CWideString ModuleOfPlatformFileEntry(std::wstring_view entry) {
+WideString ParsePlatformFileIndexEntry(std::wstring_view entry) {
   const size_t colon = entry.find(L':');
   const bool hasFlag = colon != std::wstring_view::npos && IsFlag(entry.substr(0, colon));
-  return hasFlag || entry.empty() ? ModuleOfFileEntry(entry) : WithLanguage(entry);
+  return hasFlag || entry.empty() ? ParseFileIndexEntry(entry) : WithLanguage(entry);
 }
+
+}  // namespace qm::common

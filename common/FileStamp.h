@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace qm::common {
+
 /// Identifies the version of a file: writing to the file changes its size or its last-write time,
 /// which may move in either direction. All 0 for a file that does not exist.
 struct FileStamp {
@@ -20,3 +22,5 @@ inline bool operator==(const FileStamp& a, const FileStamp& b) noexcept {
 }
 
 inline bool operator!=(const FileStamp& a, const FileStamp& b) noexcept { return !(a == b); }
+
+}  // namespace qm::common

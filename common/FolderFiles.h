@@ -5,6 +5,8 @@
 #include "common/Path.h"
 #include "common/UniqueHandle.h"
 
+namespace qm::common {
+
 struct FindHandleTraits {
   using Handle = HANDLE;
   static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
@@ -12,16 +14,16 @@ struct FindHandleTraits {
 };
 
 /// Owns the handle of a file search.
-using CUniqueFindHandle = CUniqueHandle<FindHandleTraits>;
+using UniqueFindHandle = UniqueHandle<FindHandleTraits>;
 
 /// While in scope, makes the system return an error on this thread where it would prompt the user
 /// for a disk.
-class CNoDiskPrompts {
+class ScopedNoDiskPrompts {
  public:
-  CNoDiskPrompts() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &m_previous); }
-  ~CNoDiskPrompts() { ::SetThreadErrorMode(m_previous, nullptr); }
-  CNoDiskPrompts(const CNoDiskPrompts&) = delete;
-  CNoDiskPrompts& operator=(const CNoDiskPrompts&) = delete;
+  ScopedNoDiskPrompts() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &m_previous); }
+  ~ScopedNoDiskPrompts() { ::SetThreadErrorMode(m_previous, nullptr); }
+  ScopedNoDiskPrompts(const ScopedNoDiskPrompts&) = delete;
+  ScopedNoDiskPrompts& operator=(const ScopedNoDiskPrompts&) = delete;
 
  private:
   DWORD m_previous = 0;
@@ -31,7 +33,7 @@ class CNoDiskPrompts {
 bool HasExtension(std::wstring_view fileName, std::wstring_view extension) noexcept;
 
 /// The outcome of listing the files of a folder.
-enum class FolderListing {
+enum class ListingOutcome {
   Complete,     ///< every file was listed; there may be none
   Missing,      ///< the folder does not exist
   Unavailable,  ///< the files are unknown: the share is offline, access is denied, or the listing
@@ -39,26 +41,26 @@ enum class FolderListing {
 };
 
 /// Returns the outcome of a listing that ended with `code`, a GetLastError() code.
-FolderListing ListingThatEndedWith(DWORD code) noexcept;
+ListingOutcome ClassifyListing(DWORD code) noexcept;
 
 /// Starts to list `folder` and returns the GetLastError() code, or ERROR_SUCCESS if there is an
-/// entry. See ListingThatEndedWith.
-DWORD TryToList(const CWideString& folder);
+/// entry. See ClassifyListing.
+DWORD ProbeFolder(const WideString& folder);
 
 /// Returns whether the parent folder lists the file or folder at the full path `path`. True if the
 /// parent folder is unavailable.
-bool IsListed(const CWideString& path);
+bool IsListedByParent(const WideString& path);
 
 /// Calls `use` with the WIN32_FIND_DATAW of every file in `folder` whose name ends in `extension`,
 /// in the order of the file system.
 template <class Use>
-FolderListing ForEachFile(const CWideString& folder, std::wstring_view extension, Use use) {
-  const CNoDiskPrompts noPrompts;
+ListingOutcome ForEachFile(const WideString& folder, std::wstring_view extension, Use use) {
+  const ScopedNoDiskPrompts noPrompts;
   WIN32_FIND_DATAW found;
-  const CUniqueFindHandle find(
-      ::FindFirstFileW((JoinPath(LongPath(folder), L"*") + extension).c_str(), &found));
+  const UniqueFindHandle find(
+      ::FindFirstFileW((JoinPath(ToExtendedPath(folder), L"*") + extension).c_str(), &found));
   if (!find) {
-    return ListingThatEndedWith(::GetLastError());
+    return ClassifyListing(::GetLastError());
   }
   do {
     // The pattern also matches files of which only the short name has the extension.
@@ -67,6 +69,8 @@ FolderListing ForEachFile(const CWideString& folder, std::wstring_view extension
       use(found);
     }
   } while (::FindNextFileW(find.Get(), &found));
-  return ::GetLastError() == ERROR_NO_MORE_FILES ? FolderListing::Complete
-                                                 : FolderListing::Unavailable;
+  return ::GetLastError() == ERROR_NO_MORE_FILES ? ListingOutcome::Complete
+                                                 : ListingOutcome::Unavailable;
 }
+
+}  // namespace qm::common

@@ -2,6 +2,8 @@
 
 #include <cwctype>
 
+namespace qm::common {
+
 namespace {
 
 wchar_t ToLower(wchar_t c) noexcept {
@@ -35,3 +37,5 @@ bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
   }
   return true;
 }
+
+}  // namespace qm::common

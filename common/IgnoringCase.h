@@ -2,6 +2,8 @@
 
 #include <string_view>
 
+namespace qm::common {
+
 // For collection keys and queries, which by contract compare as _wcsicmp does. CompareFolded
 // (text/Fold.h) compares other texts, CompareFileNames (common/Path.h) paths and file names.
 
@@ -11,3 +13,5 @@ int CompareIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept;
 
 /// Returns whether two texts, embedded zeros included, are equal ignoring case.
 bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept;
+
+}  // namespace qm::common

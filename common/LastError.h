@@ -2,14 +2,18 @@
 
 #include <windows.h>
 
+namespace qm::common {
+
 /// Restores the thread's last-error code at the end of the scope.
-class CLastErrorKeeper {
+class ScopedLastError {
  public:
-  CLastErrorKeeper() noexcept : m_code(::GetLastError()) {}
-  ~CLastErrorKeeper() { ::SetLastError(m_code); }
-  CLastErrorKeeper(const CLastErrorKeeper&) = delete;
-  CLastErrorKeeper& operator=(const CLastErrorKeeper&) = delete;
+  ScopedLastError() noexcept : m_code(::GetLastError()) {}
+  ~ScopedLastError() { ::SetLastError(m_code); }
+  ScopedLastError(const ScopedLastError&) = delete;
+  ScopedLastError& operator=(const ScopedLastError&) = delete;
 
  private:
   DWORD m_code;
 };
+
+}  // namespace qm::common

@@ -2,6 +2,10 @@
 
 #include "common/WideString.h"
 
+namespace qm::common {
+
 /// Makes the key of a merge module, "ID:language". The language is a signed decimal number, 0 for
 /// neutral.
-CWideString MakeModuleKey(const CWideString& id, long language);
+WideString MakeModuleKey(const WideString& id, long language);
+
+}  // namespace qm::common

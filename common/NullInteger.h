@@ -2,6 +2,10 @@
 
 #include <limits>
 
+namespace qm::common {
+
 /// The value of a null integer cell, as the installer returns it and as objects pass it on:
 /// MSI_NULL_INTEGER, 0x80000000.
 inline constexpr int kNullInteger = std::numeric_limits<int>::min();
+
+}  // namespace qm::common

@@ -2,7 +2,9 @@
 
 #include <windows.h>
 
-CWideString JoinPath(const CWideString& base, std::wstring_view tail) {
+namespace qm::common {
+
+WideString JoinPath(const WideString& base, std::wstring_view tail) {
   if (base.empty()) {
     return tail;
   }
@@ -11,7 +13,7 @@ CWideString JoinPath(const CWideString& base, std::wstring_view tail) {
   if (baseEnds && tailBegins) {
     return base + tail.substr(1);
   }
-  CWideString path(base);
+  WideString path(base);
   if (!baseEnds && !tailBegins) {
     path += L"\\";
   }
@@ -19,7 +21,7 @@ CWideString JoinPath(const CWideString& base, std::wstring_view tail) {
   return path;
 }
 
-CWideString FolderOf(std::wstring_view path) {
+WideString ParentFolder(std::wstring_view path) {
   const size_t end = path.rfind(L'\\');
   if (end == std::wstring_view::npos) {
     return {};
@@ -28,25 +30,25 @@ CWideString FolderOf(std::wstring_view path) {
   return path.substr(0, isRoot ? end + 1 : end);
 }
 
-CWideString FullPath(const CWideString& path) {
+WideString ResolveFullPath(const WideString& path) {
   wchar_t buffer[MAX_PATH];
   const DWORD size = ::GetFullPathNameW(path.c_str(), MAX_PATH, buffer, nullptr);
   if (size < MAX_PATH) {
-    return size == 0 ? path : CWideString(buffer, size);
+    return size == 0 ? path : WideString(buffer, size);
   }
   std::wstring full(size, L'\0');
   const DWORD length = ::GetFullPathNameW(path.c_str(), size, full.data(), nullptr);
-  return length == 0 || length >= size ? path : CWideString(full.c_str(), length);
+  return length == 0 || length >= size ? path : WideString(full.c_str(), length);
 }
 
-CWideString LongPath(const CWideString& path) {
+WideString ToExtendedPath(const WideString& path) {
   constexpr size_t kFileName = 12;  // a folder's path must leave room for an 8.3 name
   const std::wstring_view text = path;
   if (text.size() < MAX_PATH - kFileName || text.substr(0, 4) == LR"(\\?\)") {
     return path;
   }
   const bool isOnServer = text.substr(0, 2) == LR"(\\)";
-  return CWideString(isOnServer ? LR"(\\?\UNC)" : LR"(\\?\)") + text.substr(isOnServer ? 1 : 0);
+  return WideString(isOnServer ? LR"(\\?\UNC)" : LR"(\\?\)") + text.substr(isOnServer ? 1 : 0);
 }
 
 int CompareFileNames(std::wstring_view a, std::wstring_view b) noexcept {
@@ -55,6 +57,8 @@ int CompareFileNames(std::wstring_view a, std::wstring_view b) noexcept {
          CSTR_EQUAL;
 }
 
-bool PathExists(const CWideString& path) {
-  return ::GetFileAttributesW(LongPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
+bool PathExists(const WideString& path) {
+  return ::GetFileAttributesW(ToExtendedPath(path).c_str()) != INVALID_FILE_ATTRIBUTES;
 }
+
+}  // namespace qm::common

@@ -4,6 +4,8 @@
 
 #include "common/UniqueHandle.h"
 
+namespace qm::common {
+
 struct RegistryKeyTraits {
   using Handle = HKEY;
   static constexpr Handle None() noexcept { return nullptr; }
@@ -11,4 +13,6 @@ struct RegistryKeyTraits {
 };
 
 /// Owns an open registry key.
-using CUniqueRegistryKey = CUniqueHandle<RegistryKeyTraits>;
+using UniqueRegistryKey = UniqueHandle<RegistryKeyTraits>;
+
+}  // namespace qm::common

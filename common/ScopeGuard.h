@@ -2,6 +2,8 @@
 
 #include <utility>
 
+namespace qm::common {
+
 /// Calls `leave` when the scope is left, on success and on failure. `leave` must not throw.
 template <class Leave>
 class ScopeGuard {
@@ -14,3 +16,5 @@ class ScopeGuard {
  private:
   Leave m_leave;
 };
+
+}  // namespace qm::common

@@ -11,6 +11,8 @@
 #include "common/IgnoringCase.h"
 #include "common/Path.h"
 
+namespace qm::common {
+
 namespace {
 
 std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
@@ -24,24 +26,24 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
 
 /// Removes the prefix "\\?\" from a full path, unless the rest would name something else, as for a
 /// volume.
-CWideString WithoutPrefix(const CWideString& path) {
+WideString WithoutPrefix(const WideString& path) {
   const std::wstring_view text(path);
   if (text.substr(0, 4) != LR"(\\?\)") {
     return path;
   }
   const bool isOnServer = EqualsIgnoringCase(text.substr(4, 4), LR"(UNC\)");
-  const CWideString plain =
-      isOnServer ? CWideString(LR"(\\)") + text.substr(8) : CWideString(text.substr(4));
-  return FullPath(plain) == plain ? plain : path;
+  const WideString plain =
+      isOnServer ? WideString(LR"(\\)") + text.substr(8) : WideString(text.substr(4));
+  return ResolveFullPath(plain) == plain ? plain : path;
 }
 
 /// Returns the path with its long names. Empty if nothing exists at the path.
-CWideString AskForLongNames(const CWideString& path) {
-  const CNoDiskPrompts noPrompts;
+WideString AskForLongNames(const WideString& path) {
+  const ScopedNoDiskPrompts noPrompts;
   const DWORD size = ::GetLongPathNameW(path.c_str(), nullptr, 0);
   std::wstring names(size, L'\0');
   const DWORD length = ::GetLongPathNameW(path.c_str(), names.data(), size);
-  return length > 0 && length < size ? CWideString(names.c_str(), length) : CWideString();
+  return length > 0 && length < size ? WideString(names.c_str(), length) : WideString();
 }
 
 /// Caches the long form of paths that contain short names. Thread-safe.
@@ -49,36 +51,36 @@ class LongNames {
  public:
   /// Returns the path with its long names. Unchanged if it has no short names or nothing exists
   /// there.
-  CWideString Of(const CWideString& path) {
+  WideString Of(const WideString& path) {
     if (std::wstring_view(path).find(L'~') == std::wstring_view::npos) {
       return path;
     }
     {
-      const CExclusiveLock lock(m_lock);
+      const ExclusiveLock lock(m_lock);
       const auto known = m_known.find(path);
       if (known != m_known.end()) {
         return known->second;
       }
     }
-    const CWideString names = AskForLongNames(path);
+    const WideString names = AskForLongNames(path);
     if (names.empty()) {
       return path;
     }
-    const CExclusiveLock lock(m_lock);
+    const ExclusiveLock lock(m_lock);
     return m_known.emplace(path, names).first->second;
   }
 
  private:
   SRWLOCK m_lock = SRWLOCK_INIT;
-  std::map<CWideString, CWideString> m_known;
+  std::map<WideString, WideString> m_known;
 };
 
-CModuleWide<LongNames> theLongNames;
+DllWide<LongNames> theLongNames;
 
 }  // namespace
 
-std::vector<CWideString> SplitCommaList(std::wstring_view list) {
-  std::vector<CWideString> entries;
+std::vector<WideString> SplitCommaList(std::wstring_view list) {
+  std::vector<WideString> entries;
   for (size_t begin = 0; begin <= list.size();) {
     const size_t end = std::min(list.find(L',', begin), list.size());
     const std::wstring_view entry = WithoutBlanks(list.substr(begin, end - begin));
@@ -90,18 +92,18 @@ std::vector<CWideString> SplitCommaList(std::wstring_view list) {
   return entries;
 }
 
-CWideString ExpandEnvironmentText(const CWideString& text) {
+WideString ExpandEnvironmentVariables(const WideString& text) {
   if (std::wstring_view(text).find(L'%') == std::wstring_view::npos) {
     return text;
   }
   const DWORD size = ::ExpandEnvironmentStringsW(text.c_str(), nullptr, 0);
   std::wstring expanded(size, L'\0');
   const DWORD length = ::ExpandEnvironmentStringsW(text.c_str(), expanded.data(), size);
-  return length > 0 && length <= size ? CWideString(expanded.c_str()) : text;
+  return length > 0 && length <= size ? WideString(expanded.c_str()) : text;
 }
 
-CWideString SearchFolderOf(const CWideString& entry) {
-  CWideString folder = WithoutPrefix(FullPath(ExpandEnvironmentText(entry)));
+WideString ResolveSearchFolder(const WideString& entry) {
+  WideString folder = WithoutPrefix(ResolveFullPath(ExpandEnvironmentVariables(entry)));
   const std::wstring_view text(folder);
   if (text.substr(0, 2) == LR"(\\)" &&
       text.find_first_not_of(LR"(\?.)") == std::wstring_view::npos) {
@@ -114,12 +116,14 @@ CWideString SearchFolderOf(const CWideString& entry) {
   return theLongNames.Get([] { return new LongNames; }).Of(folder);
 }
 
-std::vector<CWideString> ExpandSearchPath(std::wstring_view path) {
-  std::vector<CWideString> folders = SplitCommaList(path);
-  for (CWideString& folder : folders) {
-    folder = SearchFolderOf(folder);
+std::vector<WideString> ExpandSearchPath(std::wstring_view path) {
+  std::vector<WideString> folders = SplitCommaList(path);
+  for (WideString& folder : folders) {
+    folder = ResolveSearchFolder(folder);
   }
-  const auto isEmpty = [](const CWideString& folder) { return folder.empty(); };
+  const auto isEmpty = [](const WideString& folder) { return folder.empty(); };
   folders.erase(std::remove_if(folders.begin(), folders.end(), isEmpty), folders.end());
   return folders;
 }
+
+}  // namespace qm::common

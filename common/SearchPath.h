@@ -4,12 +4,14 @@
 
 #include "common/WideString.h"
 
+namespace qm::common {
+
 /// Splits a comma-separated list. Trims spaces and tabs, and drops empty entries.
-std::vector<CWideString> SplitCommaList(std::wstring_view list);
+std::vector<WideString> SplitCommaList(std::wstring_view list);
 
 /// Expands the environment variables in `text` ("%ProgramFiles%\Modules"). Returns `text` unchanged
 /// if the system cannot expand it.
-CWideString ExpandEnvironmentText(const CWideString& text);
+WideString ExpandEnvironmentVariables(const WideString& text);
 
 /// Returns the folder that an entry of a search path names, as a full path with environment
 /// variables expanded. Only the root of a drive keeps a backslash at its end. Empty if the entry
@@ -18,7 +20,9 @@ CWideString ExpandEnvironmentText(const CWideString& text);
 /// Aliases of a folder become one path: the prefix "\\?\" is removed, and long names replace short
 /// ones ("PROGRA~1"). The file system is asked for long names until the folder exists; from then on
 /// they are cached.
-CWideString SearchFolderOf(const CWideString& entry);
+WideString ResolveSearchFolder(const WideString& entry);
 
 /// Returns the folders of a search path, in its order. Entries that name no folder are left out.
-std::vector<CWideString> ExpandSearchPath(std::wstring_view path);
+std::vector<WideString> ExpandSearchPath(std::wstring_view path);
+
+}  // namespace qm::common

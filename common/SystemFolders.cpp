@@ -5,9 +5,11 @@
 #include "common/Path.h"
 #include "common/RegistryKey.h"
 
+namespace qm::common {
+
 namespace {
 
-CWideString ReadText(HKEY key, const wchar_t* name) {
+WideString ReadText(HKEY key, const wchar_t* name) {
   DWORD size = 0;
   if (::RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
     return {};
@@ -18,35 +20,35 @@ CWideString ReadText(HKEY key, const wchar_t* name) {
   const LSTATUS status =
       ::RegQueryValueExW(key, name, nullptr, &type, reinterpret_cast<BYTE*>(text.data()), &size);
   const bool isText = type == REG_SZ || type == REG_EXPAND_SZ;
-  return status == ERROR_SUCCESS && isText ? CWideString(text.c_str()) : CWideString();
+  return status == ERROR_SUCCESS && isText ? WideString(text.c_str()) : WideString();
 }
 
 /// Returns the path that `getFolder` writes into a buffer. Empty if `getFolder` returns a length of
 /// 0.
-CWideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
+WideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
   wchar_t folder[MAX_PATH];
   const UINT length = getFolder(folder, MAX_PATH);
-  return length > 0 && length < MAX_PATH ? CWideString(folder, length) : CWideString();
+  return length > 0 && length < MAX_PATH ? WideString(folder, length) : WideString();
 }
 
 /// Returns the path of a folder in the Windows folder.
-CWideString BelowWindows(const wchar_t* name) {
-  const CWideString windows = FolderFrom(::GetWindowsDirectoryW);
+WideString BelowWindows(const wchar_t* name) {
+  const WideString windows = FolderFrom(::GetWindowsDirectoryW);
   return windows.empty() ? windows : JoinPath(windows, name);
 }
 
 }  // namespace
 
-CWideString GetProgramFolder(unsigned long request) {
+WideString GetProgramFolder(unsigned long request) {
   const bool native = (request & kNativeFolder) != 0;
-  CUniqueRegistryKey key;
+  UniqueRegistryKey key;
   ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", 0,
                   native ? KEY_READ | KEY_WOW64_64KEY : KEY_READ, key.Put());
   const bool common = (request & ~kNativeFolder) == kCommonFiles;
-  return key ? ReadText(key.Get(), common ? L"CommonFilesDir" : L"ProgramFilesDir") : CWideString();
+  return key ? ReadText(key.Get(), common ? L"CommonFilesDir" : L"ProgramFilesDir") : WideString();
 }
 
-CWideString GetSystemFolder(unsigned long request) {
+WideString GetSystemFolder(unsigned long request) {
   switch (request) {
     case kSysNative:
       return BelowWindows(L"sysnative");
@@ -56,3 +58,5 @@ CWideString GetSystemFolder(unsigned long request) {
       return FolderFrom(::GetSystemDirectoryW);
   }
 }
+
+}  // namespace qm::common

@@ -2,6 +2,8 @@
 
 #include "common/WideString.h"
 
+namespace qm::common {
+
 // Folders of the machine. A folder that the system does not report is an empty path, never an
 // error.
 
@@ -13,11 +15,13 @@ constexpr unsigned long kCommonFiles = 1;
 
 /// Returns the program files folder, or for kCommonFiles the common files folder, from the
 /// registry.
-CWideString GetProgramFolder(unsigned long request);
+WideString GetProgramFolder(unsigned long request);
 
 constexpr unsigned long kSysNative = 1;
 constexpr unsigned long kSysWow64 = 2;
 
 /// Returns "sysnative" or "syswow64" in the Windows folder; for any other request the system
 /// folder. The server does not call it.
-CWideString GetSystemFolder(unsigned long request);
+WideString GetSystemFolder(unsigned long request);
+
+}  // namespace qm::common

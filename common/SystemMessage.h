@@ -4,6 +4,8 @@
 
 #include "common/UniqueHandle.h"
 
+namespace qm::common {
+
 struct LocalTextTraits {
   using Handle = wchar_t*;
   static constexpr Handle None() noexcept { return nullptr; }
@@ -11,8 +13,10 @@ struct LocalTextTraits {
 };
 
 /// Owns text that the system allocated with LocalAlloc.
-using CUniqueLocalText = CUniqueHandle<LocalTextTraits>;
+using UniqueLocalText = UniqueHandle<LocalTextTraits>;
 
 /// Returns the system's message for a Win32 error code or an HRESULT, in the user's language. Null
 /// if the system has no message for it.
-CUniqueLocalText FormatSystemText(DWORD code) noexcept;
+UniqueLocalText FormatSystemMessage(DWORD code) noexcept;
+
+}  // namespace qm::common

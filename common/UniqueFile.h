@@ -4,6 +4,8 @@
 
 #include "common/UniqueHandle.h"
 
+namespace qm::common {
+
 struct FileTraits {
   using Handle = HANDLE;
   static Handle None() noexcept { return INVALID_HANDLE_VALUE; }
@@ -11,4 +13,6 @@ struct FileTraits {
 };
 
 /// Owns the handle of an open file.
-using CUniqueFile = CUniqueHandle<FileTraits>;
+using UniqueFile = UniqueHandle<FileTraits>;
+
+}  // namespace qm::common

@@ -4,6 +4,8 @@
 
 #include "common/LastError.h"
 
+namespace qm::common {
+
 /// Owns a handle. Traits define its type, how to close it, and the value that means no handle:
 ///
 ///   struct KeyTraits {
@@ -12,22 +14,22 @@
 ///     static void Close(Handle) noexcept;
 ///   };
 template <class Traits>
-class CUniqueHandle {
+class UniqueHandle {
  public:
   using Handle = typename Traits::Handle;
 
-  CUniqueHandle() noexcept = default;
-  explicit CUniqueHandle(Handle handle) noexcept : m_handle(handle) {}
-  CUniqueHandle(CUniqueHandle&& other) noexcept : m_handle(other.Release()) {}
-  CUniqueHandle& operator=(CUniqueHandle&& other) noexcept {
+  UniqueHandle() noexcept = default;
+  explicit UniqueHandle(Handle handle) noexcept : m_handle(handle) {}
+  UniqueHandle(UniqueHandle&& other) noexcept : m_handle(other.Release()) {}
+  UniqueHandle& operator=(UniqueHandle&& other) noexcept {
     if (this != &other) {
       Reset(other.Release());
     }
     return *this;
   }
-  CUniqueHandle(const CUniqueHandle&) = delete;
-  CUniqueHandle& operator=(const CUniqueHandle&) = delete;
-  ~CUniqueHandle() { Reset(); }
+  UniqueHandle(const UniqueHandle&) = delete;
+  UniqueHandle& operator=(const UniqueHandle&) = delete;
+  ~UniqueHandle() { Reset(); }
 
   explicit operator bool() const noexcept { return m_handle != Traits::None(); }
   Handle Get() const noexcept { return m_handle; }
@@ -37,7 +39,7 @@ class CUniqueHandle {
   void Reset(Handle handle = Traits::None()) noexcept {
     const Handle old = std::exchange(m_handle, handle);
     if (old != Traits::None()) {
-      const CLastErrorKeeper keeper;
+      const ScopedLastError keeper;
       Traits::Close(old);
     }
   }
@@ -54,3 +56,5 @@ class CUniqueHandle {
  private:
   Handle m_handle = Traits::None();
 };
+
+}  // namespace qm::common

@@ -7,8 +7,10 @@
 
 #include "common/LastError.h"
 
-CWideString::Characters* CWideString::Allocate(size_t size) {
-  const CLastErrorKeeper keeper;
+namespace qm::common {
+
+WideString::Characters* WideString::Allocate(size_t size) {
+  const ScopedLastError keeper;
   if (size > (SIZE_MAX - sizeof(Characters)) / sizeof(wchar_t) - 1) {
     throw std::bad_alloc();
   }
@@ -16,24 +18,24 @@ CWideString::Characters* CWideString::Allocate(size_t size) {
   return new (block) Characters{1, 0};
 }
 
-void CWideString::clear() noexcept {
+void WideString::clear() noexcept {
   Characters* const characters = std::exchange(m_characters, nullptr);
   if (characters && characters->users.fetch_sub(1, std::memory_order_acq_rel) == 1) {
     ::operator delete(characters);
   }
 }
 
-CWideString::CWideString(const wchar_t* text)
-    : CWideString(text ? std::wstring_view(text) : std::wstring_view()) {}
+WideString::WideString(const wchar_t* text)
+    : WideString(text ? std::wstring_view(text) : std::wstring_view()) {}
 
-CWideString::CWideString(std::wstring_view text)
-    : CWideString(Written(
-          text.size(), [&](wchar_t* characters) { return text.copy(characters, text.size()); })) {}
+WideString::WideString(std::wstring_view text)
+    : WideString(Build(text.size(),
+                       [&](wchar_t* characters) { return text.copy(characters, text.size()); })) {}
 
-CWideString CWideString::Format(const wchar_t* format, ...) {
+WideString WideString::Format(const wchar_t* format, ...) {
   // Microsoft's functions, by their underscored names: MinGW replaces the standard names by its own
   // functions, in which "%s" takes narrow text.
-  const CLastErrorKeeper keeper;
+  const ScopedLastError keeper;
   va_list arguments{};
   va_start(arguments, format);
   const int length = _vscwprintf(format, arguments);
@@ -43,18 +45,20 @@ CWideString CWideString::Format(const wchar_t* format, ...) {
   }
   // Allocates first: nothing may be thrown between va_start and va_end.
   const auto size = static_cast<size_t>(length);
-  CWideString text = Written(size, [size](wchar_t*) { return size; });
+  WideString text = Build(size, [size](wchar_t*) { return size; });
   va_start(arguments, format);
   _vsnwprintf(text.m_characters->Begin(), size, format, arguments);
   va_end(arguments);
   return text;
 }
 
-CWideString& CWideString::operator+=(std::wstring_view tail) { return *this = *this + tail; }
+WideString& WideString::operator+=(std::wstring_view tail) { return *this = *this + tail; }
 
-CWideString operator+(const CWideString& head, std::wstring_view tail) {
-  return CWideString::Written(head.length() + tail.size(), [&](wchar_t* characters) {
+WideString operator+(const WideString& head, std::wstring_view tail) {
+  return WideString::Build(head.length() + tail.size(), [&](wchar_t* characters) {
     const size_t length = std::wstring_view(head).copy(characters, head.length());
     return length + tail.copy(characters + length, tail.size());
   });
 }
+
+}  // namespace qm::common

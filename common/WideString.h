@@ -5,41 +5,43 @@
 #include <string_view>
 #include <utility>
 
+namespace qm::common {
+
 /// The text type of the whole server: UTF-16 of any length, with embedded zeros allowed.
 ///
 /// The characters are immutable and shared by all copies, across threads: copying allocates nothing
 /// and cannot fail. Creating text throws std::bad_alloc if memory is short. It preserves the
 /// thread's last-error code, so a message can be built between a failed call and GetLastError().
 /// Comparisons are ordinal.
-class CWideString {
+class WideString {
  public:
-  CWideString() noexcept = default;
+  WideString() noexcept = default;
   /// Copies null-terminated text. Null is empty text.
-  CWideString(const wchar_t* text);
-  CWideString(const wchar_t* text, size_t length) : CWideString(std::wstring_view(text, length)) {}
-  CWideString(std::wstring_view text);
-  CWideString(const std::wstring& text) : CWideString(std::wstring_view(text)) {}
-  CWideString(const CWideString& other) noexcept : m_characters(other.m_characters) {
+  WideString(const wchar_t* text);
+  WideString(const wchar_t* text, size_t length) : WideString(std::wstring_view(text, length)) {}
+  WideString(std::wstring_view text);
+  WideString(const std::wstring& text) : WideString(std::wstring_view(text)) {}
+  WideString(const WideString& other) noexcept : m_characters(other.m_characters) {
     if (m_characters) {
       m_characters->users.fetch_add(1, std::memory_order_relaxed);
     }
   }
-  CWideString(CWideString&& other) noexcept
+  WideString(WideString&& other) noexcept
       : m_characters(std::exchange(other.m_characters, nullptr)) {}
-  CWideString& operator=(const CWideString& other) noexcept { return *this = CWideString(other); }
-  CWideString& operator=(CWideString&& other) noexcept {
+  WideString& operator=(const WideString& other) noexcept { return *this = WideString(other); }
+  WideString& operator=(WideString&& other) noexcept {
     std::swap(m_characters, other.m_characters);
     return *this;
   }
-  ~CWideString() { clear(); }
+  ~WideString() { clear(); }
 
   /// Creates text from what `write` writes into a buffer of `size` characters. `write` returns the
   /// number of characters written.
   template <class Write>
-  static CWideString Written(size_t size, Write write);
+  static WideString Build(size_t size, Write write);
 
   /// Formats as printf does, in Microsoft's dialect, where "%s" takes wide text.
-  static CWideString Format(const wchar_t* format, ...);
+  static WideString Format(const wchar_t* format, ...);
 
   /// Null-terminated. Valid as long as any copy of the text lives.
   const wchar_t* c_str() const noexcept { return m_characters ? m_characters->Begin() : L""; }
@@ -48,7 +50,7 @@ class CWideString {
   void clear() noexcept;
   operator std::wstring_view() const noexcept { return {c_str(), length()}; }
 
-  CWideString& operator+=(std::wstring_view tail);
+  WideString& operator+=(std::wstring_view tail);
 
  private:
   /// Header of a memory block. The characters follow it.
@@ -65,8 +67,8 @@ class CWideString {
 };
 
 template <class Write>
-CWideString CWideString::Written(size_t size, Write write) {
-  CWideString text;
+WideString WideString::Build(size_t size, Write write) {
+  WideString text;
   if (size > 0) {
     text.m_characters = Allocate(size);
     text.m_characters->length = write(text.m_characters->Begin());
@@ -75,14 +77,16 @@ CWideString CWideString::Written(size_t size, Write write) {
   return text;
 }
 
-CWideString operator+(const CWideString& head, std::wstring_view tail);
+WideString operator+(const WideString& head, std::wstring_view tail);
 
-inline bool operator==(const CWideString& a, std::wstring_view b) noexcept {
+inline bool operator==(const WideString& a, std::wstring_view b) noexcept {
   return std::wstring_view(a) == b;
 }
-inline bool operator!=(const CWideString& a, std::wstring_view b) noexcept {
+inline bool operator!=(const WideString& a, std::wstring_view b) noexcept {
   return std::wstring_view(a) != b;
 }
-inline bool operator<(const CWideString& a, const CWideString& b) noexcept {
+inline bool operator<(const WideString& a, const WideString& b) noexcept {
   return std::wstring_view(a) < std::wstring_view(b);
 }
+
+}  // namespace qm::common

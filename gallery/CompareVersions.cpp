@@ -3,6 +3,8 @@
 #include <array>
 #include <cwchar>
 
+namespace qm::gallery {
+
 namespace {
 
 using Version = std::array<unsigned short, 4>;
@@ -22,7 +24,7 @@ Version Parse(const wchar_t* text) noexcept {
 
 }  // namespace
 
-int CompareVersions(const CWideString& a, const CWideString& b) noexcept {
+int CompareVersions(const common::WideString& a, const common::WideString& b) noexcept {
   const Version left = Parse(a.c_str());
   const Version right = Parse(b.c_str());
   if (left == right) {
@@ -30,3 +32,5 @@ int CompareVersions(const CWideString& a, const CWideString& b) noexcept {
   }
   return left < right ? -1 : 1;
 }
+
+}  // namespace qm::gallery

@@ -10,56 +10,59 @@
 #include "common/ScopeGuard.h"
 #include "gallery/IniAccess.h"
 
+namespace qm::gallery {
+
 namespace {
 
 /// Adds every line of a section of an index file to `table`. The last line with a given key wins.
-void ReadIndex(const CWideString& folder, const wchar_t* file, const wchar_t* sectionName,
-               CIniIndexes::Table& table) {
+void ReadIndex(const common::WideString& folder, const wchar_t* file, const wchar_t* sectionName,
+               IndexTables::Table& table) {
   if (folder.empty()) {
     return;  // the joined path would be relative to the current folder
   }
-  const CComPtr<IIniReader> reader = CreateIniReader();
-  if (FAILED(reader->Load(MakeBstr(JoinPath(folder, file)).Get()))) {
+  const common::ComPtr<IIniReader> reader = CreateIniReader();
+  if (FAILED(reader->Load(com::AllocateBstr(common::JoinPath(folder, file)).Get()))) {
     ::SetErrorInfo(0, nullptr);  // a missing index is not a failure
     return;
   }
-  const CComPtr<IIniSection> section = FindSection(*reader, sectionName);
+  const common::ComPtr<IIniSection> section = FindSection(*reader, sectionName);
   if (!section) {
     return;
   }
-  const CComPtr<IIniKeys> keys = KeysOf(*section);
-  const long count = CountOf(*keys);
+  const common::ComPtr<IIniKeys> keys = GetKeys(*section);
+  const long count = GetKeyCount(*keys);
   for (long position = 1; position <= count; ++position) {
-    if (const CComPtr<IIniKey> key = FindKey(*keys, position)) {
-      const CWideString name = NameOf(*key);
-      table.insert_or_assign(name, ValueOf(*key));
+    if (const common::ComPtr<IIniKey> key = FindKey(*keys, position)) {
+      const common::WideString name = GetKeyName(*key);
+      table.insert_or_assign(name, GetKeyValue(*key));
     }
   }
 }
 
 }  // namespace
 
-CIniIndexes& CIniIndexes::Instance() {
-  static CModuleWide<CIniIndexes> indexes;
-  return indexes.Get([] { return new CIniIndexes; });
+IndexTables& IndexTables::Instance() {
+  static common::DllWide<IndexTables> indexes;
+  return indexes.Get([] { return new IndexTables; });
 }
 
-void CIniIndexes::LoadOnce(IApplicationServices& services) {
-  const CGatePass pass;
-  if (std::exchange(m_bLoaded, true)) {
+void IndexTables::LoadOnce(IApplicationServices& services) {
+  const com::ScopedGateEntry pass;
+  if (std::exchange(m_loadStarted, true)) {
     return;
   }
   // Set on failure as well, which leaves the tables empty for good.
-  const ScopeGuard completion([this]() noexcept { m_bComplete = true; });
-  LoadModuleNames(AskServices(services, &IApplicationServices::get_ModuleIndexFolder));
-  const CWideString fileIndexes = AskServices(services, &IApplicationServices::get_FileIndexFolder);
+  const common::ScopeGuard completion([this]() noexcept { m_loadFinished = true; });
+  LoadModuleNames(GetServiceText(services, &IApplicationServices::get_ModuleIndexFolder));
+  const common::WideString fileIndexes =
+      GetServiceText(services, &IApplicationServices::get_FileIndexFolder);
   LoadPlatformFileModules(fileIndexes);
   LoadFileModules(fileIndexes);
 }
 
-bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) const {
-  std::optional<CGatePass> pass;
-  if (!m_bComplete) {
+bool IndexTables::LookupModuleName(const common::WideString& key, common::WideString& name) const {
+  std::optional<com::ScopedGateEntry> pass;
+  if (!m_loadFinished) {
     pass.emplace();
   }
   const auto found = m_moduleNames.find(key);
@@ -70,15 +73,17 @@ bool CIniIndexes::LookupModuleName(const CWideString& key, CWideString& name) co
   return true;
 }
 
-void CIniIndexes::LoadModuleNames(const CWideString& folder) {
+void IndexTables::LoadModuleNames(const common::WideString& folder) {
   ReadIndex(folder, L"modules.ini", L"modules", m_moduleNames);
 }
 
-void CIniIndexes::LoadFileModules(const CWideString& folder) {
+void IndexTables::LoadFileModules(const common::WideString& folder) {
   ReadIndex(folder, L"FilesToModules.ini", L"FilesToModules", m_fileModules);
 }
 
-void CIniIndexes::LoadPlatformFileModules(const CWideString& folder) {
+void IndexTables::LoadPlatformFileModules(const common::WideString& folder) {
   // The section is in the singular, unlike the file.
   ReadIndex(folder, L"PlatformFilesToModules.ini", L"PlatformFileToModule", m_platformFileModules);
 }
+
+}  // namespace qm::gallery

@@ -2,20 +2,24 @@
 
 #include "gallery/SiblingObjects.h"
 
+namespace qm::gallery {
+
 // Wrappers of the INI reader's interfaces. They raise the reader's failures. A missing section or
 // key is a null pointer. If the reader succeeds but returns no collection, they raise E_UNEXPECTED
 // with the name of its DLL.
 
-CComPtr<IIniSection> FindSection(IIniReader& reader, const CWideString& section);
+common::ComPtr<IIniSection> FindSection(IIniReader& reader, const common::WideString& section);
 
-CComPtr<IIniKeys> KeysOf(IIniSection& section);
+common::ComPtr<IIniKeys> GetKeys(IIniSection& section);
 
-long CountOf(IIniKeys& keys);
+long GetKeyCount(IIniKeys& keys);
 
 /// Finds a key by its name, ignoring case, or by its position, counted from 1.
-CComPtr<IIniKey> FindKey(IIniKeys& keys, const CWideString& name);
-CComPtr<IIniKey> FindKey(IIniKeys& keys, long position);
+common::ComPtr<IIniKey> FindKey(IIniKeys& keys, const common::WideString& name);
+common::ComPtr<IIniKey> FindKey(IIniKeys& keys, long position);
 
-CWideString NameOf(IIniKey& key);
+common::WideString GetKeyName(IIniKey& key);
 
-CWideString ValueOf(IIniKey& key);
+common::WideString GetKeyValue(IIniKey& key);
+
+}  // namespace qm::gallery

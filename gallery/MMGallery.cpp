@@ -11,12 +11,14 @@
 #include "gallery/CompareVersions.h"
 #include "gallery/IniAccess.h"
 
+namespace qm::gallery {
+
 namespace {
 
 constexpr wchar_t kModuleSection[] = L"MergeModule";
 constexpr wchar_t kGalleryFolder[] = L"ObjectGallery";
 
-bool IsFile(const CWideString& path) noexcept {
+bool IsFile(const common::WideString& path) noexcept {
   const DWORD attributes = ::GetFileAttributesW(path.c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
@@ -27,20 +29,21 @@ bool IsPlainFileName(std::wstring_view name) noexcept {
 }
 
 /// Whether a download file exists below the gallery root or below the folder of the descriptions.
-bool IsDownloaded(const CWideString& root, const CWideString& location) {
-  return !root.empty() && (PathExists(JoinPath(root, location)) ||
-                           PathExists(JoinPath(JoinPath(root, kGalleryFolder), location)));
+bool IsDownloaded(const common::WideString& root, const common::WideString& location) {
+  return !root.empty() &&
+         (common::PathExists(common::JoinPath(root, location)) ||
+          common::PathExists(common::JoinPath(common::JoinPath(root, kGalleryFolder), location)));
 }
 
-long ToLong(const CWideString& text) noexcept { return ::_wtol(text.c_str()); }
+long ToLong(const common::WideString& text) noexcept { return ::_wtol(text.c_str()); }
 
 /// The BSTR for an optional out parameter. It is allocated at construction and handed over by Give,
 /// which cannot fail, so that a call sets all of its outs or none.
 class WantedText {
  public:
-  WantedText(BSTR* out, const CWideString& text) : m_out(out) {
+  WantedText(BSTR* out, const common::WideString& text) : m_out(out) {
     if (out) {
-      m_text = MakeBstr(text);
+      m_text = com::AllocateBstr(text);
     }
   }
   void Give() noexcept {
@@ -51,7 +54,7 @@ class WantedText {
 
  private:
   BSTR* m_out;
-  CUniqueBstr m_text;
+  common::UniqueBstr m_text;
 };
 
 template <class... Outs>
@@ -75,105 +78,108 @@ HRESULT CMMGallery::GetNeedsDownload(VARIANT_BOOL* result) {
 
 HRESULT CMMGallery::GetLocalPath(BSTR* result) {
   EnsureChecked();
-  *result = MakeBstr(m_strLocalPath).Release();
+  *result = com::AllocateBstr(m_strLocalPath).Release();
   return S_OK;
 }
 
-void CMMGallery::SetNameAndVersion(const CWideString& name, const CWideString& version) {
+void CMMGallery::SetNameAndVersion(const common::WideString& name,
+                                   const common::WideString& version) {
   m_strName = name;
   m_strLocalVersion = version;
 }
 
-CWideString CMMGallery::GetGalleryRoot() {
-  return AskServices(*CreateApplicationServices(), &IApplicationServices::get_GalleryRoot);
+common::WideString CMMGallery::GetGalleryRoot() {
+  return GetServiceText(*CreateApplicationServices(), &IApplicationServices::get_GalleryRoot);
 }
 
 /// The path of the description; empty if no gallery is configured.
-CWideString CMMGallery::GetIniPath() const {
-  const CWideString root = GetGalleryRoot();
+common::WideString CMMGallery::GetIniPath() const {
+  const common::WideString root = GetGalleryRoot();
   if (root.empty()) {
     return {};  // the joined path would be relative to the current folder
   }
-  return JoinPath(JoinPath(root, kGalleryFolder), m_strName) + L".ini";
+  return common::JoinPath(common::JoinPath(root, kGalleryFolder), m_strName) + L".ini";
 }
 
-CComPtr<IIniReader> CMMGallery::GetIni() {
-  const CGatePass pass;
+common::ComPtr<IIniReader> CMMGallery::GetIni() {
+  const com::ScopedGateEntry pass;
   if (!m_pIni.Get() && IsPlainFileName(m_strName)) {
-    ReleaseReturnedReferences();  // readers of this thread that another one has replaced
+    com::ReleaseQueuedReferences();  // readers of this thread that another one has replaced
     // A description that cannot be opened counts as missing.
-    DropFailures([&] {
-      const CWideString path = GetIniPath();
+    com::SwallowFailures([&] {
+      const common::WideString path = GetIniPath();
       if (IsFile(path)) {
-        const CUniqueBstr text = MakeBstr(path);
-        const CComPtr<IIniReader> reader = CreateIniReader();
+        const common::UniqueBstr text = com::AllocateBstr(path);
+        const common::ComPtr<IIniReader> reader = CreateIniReader();
         const HRESULT loaded = reader->Load(text.Get());
         // A reader that failed to load does not replace that of another apartment.
         if (SUCCEEDED(loaded) || !m_pIni.IsSet()) {
           m_pIni.Set(reader);
         }
-        RaiseIfFailed(loaded);
+        com::RaiseIfFailed(loaded);
       }
     });
   }
   return m_pIni.Get();
 }
 
-CComPtr<IIniSection> CMMGallery::GetSection(const CWideString& section) {
-  const CComPtr<IIniReader> ini = GetIni();
+common::ComPtr<IIniSection> CMMGallery::GetSection(const common::WideString& section) {
+  const common::ComPtr<IIniReader> ini = GetIni();
   return ini ? FindSection(*ini, section) : nullptr;
 }
 
-CWideString CMMGallery::ReadValue(const CWideString& section, const CWideString& key) {
-  CWideString value;
+common::WideString CMMGallery::ReadValue(const common::WideString& section,
+                                         const common::WideString& key) {
+  common::WideString value;
   FindValue(section, key, value);
   return value;
 }
 
 /// Reads the value of a key. Returns false and leaves `value` alone if the section or the key is
 /// missing.
-bool CMMGallery::FindValue(const CWideString& section, const CWideString& key, CWideString& value) {
-  const CComPtr<IIniSection> found = GetSection(section);
-  const CComPtr<IIniKey> entry = found ? FindKey(*KeysOf(*found), key) : nullptr;
+bool CMMGallery::FindValue(const common::WideString& section, const common::WideString& key,
+                           common::WideString& value) {
+  const common::ComPtr<IIniSection> found = GetSection(section);
+  const common::ComPtr<IIniKey> entry = found ? FindKey(*GetKeys(*found), key) : nullptr;
   if (!entry) {
     return false;
   }
-  CUniqueBstr text;
+  common::UniqueBstr text;
   if (FAILED(entry->get_Value(text.Put()))) {
     ::SetErrorInfo(0, nullptr);  // only here a failure of the reader counts as an empty value
   }
-  value = ViewOf(text.Get());
+  value = common::ViewOf(text.Get());
   return true;
 }
 
-CWideString CMMGallery::ReadModuleValue(const wchar_t* key) {
+common::WideString CMMGallery::ReadModuleValue(const wchar_t* key) {
   return ReadValue(kModuleSection, key);
 }
 
-CWideString CMMGallery::GetAuthor() { return ReadModuleValue(L"Author"); }
+common::WideString CMMGallery::GetAuthor() { return ReadModuleValue(L"Author"); }
 
-CWideString CMMGallery::GetComments() { return ReadModuleValue(L"Comments"); }
+common::WideString CMMGallery::GetComments() { return ReadModuleValue(L"Comments"); }
 
-CWideString CMMGallery::GetSubject() { return ReadModuleValue(L"Subject"); }
+common::WideString CMMGallery::GetSubject() { return ReadModuleValue(L"Subject"); }
 
-CWideString CMMGallery::GetModuleID() { return ReadModuleValue(L"ModuleID"); }
+common::WideString CMMGallery::GetModuleID() { return ReadModuleValue(L"ModuleID"); }
 
-CWideString CMMGallery::GetVersion() { return ReadModuleValue(L"Version"); }
+common::WideString CMMGallery::GetVersion() { return ReadModuleValue(L"Version"); }
 
 long CMMGallery::GetLanguage() { return ToLong(ReadModuleValue(L"Language")); }
 
 bool CMMGallery::HasFileName() { return !ReadModuleValue(L"FileName").empty(); }
 
-CWideString CMMGallery::ResolveLocalPath() {
-  const CWideString fileName = ReadModuleValue(L"FileName");
+common::WideString CMMGallery::ResolveLocalPath() {
+  const common::WideString fileName = ReadModuleValue(L"FileName");
   // Only the presence of a location matters; the file is looked for in the search folders.
   if (ReadValue(fileName, L"Location").empty()) {
     return {};
   }
-  const CWideString searchPath =
-      AskServices(*CreateApplicationServices(), &IApplicationServices::get_ModuleSearchPath);
-  for (const CWideString& folder : ExpandSearchPath(searchPath)) {
-    CWideString path = JoinPath(folder, fileName);
+  const common::WideString searchPath =
+      GetServiceText(*CreateApplicationServices(), &IApplicationServices::get_ModuleSearchPath);
+  for (const common::WideString& folder : common::ExpandSearchPath(searchPath)) {
+    common::WideString path = common::JoinPath(folder, fileName);
     if (::PathFileExistsW(path.c_str())) {
       return path;
     }
@@ -182,8 +188,8 @@ CWideString CMMGallery::ResolveLocalPath() {
 }
 
 long CMMGallery::CountItems(const wchar_t* list) {
-  const CComPtr<IIniSection> section = GetSection(list);
-  return section ? CountOf(*KeysOf(*section)) : 0;
+  const common::ComPtr<IIniSection> section = GetSection(list);
+  return section ? GetKeyCount(*GetKeys(*section)) : 0;
 }
 
 long CMMGallery::GetDependencyCount() { return CountItems(L"Dependency"); }
@@ -196,13 +202,13 @@ long CMMGallery::GetDownloadFileCount() { return CountItems(L"DownloadFiles"); }
 
 /// Reads the name of an item, which is also the name of its section, from its list. Returns false
 /// if the list or the item's key is missing.
-bool CMMGallery::FindItem(const wchar_t* list, long index, CWideString& item) {
-  return FindValue(list, CWideString::Format(L"Key%d", static_cast<int>(index + 1)), item);
+bool CMMGallery::FindItem(const wchar_t* list, long index, common::WideString& item) {
+  return FindValue(list, common::WideString::Format(L"Key%d", static_cast<int>(index + 1)), item);
 }
 
 void CMMGallery::GetDependency(long index, BSTR* moduleId, BSTR* version, long* language) {
   *language = 0;
-  CWideString item;
+  common::WideString item;
   if (FindItem(L"Dependency", index, item)) {
     WantedText id(moduleId, item);
     WantedText versionOut(version, ReadValue(item, L"Version"));
@@ -214,7 +220,7 @@ void CMMGallery::GetDependency(long index, BSTR* moduleId, BSTR* version, long* 
 void CMMGallery::GetExclusion(long index, BSTR* moduleId, BSTR* minVersion, BSTR* maxVersion,
                               long* language) {
   *language = 0;
-  CWideString item;
+  common::WideString item;
   if (FindItem(L"Exclusions", index, item)) {
     WantedText id(moduleId, item);
     WantedText minimum(minVersion, ReadValue(item, L"ExcludedMinVersion"));
@@ -228,7 +234,7 @@ void CMMGallery::GetFile(long index, BSTR* fileKey, BSTR* fileName, BSTR* versio
                          long* language) {
   *fileSize = 0;
   *language = 0;
-  CWideString item;
+  common::WideString item;
   if (FindItem(L"Files", index, item)) {
     WantedText key(fileKey, item);
     WantedText name(fileName, ReadValue(item, L"FileName"));
@@ -243,7 +249,7 @@ void CMMGallery::GetFile(long index, BSTR* fileKey, BSTR* fileName, BSTR* versio
 void CMMGallery::GetDownloadFile(long index, BSTR* location, BSTR* mediaLocation,
                                  BSTR* internetLocation, long* fileSize, BSTR* checkSum) {
   *fileSize = 0;
-  CWideString item;
+  common::WideString item;
   if (FindItem(L"DownloadFiles", index, item)) {
     WantedText place(location, ReadValue(item, L"Location"));
     WantedText media(mediaLocation, ReadValue(item, L"MediaLocation"));
@@ -259,7 +265,7 @@ void CMMGallery::EnsureChecked() {
   if (m_bChecked) {
     return;
   }
-  const CGatePass pass;
+  const com::ScopedGateEntry pass;
   if (!m_bChecked) {
     CheckPresence();
     m_bChecked = true;  // not set after a failure, so that the next call checks again
@@ -270,7 +276,7 @@ void CMMGallery::CheckPresence() {
   if (!HasFileName()) {
     return;
   }
-  const CWideString root = GetGalleryRoot();
+  const common::WideString root = GetGalleryRoot();
   if (CompareVersions(GetVersion(), m_strLocalVersion) > 0) {
     m_bNeedsDownload = VARIANT_TRUE;
   }
@@ -281,7 +287,7 @@ void CMMGallery::CheckPresence() {
     m_bNeedsDownload = VARIANT_FALSE;
     return;
   }
-  if (!PathExists(m_strLocalPath) || !AreDownloadFilesPresent(root)) {
+  if (!common::PathExists(m_strLocalPath) || !AreDownloadFilesPresent(root)) {
     m_bPresent = VARIANT_FALSE;
     m_bNeedsDownload = VARIANT_TRUE;
   }
@@ -289,19 +295,21 @@ void CMMGallery::CheckPresence() {
 
 /// Checks the download files by position, so that gaps in the numbering of their keys do not
 /// matter.
-bool CMMGallery::AreDownloadFilesPresent(const CWideString& root) {
-  const CComPtr<IIniSection> section = GetSection(L"DownloadFiles");
+bool CMMGallery::AreDownloadFilesPresent(const common::WideString& root) {
+  const common::ComPtr<IIniSection> section = GetSection(L"DownloadFiles");
   if (!section) {
     return true;
   }
-  const CComPtr<IIniKeys> keys = KeysOf(*section);
-  const long count = CountOf(*keys);
+  const common::ComPtr<IIniKeys> keys = GetKeys(*section);
+  const long count = GetKeyCount(*keys);
   for (long position = 1; position <= count; ++position) {
-    const CComPtr<IIniKey> key = FindKey(*keys, position);
-    const CWideString item = key ? ValueOf(*key) : CWideString();
+    const common::ComPtr<IIniKey> key = FindKey(*keys, position);
+    const common::WideString item = key ? GetKeyValue(*key) : common::WideString();
     if (!IsDownloaded(root, ReadValue(item, L"Location"))) {
       return false;
     }
   }
   return true;
 }
+
+}  // namespace qm::gallery

@@ -5,6 +5,8 @@
 #include "com/frame/ApartmentPtr.h"
 #include "gallery/SiblingObjects.h"
 
+namespace qm::gallery {
+
 /// The object gallery's description of one module, an INI file in the gallery folder. Base of every
 /// module record.
 ///
@@ -35,14 +37,14 @@ class CMMGallery {
 
   /// Sets the name of the module's gallery description and the version that is known locally. Call
   /// once, before anything is read.
-  void SetNameAndVersion(const CWideString& name, const CWideString& version);
+  void SetNameAndVersion(const common::WideString& name, const common::WideString& version);
 
   // Values of the description; empty or 0 if it has no such value.
-  CWideString GetAuthor();
-  CWideString GetComments();
-  CWideString GetSubject();
-  CWideString GetModuleID();
-  CWideString GetVersion();
+  common::WideString GetAuthor();
+  common::WideString GetComments();
+  common::WideString GetSubject();
+  common::WideString GetModuleID();
+  common::WideString GetVersion();
   long GetLanguage();
 
   /// Whether the description names a module file.
@@ -50,7 +52,7 @@ class CMMGallery {
 
   /// Returns the path of the module file in the first folder of the module search path that
   /// contains it; empty if no folder does, or if the description has no location for the file.
-  CWideString ResolveLocalPath();
+  common::WideString ResolveLocalPath();
 
   // Items of the description's lists, by index from 0. The server reads only the download files.
   // Texts are returned as new BSTRs unless the pointer is null. For a missing item, texts are left
@@ -67,28 +69,31 @@ class CMMGallery {
                        long* fileSize, BSTR* checkSum);
 
  protected:
-  const CWideString& Name() const noexcept { return m_strName; }
+  const common::WideString& Name() const noexcept { return m_strName; }
 
  private:
-  static CWideString GetGalleryRoot();
-  CWideString GetIniPath() const;
-  CComPtr<IIniReader> GetIni();
-  CComPtr<IIniSection> GetSection(const CWideString& section);
-  CWideString ReadValue(const CWideString& section, const CWideString& key);
-  bool FindValue(const CWideString& section, const CWideString& key, CWideString& value);
-  CWideString ReadModuleValue(const wchar_t* key);
+  static common::WideString GetGalleryRoot();
+  common::WideString GetIniPath() const;
+  common::ComPtr<IIniReader> GetIni();
+  common::ComPtr<IIniSection> GetSection(const common::WideString& section);
+  common::WideString ReadValue(const common::WideString& section, const common::WideString& key);
+  bool FindValue(const common::WideString& section, const common::WideString& key,
+                 common::WideString& value);
+  common::WideString ReadModuleValue(const wchar_t* key);
   long CountItems(const wchar_t* list);
-  bool FindItem(const wchar_t* list, long index, CWideString& item);
+  bool FindItem(const wchar_t* list, long index, common::WideString& item);
 
   void EnsureChecked();
   void CheckPresence();
-  bool AreDownloadFilesPresent(const CWideString& root);
+  bool AreDownloadFilesPresent(const common::WideString& root);
 
-  CWideString m_strName;
-  CWideString m_strLocalVersion;
+  common::WideString m_strName;
+  common::WideString m_strLocalVersion;
   VARIANT_BOOL m_bPresent = VARIANT_TRUE;
   VARIANT_BOOL m_bNeedsDownload = VARIANT_FALSE;
   std::atomic<bool> m_bChecked = false;
-  CApartmentPtr<IIniReader> m_pIni;
-  CWideString m_strLocalPath;
+  com::ApartmentPtr<IIniReader> m_pIni;
+  common::WideString m_strLocalPath;
 };
+
+}  // namespace qm::gallery

@@ -2,6 +2,8 @@
 
 #include "com/error/ErrorHandler.h"
 
+namespace qm::gallery {
+
 void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* mediaLocation,
                                         const wchar_t* internetLocation, long fileSize,
                                         const wchar_t* checkSum) {
@@ -13,16 +15,18 @@ void CMMGalleryDownloadFileCaskel::Init(const wchar_t* location, const wchar_t* 
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_Location(BSTR* value) {
-  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strLocation; });
+  return com::AnswerText(GUID_NULL, value,
+                         [&]() -> const common::WideString& { return m_strLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_MediaLocation(BSTR* value) {
-  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strMediaLocation; });
+  return com::AnswerText(GUID_NULL, value,
+                         [&]() -> const common::WideString& { return m_strMediaLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_InternetLocation(BSTR* value) {
-  return AnswerText(GUID_NULL, value,
-                    [&]() -> const CWideString& { return m_strInternetLocation; });
+  return com::AnswerText(GUID_NULL, value,
+                         [&]() -> const common::WideString& { return m_strInternetLocation; });
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
@@ -31,5 +35,8 @@ STDMETHODIMP CMMGalleryDownloadFileCaskel::get_FileSize(long* value) {
 }
 
 STDMETHODIMP CMMGalleryDownloadFileCaskel::get_CheckSum(BSTR* value) {
-  return AnswerText(GUID_NULL, value, [&]() -> const CWideString& { return m_strCheckSum; });
+  return com::AnswerText(GUID_NULL, value,
+                         [&]() -> const common::WideString& { return m_strCheckSum; });
 }
+
+}  // namespace qm::gallery

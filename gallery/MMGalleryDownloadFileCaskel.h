@@ -5,15 +5,17 @@
 #include "common/WideString.h"
 #include "idl/qmmmupdater.h"
 
+namespace qm::gallery {
+
 /// A file that must be downloaded before a gallery module can be used. Its type information is in
 /// the library of the classes, that of its collection is not.
 class CMMGalleryDownloadFileCaskel
-    : public IDispatchImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel,
-                           TypeLibrary::Classes>,
-      public CComObjectRoot {
+    : public com::DispatchImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel,
+                               com::TypeLibrary::Classes>,
+      public com::ComObjectRoot {
  public:
-  using InterfaceMap =
-      CInterfaceMap<Via<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel, IDispatch>>;
+  using InterfaceMap = com::InterfaceMap<
+      com::Via<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel, IDispatch>>;
 
   /// Sets the fields; called once. A null text counts as empty.
   void Init(const wchar_t* location, const wchar_t* mediaLocation, const wchar_t* internetLocation,
@@ -26,9 +28,11 @@ class CMMGalleryDownloadFileCaskel
   STDMETHOD(get_CheckSum)(BSTR* value) override;
 
  private:
-  CWideString m_strLocation;
-  CWideString m_strMediaLocation;
-  CWideString m_strInternetLocation;
+  common::WideString m_strLocation;
+  common::WideString m_strMediaLocation;
+  common::WideString m_strInternetLocation;
   long m_lFileSize = 0;
-  CWideString m_strCheckSum;
+  common::WideString m_strCheckSum;
 };
+
+}  // namespace qm::gallery

@@ -4,18 +4,23 @@
 #include "com/loader/ComponentLoader.h"
 #include "common/Bstr.h"
 
-CComPtr<IIniReader> CreateIniReader() {
-  return CComponentLoader::Instance().Create<IIniReader>(L"Gleaner.dll", CLSID_IniReader);
+namespace qm::gallery {
+
+common::ComPtr<IIniReader> CreateIniReader() {
+  return com::ComponentLoader::Instance().Create<IIniReader>(L"Gleaner.dll", CLSID_IniReader);
 }
 
-CComPtr<IApplicationServices> CreateApplicationServices() {
-  return CComponentLoader::Instance().Create<IApplicationServices>(L"QmAppServices.dll",
-                                                                   CLSID_ApplicationServices);
+common::ComPtr<IApplicationServices> CreateApplicationServices() {
+  return com::ComponentLoader::Instance().Create<IApplicationServices>(L"QmAppServices.dll",
+                                                                       CLSID_ApplicationServices);
 }
 
-CWideString AskServices(IApplicationServices& services,
-                        HRESULT (STDMETHODCALLTYPE IApplicationServices::*operation)(BSTR*)) {
-  CUniqueBstr text;
-  RaiseIfFailed((services.*operation)(text.Put()));
-  return ViewOf(text.Get());
+common::WideString GetServiceText(
+    IApplicationServices& services,
+    HRESULT (STDMETHODCALLTYPE IApplicationServices::*operation)(BSTR*)) {
+  common::UniqueBstr text;
+  com::RaiseIfFailed((services.*operation)(text.Put()));
+  return common::ViewOf(text.Get());
 }
+
+}  // namespace qm::gallery

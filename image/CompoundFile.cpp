@@ -70,8 +70,8 @@ class CompoundFile::Entry {
   void AppendName(std::u16string& names) const {
     const unsigned size = ReadU16(m_bytes + 0x40);  // in bytes, with the terminator
     if (size < 2 || size > kNameSize || size % 2 != 0) {
-      Refuse(DamagedPart::Structure, "The directory has an entry whose name takes up ", size,
-             " bytes.");
+      ThrowDamage(DamagedPart::Structure, "The directory has an entry whose name takes up ", size,
+                  " bytes.");
     }
     for (unsigned i = 0; i + 2 < size; i += 2) {
       names += static_cast<char16_t>(ReadU16(m_bytes + i));
@@ -114,30 +114,31 @@ void CompoundFile::ReadHeader() {
   const Bytes& front = PageAt(0);
   if (front.size() < sizeof kSignature ||
       std::memcmp(front.data(), kSignature, sizeof kSignature) != 0) {
-    Refuse(DamagedPart::NoDatabase, KindOf(front));
+    ThrowDamage(DamagedPart::NoDatabase, KindOf(front));
   }
   if (front.size() < kHeaderSize) {
-    Refuse(DamagedPart::Structure, "The file ends inside its header, after ", front.size(),
-           " of 512 bytes.");
+    ThrowDamage(DamagedPart::Structure, "The file ends inside its header, after ", front.size(),
+                " of 512 bytes.");
   }
   const std::uint8_t* const bytes = front.data();
   m_header.majorVersion = ReadU16(bytes + 0x1A);
   m_header.sectorShift = ReadU16(bytes + 0x1E);
   if (ReadU16(bytes + 0x1C) != 0xFFFE) {
-    Refuse(DamagedPart::Structure, "The header has no byte-order mark.");
+    ThrowDamage(DamagedPart::Structure, "The header has no byte-order mark.");
   }
   if (m_header.sectorShift != 9 && m_header.sectorShift != 12) {
-    Refuse(DamagedPart::Structure, "The header states a sector size of 2 to the power of ",
-           m_header.sectorShift, " bytes.");
+    ThrowDamage(DamagedPart::Structure, "The header states a sector size of 2 to the power of ",
+                m_header.sectorShift, " bytes.");
   }
   if ((m_header.majorVersion == 3 && m_header.sectorShift != 9) ||
       (m_header.majorVersion == 4 && m_header.sectorShift != 12)) {
-    Refuse(DamagedPart::Structure, "The header states a sector size of ", SectorSize(),
-           " bytes, which version ", m_header.majorVersion, " does not have.");
+    ThrowDamage(DamagedPart::Structure, "The header states a sector size of ", SectorSize(),
+                " bytes, which version ", m_header.majorVersion, " does not have.");
   }
   if (ReadU16(bytes + 0x20) != 6 || ReadU32(bytes + 0x38) != kMiniStreamLimit) {
-    Refuse(DamagedPart::Structure, "The header states a mini sector size of 2 to the power of ",
-           ReadU16(bytes + 0x20), " bytes and a limit of ", ReadU32(bytes + 0x38), " bytes.");
+    ThrowDamage(DamagedPart::Structure,
+                "The header states a mini sector size of 2 to the power of ", ReadU16(bytes + 0x20),
+                " bytes and a limit of ", ReadU32(bytes + 0x38), " bytes.");
   }
   // Sector 0 follows the header, which occupies a whole sector. Only files of 2 TB would need
   // numbers from kLastSector on.
@@ -148,8 +149,8 @@ void CompoundFile::ReadHeader() {
 
   m_header.tableSectors = ReadU32(bytes + 0x2C);
   if (m_header.tableSectors > m_sectorCount) {
-    Refuse(DamagedPart::Structure, "The allocation table claims ", m_header.tableSectors, " of ",
-           m_sectorCount, " sectors.");
+    ThrowDamage(DamagedPart::Structure, "The allocation table claims ", m_header.tableSectors,
+                " of ", m_sectorCount, " sectors.");
   }
   m_header.firstDirectory = ReadU32(bytes + 0x30);
   m_header.firstMiniTable = ReadU32(bytes + 0x3C);
@@ -171,7 +172,7 @@ void CompoundFile::ReadDirectory() {
     return Entry(directory.data() + kEntrySize * index, m_header.majorVersion);
   };
   if (count == 0 || entryAt(0).GetType() != Entry::kRoot) {
-    Refuse(DamagedPart::Structure, "The directory does not begin with its root.");
+    ThrowDamage(DamagedPart::Structure, "The directory does not begin with its root.");
   }
   m_root = entryAt(0).Extent();
 
@@ -193,10 +194,11 @@ void CompoundFile::ReadDirectory() {
       continue;
     }
     if (index >= count) {
-      Refuse(DamagedPart::Structure, "The directory refers to entry ", index, " of ", count, '.');
+      ThrowDamage(DamagedPart::Structure, "The directory refers to entry ", index, " of ", count,
+                  '.');
     }
     if (isVisited[index]) {
-      Refuse(DamagedPart::Structure, "The directory refers to entry ", index, " twice.");
+      ThrowDamage(DamagedPart::Structure, "The directory refers to entry ", index, " twice.");
     }
     isVisited[index] = true;
     const Entry entry = entryAt(index);
@@ -294,8 +296,8 @@ Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::
 
 Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size) {
   if (size > kMostAtOnce) {
-    Refuse(DamagedPart::Structure, "The directory or the mini stream's allocation table has ", size,
-           " bytes, and ", kMostAtOnce, " are read at most.");
+    ThrowDamage(DamagedPart::Structure, "The directory or the mini stream's allocation table has ",
+                size, " bytes, and ", kMostAtOnce, " are read at most.");
   }
   std::vector<std::uint64_t> offsets;
   offsets.reserve(sectors.size());
@@ -314,9 +316,9 @@ std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
   const std::size_t further = index - m_header.tableList.size();
   while (further >= m_furtherTableSectors.size()) {
     if (m_nextTableList >= m_sectorCount) {
-      Refuse(DamagedPart::Structure, "The list of the allocation table's sectors ends after ",
-             m_header.tableList.size() + m_furtherTableSectors.size(), " of ",
-             m_header.tableSectors, '.');
+      ThrowDamage(DamagedPart::Structure, "The list of the allocation table's sectors ends after ",
+                  m_header.tableList.size() + m_furtherTableSectors.size(), " of ",
+                  m_header.tableSectors, '.');
     }
     Bytes list(static_cast<std::size_t>(SectorSize()));
     ReadPadded(OffsetOf(m_nextTableList), list.data(), list.size());
@@ -332,16 +334,16 @@ std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
 std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
   const std::uint32_t index = sector / NumbersPerSector();
   if (index >= m_header.tableSectors) {
-    Refuse(DamagedPart::Structure, "The allocation table has ",
-           std::uint64_t{m_header.tableSectors} * NumbersPerSector(),
-           " entries and none for sector ", sector, '.');
+    ThrowDamage(DamagedPart::Structure, "The allocation table has ",
+                std::uint64_t{m_header.tableSectors} * NumbersPerSector(),
+                " entries and none for sector ", sector, '.');
   }
   auto part = m_table.find(index);
   if (part == m_table.end()) {
     const std::uint32_t location = TableSector(index);
     if (location >= m_sectorCount) {
-      Refuse(DamagedPart::Structure, "The allocation table lies in sector ", location, " of ",
-             m_sectorCount, '.');
+      ThrowDamage(DamagedPart::Structure, "The allocation table lies in sector ", location, " of ",
+                  m_sectorCount, '.');
     }
     Bytes bytes(static_cast<std::size_t>(SectorSize()));
     ReadPadded(OffsetOf(location), bytes.data(), bytes.size());
@@ -353,8 +355,8 @@ std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
 std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
   const std::size_t count = m_miniTable.size() / 4;
   if (sector >= count) {
-    Refuse(DamagedPart::Structure, "The mini stream's allocation table has ", count,
-           " entries and none for sector ", sector, '.');
+    ThrowDamage(DamagedPart::Structure, "The mini stream's allocation table has ", count,
+                " entries and none for sector ", sector, '.');
   }
   return ReadU32(m_miniTable.data() + 4 * std::size_t{sector});
 }
@@ -372,10 +374,10 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
   std::size_t nextToRemember = 1;
   for (std::uint32_t sector = first; most > 0 && sector != kEndOfChain; sector = next(sector)) {
     if (sector >= sectorCount) {
-      Refuse(part, subject, " leads to sector ", sector, " of ", sectorCount, '.');
+      ThrowDamage(part, subject, " leads to sector ", sector, " of ", sectorCount, '.');
     }
     if (sector == remembered) {
-      Refuse(part, subject, " comes back to sector ", sector, '.');
+      ThrowDamage(part, subject, " comes back to sector ", sector, '.');
     }
     sectors.push_back(sector);
     if (sectors.size() == most) {
@@ -393,7 +395,7 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
     std::sort(sorted.begin(), sorted.end());
     const auto twice = std::adjacent_find(sorted.begin(), sorted.end());
     if (twice != sorted.end()) {
-      Refuse(part, subject, " comes back to sector ", *twice, '.');
+      ThrowDamage(part, subject, " comes back to sector ", *twice, '.');
     }
   }
   return sectors;
@@ -430,10 +432,12 @@ std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view
 
 Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& subject) {
   if (stream.size > m_source.Size()) {
-    Refuse(part, subject, " claims ", stream.size, " bytes of a file of ", m_source.Size(), '.');
+    ThrowDamage(part, subject, " claims ", stream.size, " bytes of a file of ", m_source.Size(),
+                '.');
   }
   if (stream.size > kMostAtOnce) {
-    Refuse(part, subject, " has ", stream.size, " bytes, and ", kMostAtOnce, " are read at most.");
+    ThrowDamage(part, subject, " has ", stream.size, " bytes, and ", kMostAtOnce,
+                " are read at most.");
   }
   if (stream.size == 0) {
     return {};
@@ -448,8 +452,8 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& 
       isMini ? MiniChain(stream.firstSector, needed, part, subject)
              : Chain(stream.firstSector, needed, part, subject);
   if (sectors.size() < needed) {
-    Refuse(part, subject, " ends after ", sectors.size(), " of ", needed,
-           isMini ? " mini sectors." : " sectors.");
+    ThrowDamage(part, subject, " ends after ", sectors.size(), " of ", needed,
+                isMini ? " mini sectors." : " sectors.");
   }
   std::vector<std::uint64_t> offsets;
   offsets.reserve(sectors.size());
@@ -458,7 +462,7 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& 
     offsets.push_back(isMini ? MiniOffsetOf(sector) : OffsetOf(sector));
     const std::uint64_t count = std::min(unit, left);
     if (offsets.back() + count > m_source.Size()) {
-      Refuse(part, subject, " reaches beyond the end of the file.");
+      ThrowDamage(part, subject, " reaches beyond the end of the file.");
     }
     left -= count;
   }
@@ -470,8 +474,8 @@ void CompoundFile::LoadMiniStream() {
     return;
   }
   if (m_root.size > m_source.Size()) {
-    Refuse(DamagedPart::Structure, "The mini stream claims ", m_root.size, " bytes of a file of ",
-           m_source.Size(), '.');
+    ThrowDamage(DamagedPart::Structure, "The mini stream claims ", m_root.size,
+                " bytes of a file of ", m_source.Size(), '.');
   }
   const std::uint64_t needed = (m_root.size + SectorSize() - 1) >> m_header.sectorShift;
   m_miniStream = Chain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream");
@@ -491,8 +495,8 @@ void CompoundFile::VerifyStreams() {
                        const Subject& subject) {
     for (const std::uint32_t sector : sectors) {
       if (sector >= taken.size() || taken[sector]) {
-        Refuse(DamagedPart::Structure, subject, " has sector ", sector,
-               ", which belongs to another part.");
+        ThrowDamage(DamagedPart::Structure, subject, " has sector ", sector,
+                    ", which belongs to another part.");
       }
       taken[sector] = true;
     }
@@ -527,13 +531,13 @@ void CompoundFile::VerifyStreams() {
     }
     const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
     if (count * unit < stream.size) {
-      Refuse(DamagedPart::Structure, subject, " has ", count, " sectors for ", stream.size,
-             " bytes.");
+      ThrowDamage(DamagedPart::Structure, subject, " has ", count, " sectors for ", stream.size,
+                  " bytes.");
     }
   }
 }
 
-std::optional<unsigned> CompoundFile::UnknownVersion() const noexcept {
+std::optional<unsigned> CompoundFile::FindUnknownVersion() const noexcept {
   const bool isKnown = m_header.majorVersion == 3 || m_header.majorVersion == 4;
   return isKnown ? std::nullopt : std::optional(m_header.majorVersion);
 }

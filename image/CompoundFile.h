@@ -56,7 +56,7 @@ class CompoundFile {
 
   /// Returns the version of the format if it is neither 3 nor 4: the rest of such a file may have
   /// another meaning.
-  std::optional<unsigned> UnknownVersion() const noexcept;
+  std::optional<unsigned> FindUnknownVersion() const noexcept;
 
   /// Returns the defects of what has been read so far, and of the extent of each stream.
   std::vector<Defect> Defects() const;

@@ -90,7 +90,7 @@ std::string Join(const Parts&... parts) {
 
 /// Throws Damage with a sentence concatenated from texts and numbers.
 template <class... Parts>
-[[noreturn]] void Refuse(DamagedPart part, const Parts&... parts) {
+[[noreturn]] void ThrowDamage(DamagedPart part, const Parts&... parts) {
   throw Damage(part, Join(parts...));
 }
 

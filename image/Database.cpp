@@ -29,12 +29,12 @@ unsigned IntegerSize(std::uint32_t type) noexcept {
 Subject SubjectOf(std::string_view table) noexcept { return {"Table", table}; }
 
 /// The table that names all tables.
-Table TableOfTables(unsigned referenceSize) {
+TableDefinition TableOfTables(unsigned referenceSize) {
   return {"_Tables", {{"Name", ColumnKind::Text, referenceSize, true}}};
 }
 
 /// The table that defines the columns of all tables.
-Table TableOfColumns(unsigned referenceSize) {
+TableDefinition TableOfColumns(unsigned referenceSize) {
   return {"_Columns",
           {{"Table", ColumnKind::Text, referenceSize, true},
            {"Number", ColumnKind::Integer, 2, true},
@@ -44,7 +44,7 @@ Table TableOfColumns(unsigned referenceSize) {
 
 }  // namespace
 
-std::optional<std::size_t> Table::FindColumn(std::string_view column) const noexcept {
+std::optional<std::size_t> TableDefinition::FindColumn(std::string_view column) const noexcept {
   for (std::size_t i = 0; i < columns.size(); ++i) {
     if (columns[i].name == column) {
       return i;
@@ -53,15 +53,15 @@ std::optional<std::size_t> Table::FindColumn(std::string_view column) const noex
   return std::nullopt;
 }
 
-Rows::Rows(Table table, Bytes bytes, const StringPool& strings)
+TableRows::TableRows(TableDefinition table, Bytes bytes, const StringPool& strings)
     : m_table(std::move(table)), m_bytes(std::move(bytes)), m_strings(strings) {
   std::size_t rowSize = 0;
   for (const Column& column : m_table.columns) {
     rowSize += column.size;
   }
   if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
-    Refuse(DamagedPart::Table, SubjectOf(m_table.name), " has ", m_bytes.size(),
-           " bytes, which is not a whole number of rows of ", rowSize, '.');
+    ThrowDamage(DamagedPart::Table, SubjectOf(m_table.name), " has ", m_bytes.size(),
+                " bytes, which is not a whole number of rows of ", rowSize, '.');
   }
   m_count = m_bytes.size() / rowSize;
   std::size_t start = 0;
@@ -72,7 +72,7 @@ Rows::Rows(Table table, Bytes bytes, const StringPool& strings)
   }
 }
 
-std::uint32_t Rows::Cell(std::size_t row, std::size_t column) const noexcept {
+std::uint32_t TableRows::Cell(std::size_t row, std::size_t column) const noexcept {
   const unsigned size = m_table.columns[column].size;
   const std::uint8_t* const cell = m_bytes.data() + m_columnStarts[column] + row * size;
   std::uint32_t value = 0;
@@ -82,7 +82,7 @@ std::uint32_t Rows::Cell(std::size_t row, std::size_t column) const noexcept {
   return value;
 }
 
-std::optional<std::int32_t> Rows::Integer(std::size_t row, std::size_t column) const noexcept {
+std::optional<std::int32_t> TableRows::Integer(std::size_t row, std::size_t column) const noexcept {
   const std::uint32_t cell = Cell(row, column);
   if (cell == 0) {
     return std::nullopt;
@@ -92,11 +92,11 @@ std::optional<std::int32_t> Rows::Integer(std::size_t row, std::size_t column) c
   return static_cast<std::int32_t>(cell - shift);
 }
 
-std::uint32_t Rows::StringNumber(std::size_t row, std::size_t column) const {
+std::uint32_t TableRows::StringNumber(std::size_t row, std::size_t column) const {
   const std::uint32_t number = Cell(row, column);
-  if (number >= m_strings.Count()) {
-    Refuse(DamagedPart::Row, "Row ", row + 1, " of table ", Quote(m_table.name), " names string ",
-           number, " of ", m_strings.Count() - 1, '.');
+  if (number >= m_strings.EndNumber()) {
+    ThrowDamage(DamagedPart::Row, "Row ", row + 1, " of table ", Quote(m_table.name),
+                " names string ", number, " of ", m_strings.EndNumber() - 1, '.');
   }
   return number;
 }
@@ -109,8 +109,8 @@ Database::Database(ByteSource& source) : m_file(source) {
 void Database::ReadStrings() {
   const auto pool = m_file.FindStream(EncodeStreamName("_StringPool", StreamKind::Table));
   if (!pool) {
-    Refuse(DamagedPart::NoDatabase,
-           "The file is a compound file without the string pool of an installer database.");
+    ThrowDamage(DamagedPart::NoDatabase,
+                "The file is a compound file without the string pool of an installer database.");
   }
   Bytes entries = m_file.Read(*pool, DamagedPart::Structure, "The string pool");
   m_strings = StringPool(entries,
@@ -118,19 +118,19 @@ void Database::ReadStrings() {
 }
 
 void Database::ReadDefinitions() {
-  const auto read = [&](Table table) {
+  const auto read = [&](TableDefinition table) {
     Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, SubjectOf(table.name));
-    return Rows(std::move(table), std::move(bytes), m_strings);
+    return TableRows(std::move(table), std::move(bytes), m_strings);
   };
   try {
-    const Rows tables = read(TableOfTables(m_strings.ReferenceSize()));
+    const TableRows tables = read(TableOfTables(m_strings.ReferenceSize()));
     m_tables.reserve(tables.Count());
     for (std::size_t row = 0; row < tables.Count(); ++row) {
       m_tables.push_back(tables.StringNumber(row, 0));
     }
-    OrderTables();
+    SortTables();
     m_isTableNamedTwice = m_tables.size() < tables.Count();
-    const Rows columns = read(TableOfColumns(m_strings.ReferenceSize()));
+    const TableRows columns = read(TableOfColumns(m_strings.ReferenceSize()));
     m_columns.reserve(columns.Count());
     for (std::size_t row = 0; row < columns.Count(); ++row) {
       const auto type = static_cast<std::uint32_t>(columns.Integer(row, 3).value_or(0));
@@ -148,7 +148,7 @@ void Database::ReadDefinitions() {
 
 /// Removes all but the first of several tables with the same name, and sorts the list of tables by
 /// name.
-void Database::OrderTables() {
+void Database::SortTables() {
   std::vector<std::size_t> positions(m_tables.size());
   std::iota(positions.begin(), positions.end(), std::size_t{0});
   // By string number first, because a long name that many rows share would be compared repeatedly.
@@ -218,19 +218,19 @@ Database::ColumnRange Database::ColumnsOf(std::uint32_t table) const noexcept {
                           [](const ColumnRow& a, const ColumnRow& b) { return a.table < b.table; });
 }
 
-Table Database::DefinitionOf(std::uint32_t table) const {
+TableDefinition Database::DefinitionOf(std::uint32_t table) const {
   const std::string_view name = m_strings.Text(table);
   const auto [begin, end] = ColumnsOf(table);
   if (begin == end) {
-    Refuse(DamagedPart::Table, SubjectOf(name), " has no columns.");
+    ThrowDamage(DamagedPart::Table, SubjectOf(name), " has no columns.");
   }
-  Table definition{name, {}};
+  TableDefinition definition{name, {}};
   definition.columns.reserve(static_cast<std::size_t>(end - begin));
   for (auto row = begin; row != end; ++row) {
     const std::ptrdiff_t expected = row - begin + 1;
     if (row->number != expected) {
-      Refuse(DamagedPart::Table, SubjectOf(name), " has column ", row->number, " where column ",
-             expected, " belongs.");
+      ThrowDamage(DamagedPart::Table, SubjectOf(name), " has column ", row->number,
+                  " where column ", expected, " belongs.");
     }
     definition.columns.push_back(ColumnOf(*row));
   }
@@ -247,18 +247,19 @@ Column Database::ColumnOf(const ColumnRow& row) const {
     return {name, ColumnKind::Text, m_strings.ReferenceSize(), isKey};
   }
   if (IntegerSize(row.type) == 0) {
-    Refuse(DamagedPart::Table, "Column ", Quote(name), " of table ",
-           Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits, " bytes.");
+    ThrowDamage(DamagedPart::Table, "Column ", Quote(name), " of table ",
+                Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits,
+                " bytes.");
   }
   return {name, ColumnKind::Integer, IntegerSize(row.type), isKey};
 }
 
-Rows Database::ReadTable(std::string_view name) {
+TableRows Database::ReadTable(std::string_view name) {
   const std::uint32_t table = FindTable(name);
   if (table == 0) {
-    Refuse(DamagedPart::Table, "There is no table ", Quote(name), '.');
+    ThrowDamage(DamagedPart::Table, "There is no table ", Quote(name), '.');
   }
-  Table definition = DefinitionOf(table);
+  TableDefinition definition = DefinitionOf(table);
   Bytes bytes = ReadTableStream(name, DamagedPart::Table, SubjectOf(name));
   return {std::move(definition), std::move(bytes), m_strings};
 }
@@ -271,14 +272,14 @@ std::optional<SummaryInformation> Database::ReadSummary() {
   // A module keeps these texts, once for each property that refers to them.
   constexpr std::uint64_t kMost = 1 << 20;
   if (stream->size > kMost) {
-    Refuse(DamagedPart::Summary, "The summary information has ", stream->size, " bytes, and ",
-           kMost, " are read at most.");
+    ThrowDamage(DamagedPart::Summary, "The summary information has ", stream->size, " bytes, and ",
+                kMost, " are read at most.");
   }
   return SummaryInformation(m_file.Read(*stream, DamagedPart::Summary, "The summary information"));
 }
 
 std::optional<std::string> Database::UnknownKind() const {
-  if (const auto version = m_file.UnknownVersion()) {
+  if (const auto version = m_file.FindUnknownVersion()) {
     return Join("version ", *version, " of the format of compound files");
   }
   return std::nullopt;
@@ -289,13 +290,13 @@ void Database::Verify() {
   // justifies.
   std::uint64_t left = m_file.Size();
   for (const std::uint32_t table : m_tables) {
-    const Rows rows = ReadTable(m_strings.Text(table));
+    const TableRows rows = ReadTable(m_strings.Text(table));
     if (rows.Size() > left) {
-      Refuse(DamagedPart::Structure, "The tables claim more bytes than the file has.");
+      ThrowDamage(DamagedPart::Structure, "The tables claim more bytes than the file has.");
     }
     left -= rows.Size();
-    for (std::size_t column = 0; column < rows.GetTable().columns.size(); ++column) {
-      if (rows.GetTable().columns[column].kind == ColumnKind::Text) {
+    for (std::size_t column = 0; column < rows.Definition().columns.size(); ++column) {
+      if (rows.Definition().columns[column].kind == ColumnKind::Text) {
         for (std::size_t row = 0; row < rows.Count(); ++row) {
           rows.StringNumber(row, column);
         }
@@ -303,17 +304,18 @@ void Database::Verify() {
     }
   }
   const auto summary = ReadSummary();
-  if (summary && summary->PropertyOfUnknownType()) {
-    Refuse(DamagedPart::Summary, "Property ", *summary->PropertyOfUnknownType(),
-           " of the summary information is of an unknown type.");
+  if (summary && summary->FindPropertyOfUnknownType()) {
+    ThrowDamage(DamagedPart::Summary, "Property ", *summary->FindPropertyOfUnknownType(),
+                " of the summary information is of an unknown type.");
   }
 }
 
 std::vector<Defect> Database::Defects() const {
   std::vector<Defect> defects = m_file.Defects();
-  if (m_strings.SpareBytes() > 0) {
-    defects.push_back({Defect::Grade::Harmless, Join("The string data has ", m_strings.SpareBytes(),
-                                                     " bytes that belong to no string.")});
+  if (m_strings.UnusedBytes() > 0) {
+    defects.push_back(
+        {Defect::Grade::Harmless, Join("The string data has ", m_strings.UnusedBytes(),
+                                       " bytes that belong to no string.")});
   }
   if (m_isTableNamedTwice) {
     defects.push_back({Defect::Grade::Suspicious, "Table \"_Tables\" names a table twice."});

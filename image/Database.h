@@ -30,7 +30,7 @@ struct Column {
 };
 
 /// A table as the database defines it.
-struct Table {
+struct TableDefinition {
   std::string_view name;  ///< bytes in the database's code page; valid as long as the database
   std::vector<Column> columns;
 
@@ -41,11 +41,11 @@ struct Table {
 /// The rows of a table, in the order of the file. Rows and columns are numbered from 0. Functions
 /// throw Damage (Row) for a cell that refers to a string that the database does not have. The
 /// database must outlive the object.
-class Rows {
+class TableRows {
  public:
-  Rows(Table table, Bytes bytes, const StringPool& strings);
+  TableRows(TableDefinition table, Bytes bytes, const StringPool& strings);
 
-  const Table& GetTable() const noexcept { return m_table; }
+  const TableDefinition& Definition() const noexcept { return m_table; }
   std::size_t Count() const noexcept { return m_count; }
 
   /// The size of the rows in the file, in bytes.
@@ -69,7 +69,7 @@ class Rows {
  private:
   std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
 
-  Table m_table;
+  TableDefinition m_table;
   Bytes m_bytes;
   const StringPool& m_strings;
   std::vector<std::size_t> m_columnStarts;  ///< in m_bytes, which has column after column
@@ -101,13 +101,13 @@ class Database {
 
   /// Reads all rows of a table. Throws Damage (Table) if the database does not define the table
   /// properly or its last row is incomplete.
-  Rows ReadTable(std::string_view name);
+  TableRows ReadTable(std::string_view name);
 
   /// Reads the data of a cell of a Stream column; nothing if the cell is null or no stream has its
   /// name. `decode` converts bytes in the code page to UTF-16. The server does not call it; the
   /// checks of this reader do.
   template <class Decode>
-  std::optional<Bytes> ReadStream(const Rows& rows, std::size_t row, std::size_t column,
+  std::optional<Bytes> ReadStream(const TableRows& rows, std::size_t row, std::size_t column,
                                   Decode decode) {
     if (rows.IsNull(row, column)) {
       return std::nullopt;
@@ -146,18 +146,18 @@ class Database {
 
   void ReadStrings();
   void ReadDefinitions();
-  void OrderTables();
+  void SortTables();
   Bytes ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject);
   std::uint32_t FindTable(std::string_view name) const noexcept;
   static bool IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept;
   ColumnRange ColumnsOf(std::uint32_t table) const noexcept;
-  Table DefinitionOf(std::uint32_t table) const;
+  TableDefinition DefinitionOf(std::uint32_t table) const;
   Column ColumnOf(const ColumnRow& row) const;
   std::optional<Bytes> ReadOtherStream(std::u16string_view name);
 
   template <class Decode>
-  static std::u16string StreamNameOf(const Rows& rows, std::size_t row, Decode decode) {
-    const Table& table = rows.GetTable();
+  static std::u16string StreamNameOf(const TableRows& rows, std::size_t row, Decode decode) {
+    const TableDefinition& table = rows.Definition();
     std::u16string name = decode(table.name);
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
       if (table.columns[column].isKey) {

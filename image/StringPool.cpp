@@ -32,14 +32,15 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
     // length in place of the reference count.
     if (length == 0 && references != 0) {
       if (++i == entries) {
-        Refuse(DamagedPart::Structure, "The string pool ends inside string ", m_ends.size(), '.');
+        ThrowDamage(DamagedPart::Structure, "The string pool ends inside string ", m_ends.size(),
+                    '.');
       }
       length = references << 16U | ReadU16(pool.data() + kEntrySize * i);
     }
     end += length;
     if (end > size) {
-      Refuse(DamagedPart::Structure, "String ", m_ends.size(), " of the pool ends at byte ", end,
-             " of ", size, '.');
+      ThrowDamage(DamagedPart::Structure, "String ", m_ends.size(), " of the pool ends at byte ",
+                  end, " of ", size, '.');
     }
     m_ends.push_back(static_cast<std::uint32_t>(end));
   }

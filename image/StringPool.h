@@ -26,14 +26,14 @@ class StringPool {
   unsigned ReferenceSize() const noexcept { return m_referenceSize; }
 
   /// One more than the greatest string number.
-  std::uint32_t Count() const noexcept { return static_cast<std::uint32_t>(m_ends.size()); }
+  std::uint32_t EndNumber() const noexcept { return static_cast<std::uint32_t>(m_ends.size()); }
 
   /// Returns the string of this number, which must be below Count(); empty for null and unused
   /// numbers. Valid as long as the pool.
   std::string_view Text(std::uint32_t number) const noexcept;
 
   /// The number of bytes in the data that belong to no string.
-  std::size_t SpareBytes() const noexcept { return m_data.size() - m_ends.back(); }
+  std::size_t UnusedBytes() const noexcept { return m_data.size() - m_ends.back(); }
 
  private:
   std::uint32_t m_codePage = 0;

@@ -27,32 +27,33 @@ constexpr std::uint8_t kSummaryFormat[] = {0xE0, 0x85, 0x9F, 0xF2, 0xF9, 0x4F, 0
 
 SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream)) {
   if (m_stream.size() < kHeaderSize + kSectionEntry) {
-    Refuse(DamagedPart::Summary, "The summary information has only ", m_stream.size(), " bytes.");
+    ThrowDamage(DamagedPart::Summary, "The summary information has only ", m_stream.size(),
+                " bytes.");
   }
   const std::uint8_t* const bytes = m_stream.data();
   if (ReadU16(bytes) != 0xFFFE || ReadU32(bytes + 24) == 0 ||
       std::memcmp(bytes + kHeaderSize, kSummaryFormat, sizeof kSummaryFormat) != 0) {
-    Refuse(DamagedPart::Summary, "The summary information does not begin with its header.");
+    ThrowDamage(DamagedPart::Summary, "The summary information does not begin with its header.");
   }
   const std::uint32_t section = ReadU32(bytes + kHeaderSize + sizeof kSummaryFormat);
   if (section > m_stream.size() || m_stream.size() - section < kPropertyEntry) {
-    Refuse(DamagedPart::Summary, "The properties of the summary information begin at byte ",
-           section, " of ", m_stream.size(), '.');
+    ThrowDamage(DamagedPart::Summary, "The properties of the summary information begin at byte ",
+                section, " of ", m_stream.size(), '.');
   }
   const std::uint32_t size =
       std::min(ReadU32(bytes + section), static_cast<std::uint32_t>(m_stream.size() - section));
   const std::uint32_t count = ReadU32(bytes + section + 4);
   if (size < kPropertyEntry || count > (size - kPropertyEntry) / kPropertyEntry) {
-    Refuse(DamagedPart::Summary, "The summary information claims ", count, " properties in ", size,
-           " bytes.");
+    ThrowDamage(DamagedPart::Summary, "The summary information claims ", count, " properties in ",
+                size, " bytes.");
   }
   for (std::uint32_t i = 0; i < count; ++i) {
     const std::uint8_t* const entry = bytes + section + kPropertyEntry * (std::size_t{i} + 1);
     const std::uint32_t number = ReadU32(entry);
     const std::uint32_t offset = ReadU32(entry + 4);
     if (offset > size || size - offset < 8) {
-      Refuse(DamagedPart::Summary, "Property ", number,
-             " of the summary information begins at byte ", offset, " of ", size, '.');
+      ThrowDamage(DamagedPart::Summary, "Property ", number,
+                  " of the summary information begins at byte ", offset, " of ", size, '.');
     }
     const std::uint8_t* const value = bytes + section + offset;
     const std::uint32_t type = ReadU32(value);
@@ -62,8 +63,8 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
     } else if (type == kText) {
       const std::uint32_t length = ReadU32(value + 4);
       if (length > size - offset - 8) {
-        Refuse(DamagedPart::Summary, "Property ", number, " of the summary information claims ",
-               length, " bytes of ", size, '.');
+        ThrowDamage(DamagedPart::Summary, "Property ", number,
+                    " of the summary information claims ", length, " bytes of ", size, '.');
       }
       m_texts.insert_or_assign(number, Extent{section + std::size_t{offset} + 8, length});
     } else if (type != kNull && type != kSmallInteger && type != kInteger && type != kTime) {

@@ -26,7 +26,7 @@ class SummaryInformation {
 
   /// Returns the number of a property whose type installers do not write. They write nulls,
   /// integers, texts and times. Nothing if there is no such property.
-  std::optional<std::uint32_t> PropertyOfUnknownType() const noexcept { return m_unknown; }
+  std::optional<std::uint32_t> FindPropertyOfUnknownType() const noexcept { return m_unknown; }
 
  private:
   struct Extent {

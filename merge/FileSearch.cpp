@@ -5,7 +5,7 @@
 
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace qm::merge {
 
 namespace {
 
@@ -62,11 +62,11 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) noexcept {
   return pattern.find_first_not_of('*') == std::string_view::npos;
 }
 
-std::vector<FoundFile> FindFiles(const std::vector<CheckedModule>& modules,
+std::vector<FoundFile> FindFiles(const std::vector<ModuleDetails>& modules,
                                  const std::string& pattern) {
-  const std::string wanted = FoldCase(pattern);
+  const std::string wanted = text::FoldCase(pattern);
   const auto matches = [&](const std::string& name) {
-    return !name.empty() && MatchesPattern(FoldCase(name), wanted);
+    return !name.empty() && MatchesPattern(text::FoldCase(name), wanted);
   };
   std::vector<FoundFile> found;
   for (size_t position = 0; position < modules.size(); ++position) {
@@ -82,3 +82,5 @@ std::vector<FoundFile> FindFiles(const std::vector<CheckedModule>& modules,
   }
   return found;
 }
+
+}  // namespace qm::merge

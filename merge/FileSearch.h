@@ -6,6 +6,8 @@
 
 #include "merge/Findings.h"
 
+namespace qm::merge {
+
 /// Makes the delivered file that a row of the File table describes. `fileName` is as in the table:
 /// "SHORT.TXT|long name.txt", or one name.
 DeliveredFile MakeDeliveredFile(const std::string& fileName, std::string directory, std::string key,
@@ -24,5 +26,7 @@ struct FoundFile {
 
 /// Returns the files whose long or short name matches a pattern, ignoring case. Sorted by module,
 /// then by name and key.
-std::vector<FoundFile> FindFiles(const std::vector<CheckedModule>& modules,
+std::vector<FoundFile> FindFiles(const std::vector<ModuleDetails>& modules,
                                  const std::string& pattern);
+
+}  // namespace qm::merge

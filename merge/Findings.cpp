@@ -7,7 +7,7 @@
 #include "merge/JoinTexts.h"
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace qm::merge {
 
 namespace {
 
@@ -25,7 +25,7 @@ std::string Describe(const Exclusion& exclusion) {
 
 class ModuleCheck {
  public:
-  ModuleCheck(const MergeSet& set, const std::vector<CheckedModule>& details,
+  ModuleCheck(const MergeSet& set, const std::vector<ModuleDetails>& details,
               const std::vector<size_t>& scope)
       : m_set(set), m_details(details), m_scope(scope), m_isInScope(details.size()) {
     for (const size_t position : scope) {
@@ -40,7 +40,7 @@ class ModuleCheck {
     FindDoubles();
     FindDownloads();
     FindFileConflicts(resolveDirectory);
-    Sort(m_findings);
+    SortFindings(m_findings);
     return std::move(m_findings);
   }
 
@@ -56,7 +56,7 @@ class ModuleCheck {
   /// ID.
   std::string IdentityOf(size_t position) const {
     const std::string& id = Module(position).moduleId;
-    return id.empty() ? m_details[position].path : FoldCase(id);
+    return id.empty() ? m_details[position].path : text::FoldCase(id);
   }
 
   std::vector<std::string> NamesOf(const std::vector<size_t>& positions) const {
@@ -85,7 +85,7 @@ class ModuleCheck {
     const MergePlan plan = PlanMerge(m_set, m_scope);
     for (const MissingModule& missing : plan.missing) {
       Add(kMissingDependency, {missing.neededBy},
-          NameOf(missing.neededBy) + " needs " + RequirementText(missing.requirement) + ": " +
+          NameOf(missing.neededBy) + " needs " + FormatRequirement(missing.requirement) + ": " +
               missing.reason);
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
@@ -99,7 +99,7 @@ class ModuleCheck {
   void FindExclusions() {
     for (const size_t position : m_scope) {
       for (const Exclusion& exclusion : m_details[position].exclusions) {
-        for (const size_t other : ExcludedModules(m_set, position, exclusion)) {
+        for (const size_t other : FindExcludedModules(m_set, position, exclusion)) {
           if (m_isInScope[other]) {
             Add(kExclusion, {position, other},
                 NameOf(position) + " excludes " + Describe(exclusion) + " of " + NameOf(other) +
@@ -114,14 +114,14 @@ class ModuleCheck {
     std::set<std::string> seen;
     for (const size_t position : m_scope) {
       const std::string& id = Module(position).moduleId;
-      if (id.empty() || !seen.insert(FoldCase(id)).second) {
+      if (id.empty() || !seen.insert(text::FoldCase(id)).second) {
         continue;
       }
       std::map<std::string, std::vector<size_t>> byKey;
       std::vector<size_t> all;
-      for (const size_t same : m_set.ModulesOfId(id)) {
+      for (const size_t same : m_set.FindById(id)) {
         if (m_isInScope[same]) {
-          byKey[FoldCase(Module(same).key)].push_back(same);
+          byKey[text::FoldCase(Module(same).key)].push_back(same);
           all.push_back(same);
         }
       }
@@ -141,7 +141,7 @@ class ModuleCheck {
     for (const size_t position : modules) {
       places.push_back(m_details[position].path + " (version " + Module(position).version + ')');
     }
-    Add(kDuplicateKey, {modules.front()},
+    Add(kDuplicateModuleKey, {modules.front()},
         NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
             " times: " + JoinTexts(places, ", "));
   }
@@ -182,7 +182,7 @@ class ModuleCheck {
     std::map<std::string, std::vector<Delivery>> byName;
     for (const size_t position : m_scope) {
       for (const DeliveredFile& file : m_details[position].files) {
-        byName[FoldCase(file.name)].push_back({position, &file});
+        byName[text::FoldCase(file.name)].push_back({position, &file});
       }
     }
     for (const auto& [name, deliveries] : byName) {
@@ -196,8 +196,8 @@ class ModuleCheck {
       std::map<std::string, std::string> folders;
       for (const Delivery& delivery : deliveries) {
         const std::string folder = resolveDirectory(delivery.module, delivery.file->directory);
-        byFolder[FoldCase(folder)].push_back(delivery.module);
-        folders.emplace(FoldCase(folder), folder);
+        byFolder[text::FoldCase(folder)].push_back(delivery.module);
+        folders.emplace(text::FoldCase(folder), folder);
       }
       for (const auto& [folder, modules] : byFolder) {
         AddFileConflict(deliveries.front().file->name, folders[folder], modules);
@@ -221,7 +221,7 @@ class ModuleCheck {
   }
 
   const MergeSet& m_set;
-  const std::vector<CheckedModule>& m_details;
+  const std::vector<ModuleDetails>& m_details;
   const std::vector<size_t>& m_scope;
   std::vector<bool> m_isInScope;
   std::vector<Finding> m_findings;
@@ -229,10 +229,10 @@ class ModuleCheck {
 
 }  // namespace
 
-std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
-                                    const Exclusion& exclusion) {
+std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
+                                        const Exclusion& exclusion) {
   std::vector<size_t> excluded;
-  for (const size_t position : set.ModulesOfId(exclusion.moduleId)) {
+  for (const size_t position : set.FindById(exclusion.moduleId)) {
     const MergeModule& module = set.Modules()[position];
     if (position != excluding &&
         Excludes(exclusion, module.moduleId, module.language, module.version)) {
@@ -242,7 +242,7 @@ std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
   return excluded;
 }
 
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<CheckedModule>& details,
+std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<ModuleDetails>& details,
                                   const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory) {
   return ModuleCheck(set, details, scope).Run(resolveDirectory);
@@ -251,7 +251,7 @@ std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<Checked
 std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries) {
   std::map<std::pair<std::string, std::string>, std::vector<const IndexEntry*>> unknown;
   for (const IndexEntry& entry : entries) {
-    if (set.ModulesOfKey(entry.moduleKey).empty()) {
+    if (set.FindByKey(entry.moduleKey).empty()) {
       unknown[{entry.table, entry.moduleKey}].push_back(&entry);
     }
   }
@@ -267,8 +267,10 @@ std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEn
   return findings;
 }
 
-void Sort(std::vector<Finding>& findings) {
+void SortFindings(std::vector<Finding>& findings) {
   std::sort(findings.begin(), findings.end(), [](const Finding& a, const Finding& b) {
     return std::tie(a.code, a.modules, a.text) < std::tie(b.code, b.modules, b.text);
   });
 }
+
+}  // namespace qm::merge

@@ -6,6 +6,8 @@
 
 #include "merge/MergeSet.h"
 
+namespace qm::merge {
+
 /// A file that a module delivers: a row of its File table.
 struct DeliveredFile {
   std::string name;       ///< long name
@@ -17,7 +19,7 @@ struct DeliveredFile {
 };
 
 /// What a check needs to know of a module beyond its MergeModule.
-struct CheckedModule {
+struct ModuleDetails {
   std::string path;
   std::string failure;  ///< why it cannot be read; empty if it can
   bool needsDownload = false;
@@ -42,7 +44,7 @@ struct Finding {
 inline constexpr char kMissingDependency[] = "missing-dependency";
 inline constexpr char kDependencyCycle[] = "dependency-cycle";
 inline constexpr char kExclusion[] = "exclusion";
-inline constexpr char kDuplicateKey[] = "duplicate-key";
+inline constexpr char kDuplicateModuleKey[] = "duplicate-key";
 inline constexpr char kSeveralVersions[] = "several-versions";
 inline constexpr char kFileConflict[] = "file-conflict";
 inline constexpr char kUnreadableModule[] = "unreadable-module";
@@ -55,13 +57,13 @@ using ResolveDirectory = std::function<std::string(size_t module, const std::str
 
 /// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
 /// except that module itself.
-std::vector<size_t> ExcludedModules(const MergeSet& set, size_t excluding,
-                                    const Exclusion& exclusion);
+std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
+                                        const Exclusion& exclusion);
 
 /// Checks the modules at the positions in `scope`. `details` has their details at the same
 /// positions as `set`. Any module of the set may satisfy a requirement. The findings are sorted by
 /// code, modules and text.
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<CheckedModule>& details,
+std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<ModuleDetails>& details,
                                   const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory);
 
@@ -70,4 +72,6 @@ std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<Checked
 std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries);
 
 /// Sorts findings by code, modules and text.
-void Sort(std::vector<Finding>& findings);
+void SortFindings(std::vector<Finding>& findings);
+
+}  // namespace qm::merge

@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace qm::merge {
+
 /// Joins texts with `between` as the separator.
 inline std::string JoinTexts(const std::vector<std::string>& texts, const char* between) {
   std::string joined;
@@ -11,3 +13,5 @@ inline std::string JoinTexts(const std::vector<std::string>& texts, const char* 
   }
   return joined;
 }
+
+}  // namespace qm::merge

@@ -6,7 +6,7 @@
 
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace qm::merge {
 
 namespace {
 
@@ -38,7 +38,9 @@ unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(lang
 
 bool HasVariety(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
 
-bool IsSameId(const std::string& a, const std::string& b) { return FoldCase(a) == FoldCase(b); }
+bool IsSameId(const std::string& a, const std::string& b) {
+  return text::FoldCase(a) == text::FoldCase(b);
+}
 
 bool IsAtLeast(const std::string& version, const std::string& bound) {
   return bound.empty() || CompareVersionTexts(version, bound) >= 0;
@@ -63,14 +65,14 @@ int CompareVersionTexts(const std::string& a, const std::string& b) {
   return 0;
 }
 
-bool LanguageFits(std::optional<long> wanted, long language) {
+bool MatchesLanguage(std::optional<long> wanted, long language) {
   if (!wanted || *wanted == kEveryLanguage || *wanted == language) {
     return true;
   }
   return !HasVariety(*wanted) && PrimaryLanguage(*wanted) == PrimaryLanguage(language);
 }
 
-std::string RequirementText(const Requirement& requirement) {
+std::string FormatRequirement(const Requirement& requirement) {
   std::string text = requirement.moduleId;
   if (requirement.language.value_or(kEveryLanguage) != kEveryLanguage) {
     text += ':' + std::to_string(*requirement.language);
@@ -80,15 +82,17 @@ std::string RequirementText(const Requirement& requirement) {
 
 bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,
                const std::string& version) {
-  return IsSameId(requirement.moduleId, moduleId) && LanguageFits(requirement.language, language) &&
-         IsAtLeast(version, requirement.version);
+  return IsSameId(requirement.moduleId, moduleId) &&
+         MatchesLanguage(requirement.language, language) && IsAtLeast(version, requirement.version);
 }
 
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version) {
   const long wanted = exclusion.language.value_or(kEveryLanguage);
   const bool languageHits =
-      wanted < 0 ? !LanguageFits(-wanted, language) : LanguageFits(wanted, language);
+      wanted < 0 ? !MatchesLanguage(-wanted, language) : MatchesLanguage(wanted, language);
   return languageHits && IsSameId(exclusion.moduleId, moduleId) &&
          IsAtLeast(version, exclusion.minVersion) && IsAtMost(version, exclusion.maxVersion);
 }
+
+}  // namespace qm::merge

@@ -3,6 +3,8 @@
 #include <optional>
 #include <string>
 
+namespace qm::merge {
+
 // The rules of the installer for dependencies and exclusions of merge modules. All texts are UTF-8.
 
 /// Compares version texts ("1.20.3") part by part, as numbers of any size. Returns a value less
@@ -17,7 +19,7 @@ int CompareVersionTexts(const std::string& a, const std::string& b);
 /// Returns whether `language` is one of `wanted`. std::nullopt, the tables' null, and 0 mean every
 /// language. The identifier of a primary language means all of its languages (9 means 1033 and
 /// 2057). Any other identifier means itself.
-bool LanguageFits(std::optional<long> wanted, long language);
+bool MatchesLanguage(std::optional<long> wanted, long language);
 
 /// A module that another one needs: a row of its ModuleDependency table.
 struct Requirement {
@@ -27,7 +29,7 @@ struct Requirement {
 };
 
 /// Returns a requirement as text: "ID:language, at least version".
-std::string RequirementText(const Requirement& requirement);
+std::string FormatRequirement(const Requirement& requirement);
 
 /// Returns whether a module satisfies a requirement. Ignores the case of the ID.
 bool Satisfies(const Requirement& requirement, const std::string& moduleId, long language,
@@ -46,3 +48,5 @@ struct Exclusion {
 /// Returns whether an exclusion excludes a module. Ignores the case of the ID.
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version);
+
+}  // namespace qm::merge

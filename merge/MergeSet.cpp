@@ -5,7 +5,7 @@
 #include "merge/JoinTexts.h"
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace qm::merge {
 
 namespace {
 
@@ -110,21 +110,21 @@ class Planner {
 
 MergeSet::MergeSet(const std::vector<MergeModule>& modules) : m_modules(modules) {
   for (size_t position = 0; position < modules.size(); ++position) {
-    m_byId[FoldCase(modules[position].moduleId)].push_back(position);
+    m_byId[text::FoldCase(modules[position].moduleId)].push_back(position);
   }
 }
 
-const std::vector<size_t>& MergeSet::ModulesOfId(const std::string& moduleId) const {
+const std::vector<size_t>& MergeSet::FindById(const std::string& moduleId) const {
   static const std::vector<size_t> none;
-  const auto found = m_byId.find(FoldCase(moduleId));
+  const auto found = m_byId.find(text::FoldCase(moduleId));
   return found == m_byId.end() ? none : found->second;
 }
 
-std::vector<size_t> MergeSet::ModulesOfKey(const std::string& key) const {
+std::vector<size_t> MergeSet::FindByKey(const std::string& key) const {
   const size_t colon = std::min(key.find(':'), key.size());
   const std::string language = key.substr(std::min(colon + 1, key.size()));
   std::vector<size_t> positions;
-  for (const size_t position : ModulesOfId(key.substr(0, colon))) {
+  for (const size_t position : FindById(key.substr(0, colon))) {
     if (language.empty() || language == std::to_string(m_modules[position].language)) {
       positions.push_back(position);
     }
@@ -133,7 +133,7 @@ std::vector<size_t> MergeSet::ModulesOfKey(const std::string& key) const {
 }
 
 Choice MergeSet::Choose(const Requirement& requirement) const {
-  const std::vector<size_t>& sameId = ModulesOfId(requirement.moduleId);
+  const std::vector<size_t>& sameId = FindById(requirement.moduleId);
   if (sameId.empty()) {
     return {std::nullopt, "no module has this ID"};
   }
@@ -142,7 +142,7 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
   bool anyLanguageFits = false;
   for (const size_t position : sameId) {
     const MergeModule& module = m_modules[position];
-    anyLanguageFits = anyLanguageFits || LanguageFits(requirement.language, module.language);
+    anyLanguageFits = anyLanguageFits || MatchesLanguage(requirement.language, module.language);
     if (!Satisfies(requirement, module.moduleId, module.language, module.version)) {
       continue;
     }
@@ -178,7 +178,7 @@ MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {
   return planner.Take();
 }
 
-std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module) {
+std::vector<ModuleUser> FindUsers(const MergeSet& set, size_t module) {
   const auto& modules = set.Modules();
   std::vector<std::vector<size_t>> neededBy(modules.size());
   for (size_t position = 0; position < modules.size(); ++position) {
@@ -207,3 +207,5 @@ std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module) {
             [](const ModuleUser& a, const ModuleUser& b) { return a.module < b.module; });
   return found;
 }
+
+}  // namespace qm::merge

@@ -8,6 +8,8 @@
 
 #include "merge/MergeRules.h"
 
+namespace qm::merge {
+
 /// What the planning of a merge needs to know of a module. All texts are UTF-8.
 struct MergeModule {
   std::string key;  ///< "ID:language"
@@ -33,12 +35,12 @@ class MergeSet {
 
   /// Returns the positions of all modules with an ID, in ascending order. Ignores the case of the
   /// ID.
-  const std::vector<size_t>& ModulesOfId(const std::string& moduleId) const;
+  const std::vector<size_t>& FindById(const std::string& moduleId) const;
 
   /// Returns the positions of the modules that a key means, in ascending order, by the rules of the
   /// catalog's FindModule: "ID" and "ID:" mean every language, "ID:1033" the one language whose
   /// decimal text this is. The first colon separates the two. Ignores the case of the ID.
-  std::vector<size_t> ModulesOfKey(const std::string& key) const;
+  std::vector<size_t> FindByKey(const std::string& key) const;
 
   /// Chooses the module of the highest version that satisfies a requirement. Of equal versions, a
   /// module of exactly the wanted language takes precedence, then the first one.
@@ -84,4 +86,6 @@ struct ModuleUser {
 
 /// Returns the modules whose requirements `module` satisfies, directly or through others, in
 /// ascending order.
-std::vector<ModuleUser> ModulesThatNeed(const MergeSet& set, size_t module);
+std::vector<ModuleUser> FindUsers(const MergeSet& set, size_t module);
+
+}  // namespace qm::merge

@@ -12,15 +12,14 @@
 #include "msidb/ModuleDatabase.h"
 #include "traits/TargetPath.h"
 
-using msidb::ModuleDatabase;
-using msidb::TableRows;
+namespace qm::module {
 
 namespace {
 
 /// Calls `use` for every row of `table`, sorted by the column `orderBy` unless that is null. A
 /// missing table has no rows.
 template <class Use>
-void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wchar_t* orderBy,
+void ForEachRow(const msidb::ModuleDatabase& database, const wchar_t* table, const wchar_t* orderBy,
                 Use use) {
   if (!database.HasTable(table)) {
     return;
@@ -31,29 +30,30 @@ void ForEachRow(const ModuleDatabase& database, const wchar_t* table, const wcha
   }
 }
 
-/// The same for the module at `path`, in the table's own order. The caller holds LockOfTables.
+/// The same for the module at `path`, in the table's own order. The caller holds TableLock.
 template <class Use>
-void ForEachRow(const CWideString& path, const wchar_t* table, Use use) {
-  ForEachRow(*OpenForTables(path), table, nullptr, use);
+void ForEachRow(const common::WideString& path, const wchar_t* table, Use use) {
+  ForEachRow(*OpenForReadingTables(path), table, nullptr, use);
 }
 
-void ReadNames(const CWideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
-  ForEachRow(path, table, [&](const TableRows& row) { names.push_back(row.GetString(1)); });
+void ReadNames(const common::WideString& path, const wchar_t* table, CCacheMSM::NameList& names) {
+  ForEachRow(path, table, [&](const msidb::RowCursor& row) { names.push_back(row.GetString(1)); });
 }
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const CWideString& path, const CWideString& origin) {
+void CCacheMSM::InitFromModule(const common::WideString& path, const common::WideString& origin) {
   m_strPath = path;
   m_strOrigin = origin;
-  const auto database = ModuleDatabase::Open(path);
+  const auto database = msidb::ModuleDatabase::Open(path);
   ReadSignature(*database);
   ReadSummary(*database);
   ResolveDisplayName();
 }
 
-void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& origin) {
-  auto failure = KeepFailure([&] { InitFromModule(path, origin); });
+void CCacheMSM::TryInitFromModule(const common::WideString& path,
+                                  const common::WideString& origin) {
+  auto failure = com::CaptureFailure([&] { InitFromModule(path, origin); });
   if (!failure) {
     return;
   }
@@ -68,28 +68,28 @@ void CCacheMSM::InitFromFoundModule(const CWideString& path, const CWideString& 
 template <class List>
 const List& CCacheMSM::ReadOnce(List Tables::*list, bool Tables::*isRead,
                                 void (CCacheMSM::*load)()) {
-  const CExclusiveLock lock(LockOfTables());
+  const common::ExclusiveLock lock(TableLock());
   if (!m_pTables) {
     m_pTables = std::make_unique<Tables>();
   }
   Tables& tables = *m_pTables;
   if (!std::exchange(tables.*isRead, true)) {
     if (m_pFailure) {
-      Raise(*m_pFailure);
+      com::Raise(*m_pFailure);
     }
     (this->*load)();
   }
   return tables.*list;
 }
 
-void CCacheMSM::InitFromGallery(const CWideString& name) {
+void CCacheMSM::InitFromGallery(const common::WideString& name) {
   m_bFromGallery = true;
-  SetNameAndVersion(name, CWideString());
+  SetNameAndVersion(name, common::WideString());
   m_strPath = ResolveLocalPath();
   m_nLanguage = GetLanguage();
   m_strModuleID = GetModuleID();
   m_strVersion = GetVersion();
-  m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
+  m_strKey = common::MakeModuleKey(m_strModuleID, m_nLanguage);
   m_strAuthor = GetAuthor();
   m_strComments = GetComments();
   m_strPackageCode = Name();
@@ -97,20 +97,20 @@ void CCacheMSM::InitFromGallery(const CWideString& name) {
   ResolveDisplayName();
 }
 
-void CCacheMSM::ReadSignature(const ModuleDatabase& database) {
+void CCacheMSM::ReadSignature(const msidb::ModuleDatabase& database) {
   const auto rows = database.ReadTable(L"ModuleSignature");
   if (rows->Next()) {
     rows->RequireFields(3, L"ModuleSignature");
     const int language = rows->GetInteger(2);
-    const CWideString id = rows->GetString(1);
+    const common::WideString id = rows->GetString(1);
     m_strVersion = rows->GetString(3);
     m_nLanguage = language;
     m_strModuleID = id;
   }
-  m_strKey = MakeModuleKey(m_strModuleID, m_nLanguage);
+  m_strKey = common::MakeModuleKey(m_strModuleID, m_nLanguage);
 }
 
-void CCacheMSM::ReadSummary(ModuleDatabase& database) {
+void CCacheMSM::ReadSummary(msidb::ModuleDatabase& database) {
   m_strAuthor = database.ReadSummaryString(PID_AUTHOR);
   m_strComments = database.ReadSummaryString(PID_COMMENTS);
   m_strPackageCode = database.ReadSummaryString(PID_REVNUMBER);
@@ -119,7 +119,7 @@ void CCacheMSM::ReadSummary(ModuleDatabase& database) {
 }
 
 void CCacheMSM::ResolveDisplayName() {
-  if (!CIniIndexes::Instance().LookupModuleName(m_strKey, m_strDisplayName)) {
+  if (!gallery::IndexTables::Instance().LookupModuleName(m_strKey, m_strDisplayName)) {
     m_strDisplayName = m_strSubject.empty() ? m_strPath : m_strSubject;
   }
 }
@@ -146,9 +146,10 @@ const CCacheMSM::FileMap& CCacheMSM::GetFiles() {
   return ReadOnce(&Tables::m_files, &Tables::m_bFilesRead, &CCacheMSM::LoadFiles);
 }
 
-CWideString CCacheMSM::ResolveDirectory(const CWideString& key) const {
-  const auto database = ModuleDatabase::Open(m_strPath);
-  return msidb::RequireDirectoryPath(msidb::DirectoryTable(*database), key, TargetPathOptions());
+common::WideString CCacheMSM::ResolveDirectory(const common::WideString& key) const {
+  const auto database = msidb::ModuleDatabase::Open(m_strPath);
+  return msidb::ResolveDirectoryPathOrRaise(msidb::DirectoryTable(*database), key,
+                                            traits::MakeTargetPathOptions());
 }
 
 void CCacheMSM::LoadDialogs() {
@@ -169,14 +170,14 @@ void CCacheMSM::LoadDependencies() {
   if (m_bFromGallery) {
     return;
   }
-  ForEachRow(m_strPath, L"ModuleDependency", [&](const TableRows& row) {
+  ForEachRow(m_strPath, L"ModuleDependency", [&](const msidb::RowCursor& row) {
     row.RequireFields(5, L"ModuleDependency");
-    DependencyRecord dependency(row);
+    DependencyRow dependency(row);
     const bool itself = dependency.RequiredID == m_strModuleID &&
                         dependency.RequiredLanguage == m_nLanguage &&
                         dependency.RequiredVersion == m_strVersion;
     if (!itself) {
-      const CWideString key = dependency.Key;
+      const common::WideString key = dependency.Key;
       m_pTables->m_dependencies.insert_or_assign(key, std::move(dependency));
     }
   });
@@ -186,10 +187,10 @@ void CCacheMSM::LoadExclusions() {
   if (m_bFromGallery) {
     return;
   }
-  ForEachRow(m_strPath, L"ModuleExclusion", [&](const TableRows& row) {
+  ForEachRow(m_strPath, L"ModuleExclusion", [&](const msidb::RowCursor& row) {
     row.RequireFields(6, L"ModuleExclusion");
-    ExclusionRecord exclusion(row);
-    const CWideString key = exclusion.Key;
+    ExclusionRow exclusion(row);
+    const common::WideString key = exclusion.Key;
     m_pTables->m_exclusions.insert_or_assign(key, std::move(exclusion));
   });
 }
@@ -198,21 +199,23 @@ void CCacheMSM::LoadFiles() {
   if (m_bFromGallery) {
     return;
   }
-  const auto database = OpenForTables(m_strPath);
+  const auto database = OpenForReadingTables(m_strPath);
   DirectoryMap directories;
   LoadComponentDirectories(*database, directories);
-  ForEachRow(*database, L"File", L"Sequence", [&](const TableRows& row) {
+  ForEachRow(*database, L"File", L"Sequence", [&](const msidb::RowCursor& row) {
     row.RequireFields(8, L"File");
     const auto component = directories.find(row.GetString(2));
-    FileRecord file(row, component == directories.end() ? CWideString() : component->second);
-    const CWideString key = file.File;
+    FileRow file(row, component == directories.end() ? common::WideString() : component->second);
+    const common::WideString key = file.File;
     m_pTables->m_files.insert_or_assign(key, std::move(file));
   });
 }
 
-void CCacheMSM::LoadComponentDirectories(const ModuleDatabase& database, DirectoryMap& map) {
-  ForEachRow(database, L"Component", L"Component", [&](const TableRows& row) {
+void CCacheMSM::LoadComponentDirectories(const msidb::ModuleDatabase& database, DirectoryMap& map) {
+  ForEachRow(database, L"Component", L"Component", [&](const msidb::RowCursor& row) {
     row.RequireFields(3, L"Component");
     map[row.GetString(1)] = row.GetString(3);
   });
 }
+
+}  // namespace qm::module

@@ -9,54 +9,56 @@
 #include "gallery/MMGallery.h"
 #include "module/TableRows.h"
 
+namespace qm::module {
+
 /// The module record: identity and summary texts, read by one of the Init functions, and the
 /// module's tables. Each table is read once, at the first call of its accessor, even if that fails.
 ///
 /// Apartments share records. After Init the texts no longer change. The tables are guarded by
-/// LockOfTables until they are read. The recheck flag belongs to the catalog, which uses it behind
+/// TableLock until they are read. The recheck flag belongs to the catalog, which uses it behind
 /// the ApartmentGate.
 ///
 /// The module file is open only during a call. Failures are raised, see ReportInstallerResult; what
 /// was read before a failure is kept.
-class CCacheMSM : public CMMGallery {
+class CCacheMSM : public gallery::CMMGallery {
  public:
-  using NameList = std::vector<CWideString>;
-  using DependencyMap = std::map<CWideString, DependencyRecord>;
-  using ExclusionMap = std::map<CWideString, ExclusionRecord>;
-  using FileMap = std::map<CWideString, FileRecord>;
+  using NameList = std::vector<common::WideString>;
+  using DependencyMap = std::map<common::WideString, DependencyRow>;
+  using ExclusionMap = std::map<common::WideString, ExclusionRow>;
+  using FileMap = std::map<common::WideString, FileRow>;
 
   CCacheMSM() noexcept = default;
   ~CCacheMSM() override = default;
 
   /// Fills the record from the module database at the full path `path`. `origin` is the search
   /// folder in which it was found, or empty.
-  void InitFromModule(const CWideString& path, const CWideString& origin);
+  void InitFromModule(const common::WideString& path, const common::WideString& origin);
 
   /// As InitFromModule, for scanning folders: does not raise failures of the file, and what cannot
   /// be read stays empty. If the signature cannot be read, the path is the display name and the
   /// first access to each table raises the failure. If only the summary cannot be read, the tables
   /// are still readable. Throws std::bad_alloc.
-  void InitFromFoundModule(const CWideString& path, const CWideString& origin);
+  void TryInitFromModule(const common::WideString& path, const common::WideString& origin);
 
-  /// Whether InitFromFoundModule could not read the signature or the summary.
+  /// Whether TryInitFromModule could not read the signature or the summary.
   bool IsIncomplete() const noexcept { return m_bIncomplete; }
 
   /// Fills the record from the gallery description `name`.
-  void InitFromGallery(const CWideString& name);
+  void InitFromGallery(const common::WideString& name);
 
   /// Module key, "ID:language".
-  const CWideString& Key() const noexcept { return m_strKey; }
-  const CWideString& ModuleID() const noexcept { return m_strModuleID; }
-  const CWideString& Path() const noexcept { return m_strPath; }
-  const CWideString& Version() const noexcept { return m_strVersion; }
-  const CWideString& Author() const noexcept { return m_strAuthor; }
+  const common::WideString& Key() const noexcept { return m_strKey; }
+  const common::WideString& ModuleID() const noexcept { return m_strModuleID; }
+  const common::WideString& Path() const noexcept { return m_strPath; }
+  const common::WideString& Version() const noexcept { return m_strVersion; }
+  const common::WideString& Author() const noexcept { return m_strAuthor; }
   /// The package code, which is also the name of the module's gallery description.
-  const CWideString& PackageCode() const noexcept { return m_strPackageCode; }
-  const CWideString& Comments() const noexcept { return m_strComments; }
-  const CWideString& Subject() const noexcept { return m_strSubject; }
-  const CWideString& DisplayName() const noexcept { return m_strDisplayName; }
+  const common::WideString& PackageCode() const noexcept { return m_strPackageCode; }
+  const common::WideString& Comments() const noexcept { return m_strComments; }
+  const common::WideString& Subject() const noexcept { return m_strSubject; }
+  const common::WideString& DisplayName() const noexcept { return m_strDisplayName; }
   long Language() const noexcept { return m_nLanguage; }
-  const CWideString& GetOrigin() const noexcept { return m_strOrigin; }
+  const common::WideString& GetOrigin() const noexcept { return m_strOrigin; }
 
   /// Dialog and custom action names, in row order.
   const NameList& GetDialogs();
@@ -71,16 +73,16 @@ class CCacheMSM : public CMMGallery {
   const FileMap& GetFiles();
 
   /// Whether the file must be checked for changes before the record is listed again.
-  bool NeedsRecheck() const noexcept { return m_bRecheck; }
+  bool IsRecheckPending() const noexcept { return m_bRecheck; }
   void SetRecheck(bool recheck) noexcept { m_bRecheck = recheck; }
 
   /// Resolves a key of the module's Directory table to the path where files go; see
-  /// msidb::RequireDirectoryPath. Reads the module at every call. Not called by the server.
-  CWideString ResolveDirectory(const CWideString& key) const;
+  /// msidb::ResolveDirectoryPathOrRaise. Reads the module at every call. Not called by the server.
+  common::WideString ResolveDirectory(const common::WideString& key) const;
 
  private:
   /// Directory keys by component.
-  using DirectoryMap = std::map<CWideString, CWideString>;
+  using DirectoryMap = std::map<common::WideString, common::WideString>;
 
   /// The module's tables, each with a flag that is set once reading was attempted. Allocated
   /// separately, because most of the thousands of records are never asked for a table.
@@ -116,20 +118,22 @@ class CCacheMSM : public CMMGallery {
   /// Maps every component to the key of its directory.
   static void LoadComponentDirectories(const msidb::ModuleDatabase& database, DirectoryMap& map);
 
-  CWideString m_strKey;
-  CWideString m_strModuleID;
-  CWideString m_strPath;
-  CWideString m_strVersion;
-  CWideString m_strAuthor;
-  CWideString m_strPackageCode;
-  CWideString m_strComments;
-  CWideString m_strSubject;
-  CWideString m_strDisplayName;
+  common::WideString m_strKey;
+  common::WideString m_strModuleID;
+  common::WideString m_strPath;
+  common::WideString m_strVersion;
+  common::WideString m_strAuthor;
+  common::WideString m_strPackageCode;
+  common::WideString m_strComments;
+  common::WideString m_strSubject;
+  common::WideString m_strDisplayName;
   long m_nLanguage = 0;
   std::unique_ptr<Tables> m_pTables;
   bool m_bFromGallery = false;
-  CWideString m_strOrigin;
+  common::WideString m_strOrigin;
   std::unique_ptr<const com_exception> m_pFailure;  ///< why the signature could not be read
   bool m_bIncomplete = false;
   bool m_bRecheck = false;
 };
+
+}  // namespace qm::module

@@ -9,19 +9,21 @@
 #include "common/IgnoringCase.h"
 #include "common/WideString.h"
 
+namespace qm::module {
+
 /// The elements of a collection, in order. Items are always released from the last to the first.
 template <class ItemInterface>
-class CCollectionElements {
+class CollectionElements {
  public:
   struct Element {
-    CWideString key;
-    CComPtr<ItemInterface> item;
+    common::WideString key;
+    common::ComPtr<ItemInterface> item;
   };
 
-  CCollectionElements() = default;
-  CCollectionElements(const CCollectionElements&) = default;
-  CCollectionElements& operator=(const CCollectionElements&) = delete;
-  ~CCollectionElements() { RemoveAll(); }
+  CollectionElements() = default;
+  CollectionElements(const CollectionElements&) = default;
+  CollectionElements& operator=(const CollectionElements&) = delete;
+  ~CollectionElements() { RemoveAll(); }
 
   void RemoveAll() noexcept {
     while (!m_elements.empty()) {
@@ -33,7 +35,9 @@ class CCollectionElements {
   const Element& operator[](size_t position) const noexcept { return m_elements[position]; }
 
   void Reserve(size_t count) { m_elements.reserve(count); }
-  void Append(const CWideString& key, ItemInterface* item) { m_elements.push_back({key, item}); }
+  void Append(const common::WideString& key, ItemInterface* item) {
+    m_elements.push_back({key, item});
+  }
   void Erase(size_t position) {
     m_elements.erase(m_elements.begin() + static_cast<std::ptrdiff_t>(position));
   }
@@ -45,15 +49,15 @@ class CCollectionElements {
 /// An index of an element list by key, ignoring case: positions sorted by key, then by position. It
 /// is built at the first lookup, since most lists are only enumerated. The list must outlive it.
 template <class Elements>
-class CKeyIndex {
+class KeyIndex {
  public:
-  explicit CKeyIndex(const Elements& elements) noexcept : m_elements(&elements) {}
+  explicit KeyIndex(const Elements& elements) noexcept : m_elements(&elements) {}
 
   /// Returns the position of the first element with this key, or the size of the list. Throws
   /// std::bad_alloc.
   size_t Find(const wchar_t* key) {
-    TakeNewElements();
-    const auto found = FirstNotBefore(key);
+    AddNewElements();
+    const auto found = LowerBound(key);
     return found == m_positions.end() || Compare(*found, key) != 0 ? m_elements->Size() : *found;
   }
 
@@ -64,10 +68,10 @@ class CKeyIndex {
     return (*m_elements)[position].key.c_str();
   }
   int Compare(size_t position, const wchar_t* key) const noexcept {
-    return CompareIgnoringCase(KeyAt(position), key);
+    return common::CompareIgnoringCase(KeyAt(position), key);
   }
 
-  Positions::const_iterator FirstNotBefore(const wchar_t* key) const noexcept {
+  Positions::const_iterator LowerBound(const wchar_t* key) const noexcept {
     return std::lower_bound(
         m_positions.begin(), m_positions.end(), key,
         [&](size_t position, const wchar_t* wanted) { return Compare(position, wanted) < 0; });
@@ -75,7 +79,7 @@ class CKeyIndex {
 
   /// Adds the elements that were appended since the last call. Merging keeps this cheap when
   /// lookups and appends alternate, as when a list is filled with what it lacks.
-  void TakeNewElements() {
+  void AddNewElements() {
     const size_t known = m_positions.size();
     const size_t count = m_elements->Size();
     if (known == count) {
@@ -95,3 +99,5 @@ class CKeyIndex {
   const Elements* m_elements;
   Positions m_positions;
 };
+
+}  // namespace qm::module

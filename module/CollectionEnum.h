@@ -6,20 +6,22 @@
 #include "com/frame/ComObject.h"
 #include "module/CollectionElements.h"
 
+namespace qm::module {
+
 /// Enumerator of a collection. It shares the collection's element list instead of holding a
 /// reference, so that it stays valid after the collection is gone.
 template <class ItemInterface>
-class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
+class CCollectionEnum : public IEnumVARIANT, public com::ComObjectRoot {
  public:
-  using Elements = CCollectionElements<ItemInterface>;
-  using InterfaceMap = CInterfaceMap<Via<IEnumVARIANT, IEnumVARIANT>>;
+  using Elements = CollectionElements<ItemInterface>;
+  using InterfaceMap = com::InterfaceMap<com::Via<IEnumVARIANT, IEnumVARIANT>>;
 
   /// Creates an enumerator over all of `elements` with the cursor at `cursor`. E_POINTER,
   /// E_OUTOFMEMORY.
-  static HRESULT Make(const std::shared_ptr<const Elements>& elements, size_t cursor,
-                      IEnumVARIANT** out) noexcept {
-    return FillOut(GUID_NULL, out, [&] {
-      const auto enumerator = CComObject<CCollectionEnum>::Create();
+  static HRESULT Create(const std::shared_ptr<const Elements>& elements, size_t cursor,
+                        IEnumVARIANT** out) noexcept {
+    return com::FillOut(GUID_NULL, out, [&] {
+      const auto enumerator = com::ComObject<CCollectionEnum>::Create();
       enumerator->m_elements = elements;
       enumerator->m_last = elements->Size();
       enumerator->m_cursor = cursor;
@@ -30,7 +32,7 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   /// Copies elements to `values` with VariantCopy, which releases what the values held: they must
   /// be initialised. Stops at the first copy that fails.
   STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
-    return RunAtBoundary(GUID_NULL, [&] {
+    return com::RunAtBoundary(GUID_NULL, [&] {
       if (!values || (!fetched && count != 1)) {
         return E_POINTER;
       }
@@ -62,7 +64,7 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   }
 
   STDMETHOD(Clone)(IEnumVARIANT** enumerator) override {
-    return Make(m_elements, m_cursor, enumerator);
+    return Create(m_elements, m_cursor, enumerator);
   }
 
   virtual ~CCollectionEnum() = default;
@@ -73,7 +75,7 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
     VARIANT element;
     ::VariantInit(&element);
     element.vt = VT_DISPATCH;
-    element.pdispVal = CComPtr<ItemInterface>((*m_elements)[m_cursor].item).Detach();
+    element.pdispVal = common::ComPtr<ItemInterface>((*m_elements)[m_cursor].item).Detach();
     const HRESULT hr = ::VariantCopy(&value, &element);
     ::VariantClear(&element);
     return SUCCEEDED(hr);
@@ -84,3 +86,5 @@ class CCollectionEnum : public IEnumVARIANT, public CComObjectRoot {
   size_t m_last = 0;
   size_t m_cursor = 0;
 };
+
+}  // namespace qm::module

@@ -3,6 +3,8 @@
 #include "idl/qmmmupdater.h"
 #include "module/RefCollectionImpl.h"
 
+namespace qm::module {
+
 class CMMFiles : public CRefCollectionImpl<IMMFile, IMMFiles> {};
 class CMMDependencies : public CRefCollectionImpl<IMMDependency, IMMDependencies> {};
 class CMMExclusions : public CRefCollectionImpl<IMMExclusion, IMMExclusions> {};
@@ -12,3 +14,5 @@ class CMergeModules : public CRefCollectionImpl<IMergeModule, IMergeModules> {};
 class CMMSources : public CRefCollectionImpl<IMMSource, IMMSources> {};
 class CMMGalleryDownloadFilesCaskel
     : public CRefCollectionImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFilesCaskel> {};
+
+}  // namespace qm::module

@@ -6,22 +6,24 @@
 #include "common/Bstr.h"
 #include "common/WideString.h"
 
+namespace qm::module {
+
 /// Base of the items of a module's collections: read-only objects that hold copies of a row's
 /// values, set once by the item's Init.
 template <class Interface>
-class CMMItem : public IDispatchImpl<Interface>,
-                public CSupportErrorInfo<Interface>,
-                public CComObjectRoot {
+class ItemBase : public com::DispatchImpl<Interface>,
+                 public com::SupportErrorInfo<Interface>,
+                 public com::ComObjectRoot {
  public:
-  using InterfaceMap = CInterfaceMap<Via<Interface, Interface, IDispatch>,
-                                     Via<ISupportErrorInfo, ISupportErrorInfo>>;
+  using InterfaceMap = com::InterfaceMap<com::Via<Interface, Interface, IDispatch>,
+                                         com::Via<ISupportErrorInfo, ISupportErrorInfo>>;
 
  protected:
   /// Implements a text property. Always returns S_OK: a null pointer is ignored, and the text is
   /// null if memory is short.
-  static HRESULT GetText(const CWideString& text, BSTR* value) noexcept {
+  static HRESULT GetText(const common::WideString& text, BSTR* value) noexcept {
     if (value) {
-      *value = AllocBstr(text);
+      *value = common::TryAllocateBstr(text);
     }
     return S_OK;
   }
@@ -29,13 +31,15 @@ class CMMItem : public IDispatchImpl<Interface>,
 
 /// An item with a name as its only property.
 template <class Interface>
-class CMMNamedItem : public CMMItem<Interface> {
+class NamedItemBase : public ItemBase<Interface> {
  public:
-  void Init(const CWideString& name) { m_strName = name; }
-  const CWideString& CollectionKey() const noexcept { return m_strName; }
+  void Init(const common::WideString& name) { m_strName = name; }
+  const common::WideString& CollectionKey() const noexcept { return m_strName; }
 
   STDMETHOD(get_Name)(BSTR* value) override { return this->GetText(m_strName, value); }
 
  private:
-  CWideString m_strName;
+  common::WideString m_strName;
 };
+
+}  // namespace qm::module

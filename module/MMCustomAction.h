@@ -3,5 +3,9 @@
 #include "idl/qmmmupdater.h"
 #include "module/ItemBase.h"
 
+namespace qm::module {
+
 /// A custom action of a module.
-class CMMCustomAction : public CMMNamedItem<IMMCustomAction> {};
+class CMMCustomAction : public NamedItemBase<IMMCustomAction> {};
+
+}  // namespace qm::module

@@ -1,6 +1,8 @@
 #include "module/MMDependency.h"
 
-void CMMDependency::Init(const DependencyRecord& dependency) {
+namespace qm::module {
+
+void CMMDependency::Init(const DependencyRow& dependency) {
   m_strKey = dependency.Key;
   m_strModuleID = dependency.RequiredID;
   m_strVersion = dependency.RequiredVersion;
@@ -17,3 +19,5 @@ STDMETHODIMP CMMDependency::get_Language(long* value) {
   *value = m_nLanguage;
   return S_OK;
 }
+
+}  // namespace qm::module

@@ -4,11 +4,13 @@
 #include "module/ItemBase.h"
 #include "module/TableRows.h"
 
+namespace qm::module {
+
 /// A module that a module requires. Its language is a number, unlike that of an exclusion.
-class CMMDependency : public CMMItem<IMMDependency> {
+class CMMDependency : public ItemBase<IMMDependency> {
  public:
-  void Init(const DependencyRecord& dependency);
-  const CWideString& CollectionKey() const noexcept { return m_strKey; }
+  void Init(const DependencyRow& dependency);
+  const common::WideString& CollectionKey() const noexcept { return m_strKey; }
 
   STDMETHOD(get_Key)(BSTR* value) override;
   STDMETHOD(get_ModuleID)(BSTR* value) override;
@@ -16,8 +18,10 @@ class CMMDependency : public CMMItem<IMMDependency> {
   STDMETHOD(get_Language)(long* value) override;
 
  private:
-  CWideString m_strKey;
-  CWideString m_strModuleID;
-  CWideString m_strVersion;
+  common::WideString m_strKey;
+  common::WideString m_strModuleID;
+  common::WideString m_strVersion;
   long m_nLanguage = 0;
 };
+
+}  // namespace qm::module

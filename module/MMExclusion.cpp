@@ -1,11 +1,13 @@
 #include "module/MMExclusion.h"
 
-void CMMExclusion::Init(const ExclusionRecord& exclusion) {
+namespace qm::module {
+
+void CMMExclusion::Init(const ExclusionRow& exclusion) {
   m_strKey = exclusion.Key;
   m_strModuleID = exclusion.ExcludedID;
   m_strMinVersion = exclusion.ExcludedMinVersion;
   m_strMaxVersion = exclusion.ExcludedMaxVersion;
-  m_strLanguage = CWideString::Format(L"%d", exclusion.ExcludedLanguage);
+  m_strLanguage = common::WideString::Format(L"%d", exclusion.ExcludedLanguage);
   m_strRecordKey = exclusion.Key;
 }
 
@@ -18,3 +20,5 @@ STDMETHODIMP CMMExclusion::get_MinVersion(BSTR* value) { return GetText(m_strMin
 STDMETHODIMP CMMExclusion::get_MaxVersion(BSTR* value) { return GetText(m_strMaxVersion, value); }
 
 STDMETHODIMP CMMExclusion::get_Language(BSTR* value) { return GetText(m_strLanguage, value); }
+
+}  // namespace qm::module

@@ -1,6 +1,8 @@
 #include "module/MMFile.h"
 
-void CMMFile::Init(const FileRecord& file) {
+namespace qm::module {
+
+void CMMFile::Init(const FileRow& file) {
   m_strDirectory = file.Directory;
   m_strKey = file.File;
   m_nFileSize = file.FileSize;
@@ -29,3 +31,5 @@ STDMETHODIMP CMMFile::get_Sequence(long* value) {
   *value = m_nSequence;
   return S_OK;
 }
+
+}  // namespace qm::module

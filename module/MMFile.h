@@ -4,11 +4,13 @@
 #include "module/ItemBase.h"
 #include "module/TableRows.h"
 
+namespace qm::module {
+
 /// A file that a module delivers.
-class CMMFile : public CMMItem<IMMFile> {
+class CMMFile : public ItemBase<IMMFile> {
  public:
-  void Init(const FileRecord& file);
-  const CWideString& CollectionKey() const noexcept { return m_strKey; }
+  void Init(const FileRow& file);
+  const common::WideString& CollectionKey() const noexcept { return m_strKey; }
 
   STDMETHOD(get_Directory)(BSTR* value) override;
   STDMETHOD(get_Key)(BSTR* value) override;
@@ -19,11 +21,13 @@ class CMMFile : public CMMItem<IMMFile> {
   STDMETHOD(get_Sequence)(long* value) override;
 
  private:
-  CWideString m_strDirectory;
-  CWideString m_strKey;
+  common::WideString m_strDirectory;
+  common::WideString m_strKey;
   long m_nFileSize = 0;
-  CWideString m_strFileName;
-  CWideString m_strVersion;
-  CWideString m_strLanguage;
+  common::WideString m_strFileName;
+  common::WideString m_strVersion;
+  common::WideString m_strLanguage;
   long m_nSequence = 0;
 };
+
+}  // namespace qm::module

@@ -16,28 +16,31 @@
 #include "module/MMExclusion.h"
 #include "module/MMFile.h"
 
+namespace qm::module {
+
 namespace {
 
-const CWideString& EntryOf(const CWideString& name) noexcept { return name; }
+const common::WideString& EntryOf(const common::WideString& name) noexcept { return name; }
 
 template <class Row>
-const Row& EntryOf(const std::pair<const CWideString, Row>& entry) noexcept {
+const Row& EntryOf(const std::pair<const common::WideString, Row>& entry) noexcept {
   return entry.second;
 }
 
 /// Adds a download file of the gallery description, with its position from 1 as its key. A gap in
 /// the description's numbering becomes an item with empty texts.
-void AddDownloadFile(CMMGallery& gallery, long index, CMMGalleryDownloadFilesCaskel& files) {
-  CUniqueBstr location;
-  CUniqueBstr mediaLocation;
-  CUniqueBstr internetLocation;
-  CUniqueBstr checkSum;
+void AddDownloadFile(gallery::CMMGallery& gallery, long index,
+                     CMMGalleryDownloadFilesCaskel& files) {
+  common::UniqueBstr location;
+  common::UniqueBstr mediaLocation;
+  common::UniqueBstr internetLocation;
+  common::UniqueBstr checkSum;
   long fileSize = 0;
   gallery.GetDownloadFile(index, location.Put(), mediaLocation.Put(), internetLocation.Put(),
                           &fileSize, checkSum.Put());
-  const auto file = CComObject<CMMGalleryDownloadFileCaskel>::Create();
+  const auto file = com::ComObject<gallery::CMMGalleryDownloadFileCaskel>::Create();
   file->Init(location.Get(), mediaLocation.Get(), internetLocation.Get(), fileSize, checkSum.Get());
-  files.Add(CWideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
+  files.Add(common::WideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
 }
 
 /// Whether a path is independent of the current folder. "\dir" and "C:dir" are not.
@@ -51,12 +54,12 @@ bool IsFullPath(std::wstring_view path) noexcept {
 
 /// Returns the full path of a module to open. Resolves a relative path behind the gate, because
 /// loading a sibling changes the current folder of the process for a while.
-CWideString FullPathOf(BSTR path) {
-  std::optional<CGatePass> pass;
-  if (!IsFullPath(ViewOf(path))) {
+common::WideString FullPathOf(BSTR path) {
+  std::optional<com::ScopedGateEntry> pass;
+  if (!IsFullPath(common::ViewOf(path))) {
     pass.emplace();
   }
-  return FullPath(path);
+  return common::ResolveFullPath(path);
 }
 
 VARIANT_BOOL ToVariantBool(bool value) noexcept { return value ? VARIANT_TRUE : VARIANT_FALSE; }
@@ -65,7 +68,7 @@ VARIANT_BOOL ToVariantBool(bool value) noexcept { return value ? VARIANT_TRUE : 
 
 std::shared_ptr<CCacheMSM> CMergeModule::RequireRecord() const {
   if (!m_pCache) {
-    Raise(com_exception(E_UNEXPECTED, L"No merge module is open."));
+    com::Raise(com_exception(E_UNEXPECTED, L"No merge module is open."));
   }
   return m_pCache;
 }
@@ -75,7 +78,7 @@ HRESULT CMergeModule::GetText(Text (CCacheMSM::*text)() const noexcept,
                               BSTR* value) const noexcept {
   return FillOut(value, [&] {
     const auto record = RequireRecord();
-    *value = MakeBstr((*record.*text)()).Release();
+    *value = com::AllocateBstr((*record.*text)()).Release();
     return S_OK;
   });
 }
@@ -84,13 +87,13 @@ template <class Item, class Collection, class List, class Interface>
 HRESULT CMergeModule::GetCollection(List (CCacheMSM::*list)(), Interface** value) const noexcept {
   return FillOut(value, [&] {
     const auto record = RequireRecord();
-    const auto collection = CComObject<Collection>::Create();
+    const auto collection = com::ComObject<Collection>::Create();
     for (const auto& entry : (*record.*list)()) {
-      const auto item = CComObject<Item>::Create();
+      const auto item = com::ComObject<Item>::Create();
       item->Init(EntryOf(entry));
       collection->Add(item->CollectionKey(), item.Get());
     }
-    RaiseIfFailed(collection.QueryInterface(value));
+    com::RaiseIfFailed(collection.QueryInterface(value));
     return S_OK;
   });
 }
@@ -155,11 +158,11 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     // read, not the previous module.
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
-    if (ViewOf(path).find(L'\0') != std::wstring_view::npos) {
+    if (common::ViewOf(path).find(L'\0') != std::wstring_view::npos) {
       // The installer would open the path that ends at the zero.
-      Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
+      com::Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
     }
-    record->InitFromModule(FullPathOf(path), CWideString());
+    record->InitFromModule(FullPathOf(path), common::WideString());
     return S_OK;
   });
 }
@@ -175,12 +178,12 @@ STDMETHODIMP CMergeModule::get_NeedsDownload(VARIANT_BOOL* value) {
 STDMETHODIMP CMergeModule::get_DownloadFiles(IMMGalleryDownloadFilesCaskel** value) {
   return FillOut(value, [&] {
     const auto record = RequireRecord();
-    const auto collection = CComObject<CMMGalleryDownloadFilesCaskel>::Create();
+    const auto collection = com::ComObject<CMMGalleryDownloadFilesCaskel>::Create();
     const long count = record->GetDownloadFileCount();
     for (long index = 0; index < count; ++index) {
       AddDownloadFile(*record, index, *collection);
     }
-    RaiseIfFailed(collection.QueryInterface(value));
+    com::RaiseIfFailed(collection.QueryInterface(value));
     return S_OK;
   });
 }
@@ -197,3 +200,5 @@ STDMETHODIMP CMergeModule::get_Origin(BSTR* value) {
   // Unlike the other text properties, this one ignores a null pointer.
   return value ? GetText(&CCacheMSM::GetOrigin, value) : S_OK;
 }
+
+}  // namespace qm::module

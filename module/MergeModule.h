@@ -10,21 +10,23 @@
 #include "idl/qmmmupdater2.h"
 #include "module/CacheMSM.h"
 
+namespace qm::module {
+
 /// One merge module (coclass MergeModule2). Its properties come from a module record, which it
 /// shares with the catalog that read it. Open gives this object alone a new record.
-class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMergeModuleTavik>,
-                     public IDispatchImpl<IMergeModuleTavik>,
-                     public CErrorHandler<&CLSID_MergeModule2>,
-                     public CComObjectRoot {
+class CMergeModule : public com::SupportErrorInfo<IMergeModule, IMergeModule2, IMergeModuleTavik>,
+                     public com::DispatchImpl<IMergeModuleTavik>,
+                     public com::CErrorHandler<&CLSID_MergeModule2>,
+                     public com::ComObjectRoot {
  public:
-  using InterfaceMap = CInterfaceMap<
-      Via<ISupportErrorInfo, ISupportErrorInfo>,
-      Via<IMergeModuleTavik, IMergeModuleTavik, IMergeModule2, IMergeModule, IDispatch>>;
+  using InterfaceMap = com::InterfaceMap<
+      com::Via<ISupportErrorInfo, ISupportErrorInfo>,
+      com::Via<IMergeModuleTavik, IMergeModuleTavik, IMergeModule2, IMergeModule, IDispatch>>;
 
   virtual ~CMergeModule() = default;
 
   /// Sets the record, which the object then shares with the caller.
-  void Attach(std::shared_ptr<CCacheMSM> record) noexcept { m_pCache = std::move(record); }
+  void SetRecord(std::shared_ptr<CCacheMSM> record) noexcept { m_pCache = std::move(record); }
 
   // IMergeModule
   STDMETHOD(get_Dialogs)(IMMDialogs** value) override;
@@ -70,3 +72,5 @@ class CMergeModule : public CSupportErrorInfo<IMergeModule, IMergeModule2, IMerg
   /// The catalog's record, or the one that Open made; null before either.
   std::shared_ptr<CCacheMSM> m_pCache;
 };
+
+}  // namespace qm::module

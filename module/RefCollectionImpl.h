@@ -9,34 +9,36 @@
 #include "module/CollectionElements.h"
 #include "module/CollectionEnum.h"
 
+namespace qm::module {
+
 /// Read-only automation collection of items with keys. Its creator fills it with Add before handing
 /// it out.
 ///
 /// Enumerators share the element list. They stay valid after the collection is gone, and removing
 /// elements does not change what they enumerate.
 template <class ItemInterface, class Collection>
-class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRoot {
+class CRefCollectionImpl : public com::DispatchImpl<Collection>, public com::ComObjectRoot {
  public:
-  using InterfaceMap = CInterfaceMap<Via<Collection, Collection, IDispatch>>;
+  using InterfaceMap = com::InterfaceMap<com::Via<Collection, Collection, IDispatch>>;
 
   STDMETHOD(get_Item)(VARIANT index, ItemInterface** item) override {
-    return FillOut(GUID_NULL, item, [&] {
-      const size_t position = Find(CCollectionIndex(index));
+    return com::FillOut(GUID_NULL, item, [&] {
+      const size_t position = Find(common::CollectionIndex(index));
       if (position == m_elements->Size()) {
         return E_INVALIDARG;
       }
-      *item = CComPtr<ItemInterface>((*m_elements)[position].item).Detach();
+      *item = common::ComPtr<ItemInterface>((*m_elements)[position].item).Detach();
       return S_OK;
     });
   }
 
   STDMETHOD(get_Count)(long* count) override {
-    return Answer(GUID_NULL, count, [&] { return static_cast<long>(m_elements->Size()); });
+    return com::Answer(GUID_NULL, count, [&] { return static_cast<long>(m_elements->Size()); });
   }
 
   STDMETHOD(get__NewEnum)(IUnknown** enumerator) override {
-    return FillOut(GUID_NULL, enumerator, [&] {
-      CComPtr<IEnumVARIANT> made;
+    return com::FillOut(GUID_NULL, enumerator, [&] {
+      common::ComPtr<IEnumVARIANT> made;
       const HRESULT hr = this->get_Enumerator(made.Put());
       return FAILED(hr) ? hr
                         : made->QueryInterface(__uuidof(IEnumVARIANT),
@@ -45,7 +47,7 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   }
 
   STDMETHOD(get_Enumerator)(IEnumVARIANT** enumerator) override {
-    return CCollectionEnum<ItemInterface>::Make(m_elements, 0, enumerator);
+    return CCollectionEnum<ItemInterface>::Create(m_elements, 0, enumerator);
   }
 
   // The server fills a collection once and never calls these two.
@@ -56,7 +58,7 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
     if (position >= m_elements->Size()) {
       return E_INVALIDARG;
     }
-    return RunAtBoundary(GUID_NULL, [&] {
+    return com::RunAtBoundary(GUID_NULL, [&] {
       auto elements = std::make_shared<Elements>(*m_elements);
       elements->Erase(position);
       Replace(std::move(elements));
@@ -68,11 +70,11 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   /// the element list, the last of them releases the items; only then E_OUTOFMEMORY is possible.
   virtual HRESULT RemoveAll() {
     if (m_elements.use_count() == 1) {
-      m_keyIndex = CKeyIndex<Elements>(*m_elements);
+      m_keyIndex = KeyIndex<Elements>(*m_elements);
       m_elements->RemoveAll();
       return S_OK;
     }
-    return RunAtBoundary(GUID_NULL, [&] {
+    return com::RunAtBoundary(GUID_NULL, [&] {
       Replace(std::make_shared<Elements>());
       return S_OK;
     });
@@ -86,25 +88,27 @@ class CRefCollectionImpl : public IDispatchImpl<Collection>, public CComObjectRo
   void Reserve(size_t count) { m_elements->Reserve(count); }
 
   /// Appends an item and adds a reference to it. Throws std::bad_alloc.
-  void Add(const CWideString& key, ItemInterface* item) { m_elements->Append(key, item); }
+  void Add(const common::WideString& key, ItemInterface* item) { m_elements->Append(key, item); }
 
  protected:
   CRefCollectionImpl() : m_elements(std::make_shared<Elements>()), m_keyIndex(*m_elements) {}
 
  private:
-  using Elements = CCollectionElements<ItemInterface>;
+  using Elements = CollectionElements<ItemInterface>;
 
   /// Returns the position of an element, or the size of the list.
-  size_t Find(const CCollectionIndex& index) {
+  size_t Find(const common::CollectionIndex& index) {
     const size_t end = m_elements->Size();
-    return index.IsText() ? m_keyIndex.Find(index.Text().data()) : std::min(index.Position(), end);
+    return index.IsKey() ? m_keyIndex.Find(index.Key().data()) : std::min(index.Position(), end);
   }
 
   void Replace(std::shared_ptr<Elements> elements) noexcept {
-    m_keyIndex = CKeyIndex<Elements>(*elements);
+    m_keyIndex = KeyIndex<Elements>(*elements);
     m_elements = std::move(elements);
   }
 
   std::shared_ptr<Elements> m_elements;
-  CKeyIndex<Elements> m_keyIndex;
+  KeyIndex<Elements> m_keyIndex;
 };
+
+}  // namespace qm::module

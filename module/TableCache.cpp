@@ -3,21 +3,23 @@
 #include "common/DllLifetime.h"
 #include "common/ExclusiveLock.h"
 
+namespace qm::module {
+
 namespace {
 
 struct LastTables {
-  CWideString path;
+  common::WideString path;
   std::shared_ptr<const msidb::ModuleDatabase> database;  ///< null if nothing is kept
 };
 
-CModuleWide<LastTables> theLastTables;
+common::DllWide<LastTables> theLastTables;
 SRWLOCK theLock = SRWLOCK_INIT;
 
 }  // namespace
 
-SRWLOCK& LockOfTables() noexcept { return theLock; }
+SRWLOCK& TableLock() noexcept { return theLock; }
 
-std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& path) {
+std::shared_ptr<const msidb::ModuleDatabase> OpenForReadingTables(const common::WideString& path) {
   LastTables& last = theLastTables.Get([] { return new LastTables; });
   if (last.database && last.path == path && last.database->IsCurrent()) {
     return last.database;
@@ -32,9 +34,11 @@ std::shared_ptr<const msidb::ModuleDatabase> OpenForTables(const CWideString& pa
   return database;
 }
 
-void ForgetLastTables() noexcept {
-  const CExclusiveLock lock(theLock);
+void DropCachedTables() noexcept {
+  const common::ExclusiveLock lock(theLock);
   if (LastTables* const last = theLastTables.Find()) {
     *last = {};
   }
 }
+
+}  // namespace qm::module

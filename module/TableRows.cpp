@@ -2,27 +2,29 @@
 
 #include "common/ModuleKey.h"
 
-DependencyRecord::DependencyRecord(const msidb::TableRows& row)
-    : DependencyRecord(row.GetString(3), row.GetString(5), row.GetInteger(4)) {}
+namespace qm::module {
 
-DependencyRecord::DependencyRecord(CWideString id, CWideString version, long language)
+DependencyRow::DependencyRow(const msidb::RowCursor& row)
+    : DependencyRow(row.GetString(3), row.GetString(5), row.GetInteger(4)) {}
+
+DependencyRow::DependencyRow(common::WideString id, common::WideString version, long language)
     : RequiredID(std::move(id)),
       RequiredLanguage(language),
       RequiredVersion(std::move(version)),
-      Key(MakeModuleKey(RequiredID, RequiredLanguage)) {}
+      Key(common::MakeModuleKey(RequiredID, RequiredLanguage)) {}
 
-ExclusionRecord::ExclusionRecord(const msidb::TableRows& row)
-    : ExclusionRecord(row.GetString(3), row.GetString(5), row.GetString(6), row.GetInteger(4)) {}
+ExclusionRow::ExclusionRow(const msidb::RowCursor& row)
+    : ExclusionRow(row.GetString(3), row.GetString(5), row.GetString(6), row.GetInteger(4)) {}
 
-ExclusionRecord::ExclusionRecord(CWideString id, CWideString minVersion, CWideString maxVersion,
-                                 long language)
+ExclusionRow::ExclusionRow(common::WideString id, common::WideString minVersion,
+                           common::WideString maxVersion, long language)
     : ExcludedID(std::move(id)),
       ExcludedLanguage(language),
       ExcludedMinVersion(std::move(minVersion)),
       ExcludedMaxVersion(std::move(maxVersion)),
-      Key(MakeModuleKey(ExcludedID, ExcludedLanguage)) {}
+      Key(common::MakeModuleKey(ExcludedID, ExcludedLanguage)) {}
 
-FileRecord::FileRecord(const msidb::TableRows& row, CWideString directory)
+FileRow::FileRow(const msidb::RowCursor& row, common::WideString directory)
     : File(row.GetString(1)),
       FileName(row.GetString(3)),
       FileSize(row.GetInteger(4)),
@@ -30,3 +32,5 @@ FileRecord::FileRecord(const msidb::TableRows& row, CWideString directory)
       Language(row.GetString(6)),
       Sequence(row.GetInteger(8)),
       Directory(std::move(directory)) {}
+
+}  // namespace qm::module

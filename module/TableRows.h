@@ -3,41 +3,46 @@
 #include "common/WideString.h"
 #include "msidb/ModuleDatabase.h"
 
+namespace qm::module {
+
 // Rows of a module's tables. Texts and numbers are those of the table; a null number is
 // kNullInteger.
 
 /// A row of the ModuleDependency table: a required module.
-struct DependencyRecord {
-  explicit DependencyRecord(const msidb::TableRows& row);
-  DependencyRecord(CWideString id, CWideString version, long language);
+struct DependencyRow {
+  explicit DependencyRow(const msidb::RowCursor& row);
+  DependencyRow(common::WideString id, common::WideString version, long language);
 
-  CWideString RequiredID;
+  common::WideString RequiredID;
   int RequiredLanguage;
-  CWideString RequiredVersion;
-  CWideString Key;  ///< module key of RequiredID and RequiredLanguage
+  common::WideString RequiredVersion;
+  common::WideString Key;  ///< module key of RequiredID and RequiredLanguage
 };
 
 /// A row of the ModuleExclusion table: an excluded module. Either version bound may be empty.
-struct ExclusionRecord {
-  explicit ExclusionRecord(const msidb::TableRows& row);
-  ExclusionRecord(CWideString id, CWideString minVersion, CWideString maxVersion, long language);
+struct ExclusionRow {
+  explicit ExclusionRow(const msidb::RowCursor& row);
+  ExclusionRow(common::WideString id, common::WideString minVersion, common::WideString maxVersion,
+               long language);
 
-  CWideString ExcludedID;
+  common::WideString ExcludedID;
   int ExcludedLanguage;
-  CWideString ExcludedMinVersion;
-  CWideString ExcludedMaxVersion;
-  CWideString Key;  ///< module key of ExcludedID and ExcludedLanguage
+  common::WideString ExcludedMinVersion;
+  common::WideString ExcludedMaxVersion;
+  common::WideString Key;  ///< module key of ExcludedID and ExcludedLanguage
 };
 
 /// A row of the File table.
-struct FileRecord {
-  FileRecord(const msidb::TableRows& row, CWideString directory);
+struct FileRow {
+  FileRow(const msidb::RowCursor& row, common::WideString directory);
 
-  CWideString File;
-  CWideString FileName;
+  common::WideString File;
+  common::WideString FileName;
   int FileSize;
-  CWideString Version;
-  CWideString Language;
+  common::WideString Version;
+  common::WideString Language;
   int Sequence;
-  CWideString Directory;  ///< Directory_ of the file's component; empty if that is missing
+  common::WideString Directory;  ///< Directory_ of the file's component; empty if that is missing
 };
+
+}  // namespace qm::module

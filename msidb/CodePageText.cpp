@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
@@ -30,13 +30,13 @@ bool IsAscii(std::string_view bytes) noexcept {
 
 }  // namespace
 
-CWideString DecodeText(std::string_view bytes, UINT codePage) {
+common::WideString DecodeCodePageText(std::string_view bytes, UINT codePage) {
   bytes = bytes.substr(0, bytes.find('\0'));
   if (bytes.empty()) {
     return {};
   }
   if (ContainsAscii(codePage) && IsAscii(bytes)) {
-    return CWideString::Written(bytes.size(), [&](wchar_t* text) {
+    return common::WideString::Build(bytes.size(), [&](wchar_t* text) {
       std::copy(bytes.begin(), bytes.end(), text);
       return bytes.size();
     });
@@ -46,9 +46,9 @@ CWideString DecodeText(std::string_view bytes, UINT codePage) {
                                              static_cast<int>(bytes.size()), text, length));
   };
   const int length = convert(nullptr, 0);
-  return CWideString::Written(static_cast<std::size_t>(length), [&](wchar_t* text) {
+  return common::WideString::Build(static_cast<std::size_t>(length), [&](wchar_t* text) {
     return static_cast<std::size_t>(convert(text, length));
   });
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -6,10 +6,10 @@
 
 #include "common/WideString.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// Decodes `bytes` up to the first zero byte. `codePage` must be valid; 0 is the system's own.
 /// Invalid bytes are replaced as MultiByteToWideChar replaces them. Throws std::bad_alloc.
-CWideString DecodeText(std::string_view bytes, UINT codePage);
+common::WideString DecodeCodePageText(std::string_view bytes, UINT codePage);
 
-}  // namespace msidb
+}  // namespace qm::msidb

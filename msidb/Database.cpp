@@ -2,11 +2,13 @@
 
 #include "msidb/InstallerResult.h"
 
-namespace msidb {
+namespace qm::msidb {
 
-Database Database::OpenReadOnly(const CWideString& path) { return Open(path, MSIDBOPEN_READONLY); }
+Database Database::OpenReadOnly(const common::WideString& path) {
+  return Open(path, MSIDBOPEN_READONLY);
+}
 
-Database Database::Open(const CWideString& path, const wchar_t* persist) {
+Database Database::Open(const common::WideString& path, const wchar_t* persist) {
   if (path.length() >= MAX_PATH) {  // some installers copy it to a stack buffer unchecked
     RaiseFileFailure(ERROR_FILENAME_EXCED_RANGE, {}, L"MsiOpenDatabase", path.c_str());
   }
@@ -15,7 +17,7 @@ Database Database::Open(const CWideString& path, const wchar_t* persist) {
   if (!installer) {
     RaiseFileFailure(ERROR_MOD_NOT_FOUND, {}, L"MsiOpenDatabase", path.c_str());
   }
-  CMsiHandle handle;
+  MsiHandle handle;
   ReportInstallerResult(::MsiOpenDatabaseW(path.c_str(), persist, handle.Put()), L"MsiOpenDatabase",
                         path.c_str());
   return Database(std::move(handle));
@@ -35,13 +37,13 @@ bool Database::HasTable(const wchar_t* table) const {
   }
 }
 
-void Database::Import(const CWideString& folder, const CWideString& fileName) {
+void Database::Import(const common::WideString& folder, const common::WideString& fileName) {
   ReportInstallerResult(::MsiDatabaseImportW(Get(), folder.c_str(), fileName.c_str()),
                         L"MsiDatabaseImport", folder.c_str(), fileName.c_str());
 }
 
-void Database::Export(const CWideString& table, const CWideString& folder,
-                      const CWideString& fileName) const {
+void Database::Export(const common::WideString& table, const common::WideString& folder,
+                      const common::WideString& fileName) const {
   ReportInstallerResult(
       ::MsiDatabaseExportW(Get(), table.c_str(), folder.c_str(), fileName.c_str()),
       L"MsiDatabaseExport", table.c_str(), fileName.c_str());
@@ -49,4 +51,4 @@ void Database::Export(const CWideString& table, const CWideString& folder,
 
 void Database::Commit() { ReportInstallerResult(::MsiDatabaseCommit(Get()), L"MsiDatabaseCommit"); }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -3,17 +3,17 @@
 #include "common/WideString.h"
 #include "msidb/MsiHandle.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// Owns an open installer database. Failures are raised, see ReportInstallerResult.
 class Database {
  public:
   /// Opens the file at `path` for reading. A path of MAX_PATH characters or more fails with
   /// ERROR_FILENAME_EXCED_RANGE.
-  static Database OpenReadOnly(const CWideString& path);
+  static Database OpenReadOnly(const common::WideString& path);
 
   /// As OpenReadOnly, in the mode `persist`, one of the MSIDBOPEN_ values.
-  static Database Open(const CWideString& path, const wchar_t* persist);
+  static Database Open(const common::WideString& path, const wchar_t* persist);
 
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
@@ -21,18 +21,18 @@ class Database {
   bool HasTable(const wchar_t* table) const;
 
   /// Imports the table archive file (.idt) `fileName` in `folder`.
-  void Import(const CWideString& folder, const CWideString& fileName);
+  void Import(const common::WideString& folder, const common::WideString& fileName);
 
   /// Exports `table` to the table archive file `fileName` in `folder`. Not called by the server.
-  void Export(const CWideString& table, const CWideString& folder,
-              const CWideString& fileName) const;
+  void Export(const common::WideString& table, const common::WideString& folder,
+              const common::WideString& fileName) const;
 
   void Commit();
 
  private:
-  explicit Database(CMsiHandle handle) noexcept : m_handle(std::move(handle)) {}
+  explicit Database(MsiHandle handle) noexcept : m_handle(std::move(handle)) {}
 
-  CMsiHandle m_handle;
+  MsiHandle m_handle;
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

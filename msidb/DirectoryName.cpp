@@ -1,6 +1,6 @@
 #include "msidb/DirectoryName.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
@@ -15,7 +15,8 @@ std::wstring_view PartAfter(std::wstring_view text, wchar_t separator) noexcept 
 
 }  // namespace
 
-CWideString SplitDefaultDir(const CWideString& defaultDir, const DefaultDirPart& part) {
+common::WideString SplitDefaultDir(const common::WideString& defaultDir,
+                                   const DefaultDirPart& part) {
   const std::wstring_view names =
       part.useSourcePart ? PartAfter(defaultDir, L':') : PartBefore(defaultDir, L':');
   return part.useShortName ? PartBefore(names, L'|') : PartAfter(names, L'|');
@@ -25,11 +26,11 @@ bool ModuleSuffixMatch(std::wstring_view text) noexcept {
   return text.size() == 36 || text.size() == 32;
 }
 
-CWideString StripModuleSuffix(const CWideString& key) {
+common::WideString StripModuleSuffix(const common::WideString& key) {
   const std::wstring_view text = key;
   const size_t dot = text.rfind(L'.');
   const bool hasSuffix = dot != std::wstring_view::npos && ModuleSuffixMatch(text.substr(dot + 1));
-  return hasSuffix ? CWideString(text.substr(0, dot)) : key;
+  return hasSuffix ? common::WideString(text.substr(0, dot)) : key;
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -2,7 +2,7 @@
 
 #include "common/WideString.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// One of the names of a DefaultDir value; by default the long name of the target folder.
 struct DefaultDirPart {
@@ -12,7 +12,8 @@ struct DefaultDirPart {
 
 /// Extracts one name from a DefaultDir value, "target:source", where each part is "short|long". A
 /// value without ":" is both target and source; a part without "|" is both short and long name.
-CWideString SplitDefaultDir(const CWideString& defaultDir, const DefaultDirPart& part);
+common::WideString SplitDefaultDir(const common::WideString& defaultDir,
+                                   const DefaultDirPart& part);
 
 /// Whether `text` is as long as the GUID suffix of a merge module's keys: 36 characters with
 /// separators, 32 without.
@@ -20,6 +21,6 @@ bool ModuleSuffixMatch(std::wstring_view text) noexcept;
 
 /// Removes the last "." of `key` and what follows if that is a module suffix, see
 /// ModuleSuffixMatch.
-CWideString StripModuleSuffix(const CWideString& key);
+common::WideString StripModuleSuffix(const common::WideString& key);
 
-}  // namespace msidb
+}  // namespace qm::msidb

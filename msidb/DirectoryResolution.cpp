@@ -7,27 +7,28 @@
 #include "msidb/PredefinedFolders.h"
 #include "text/Fold.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
-bool BeginsWithDot(const CWideString& name) noexcept {
+bool BeginsWithDot(const common::WideString& name) noexcept {
   return !name.empty() && std::wstring_view(name).front() == L'.';
 }
 
 /// Whether a name fits into a path of MAX_PATH characters, terminator included. The walk ends at
 /// one that does not.
-bool FitsIntoPath(const CWideString& name) noexcept { return name.length() < MAX_PATH; }
+bool FitsIntoPath(const common::WideString& name) noexcept { return name.length() < MAX_PATH; }
 
 /// A walk up the Directory table that prepends the name of each row to the path.
 class DirectoryWalk {
  public:
-  DirectoryWalk(const DirectoryTable& table, const DirectoryOptions& options, CWideString& path)
+  DirectoryWalk(const DirectoryTable& table, const DirectoryOptions& options,
+                common::WideString& path)
       : m_table(table), m_options(options), m_path(path) {}
 
   /// Adds one row to the path. Returns ERROR_MORE_DATA if a name or the walk is too long. Unless
   /// AtEnd(), the row of the parent comes next.
-  UINT Take(const CWideString& rowKey, const DirectoryRow& row) {
+  UINT Take(const common::WideString& rowKey, const DirectoryRow& row) {
     m_atEnd = true;
     if (!FitsIntoPath(row.defaultDir) || !FitsIntoPath(rowKey)) {
       return ERROR_MORE_DATA;
@@ -35,10 +36,10 @@ class DirectoryWalk {
     if (!m_visited.insert(rowKey).second) {
       return ERROR_SUCCESS;
     }
-    if (m_visited.size() > kMostDirectories || m_path.length() > kLongestPath) {
+    if (m_visited.size() > kMaxDirectoryRows || m_path.length() > kMaxPathLength) {
       return ERROR_MORE_DATA;
     }
-    const CWideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
+    const common::WideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
     if (PredefinedRootMatch(m_table, key)) {
       if (m_options.brackets) {
         m_path = Reference(key) + m_path;  // the value of the property ends in a backslash
@@ -54,10 +55,10 @@ class DirectoryWalk {
 
  private:
   /// Adds a row that is not a predefined folder.
-  UINT TakeOwnFolder(const DirectoryRow& row, const CWideString& key) {
-    CWideString name =
+  UINT TakeOwnFolder(const DirectoryRow& row, const common::WideString& key) {
+    common::WideString name =
         SplitDefaultDir(row.defaultDir, {m_options.useSourcePart, m_options.useShortName});
-    if (qm::text::CompareFolded(name, L"SOURCEDIR") == 0) {
+    if (text::CompareFolded(name, L"SOURCEDIR") == 0) {
       if (!LookupProperty(m_table, key, name)) {
         return ERROR_SUCCESS;
       }
@@ -76,12 +77,12 @@ class DirectoryWalk {
 
   /// A "." folder is the same folder as its parent. Directly below TARGETDIR the walk ends, with
   /// the value of the property of that key if there is one.
-  UINT TakeDotFolder(const DirectoryRow& row, const CWideString& key) {
+  UINT TakeDotFolder(const DirectoryRow& row, const common::WideString& key) {
     if (!FitsIntoPath(row.parent)) {
       return ERROR_MORE_DATA;
     }
-    m_atEnd = qm::text::CompareFolded(row.parent, L"TARGETDIR") == 0;
-    CWideString value;
+    m_atEnd = text::CompareFolded(row.parent, L"TARGETDIR") == 0;
+    common::WideString value;
     if (m_atEnd && LookupProperty(m_table, key, value)) {
       m_path = value + m_path;
     }
@@ -89,22 +90,22 @@ class DirectoryWalk {
   }
 
   /// Formats a key that stands for a folder name.
-  CWideString Reference(const CWideString& key) const {
+  common::WideString Reference(const common::WideString& key) const {
     if (!m_options.brackets) {
       return key;
     }
     const auto [open, close] = *m_options.brackets;
-    return CWideString(&open, 1) + key + CWideString(&close, 1);
+    return common::WideString(&open, 1) + key + common::WideString(&close, 1);
   }
 
-  void PrependFolder(const CWideString& name) {
+  void PrependFolder(const common::WideString& name) {
     m_path = m_path.empty() ? name : name + L"\\" + m_path;
   }
 
   const DirectoryTable& m_table;
   const DirectoryOptions& m_options;
-  CWideString& m_path;
-  std::set<CWideString> m_visited;
+  common::WideString& m_path;
+  std::set<common::WideString> m_visited;
   /// Whether a property supplied a folder name. The walk then ends with the next name prepended.
   bool m_fromProperty = false;
   bool m_atEnd = false;
@@ -112,11 +113,11 @@ class DirectoryWalk {
 
 }  // namespace
 
-UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
-                          const DirectoryOptions& options) {
+UINT ResolveDirectoryPath(const DirectoryTable& table, const common::WideString& key,
+                          common::WideString& path, const DirectoryOptions& options) {
   path.clear();
   DirectoryWalk walk(table, options, path);
-  CWideString current = key;
+  common::WideString current = key;
   while (const DirectoryRow* const row = table.Find(current)) {
     const UINT code = walk.Take(current, *row);
     if (code != ERROR_SUCCESS || walk.AtEnd()) {
@@ -127,9 +128,10 @@ UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, C
   return ERROR_SUCCESS;
 }
 
-CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
-                                 const DirectoryOptions& options) {
-  CWideString path;
+common::WideString ResolveDirectoryPathOrRaise(const DirectoryTable& table,
+                                               const common::WideString& key,
+                                               const DirectoryOptions& options) {
+  common::WideString path;
   if (const UINT code = ResolveDirectoryPath(table, key, path, options)) {
     RaiseFileFailure(code, {}, L"ResolveDirectoryPath", key.c_str());
   }
@@ -138,13 +140,13 @@ CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString&
 
 DirectoryPaths ResolveAllDirectories(const DirectoryTable& table, const DirectoryOptions& options) {
   DirectoryPaths paths;
-  for (const CWideString& key : table.Keys()) {
-    paths.insert_or_assign(key, RequireDirectoryPath(table, key, options));
+  for (const common::WideString& key : table.Keys()) {
+    paths.insert_or_assign(key, ResolveDirectoryPathOrRaise(table, key, options));
   }
   return paths;
 }
 
-bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key) {
+bool PredefinedRootMatch(const DirectoryTable& table, const common::WideString& key) {
   const DirectoryRow* const row = table.Find(key);
   if (!row) {
     return false;
@@ -152,17 +154,18 @@ bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key) {
   if (!row->isPredefined) {
     std::wstring upper(key);
     ::CharUpperBuffW(upper.data(), static_cast<DWORD>(upper.size()));
-    row->isPredefined = FindPredefinedRoot(upper) != nullptr;
+    row->isPredefined = FindPredefinedFolder(upper) != nullptr;
   }
   return *row->isPredefined;
 }
 
-bool LookupProperty(const DirectoryTable& table, const CWideString& name, CWideString& value) {
-  const CWideString* const found = table.FindProperty(name);
+bool LookupProperty(const DirectoryTable& table, const common::WideString& name,
+                    common::WideString& value) {
+  const common::WideString* const found = table.FindProperty(name);
   if (found) {
     value = *found;
   }
   return found != nullptr;
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -5,7 +5,7 @@
 
 #include "msidb/DirectoryTable.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// The brackets around a key that stands for its folder in a path: "[ProgramFilesFolder]".
 struct ReferenceBrackets {
@@ -24,7 +24,7 @@ struct DirectoryOptions {
 };
 
 /// The options of ResolveAllDirectories.
-constexpr DirectoryOptions kTableScan = [] {
+constexpr DirectoryOptions kTableScanOptions = [] {
   DirectoryOptions options;
   options.stripModuleSuffix = true;
   options.resolveDotFolders = true;
@@ -33,40 +33,42 @@ constexpr DirectoryOptions kTableScan = [] {
 
 /// The maximum number of rows of a walk. Without a limit, resolving every row of one long chain
 /// would take time quadratic in the size of the table.
-constexpr std::size_t kMostDirectories = 1000;
+constexpr std::size_t kMaxDirectoryRows = 1000;
 
 /// The maximum length of a path in characters; the system has no longer ones.
-constexpr std::size_t kLongestPath = 32767;
+constexpr std::size_t kMaxPathLength = 32767;
 
 /// Paths of directories by Directory key.
-using DirectoryPaths = std::map<CWideString, CWideString>;
+using DirectoryPaths = std::map<common::WideString, common::WideString>;
 
 /// Sets `path` to the path of a key of the Directory table. Walks from its row up to a predefined
 /// folder, to the root, or to a parent that is missing or already visited. The path is empty if the
 /// key has no row.
 ///
 /// Returns ERROR_SUCCESS, or ERROR_MORE_DATA if a name is longer than 259 characters or the walk
-/// exceeds kMostDirectories rows or kLongestPath characters; `path` then holds what was built so
+/// exceeds kMaxDirectoryRows rows or kMaxPathLength characters; `path` then holds what was built so
 /// far. Failures to read a table are raised.
-UINT ResolveDirectoryPath(const DirectoryTable& table, const CWideString& key, CWideString& path,
-                          const DirectoryOptions& options);
+UINT ResolveDirectoryPath(const DirectoryTable& table, const common::WideString& key,
+                          common::WideString& path, const DirectoryOptions& options);
 
 /// Returns the path of `key`. Raises an error code of ResolveDirectoryPath as a failure of that
 /// call with the argument `key`.
-CWideString RequireDirectoryPath(const DirectoryTable& table, const CWideString& key,
-                                 const DirectoryOptions& options);
+common::WideString ResolveDirectoryPathOrRaise(const DirectoryTable& table,
+                                               const common::WideString& key,
+                                               const DirectoryOptions& options);
 
-/// Returns the paths of all rows of the Directory table. Raises as RequireDirectoryPath does. Not
-/// called by the server.
+/// Returns the paths of all rows of the Directory table. Raises as ResolveDirectoryPathOrRaise
+/// does. Not called by the server.
 DirectoryPaths ResolveAllDirectories(const DirectoryTable& table,
-                                     const DirectoryOptions& options = kTableScan);
+                                     const DirectoryOptions& options = kTableScanOptions);
 
 /// Whether the table has a row `key` and that is one of the installer's predefined folders, in any
 /// case. The 64-bit folders and TARGETDIR are not: their own rows define where they are.
-bool PredefinedRootMatch(const DirectoryTable& table, const CWideString& key);
+bool PredefinedRootMatch(const DirectoryTable& table, const common::WideString& key);
 
 /// Sets `value` to the value of an installer property. Returns false and leaves `value` alone if
 /// the Property table has no such row.
-bool LookupProperty(const DirectoryTable& table, const CWideString& name, CWideString& value);
+bool LookupProperty(const DirectoryTable& table, const common::WideString& name,
+                    common::WideString& value);
 
-}  // namespace msidb
+}  // namespace qm::msidb

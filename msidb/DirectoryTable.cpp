@@ -1,6 +1,6 @@
 #include "msidb/DirectoryTable.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 DirectoryTable::DirectoryTable(const ModuleDatabase& database) : m_database(database) {
   if (!database.HasTable(L"Directory")) {
@@ -13,14 +13,14 @@ DirectoryTable::DirectoryTable(const ModuleDatabase& database) : m_database(data
   }
 }
 
-const DirectoryRow* DirectoryTable::Find(const CWideString& key) const {
+const DirectoryRow* DirectoryTable::Find(const common::WideString& key) const {
   const auto found = m_rows.find(key);
   return found == m_rows.end() ? nullptr : &found->second;
 }
 
-const CWideString* DirectoryTable::FindProperty(const CWideString& name) const {
+const common::WideString* DirectoryTable::FindProperty(const common::WideString& name) const {
   if (!m_properties) {
-    std::map<CWideString, CWideString> properties;
+    std::map<common::WideString, common::WideString> properties;
     if (m_database.HasTable(L"Property")) {
       const auto rows = m_database.ReadTable(L"Property");
       while (rows->Next()) {
@@ -33,4 +33,4 @@ const CWideString* DirectoryTable::FindProperty(const CWideString& name) const {
   return found == m_properties->end() ? nullptr : &found->second;
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

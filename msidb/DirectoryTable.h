@@ -6,12 +6,12 @@
 
 #include "msidb/ModuleDatabase.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// A row of the Directory table.
 struct DirectoryRow {
-  CWideString parent;
-  CWideString defaultDir;
+  common::WideString parent;
+  common::WideString defaultDir;
   mutable std::optional<bool> isPredefined = std::nullopt;  ///< cached by PredefinedRootMatch
 };
 
@@ -24,19 +24,20 @@ class DirectoryTable {
   explicit DirectoryTable(const ModuleDatabase& database);
 
   /// The keys of all rows, in table order.
-  const std::vector<CWideString>& Keys() const noexcept { return m_keys; }
+  const std::vector<common::WideString>& Keys() const noexcept { return m_keys; }
 
   /// Finds the row of a key, which is case-sensitive; null if there is no such row.
-  const DirectoryRow* Find(const CWideString& key) const;
+  const DirectoryRow* Find(const common::WideString& key) const;
 
   /// Finds the value of a property, whose name is case-sensitive; null if there is no such row.
-  const CWideString* FindProperty(const CWideString& name) const;
+  const common::WideString* FindProperty(const common::WideString& name) const;
 
  private:
   const ModuleDatabase& m_database;
-  std::vector<CWideString> m_keys;
-  std::map<CWideString, DirectoryRow> m_rows;
-  mutable std::optional<std::map<CWideString, CWideString>> m_properties;  ///< read on first use
+  std::vector<common::WideString> m_keys;
+  std::map<common::WideString, DirectoryRow> m_rows;
+  mutable std::optional<std::map<common::WideString, common::WideString>>
+      m_properties;  ///< read on first use
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

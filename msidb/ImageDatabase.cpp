@@ -11,48 +11,45 @@
 #include "msidb/InstallerResult.h"
 #include "msidb/MsiHandle.h"
 
-using qm::image::Damage;
-using qm::image::DamagedPart;
-
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
-UINT CodeOf(DamagedPart part) noexcept {
-  return part == DamagedPart::NoDatabase ? ERROR_OPEN_FAILED : ERROR_FILE_CORRUPT;
+UINT CodeOf(image::DamagedPart part) noexcept {
+  return part == image::DamagedPart::NoDatabase ? ERROR_OPEN_FAILED : ERROR_FILE_CORRUPT;
 }
 
 /// Widens a sentence of the image reader, which is ASCII.
-CWideString Widen(std::string_view text) {
-  return CWideString(std::wstring(text.begin(), text.end()));
+common::WideString Widen(std::string_view text) {
+  return common::WideString(std::wstring(text.begin(), text.end()));
 }
 
-/// Runs `work` and raises its FileFailure or Damage as a failure of the installer function `call`,
+/// Runs `work` and raises its FileError or Damage as a failure of the installer function `call`,
 /// which opens the file or its summary information.
 template <class Work>
-auto RunAsOpening(const wchar_t* call, const CWideString& path, Work work) {
+auto RaiseAsOpenFailure(const wchar_t* call, const common::WideString& path, Work work) {
   try {
     return work();
-  } catch (const FileFailure& failure) {
+  } catch (const FileError& failure) {
     RaiseFileFailure(failure.code, failure.cause, call, path.c_str());
-  } catch (const Damage& damage) {
+  } catch (const image::Damage& damage) {
     RaiseFileFailure(CodeOf(damage.Part()), Widen(damage.what()), call, path.c_str());
   }
 }
 
-/// Runs `work` and raises its FileFailure or Damage as a failure of a query. The calls of a query
+/// Runs `work` and raises its FileError or Damage as a failure of a query. The calls of a query
 /// take no path, so the description's sentence names it.
 template <class Work>
-auto RunAsQuery(const CWideString& path, Work work) {
-  const auto withPath = [&](const CWideString& cause) {
+auto RaiseAsQueryFailure(const common::WideString& path, Work work) {
+  const auto withPath = [&](const common::WideString& cause) {
     return cause.empty() ? cause : path + L": " + cause;
   };
   try {
     return work();
-  } catch (const FileFailure& failure) {
+  } catch (const FileError& failure) {
     RaiseFileFailure(failure.code, withPath(failure.cause), L"MsiViewExecute");
-  } catch (const Damage& damage) {
-    const bool isRow = damage.Part() == DamagedPart::Row;
+  } catch (const image::Damage& damage) {
+    const bool isRow = damage.Part() == image::DamagedPart::Row;
     RaiseFileFailure(CodeOf(damage.Part()), withPath(Widen(damage.what())),
                      isRow ? L"MsiViewFetch" : L"MsiViewExecute");
   }
@@ -74,23 +71,23 @@ int ParseInteger(std::string_view text) noexcept {
   long long number = 0;
   for (const char digit : digits) {
     if (digit < '0' || digit > '9' || number > INT_MAX) {
-      return kNullInteger;
+      return common::kNullInteger;
     }
     number = number * 10 + (digit - '0');
   }
   number = isNegative ? -number : number;
   if (digits.empty() || number > INT_MAX || number < -INT_MAX) {
-    return kNullInteger;
+    return common::kNullInteger;
   }
   return static_cast<int>(number);
 }
 
 /// Returns the row numbers sorted by a column: nulls first, integers by value, texts by their
 /// number in the string pool. The sort is stable.
-std::vector<std::size_t> OrderOf(const qm::image::Rows& rows, std::size_t column) {
+std::vector<std::size_t> OrderOf(const image::TableRows& rows, std::size_t column) {
   std::vector<std::size_t> order(rows.Count());
   std::iota(order.begin(), order.end(), std::size_t{0});
-  const bool isInteger = rows.GetTable().columns[column].kind == qm::image::ColumnKind::Integer;
+  const bool isInteger = rows.Definition().columns[column].kind == image::ColumnKind::Integer;
   std::sort(order.begin(), order.end(), [&](std::size_t a, std::size_t b) {
     return isInteger ? std::pair(rows.Integer(a, column), a) < std::pair(rows.Integer(b, column), b)
                      : std::pair(rows.StringNumber(a, column), a) <
@@ -99,9 +96,9 @@ std::vector<std::size_t> OrderOf(const qm::image::Rows& rows, std::size_t column
   return order;
 }
 
-class ImageRows final : public TableRows {
+class ImageRows final : public RowCursor {
  public:
-  ImageRows(const CWideString& path, UINT codePage, qm::image::Rows rows,
+  ImageRows(const common::WideString& path, UINT codePage, image::TableRows rows,
             std::vector<std::size_t> order)
       : m_path(path), m_codePage(codePage), m_rows(std::move(rows)), m_order(std::move(order)) {}
 
@@ -116,13 +113,13 @@ class ImageRows final : public TableRows {
 
   UINT FieldCount() const override { return static_cast<UINT>(Columns().size()); }
 
-  CWideString GetString(UINT field) const override {
+  common::WideString GetString(UINT field) const override {
     switch (KindOf(field)) {
       case Kind::Text:
-        return DecodeText(BytesOf(field), m_codePage);
+        return DecodeCodePageText(BytesOf(field), m_codePage);
       case Kind::Integer: {
         const auto number = m_rows.Integer(m_row, field - 1);
-        return number ? CWideString(std::to_wstring(*number)) : CWideString();
+        return number ? common::WideString(std::to_wstring(*number)) : common::WideString();
       }
       default:
         return {};
@@ -134,31 +131,29 @@ class ImageRows final : public TableRows {
       case Kind::Text:
         return ParseInteger(BytesOf(field));
       case Kind::Integer:
-        return m_rows.Integer(m_row, field - 1).value_or(kNullInteger);
+        return m_rows.Integer(m_row, field - 1).value_or(common::kNullInteger);
       default:
-        return kNullInteger;
+        return common::kNullInteger;
     }
   }
 
  private:
-  using Kind = qm::image::ColumnKind;
+  using Kind = image::ColumnKind;
 
-  const std::vector<qm::image::Column>& Columns() const noexcept {
-    return m_rows.GetTable().columns;
-  }
+  const std::vector<image::Column>& Columns() const noexcept { return m_rows.Definition().columns; }
 
   Kind KindOf(UINT field) const noexcept {
     return field - 1 < Columns().size() ? Columns()[field - 1].kind : Kind::Stream;
   }
 
   std::string_view BytesOf(UINT field) const {
-    return RunAsQuery(m_path, [&] {
+    return RaiseAsQueryFailure(m_path, [&] {
       const std::string_view bytes = m_rows.Text(m_row, field - 1);
       m_textBytes += bytes.size();
       if (m_textBytes > kMostText) {
-        qm::image::Refuse(DamagedPart::Row, "The rows of table ",
-                          qm::image::Quote(m_rows.GetTable().name), " have more than ", kMostText,
-                          " bytes of text.");
+        image::ThrowDamage(image::DamagedPart::Row, "The rows of table ",
+                           image::Quote(m_rows.Definition().name), " have more than ", kMostText,
+                           " bytes of text.");
       }
       return bytes;
     });
@@ -167,9 +162,9 @@ class ImageRows final : public TableRows {
   // Without a limit a small file whose rows all share one long text could exhaust memory.
   static constexpr std::size_t kMostText = 64 << 20;
 
-  const CWideString& m_path;  // owned by the database, which outlives its rows
+  const common::WideString& m_path;  // owned by the database, which outlives its rows
   UINT m_codePage;
-  qm::image::Rows m_rows;
+  image::TableRows m_rows;
   std::vector<std::size_t> m_order;  ///< row numbers; empty for the table's own order
   std::size_t m_next = 0;
   std::size_t m_row = 0;
@@ -178,29 +173,30 @@ class ImageRows final : public TableRows {
 
 }  // namespace
 
-ImageDatabase::ImageDatabase(const CWideString& path) : m_path(path) {
-  RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
+ImageDatabase::ImageDatabase(const common::WideString& path) : m_path(path) {
+  RaiseAsOpenFailure(L"MsiOpenDatabase", m_path, [&] {
     m_file.emplace(m_path);
-    m_stamp = m_file->OpenedStamp();
+    m_stamp = m_file->Stamp();
     m_database.emplace(*m_file);
     const UINT codePage = m_database->Strings().CodePage();
     if (codePage != CP_ACP && !::IsValidCodePage(codePage)) {
       const std::wstring number = std::to_wstring(codePage);
-      throw FileFailure{ERROR_OPEN_FAILED, CWideString(L"The texts are in code page " + number +
-                                                       L", which this system does not have.")};
+      throw FileError{ERROR_OPEN_FAILED,
+                      common::WideString(L"The texts are in code page " + number +
+                                         L", which this system does not have.")};
     }
   });
 }
 
-bool ImageDatabase::IsOfKnownKind() const { return !m_database->UnknownKind(); }
+bool ImageDatabase::IsSupported() const { return !m_database->UnknownKind(); }
 
 void ImageDatabase::Verify() {
-  RunAsOpening(L"MsiOpenDatabase", m_path, [&] {
+  RaiseAsOpenFailure(L"MsiOpenDatabase", m_path, [&] {
     m_database->Verify();
     m_database->VerifyStreams();
-    for (const qm::image::Defect& defect : m_database->Defects()) {
-      if (defect.grade == qm::image::Defect::Grade::Suspicious) {
-        throw Damage(DamagedPart::Structure, defect.sentence);
+    for (const image::Defect& defect : m_database->Defects()) {
+      if (defect.grade == image::Defect::Grade::Suspicious) {
+        throw image::Damage(image::DamagedPart::Structure, defect.sentence);
       }
     }
   });
@@ -210,17 +206,17 @@ bool ImageDatabase::HasTable(const wchar_t* table) const {
   return m_database->HasTable(Narrow(table));
 }
 
-std::unique_ptr<TableRows> ImageDatabase::ReadTable(const wchar_t* table,
+std::unique_ptr<RowCursor> ImageDatabase::ReadTable(const wchar_t* table,
                                                     const wchar_t* orderBy) const {
   const std::string name = Narrow(table);
   if (!m_database->HasTable(name)) {
     RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
   }
-  return RunAsQuery(m_path, [&]() -> std::unique_ptr<TableRows> {
-    qm::image::Rows rows = RowsOf(name);
+  return RaiseAsQueryFailure(m_path, [&]() -> std::unique_ptr<RowCursor> {
+    image::TableRows rows = GetRows(name);
     std::vector<std::size_t> order;
     if (orderBy) {
-      const auto column = rows.GetTable().FindColumn(Narrow(orderBy));
+      const auto column = rows.Definition().FindColumn(Narrow(orderBy));
       if (!column) {
         RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
       }
@@ -231,10 +227,10 @@ std::unique_ptr<TableRows> ImageDatabase::ReadTable(const wchar_t* table,
   });
 }
 
-CWideString ImageDatabase::ReadSummaryString(UINT property) {
+common::WideString ImageDatabase::ReadSummaryString(UINT property) {
   if (!m_isSummaryRead) {
-    m_summary = RunAsOpening(L"MsiGetSummaryInformation", m_path,
-                             [&] { return m_database->ReadSummary(); });
+    m_summary = RaiseAsOpenFailure(L"MsiGetSummaryInformation", m_path,
+                                   [&] { return m_database->ReadSummary(); });
     m_isSummaryRead = true;
   }
   const auto text = m_summary ? m_summary->Text(property) : std::nullopt;
@@ -242,10 +238,10 @@ CWideString ImageDatabase::ReadSummaryString(UINT property) {
     return {};
   }
   const UINT codePage = m_summary->CodePage();
-  return DecodeText(*text, ::IsValidCodePage(codePage) ? codePage : CP_ACP);
+  return DecodeCodePageText(*text, ::IsValidCodePage(codePage) ? codePage : CP_ACP);
 }
 
-qm::image::Rows ImageDatabase::RowsOf(const std::string& table) const {
+image::TableRows ImageDatabase::GetRows(const std::string& table) const {
   if (m_file) {
     return m_database->ReadTable(table);
   }
@@ -265,9 +261,9 @@ bool ImageDatabase::LoadAndClose(std::initializer_list<const wchar_t*> tables) {
     LoadedTable& loaded = m_loaded[name];
     try {
       loaded.rows.emplace(m_database->ReadTable(name));
-    } catch (const Damage&) {
+    } catch (const image::Damage&) {
       loaded.failure = std::current_exception();
-    } catch (const FileFailure&) {
+    } catch (const FileError&) {
       loaded.failure = std::current_exception();
     }
   }
@@ -279,7 +275,7 @@ bool ImageDatabase::LoadAndClose(std::initializer_list<const wchar_t*> tables) {
 bool ImageDatabase::IsCurrent() const { return ModuleFile::IsCurrent(m_path, m_stamp); }
 
 void ImageDatabase::RequireUnchanged() const {
-  RunAsQuery(m_path, [&] { m_file->RequireUnchanged(); });
+  RaiseAsQueryFailure(m_path, [&] { m_file->RequireUnchanged(); });
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

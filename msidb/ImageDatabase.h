@@ -9,7 +9,7 @@
 #include "msidb/ModuleDatabase.h"
 #include "msidb/ModuleFile.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// A module's database, read from the bytes of the file by image/.
 ///
@@ -19,18 +19,18 @@ namespace msidb {
 class ImageDatabase final : public ModuleDatabase {
  public:
   /// Opens the file at the full path `path`, of any length.
-  explicit ImageDatabase(const CWideString& path);
+  explicit ImageDatabase(const common::WideString& path);
 
   /// Whether the reader fully understands the file; see qm::image::Database::UnknownKind.
-  bool IsOfKnownKind() const;
+  bool IsSupported() const;
 
   /// Reads all tables and the summary information and follows all streams. Raises the first damage
   /// or suspicious defect.
   void Verify();
 
   bool HasTable(const wchar_t* table) const override;
-  std::unique_ptr<TableRows> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
-  CWideString ReadSummaryString(UINT property) override;
+  std::unique_ptr<RowCursor> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
+  common::WideString ReadSummaryString(UINT property) override;
   bool LoadAndClose(std::initializer_list<const wchar_t*> tables) override;
   bool IsCurrent() const override;
   void RequireUnchanged() const override;
@@ -38,20 +38,20 @@ class ImageDatabase final : public ModuleDatabase {
  private:
   /// A table that LoadAndClose read, or the exception that it failed with.
   struct LoadedTable {
-    std::optional<qm::image::Rows> rows;
+    std::optional<image::TableRows> rows;
     std::exception_ptr failure;
   };
 
-  qm::image::Rows RowsOf(const std::string& table) const;
+  image::TableRows GetRows(const std::string& table) const;
 
-  CWideString m_path;
+  common::WideString m_path;
   std::optional<ModuleFile> m_file;  ///< empty after LoadAndClose
-  FileStamp m_stamp;
+  common::FileStamp m_stamp;
   // Mutable because reading a table moves the file position, which no caller can observe.
-  mutable std::optional<qm::image::Database> m_database;
+  mutable std::optional<image::Database> m_database;
   std::map<std::string, LoadedTable> m_loaded;
-  std::optional<qm::image::SummaryInformation> m_summary;
+  std::optional<image::SummaryInformation> m_summary;
   bool m_isSummaryRead = false;
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -2,17 +2,19 @@
 
 #include "msidb/View.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
-class InstallerRows final : public TableRows {
+class InstallerRows final : public RowCursor {
  public:
-  InstallerRows(const Database& database, const CWideString& query) { m_view.Run(database, query); }
+  InstallerRows(const Database& database, const common::WideString& query) {
+    m_view.OpenAndExecute(database, query);
+  }
 
   bool Next() override { return m_view.Next(); }
   UINT FieldCount() const override { return m_view.Row().FieldCount(); }
-  CWideString GetString(UINT field) const override { return m_view.Row().GetString(field); }
+  common::WideString GetString(UINT field) const override { return m_view.Row().GetString(field); }
   int GetInteger(UINT field) const override { return m_view.Row().GetInteger(field); }
 
  private:
@@ -21,20 +23,20 @@ class InstallerRows final : public TableRows {
 
 }  // namespace
 
-std::unique_ptr<TableRows> InstallerDatabase::ReadTable(const wchar_t* table,
+std::unique_ptr<RowCursor> InstallerDatabase::ReadTable(const wchar_t* table,
                                                         const wchar_t* orderBy) const {
-  CWideString query = CWideString(L"SELECT * FROM `") + table + L"`";
+  common::WideString query = common::WideString(L"SELECT * FROM `") + table + L"`";
   if (orderBy) {
-    query += CWideString(L" ORDER BY `") + orderBy + L"`";
+    query += common::WideString(L" ORDER BY `") + orderBy + L"`";
   }
   return std::make_unique<InstallerRows>(m_database, query);
 }
 
-CWideString InstallerDatabase::ReadSummaryString(UINT property) {
+common::WideString InstallerDatabase::ReadSummaryString(UINT property) {
   if (!m_summary) {
     m_summary.emplace(m_path);
   }
   return msidb::ReadSummaryString(m_summary->Get(), property);
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

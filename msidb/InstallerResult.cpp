@@ -7,56 +7,56 @@
 #include "msidb/MsiHandle.h"
 #include "msidb/TextReader.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
 /// Formats an error record: field 1 is the error number, its arguments follow from field 2.
 constexpr wchar_t kRecordTemplate[] = L"Windows Installer Error [1]: [2]{, [3]}{, [4]}{, [5]}\n";
 
-CWideString FormatErrorRecord(MSIHANDLE record) {
-  CWideString text;
-  ReadText<1024>(
+common::WideString FormatErrorRecord(MSIHANDLE record) {
+  common::WideString text;
+  ReadInstallerText<1024>(
       text,
       [&](wchar_t* buffer, DWORD* length) { return ::MsiFormatRecordW(0, record, buffer, length); },
       [](DWORD length) { return length + 1; });
   return text;
 }
 
-CWideString Describe(MSIHANDLE errorRecord, HRESULT hr) {
+common::WideString Describe(MSIHANDLE errorRecord, HRESULT hr) {
   if (errorRecord) {
     return FormatErrorRecord(errorRecord);
   }
-  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
-  return text ? CWideString(text.Get()) : CWideString();
+  const common::UniqueLocalText text = common::FormatSystemMessage(static_cast<DWORD>(hr));
+  return text ? common::WideString(text.Get()) : common::WideString();
 }
 
-CWideString CallText(const wchar_t* functionName, const wchar_t* argument1,
-                     const wchar_t* argument2) {
+common::WideString CallText(const wchar_t* functionName, const wchar_t* argument1,
+                            const wchar_t* argument2) {
   if (*argument1 == L'\0') {
-    return CWideString::Format(L"%s()", functionName);
+    return common::WideString::Format(L"%s()", functionName);
   }
   if (*argument2 == L'\0') {
-    return CWideString::Format(L"%s(%s)", functionName, argument1);
+    return common::WideString::Format(L"%s(%s)", functionName, argument1);
   }
-  return CWideString::Format(L"%s(%s, %s)", functionName, argument1, argument2);
+  return common::WideString::Format(L"%s(%s, %s)", functionName, argument1, argument2);
 }
 
 /// Sets the thread's error object to one with the description `message`. Raises failures of the
 /// system's calls.
-void InstallErrorInfo(const CWideString& message) {
-  CComPtr<ICreateErrorInfo> create;
-  RaiseIfFailed(::CreateErrorInfo(create.Put()));
+void InstallErrorInfo(const common::WideString& message) {
+  common::ComPtr<ICreateErrorInfo> create;
+  com::RaiseIfFailed(::CreateErrorInfo(create.Put()));
   create->SetGUID(GUID_NULL);  // not every system initialises it
   // The interface takes a non-const text but does not change it.
-  RaiseIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
-  CComPtr<IErrorInfo> info;
-  RaiseIfFailed(create.QueryInterface(info.Put()));
-  RaiseIfFailed(::SetErrorInfo(0, info.Get()));
+  com::RaiseIfFailed(create->SetDescription(const_cast<wchar_t*>(message.c_str())));
+  common::ComPtr<IErrorInfo> info;
+  com::RaiseIfFailed(create.QueryInterface(info.Put()));
+  com::RaiseIfFailed(::SetErrorInfo(0, info.Get()));
 }
 
 HRESULT FailureOf(UINT code) noexcept {
-  const HRESULT hr = qm::HResultFromCode(code);
+  const HRESULT hr = HResultFromCode(code);
   return SUCCEEDED(hr) ? E_UNEXPECTED : hr;
 }
 
@@ -65,7 +65,7 @@ HRESULT FailureOf(UINT code) noexcept {
                                int viewErrorDetail) {
   const HRESULT hr = FailureOf(code);
   InstallErrorInfo(Describe(errorRecord, hr) + CallText(functionName, argument1, argument2));
-  RaiseHResult(viewErrorDetail == MSIDBERROR_DUPLICATEKEY ? kDuplicateKey : hr);
+  com::RaiseHResult(viewErrorDetail == MSIDBERROR_DUPLICATEKEY ? kDuplicatePrimaryKey : hr);
 }
 
 }  // namespace
@@ -76,7 +76,7 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
     return code;
   }
   // This must come first: the next installer call replaces the thread's record.
-  const CMsiHandle errorRecord(::MsiGetLastErrorRecord());
+  const MsiHandle errorRecord(::MsiGetLastErrorRecord());
   if (errorRecord && ::MsiRecordIsNull(errorRecord.Get(), 0)) {
     const UINT templateCode = ::MsiRecordSetStringW(errorRecord.Get(), 0, kRecordTemplate);
     if (templateCode != ERROR_SUCCESS) {
@@ -86,12 +86,12 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
   RaiseFailure(code, errorRecord.Get(), functionName, argument1, argument2, viewErrorDetail);
 }
 
-void RaiseFileFailure(UINT code, const CWideString& cause, const wchar_t* functionName,
+void RaiseFileFailure(UINT code, const common::WideString& cause, const wchar_t* functionName,
                       const wchar_t* argument1) {
   const HRESULT hr = FailureOf(code);
-  const CWideString description = cause.empty() ? Describe(0, hr) : cause + L" ";
+  const common::WideString description = cause.empty() ? Describe(0, hr) : cause + L" ";
   InstallErrorInfo(description + CallText(functionName, argument1, L""));
-  RaiseHResult(hr);
+  com::RaiseHResult(hr);
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -4,10 +4,10 @@
 
 #include "common/WideString.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// HRESULT of a view modification that failed because a row with the same primary key exists.
-constexpr HRESULT kDuplicateKey = static_cast<HRESULT>(0x800403E8);
+constexpr HRESULT kDuplicatePrimaryKey = static_cast<HRESULT>(0x800403E8);
 
 /// Checks the result of an installer function. Returns `code` if it is ERROR_SUCCESS, otherwise
 /// raises it as HRESULT_FROM_WIN32, or as kDuplicateKey if `viewErrorDetail` is
@@ -22,7 +22,7 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
 /// Raises `code` as ReportInstallerResult does, for a reader that replaces an installer function.
 /// The description begins with the sentence `cause`, or with the system's text for `code` if that
 /// is empty.
-[[noreturn]] void RaiseFileFailure(UINT code, const CWideString& cause, const wchar_t* functionName,
-                                   const wchar_t* argument1 = L"");
+[[noreturn]] void RaiseFileFailure(UINT code, const common::WideString& cause,
+                                   const wchar_t* functionName, const wchar_t* argument1 = L"");
 
-}  // namespace msidb
+}  // namespace qm::msidb

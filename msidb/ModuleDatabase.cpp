@@ -4,17 +4,17 @@
 #include "msidb/InstallerDatabase.h"
 #include "msidb/InstallerResult.h"
 
-namespace msidb {
+namespace qm::msidb {
 
-void TableRows::RequireFields(UINT count, const wchar_t* table) const {
+void RowCursor::RequireFields(UINT count, const wchar_t* table) const {
   if (FieldCount() < count) {
     RaiseFileFailure(ERROR_INVALID_TABLE, {}, L"MsiRecordGetFieldCount", table);
   }
 }
 
-std::unique_ptr<ModuleDatabase> ModuleDatabase::Open(const CWideString& path) {
+std::unique_ptr<ModuleDatabase> ModuleDatabase::Open(const common::WideString& path) {
   auto image = std::make_unique<ImageDatabase>(path);
-  if (image->IsOfKnownKind()) {
+  if (image->IsSupported()) {
     return image;
   }
   image->Verify();
@@ -22,4 +22,4 @@ std::unique_ptr<ModuleDatabase> ModuleDatabase::Open(const CWideString& path) {
   return std::make_unique<InstallerDatabase>(path);
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -8,16 +8,16 @@
 #include "common/NullInteger.h"
 #include "common/WideString.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// A cursor over the rows of a table, before the first row at the start. Must not outlive its
 /// database. Failures are raised as those of the installer calls that read a table.
-class TableRows {
+class RowCursor {
  public:
-  TableRows() = default;
-  TableRows(const TableRows&) = delete;
-  TableRows& operator=(const TableRows&) = delete;
-  virtual ~TableRows() = default;
+  RowCursor() = default;
+  RowCursor(const RowCursor&) = delete;
+  RowCursor& operator=(const RowCursor&) = delete;
+  virtual ~RowCursor() = default;
 
   /// Moves to the next row; false at the end. The functions below read this row.
   virtual bool Next() = 0;
@@ -26,7 +26,7 @@ class TableRows {
 
   /// The text of a field, counted from 1; empty if it is null or the row has no such field. Numbers
   /// are formatted in decimal.
-  virtual CWideString GetString(UINT field) const = 0;
+  virtual common::WideString GetString(UINT field) const = 0;
 
   /// The number in a field, counted from 1; kNullInteger if it is null, a text that is not a
   /// number, or the row has no such field.
@@ -50,20 +50,20 @@ class ModuleDatabase {
   virtual ~ModuleDatabase() = default;
 
   /// Opens the file at the full path `path`, of any length.
-  static std::unique_ptr<ModuleDatabase> Open(const CWideString& path);
+  static std::unique_ptr<ModuleDatabase> Open(const common::WideString& path);
 
   /// Whether the database has the table, which may be empty.
   virtual bool HasTable(const wchar_t* table) const = 0;
 
   /// Returns the rows of a table, in its own order or sorted by the column `orderBy`. Raises
   /// ERROR_BAD_QUERY_SYNTAX if the table or the column is missing.
-  virtual std::unique_ptr<TableRows> ReadTable(const wchar_t* table,
+  virtual std::unique_ptr<RowCursor> ReadTable(const wchar_t* table,
                                                const wchar_t* orderBy = nullptr) const = 0;
 
   /// Returns the text of a property of the summary information (PID_SUBJECT and so on), of any
   /// length; empty if it is missing or not a text. The first call reads the summary information and
   /// fails if that is damaged.
-  virtual CWideString ReadSummaryString(UINT property) = 0;
+  virtual common::WideString ReadSummaryString(UINT property) = 0;
 
   /// Reads those of `tables` that exist into memory and closes the file. From then on ReadTable may
   /// be called for these tables only; it raises the damage of a table that could not be read here.
@@ -82,4 +82,4 @@ class ModuleDatabase {
   ModuleDatabase() = default;
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

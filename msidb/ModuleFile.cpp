@@ -2,23 +2,23 @@
 
 #include "common/Path.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
-[[noreturn]] void ThrowOpenFailure(const CWideString& longPath) {
+[[noreturn]] void ThrowOpenFailure(const common::WideString& longPath) {
   const DWORD code = ::GetLastError();
   const DWORD attributes = code == ERROR_ACCESS_DENIED ? ::GetFileAttributesW(longPath.c_str())
                                                        : INVALID_FILE_ATTRIBUTES;
   const bool isFolder =
       attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) != 0;
-  throw FileFailure{code, isFolder ? L"The path is that of a folder." : L""};
+  throw FileError{code, isFolder ? L"The path is that of a folder." : L""};
 }
 
 }  // namespace
 
-ModuleFile::ModuleFile(const CWideString& path) {
-  const CWideString longPath = LongPath(path);
+ModuleFile::ModuleFile(const common::WideString& path) {
+  const common::WideString longPath = common::ToExtendedPath(path);
   // Others may delete and rename the file: neither changes what is read here, and a build can
   // replace a module while its old file is open.
   m_file.Reset(::CreateFileW(longPath.c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
@@ -31,12 +31,12 @@ ModuleFile::ModuleFile(const CWideString& path) {
 
 // Two calls, because GetFileInformationByHandle also looks up the volume, which takes longer than
 // everything else done with a small module.
-FileStamp ModuleFile::GetStamp() const {
+common::FileStamp ModuleFile::GetStamp() const {
   FILE_STANDARD_INFO standard;
   FILE_BASIC_INFO basic;
   if (!::GetFileInformationByHandleEx(m_file.Get(), FileStandardInfo, &standard, sizeof standard) ||
       !::GetFileInformationByHandleEx(m_file.Get(), FileBasicInfo, &basic, sizeof basic)) {
-    throw FileFailure{::GetLastError(), {}};
+    throw FileError{::GetLastError(), {}};
   }
   return {static_cast<ULONGLONG>(standard.EndOfFile.QuadPart),
           {basic.LastWriteTime.LowPart, static_cast<DWORD>(basic.LastWriteTime.HighPart)}};
@@ -52,24 +52,25 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   m_position = kNowhere;  // unknown if one of the calls below fails
   if ((!isInPlace && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
       !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
-    throw FileFailure{::GetLastError(), {}};
+    throw FileError{::GetLastError(), {}};
   }
   m_position = offset + read;
   if (read != count) {
-    throw FileFailure{ERROR_FILE_INVALID, L"The file became shorter while it was read."};
+    throw FileError{ERROR_FILE_INVALID, L"The file became shorter while it was read."};
   }
 }
 
 void ModuleFile::RequireUnchanged() const {
   if (GetStamp() != m_stamp) {
-    throw FileFailure{ERROR_FILE_INVALID, L"The file was written while it was read."};
+    throw FileError{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }
 }
 
-bool ModuleFile::IsCurrent(const CWideString& path, const FileStamp& stamp) {
+bool ModuleFile::IsCurrent(const common::WideString& path, const common::FileStamp& stamp) {
   WIN32_FILE_ATTRIBUTE_DATA found;
-  return ::GetFileAttributesExW(LongPath(path).c_str(), GetFileExInfoStandard, &found) &&
-         FileStamp::Of(found) == stamp;
+  return ::GetFileAttributesExW(common::ToExtendedPath(path).c_str(), GetFileExInfoStandard,
+                                &found) &&
+         common::FileStamp::Of(found) == stamp;
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

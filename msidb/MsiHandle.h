@@ -7,6 +7,8 @@
 
 #include "common/UniqueHandle.h"
 
+namespace qm::msidb {
+
 struct MsiHandleTraits {
   using Handle = MSIHANDLE;
   static constexpr Handle None() noexcept { return 0; }
@@ -14,4 +16,6 @@ struct MsiHandleTraits {
 };
 
 /// Sole owner of an installer handle: a database, view, record or summary information.
-using CMsiHandle = CUniqueHandle<MsiHandleTraits>;
+using MsiHandle = common::UniqueHandle<MsiHandleTraits>;
+
+}  // namespace qm::msidb

@@ -6,7 +6,7 @@
 #include "common/Bstr.h"
 #include "common/DllLifetime.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
@@ -19,18 +19,18 @@ constexpr const wchar_t* kPredefinedRoots[] = {
     L"WindowsVolume"};
 
 struct BstrLess {
-  bool operator()(const CUniqueBstr& a, const CUniqueBstr& b) const noexcept {
+  bool operator()(const common::UniqueBstr& a, const common::UniqueBstr& b) const noexcept {
     return ::VarBstrCmp(a.Get(), b.Get(), LOCALE_USER_DEFAULT, 0) ==
            static_cast<HRESULT>(VARCMP_LT);
   }
 };
 
-using RootMap = std::map<CUniqueBstr, const wchar_t*, BstrLess>;
+using RootMap = std::map<common::UniqueBstr, const wchar_t*, BstrLess>;
 
 RootMap MakeRootMap() {
   RootMap map;
   for (const wchar_t* const root : kPredefinedRoots) {
-    CUniqueBstr key = MakeBstr(root);
+    common::UniqueBstr key = com::AllocateBstr(root);
     ::CharUpperBuffW(key.Get(), ::SysStringLen(key.Get()));
     map.emplace(std::move(key), root);
   }
@@ -39,11 +39,11 @@ RootMap MakeRootMap() {
 
 }  // namespace
 
-const wchar_t* FindPredefinedRoot(const CWideString& upperCaseKey) {
-  static CModuleWide<RootMap> theMap;
+const wchar_t* FindPredefinedFolder(const common::WideString& upperCaseKey) {
+  static common::DllWide<RootMap> theMap;
   const RootMap& map = theMap.Get([] { return new RootMap(MakeRootMap()); });
-  const auto found = map.find(MakeBstr(upperCaseKey));
+  const auto found = map.find(com::AllocateBstr(upperCaseKey));
   return found == map.end() ? nullptr : found->second;
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

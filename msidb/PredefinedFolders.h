@@ -2,10 +2,10 @@
 
 #include "common/WideString.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// Finds the predefined folder with the given key in upper case and returns its usual spelling;
 /// null if a walk up the Directory table does not end at this key. Throws std::bad_alloc.
-const wchar_t* FindPredefinedRoot(const CWideString& upperCaseKey);
+const wchar_t* FindPredefinedFolder(const common::WideString& upperCaseKey);
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -3,21 +3,21 @@
 #include "msidb/InstallerResult.h"
 #include "msidb/TextReader.h"
 
-namespace msidb {
+namespace qm::msidb {
 
-static_assert(kNullInteger == static_cast<int>(MSI_NULL_INTEGER));
+static_assert(common::kNullInteger == static_cast<int>(MSI_NULL_INTEGER));
 
 Record Record::Create(UINT fieldCount) {
-  Record record{CMsiHandle(::MsiCreateRecord(fieldCount))};
+  Record record{MsiHandle(::MsiCreateRecord(fieldCount))};
   if (!record) {
     ReportInstallerResult(ERROR_CREATE_FAILED, L"MsiCreateRecord");
   }
   return record;
 }
 
-CWideString Record::GetString(UINT field) const {
-  CWideString text;
-  const UINT code = ReadText<2048>(
+common::WideString Record::GetString(UINT field) const {
+  common::WideString text;
+  const UINT code = ReadInstallerText<2048>(
       text,
       [&](wchar_t* buffer, DWORD* length) {
         return ::MsiRecordGetStringW(Get(), field, buffer, length);
@@ -36,7 +36,7 @@ bool Record::IsNull(UINT field) const noexcept { return ::MsiRecordIsNull(Get(),
 
 UINT Record::FieldCount() const noexcept { return ::MsiRecordGetFieldCount(Get()); }
 
-void Record::SetString(UINT field, const CWideString& text) {
+void Record::SetString(UINT field, const common::WideString& text) {
   ReportInstallerResult(::MsiRecordSetStringW(Get(), field, text.c_str()), L"MsiRecordSetString");
 }
 
@@ -46,4 +46,4 @@ void Record::SetInteger(UINT field, int value) {
 
 void Record::Clear() { ReportInstallerResult(::MsiRecordClearData(Get()), L"MsiRecordClearData"); }
 
-}  // namespace msidb
+}  // namespace qm::msidb

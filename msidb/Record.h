@@ -4,14 +4,14 @@
 #include "common/WideString.h"
 #include "msidb/MsiHandle.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// Owns an installer record; may be empty. Fields are counted from 1. Failures are raised, see
 /// ReportInstallerResult. The server only reads records.
 class Record {
  public:
   Record() noexcept = default;
-  explicit Record(CMsiHandle handle) noexcept : m_handle(std::move(handle)) {}
+  explicit Record(MsiHandle handle) noexcept : m_handle(std::move(handle)) {}
 
   /// Creates a record. Raises ERROR_CREATE_FAILED if the installer does not return one.
   static Record Create(UINT fieldCount);
@@ -20,7 +20,7 @@ class Record {
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
   /// The text of a field, of any length; empty for a null field.
-  CWideString GetString(UINT field) const;
+  common::WideString GetString(UINT field) const;
 
   /// The number in a field; kNullInteger if it is null or not a number. 0 without a record.
   int GetInteger(UINT field) const noexcept;
@@ -29,14 +29,14 @@ class Record {
 
   UINT FieldCount() const noexcept;
 
-  void SetString(UINT field, const CWideString& text);
+  void SetString(UINT field, const common::WideString& text);
   void SetInteger(UINT field, int value);
 
   /// Makes every field null.
   void Clear();
 
  private:
-  CMsiHandle m_handle;
+  MsiHandle m_handle;
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

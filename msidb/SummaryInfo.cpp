@@ -4,14 +4,14 @@
 
 #include "msidb/InstallerResult.h"
 
-namespace msidb {
+namespace qm::msidb {
 
-SummaryInfo::SummaryInfo(const CWideString& path) {
+SummaryInfo::SummaryInfo(const common::WideString& path) {
   ReportInstallerResult(::MsiGetSummaryInformationW(0, path.c_str(), 0, m_handle.Put()),
                         L"MsiGetSummaryInformation", path.c_str());
 }
 
-CWideString ReadSummaryString(MSIHANDLE handle, UINT property) {
+common::WideString ReadSummaryString(MSIHANDLE handle, UINT property) {
   UINT type = VT_EMPTY;
   const auto read = [&](wchar_t* buffer, DWORD length) {
     INT number = 0;
@@ -24,11 +24,11 @@ CWideString ReadSummaryString(MSIHANDLE handle, UINT property) {
   wchar_t usual[usualLength] = L"";
   const auto [code, length] = read(usual, usualLength);
   if (code != ERROR_MORE_DATA) {
-    return type == VT_LPSTR ? CWideString(usual) : CWideString();
+    return type == VT_LPSTR ? common::WideString(usual) : common::WideString();
   }
   const auto longer = std::make_unique<wchar_t[]>(length + 1);
   read(longer.get(), length + 1);
-  return type == VT_LPSTR ? CWideString(longer.get()) : CWideString();
+  return type == VT_LPSTR ? common::WideString(longer.get()) : common::WideString();
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -3,23 +3,23 @@
 #include "common/WideString.h"
 #include "msidb/MsiHandle.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 /// Reads the text of a property (PID_SUBJECT and so on), of any length, of the summary information
 /// `handle`. Returns an empty text if the property's type is not a text. The code that the
 /// installer returns is ignored.
-CWideString ReadSummaryString(MSIHANDLE handle, UINT property);
+common::WideString ReadSummaryString(MSIHANDLE handle, UINT property);
 
 /// Owns the summary information of an installer database file, open for reading.
 class SummaryInfo {
  public:
   /// Raises a failure of MsiGetSummaryInformation with the path if the stream cannot be opened.
-  explicit SummaryInfo(const CWideString& path);
+  explicit SummaryInfo(const common::WideString& path);
 
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
  private:
-  CMsiHandle m_handle;
+  MsiHandle m_handle;
 };
 
-}  // namespace msidb
+}  // namespace qm::msidb

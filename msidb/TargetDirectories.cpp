@@ -5,7 +5,7 @@
 #include "com/error/ErrorHandler.h"
 #include "common/Path.h"
 
-namespace msidb {
+namespace qm::msidb {
 
 namespace {
 
@@ -18,10 +18,10 @@ bool IsSystemFolder(std::wstring_view key) noexcept {
   return key.size() > ending.size() && key.substr(key.size() - ending.size()) == ending;
 }
 
-CWideString RootOf(const DirectoryTable& table, const CWideString& key) {
-  std::set<CWideString> visited;
-  CWideString current(key);
-  while (visited.insert(current).second && visited.size() <= kMostDirectories) {
+common::WideString RootOf(const DirectoryTable& table, const common::WideString& key) {
+  std::set<common::WideString> visited;
+  common::WideString current(key);
+  while (visited.insert(current).second && visited.size() <= kMaxDirectoryRows) {
     const DirectoryRow* const row = table.Find(current);
     if (!row) {
       return {};
@@ -34,11 +34,11 @@ CWideString RootOf(const DirectoryTable& table, const CWideString& key) {
   return WithoutSuffix(current);
 }
 
-TargetDirectory Resolve(const DirectoryTable& table, const CWideString& key,
+TargetDirectory Resolve(const DirectoryTable& table, const common::WideString& key,
                         const DirectoryOptions& options) {
   TargetDirectory directory;
-  directory.result = RunAtBoundary(GUID_NULL, [&] {
-    directory.path = RequireDirectoryPath(table, key, options);
+  directory.result = com::RunAtBoundary(GUID_NULL, [&] {
+    directory.path = ResolveDirectoryPathOrRaise(table, key, options);
     directory.root = RootOf(table, key);
     return S_OK;
   });
@@ -50,10 +50,10 @@ TargetDirectory Resolve(const DirectoryTable& table, const CWideString& key,
 
 }  // namespace
 
-HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptions& options,
-                                 TargetDirectories& directories) noexcept {
-  return RunAtBoundary(GUID_NULL, [&] {
-    const auto database = ModuleDatabase::Open(FullPath(module));
+HRESULT ResolveTargetDirectories(const common::WideString& module, const DirectoryOptions& options,
+                                 TargetDirectoryMap& directories) noexcept {
+  return com::RunAtBoundary(GUID_NULL, [&] {
+    const auto database = ModuleDatabase::Open(common::ResolveFullPath(module));
     const DirectoryTable table(*database);
     for (auto& [key, directory] : directories) {
       directory = Resolve(table, key, options);
@@ -63,4 +63,4 @@ HRESULT ResolveModuleDirectories(const CWideString& module, const DirectoryOptio
   });
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

@@ -2,14 +2,14 @@
 
 #include "msidb/InstallerResult.h"
 
-namespace msidb {
+namespace qm::msidb {
 
-void View::Open(const Database& database, const CWideString& query, const wchar_t* argument1,
+void View::Open(const Database& database, const common::WideString& query, const wchar_t* argument1,
                 const wchar_t* argument2) {
   ReportInstallerResult(TryOpen(database, query), L"MsiOpenDatabaseView", argument1, argument2);
 }
 
-UINT View::TryOpen(const Database& database, const CWideString& query) noexcept {
+UINT View::TryOpen(const Database& database, const common::WideString& query) noexcept {
   m_row = Record();
   return ::MsiDatabaseOpenViewW(database.Get(), query.c_str(), m_view.Put());
 }
@@ -20,19 +20,20 @@ void View::Execute(const Record* parameters, const wchar_t* argument1, const wch
                         L"MsiViewExecute", argument1, argument2);
 }
 
-void View::Run(const Database& database, const CWideString& query, const Record* parameters) {
+void View::OpenAndExecute(const Database& database, const common::WideString& query,
+                          const Record* parameters) {
   Open(database, query);
   Execute(parameters);
 }
 
-bool View::RunAndFetch(const Database& database, const CWideString& query,
-                       const Record* parameters) {
-  Run(database, query, parameters);
+bool View::OpenAndFetch(const Database& database, const common::WideString& query,
+                        const Record* parameters) {
+  OpenAndExecute(database, query, parameters);
   return Next();
 }
 
-void View::RunTable(const Database& database, const CWideString& table) {
-  Run(database, CWideString(L"SELECT * FROM `") + table + L"`");
+void View::OpenTable(const Database& database, const common::WideString& table) {
+  OpenAndExecute(database, common::WideString(L"SELECT * FROM `") + table + L"`");
 }
 
 bool View::Next() {
@@ -49,7 +50,7 @@ bool View::Next() {
   return !m_atEnd;
 }
 
-void View::RequireNext() {
+void View::NextOrRaise() {
   if (!Next()) {
     ReportInstallerResult(ERROR_NO_MORE_ITEMS, L"MsiViewFetch");
   }
@@ -57,7 +58,7 @@ void View::RequireNext() {
 
 UINT View::Fetch() {
   m_row = Record();
-  CMsiHandle row;
+  MsiHandle row;
   const UINT code = ::MsiViewFetch(m_view.Get(), row.Put());
   m_row = Record(std::move(row));
   return code;
@@ -75,10 +76,10 @@ void View::Modify(MSIMODIFY mode, const Record& record) {
 }
 
 Record View::ColumnInfo(MSICOLINFO kind) const {
-  CMsiHandle columns;
+  MsiHandle columns;
   ReportInstallerResult(::MsiViewGetColumnInfo(m_view.Get(), kind, columns.Put()),
                         L"MsiViewGetColumnInfo");
   return Record(std::move(columns));
 }
 
-}  // namespace msidb
+}  // namespace qm::msidb

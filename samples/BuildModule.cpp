@@ -21,13 +21,14 @@ namespace {
 
 /// Returns the names of the table text files, sorted so that the same sources build the same
 /// module.
-std::vector<CWideString> TableFiles(const CWideString& folder) {
+std::vector<qm::common::WideString> TableFiles(const qm::common::WideString& folder) {
   WIN32_FIND_DATAW found;
-  const CUniqueFindHandle search(::FindFirstFileW(JoinPath(folder, L"*.idt").c_str(), &found));
+  const qm::common::UniqueFindHandle search(
+      ::FindFirstFileW(qm::common::JoinPath(folder, L"*.idt").c_str(), &found));
   if (!search) {
-    RaiseLastError();
+    qm::com::RaiseLastError();
   }
-  std::vector<CWideString> names;
+  std::vector<qm::common::WideString> names;
   do {
     names.emplace_back(found.cFileName);
   } while (::FindNextFileW(search.Get(), &found));
@@ -36,9 +37,9 @@ std::vector<CWideString> TableFiles(const CWideString& folder) {
 }
 
 /// Reads the non-empty lines of a UTF-8 file; none if the file does not exist.
-std::vector<CWideString> ReadLines(const CWideString& path) {
+std::vector<qm::common::WideString> ReadLines(const qm::common::WideString& path) {
   std::ifstream file{std::filesystem::path(std::wstring_view(path))};
-  std::vector<CWideString> lines;
+  std::vector<qm::common::WideString> lines;
   std::string line;
   while (std::getline(file, line)) {
     if (!line.empty()) {
@@ -49,27 +50,28 @@ std::vector<CWideString> ReadLines(const CWideString& path) {
 }
 
 /// Builds a module beside `output` and then moves it there, so that a failure keeps the old file.
-void BuildModule(const CWideString& output, const CWideString& folder) {
-  const std::vector<CWideString> tables = TableFiles(folder);
-  const CWideString unfinished = output + L".new";
+void BuildModule(const qm::common::WideString& output, const qm::common::WideString& folder) {
+  const std::vector<qm::common::WideString> tables = TableFiles(folder);
+  const qm::common::WideString unfinished = output + L".new";
   {
-    msidb::Database database = msidb::Database::Open(unfinished, MSIDBOPEN_CREATE);
-    for (const CWideString& table : tables) {
+    qm::msidb::Database database = qm::msidb::Database::Open(unfinished, MSIDBOPEN_CREATE);
+    for (const qm::common::WideString& table : tables) {
       database.Import(folder, table);
     }
-    for (const CWideString& statement : ReadLines(JoinPath(folder, L"Changes.sql"))) {
-      msidb::View().Run(database, statement);
+    for (const qm::common::WideString& statement :
+         ReadLines(qm::common::JoinPath(folder, L"Changes.sql"))) {
+      qm::msidb::View().OpenAndExecute(database, statement);
     }
     database.Commit();
   }
   if (!::MoveFileExW(unfinished.c_str(), output.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-    RaiseLastError();
+    qm::com::RaiseLastError();
   }
 }
 
 void PrintError(HRESULT hr) {
-  CComPtr<IErrorInfo> info;
-  CUniqueBstr description;
+  qm::common::ComPtr<IErrorInfo> info;
+  qm::common::UniqueBstr description;
   if (::GetErrorInfo(0, info.Put()) == S_OK) {
     info->GetDescription(description.Put());
   }
@@ -84,9 +86,9 @@ int wmain(int argc, wchar_t** argv) {
     std::fputs("usage: build_module [OUTPUT.msm FOLDER]...\n", stderr);
     return 2;
   }
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
+  const HRESULT hr = qm::com::RunAtBoundary(GUID_NULL, [&] {
     for (int i = 1; i < argc; i += 2) {
-      BuildModule(FullPath(argv[i]), FullPath(argv[i + 1]));
+      BuildModule(qm::common::ResolveFullPath(argv[i]), qm::common::ResolveFullPath(argv[i + 1]));
     }
     return S_OK;
   });

@@ -8,7 +8,7 @@
 
 namespace {
 
-CQMMMUpdaterApp theApp;
+qm::server::CQMMMUpdaterApp theApp;
 
 }  // namespace
 
@@ -32,28 +32,28 @@ extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved)
 }
 
 STDAPI DllCanUnloadNow() {
-  if (ModuleLock::Count() == 0) {
-    ForgetLastTables();
-    UnloadIdleSiblings();
+  if (qm::com::DllLock::Count() == 0) {
+    qm::module::DropCachedTables();
+    qm::com::UnloadIdleSiblings();
   }
   // Checked again because the code of the siblings may have created an object meanwhile.
-  return ModuleLock::Count() == 0 ? S_OK : S_FALSE;
+  return qm::com::DllLock::Count() == 0 ? S_OK : S_FALSE;
 }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
-  return CComModule::Instance().GetClassObject(clsid, iid, out);
+  return qm::com::ComServer::Instance().GetClassObject(clsid, iid, out);
 }
 
 STDAPI DllRegisterServer() {
-  return RunAtBoundary(GUID_NULL, [] {
-    RegisterServer(ServerObjects(), theApp.Instance());
+  return qm::com::RunAtBoundary(GUID_NULL, [] {
+    qm::com::RegisterServer(qm::server::GetServerObjects(), theApp.Instance());
     return S_OK;
   });
 }
 
 STDAPI DllUnregisterServer() {
-  return RunAtBoundary(GUID_NULL, [] {
-    UnregisterServer(ServerObjects(), theApp.Instance());
+  return qm::com::RunAtBoundary(GUID_NULL, [] {
+    qm::com::UnregisterServer(qm::server::GetServerObjects(), theApp.Instance());
     return S_OK;
   });
 }

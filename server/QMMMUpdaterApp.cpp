@@ -6,17 +6,21 @@
 #include "common/DllLifetime.h"
 #include "traits/ProjectTraitsManager.h"
 
+namespace qm::server {
+
 BOOL CQMMMUpdaterApp::InitInstance() {
-  CComModule::Instance().Init(ServerObjects(), Instance());
+  com::ComServer::Instance().Init(GetServerObjects(), Instance());
   try {
-    CProjectTraitsManager::Instance();
+    traits::CProjectTraitsManager::Instance();
   } catch (const std::bad_alloc&) {
     return FALSE;
   }
-  return CWinApp::InitInstance();
+  return com::WinApp::InitInstance();
 }
 
 int CQMMMUpdaterApp::ExitInstance() {
-  EndModuleLifetime();
-  return CWinApp::ExitInstance();
+  common::EndDllLifetime();
+  return com::WinApp::ExitInstance();
 }
+
+}  // namespace qm::server

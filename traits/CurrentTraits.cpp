@@ -2,7 +2,7 @@
 
 #include "traits/ProjectTraitsManager.h"
 
-namespace current_traits {
+namespace qm::traits::current {
 
 namespace {
 
@@ -10,56 +10,56 @@ const ProjectTraits& Current() { return CProjectTraitsManager::Instance().Curren
 
 }  // namespace
 
-bool PredefinedFolderMatch(const CWideString& name) {
+bool PredefinedFolderMatch(const common::WideString& name) {
   return Current().PredefinedFolderMatch(name);
 }
 
-bool ShellFolderMatch(const CWideString& name) { return Current().ShellFolderMatch(name); }
+bool ShellFolderMatch(const common::WideString& name) { return Current().ShellFolderMatch(name); }
 
 wchar_t OpenDelimiterChar() { return Current().OpenDelimiterChar(); }
 
 wchar_t CloseDelimiterChar() { return Current().CloseDelimiterChar(); }
 
-CWideString OpenDelimiter() { return Current().OpenDelimiter(); }
+common::WideString OpenDelimiter() { return Current().OpenDelimiter(); }
 
-CWideString CloseDelimiter() { return Current().CloseDelimiter(); }
+common::WideString CloseDelimiter() { return Current().CloseDelimiter(); }
 
-CWideString InstallDirProperty() { return Current().InstallDirProperty(); }
+common::WideString InstallDirProperty() { return Current().InstallDirProperty(); }
 
-CWideString InstallDirReference() { return Current().InstallDirReference(); }
+common::WideString InstallDirReference() { return Current().InstallDirReference(); }
 
-CWideString SystemFolderReference() { return Current().SystemFolderReference(); }
+common::WideString SystemFolderReference() { return Current().SystemFolderReference(); }
 
-CWideString SystemFolderDisplay() { return Current().SystemFolderDisplay(); }
+common::WideString SystemFolderDisplay() { return Current().SystemFolderDisplay(); }
 
-CWideString WindowsFolderReference() { return Current().WindowsFolderReference(); }
+common::WideString WindowsFolderReference() { return Current().WindowsFolderReference(); }
 
-CWideString WindowsFolderDisplay() { return Current().WindowsFolderDisplay(); }
+common::WideString WindowsFolderDisplay() { return Current().WindowsFolderDisplay(); }
 
-CWideString ProgramFilesReference() { return Current().ProgramFilesReference(); }
+common::WideString ProgramFilesReference() { return Current().ProgramFilesReference(); }
 
-CWideString ProgramFilesDisplay() { return Current().ProgramFilesDisplay(); }
+common::WideString ProgramFilesDisplay() { return Current().ProgramFilesDisplay(); }
 
-CWideString CommonFilesReference() { return Current().CommonFilesReference(); }
+common::WideString CommonFilesReference() { return Current().CommonFilesReference(); }
 
-CWideString CommonFilesDisplay() { return Current().CommonFilesDisplay(); }
+common::WideString CommonFilesDisplay() { return Current().CommonFilesDisplay(); }
 
-CWideString SupportDirReference() { return Current().SupportDirReference(); }
+common::WideString SupportDirReference() { return Current().SupportDirReference(); }
 
-CWideString RuntimeTextSubsReference() { return Current().RuntimeTextSubsReference(); }
+common::WideString RuntimeTextSubsReference() { return Current().RuntimeTextSubsReference(); }
 
-CWideString TaskBarFolderReference() { return Current().TaskBarFolderReference(); }
+common::WideString TaskBarFolderReference() { return Current().TaskBarFolderReference(); }
 
-CWideString StartMenuFolderReference() { return Current().StartMenuFolderReference(); }
+common::WideString StartMenuFolderReference() { return Current().StartMenuFolderReference(); }
 
-CWideString SendToFolderReference() { return Current().SendToFolderReference(); }
+common::WideString SendToFolderReference() { return Current().SendToFolderReference(); }
 
-CWideString ProgramMenuFolderReference() { return Current().ProgramMenuFolderReference(); }
+common::WideString ProgramMenuFolderReference() { return Current().ProgramMenuFolderReference(); }
 
-CWideString StartupFolderReference() { return Current().StartupFolderReference(); }
+common::WideString StartupFolderReference() { return Current().StartupFolderReference(); }
 
-CWideString DesktopFolderReference() { return Current().DesktopFolderReference(); }
+common::WideString DesktopFolderReference() { return Current().DesktopFolderReference(); }
 
 int TraitsKindCode() { return Current().TraitsKindCode(); }
 
-}  // namespace current_traits
+}  // namespace qm::traits::current

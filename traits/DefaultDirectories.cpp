@@ -6,6 +6,8 @@
 #include "com/error/Raise.h"
 #include "traits/ProjectTraits.h"
 
+namespace qm::traits {
+
 namespace {
 
 struct DefaultDirectory {
@@ -51,7 +53,7 @@ constexpr DefaultDirectory kDefaultDirectories[] = {
 /// All but the last entry, whose folder belongs to the web server and not to the installer.
 constexpr size_t kReferenceCount = std::size(kDefaultDirectories) - 1;
 
-const DefaultDirectory* Find(const CWideString& key, size_t count) noexcept {
+const DefaultDirectory* Find(const common::WideString& key, size_t count) noexcept {
   const DefaultDirectory* const end = kDefaultDirectories + count;
   const DefaultDirectory* const found = std::find_if(
       kDefaultDirectories, end, [&](const DefaultDirectory& entry) { return key == entry.key; });
@@ -60,18 +62,22 @@ const DefaultDirectory* Find(const CWideString& key, size_t count) noexcept {
 
 }  // namespace
 
-CWideString DefaultDirOf(const CWideString& key, const CWideString& fallback) {
+common::WideString GetDefaultDir(const common::WideString& key,
+                                 const common::WideString& fallback) {
   if (const DefaultDirectory* const entry = Find(key, std::size(kDefaultDirectories))) {
     return entry->defaultDir;
   }
   if (fallback.empty()) {
-    Raise(com_exception(kUnknownPredefinedFolder,
-                        CWideString(L"There is no predefined folder ") + key + L"."));
+    com::Raise(com_exception(kUnknownPredefinedFolder,
+                             common::WideString(L"There is no predefined folder ") + key + L"."));
   }
   return fallback;
 }
 
-CWideString PredefinedFolderReference(const CWideString& key, const ProjectTraits& traits) {
+common::WideString PredefinedFolderReference(const common::WideString& key,
+                                             const ProjectTraits& traits) {
   return Find(key, kReferenceCount) ? traits.OpenDelimiter() + key + traits.CloseDelimiter()
-                                    : CWideString();
+                                    : common::WideString();
 }
+
+}  // namespace qm::traits

@@ -5,9 +5,13 @@
 
 #include "common/WideString.h"
 
+namespace qm::traits {
+
 /// Returns whether `name` is one of `names`. Case-sensitive.
 template <size_t Count>
-bool IsInList(const wchar_t* const (&names)[Count], const CWideString& name) noexcept {
+bool Contains(const wchar_t* const (&names)[Count], const common::WideString& name) noexcept {
   return std::any_of(std::begin(names), std::end(names),
                      [&](const wchar_t* candidate) { return name == candidate; });
 }
+
+}  // namespace qm::traits

@@ -2,23 +2,27 @@
 
 #include "msidb/View.h"
 
-namespace msidb {
+namespace qm::traits {
 
 namespace {
 
-bool HasProjectType(const Database& database, const wchar_t* type) {
+bool HasProjectType(const msidb::Database& database, const wchar_t* type) {
   if (!database.HasTable(L"Quillmark")) {
     return false;
   }
-  View view;
-  return view.RunAndFetch(database, L"SELECT * FROM `Quillmark` WHERE `Property`='Type'") &&
+  msidb::View view;
+  return view.OpenAndFetch(database, L"SELECT * FROM `Quillmark` WHERE `Property`='Type'") &&
          view.Row().GetString(2) == type;
 }
 
 }  // namespace
 
-bool IsInstallerProject(const Database& database) { return HasProjectType(database, L"MSIE"); }
+bool IsInstallerProject(const msidb::Database& database) {
+  return HasProjectType(database, L"MSIE");
+}
 
-bool IsMergeModuleProject(const Database& database) { return HasProjectType(database, L"MSM"); }
+bool IsMergeModuleProject(const msidb::Database& database) {
+  return HasProjectType(database, L"MSM");
+}
 
-}  // namespace msidb
+}  // namespace qm::traits

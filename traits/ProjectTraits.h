@@ -2,6 +2,8 @@
 
 #include "common/WideString.h"
 
+namespace qm::traits {
+
 /// How a kind of project spells folders and properties. All spellings come from here. The two kinds
 /// are ProjectTraitsMSI and ProjectTraitsPro.
 ///
@@ -13,33 +15,33 @@ class ProjectTraits {
   ProjectTraits& operator=(const ProjectTraits&) = delete;
 
   /// Returns whether `name` is a predefined folder, shell folders included. Case-sensitive.
-  virtual bool PredefinedFolderMatch(const CWideString& name) const = 0;
+  virtual bool PredefinedFolderMatch(const common::WideString& name) const = 0;
   /// Returns whether `name` is a folder of the user's shell. Case-sensitive.
-  virtual bool ShellFolderMatch(const CWideString& name) const = 0;
+  virtual bool ShellFolderMatch(const common::WideString& name) const = 0;
 
   virtual wchar_t OpenDelimiterChar() const = 0;
   virtual wchar_t CloseDelimiterChar() const = 0;
-  virtual CWideString OpenDelimiter() const = 0;
-  virtual CWideString CloseDelimiter() const = 0;
+  virtual common::WideString OpenDelimiter() const = 0;
+  virtual common::WideString CloseDelimiter() const = 0;
 
-  virtual CWideString InstallDirProperty() const = 0;
-  virtual CWideString InstallDirReference() const = 0;
-  virtual CWideString SystemFolderReference() const = 0;
-  virtual CWideString SystemFolderDisplay() const = 0;
-  virtual CWideString WindowsFolderReference() const = 0;
-  virtual CWideString WindowsFolderDisplay() const = 0;
-  virtual CWideString ProgramFilesReference() const = 0;
-  virtual CWideString ProgramFilesDisplay() const = 0;
-  virtual CWideString CommonFilesReference() const = 0;
-  virtual CWideString CommonFilesDisplay() const = 0;
-  virtual CWideString SupportDirReference() const = 0;
-  virtual CWideString RuntimeTextSubsReference() const = 0;
-  virtual CWideString TaskBarFolderReference() const = 0;
-  virtual CWideString StartMenuFolderReference() const = 0;
-  virtual CWideString SendToFolderReference() const = 0;
-  virtual CWideString ProgramMenuFolderReference() const = 0;
-  virtual CWideString StartupFolderReference() const = 0;
-  virtual CWideString DesktopFolderReference() const = 0;
+  virtual common::WideString InstallDirProperty() const = 0;
+  virtual common::WideString InstallDirReference() const = 0;
+  virtual common::WideString SystemFolderReference() const = 0;
+  virtual common::WideString SystemFolderDisplay() const = 0;
+  virtual common::WideString WindowsFolderReference() const = 0;
+  virtual common::WideString WindowsFolderDisplay() const = 0;
+  virtual common::WideString ProgramFilesReference() const = 0;
+  virtual common::WideString ProgramFilesDisplay() const = 0;
+  virtual common::WideString CommonFilesReference() const = 0;
+  virtual common::WideString CommonFilesDisplay() const = 0;
+  virtual common::WideString SupportDirReference() const = 0;
+  virtual common::WideString RuntimeTextSubsReference() const = 0;
+  virtual common::WideString TaskBarFolderReference() const = 0;
+  virtual common::WideString StartMenuFolderReference() const = 0;
+  virtual common::WideString SendToFolderReference() const = 0;
+  virtual common::WideString ProgramMenuFolderReference() const = 0;
+  virtual common::WideString StartupFolderReference() const = 0;
+  virtual common::WideString DesktopFolderReference() const = 0;
 
   /// 2 for installer-database projects, 4 for script-based ones.
   virtual int TraitsKindCode() const = 0;
@@ -49,3 +51,5 @@ class ProjectTraits {
  protected:
   ProjectTraits() noexcept = default;
 };
+
+}  // namespace qm::traits

@@ -2,6 +2,8 @@
 
 #include "traits/NameMatch.h"
 
+namespace qm::traits {
+
 namespace {
 
 constexpr const wchar_t* kPredefinedFolders[] = {
@@ -22,56 +24,64 @@ constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder",     L"DesktopFolde
 
 }  // namespace
 
-bool ProjectTraitsMSI::PredefinedFolderMatch(const CWideString& name) const {
-  return IsInList(kPredefinedFolders, name) || ShellFolderMatch(name);
+bool ProjectTraitsMSI::PredefinedFolderMatch(const common::WideString& name) const {
+  return Contains(kPredefinedFolders, name) || ShellFolderMatch(name);
 }
 
-bool ProjectTraitsMSI::ShellFolderMatch(const CWideString& name) const {
-  return IsInList(kShellFolders, name);
+bool ProjectTraitsMSI::ShellFolderMatch(const common::WideString& name) const {
+  return Contains(kShellFolders, name);
 }
 
 wchar_t ProjectTraitsMSI::OpenDelimiterChar() const { return L'['; }
 
 wchar_t ProjectTraitsMSI::CloseDelimiterChar() const { return L']'; }
 
-CWideString ProjectTraitsMSI::OpenDelimiter() const { return L"["; }
+common::WideString ProjectTraitsMSI::OpenDelimiter() const { return L"["; }
 
-CWideString ProjectTraitsMSI::CloseDelimiter() const { return L"]"; }
+common::WideString ProjectTraitsMSI::CloseDelimiter() const { return L"]"; }
 
-CWideString ProjectTraitsMSI::InstallDirProperty() const { return L"INSTALLDIR"; }
+common::WideString ProjectTraitsMSI::InstallDirProperty() const { return L"INSTALLDIR"; }
 
-CWideString ProjectTraitsMSI::InstallDirReference() const { return L"[INSTALLDIR]"; }
+common::WideString ProjectTraitsMSI::InstallDirReference() const { return L"[INSTALLDIR]"; }
 
-CWideString ProjectTraitsMSI::SystemFolderReference() const { return L"[SystemFolder]"; }
+common::WideString ProjectTraitsMSI::SystemFolderReference() const { return L"[SystemFolder]"; }
 
-CWideString ProjectTraitsMSI::SystemFolderDisplay() const { return L"[SystemFolder]"; }
+common::WideString ProjectTraitsMSI::SystemFolderDisplay() const { return L"[SystemFolder]"; }
 
-CWideString ProjectTraitsMSI::WindowsFolderReference() const { return L"[WindowsFolder]"; }
+common::WideString ProjectTraitsMSI::WindowsFolderReference() const { return L"[WindowsFolder]"; }
 
-CWideString ProjectTraitsMSI::WindowsFolderDisplay() const { return L"[WindowsFolder]"; }
+common::WideString ProjectTraitsMSI::WindowsFolderDisplay() const { return L"[WindowsFolder]"; }
 
-CWideString ProjectTraitsMSI::ProgramFilesReference() const { return L"[ProgramFilesFolder]"; }
+common::WideString ProjectTraitsMSI::ProgramFilesReference() const {
+  return L"[ProgramFilesFolder]";
+}
 
-CWideString ProjectTraitsMSI::ProgramFilesDisplay() const { return L"[ProgramFilesFolder]"; }
+common::WideString ProjectTraitsMSI::ProgramFilesDisplay() const { return L"[ProgramFilesFolder]"; }
 
-CWideString ProjectTraitsMSI::CommonFilesReference() const { return L"[CommonFilesFolder]"; }
+common::WideString ProjectTraitsMSI::CommonFilesReference() const { return L"[CommonFilesFolder]"; }
 
-CWideString ProjectTraitsMSI::CommonFilesDisplay() const { return L"[CommonFilesFolder]"; }
+common::WideString ProjectTraitsMSI::CommonFilesDisplay() const { return L"[CommonFilesFolder]"; }
 
-CWideString ProjectTraitsMSI::SupportDirReference() const { return {}; }
+common::WideString ProjectTraitsMSI::SupportDirReference() const { return {}; }
 
-CWideString ProjectTraitsMSI::RuntimeTextSubsReference() const { return {}; }
+common::WideString ProjectTraitsMSI::RuntimeTextSubsReference() const { return {}; }
 
-CWideString ProjectTraitsMSI::TaskBarFolderReference() const { return L"[TaskBarFolder]"; }
+common::WideString ProjectTraitsMSI::TaskBarFolderReference() const { return L"[TaskBarFolder]"; }
 
-CWideString ProjectTraitsMSI::StartMenuFolderReference() const { return L"[StartMenuFolder]"; }
+common::WideString ProjectTraitsMSI::StartMenuFolderReference() const {
+  return L"[StartMenuFolder]";
+}
 
-CWideString ProjectTraitsMSI::SendToFolderReference() const { return L"[SendToFolder]"; }
+common::WideString ProjectTraitsMSI::SendToFolderReference() const { return L"[SendToFolder]"; }
 
-CWideString ProjectTraitsMSI::ProgramMenuFolderReference() const { return L"[ProgramMenuFolder]"; }
+common::WideString ProjectTraitsMSI::ProgramMenuFolderReference() const {
+  return L"[ProgramMenuFolder]";
+}
 
-CWideString ProjectTraitsMSI::StartupFolderReference() const { return L"[StartupFolder]"; }
+common::WideString ProjectTraitsMSI::StartupFolderReference() const { return L"[StartupFolder]"; }
 
-CWideString ProjectTraitsMSI::DesktopFolderReference() const { return L"[DesktopFolder]"; }
+common::WideString ProjectTraitsMSI::DesktopFolderReference() const { return L"[DesktopFolder]"; }
 
 int ProjectTraitsMSI::TraitsKindCode() const { return 2; }
+
+}  // namespace qm::traits

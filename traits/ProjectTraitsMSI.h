@@ -2,32 +2,36 @@
 
 #include "traits/ProjectTraits.h"
 
+namespace qm::traits {
+
 /// Traits of installer-database projects, which write properties in square brackets.
 class ProjectTraitsMSI final : public ProjectTraits {
  public:
-  bool PredefinedFolderMatch(const CWideString& name) const override;
-  bool ShellFolderMatch(const CWideString& name) const override;
+  bool PredefinedFolderMatch(const common::WideString& name) const override;
+  bool ShellFolderMatch(const common::WideString& name) const override;
   wchar_t OpenDelimiterChar() const override;
   wchar_t CloseDelimiterChar() const override;
-  CWideString OpenDelimiter() const override;
-  CWideString CloseDelimiter() const override;
-  CWideString InstallDirProperty() const override;
-  CWideString InstallDirReference() const override;
-  CWideString SystemFolderReference() const override;
-  CWideString SystemFolderDisplay() const override;
-  CWideString WindowsFolderReference() const override;
-  CWideString WindowsFolderDisplay() const override;
-  CWideString ProgramFilesReference() const override;
-  CWideString ProgramFilesDisplay() const override;
-  CWideString CommonFilesReference() const override;
-  CWideString CommonFilesDisplay() const override;
-  CWideString SupportDirReference() const override;
-  CWideString RuntimeTextSubsReference() const override;
-  CWideString TaskBarFolderReference() const override;
-  CWideString StartMenuFolderReference() const override;
-  CWideString SendToFolderReference() const override;
-  CWideString ProgramMenuFolderReference() const override;
-  CWideString StartupFolderReference() const override;
-  CWideString DesktopFolderReference() const override;
+  common::WideString OpenDelimiter() const override;
+  common::WideString CloseDelimiter() const override;
+  common::WideString InstallDirProperty() const override;
+  common::WideString InstallDirReference() const override;
+  common::WideString SystemFolderReference() const override;
+  common::WideString SystemFolderDisplay() const override;
+  common::WideString WindowsFolderReference() const override;
+  common::WideString WindowsFolderDisplay() const override;
+  common::WideString ProgramFilesReference() const override;
+  common::WideString ProgramFilesDisplay() const override;
+  common::WideString CommonFilesReference() const override;
+  common::WideString CommonFilesDisplay() const override;
+  common::WideString SupportDirReference() const override;
+  common::WideString RuntimeTextSubsReference() const override;
+  common::WideString TaskBarFolderReference() const override;
+  common::WideString StartMenuFolderReference() const override;
+  common::WideString SendToFolderReference() const override;
+  common::WideString ProgramMenuFolderReference() const override;
+  common::WideString StartupFolderReference() const override;
+  common::WideString DesktopFolderReference() const override;
   int TraitsKindCode() const override;
 };
+
+}  // namespace qm::traits

@@ -6,9 +6,11 @@
 #include "traits/ProjectTraitsMSI.h"
 #include "traits/ProjectTraitsPro.h"
 
+namespace qm::traits {
+
 int GetActiveProjectType() {
   // The decorated name is the exported one.
-  const auto getType = CComponentLoader::Instance().FunctionOf<int(WINAPI*)()>(
+  const auto getType = com::ComponentLoader::Instance().GetFunction<int(WINAPI*)()>(
       L"QMObjMgr.DLL", "_GetActiveProjectType@0");
   return getType();
 }
@@ -23,7 +25,7 @@ CProjectTraitsManager::CProjectTraitsManager() {
 }
 
 CProjectTraitsManager& CProjectTraitsManager::Instance() {
-  static CModuleWide<CProjectTraitsManager> manager;
+  static common::DllWide<CProjectTraitsManager> manager;
   return manager.Get([] { return new CProjectTraitsManager; });
 }
 
@@ -31,7 +33,9 @@ const ProjectTraits& CProjectTraitsManager::Current() const {
   const auto type = static_cast<size_t>(GetActiveProjectType());
   // A negative type becomes a large number, and so is out of range too.
   if (type >= m_traits.size() || !m_traits[type]) {
-    ThrowMemoryException();
+    com::ThrowMemoryException();
   }
   return *m_traits[type];
 }
+
+}  // namespace qm::traits

@@ -5,6 +5,8 @@
 
 #include "traits/ProjectTraits.h"
 
+namespace qm::traits {
+
 /// Project types, as the environment numbers them.
 enum class ProjectType { Installer = 0, Script = 1 };
 
@@ -24,7 +26,7 @@ class CProjectTraitsManager {
   static CProjectTraitsManager& Instance();
 
   /// Returns the traits of a kind of project, whichever kind is active.
-  const ProjectTraits& Of(ProjectType type) const noexcept {
+  const ProjectTraits& ForType(ProjectType type) const noexcept {
     return *m_traits[static_cast<size_t>(type)];
   }
 
@@ -38,3 +40,5 @@ class CProjectTraitsManager {
 
   std::vector<std::unique_ptr<const ProjectTraits>> m_traits;  // indexed by ProjectType
 };
+
+}  // namespace qm::traits

@@ -2,6 +2,8 @@
 
 #include "traits/NameMatch.h"
 
+namespace qm::traits {
+
 namespace {
 
 constexpr const wchar_t* kPredefinedFolders[] = {
@@ -14,56 +16,64 @@ constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder", L"ProgramMenuFolde
 
 }  // namespace
 
-bool ProjectTraitsPro::PredefinedFolderMatch(const CWideString& name) const {
-  return IsInList(kPredefinedFolders, name) || ShellFolderMatch(name);
+bool ProjectTraitsPro::PredefinedFolderMatch(const common::WideString& name) const {
+  return Contains(kPredefinedFolders, name) || ShellFolderMatch(name);
 }
 
-bool ProjectTraitsPro::ShellFolderMatch(const CWideString& name) const {
-  return IsInList(kShellFolders, name);
+bool ProjectTraitsPro::ShellFolderMatch(const common::WideString& name) const {
+  return Contains(kShellFolders, name);
 }
 
 wchar_t ProjectTraitsPro::OpenDelimiterChar() const { return L'<'; }
 
 wchar_t ProjectTraitsPro::CloseDelimiterChar() const { return L'>'; }
 
-CWideString ProjectTraitsPro::OpenDelimiter() const { return L"<"; }
+common::WideString ProjectTraitsPro::OpenDelimiter() const { return L"<"; }
 
-CWideString ProjectTraitsPro::CloseDelimiter() const { return L">"; }
+common::WideString ProjectTraitsPro::CloseDelimiter() const { return L">"; }
 
-CWideString ProjectTraitsPro::InstallDirProperty() const { return L"TARGETDIR"; }
+common::WideString ProjectTraitsPro::InstallDirProperty() const { return L"TARGETDIR"; }
 
-CWideString ProjectTraitsPro::InstallDirReference() const { return L"<TARGETDIR>"; }
+common::WideString ProjectTraitsPro::InstallDirReference() const { return L"<TARGETDIR>"; }
 
-CWideString ProjectTraitsPro::SystemFolderReference() const { return L"<WINSYSDIR>"; }
+common::WideString ProjectTraitsPro::SystemFolderReference() const { return L"<WINSYSDIR>"; }
 
-CWideString ProjectTraitsPro::SystemFolderDisplay() const { return L"Windows System"; }
+common::WideString ProjectTraitsPro::SystemFolderDisplay() const { return L"Windows System"; }
 
-CWideString ProjectTraitsPro::WindowsFolderReference() const { return L"<WINDIR>"; }
+common::WideString ProjectTraitsPro::WindowsFolderReference() const { return L"<WINDIR>"; }
 
-CWideString ProjectTraitsPro::WindowsFolderDisplay() const { return L"Windows"; }
+common::WideString ProjectTraitsPro::WindowsFolderDisplay() const { return L"Windows"; }
 
-CWideString ProjectTraitsPro::ProgramFilesReference() const { return L"<PROGRAMFILES>"; }
+common::WideString ProjectTraitsPro::ProgramFilesReference() const { return L"<PROGRAMFILES>"; }
 
-CWideString ProjectTraitsPro::ProgramFilesDisplay() const { return L"Program Files"; }
+common::WideString ProjectTraitsPro::ProgramFilesDisplay() const { return L"Program Files"; }
 
-CWideString ProjectTraitsPro::CommonFilesReference() const { return L"<COMMONFILES>"; }
+common::WideString ProjectTraitsPro::CommonFilesReference() const { return L"<COMMONFILES>"; }
 
-CWideString ProjectTraitsPro::CommonFilesDisplay() const { return L"Common Files"; }
+common::WideString ProjectTraitsPro::CommonFilesDisplay() const { return L"Common Files"; }
 
-CWideString ProjectTraitsPro::SupportDirReference() const { return L"<SUPPORTDIR>"; }
+common::WideString ProjectTraitsPro::SupportDirReference() const { return L"<SUPPORTDIR>"; }
 
-CWideString ProjectTraitsPro::RuntimeTextSubsReference() const { return L"<QMRUNTIMETEXTSUBS>"; }
+common::WideString ProjectTraitsPro::RuntimeTextSubsReference() const {
+  return L"<QMRUNTIMETEXTSUBS>";
+}
 
-CWideString ProjectTraitsPro::TaskBarFolderReference() const { return L"<TaskBarFolder>"; }
+common::WideString ProjectTraitsPro::TaskBarFolderReference() const { return L"<TaskBarFolder>"; }
 
-CWideString ProjectTraitsPro::StartMenuFolderReference() const { return L"<StartMenuFolder>"; }
+common::WideString ProjectTraitsPro::StartMenuFolderReference() const {
+  return L"<StartMenuFolder>";
+}
 
-CWideString ProjectTraitsPro::SendToFolderReference() const { return L"<SendToFolder>"; }
+common::WideString ProjectTraitsPro::SendToFolderReference() const { return L"<SendToFolder>"; }
 
-CWideString ProjectTraitsPro::ProgramMenuFolderReference() const { return L"<ProgramMenuFolder>"; }
+common::WideString ProjectTraitsPro::ProgramMenuFolderReference() const {
+  return L"<ProgramMenuFolder>";
+}
 
-CWideString ProjectTraitsPro::StartupFolderReference() const { return L"<StartupFolder>"; }
+common::WideString ProjectTraitsPro::StartupFolderReference() const { return L"<StartupFolder>"; }
 
-CWideString ProjectTraitsPro::DesktopFolderReference() const { return L"<DesktopFolder>"; }
+common::WideString ProjectTraitsPro::DesktopFolderReference() const { return L"<DesktopFolder>"; }
 
 int ProjectTraitsPro::TraitsKindCode() const { return 4; }
+
+}  // namespace qm::traits

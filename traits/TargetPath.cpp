@@ -2,11 +2,15 @@
 
 #include "traits/ProjectTraitsManager.h"
 
-msidb::DirectoryOptions TargetPathOptions() {
-  const ProjectTraits& traits = CProjectTraitsManager::Instance().Of(ProjectType::Installer);
+namespace qm::traits {
+
+msidb::DirectoryOptions MakeTargetPathOptions() {
+  const ProjectTraits& traits = CProjectTraitsManager::Instance().ForType(ProjectType::Installer);
   msidb::DirectoryOptions options;
   options.stripModuleSuffix = true;
   options.resolveDotFolders = true;
   options.brackets = {traits.OpenDelimiterChar(), traits.CloseDelimiterChar()};
   return options;
 }
+
+}  // namespace qm::traits

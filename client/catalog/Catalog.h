@@ -6,6 +6,8 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
+namespace mmcat {
+
 /// The server's catalog of merge modules. Texts are UTF-8. Every member throws ServerFailure if a
 /// call of the server fails.
 class Catalog {
@@ -14,24 +16,27 @@ class Catalog {
   Catalog();
 
   /// All modules, in catalog order.
-  CComPtr<IMergeModules> Modules() const;
+  qm::common::ComPtr<IMergeModules> Modules() const;
 
   /// The keys of all modules, in catalog order.
   std::vector<std::string> Keys() const;
 
   /// The modules with a key, "ID" or "ID:language". An empty version matches all versions.
-  CComPtr<IMergeModules> Find(const std::string& key, const std::string& version) const;
+  qm::common::ComPtr<IMergeModules> FindModules(const std::string& key,
+                                                const std::string& version) const;
 
   /// The module search folders.
-  CComPtr<IMMSources> Sources() const;
+  qm::common::ComPtr<IMMSources> Sources() const;
 
   /// The key of the module that delivers a file according to the index tables; empty if they do not
   /// list the file.
-  std::string ModuleForFile(const std::string& fileName) const;
+  std::string FindModuleForFile(const std::string& fileName) const;
 
   /// The display name of a module key according to the index tables, else the key itself.
-  std::string DisplayName(const std::string& key) const;
+  std::string FindDisplayName(const std::string& key) const;
 
  private:
-  CComPtr<IMMCatalogVelmora> m_catalog;
+  qm::common::ComPtr<IMMCatalogVelmora> m_catalog;
 };
+
+}  // namespace mmcat

@@ -3,15 +3,17 @@
 #include "client/catalog/ListedModules.h"
 #include "merge/Findings.h"
 
+namespace mmcat {
+
 /// The tables to read of each module, combined with "|".
-enum Facts : unsigned { kRequirements = 1, kExclusions = 2, kFiles = 4 };
+enum TablesToRead : unsigned { kRequirementTables = 1, kExclusionTables = 2, kFileTables = 4 };
 
 /// The modules of the catalog with the rows of their tables, in catalog order. An index means the
 /// same module in all three lists.
 struct CatalogFacts {
   std::vector<ListedModule> modules;
-  std::vector<MergeModule> merge;
-  std::vector<CheckedModule> details;
+  std::vector<qm::merge::MergeModule> mergeModules;
+  std::vector<qm::merge::ModuleDetails> moduleDetails;
 };
 
 /// Reads the catalog and shows progress on a console. A module that cannot be read is added to the
@@ -19,10 +21,12 @@ struct CatalogFacts {
 CatalogFacts ReadCatalogFacts(unsigned facts, Report& report);
 
 /// Reads the File table of a module. Throws ServerFailure.
-std::vector<DeliveredFile> ReadFiles(IMergeModule& module);
+std::vector<qm::merge::DeliveredFile> ReadFileTable(IMergeModule& module);
 
-std::vector<std::string> KeysOf(const std::vector<ListedModule>& modules);
+std::vector<std::string> CollectKeys(const std::vector<ListedModule>& modules);
 
 /// Prints a remark that the catalog has no module with `key`, and suggests the nearest of `keys`,
 /// which are those of the catalog.
-void RemarkUnknownKey(const std::vector<std::string>& keys, const std::string& key);
+void PrintUnknownKey(const std::vector<std::string>& keys, const std::string& key);
+
+}  // namespace mmcat

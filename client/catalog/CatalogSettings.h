@@ -4,6 +4,8 @@
 #include <string>
 #include <vector>
 
+namespace mmcat {
+
 /// Where the catalog looks, in place of the settings of this machine. Paths are UTF-8; an empty
 /// path means no folder.
 struct CatalogSettings {
@@ -14,9 +16,11 @@ struct CatalogSettings {
 };
 
 /// Returns why a folder cannot be part of a module search path, or an empty text if it can.
-std::string WhyNoSearchFolder(const std::string& folder);
+std::string ValidateSearchFolder(const std::string& folder);
 
 /// Applies the settings to the application services of this process. If any setting is given, the
 /// others are cleared; if none is, nothing changes. Call this before creating a Catalog. Prints a
 /// remark for each folder that does not exist or cannot be listed. Throws ServerFailure.
-void Apply(const CatalogSettings& settings);
+void ApplyCatalogSettings(const CatalogSettings& settings);
+
+}  // namespace mmcat

@@ -7,10 +7,12 @@
 #include "common/FolderFiles.h"
 #include "text/Fold.h"
 
-std::vector<std::wstring> FileNames(const CWideString& pattern) {
+namespace mmcat {
+
+std::vector<std::wstring> FindFileNames(const qm::common::WideString& pattern) {
   std::vector<std::wstring> names;
   WIN32_FIND_DATAW found;
-  const CUniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &found));
+  const qm::common::UniqueFindHandle search(::FindFirstFileW(pattern.c_str(), &found));
   if (!search) {
     return names;
   }
@@ -24,3 +26,5 @@ std::vector<std::wstring> FileNames(const CWideString& pattern) {
   });
   return names;
 }
+
+}  // namespace mmcat

@@ -12,9 +12,7 @@
 #include "text/Fold.h"
 #include "text/Utf.h"
 
-using qm::text::FoldCase;
-using qm::text::ToUtf8;
-using qm::text::ToWide;
+namespace mmcat {
 
 namespace {
 
@@ -22,9 +20,9 @@ constexpr std::wstring_view kExtension = L".ini";
 
 /// The value of the first line with a name; empty if there is none.
 std::string Value(const std::vector<IniLine>& lines, const char* name) {
-  const std::string folded = FoldCase(name);
+  const std::string folded = qm::text::FoldCase(name);
   const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
-    return FoldCase(line.name) == folded;
+    return qm::text::FoldCase(line.name) == folded;
   });
   return found == lines.end() ? "" : found->value;
 }
@@ -35,7 +33,8 @@ void Read(GalleryFile& file) {
   file.version = Value(lines, "Version");
   const long language = std::strtol(Value(lines, "Language").c_str(), nullptr, 10);
   if (!file.moduleId.empty()) {
-    file.key = ToUtf8(MakeModuleKey(ToWide(file.moduleId), language));
+    file.key =
+        qm::text::ToUtf8(qm::common::MakeModuleKey(qm::text::ToWide(file.moduleId), language));
   }
 }
 
@@ -43,20 +42,22 @@ void Read(GalleryFile& file) {
 
 std::vector<GalleryFile> ReadGalleryFiles() {
   const auto services =
-      Create<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
-  const std::string root = Text(*services, &IApplicationServices::get_GalleryRoot);
+      CreateObject<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
+  const std::string root = ReadText(*services, &IApplicationServices::get_GalleryRoot);
   if (root.empty()) {
     return {};
   }
-  const CWideString folder = JoinPath(ToWide(root), L"ObjectGallery");
+  const qm::common::WideString folder =
+      qm::common::JoinPath(qm::text::ToWide(root), L"ObjectGallery");
   std::vector<GalleryFile> files;
-  for (const std::wstring& name : FileNames(JoinPath(folder, L"*.ini"))) {
-    if (!HasExtension(name, kExtension)) {
+  for (const std::wstring& name : FindFileNames(qm::common::JoinPath(folder, L"*.ini"))) {
+    if (!qm::common::HasExtension(name, kExtension)) {
       continue;  // only the short name has the extension
     }
     GalleryFile file;
-    file.path = ToUtf8(JoinPath(folder, name));
-    file.packageCode = ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));
+    file.path = qm::text::ToUtf8(qm::common::JoinPath(folder, name));
+    file.packageCode =
+        qm::text::ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));
     try {
       Read(file);
     } catch (const ServerFailure& failure) {
@@ -66,3 +67,5 @@ std::vector<GalleryFile> ReadGalleryFiles() {
   }
   return files;
 }
+
+}  // namespace mmcat

@@ -7,6 +7,8 @@
 #include "client/catalog/ServerFailure.h"
 #include "idl/siblings.h"
 
+namespace mmcat {
+
 /// A description file of the object gallery. Texts are UTF-8, and empty where the file has no
 /// value.
 struct GalleryFile {
@@ -22,3 +24,5 @@ struct GalleryFile {
 /// Returns nothing if there is no root or no folder. Throws ServerFailure if the application
 /// services fail; a file that cannot be read has its `failure` set instead.
 std::vector<GalleryFile> ReadGalleryFiles();
+
+}  // namespace mmcat

@@ -7,19 +7,21 @@
 #include "idl/siblings.h"
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
-using qm::text::ToWide;
+namespace mmcat {
 
-std::vector<IndexEntry> ReadIndexEntries(Report& report) {
+std::vector<qm::merge::IndexEntry> ReadIndexEntries(Report& report) {
   const auto services =
-      Create<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
-  const std::string nameFolder = Text(*services, &IApplicationServices::get_ModuleIndexFolder);
-  const std::string fileFolder = Text(*services, &IApplicationServices::get_FileIndexFolder);
-  std::vector<IndexEntry> entries;
+      CreateObject<IApplicationServices>(CLSID_ApplicationServices, "QmAppServices.dll");
+  const std::string nameFolder = ReadText(*services, &IApplicationServices::get_ModuleIndexFolder);
+  const std::string fileFolder = ReadText(*services, &IApplicationServices::get_FileIndexFolder);
+  std::vector<qm::merge::IndexEntry> entries;
   const auto read = [&](const std::string& folder, const char* table, const wchar_t* section,
                         const auto& keyOf) {
-    const std::string path = folder.empty() ? "" : ToUtf8(JoinPath(ToWide(folder), ToWide(table)));
-    if (path.empty() || !PathExists(ToWide(path))) {
+    const std::string path = folder.empty()
+                                 ? ""
+                                 : qm::text::ToUtf8(qm::common::JoinPath(qm::text::ToWide(folder),
+                                                                         qm::text::ToWide(table)));
+    if (path.empty() || !qm::common::PathExists(qm::text::ToWide(path))) {
       return;
     }
     try {
@@ -30,13 +32,17 @@ std::vector<IndexEntry> ReadIndexEntries(Report& report) {
         }
       }
     } catch (const ServerFailure& failure) {
-      report.AddFailure(path, "", failure.Result(), failure.what());
+      report.AddFailure(path, "", failure.HResult(), failure.what());
     }
   };
-  read(nameFolder, kModuleIndex, L"modules", [](const IniLine& line) { return line.name; });
-  read(fileFolder, "FilesToModules.ini", L"FilesToModules",
-       [](const IniLine& line) { return ToUtf8(ModuleOfFileEntry(ToWide(line.value))); });
-  read(fileFolder, "PlatformFilesToModules.ini", L"PlatformFileToModule",
-       [](const IniLine& line) { return ToUtf8(ModuleOfPlatformFileEntry(ToWide(line.value))); });
+  read(nameFolder, kDisplayNameIndex, L"modules", [](const IniLine& line) { return line.name; });
+  read(fileFolder, "FilesToModules.ini", L"FilesToModules", [](const IniLine& line) {
+    return qm::text::ToUtf8(qm::common::ParseFileIndexEntry(qm::text::ToWide(line.value)));
+  });
+  read(fileFolder, "PlatformFilesToModules.ini", L"PlatformFileToModule", [](const IniLine& line) {
+    return qm::text::ToUtf8(qm::common::ParsePlatformFileIndexEntry(qm::text::ToWide(line.value)));
+  });
   return entries;
 }
+
+}  // namespace mmcat

@@ -3,19 +3,21 @@
 #include "client/catalog/Properties.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 ListedModule ReadModule(IMergeModule& module) {
-  CComPtr<IMergeModuleTavik> newestModule;
-  Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
+  qm::common::ComPtr<IMergeModuleTavik> newestModule;
+  ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
   ListedModule listed;
-  listed.path = Text(module, &IMergeModule::get_Path);
-  listed.key = Text(module, &IMergeModule::get_Key);
-  listed.moduleId = Text(module, &IMergeModule::get_ModuleID);
-  listed.language = Number(module, &IMergeModule::get_Language);
-  listed.version = Text(module, &IMergeModule::get_Version);
-  listed.displayName = Text(module, &IMergeModule::get_DisplayName);
-  listed.packageCode = Text(module, &IMergeModule::get_PackageCode);
-  listed.fromGallery = !Flag(*newestModule, &IMergeModuleTavik::get_HasOrigin);
-  listed.origin = Text(*newestModule, &IMergeModuleTavik::get_Origin);
+  listed.path = ReadText(module, &IMergeModule::get_Path);
+  listed.key = ReadText(module, &IMergeModule::get_Key);
+  listed.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
+  listed.language = ReadNumber(module, &IMergeModule::get_Language);
+  listed.version = ReadText(module, &IMergeModule::get_Version);
+  listed.displayName = ReadText(module, &IMergeModule::get_DisplayName);
+  listed.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
+  listed.fromGallery = !ReadFlag(*newestModule, &IMergeModuleTavik::get_HasOrigin);
+  listed.origin = ReadText(*newestModule, &IMergeModuleTavik::get_Origin);
   listed.object = std::move(newestModule);
   return listed;
 }
@@ -34,14 +36,14 @@ std::string FileInFolder(const ListedModule& module) {
 
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
   std::vector<ListedModule> list;
-  list.reserve(static_cast<size_t>(Number(modules, &IMergeModules::get_Count)));
-  ForEach<IMergeModule>(modules, [&](IMergeModule& module) {
+  list.reserve(static_cast<size_t>(ReadNumber(modules, &IMergeModules::get_Count)));
+  ForEachItem<IMergeModule>(modules, [&](IMergeModule& module) {
     list.push_back(ReadModule(module));
     const ListedModule& listed = list.back();
     if (listed.moduleId.empty() || listed.packageCode.empty()) {
       // Either an unreadable file or a module that lacks them. Only a table tells which, and
       // reading tables costs too much to do it for every module.
-      CComPtr<IMMDialogs> dialogs;
+      qm::common::ComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());
       if (FAILED(hr)) {
         report.AddFailure(listed.path, "", hr, ServerFailure::Capture(hr).what());
@@ -51,7 +53,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
   return list;
 }
 
-std::string ModuleListText(const std::vector<ListedModule>& modules) {
+std::string FormatModules(const std::vector<ListedModule>& modules) {
   if (modules.empty()) {
     return "No modules\n";
   }
@@ -62,13 +64,13 @@ std::string ModuleListText(const std::vector<ListedModule>& modules) {
       table.AddLine(module.fromGallery ? "Object gallery" : module.origin);
     }
     previous = &module;
-    table.Add({module.key, module.version, std::to_string(module.language), FileInFolder(module),
-               module.displayName});
+    table.AddRow({module.key, module.version, std::to_string(module.language), FileInFolder(module),
+                  module.displayName});
   }
   return table.ToString("  ");
 }
 
-Json ModuleListJson(const std::vector<ListedModule>& modules) {
+Json MakeModulesJson(const std::vector<ListedModule>& modules) {
   Json list = Json::array();
   for (const ListedModule& module : modules) {
     list.push_back({{"key", module.key},
@@ -83,3 +85,5 @@ Json ModuleListJson(const std::vector<ListedModule>& modules) {
   }
   return list;
 }
+
+}  // namespace mmcat

@@ -7,6 +7,8 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
+namespace mmcat {
+
 /// A module as the catalog lists it. Texts are UTF-8.
 struct ListedModule {
   std::string key;
@@ -18,7 +20,7 @@ struct ListedModule {
   bool fromGallery = false;
   std::string origin;  ///< the search folder; empty for a gallery module
   std::string path;
-  CComPtr<IMergeModuleTavik> object;  ///< for further queries
+  qm::common::ComPtr<IMergeModuleTavik> object;  ///< for further queries
 };
 
 /// Reads the properties of a module that need none of its tables. Throws ServerFailure.
@@ -29,7 +31,9 @@ ListedModule ReadModule(IMergeModule& module);
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report);
 
 /// The modules as a text table, below a line for each folder that they come from.
-std::string ModuleListText(const std::vector<ListedModule>& modules);
+std::string FormatModules(const std::vector<ListedModule>& modules);
 
 /// The modules as a JSON array.
-Json ModuleListJson(const std::vector<ListedModule>& modules);
+Json MakeModulesJson(const std::vector<ListedModule>& modules);
+
+}  // namespace mmcat

@@ -5,47 +5,48 @@
 #include "text/Utf.h"
 #include "traits/TargetPath.h"
 
-using qm::text::ToUtf8;
-using qm::text::ToWide;
+namespace mmcat {
 
 namespace {
 
-FileDescription DescribeItem(IMMFile& file) {
-  return {Text(file, &IMMFile::get_Key),
-          Text(file, &IMMFile::get_Directory),
+FileContents DescribeItem(IMMFile& file) {
+  return {ReadText(file, &IMMFile::get_Key),
+          ReadText(file, &IMMFile::get_Directory),
           {},
-          Text(file, &IMMFile::get_FileName),
-          Cell(file, &IMMFile::get_FileSize),
-          Text(file, &IMMFile::get_Version),
-          Text(file, &IMMFile::get_Language),
-          Cell(file, &IMMFile::get_Sequence)};
+          ReadText(file, &IMMFile::get_FileName),
+          ReadOptionalNumber(file, &IMMFile::get_FileSize),
+          ReadText(file, &IMMFile::get_Version),
+          ReadText(file, &IMMFile::get_Language),
+          ReadOptionalNumber(file, &IMMFile::get_Sequence)};
 }
 
-DependencyDescription DescribeItem(IMMDependency& dependency) {
-  return {Text(dependency, &IMMDependency::get_Key), Text(dependency, &IMMDependency::get_ModuleID),
-          Cell(dependency, &IMMDependency::get_Language),
-          Text(dependency, &IMMDependency::get_Version)};
+DependencyContents DescribeItem(IMMDependency& dependency) {
+  return {ReadText(dependency, &IMMDependency::get_Key),
+          ReadText(dependency, &IMMDependency::get_ModuleID),
+          ReadOptionalNumber(dependency, &IMMDependency::get_Language),
+          ReadText(dependency, &IMMDependency::get_Version)};
 }
 
-ExclusionDescription DescribeItem(IMMExclusion& exclusion) {
-  return {Text(exclusion, &IMMExclusion::get_Key), Text(exclusion, &IMMExclusion::get_ModuleID),
-          Text(exclusion, &IMMExclusion::get_Language),
-          Text(exclusion, &IMMExclusion::get_MinVersion),
-          Text(exclusion, &IMMExclusion::get_MaxVersion)};
+ExclusionContents DescribeItem(IMMExclusion& exclusion) {
+  return {ReadText(exclusion, &IMMExclusion::get_Key),
+          ReadText(exclusion, &IMMExclusion::get_ModuleID),
+          ReadText(exclusion, &IMMExclusion::get_Language),
+          ReadText(exclusion, &IMMExclusion::get_MinVersion),
+          ReadText(exclusion, &IMMExclusion::get_MaxVersion)};
 }
 
 std::string DescribeItem(IMMCustomAction& action) {
-  return Text(action, &IMMCustomAction::get_Name);
+  return ReadText(action, &IMMCustomAction::get_Name);
 }
 
-std::string DescribeItem(IMMDialog& dialog) { return Text(dialog, &IMMDialog::get_Name); }
+std::string DescribeItem(IMMDialog& dialog) { return ReadText(dialog, &IMMDialog::get_Name); }
 
-DownloadFileDescription DescribeItem(IMMGalleryDownloadFileCaskel& file) {
-  return {Text(file, &IMMGalleryDownloadFileCaskel::get_Location),
-          Text(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
-          Text(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
-          Number(file, &IMMGalleryDownloadFileCaskel::get_FileSize),
-          Text(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
+DownloadFileContents DescribeItem(IMMGalleryDownloadFileCaskel& file) {
+  return {ReadText(file, &IMMGalleryDownloadFileCaskel::get_Location),
+          ReadText(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
+          ReadText(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
+          ReadNumber(file, &IMMGalleryDownloadFileCaskel::get_FileSize),
+          ReadText(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
 }
 
 /// Fills `items` from a collection of the module. A failure leaves it empty and is added to
@@ -56,7 +57,8 @@ void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*prop
                         std::vector<PartFailure>& failures) {
   try {
     std::vector<Value> read;
-    ForEach<Item>(*Get(module, property), [&](Item& item) { read.push_back(DescribeItem(item)); });
+    ForEachItem<Item>(*ReadObject(module, property),
+                      [&](Item& item) { read.push_back(DescribeItem(item)); });
     items = std::move(read);
   } catch (const ServerFailure& failure) {
     failures.push_back({part, failure});
@@ -65,39 +67,40 @@ void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*prop
 
 /// Fills in where the files are installed. No interface returns that, so this reads the module
 /// file.
-void ResolveTargetPaths(ModuleDescription& module) {
-  msidb::TargetDirectories directories;
-  for (const FileDescription& file : module.files) {
-    directories.try_emplace(ToWide(file.directory));
+void ResolveTargetPaths(ModuleContents& module) {
+  qm::msidb::TargetDirectoryMap directories;
+  for (const FileContents& file : module.files) {
+    directories.try_emplace(qm::text::ToWide(file.directory));
   }
   if (directories.empty()) {
     return;
   }
-  const HRESULT hr =
-      msidb::ResolveModuleDirectories(ToWide(module.path), TargetPathOptions(), directories);
+  const HRESULT hr = qm::msidb::ResolveTargetDirectories(
+      qm::text::ToWide(module.path), qm::traits::MakeTargetPathOptions(), directories);
   if (FAILED(hr)) {
     module.failures.push_back({"target paths", ServerFailure::Capture(hr)});
     return;
   }
   for (const auto& [key, directory] : directories) {
     if (FAILED(directory.result)) {
-      module.failures.push_back({"target path of " + ToUtf8(key),
-                                 {directory.result, OnOneLine(ToUtf8(directory.description))}});
+      module.failures.push_back(
+          {"target path of " + qm::text::ToUtf8(key),
+           {directory.result, ToOneLine(qm::text::ToUtf8(directory.description))}});
     }
   }
-  for (FileDescription& file : module.files) {
-    file.targetPath = ToUtf8(directories[ToWide(file.directory)].path);
+  for (FileContents& file : module.files) {
+    file.targetPath = qm::text::ToUtf8(directories[qm::text::ToWide(file.directory)].path);
   }
 }
 
 }  // namespace
 
-GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailure>& failures) {
-  GalleryDescription gallery;
+GalleryContents ReadGalleryContents(IMergeModule2& module, std::vector<PartFailure>& failures) {
+  GalleryContents gallery;
   try {
-    gallery.present = Flag(module, &IMergeModule2::get_Present);
-    gallery.needsDownload = Flag(module, &IMergeModule2::get_NeedsDownload);
-    gallery.localPath = Text(module, &IMergeModule2::get_LocalPath);
+    gallery.present = ReadFlag(module, &IMergeModule2::get_Present);
+    gallery.needsDownload = ReadFlag(module, &IMergeModule2::get_NeedsDownload);
+    gallery.localPath = ReadText(module, &IMergeModule2::get_LocalPath);
   } catch (const ServerFailure& failure) {
     failures.push_back({"gallery", failure});
     return gallery;
@@ -107,19 +110,19 @@ GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailur
   return gallery;
 }
 
-ModuleDescription Describe(IMergeModule2& newestModule) {
+ModuleContents ReadModuleContents(IMergeModule2& newestModule) {
   IMergeModule& module = newestModule;
-  ModuleDescription description;
-  description.path = Text(module, &IMergeModule::get_Path);
-  description.key = Text(module, &IMergeModule::get_Key);
-  description.moduleId = Text(module, &IMergeModule::get_ModuleID);
-  description.language = Cell(module, &IMergeModule::get_Language);
-  description.version = Text(module, &IMergeModule::get_Version);
-  description.displayName = Text(module, &IMergeModule::get_DisplayName);
-  description.subject = Text(module, &IMergeModule::get_Subject);
-  description.author = Text(module, &IMergeModule::get_Author);
-  description.comments = Text(module, &IMergeModule::get_Comments);
-  description.packageCode = Text(module, &IMergeModule::get_PackageCode);
+  ModuleContents description;
+  description.path = ReadText(module, &IMergeModule::get_Path);
+  description.key = ReadText(module, &IMergeModule::get_Key);
+  description.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
+  description.language = ReadOptionalNumber(module, &IMergeModule::get_Language);
+  description.version = ReadText(module, &IMergeModule::get_Version);
+  description.displayName = ReadText(module, &IMergeModule::get_DisplayName);
+  description.subject = ReadText(module, &IMergeModule::get_Subject);
+  description.author = ReadText(module, &IMergeModule::get_Author);
+  description.comments = ReadText(module, &IMergeModule::get_Comments);
+  description.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
 
   auto& failures = description.failures;
   DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, "files", description.files,
@@ -133,6 +136,8 @@ ModuleDescription Describe(IMergeModule2& newestModule) {
                                       description.customActions, failures);
   DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
                                 failures);
-  description.gallery = DescribeGallery(newestModule, failures);
+  description.gallery = ReadGalleryContents(newestModule, failures);
   return description;
 }
+
+}  // namespace mmcat

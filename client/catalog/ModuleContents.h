@@ -7,10 +7,12 @@
 #include "client/catalog/ServerFailure.h"
 #include "idl/qmmmupdater.h"
 
+namespace mmcat {
+
 // What the client shows of a module. Texts are UTF-8. A number that is null in the module's table
 // has no value.
 
-struct FileDescription {
+struct FileContents {
   std::string key;
   std::string directory;   ///< key in the Directory table
   std::string targetPath;  ///< of that directory, such as "[ProgramFilesFolder]My Company\\bin"
@@ -21,14 +23,14 @@ struct FileDescription {
   std::optional<long> sequence;
 };
 
-struct DependencyDescription {
+struct DependencyContents {
   std::string key;
   std::string moduleId;
   std::optional<long> language;
   std::string version;
 };
 
-struct ExclusionDescription {
+struct ExclusionContents {
   std::string key;
   std::string moduleId;
   std::string language;
@@ -36,7 +38,7 @@ struct ExclusionDescription {
   std::string maxVersion;
 };
 
-struct DownloadFileDescription {
+struct DownloadFileContents {
   std::string location;
   std::string mediaLocation;
   std::string internetLocation;
@@ -45,11 +47,11 @@ struct DownloadFileDescription {
 };
 
 /// What the object gallery knows about a module.
-struct GalleryDescription {
+struct GalleryContents {
   bool present = true;
   bool needsDownload = false;
   std::string localPath;
-  std::vector<DownloadFileDescription> downloadFiles;
+  std::vector<DownloadFileContents> downloadFiles;
 };
 
 /// A part of a module that could not be read.
@@ -58,7 +60,7 @@ struct PartFailure {
   ServerFailure failure;
 };
 
-struct ModuleDescription {
+struct ModuleContents {
   std::string path;
   std::string key;
   std::string moduleId;
@@ -69,20 +71,22 @@ struct ModuleDescription {
   std::string author;
   std::string comments;
   std::string packageCode;
-  std::vector<FileDescription> files;
-  std::vector<DependencyDescription> dependencies;
-  std::vector<ExclusionDescription> exclusions;
+  std::vector<FileContents> files;
+  std::vector<DependencyContents> dependencies;
+  std::vector<ExclusionContents> exclusions;
   std::vector<std::string> customActions;
   std::vector<std::string> dialogs;
-  GalleryDescription gallery;
+  GalleryContents gallery;
   /// The parts that could not be read: collections, which are then empty, and target paths.
   std::vector<PartFailure> failures;
 };
 
 /// Reads what the gallery knows about a module. What cannot be read is added to `failures`.
-GalleryDescription DescribeGallery(IMergeModule2& module, std::vector<PartFailure>& failures);
+GalleryContents ReadGalleryContents(IMergeModule2& module, std::vector<PartFailure>& failures);
 
 /// Reads the identity, summary and tables of an open module, and resolves the target paths of its
 /// files. Throws ServerFailure if a property fails. A collection or target path that fails is left
 /// out and added to `failures`.
-ModuleDescription Describe(IMergeModule2& module);
+ModuleContents ReadModuleContents(IMergeModule2& module);
+
+}  // namespace mmcat

@@ -5,9 +5,9 @@
 #include "common/SystemMessage.h"
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
+namespace mmcat {
 
-std::string OnOneLine(const std::string& text) {
+std::string ToOneLine(const std::string& text) {
   std::string line;
   for (const char c : text) {
     if (c != '\r' && c != '\n') {
@@ -23,14 +23,16 @@ std::string OnOneLine(const std::string& text) {
 }
 
 ServerFailure ServerFailure::Capture(HRESULT hr) {
-  CComPtr<IErrorInfo> info;
-  CUniqueBstr description;
+  qm::common::ComPtr<IErrorInfo> info;
+  qm::common::UniqueBstr description;
   if (::GetErrorInfo(0, info.Put()) == S_OK) {
     info->GetDescription(description.Put());
   }
   if (description) {
-    return {hr, OnOneLine(ToUtf8(ViewOf(description.Get())))};
+    return {hr, ToOneLine(qm::text::ToUtf8(qm::common::ViewOf(description.Get())))};
   }
-  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
-  return {hr, text ? OnOneLine(ToUtf8(text.Get())) : "Unknown error"};
+  const qm::common::UniqueLocalText text = qm::common::FormatSystemMessage(static_cast<DWORD>(hr));
+  return {hr, text ? ToOneLine(qm::text::ToUtf8(text.Get())) : "Unknown error"};
 }
+
+}  // namespace mmcat

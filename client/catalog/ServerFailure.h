@@ -5,6 +5,8 @@
 #include <stdexcept>
 #include <string>
 
+namespace mmcat {
+
 /// A failed call of the server: its HRESULT and, in what(), the description from its error object
 /// or else the system's text for the HRESULT, as UTF-8 on one line.
 class ServerFailure : public std::runtime_error {
@@ -15,18 +17,20 @@ class ServerFailure : public std::runtime_error {
   /// Makes a failure of the call that just returned `hr`. Takes the thread's error object.
   static ServerFailure Capture(HRESULT hr);
 
-  HRESULT Result() const noexcept { return m_hr; }
+  HRESULT HResult() const noexcept { return m_hr; }
 
  private:
   HRESULT m_hr;
 };
 
 /// Throws ServerFailure if the call that just returned `hr` failed.
-inline void Check(HRESULT hr) {
+inline void ThrowIfFailed(HRESULT hr) {
   if (FAILED(hr)) {
     throw ServerFailure::Capture(hr);
   }
 }
 
 /// UTF-8 text with each run of line breaks replaced by a blank.
-std::string OnOneLine(const std::string& text);
+std::string ToOneLine(const std::string& text);
+
+}  // namespace mmcat

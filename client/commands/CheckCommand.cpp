@@ -14,9 +14,7 @@
 #include "text/Utf.h"
 #include "traits/TargetPath.h"
 
-using qm::text::FoldCase;
-using qm::text::ToUtf8;
-using qm::text::ToWide;
+namespace mmcat {
 
 namespace {
 
@@ -28,28 +26,30 @@ class TargetPaths {
 
   std::string Find(size_t module, const std::string& directory) {
     const auto known = m_directories.find(module);
-    const msidb::TargetDirectories& directories =
+    const qm::msidb::TargetDirectoryMap& directories =
         known == m_directories.end() ? Resolve(module) : known->second;
-    const auto found = directories.find(ToWide(directory));
+    const auto found = directories.find(qm::text::ToWide(directory));
     return found == directories.end() ? "" : FolderText(found->second);
   }
 
  private:
   /// The path with its root, which distinguishes folders of the same name.
-  static std::string FolderText(const msidb::TargetDirectory& directory) {
-    const std::string path = ToUtf8(directory.path);
+  static std::string FolderText(const qm::msidb::TargetDirectory& directory) {
+    const std::string path = qm::text::ToUtf8(directory.path);
     const bool namesRoot = !path.empty() && path.front() == '[';
-    return namesRoot || directory.root.empty() ? path : '[' + ToUtf8(directory.root) + ']' + path;
+    return namesRoot || directory.root.empty()
+               ? path
+               : '[' + qm::text::ToUtf8(directory.root) + ']' + path;
   }
 
-  const msidb::TargetDirectories& Resolve(size_t module) {
-    msidb::TargetDirectories& directories = m_directories[module];
-    for (const DeliveredFile& file : m_catalog.details[module].files) {
-      directories.try_emplace(ToWide(file.directory));
+  const qm::msidb::TargetDirectoryMap& Resolve(size_t module) {
+    qm::msidb::TargetDirectoryMap& directories = m_directories[module];
+    for (const qm::merge::DeliveredFile& file : m_catalog.moduleDetails[module].files) {
+      directories.try_emplace(qm::text::ToWide(file.directory));
     }
     const std::string& path = m_catalog.modules[module].path;
-    const HRESULT hr =
-        msidb::ResolveModuleDirectories(ToWide(path), TargetPathOptions(), directories);
+    const HRESULT hr = qm::msidb::ResolveTargetDirectories(
+        qm::text::ToWide(path), qm::traits::MakeTargetPathOptions(), directories);
     if (FAILED(hr)) {
       m_report.AddFailure(path, "target paths", hr, ServerFailure::Capture(hr).what());
     }
@@ -58,7 +58,7 @@ class TargetPaths {
 
   const CatalogFacts& m_catalog;
   Report& m_report;
-  std::map<size_t, msidb::TargetDirectories> m_directories;
+  std::map<size_t, qm::msidb::TargetDirectoryMap> m_directories;
 };
 
 /// Notes which modules need a download. Only modules that the gallery describes are asked: no other
@@ -66,18 +66,18 @@ class TargetPaths {
 void ReadDownloads(CatalogFacts& catalog, Report& report) {
   std::set<std::string> described;
   for (const GalleryFile& file : ReadGalleryFiles()) {
-    described.insert(FoldCase(file.packageCode));
+    described.insert(qm::text::FoldCase(file.packageCode));
   }
   for (size_t position = 0; position < catalog.modules.size(); ++position) {
     const ListedModule& module = catalog.modules[position];
-    if (described.count(FoldCase(module.packageCode)) == 0) {
+    if (described.count(qm::text::FoldCase(module.packageCode)) == 0) {
       continue;
     }
     try {
-      catalog.details[position].needsDownload =
-          Flag<IMergeModule2>(*module.object.Get(), &IMergeModule2::get_NeedsDownload);
+      catalog.moduleDetails[position].needsDownload =
+          ReadFlag<IMergeModule2>(*module.object.Get(), &IMergeModule2::get_NeedsDownload);
     } catch (const ServerFailure& failure) {
-      report.AddFailure(module.path, "gallery", failure.Result(), failure.what());
+      report.AddFailure(module.path, "gallery", failure.HResult(), failure.what());
     }
   }
 }
@@ -93,18 +93,18 @@ std::vector<size_t> AllPositions(size_t count) {
 /// The modules of the keys and everything they need. If a key matches no module, prints a remark
 /// and returns nothing.
 std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogFacts& catalog,
-                            const MergeSet& set) {
+                            const qm::merge::MergeSet& set) {
   std::vector<size_t> wanted;
   for (const std::string& key : keys) {
-    const std::vector<size_t> positions = set.ModulesOfKey(key);
+    const std::vector<size_t> positions = set.FindByKey(key);
     if (positions.empty()) {
-      RemarkUnknownKey(KeysOf(catalog.modules), key);
+      PrintUnknownKey(CollectKeys(catalog.modules), key);
       return {};
     }
     wanted.insert(wanted.end(), positions.begin(), positions.end());
   }
   std::vector<size_t> scope;
-  for (const PlannedModule& planned : PlanMerge(set, wanted).modules) {
+  for (const qm::merge::PlannedModule& planned : qm::merge::PlanMerge(set, wanted).modules) {
     scope.push_back(planned.module);
   }
   return scope;
@@ -114,18 +114,18 @@ std::string Count(size_t count, const std::string& what) {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-std::string FindingsText(const std::vector<Finding>& findings, size_t modules) {
+std::string FindingsText(const std::vector<qm::merge::Finding>& findings, size_t modules) {
   std::string text;
-  for (const Finding& finding : findings) {
-    text += Highlighted(finding.code) + ": " + Printable(finding.text) + '\n';
+  for (const qm::merge::Finding& finding : findings) {
+    text += MarkHighlight(finding.code) + ": " + MakePrintable(finding.text) + '\n';
   }
   return text + (findings.empty() ? "No findings" : Count(findings.size(), "finding")) + " in " +
          Count(modules, "module") + '\n';
 }
 
-Json FindingsJson(const std::vector<Finding>& findings) {
+Json FindingsJson(const std::vector<qm::merge::Finding>& findings) {
   Json list = Json::array();
-  for (const Finding& finding : findings) {
+  for (const qm::merge::Finding& finding : findings) {
     list.push_back({{"code", finding.code}, {"modules", finding.modules}, {"text", finding.text}});
   }
   return list;
@@ -142,9 +142,10 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<std::string>& keys = options.keys;
   Report report("check", output);
-  CatalogFacts catalog = ReadCatalogFacts(kRequirements | kExclusions | kFiles, report);
+  CatalogFacts catalog =
+      ReadCatalogFacts(kRequirementTables | kExclusionTables | kFileTables, report);
   ReadDownloads(catalog, report);
-  const MergeSet set(catalog.merge);
+  const qm::merge::MergeSet set(catalog.mergeModules);
   const std::vector<size_t> scope =
       keys.empty() ? AllPositions(catalog.modules.size()) : ScopeOf(keys, catalog, set);
   report.Document()["modules"] = scope.size();
@@ -153,13 +154,14 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
     return report.Finish(kNothingMatched);
   }
   TargetPaths paths(catalog, report);
-  std::vector<Finding> findings = CheckModules(
-      set, catalog.details, scope,
+  std::vector<qm::merge::Finding> findings = qm::merge::CheckModules(
+      set, catalog.moduleDetails, scope,
       [&](size_t module, const std::string& directory) { return paths.Find(module, directory); });
   if (keys.empty()) {
-    const std::vector<Finding> ofIndexes = CheckIndexes(set, ReadIndexEntries(report));
+    const std::vector<qm::merge::Finding> ofIndexes =
+        qm::merge::CheckIndexes(set, ReadIndexEntries(report));
     findings.insert(findings.end(), ofIndexes.begin(), ofIndexes.end());
-    Sort(findings);
+    qm::merge::SortFindings(findings);
   }
   report.Document()["findings"] = FindingsJson(findings);
   report.Print(FindingsText(findings, scope.size()));
@@ -175,3 +177,5 @@ extern const Command kCheckCommand = {
     "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    these two and what they need\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

@@ -1,5 +1,7 @@
 #include "client/commands/Commands.h"
 
+namespace mmcat {
+
 // Each is defined by the source of its name, such as ListCommand.cpp.
 extern const Command kListCommand;
 extern const Command kFilesCommand;
@@ -21,3 +23,5 @@ const std::vector<const Command*>& Commands() {
   };
   return commands;
 }
+
+}  // namespace mmcat

@@ -10,6 +10,8 @@ namespace CLI {
 class App;
 }
 
+namespace mmcat {
+
 /// Runs a command with the arguments that were parsed for it, and returns the exit code. Throws
 /// ServerFailure if the server, its catalog or a sibling component fails.
 using CommandRun = std::function<ExitCode(const OutputOptions&)>;
@@ -44,3 +46,5 @@ CommandRun PrepareCommand(CLI::App& /*parser*/) {
 
 /// Help of an argument that is a module key.
 inline constexpr char kKeyHelp[] = "Module ID, or ID:LANGUAGE for one language";
+
+}  // namespace mmcat

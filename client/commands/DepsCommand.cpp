@@ -5,12 +5,14 @@
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 namespace {
 
 /// What was asked for and what was read, shared by all views.
 struct Question {
   const std::vector<ListedModule>& modules;
-  const MergeSet& set;
+  const qm::merge::MergeSet& set;
   std::vector<size_t> wanted;
 };
 
@@ -21,7 +23,7 @@ Json ModuleJson(const ListedModule& module) {
           {"path", module.path}};
 }
 
-Json RequirementJson(const Requirement& requirement) {
+Json RequirementJson(const qm::merge::Requirement& requirement) {
   return {{"moduleId", requirement.moduleId},
           {"language", requirement.language ? Json(*requirement.language) : Json(nullptr)},
           {"version", requirement.version}};
@@ -37,36 +39,36 @@ std::string CycleText(const Question& question, const std::vector<size_t>& cycle
   return text + question.modules[cycle.front()].key;
 }
 
-std::string OrderText(const Question& question, const MergePlan& plan) {
+std::string OrderText(const Question& question, const qm::merge::MergePlan& plan) {
   TextTable order({"", "Module", "Version", "Needed by", "Reason", "Path"});
   int number = 0;
-  for (const PlannedModule& planned : plan.modules) {
+  for (const qm::merge::PlannedModule& planned : plan.modules) {
     const ListedModule& module = question.modules[planned.module];
-    order.Add({std::to_string(++number), module.key, module.version,
-               planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
-               module.path});
+    order.AddRow({std::to_string(++number), module.key, module.version,
+                  planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
+                  module.path});
   }
   std::string text = order.ToString("");
   if (!plan.missing.empty()) {
     TextTable missing({"Missing", "Needed by", "Reason"});
-    for (const MissingModule& one : plan.missing) {
-      missing.Add(
-          {RequirementText(one.requirement), question.modules[one.neededBy].key, one.reason});
+    for (const qm::merge::MissingModule& one : plan.missing) {
+      missing.AddRow({qm::merge::FormatRequirement(one.requirement),
+                      question.modules[one.neededBy].key, one.reason});
     }
     text += '\n' + missing.ToString("");
   }
   if (!plan.cycles.empty()) {
     text += "\nDependency cycles\n";
     for (const std::vector<size_t>& cycle : plan.cycles) {
-      text += "  " + Printable(CycleText(question, cycle)) + '\n';
+      text += "  " + MakePrintable(CycleText(question, cycle)) + '\n';
     }
   }
   return text;
 }
 
-void AddOrderJson(const Question& question, const MergePlan& plan, Json& document) {
+void AddOrderJson(const Question& question, const qm::merge::MergePlan& plan, Json& document) {
   Json order = Json::array();
-  for (const PlannedModule& planned : plan.modules) {
+  for (const qm::merge::PlannedModule& planned : plan.modules) {
     Json module = ModuleJson(question.modules[planned.module]);
     module["neededBy"] =
         planned.neededBy ? Json(question.modules[*planned.neededBy].key) : Json(nullptr);
@@ -74,7 +76,7 @@ void AddOrderJson(const Question& question, const MergePlan& plan, Json& documen
     order.push_back(std::move(module));
   }
   Json missing = Json::array();
-  for (const MissingModule& one : plan.missing) {
+  for (const qm::merge::MissingModule& one : plan.missing) {
     Json requirement = RequirementJson(one.requirement);
     requirement["neededBy"] = question.modules[one.neededBy].key;
     requirement["reason"] = one.reason;
@@ -118,7 +120,7 @@ class TreeWriter {
   };
 
   void AddLine(const std::string& text) {
-    m_text += std::string(2 * m_path.size(), ' ') + Printable(text) + '\n';
+    m_text += std::string(2 * m_path.size(), ' ') + MakePrintable(text) + '\n';
   }
 
   void Enter(size_t module, const std::string& reason) {
@@ -142,12 +144,13 @@ class TreeWriter {
       m_path.pop_back();
       return;
     }
-    const Requirement& requirement = requirements[visit.nextRequirement++];
-    const Choice choice = m_question.set.Choose(requirement);
+    const qm::merge::Requirement& requirement = requirements[visit.nextRequirement++];
+    const qm::merge::Choice choice = m_question.set.Choose(requirement);
     if (choice.module) {
       Enter(*choice.module, choice.reason);
     } else {
-      AddLine("missing: " + RequirementText(requirement) + "  (" + choice.reason + ')');
+      AddLine("missing: " + qm::merge::FormatRequirement(requirement) + "  (" + choice.reason +
+              ')');
     }
   }
 
@@ -161,13 +164,13 @@ class TreeWriter {
 
 struct ReverseView {
   size_t needed;
-  std::vector<ModuleUser> users;
+  std::vector<qm::merge::ModuleUser> users;
 };
 
 std::vector<ReverseView> FindUsers(const Question& question) {
   std::vector<ReverseView> views;
   for (const size_t wanted : question.wanted) {
-    views.push_back({wanted, ModulesThatNeed(question.set, wanted)});
+    views.push_back({wanted, qm::merge::FindUsers(question.set, wanted)});
   }
   return views;
 }
@@ -177,17 +180,17 @@ std::string ReverseText(const Question& question, const std::vector<ReverseView>
   for (const ReverseView& view : views) {
     const ListedModule& needed = question.modules[view.needed];
     if (view.users.empty()) {
-      text += "No module needs " + Printable(needed.key) + ", version " +
-              Printable(needed.version) + '\n';
+      text += "No module needs " + MakePrintable(needed.key) + ", version " +
+              MakePrintable(needed.version) + '\n';
       continue;
     }
     TextTable table({"Module", "Version", "Through", "Path"});
     table.AddLine(needed.key + "  " + needed.version + " is needed by");
-    for (const ModuleUser& user : view.users) {
+    for (const qm::merge::ModuleUser& user : view.users) {
       const ListedModule& module = question.modules[user.module];
-      table.Add({module.key, module.version,
-                 user.through == view.needed ? "" : question.modules[user.through].key,
-                 module.path});
+      table.AddRow({module.key, module.version,
+                    user.through == view.needed ? "" : question.modules[user.through].key,
+                    module.path});
     }
     text += table.ToString("  ");
   }
@@ -199,7 +202,7 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
   Json list = Json::array();
   for (const ReverseView& view : views) {
     Json users = Json::array();
-    for (const ModuleUser& user : view.users) {
+    for (const qm::merge::ModuleUser& user : view.users) {
       Json module = ModuleJson(question.modules[user.module]);
       module["through"] = question.modules[user.through].key;
       users.push_back(std::move(module));
@@ -242,11 +245,11 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const auto& [key, view] = options;
   Report report("deps", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kRequirements, report);
-  const MergeSet set(catalog.merge);
-  const Question question{catalog.modules, set, set.ModulesOfKey(key)};
+  const CatalogFacts catalog = ReadCatalogFacts(kRequirementTables, report);
+  const qm::merge::MergeSet set(catalog.mergeModules);
+  const Question question{catalog.modules, set, set.FindByKey(key)};
   if (question.wanted.empty()) {
-    RemarkUnknownKey(KeysOf(catalog.modules), key);
+    PrintUnknownKey(CollectKeys(catalog.modules), key);
     if (view == DepsView::Reverse) {
       AddReverseJson(question, {}, report.Document());
     } else {
@@ -260,7 +263,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
     report.Print(ReverseText(question, users));
     return report.Finish();
   }
-  const MergePlan plan = PlanMerge(set, question.wanted);
+  const qm::merge::MergePlan plan = qm::merge::PlanMerge(set, question.wanted);
   AddOrderJson(question, plan, report.Document());
   report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : OrderText(question, plan));
   return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
@@ -276,3 +279,5 @@ extern const Command kDepsCommand = {
     "  mmcat deps Charmap.3128F3C8 --reverse  what breaks without it\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

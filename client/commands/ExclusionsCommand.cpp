@@ -5,20 +5,23 @@
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 namespace {
 
 struct ListedExclusion {
   size_t module;  ///< position of the excluding module
-  Exclusion exclusion;
+  qm::merge::Exclusion exclusion;
   std::vector<size_t> hits;  ///< positions of the excluded modules
 };
 
 std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
-  const MergeSet set(catalog.merge);
+  const qm::merge::MergeSet set(catalog.mergeModules);
   std::vector<ListedExclusion> list;
   for (size_t position = 0; position < catalog.modules.size(); ++position) {
-    for (const Exclusion& exclusion : catalog.details[position].exclusions) {
-      list.push_back({position, exclusion, ExcludedModules(set, position, exclusion)});
+    for (const qm::merge::Exclusion& exclusion : catalog.moduleDetails[position].exclusions) {
+      list.push_back(
+          {position, exclusion, qm::merge::FindExcludedModules(set, position, exclusion)});
     }
   }
   std::sort(list.begin(), list.end(), [](const ListedExclusion& a, const ListedExclusion& b) {
@@ -39,9 +42,9 @@ std::string ExclusionsText(const CatalogFacts& catalog, const std::vector<Listed
       hit += (hit.empty() ? "" : ", ") + catalog.modules[position].key + " " +
              catalog.modules[position].version;
     }
-    table.Add({catalog.modules[module].key, exclusion.moduleId,
-               exclusion.language ? std::to_string(*exclusion.language) : "", exclusion.minVersion,
-               exclusion.maxVersion, hit});
+    table.AddRow({catalog.modules[module].key, exclusion.moduleId,
+                  exclusion.language ? std::to_string(*exclusion.language) : "",
+                  exclusion.minVersion, exclusion.maxVersion, hit});
   }
   return table.ToString("");
 }
@@ -68,9 +71,9 @@ Json ExclusionsJson(const CatalogFacts& catalog, const std::vector<ListedExclusi
 
 ExitCode Run(const OutputOptions& output) {
   Report report("exclusions", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kExclusions, report);
+  const CatalogFacts catalog = ReadCatalogFacts(kExclusionTables, report);
   const std::vector<ListedExclusion> exclusions = ListExclusions(catalog);
-  if (report.AsJson()) {
+  if (report.IsJson()) {
     report.Document()["exclusions"] = ExclusionsJson(catalog, exclusions);
   } else {
     report.Print(ExclusionsText(catalog, exclusions));
@@ -86,3 +89,5 @@ extern const Command kExclusionsCommand = {
     "  mmcat exclusions --folder C:\\Modules\n",
     PrepareCommand<Run>,
 };
+
+}  // namespace mmcat

@@ -5,21 +5,23 @@
 #include "client/terminal/TextTable.h"
 #include "merge/FileSearch.h"
 
+namespace mmcat {
+
 namespace {
 
-std::string FilesText(const CatalogFacts& catalog, const std::vector<FoundFile>& files) {
+std::string FilesText(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
   if (files.empty()) {
     return "No files\n";
   }
   TextTable table({"Module", "File", "Directory", "Size", "Version"});
   for (const auto& [position, file] : files) {
-    table.Add({catalog.modules[position].key, file->name, file->directory,
-               file->size ? std::to_string(*file->size) : "", file->version});
+    table.AddRow({catalog.modules[position].key, file->name, file->directory,
+                  file->size ? std::to_string(*file->size) : "", file->version});
   }
   return table.ToString("");
 }
 
-Json FilesJson(const CatalogFacts& catalog, const std::vector<FoundFile>& files) {
+Json FilesJson(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
   Json list = Json::array();
   for (const auto& [position, file] : files) {
     list.push_back({{"module", catalog.modules[position].key},
@@ -46,13 +48,14 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& pattern = options.pattern;
   Report report("files", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kFiles, report);
-  const std::vector<FoundFile> files = FindFiles(catalog.details, pattern.empty() ? "*" : pattern);
+  const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
+  const std::vector<qm::merge::FoundFile> files =
+      qm::merge::FindFiles(catalog.moduleDetails, pattern.empty() ? "*" : pattern);
   const bool nothingMatched = files.empty() && !pattern.empty();
   if (nothingMatched) {
     PrintRemark(pattern + ": no module has a matching file");
   }
-  if (report.AsJson()) {
+  if (report.IsJson()) {
     report.Document()["files"] = FilesJson(catalog, files);
   } else if (!nothingMatched) {
     report.Print(FilesText(catalog, files));
@@ -69,3 +72,5 @@ extern const Command kFilesCommand = {
     "  mmcat files \"msg*.dll\"\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

@@ -6,6 +6,8 @@
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 
+namespace mmcat {
+
 namespace {
 
 struct Options {
@@ -21,12 +23,12 @@ void AddArguments(CLI::App& parser, Options& options) {
 void RemarkNotFound(const Catalog& catalog, const Options& options) {
   std::string versions;
   if (!options.version.empty()) {
-    ForEach<IMergeModule>(*catalog.Find(options.key, ""), [&](IMergeModule& module) {
-      versions += (versions.empty() ? "" : ", ") + Text(module, &IMergeModule::get_Version);
+    ForEachItem<IMergeModule>(*catalog.FindModules(options.key, ""), [&](IMergeModule& module) {
+      versions += (versions.empty() ? "" : ", ") + ReadText(module, &IMergeModule::get_Version);
     });
   }
   if (versions.empty()) {
-    RemarkUnknownKey(catalog.Keys(), options.key);
+    PrintUnknownKey(catalog.Keys(), options.key);
   } else {
     PrintRemark(options.key + ": the catalog has no version " + options.version + ", only " +
                 versions);
@@ -37,14 +39,14 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("find", output);
   const Catalog catalog;
   const std::vector<ListedModule> modules =
-      ReadModules(*catalog.Find(options.key, options.version), report);
+      ReadModules(*catalog.FindModules(options.key, options.version), report);
   if (modules.empty()) {
     RemarkNotFound(catalog, options);
   }
-  if (report.AsJson()) {
-    report.Document()["modules"] = ModuleListJson(modules);
+  if (report.IsJson()) {
+    report.Document()["modules"] = MakeModulesJson(modules);
   } else if (!modules.empty()) {
-    report.Print(ModuleListText(modules));
+    report.Print(FormatModules(modules));
   }
   return report.Finish(modules.empty() ? kNothingMatched : kSuccess);
 }
@@ -58,3 +60,5 @@ extern const Command kFindCommand = {
     "  mmcat find Charmap.3128F3C8:1031 --version 2.4.1.0\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

@@ -9,7 +9,7 @@
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace mmcat {
 
 namespace {
 
@@ -20,7 +20,7 @@ struct GalleryEntry {
   std::string note;          ///< why the catalog has no module for it
   std::string supersededBy;  ///< path, or else package code, of the module in its place
   std::string localVersion;
-  GalleryDescription gallery;
+  GalleryContents gallery;
 };
 
 /// The modules of the catalog by package code and by key, ignoring case. Of modules that share a
@@ -28,30 +28,33 @@ struct GalleryEntry {
 class CatalogModules {
  public:
   CatalogModules() {
-    ForEach<IMergeModule>(*Catalog().Modules(), [this](IMergeModule& module) {
-      m_byPackageCode.emplace(FoldCase(Text(module, &IMergeModule::get_PackageCode)), &module);
-      m_byKey.emplace(FoldCase(Text(module, &IMergeModule::get_Key)), &module);
+    ForEachItem<IMergeModule>(*Catalog().Modules(), [this](IMergeModule& module) {
+      m_byPackageCode.emplace(qm::text::FoldCase(ReadText(module, &IMergeModule::get_PackageCode)),
+                              &module);
+      m_byKey.emplace(qm::text::FoldCase(ReadText(module, &IMergeModule::get_Key)), &module);
     });
   }
 
-  CComPtr<IMergeModule> OfPackageCode(const std::string& code) const {
+  qm::common::ComPtr<IMergeModule> OfPackageCode(const std::string& code) const {
     return Find(m_byPackageCode, code);
   }
-  CComPtr<IMergeModule> OfKey(const std::string& key) const { return Find(m_byKey, key); }
+  qm::common::ComPtr<IMergeModule> OfKey(const std::string& key) const {
+    return Find(m_byKey, key);
+  }
 
  private:
-  using Index = std::map<std::string, CComPtr<IMergeModule>>;  // by case-folded text
+  using Index = std::map<std::string, qm::common::ComPtr<IMergeModule>>;  // by case-folded text
 
-  static CComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
-    const auto found = index.find(FoldCase(text));
-    return found == index.end() ? CComPtr<IMergeModule>() : found->second;
+  static qm::common::ComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
+    const auto found = index.find(qm::text::FoldCase(text));
+    return found == index.end() ? qm::common::ComPtr<IMergeModule>() : found->second;
   }
 
   Index m_byPackageCode;
   Index m_byKey;
 };
 
-const char* StateOf(const GalleryDescription& gallery) noexcept {
+const char* StateOf(const GalleryContents& gallery) noexcept {
   if (gallery.present) {
     return gallery.needsDownload ? "newer" : "present";
   }
@@ -60,16 +63,17 @@ const char* StateOf(const GalleryDescription& gallery) noexcept {
 
 /// Fills the entry from the module that the catalog made from the description.
 void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
-  CComPtr<IMergeModuleTavik> newestModule;
-  Check(CComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
-  if (Flag(*newestModule, &IMergeModuleTavik::get_HasOrigin)) {
-    entry.localVersion = Text(module, &IMergeModule::get_Version);
+  qm::common::ComPtr<IMergeModuleTavik> newestModule;
+  ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
+  if (ReadFlag(*newestModule, &IMergeModuleTavik::get_HasOrigin)) {
+    entry.localVersion = ReadText(module, &IMergeModule::get_Version);
   }
   std::vector<PartFailure> failures;
-  entry.gallery = DescribeGallery(*newestModule, failures);
+  entry.gallery = ReadGalleryContents(*newestModule, failures);
   entry.state = failures.empty() ? StateOf(entry.gallery) : "unreadable";
   for (const PartFailure& failed : failures) {
-    report.AddFailure(entry.file.path, failed.part, failed.failure.Result(), failed.failure.what());
+    report.AddFailure(entry.file.path, failed.part, failed.failure.HResult(),
+                      failed.failure.what());
   }
 }
 
@@ -79,20 +83,21 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
   if (entry.file.failure) {
     entry.state = "unreadable";
     const ServerFailure& failure = *entry.file.failure;
-    report.AddFailure(entry.file.path, "", failure.Result(), failure.what());
+    report.AddFailure(entry.file.path, "", failure.HResult(), failure.what());
     return entry;
   }
-  if (const CComPtr<IMergeModule> module = modules.OfPackageCode(entry.file.packageCode)) {
+  if (const qm::common::ComPtr<IMergeModule> module =
+          modules.OfPackageCode(entry.file.packageCode)) {
     DescribeModule(entry, *module, report);
     return entry;
   }
   entry.state = "not listed";
   if (entry.file.moduleId.empty()) {
     entry.note = "names no module";
-  } else if (const CComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
-    entry.supersededBy = Text(*other, &IMergeModule::get_Path);
+  } else if (const qm::common::ComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
+    entry.supersededBy = ReadText(*other, &IMergeModule::get_Path);
     if (entry.supersededBy.empty()) {  // another description
-      entry.supersededBy = Text(*other, &IMergeModule::get_PackageCode);
+      entry.supersededBy = ReadText(*other, &IMergeModule::get_PackageCode);
     }
     entry.note = "superseded by " + entry.supersededBy;
   }
@@ -107,16 +112,16 @@ std::string GalleryText(const std::vector<GalleryEntry>& entries) {
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
-    table.Add({entry.state, entry.file.key, entry.file.version, entry.localVersion,
-               entry.file.packageCode,
-               entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
+    table.AddRow({entry.state, entry.file.key, entry.file.version, entry.localVersion,
+                  entry.file.packageCode,
+                  entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
     if (!entry.gallery.downloadFiles.empty()) {
       hasFiles = true;
       files.AddLine(entry.file.key);
     }
-    for (const DownloadFileDescription& file : entry.gallery.downloadFiles) {
-      files.Add({file.location, file.mediaLocation, file.internetLocation,
-                 std::to_string(file.size), file.checkSum});
+    for (const DownloadFileContents& file : entry.gallery.downloadFiles) {
+      files.AddRow({file.location, file.mediaLocation, file.internetLocation,
+                    std::to_string(file.size), file.checkSum});
     }
   }
   return table.ToString("") + (hasFiles ? '\n' + files.ToString("  ") : "");
@@ -135,7 +140,7 @@ Json GalleryJson(const std::vector<GalleryEntry>& entries) {
                     {"packageCode", entry.file.packageCode},
                     {"path", entry.file.path},
                     {"localPath", entry.gallery.localPath},
-                    {"downloadFiles", DownloadFilesJson(entry.gallery.downloadFiles)}});
+                    {"downloadFiles", MakeDownloadFilesJson(entry.gallery.downloadFiles)}});
   }
   return list;
 }
@@ -147,7 +152,7 @@ ExitCode Run(const OutputOptions& output) {
   for (GalleryFile& file : ReadGalleryFiles()) {
     entries.push_back(MakeEntry(std::move(file), modules, report));
   }
-  if (report.AsJson()) {
+  if (report.IsJson()) {
     report.Document()["descriptions"] = GalleryJson(entries);
   } else {
     report.Print(GalleryText(entries));
@@ -163,3 +168,5 @@ extern const Command kGalleryCommand = {
     "  mmcat gallery --gallery D:\\Gallery --folder C:\\Modules\n",
     PrepareCommand<Run>,
 };
+
+}  // namespace mmcat

@@ -2,15 +2,17 @@
 #include "client/catalog/ListedModules.h"
 #include "client/commands/Commands.h"
 
+namespace mmcat {
+
 namespace {
 
 ExitCode Run(const OutputOptions& output) {
   Report report("list", output);
   const std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
-  if (report.AsJson()) {
-    report.Document()["modules"] = ModuleListJson(modules);
+  if (report.IsJson()) {
+    report.Document()["modules"] = MakeModulesJson(modules);
   } else {
-    report.Print(ModuleListText(modules));
+    report.Print(FormatModules(modules));
   }
   return report.Finish();
 }
@@ -24,3 +26,5 @@ extern const Command kListCommand = {
     "  mmcat list --folder C:\\Modules --folder D:\\More\n",
     PrepareCommand<Run>,
 };
+
+}  // namespace mmcat

@@ -1,10 +1,12 @@
 #include "client/commands/ModuleJson.h"
 
+namespace mmcat {
+
 namespace {
 
 Json Number(const std::optional<long>& value) { return value ? Json(*value) : Json(nullptr); }
 
-Json ItemJson(const FileDescription& file) {
+Json ItemJson(const FileContents& file) {
   return {{"key", file.key},
           {"directory", file.directory},
           {"targetPath", file.targetPath},
@@ -15,14 +17,14 @@ Json ItemJson(const FileDescription& file) {
           {"sequence", Number(file.sequence)}};
 }
 
-Json ItemJson(const DependencyDescription& dependency) {
+Json ItemJson(const DependencyContents& dependency) {
   return {{"key", dependency.key},
           {"moduleId", dependency.moduleId},
           {"language", Number(dependency.language)},
           {"version", dependency.version}};
 }
 
-Json ItemJson(const ExclusionDescription& exclusion) {
+Json ItemJson(const ExclusionContents& exclusion) {
   return {{"key", exclusion.key},
           {"moduleId", exclusion.moduleId},
           {"language", exclusion.language},
@@ -30,7 +32,7 @@ Json ItemJson(const ExclusionDescription& exclusion) {
           {"maxVersion", exclusion.maxVersion}};
 }
 
-Json ItemJson(const DownloadFileDescription& file) {
+Json ItemJson(const DownloadFileContents& file) {
   return {{"location", file.location},
           {"mediaLocation", file.mediaLocation},
           {"internetLocation", file.internetLocation},
@@ -49,11 +51,11 @@ Json ListJson(const std::vector<Item>& items) {
 
 }  // namespace
 
-Json DownloadFilesJson(const std::vector<DownloadFileDescription>& files) {
+Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files) {
   return ListJson(files);
 }
 
-Json ModuleJson(const ModuleDescription& module) {
+Json MakeModuleJson(const ModuleContents& module) {
   return {{"path", module.path},
           {"key", module.key},
           {"moduleId", module.moduleId},
@@ -72,5 +74,7 @@ Json ModuleJson(const ModuleDescription& module) {
           {"present", module.gallery.present},
           {"needsDownload", module.gallery.needsDownload},
           {"localPath", module.gallery.localPath},
-          {"downloadFiles", DownloadFilesJson(module.gallery.downloadFiles)}};
+          {"downloadFiles", MakeDownloadFilesJson(module.gallery.downloadFiles)}};
 }
+
+}  // namespace mmcat

@@ -5,9 +5,13 @@
 #include "client/catalog/ModuleContents.h"
 #include "client/terminal/Report.h"
 
+namespace mmcat {
+
 /// A module as JSON, with all members even if they are empty. A number that the module leaves out
 /// is null.
-Json ModuleJson(const ModuleDescription& module);
+Json MakeModuleJson(const ModuleContents& module);
 
 /// The download files of a module as a JSON array.
-Json DownloadFilesJson(const std::vector<DownloadFileDescription>& files);
+Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files);
+
+}  // namespace mmcat

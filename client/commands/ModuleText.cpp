@@ -3,6 +3,8 @@
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 namespace {
 
 std::string Cell(const std::optional<long>& value) { return value ? std::to_string(*value) : ""; }
@@ -11,11 +13,11 @@ std::string Field(const std::string& name, const std::string& value) {
   constexpr size_t width = 16;
   return value.empty()
              ? ""
-             : "  " + name + std::string(width - name.size(), ' ') + Printable(value) + '\n';
+             : "  " + name + std::string(width - name.size(), ' ') + MakePrintable(value) + '\n';
 }
 
 std::string PartHeading(const std::string& name, size_t count) {
-  return "  " + Heading(name + " (" + std::to_string(count) + ')') + '\n';
+  return "  " + MarkHeading(name + " (" + std::to_string(count) + ')') + '\n';
 }
 
 constexpr char kIndent[] = "    ";
@@ -23,42 +25,43 @@ constexpr char kIndent[] = "    ";
 std::string Names(const std::string& heading, const std::vector<std::string>& names) {
   std::string text = PartHeading(heading, names.size());
   for (const std::string& name : names) {
-    text += kIndent + Printable(name) + '\n';
+    text += kIndent + MakePrintable(name) + '\n';
   }
   return text;
 }
 
-std::string Files(const std::vector<FileDescription>& files) {
+std::string Files(const std::vector<FileContents>& files) {
   TextTable table(
       {"Key", "Directory", "Target path", "File name", "Size", "Version", "Language", "Sequence"});
-  for (const FileDescription& file : files) {
-    table.Add({file.key, file.directory, file.targetPath, file.fileName, Cell(file.size),
-               file.version, file.language, Cell(file.sequence)});
+  for (const FileContents& file : files) {
+    table.AddRow({file.key, file.directory, file.targetPath, file.fileName, Cell(file.size),
+                  file.version, file.language, Cell(file.sequence)});
   }
   return PartHeading("Files", files.size()) + table.ToString(kIndent);
 }
 
-std::string Dependencies(const std::vector<DependencyDescription>& dependencies) {
+std::string Dependencies(const std::vector<DependencyContents>& dependencies) {
   TextTable table({"Module ID", "Language", "Version"});
-  for (const DependencyDescription& dependency : dependencies) {
-    table.Add({dependency.moduleId, Cell(dependency.language), dependency.version});
+  for (const DependencyContents& dependency : dependencies) {
+    table.AddRow({dependency.moduleId, Cell(dependency.language), dependency.version});
   }
   return PartHeading("Dependencies", dependencies.size()) + table.ToString(kIndent);
 }
 
-std::string Exclusions(const std::vector<ExclusionDescription>& exclusions) {
+std::string Exclusions(const std::vector<ExclusionContents>& exclusions) {
   TextTable table({"Module ID", "Language", "From version", "To version"});
-  for (const ExclusionDescription& exclusion : exclusions) {
-    table.Add({exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion});
+  for (const ExclusionContents& exclusion : exclusions) {
+    table.AddRow(
+        {exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion});
   }
   return PartHeading("Exclusions", exclusions.size()) + table.ToString(kIndent);
 }
 
-std::string DownloadFiles(const std::vector<DownloadFileDescription>& files) {
+std::string DownloadFiles(const std::vector<DownloadFileContents>& files) {
   TextTable table({"Location", "On media", "On the internet", "Size", "Checksum"});
-  for (const DownloadFileDescription& file : files) {
-    table.Add({file.location, file.mediaLocation, file.internetLocation, std::to_string(file.size),
-               file.checkSum});
+  for (const DownloadFileContents& file : files) {
+    table.AddRow({file.location, file.mediaLocation, file.internetLocation,
+                  std::to_string(file.size), file.checkSum});
   }
   return PartHeading("Download files", files.size()) + table.ToString(kIndent);
 }
@@ -67,8 +70,8 @@ std::string YesOrNo(bool value) { return value ? "yes" : "no"; }
 
 }  // namespace
 
-std::string ModuleText(const ModuleDescription& module) {
-  std::string text = Heading(Printable(module.key)) + '\n';
+std::string FormatModule(const ModuleContents& module) {
+  std::string text = MarkHeading(MakePrintable(module.key)) + '\n';
   text += Field("Display name", module.displayName);
   text += Field("Module ID", module.moduleId);
   text += Field("Language", Cell(module.language));
@@ -101,3 +104,5 @@ std::string ModuleText(const ModuleDescription& module) {
   }
   return text;
 }
+
+}  // namespace mmcat

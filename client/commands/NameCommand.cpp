@@ -6,25 +6,27 @@
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 namespace {
 
 /// The display name from the index of module names, else from the first module with this key; empty
 /// if there is neither.
 std::string FindName(const Catalog& catalog, const std::string& key) {
-  std::string indexed = catalog.DisplayName(key);
+  std::string indexed = catalog.FindDisplayName(key);
   if (indexed != key) {
     return indexed;
   }
-  const CComPtr<IMergeModules> modules = catalog.Find(key, "");
-  if (Number(*modules, &IMergeModules::get_Count) == 0) {
+  const qm::common::ComPtr<IMergeModules> modules = catalog.FindModules(key, "");
+  if (ReadNumber(*modules, &IMergeModules::get_Count) == 0) {
     return "";
   }
   VARIANT first;
   first.vt = VT_I4;
   first.lVal = 1;
-  CComPtr<IMergeModule> module;
-  Check(modules->get_Item(first, module.Put()));
-  return Text(*module, &IMergeModule::get_DisplayName);
+  qm::common::ComPtr<IMergeModule> module;
+  ThrowIfFailed(modules->get_Item(first, module.Put()));
+  return ReadText(*module, &IMergeModule::get_DisplayName);
 }
 
 struct Options {
@@ -42,10 +44,10 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string displayName = FindName(catalog, key);
   report.Document().update({{"key", key}, {"displayName", displayName}});
   if (displayName.empty()) {
-    RemarkUnknownKey(catalog.Keys(), key);
+    PrintUnknownKey(catalog.Keys(), key);
     return report.Finish(kNothingMatched);
   }
-  report.Print(Printable(displayName) + '\n');
+  report.Print(MakePrintable(displayName) + '\n');
   return report.Finish();
 }
 
@@ -57,3 +59,5 @@ extern const Command kNameCommand = {
     "  mmcat name Charmap.3128F3C8:1033\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

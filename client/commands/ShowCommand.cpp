@@ -14,13 +14,12 @@
 #include "merge/FileSearch.h"
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
-using qm::text::ToWide;
+namespace mmcat {
 
 namespace {
 
 bool IsFile(const std::string& path) {
-  const DWORD attributes = ::GetFileAttributesW(ToWide(path).c_str());
+  const DWORD attributes = ::GetFileAttributesW(qm::text::ToWide(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
@@ -28,19 +27,19 @@ bool IsFile(const std::string& path) {
 /// system's error explains more than "unknown key".
 bool LooksLikeFile(const std::string& argument) {
   return argument.find_first_of("\\/") != std::string::npos ||
-         HasExtension(ToWide(argument), L".msm");
+         qm::common::HasExtension(qm::text::ToWide(argument), L".msm");
 }
 
 /// The files that match a path with wildcards in its last part, or the path itself if none match.
 /// Windows leaves this expansion to programs.
 std::vector<std::string> ExpandWildcards(const std::string& path) {
-  if (!HasWildcard(path)) {
+  if (!qm::merge::HasWildcard(path)) {
     return {path};
   }
   const std::string folder = path.substr(0, path.find_last_of("\\/:") + 1);
   std::vector<std::string> files;
-  for (const std::wstring& name : FileNames(ToWide(path))) {
-    files.push_back(folder + ToUtf8(name));
+  for (const std::wstring& name : FindFileNames(qm::text::ToWide(path))) {
+    files.push_back(folder + qm::text::ToUtf8(name));
   }
   return files.empty() ? std::vector<std::string>{path} : files;
 }
@@ -51,27 +50,28 @@ class ModuleWriter {
 
   void ShowFile(const std::string& file) {
     if (!m_fileModule) {
-      m_fileModule = Create<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
+      m_fileModule = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
     }
     try {
-      Check(m_fileModule->Open(Argument(FullPath(ToWide(file))).Get()));
+      ThrowIfFailed(m_fileModule->Open(
+          MakeArgument(qm::common::ResolveFullPath(qm::text::ToWide(file))).Get()));
       ShowModule(*m_fileModule, file);
     } catch (const ServerFailure& failure) {
-      m_report.AddFailure(file, "", failure.Result(), failure.what());
+      m_report.AddFailure(file, "", failure.HResult(), failure.what());
     }
   }
 
   void ShowKey(const std::string& key) {
     const Catalog catalog;
     bool isKnown = false;
-    ForEach<IMergeModule>(*catalog.Find(key, ""), [&](IMergeModule& module) {
+    ForEachItem<IMergeModule>(*catalog.FindModules(key, ""), [&](IMergeModule& module) {
       isKnown = true;
-      CComPtr<IMergeModule2> newerModule;
-      Check(CComPtr<IMergeModule>(&module).QueryInterface(newerModule.Put()));
-      ShowModule(*newerModule, Text(module, &IMergeModule::get_Path));
+      qm::common::ComPtr<IMergeModule2> newerModule;
+      ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newerModule.Put()));
+      ShowModule(*newerModule, ReadText(module, &IMergeModule::get_Path));
     });
     if (!isKnown) {
-      RemarkUnknownKey(catalog.Keys(), key);
+      PrintUnknownKey(catalog.Keys(), key);
       m_outcome = kNothingMatched;
     }
   }
@@ -83,21 +83,21 @@ class ModuleWriter {
 
  private:
   void ShowModule(IMergeModule2& module, const std::string& file) {
-    const ModuleDescription description = Describe(module);
-    if (m_report.AsJson()) {
-      m_modules.push_back(ModuleJson(description));
+    const ModuleContents description = ReadModuleContents(module);
+    if (m_report.IsJson()) {
+      m_modules.push_back(MakeModuleJson(description));
     } else {
       // Separate modules by a blank line.
-      m_report.Print((m_isFirst ? "" : "\n") + ModuleText(description));
+      m_report.Print((m_isFirst ? "" : "\n") + FormatModule(description));
       m_isFirst = false;
     }
     for (const PartFailure& failed : description.failures) {
-      m_report.AddFailure(file, failed.part, failed.failure.Result(), failed.failure.what());
+      m_report.AddFailure(file, failed.part, failed.failure.HResult(), failed.failure.what());
     }
   }
 
   Report m_report;
-  CComPtr<IMergeModule2> m_fileModule;
+  qm::common::ComPtr<IMergeModule2> m_fileModule;
   Json m_modules = Json::array();
   bool m_isFirst = true;
   ExitCode m_outcome = kSuccess;
@@ -137,3 +137,5 @@ extern const Command kShowCommand = {
     "  mmcat show Charmap.3128F3C8:1033       a module in the catalog\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

@@ -4,6 +4,8 @@
 #include "client/terminal/Report.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 namespace {
 
 struct ListedSource {
@@ -15,10 +17,10 @@ struct ListedSource {
 };
 
 ListedSource Read(IMMSource& source) {
-  return {Flag(source, &IMMSource::get_SecondPass) ? 2 : 1,
-          Number(*Get(source, &IMMSource::get_MergeModules), &IMergeModules::get_Count),
-          Text(source, &IMMSource::get_DisplayName), Text(source, &IMMSource::get_Folder),
-          Text(source, &IMMSource::get_Entry)};
+  return {ReadFlag(source, &IMMSource::get_SecondPass) ? 2 : 1,
+          ReadNumber(*ReadObject(source, &IMMSource::get_MergeModules), &IMergeModules::get_Count),
+          ReadText(source, &IMMSource::get_DisplayName), ReadText(source, &IMMSource::get_Folder),
+          ReadText(source, &IMMSource::get_Entry)};
 }
 
 std::string SourcesText(const std::vector<ListedSource>& sources) {
@@ -27,8 +29,8 @@ std::string SourcesText(const std::vector<ListedSource>& sources) {
   }
   TextTable table({"Pass", "Modules", "Display name", "Folder", "Entry"});
   for (const ListedSource& source : sources) {
-    table.Add({std::to_string(source.pass), std::to_string(source.modules), source.displayName,
-               source.folder, source.entry});
+    table.AddRow({std::to_string(source.pass), std::to_string(source.modules), source.displayName,
+                  source.folder, source.entry});
   }
   return table.ToString("");
 }
@@ -47,8 +49,8 @@ Json SourcesJson(const std::vector<ListedSource>& sources) {
 
 ExitCode Run(const OutputOptions& output) {
   std::vector<ListedSource> sources;
-  ForEach<IMMSource>(*Catalog().Sources(),
-                     [&](IMMSource& source) { sources.push_back(Read(source)); });
+  ForEachItem<IMMSource>(*Catalog().Sources(),
+                         [&](IMMSource& source) { sources.push_back(Read(source)); });
   Report report("sources", output);
   report.Document()["sources"] = SourcesJson(sources);
   report.Print(SourcesText(sources));
@@ -63,3 +65,5 @@ extern const Command kSourcesCommand = {
     "  mmcat sources\n",
     PrepareCommand<Run>,
 };
+
+}  // namespace mmcat

@@ -10,7 +10,7 @@
 #include "merge/FileSearch.h"
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace mmcat {
 
 namespace {
 
@@ -35,36 +35,37 @@ std::string NameOfFile(const std::string& file) {
 /// that match a pattern, and for which of them has the answer.
 std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& pattern,
                                  Report& report) {
-  const std::string wanted = FoldCase(pattern);
-  std::map<std::string, std::vector<IndexEntry>>
+  const std::string wanted = qm::text::FoldCase(pattern);
+  std::map<std::string, std::vector<qm::merge::IndexEntry>>
       entries;  // by file name, in the order of the tables
-  for (IndexEntry& entry : ReadIndexEntries(report)) {
-    if (entry.table != kModuleIndex && MatchesPattern(FoldCase(entry.name), wanted)) {
-      entries[FoldCase(entry.name)].push_back(std::move(entry));
+  for (qm::merge::IndexEntry& entry : ReadIndexEntries(report)) {
+    if (entry.table != kDisplayNameIndex &&
+        qm::merge::MatchesPattern(qm::text::FoldCase(entry.name), wanted)) {
+      entries[qm::text::FoldCase(entry.name)].push_back(std::move(entry));
     }
   }
-  if (!HasWildcard(pattern)) {
+  if (!qm::merge::HasWildcard(pattern)) {
     entries[wanted];  // ask the catalog in any case
   }
   std::vector<Delivery> deliveries;
   for (const auto& [folded, named] : entries) {
     const std::string name = named.empty() ? pattern : named.front().name;
-    const std::string key = catalog.ModuleForFile(name);
+    const std::string key = catalog.FindModuleForFile(name);
     if (key.empty()) {
       continue;
     }
-    const auto entry = std::find_if(named.begin(), named.end(), [&](const IndexEntry& candidate) {
-      return candidate.moduleKey == key;
-    });
-    deliveries.push_back({name, key, catalog.DisplayName(key),
+    const auto entry = std::find_if(
+        named.begin(), named.end(),
+        [&](const qm::merge::IndexEntry& candidate) { return candidate.moduleKey == key; });
+    deliveries.push_back({name, key, catalog.FindDisplayName(key),
                           entry == named.end() ? "index" : entry->table, "", "", "", ""});
   }
   return deliveries;
 }
 
 void AskFileTables(const std::string& pattern, std::vector<Delivery>& deliveries, Report& report) {
-  const CatalogFacts catalog = ReadCatalogFacts(kFiles, report);
-  for (const auto& [position, file] : FindFiles(catalog.details, pattern)) {
+  const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
+  for (const auto& [position, file] : qm::merge::FindFiles(catalog.moduleDetails, pattern)) {
     const ListedModule& module = catalog.modules[position];
     deliveries.push_back({file->name, module.key, module.displayName, "File table", file->key,
                           file->directory, file->version, module.path});
@@ -75,8 +76,8 @@ std::string DeliveriesText(const std::vector<Delivery>& deliveries) {
   TextTable table({"File", "Module", "Display name", "Source", "File key", "Directory", "Version",
                    "Module path"});
   for (const Delivery& delivery : deliveries) {
-    table.Add({delivery.file, delivery.moduleKey, delivery.displayName, delivery.source,
-               delivery.fileKey, delivery.directory, delivery.version, delivery.path});
+    table.AddRow({delivery.file, delivery.moduleKey, delivery.displayName, delivery.source,
+                  delivery.fileKey, delivery.directory, delivery.version, delivery.path});
   }
   return table.ToString("");
 }
@@ -109,7 +110,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("which", output);
   const std::string pattern = NameOfFile(file);
   std::vector<Delivery> deliveries = AskIndexes(Catalog(), pattern, report);
-  if (deliveries.empty() || HasWildcard(pattern)) {
+  if (deliveries.empty() || qm::merge::HasWildcard(pattern)) {
     AskFileTables(pattern, deliveries, report);
   }
   report.Document().update({{"file", file}, {"deliveries", DeliveriesJson(deliveries)}});
@@ -130,3 +131,5 @@ extern const Command kWhichCommand = {
     "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
+
+}  // namespace mmcat

@@ -6,6 +6,8 @@
 
 #include "text/Utf.h"
 
+namespace mmcat {
+
 namespace {
 
 bool g_consoleFailed = false;
@@ -71,7 +73,7 @@ bool EnableColors() noexcept {
          ::SetConsoleMode(Output(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
-CConsoleMode::CConsoleMode() noexcept {
+ConsoleMode::ConsoleMode() noexcept {
   // The C library takes the null device for a console and would write to it byte by byte.
   constexpr size_t kBufferSize = 65536;
   std::setvbuf(stdout, nullptr, _IOFBF, kBufferSize);
@@ -79,8 +81,10 @@ CConsoleMode::CConsoleMode() noexcept {
   ::GetConsoleMode(Output(), &m_previous);
 }
 
-CConsoleMode::~CConsoleMode() {
+ConsoleMode::~ConsoleMode() {
   if (m_previous) {
     ::SetConsoleMode(Output(), m_previous);
   }
 }
+
+}  // namespace mmcat

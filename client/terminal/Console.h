@@ -4,6 +4,8 @@
 
 #include <string>
 
+namespace mmcat {
+
 // Standard output and error of the client, which writes UTF-8. A pipe or file gets the bytes. A
 // console gets UTF-16; bytes would be reinterpreted by its code page.
 
@@ -24,13 +26,15 @@ bool FlushOutput() noexcept;
 bool EnableColors() noexcept;
 
 /// Restores the mode of the console when it is destroyed. Create one object, in main.
-class CConsoleMode {
+class ConsoleMode {
  public:
-  CConsoleMode() noexcept;
-  ~CConsoleMode();
-  CConsoleMode(const CConsoleMode&) = delete;
-  CConsoleMode& operator=(const CConsoleMode&) = delete;
+  ConsoleMode() noexcept;
+  ~ConsoleMode();
+  ConsoleMode(const ConsoleMode&) = delete;
+  ConsoleMode& operator=(const ConsoleMode&) = delete;
 
  private:
   DWORD m_previous = 0;
 };
+
+}  // namespace mmcat

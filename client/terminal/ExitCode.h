@@ -1,5 +1,7 @@
 #pragma once
 
+namespace mmcat {
+
 /// Exit codes of the client.
 enum ExitCode {
   kSuccess = 0,
@@ -10,3 +12,5 @@ enum ExitCode {
   kServerFailed = 5,    ///< the server or a sibling component failed, or memory ran out
   kOutputFailed = 6,    ///< the output could not be written
 };
+
+}  // namespace mmcat

@@ -5,7 +5,7 @@
 
 #include "text/Fold.h"
 
-using qm::text::FoldCase;
+namespace mmcat {
 
 namespace {
 
@@ -42,12 +42,12 @@ size_t Distance(const std::string& wanted, const std::string& name) {
 
 }  // namespace
 
-std::vector<std::string> NearestNames(const std::string& wanted,
-                                      const std::vector<std::string>& names) {
+std::vector<std::string> FindNearestNames(const std::string& wanted,
+                                          const std::vector<std::string>& names) {
   constexpr size_t kMost = 3;
   // The comparison takes time in proportion to the product of both lengths.
   constexpr size_t kLongest = 200;
-  const std::string folded = FoldCase(wanted);
+  const std::string folded = qm::text::FoldCase(wanted);
   if (folded.empty() || folded.size() > kLongest) {
     return {};
   }
@@ -55,7 +55,7 @@ std::vector<std::string> NearestNames(const std::string& wanted,
   std::vector<std::pair<size_t, std::string>> found;
   for (const std::string& name : names) {
     const size_t distance =
-        name.size() > kLongest ? farthest + 1 : Distance(folded, FoldCase(name));
+        name.size() > kLongest ? farthest + 1 : Distance(folded, qm::text::FoldCase(name));
     if (distance <= farthest) {
       found.emplace_back(distance, name);
     }
@@ -68,3 +68,5 @@ std::vector<std::string> NearestNames(const std::string& wanted,
   }
   return nearest;
 }
+
+}  // namespace mmcat

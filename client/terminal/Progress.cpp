@@ -5,6 +5,8 @@
 
 #include "client/terminal/Console.h"
 
+namespace mmcat {
+
 namespace {
 
 constexpr ULONGLONG kInterval = 100;  // milliseconds
@@ -20,7 +22,7 @@ Progress::Progress() : m_isShown(IsConsole(STD_ERROR_HANDLE)) {
   }
 }
 
-void Progress::Step() {
+void Progress::CountModule() {
   ++m_begun;
   if (!m_isShown || ::GetTickCount64() < m_nextTime) {
     return;
@@ -46,3 +48,5 @@ void Progress::Erase() noexcept {
                     &written, nullptr);
   }
 }
+
+}  // namespace mmcat

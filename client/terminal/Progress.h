@@ -5,6 +5,8 @@
 #include <cstddef>
 #include <string>
 
+namespace mmcat {
+
 /// Shows on stderr how many modules of the catalog have been read, such as "reading 1200 of 2900
 /// modules", if stderr is a console, and erases the line at the end. Only one object at a time.
 class Progress {
@@ -19,7 +21,7 @@ class Progress {
   void SetTotal(size_t total) noexcept { m_total = total; }
 
   /// Counts a module that is about to be read.
-  void Step();
+  void CountModule();
 
   /// Erases the line, so that something else can be printed to stderr.
   static void Erase() noexcept;
@@ -32,3 +34,5 @@ class Progress {
   bool m_isShown;
   ULONGLONG m_nextTime = 0;
 };
+
+}  // namespace mmcat

@@ -7,14 +7,16 @@
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
 
+namespace mmcat {
+
 Report::Report(const std::string& command, const OutputOptions& options)
     : m_format(options.format),
-      m_colors(!AsJson() && !options.noColor && EnableColors()),
+      m_colors(!IsJson() && !options.noColor && EnableColors()),
       m_document{{"schema", "mmcat/" + command + "/1"}} {}
 
 void Report::Print(const std::string& text) {
-  if (!AsJson()) {
-    WriteOutput(m_colors ? text : WithoutMarks(text));
+  if (!IsJson()) {
+    WriteOutput(m_colors ? text : RemoveMarks(text));
   }
 }
 
@@ -22,22 +24,22 @@ void Report::AddFailure(const std::string& file, const std::string& part, HRESUL
                         const std::string& description) {
   m_errors.push_back({{"file", file},
                       {"part", part},
-                      {"hresult", HResultText(result)},
+                      {"hresult", FormatHResult(result)},
                       {"description", description}});
   const std::string subject = part.empty() ? file : file + ": " + part;
-  PrintRemark(subject + ": " + HResultText(result) + ' ' + description);
+  PrintRemark(subject + ": " + FormatHResult(result) + ' ' + description);
 }
 
 ExitCode Report::Finish(ExitCode outcome) {
   const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
-  if (AsJson()) {
+  if (IsJson()) {
     m_document["errors"] = std::move(m_errors);
     WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
   }
   return someUnreadable ? kSomeUnreadable : outcome;
 }
 
-std::string HResultText(HRESULT hr) {
+std::string FormatHResult(HRESULT hr) {
   char text[16];
   std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
   return text;
@@ -45,5 +47,7 @@ std::string HResultText(HRESULT hr) {
 
 void PrintRemark(const std::string& text) {
   Progress::Erase();
-  WriteError("mmcat: " + Printable(text) + '\n');
+  WriteError("mmcat: " + MakePrintable(text) + '\n');
 }
+
+}  // namespace mmcat

@@ -7,6 +7,8 @@
 
 #include "client/terminal/ExitCode.h"
 
+namespace mmcat {
+
 /// Keeps members in the order in which they were added.
 using Json = nlohmann::ordered_json;
 
@@ -26,7 +28,7 @@ class Report {
   /// name and the version of the document.
   Report(const std::string& command, const OutputOptions& options);
 
-  bool AsJson() const { return m_format == OutputFormat::JsonDocument; }
+  bool IsJson() const { return m_format == OutputFormat::JsonDocument; }
 
   /// The document, to which commands add their members. "errors" is added by Finish.
   Json& Document() { return m_document; }
@@ -51,7 +53,9 @@ class Report {
 };
 
 /// An HRESULT as text, such as "0x8007065B".
-std::string HResultText(HRESULT hr);
+std::string FormatHResult(HRESULT hr);
 
 /// Prints a line to stderr, such as a warning or a suggestion. Control characters become blanks.
 void PrintRemark(const std::string& text);
+
+}  // namespace mmcat

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 
+namespace mmcat {
+
 namespace {
 
 constexpr char kEscape = '\x1b';
@@ -11,11 +13,11 @@ constexpr char kPlain[] = "\x1b[0m";
 
 }  // namespace
 
-std::string Heading(const std::string& text) { return kBold + text + kPlain; }
+std::string MarkHeading(const std::string& text) { return kBold + text + kPlain; }
 
-std::string Highlighted(const std::string& text) { return kYellow + text + kPlain; }
+std::string MarkHighlight(const std::string& text) { return kYellow + text + kPlain; }
 
-std::string WithoutMarks(const std::string& text) {
+std::string RemoveMarks(const std::string& text) {
   std::string plain;
   plain.reserve(text.size());
   for (auto c = text.begin(); c != text.end();) {
@@ -28,3 +30,5 @@ std::string WithoutMarks(const std::string& text) {
   }
   return plain;
 }
+
+}  // namespace mmcat

@@ -2,14 +2,18 @@
 
 #include <string>
 
+namespace mmcat {
+
 // Marks in text for terminals that show colours. Report removes them for all other output. Text
 // from modules cannot contain marks, because Printable removes its control characters.
 
 /// Text marked as a heading.
-std::string Heading(const std::string& text);
+std::string MarkHeading(const std::string& text);
 
 /// Text marked as the code of a finding.
-std::string Highlighted(const std::string& text);
+std::string MarkHighlight(const std::string& text);
 
 /// Text with all marks removed.
-std::string WithoutMarks(const std::string& text);
+std::string RemoveMarks(const std::string& text);
+
+}  // namespace mmcat

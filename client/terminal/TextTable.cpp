@@ -4,6 +4,8 @@
 
 #include "client/terminal/Style.h"
 
+namespace mmcat {
+
 namespace {
 
 /// The number of characters in UTF-8 text, so that columns with accented names line up.
@@ -15,7 +17,7 @@ size_t Width(const std::string& text) {
 
 }  // namespace
 
-std::string Printable(std::string text) {
+std::string MakePrintable(std::string text) {
   for (size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
     const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
@@ -28,15 +30,15 @@ std::string Printable(std::string text) {
   return text;
 }
 
-void TextTable::Add(std::vector<std::string> row) {
+void TextTable::AddRow(std::vector<std::string> row) {
   for (std::string& cell : row) {
-    cell = Printable(std::move(cell));
+    cell = MakePrintable(std::move(cell));
   }
   m_rows.push_back({false, std::move(row)});
 }
 
 void TextTable::AddLine(std::string text) {
-  m_rows.push_back({true, {Printable(std::move(text))}});
+  m_rows.push_back({true, {MakePrintable(std::move(text))}});
 }
 
 std::string TextTable::ToString(const std::string& indent) const {
@@ -56,7 +58,9 @@ std::string TextTable::ToString(const std::string& indent) const {
       }
     }
     line.erase(line.find_last_not_of(' ') + 1);
-    text += (&row == &m_rows.front() ? Heading(line) : line) + '\n';
+    text += (&row == &m_rows.front() ? MarkHeading(line) : line) + '\n';
   }
   return text;
 }
+
+}  // namespace mmcat

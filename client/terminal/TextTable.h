@@ -3,17 +3,19 @@
 #include <string>
 #include <vector>
 
+namespace mmcat {
+
 /// Text with each control character, which a terminal might interpret, replaced by a blank.
-std::string Printable(std::string text);
+std::string MakePrintable(std::string text);
 
 /// Lays out rows of UTF-8 text in columns as wide as their widest cell. Control characters in cells
 /// become blanks.
 class TextTable {
  public:
-  explicit TextTable(std::vector<std::string> headings) { Add(std::move(headings)); }
+  explicit TextTable(std::vector<std::string> headings) { AddRow(std::move(headings)); }
 
   /// Adds a row with as many cells as there are headings.
-  void Add(std::vector<std::string> row);
+  void AddRow(std::vector<std::string> row);
 
   /// Adds a line between rows that is not indented and belongs to no column.
   void AddLine(std::string text);
@@ -29,3 +31,5 @@ class TextTable {
 
   std::vector<Row> m_rows;
 };
+
+}  // namespace mmcat

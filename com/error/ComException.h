@@ -3,6 +3,8 @@
 #include "com/error/Exception.h"
 #include "com/error/com_exception.h"
 
+namespace qm::com {
+
 /// A com_exception that is thrown by pointer. `Tag` only makes instantiations distinct.
 // The leading underscore belongs to the given name.
 template <class Tag>
@@ -29,3 +31,5 @@ class CComException final : public _CComException<int> {
  public:
   using _CComException<int>::_CComException;
 };
+
+}  // namespace qm::com

@@ -9,6 +9,8 @@
 #include "common/Bstr.h"
 #include "common/SystemMessage.h"
 
+namespace qm::com {
+
 namespace {
 
 struct ExceptionDeleter {
@@ -26,11 +28,12 @@ void Trace(HRESULT hr, const wchar_t* description) noexcept {
   ::OutputDebugStringW(description);
 }
 
-CUniqueBstr JoinContext(const wchar_t* description, const wchar_t* context) noexcept {
+common::UniqueBstr JoinContext(const wchar_t* description, const wchar_t* context) noexcept {
   constexpr std::wstring_view separator = L"\n     > ";
   const size_t head = std::wcslen(description);
   const size_t tail = std::wcslen(context);
-  CUniqueBstr text(::SysAllocStringLen(nullptr, static_cast<UINT>(head + separator.size() + tail)));
+  common::UniqueBstr text(
+      ::SysAllocStringLen(nullptr, static_cast<UINT>(head + separator.size() + tail)));
   if (text) {
     wchar_t* position = text.Get();
     position = std::wmemcpy(position, description, head) + head;
@@ -43,7 +46,7 @@ CUniqueBstr JoinContext(const wchar_t* description, const wchar_t* context) noex
 HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* description,
                const wchar_t* context) noexcept {
   Trace(hr, description);
-  CUniqueBstr message;
+  common::UniqueBstr message;
   if (context) {
     message = JoinContext(description, context);
   }
@@ -57,7 +60,8 @@ HRESULT ReportOutOfMemory() noexcept {
 }
 
 HRESULT ReportUnexpected(REFCLSID clsid) noexcept {
-  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(E_UNEXPECTED));
+  const common::UniqueLocalText text =
+      common::FormatSystemMessage(static_cast<DWORD>(E_UNEXPECTED));
   return Report(clsid, E_UNEXPECTED, GUID_NULL, text ? text.Get() : L"Unknown error", nullptr);
 }
 
@@ -77,11 +81,11 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
     const HRESULT hr = ReportFailure(clsid, exception->Failure(), nullptr);
     exception->Delete();
     return hr;
-  } catch (const qm::win32_exception& failure) {
+  } catch (const win32_exception& failure) {
     return Report(clsid, failure.hresult(), GUID_NULL, failure.message(), nullptr);
   } catch (const std::bad_alloc&) {
     return ReportOutOfMemory();
-  } catch (CMemoryException* exception) {
+  } catch (MemoryException* exception) {
     exception->Delete();
     return ReportOutOfMemory();
   } catch (CException* exception) {
@@ -92,7 +96,7 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept {
   }
 }
 
-std::unique_ptr<const com_exception> KeepCurrentException() {
+std::unique_ptr<const com_exception> CaptureCurrentException() {
   try {
     throw;
   } catch (const com_exception& failure) {
@@ -100,12 +104,12 @@ std::unique_ptr<const com_exception> KeepCurrentException() {
   } catch (_CComException<int>* exception) {
     const std::unique_ptr<_CComException<int>, ExceptionDeleter> holder(exception);
     return std::make_unique<com_exception>(exception->Failure());
-  } catch (const qm::win32_exception& failure) {
+  } catch (const win32_exception& failure) {
     return std::make_unique<com_exception>(failure.hresult(), failure.message());
   }
 }
 
-void DropCurrentException() noexcept {
+void SwallowCurrentException() noexcept {
   try {
     throw;
   } catch (CException* exception) {
@@ -114,3 +118,5 @@ void DropCurrentException() noexcept {
   }
   ::SetErrorInfo(0, nullptr);
 }
+
+}  // namespace qm::com

@@ -7,6 +7,8 @@
 #include "com/error/Raise.h"
 #include "com/error/com_exception.h"
 
+namespace qm::com {
+
 /// Reports a failure of the class `clsid`: writes the debugger trace, sets the thread's error
 /// object and returns `failure.hr` (DISP_E_EXCEPTION for 0). A `context` that is not null is
 /// appended to the description after a line break and "     > ".
@@ -22,9 +24,9 @@ HRESULT ReportCurrentException(REFCLSID clsid) noexcept;
 /// throws is reported as a failure of the class `clsid`, and its HRESULT is returned.
 ///
 /// Every interface method that can fail does its work in here. Other code catches exceptions
-/// through DropFailures and KeepFailure, except in four places: image/Database names the damaged
-/// part; msidb/ImageDatabase raises the exceptions of the byte reader as installer failures;
-/// CComModule prepares threads; the application object refuses to start without memory.
+/// through SwallowFailures and CaptureFailure, except in four places: image/Database names the
+/// damaged part; msidb/ImageDatabase raises the exceptions of the byte reader as installer
+/// failures; ComServer prepares threads; the application object refuses to start without memory.
 template <class Work>
 HRESULT RunAtBoundary(REFCLSID clsid, Work&& work) noexcept {
   ::SetErrorInfo(0, nullptr);
@@ -61,37 +63,37 @@ HRESULT Answer(REFCLSID clsid, Out* out, Work&& work) noexcept {
 /// The same for `work` that returns text, which the caller gets as a BSTR.
 template <class Work>
 HRESULT AnswerText(REFCLSID clsid, BSTR* out, Work&& work) noexcept {
-  return Answer(clsid, out, [&] { return MakeBstr(work()).Release(); });
+  return Answer(clsid, out, [&] { return AllocateBstr(work()).Release(); });
 }
 
 /// Call from a catch clause. Swallows the current exception, deleting one thrown by pointer, and
 /// clears the thread's error object.
-void DropCurrentException() noexcept;
+void SwallowCurrentException() noexcept;
 
 /// Runs `work`. If it throws, swallows the exception and clears the thread's error object.
 template <class Work>
-void DropFailures(Work&& work) noexcept {
+void SwallowFailures(Work&& work) noexcept {
   try {
     work();
   } catch (...) {
-    DropCurrentException();
+    SwallowCurrentException();
   }
 }
 
 /// Call from a catch clause. Returns the current failure as it would be reported, and deletes one
 /// thrown by pointer. Rethrows out-of-memory exceptions and those of unknown type.
-std::unique_ptr<const com_exception> KeepCurrentException();
+std::unique_ptr<const com_exception> CaptureCurrentException();
 
 /// Runs `work` and returns the failure that it raised, or null. For work that may fail, if its
 /// failure is asked for later. Rethrows out-of-memory exceptions, which say nothing about the work,
 /// and those of unknown type.
 template <class Work>
-std::unique_ptr<const com_exception> KeepFailure(Work&& work) {
+std::unique_ptr<const com_exception> CaptureFailure(Work&& work) {
   try {
     work();
     return nullptr;
   } catch (...) {
-    return KeepCurrentException();
+    return CaptureCurrentException();
   }
 }
 
@@ -111,14 +113,16 @@ class CErrorHandler {
   }
   template <class Out, class Fill>
   static HRESULT FillOut(Out* out, Fill&& fill) noexcept {
-    return ::FillOut(*pClsid, out, static_cast<Fill&&>(fill));
+    return com::FillOut(*pClsid, out, static_cast<Fill&&>(fill));
   }
   template <class Out, class Work>
   static HRESULT Answer(Out* out, Work&& work) noexcept {
-    return ::Answer(*pClsid, out, static_cast<Work&&>(work));
+    return com::Answer(*pClsid, out, static_cast<Work&&>(work));
   }
   template <class Work>
   static HRESULT AnswerText(BSTR* out, Work&& work) noexcept {
-    return ::AnswerText(*pClsid, out, static_cast<Work&&>(work));
+    return com::AnswerText(*pClsid, out, static_cast<Work&&>(work));
   }
 };
+
+}  // namespace qm::com

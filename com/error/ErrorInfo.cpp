@@ -5,6 +5,8 @@
 #include "common/ComPtr.h"
 #include "common/UniqueHandle.h"
 
+namespace qm::com {
+
 namespace {
 
 struct TaskTextTraits {
@@ -17,20 +19,22 @@ struct TaskTextTraits {
 
 HRESULT SetComErrorInfo(REFCLSID clsid, const wchar_t* description, REFIID iid,
                         HRESULT hr) noexcept {
-  CComPtr<ICreateErrorInfo> create;
+  common::ComPtr<ICreateErrorInfo> create;
   if (SUCCEEDED(::CreateErrorInfo(create.Put()))) {
     // Set even if it is GUID_NULL: not every system clears a new error object.
     create->SetGUID(iid);
-    CUniqueHandle<TaskTextTraits> progId;
+    common::UniqueHandle<TaskTextTraits> progId;
     if (SUCCEEDED(::ProgIDFromCLSID(clsid, progId.Put()))) {
       create->SetSource(progId.Get());
     }
     // SetDescription does not change the text, although its parameter is not const.
     create->SetDescription(const_cast<wchar_t*>(description));
-    CComPtr<IErrorInfo> info;
+    common::ComPtr<IErrorInfo> info;
     if (SUCCEEDED(create.QueryInterface(info.Put()))) {
       ::SetErrorInfo(0, info.Get());
     }
   }
   return hr == S_OK ? DISP_E_EXCEPTION : hr;
 }
+
+}  // namespace qm::com

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace qm::com {
+
 /// Root of the framework's objects.
 class CObject {
  public:
@@ -41,15 +43,17 @@ class CException : public CObject {
 };
 
 /// Out of memory. Every throw uses the same static object, so that throwing allocates none.
-class CMemoryException final : public CException {
+class MemoryException final : public CException {
  public:
-  CMemoryException() noexcept : CException(Storage::Static) {}
+  MemoryException() noexcept : CException(Storage::Static) {}
   BOOL GetErrorMessage(wchar_t* buffer, UINT maxChars, UINT* helpContext = nullptr) const override;
 };
 
-/// Throws a pointer to the static CMemoryException of this DLL.
+/// Throws a pointer to the static MemoryException of this DLL.
 [[noreturn]] void ThrowMemoryException();
 
 /// Copies as much of `text` into `buffer` as fits into `maxChars` characters, terminator included.
 /// Copies nothing if `buffer` is null or `maxChars` is 0.
 void CopyMessage(const wchar_t* text, wchar_t* buffer, UINT maxChars) noexcept;
+
+}  // namespace qm::com

@@ -3,6 +3,8 @@
 #include "com/error/com_exception.h"
 #include "common/Bstr.h"
 
+namespace qm::com {
+
 // In comments, a failure is *raised* if it is thrown as CComException* or qm::win32_exception: the
 // boundary of a method (RunAtBoundary) reports these with their own HRESULT and description.
 // Anything else is *thrown*: std::bad_alloc, and exceptions that are caught before they reach a
@@ -25,4 +27,6 @@ inline void RaiseIfFailed(HRESULT hr) {
 [[noreturn]] void RaiseLastError();
 
 /// Allocates a BSTR with a copy of `text`. Throws std::bad_alloc.
-CUniqueBstr MakeBstr(std::wstring_view text);
+common::UniqueBstr AllocateBstr(std::wstring_view text);
+
+}  // namespace qm::com

@@ -6,23 +6,27 @@
 #include "common/ComPtr.h"
 #include "common/SystemMessage.h"
 
+namespace qm {
+
 com_exception::com_exception(HRESULT failure) : hr(failure) {
-  CComPtr<IErrorInfo> info;
+  common::ComPtr<IErrorInfo> info;
   if (::GetErrorInfo(0, info.Put()) == S_OK && info) {
-    CUniqueBstr text;
+    common::UniqueBstr text;
     info->GetDescription(text.Put());
-    description = ViewOf(text.Get());
+    description = common::ViewOf(text.Get());
     info->GetGUID(&iid);
     info->GetSource(text.Put());
-    source = ViewOf(text.Get());
+    source = common::ViewOf(text.Get());
     if (FAILED(::CLSIDFromProgID(source.c_str(), &clsid))) {
       clsid = GUID_NULL;
     }
     return;
   }
-  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(failure));
+  const common::UniqueLocalText text = common::FormatSystemMessage(static_cast<DWORD>(failure));
   description = text ? text.Get() : L"Unknown error";
 }
 
-com_exception::com_exception(HRESULT failure, CWideString text)
+com_exception::com_exception(HRESULT failure, common::WideString text)
     : hr(failure), description(std::move(text)) {}
+
+}  // namespace qm

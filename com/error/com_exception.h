@@ -6,6 +6,8 @@
 
 #include "common/WideString.h"
 
+namespace qm {
+
 /// A failed COM call inside the server: its HRESULT and the error information that the called
 /// component left on the thread.
 class com_exception : public std::exception {
@@ -15,7 +17,7 @@ class com_exception : public std::exception {
   explicit com_exception(HRESULT failure);
 
   /// Makes a failure with the server's own description. Leaves the thread's error object alone.
-  com_exception(HRESULT failure, CWideString text);
+  com_exception(HRESULT failure, common::WideString text);
 
   const char* what() const noexcept override { return "com_exception"; }
 
@@ -24,7 +26,9 @@ class com_exception : public std::exception {
   GUID iid{};
   /// The class of `source`; GUID_NULL if `source` is empty or an unknown ProgID.
   GUID clsid{};
-  CWideString description;
+  common::WideString description;
   /// The ProgID of the component that failed; empty if the component reported none.
-  CWideString source;
+  common::WideString source;
 };
+
+}  // namespace qm

@@ -14,7 +14,7 @@ struct LocalNarrowTextTraits {
   static void Close(Handle text) noexcept { ::LocalFree(text); }
 };
 
-using NarrowText = CUniqueHandle<LocalNarrowTextTraits>;
+using NarrowText = common::UniqueHandle<LocalNarrowTextTraits>;
 
 NarrowText ToSystemCodePage(const wchar_t* text) noexcept {
   const int size = ::WideCharToMultiByte(CP_ACP, 0, text, -1, nullptr, 0, nullptr, nullptr);
@@ -31,7 +31,7 @@ struct win32_exception::Shared {
   const DWORD code;
   LONG count = 1;
   bool formatted = false;
-  CUniqueLocalText message{};
+  common::UniqueLocalText message{};
   NarrowText narrow{};
 };
 
@@ -61,7 +61,7 @@ HRESULT win32_exception::hresult() const noexcept { return HResultFromCode(m_sha
 const wchar_t* win32_exception::message() const noexcept {
   if (!m_shared->formatted && m_shared->code != 0) {
     m_shared->formatted = true;
-    m_shared->message = FormatSystemText(m_shared->code);
+    m_shared->message = common::FormatSystemMessage(m_shared->code);
   }
   return m_shared->message ? m_shared->message.Get() : L"";
 }

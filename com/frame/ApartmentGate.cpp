@@ -6,6 +6,8 @@
 #include "common/ExclusiveLock.h"
 #include "common/UniqueHandle.h"
 
+namespace qm::com {
+
 namespace {
 
 struct EventTraits {
@@ -22,7 +24,7 @@ ApartmentGate theGate;
 /// wait before.
 struct ApartmentGate::Waiter {
   const DWORD thread = ::GetCurrentThreadId();
-  const CUniqueHandle<EventTraits> event{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
+  const common::UniqueHandle<EventTraits> event{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};
   bool isAdmitted = false;
   Waiter* next = nullptr;
 };
@@ -31,7 +33,7 @@ ApartmentGate& ApartmentGate::Instance() noexcept { return theGate; }
 
 bool ApartmentGate::TryEnter() noexcept {
   const DWORD thread = ::GetCurrentThreadId();
-  const CExclusiveLock lock(m_lock);
+  const common::ExclusiveLock lock(m_lock);
   if (m_owner != 0 && m_owner != thread) {
     return false;
   }
@@ -49,7 +51,7 @@ void ApartmentGate::Enter() {
     RaiseLastError();
   }
   {
-    const CExclusiveLock lock(m_lock);
+    const common::ExclusiveLock lock(m_lock);
     if (m_owner == 0) {
       m_owner = waiter.thread;
       m_depth = 1;
@@ -58,10 +60,11 @@ void ApartmentGate::Enter() {
     Append(waiter);
   }
   if (!Wait(waiter)) {
-    Raise(com_exception(HRESULT_FROM_WIN32(ERROR_TIMEOUT),
-                        CWideString::Format(L"Other threads of this process have been using the "
-                                            L"catalog for more than %u seconds.",
-                                            static_cast<unsigned>(m_limit / 1000))));
+    Raise(com_exception(
+        HRESULT_FROM_WIN32(ERROR_TIMEOUT),
+        common::WideString::Format(L"Other threads of this process have been using the "
+                                   L"catalog for more than %u seconds.",
+                                   static_cast<unsigned>(m_limit / 1000))));
   }
 }
 
@@ -74,7 +77,7 @@ bool ApartmentGate::Wait(Waiter& waiter) {
     ::WaitForSingleObject(event, m_limit);  // a thread without an apartment receives no calls
   }
   ::SetErrorInfo(0, nullptr);  // a call dispatched meanwhile may have set it
-  const CExclusiveLock lock(m_lock);
+  const common::ExclusiveLock lock(m_lock);
   if (!waiter.isAdmitted) {
     Remove(waiter);
   }
@@ -82,7 +85,7 @@ bool ApartmentGate::Wait(Waiter& waiter) {
 }
 
 void ApartmentGate::Leave() noexcept {
-  const CExclusiveLock lock(m_lock);
+  const common::ExclusiveLock lock(m_lock);
   if (--m_depth > 0) {
     return;
   }
@@ -119,3 +122,5 @@ void ApartmentGate::Remove(Waiter& waiter) noexcept {
   }
   *link = std::exchange(waiter.next, nullptr);
 }
+
+}  // namespace qm::com

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace qm::com {
+
 /// Admits one thread at a time, and with it one single-threaded apartment, to the state that the
 /// process shares: the catalog's sources and records, the index tables, the siblings.
 ///
@@ -49,10 +51,12 @@ class ApartmentGate {
 };
 
 /// Owns the gate of this DLL while in scope. Construction raises as ApartmentGate::Enter does.
-class CGatePass {
+class ScopedGateEntry {
  public:
-  CGatePass() { ApartmentGate::Instance().Enter(); }
-  ~CGatePass() { ApartmentGate::Instance().Leave(); }
-  CGatePass(const CGatePass&) = delete;
-  CGatePass& operator=(const CGatePass&) = delete;
+  ScopedGateEntry() { ApartmentGate::Instance().Enter(); }
+  ~ScopedGateEntry() { ApartmentGate::Instance().Leave(); }
+  ScopedGateEntry(const ScopedGateEntry&) = delete;
+  ScopedGateEntry& operator=(const ScopedGateEntry&) = delete;
 };
+
+}  // namespace qm::com

@@ -3,6 +3,8 @@
 #include "common/ExclusiveLock.h"
 #include "common/UniqueHandle.h"
 
+namespace qm::com {
+
 namespace {
 
 struct ThreadTraits {
@@ -19,7 +21,7 @@ bool MayRelease(DWORD thread) noexcept {
   if (thread == ::GetCurrentThreadId()) {
     return true;
   }
-  const CUniqueHandle<ThreadTraits> owner(::OpenThread(SYNCHRONIZE, FALSE, thread));
+  const common::UniqueHandle<ThreadTraits> owner(::OpenThread(SYNCHRONIZE, FALSE, thread));
   if (!owner) {
     return ::GetLastError() == ERROR_INVALID_PARAMETER;  // there is no such thread
   }
@@ -33,7 +35,7 @@ void Release(ApartmentReference* reference) noexcept {
 
 }  // namespace
 
-void ReturnReference(ApartmentReference* reference) noexcept {
+void ReleaseInApartment(ApartmentReference* reference) noexcept {
   if (!reference) {
     return;
   }
@@ -41,21 +43,23 @@ void ReturnReference(ApartmentReference* reference) noexcept {
     Release(reference);
     return;
   }
-  const CExclusiveLock lock(theLock);
+  const common::ExclusiveLock lock(theLock);
   reference->next = theReturned;
   theReturned = reference;
 }
 
-void ReleaseReturnedReferences() noexcept {
+void ReleaseQueuedReferences() noexcept {
   ApartmentReference* returned = nullptr;
   {
-    const CExclusiveLock lock(theLock);
+    const common::ExclusiveLock lock(theLock);
     returned = theReturned;
     theReturned = nullptr;
   }
   while (returned) {
     ApartmentReference* const next = returned->next;
-    ReturnReference(returned);
+    ReleaseInApartment(returned);
     returned = next;
   }
 }
+
+}  // namespace qm::com

@@ -6,6 +6,8 @@
 
 #include "common/ComPtr.h"
 
+namespace qm::com {
+
 /// A reference to an object, with the thread in whose apartment the object lives.
 struct ApartmentReference {
   IUnknown* object;
@@ -14,21 +16,21 @@ struct ApartmentReference {
 };
 
 /// Releases the object if its thread is the calling one or has ended. Otherwise queues the
-/// reference for ReleaseReturnedReferences. Null is ignored.
-void ReturnReference(ApartmentReference* reference) noexcept;
+/// reference for ReleaseQueuedReferences. Null is ignored.
+void ReleaseInApartment(ApartmentReference* reference) noexcept;
 
 /// Releases the queued references of the calling thread and of threads that have ended.
-void ReleaseReturnedReferences() noexcept;
+void ReleaseQueuedReferences() noexcept;
 
 /// A reference from state that all apartments share to an object of one apartment. Not thread-safe:
 /// whatever guards the shared state guards the reference.
 template <class T>
-class CApartmentPtr {
+class ApartmentPtr {
  public:
-  CApartmentPtr() noexcept = default;
-  CApartmentPtr(const CApartmentPtr&) = delete;
-  CApartmentPtr& operator=(const CApartmentPtr&) = delete;
-  ~CApartmentPtr() { ReturnReference(m_reference); }
+  ApartmentPtr() noexcept = default;
+  ApartmentPtr(const ApartmentPtr&) = delete;
+  ApartmentPtr& operator=(const ApartmentPtr&) = delete;
+  ~ApartmentPtr() { ReleaseInApartment(m_reference); }
 
   /// Returns the object if the calling thread set it, otherwise null.
   T* Get() const noexcept {
@@ -40,12 +42,14 @@ class CApartmentPtr {
   bool IsSet() const noexcept { return m_reference != nullptr; }
 
   /// Replaces the held object by one of the calling thread's apartment. Throws std::bad_alloc.
-  void Set(const CComPtr<T>& object) {
+  void Set(const common::ComPtr<T>& object) {
     auto* const reference = new ApartmentReference{object.Get(), ::GetCurrentThreadId(), nullptr};
     object->AddRef();
-    ReturnReference(std::exchange(m_reference, reference));
+    ReleaseInApartment(std::exchange(m_reference, reference));
   }
 
  private:
   ApartmentReference* m_reference = nullptr;
 };
+
+}  // namespace qm::com

@@ -4,40 +4,44 @@
 #include "com/frame/DllLock.h"
 #include "com/frame/InterfaceMap.h"
 
-HRESULT CComClassFactory::QueryInterface(REFIID iid, void** out) {
-  return CInterfaceMap<Via<IClassFactory, IClassFactory>>::Query(this, iid, out);
+namespace qm::com {
+
+HRESULT ClassFactory::QueryInterface(REFIID iid, void** out) {
+  return InterfaceMap<Via<IClassFactory, IClassFactory>>::Query(this, iid, out);
 }
 
-ULONG CComClassFactory::AddRef() {
+ULONG ClassFactory::AddRef() {
   const LONG count = ::InterlockedIncrement(&m_references);
   if (count == 2) {
-    ModuleLock::Add();
+    DllLock::Add();
   }
   return static_cast<ULONG>(count);
 }
 
-ULONG CComClassFactory::Release() {
+ULONG ClassFactory::Release() {
   const LONG count = ::InterlockedDecrement(&m_references);
   if (count == 1) {
-    ModuleLock::Remove();
+    DllLock::Remove();
   } else if (count == 0) {
     delete this;
   }
   return static_cast<ULONG>(count);
 }
 
-HRESULT CComClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
+HRESULT ClassFactory::CreateInstance(IUnknown* outer, REFIID iid, void** out) {
   return FillOut(GUID_NULL, out, [&] {
     const bool refused = outer && iid != __uuidof(IUnknown);
     return refused ? CLASS_E_NOAGGREGATION : m_entry.create(outer, iid, out);
   });
 }
 
-HRESULT CComClassFactory::LockServer(BOOL lock) {
+HRESULT ClassFactory::LockServer(BOOL lock) {
   if (lock) {
-    ModuleLock::Add();
+    DllLock::Add();
   } else {
-    ModuleLock::Remove();
+    DllLock::Remove();
   }
   return S_OK;
 }
+
+}  // namespace qm::com

@@ -2,15 +2,17 @@
 
 #include "com/frame/ObjectMap.h"
 
-/// The class factory of one coclass. CComModule creates it once and holds one reference, which does
+namespace qm::com {
+
+/// The class factory of one coclass. ComServer creates it once and holds one reference, which does
 /// not keep the DLL loaded. References that clients hold do, and so does LockServer.
-class CComClassFactory final : public IClassFactory {
+class ClassFactory final : public IClassFactory {
  public:
-  CComClassFactory(const ObjectMapEntry& entry, CComClassFactory* next) noexcept
+  ClassFactory(const ObjectMapEntry& entry, ClassFactory* next) noexcept
       : m_entry(entry), m_next(next) {}
 
   const ObjectMapEntry& Entry() const noexcept { return m_entry; }
-  CComClassFactory* Next() const noexcept { return m_next; }
+  ClassFactory* Next() const noexcept { return m_next; }
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override;
   STDMETHOD_(ULONG, AddRef)() override;
@@ -21,9 +23,11 @@ class CComClassFactory final : public IClassFactory {
   STDMETHOD(LockServer)(BOOL lock) override;
 
  private:
-  virtual ~CComClassFactory() = default;
+  virtual ~ClassFactory() = default;
 
   const ObjectMapEntry& m_entry;
-  CComClassFactory* m_next;
+  ClassFactory* m_next;
   LONG m_references = 1;
 };
+
+}  // namespace qm::com

@@ -8,31 +8,33 @@
 #include "com/frame/InterfaceMap.h"
 #include "common/ComPtr.h"
 
+namespace qm::com {
+
 /// Base of every COM object's implementation. The forms below implement IUnknown for it. An
 /// implementation lists its interfaces in a member type `InterfaceMap`, and may hide
 /// FinalConstruct.
-class CComObjectRoot {
+class ComObjectRoot {
  public:
-  CComObjectRoot(const CComObjectRoot&) = delete;
-  CComObjectRoot& operator=(const CComObjectRoot&) = delete;
+  ComObjectRoot(const ComObjectRoot&) = delete;
+  ComObjectRoot& operator=(const ComObjectRoot&) = delete;
 
   /// Second step of construction, called once the object is complete. If it fails, the object is
   /// destroyed.
   HRESULT FinalConstruct() noexcept { return S_OK; }
 
  protected:
-  CComObjectRoot() noexcept = default;
-  ~CComObjectRoot() = default;
+  ComObjectRoot() noexcept = default;
+  ~ComObjectRoot() = default;
 };
 
 /// Interlocked reference count that starts at 1 and keeps the DLL loaded while it lives. Declare it
 /// before the implementation, as a base or a member, so that it is destroyed last.
-class CComReferenceCount {
+class ReferenceCount {
  public:
-  CComReferenceCount() noexcept { ModuleLock::Add(); }
-  ~CComReferenceCount() { ModuleLock::Remove(); }
-  CComReferenceCount(const CComReferenceCount&) = delete;
-  CComReferenceCount& operator=(const CComReferenceCount&) = delete;
+  ReferenceCount() noexcept { DllLock::Add(); }
+  ~ReferenceCount() { DllLock::Remove(); }
+  ReferenceCount(const ReferenceCount&) = delete;
+  ReferenceCount& operator=(const ReferenceCount&) = delete;
 
   ULONG Increment() noexcept { return static_cast<ULONG>(::InterlockedIncrement(&m_count)); }
   ULONG Decrement() noexcept { return static_cast<ULONG>(::InterlockedDecrement(&m_count)); }
@@ -43,7 +45,7 @@ class CComReferenceCount {
 
 /// The stand-alone form of an implementation.
 template <class Base>
-class CComObject final : private CComReferenceCount, public Base {
+class ComObject final : private ReferenceCount, public Base {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     return Base::InterfaceMap::Query(static_cast<Base*>(this), iid, out);
@@ -60,8 +62,8 @@ class CComObject final : private CComReferenceCount, public Base {
   /// Creates an object with one reference and returns the result of FinalConstruct. If that fails,
   /// `object` is unchanged and the error object that FinalConstruct set stays. Throws
   /// std::bad_alloc.
-  static HRESULT TryCreate(CComPtr<CComObject>& object) {
-    auto made = CComPtr<CComObject>::Adopt(new CComObject);
+  static HRESULT TryCreate(common::ComPtr<ComObject>& object) {
+    auto made = common::ComPtr<ComObject>::Adopt(new ComObject);
     const HRESULT hr = made->FinalConstruct();
     if (SUCCEEDED(hr)) {
       object = std::move(made);
@@ -70,8 +72,8 @@ class CComObject final : private CComReferenceCount, public Base {
   }
 
   /// The same, but raises the failure of FinalConstruct.
-  static CComPtr<CComObject> Create() {
-    CComPtr<CComObject> object;
+  static common::ComPtr<ComObject> Create() {
+    common::ComPtr<ComObject> object;
     RaiseIfFailed(TryCreate(object));
     return object;
   }
@@ -80,9 +82,9 @@ class CComObject final : private CComReferenceCount, public Base {
 /// The form of an implementation inside an aggregated object. It delegates IUnknown to the outer
 /// object.
 template <class Base>
-class CComContainedObject final : public Base {
+class ComContainedObject final : public Base {
  public:
-  explicit CComContainedObject(IUnknown* outer) : m_outer(outer) {}
+  explicit ComContainedObject(IUnknown* outer) : m_outer(outer) {}
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     return m_outer->QueryInterface(iid, out);
@@ -97,10 +99,10 @@ class CComContainedObject final : public Base {
 /// The aggregated form of an implementation: the non-delegating IUnknown that the outer object
 /// holds, around the contained form.
 template <class Base>
-class CComAggObject final : public IUnknown {
+class ComAggObject final : public IUnknown {
  public:
-  explicit CComAggObject(IUnknown* outer) : m_contained(outer) {}
-  virtual ~CComAggObject() = default;
+  explicit ComAggObject(IUnknown* outer) : m_contained(outer) {}
+  virtual ~ComAggObject() = default;
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     if (iid != __uuidof(IUnknown)) {
@@ -125,15 +127,15 @@ class CComAggObject final : public IUnknown {
   HRESULT FinalConstruct() noexcept { return m_contained.FinalConstruct(); }
 
  private:
-  CComReferenceCount m_references;
-  CComContainedObject<Base> m_contained;
+  ReferenceCount m_references;
+  ComContainedObject<Base> m_contained;
 };
 
 /// Creates an object and queries it for `iid`. Destroys it if FinalConstruct or the query fails.
 /// Throws std::bad_alloc.
 template <class Object, class... Arguments>
-HRESULT NewComObject(REFIID iid, void** out, Arguments... arguments) {
-  const auto object = CComPtr<Object>::Adopt(new Object(arguments...));
+HRESULT CreateAndQuery(REFIID iid, void** out, Arguments... arguments) {
+  const auto object = common::ComPtr<Object>::Adopt(new Object(arguments...));
   const HRESULT hr = object->FinalConstruct();
   return FAILED(hr) ? hr : object->QueryInterface(iid, out);
 }
@@ -144,7 +146,9 @@ HRESULT NewComObject(REFIID iid, void** out, Arguments... arguments) {
 template <class Base>
 HRESULT CreateComObject(IUnknown* outer, REFIID iid, void** out) noexcept {
   return FillOut(GUID_NULL, out, [&]() -> HRESULT {
-    return outer ? NewComObject<CComAggObject<Base>>(iid, out, outer)
-                 : NewComObject<CComObject<Base>>(iid, out);
+    return outer ? CreateAndQuery<ComAggObject<Base>>(iid, out, outer)
+                 : CreateAndQuery<ComObject<Base>>(iid, out);
   });
 }
+
+}  // namespace qm::com

@@ -7,18 +7,18 @@
 #include "com/frame/TypeLibraries.h"
 #include "common/ScopeGuard.h"
 
-CComModule& CComModule::Instance() noexcept {
-  static CComModule module;
+namespace qm::com {
+
+ComServer& ComServer::Instance() noexcept {
+  static ComServer module;
   return module;
 }
 
-CComModule::CComModule() noexcept {
-  ::InitializeCriticalSectionAndSpinCount(&m_factoryCreation, 0);
-}
+ComServer::ComServer() noexcept { ::InitializeCriticalSectionAndSpinCount(&m_factoryCreation, 0); }
 
-CComModule::~CComModule() { ::DeleteCriticalSection(&m_factoryCreation); }
+ComServer::~ComServer() { ::DeleteCriticalSection(&m_factoryCreation); }
 
-void CComModule::PrepareThreadForExceptions() const noexcept {
+void ComServer::PrepareThreadForExceptions() const noexcept {
   if (::TlsGetValue(m_preparedThreads)) {
     return;
   }
@@ -29,26 +29,26 @@ void CComModule::PrepareThreadForExceptions() const noexcept {
   ::TlsSetValue(m_preparedThreads, ::GetModuleHandleW(nullptr));  // any value but null
 }
 
-void CComModule::Init(const ObjectMap& objects, HINSTANCE instance) noexcept {
+void ComServer::Init(const ObjectMap& objects, HINSTANCE instance) noexcept {
   PrepareThreadForExceptions();
   m_objects = objects;
   m_instance = instance;
   TypeLibraries::Instance().Init(objects, instance);
 }
 
-void CComModule::End() noexcept {
-  while (CComClassFactory* const factory = m_factories) {
+void ComServer::End() noexcept {
+  while (ClassFactory* const factory = m_factories) {
     m_factories = factory->Next();
     factory->Release();
   }
 }
 
-HRESULT CComModule::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept {
+HRESULT ComServer::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexcept {
   PrepareThreadForExceptions();
   return FillOut(GUID_NULL, out, [&] {
     for (size_t i = 0; i < m_objects.count; ++i) {
       if (*m_objects.entries[i].clsid == clsid) {
-        CComClassFactory* const factory = FindOrMakeFactory(m_objects.entries[i]);
+        ClassFactory* const factory = GetOrCreateFactory(m_objects.entries[i]);
         return factory ? factory->QueryInterface(iid, out) : E_OUTOFMEMORY;
       }
     }
@@ -56,16 +56,16 @@ HRESULT CComModule::GetClassObject(REFCLSID clsid, REFIID iid, void** out) noexc
   });
 }
 
-CComClassFactory* CComModule::FindOrMakeFactory(const ObjectMapEntry& entry) noexcept {
+ClassFactory* ComServer::GetOrCreateFactory(const ObjectMapEntry& entry) noexcept {
   ::EnterCriticalSection(&m_factoryCreation);
-  const ScopeGuard leave([this]() noexcept { ::LeaveCriticalSection(&m_factoryCreation); });
-  for (CComClassFactory* factory = m_factories; factory; factory = factory->Next()) {
+  const common::ScopeGuard leave([this]() noexcept { ::LeaveCriticalSection(&m_factoryCreation); });
+  for (ClassFactory* factory = m_factories; factory; factory = factory->Next()) {
     if (&factory->Entry() == &entry) {
       return factory;
     }
   }
   const bool isFirst = !m_factories;
-  auto* const factory = new (std::nothrow) CComClassFactory(entry, m_factories);
+  auto* const factory = new (std::nothrow) ClassFactory(entry, m_factories);
   if (factory) {
     m_factories = factory;
     if (isFirst) {
@@ -74,3 +74,5 @@ CComClassFactory* CComModule::FindOrMakeFactory(const ObjectMapEntry& entry) noe
   }
   return factory;
 }
+
+}  // namespace qm::com

@@ -7,6 +7,8 @@
 #include "common/ComPtr.h"
 #include "common/ExclusiveLock.h"
 
+namespace qm::com {
+
 namespace {
 
 void HandOnAsDispatch(VARIANT& result) noexcept {
@@ -22,23 +24,23 @@ void HandOnAsDispatch(VARIANT& result) noexcept {
 
 }  // namespace
 
-HRESULT CTypeInfoHolder::Load() noexcept {
+HRESULT TypeInfoHolder::Load() noexcept {
   if (m_info) {
     return S_OK;
   }
-  CComPtr<ITypeLib> library;
+  common::ComPtr<ITypeLib> library;
   HRESULT hr = TypeLibraries::Instance().Get(m_library, library.Put());
   if (FAILED(hr)) {
     return hr;
   }
-  CComPtr<ITypeInfo> info;
+  common::ComPtr<ITypeInfo> info;
   hr = library->GetTypeInfoOfGuid(m_iid, info.Put());
   if (FAILED(hr)) {
     return hr;
   }
   return RunAtBoundary(GUID_NULL, [&] {
     auto table = std::make_unique<DispatchTable>(*info);
-    const CExclusiveLock lock(m_lock);
+    const common::ExclusiveLock lock(m_lock);
     if (!m_info) {
       m_table = table.release();
       m_info = info.Detach();
@@ -48,21 +50,21 @@ HRESULT CTypeInfoHolder::Load() noexcept {
   });
 }
 
-void CTypeInfoHolder::End() noexcept {
+void TypeInfoHolder::End() noexcept {
   delete std::exchange(m_table, nullptr);
   m_info.exchange(nullptr)->Release();
 }
 
-HRESULT CTypeInfoHolder::GetTypeInfo(ITypeInfo** out) noexcept {
+HRESULT TypeInfoHolder::GetTypeInfo(ITypeInfo** out) noexcept {
   const HRESULT hr = Load();
   if (SUCCEEDED(hr)) {
-    *out = CComPtr<ITypeInfo>(m_info).Detach();
+    *out = common::ComPtr<ITypeInfo>(m_info).Detach();
   }
   return hr;
 }
 
-HRESULT CTypeInfoHolder::GetIdsOfNames(REFIID iid, wchar_t** names, UINT count,
-                                       DISPID* ids) noexcept {
+HRESULT TypeInfoHolder::GetIdsOfNames(REFIID iid, wchar_t** names, UINT count,
+                                      DISPID* ids) noexcept {
   if (iid != IID_NULL) {
     return DISP_E_UNKNOWNINTERFACE;
   }
@@ -82,9 +84,9 @@ HRESULT CTypeInfoHolder::GetIdsOfNames(REFIID iid, wchar_t** names, UINT count,
   return m_info.load()->GetIDsOfNames(names, count, ids);
 }
 
-HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD flags,
-                                DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
-                                UINT* badArgument) noexcept {
+HRESULT TypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD flags,
+                               DISPPARAMS* parameters, VARIANT* result, EXCEPINFO* exception,
+                               UINT* badArgument) noexcept {
   if (iid != IID_NULL) {
     return DISP_E_UNKNOWNINTERFACE;
   }
@@ -111,3 +113,5 @@ HRESULT CTypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD fl
   }
   return hr;
 }
+
+}  // namespace qm::com

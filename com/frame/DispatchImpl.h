@@ -9,11 +9,13 @@
 #include "com/frame/TypeLibraries.h"
 #include "common/DllLifetime.h"
 
+namespace qm::com {
+
 /// The type information of one interface, loaded at first use and kept until the DLL is unloaded.
 /// Thread-safe. Objects are static.
-class CTypeInfoHolder final : private CModuleLifetimeLink {
+class TypeInfoHolder final : private common::DllLifetimeLink {
  public:
-  constexpr CTypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
+  constexpr TypeInfoHolder(const IID& iid, TypeLibrary library) noexcept
       : m_iid(iid), m_library(library) {}
 
   HRESULT GetTypeInfo(ITypeInfo** out) noexcept;
@@ -41,7 +43,7 @@ class CTypeInfoHolder final : private CModuleLifetimeLink {
 /// `Interface` itself or an older version that it inherits.
 template <class Interface, class Described = Interface,
           TypeLibrary library = TypeLibrary::Interfaces>
-class IDispatchImpl : public Interface {
+class DispatchImpl : public Interface {
  public:
   STDMETHOD(GetTypeInfoCount)(UINT* count) override {
     return Answer(GUID_NULL, count, [] { return 1; });
@@ -65,9 +67,11 @@ class IDispatchImpl : public Interface {
   }
 
  private:
-  static CTypeInfoHolder s_typeInfo;
+  static TypeInfoHolder s_typeInfo;
 };
 
 template <class Interface, class Described, TypeLibrary library>
-CTypeInfoHolder IDispatchImpl<Interface, Described, library>::s_typeInfo(__uuidof(Described),
-                                                                         library);
+TypeInfoHolder DispatchImpl<Interface, Described, library>::s_typeInfo(__uuidof(Described),
+                                                                       library);
+
+}  // namespace qm::com

@@ -6,6 +6,8 @@
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 
+namespace qm::com {
+
 namespace {
 
 wchar_t ToLower(wchar_t character) noexcept {
@@ -39,7 +41,7 @@ bool IsKnownType(VARTYPE type) noexcept {
 void Describe(HRESULT hr, EXCEPINFO& exception) noexcept {
   exception = {};
   exception.scode = hr;
-  CComPtr<IErrorInfo> info;
+  common::ComPtr<IErrorInfo> info;
   if (::GetErrorInfo(0, info.Put()) == S_OK) {
     info->GetDescription(&exception.bstrDescription);
     info->GetHelpFile(&exception.bstrHelpFile);
@@ -53,14 +55,14 @@ void Describe(HRESULT hr, EXCEPINFO& exception) noexcept {
 DispatchTable::DispatchTable(ITypeInfo& info) {
   // The interface view of a dual interface describes its slots and the versions that it inherits.
   HREFTYPE reference = 0;
-  CComPtr<ITypeInfo> current;
+  common::ComPtr<ITypeInfo> current;
   if (FAILED(info.GetRefTypeOfImplType(static_cast<UINT>(-1), &reference)) ||
       FAILED(info.GetRefTypeInfo(reference, current.Put()))) {
     return;
   }
   while (current) {
     AddMembers(*current);
-    CComPtr<ITypeInfo> base;
+    common::ComPtr<ITypeInfo> base;
     if (SUCCEEDED(current->GetRefTypeOfImplType(0, &reference))) {
       current->GetRefTypeInfo(reference, base.Put());
     }
@@ -91,12 +93,12 @@ void DispatchTable::AddMembers(ITypeInfo& interfaceInfo) {
 }
 
 void DispatchTable::AddMember(ITypeInfo& info, const FUNCDESC& function) {
-  CUniqueBstr name;
+  common::UniqueBstr name;
   UINT count = 0;
   if (FAILED(info.GetNames(function.memid, name.Put(), 1, &count)) || count == 0) {
     return;
   }
-  m_names.push_back({std::wstring(ViewOf(name.Get())), function.memid});
+  m_names.push_back({std::wstring(common::ViewOf(name.Get())), function.memid});
   const VARTYPE type = TypeOfProperty(function);
   if (IsKnownType(type)) {
     const unsigned slot = static_cast<unsigned>(function.oVft) / sizeof(void*);
@@ -133,3 +135,5 @@ HRESULT InvokeGetter(void* object, const DispatchTable::Getter& getter, VARIANT&
   }
   return DISP_E_EXCEPTION;
 }
+
+}  // namespace qm::com

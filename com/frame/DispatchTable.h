@@ -6,6 +6,8 @@
 #include <string_view>
 #include <vector>
 
+namespace qm::com {
+
 /// The members of a dual interface that scripts call most: the dispatch identifiers of all members
 /// by name, and the virtual-table slots of properties that are read without arguments. Read once
 /// from the type information, which would search its members at every call. Immutable after
@@ -46,3 +48,5 @@ class DispatchTable {
 /// Reads a property as ITypeInfo::Invoke does. `object` implements the interface.
 HRESULT InvokeGetter(void* object, const DispatchTable::Getter& getter, VARIANT& result,
                      EXCEPINFO* exception) noexcept;
+
+}  // namespace qm::com

@@ -2,11 +2,13 @@
 
 #include <windows.h>
 
+namespace qm::com {
+
 /// Counts what keeps the DLL loaded: live objects, references that clients hold to class factories,
 /// and locks of IClassFactory::LockServer. One count per DLL. Thread-safe.
-class ModuleLock {
+class DllLock {
  public:
-  ModuleLock() = delete;
+  DllLock() = delete;
 
   static void Add() noexcept { ::InterlockedIncrement(&s_count); }
   static void Remove() noexcept { ::InterlockedDecrement(&s_count); }
@@ -15,3 +17,5 @@ class ModuleLock {
  private:
   static inline LONG s_count = 0;
 };
+
+}  // namespace qm::com

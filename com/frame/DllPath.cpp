@@ -2,7 +2,9 @@
 
 #include "com/error/Raise.h"
 
-CWideString ModulePath(HINSTANCE instance) {
+namespace qm::com {
+
+common::WideString DllPath(HINSTANCE instance) {
   std::wstring path(MAX_PATH, L'\0');
   for (;;) {
     const DWORD length =
@@ -11,8 +13,10 @@ CWideString ModulePath(HINSTANCE instance) {
       RaiseLastError();
     }
     if (length < path.size()) {
-      return CWideString(path.c_str(), length);
+      return common::WideString(path.c_str(), length);
     }
     path.resize(path.size() * 2);
   }
 }
+
+}  // namespace qm::com

@@ -4,6 +4,10 @@
 
 #include "common/WideString.h"
 
+namespace qm::com {
+
 /// Returns the full path of the file of a DLL or program, of any length. Raises the system's
 /// failure.
-CWideString ModulePath(HINSTANCE instance);
+common::WideString DllPath(HINSTANCE instance);
+
+}  // namespace qm::com

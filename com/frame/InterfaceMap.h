@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace qm::com {
+
 /// One branch of an object's base classes: QueryInterface returns the Branch pointer for each of
 /// Interfaces.
 template <class Branch, class... Interfaces>
@@ -19,7 +21,7 @@ struct Via {
 /// Implements QueryInterface by a list of Via. The pointer of the first branch is also the object's
 /// identity (IUnknown). A class declares its map as a member type `InterfaceMap`.
 template <class Primary, class... Others>
-struct CInterfaceMap {
+struct InterfaceMap {
   template <class Object>
   static HRESULT Query(Object* object, REFIID iid, void** out) noexcept {
     if (!out) {
@@ -39,3 +41,5 @@ struct CInterfaceMap {
     return S_OK;
   }
 };
+
+}  // namespace qm::com

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+namespace qm::com {
+
 /// Creates an object of a class; see CreateComObject.
 using ComCreator = HRESULT (*)(IUnknown* outer, REFIID iid, void** out) noexcept;
 
@@ -26,3 +28,5 @@ struct ObjectMap {
   const GUID* interfaceLibrary = nullptr;
   const wchar_t* interfaceLibraryFile = nullptr;
 };
+
+}  // namespace qm::com

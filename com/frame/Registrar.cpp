@@ -11,16 +11,18 @@
 #include "common/Path.h"
 #include "common/RegistryKey.h"
 
+namespace qm::com {
+
 namespace {
 
 void ThrowIfRegistryFailed(LSTATUS status) {
-  RaiseIfFailed(qm::HResultFromCode(static_cast<DWORD>(status)));
+  RaiseIfFailed(HResultFromCode(static_cast<DWORD>(status)));
 }
 
 /// Sets a value of a key below HKEY_CLASSES_ROOT, and creates the key if it is missing. A null
 /// `name` means the default value.
-void SetValue(const CWideString& key, const wchar_t* name, const CWideString& value) {
-  CUniqueRegistryKey handle;
+void SetValue(const common::WideString& key, const wchar_t* name, const common::WideString& value) {
+  common::UniqueRegistryKey handle;
   ThrowIfRegistryFailed(::RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0,
                                           KEY_SET_VALUE, nullptr, handle.Put(), nullptr));
   ThrowIfRegistryFailed(
@@ -28,60 +30,60 @@ void SetValue(const CWideString& key, const wchar_t* name, const CWideString& va
                        static_cast<DWORD>((value.length() + 1) * sizeof(wchar_t))));
 }
 
-void DeleteKey(const CWideString& key) {
+void DeleteKey(const common::WideString& key) {
   const LSTATUS status = ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
   if (status != ERROR_FILE_NOT_FOUND) {
     ThrowIfRegistryFailed(status);
   }
 }
 
-CWideString TextOf(REFGUID guid) {
+common::WideString TextOf(REFGUID guid) {
   wchar_t text[39];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
   return text;
 }
 
-CWideString ClassKey(const ObjectMapEntry& entry) {
-  return CWideString(L"CLSID\\") + TextOf(*entry.clsid);
+common::WideString ClassKey(const ObjectMapEntry& entry) {
+  return common::WideString(L"CLSID\\") + TextOf(*entry.clsid);
 }
 
-CWideString StringResource(HINSTANCE instance, UINT id) {
+common::WideString StringResource(HINSTANCE instance, UINT id) {
   const wchar_t* text = nullptr;
   // With a buffer size of 0, LoadStringW returns the address of the resource itself, which is not
   // null-terminated.
   const int length = ::LoadStringW(instance, id, reinterpret_cast<wchar_t*>(&text), 0);
-  return length > 0 ? CWideString(text, static_cast<size_t>(length)) : CWideString();
+  return length > 0 ? common::WideString(text, static_cast<size_t>(length)) : common::WideString();
 }
 
 void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE instance) {
-  const CWideString clsid = TextOf(*entry.clsid);
-  const CWideString description = StringResource(instance, entry.descriptionId);
+  const common::WideString clsid = TextOf(*entry.clsid);
+  const common::WideString description = StringResource(instance, entry.descriptionId);
 
-  const CWideString versioned(entry.progId);
+  const common::WideString versioned(entry.progId);
   SetValue(versioned, nullptr, description);
   SetValue(versioned + L"\\CLSID", nullptr, clsid);
 
-  const CWideString current(entry.versionIndependentProgId);
+  const common::WideString current(entry.versionIndependentProgId);
   SetValue(current, nullptr, description);
   SetValue(current + L"\\CLSID", nullptr, clsid);
   SetValue(current + L"\\CurVer", nullptr, versioned);
 
-  const CWideString key = ClassKey(entry);
+  const common::WideString key = ClassKey(entry);
   SetValue(key, nullptr, description);
   SetValue(key + L"\\ProgID", nullptr, versioned);
   SetValue(key + L"\\VersionIndependentProgID", nullptr, current);
-  SetValue(key + L"\\Programmable", nullptr, CWideString());
+  SetValue(key + L"\\Programmable", nullptr, common::WideString());
   SetValue(key + L"\\TypeLib", nullptr, TextOf(library));
-  SetValue(key + L"\\InprocServer32", nullptr, ModulePath(instance));
+  SetValue(key + L"\\InprocServer32", nullptr, DllPath(instance));
   SetValue(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
 }
 
-void RegisterLibrary(const CWideString& path) {
-  CComPtr<ITypeLib> library;
+void RegisterLibrary(const common::WideString& path) {
+  common::ComPtr<ITypeLib> library;
   RaiseIfFailed(::LoadTypeLibEx(path.c_str(), REGKIND_NONE, library.Put()));
   // RegisterTypeLib does not change the paths, although its parameters are not const.
   RaiseIfFailed(::RegisterTypeLib(library.Get(), const_cast<wchar_t*>(path.c_str()),
-                                  const_cast<wchar_t*>(FolderOf(path).c_str())));
+                                  const_cast<wchar_t*>(common::ParentFolder(path).c_str())));
 }
 
 /// Returns whether two paths name the same file despite short names and letter case.
@@ -92,13 +94,13 @@ bool IsSameFile(const wchar_t* a, const wchar_t* b) {
     const DWORD length = ::GetLongPathNameW(path, buffer, MAX_PATH * 2);
     return length > 0 && length < MAX_PATH * 2 ? buffer : path;
   };
-  return CompareFileNames(longName(a, longA), longName(b, longB)) == 0;
+  return common::CompareFileNames(longName(a, longA), longName(b, longB)) == 0;
 }
 
 /// Unregisters a type library, unless it is registered from a file other than `path`.
-void UnregisterLibrary(REFGUID libid, const CWideString& path) {
+void UnregisterLibrary(REFGUID libid, const common::WideString& path) {
   // Checked first, also because systems differ in the result for a library that is not registered.
-  CUniqueBstr registered;
+  common::UniqueBstr registered;
   if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
       registered && IsSameFile(registered.Get(), path.c_str())) {
     RaiseIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, SYS_WIN32));
@@ -113,9 +115,9 @@ void RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
   }
   // The interface library is registered last. The library of the classes contains copies of the
   // interfaces, but their registry entries must name the library that declares them.
-  RegisterLibrary(ModulePath(instance));
+  RegisterLibrary(DllPath(instance));
   if (objects.interfaceLibrary) {
-    RegisterLibrary(InterfaceLibraryPath(objects, instance));
+    RegisterLibrary(GetInterfaceLibraryPath(objects, instance));
   }
 }
 
@@ -127,7 +129,9 @@ void UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
     DeleteKey(ClassKey(entry));
   }
   if (objects.interfaceLibrary) {
-    UnregisterLibrary(*objects.interfaceLibrary, InterfaceLibraryPath(objects, instance));
+    UnregisterLibrary(*objects.interfaceLibrary, GetInterfaceLibraryPath(objects, instance));
   }
-  UnregisterLibrary(*objects.classLibrary, ModulePath(instance));
+  UnregisterLibrary(*objects.classLibrary, DllPath(instance));
 }
+
+}  // namespace qm::com

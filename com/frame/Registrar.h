@@ -2,6 +2,8 @@
 
 #include "com/frame/ObjectMap.h"
 
+namespace qm::com {
+
 /// Writes the registry entries of every coclass in the map (CLSID with description, both ProgIDs
 /// and InprocServer32 with threading model "Apartment"; the ProgID keys) and registers the type
 /// libraries. Raises the first failure, with the HRESULT of the call that failed.
@@ -11,3 +13,5 @@ void RegisterServer(const ObjectMap& objects, HINSTANCE instance);
 /// been registered from another file since then stays, because several DLLs may carry one library.
 /// Raises as RegisterServer does.
 void UnregisterServer(const ObjectMap& objects, HINSTANCE instance);
+
+}  // namespace qm::com

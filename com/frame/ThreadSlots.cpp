@@ -1,5 +1,7 @@
 #include <windows.h>
 
+namespace qm::com {
+
 // The C++ runtime is linked into each DLL. It allocates a thread-local slot at the first throw and
 // never frees it. A process has 1,088 slots, so a host that keeps loading and unloading the DLL
 // would run out of them. This file records every slot that code of this DLL allocates, and frees
@@ -12,16 +14,16 @@ constexpr int kMostSlots = 8;  // further ones are not recorded
 /// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note works
 /// on the constant-initialised object. This is the first static object to be constructed and hence
 /// the last to be destroyed.
-class CThreadSlots {
+class ThreadSlots {
  public:
-  constexpr CThreadSlots() noexcept = default;
-  ~CThreadSlots() {
+  constexpr ThreadSlots() noexcept = default;
+  ~ThreadSlots() {
     while (m_count > 0) {
       ::TlsFree(m_slots[--m_count]);
     }
   }
-  CThreadSlots(const CThreadSlots&) = delete;
-  CThreadSlots& operator=(const CThreadSlots&) = delete;
+  ThreadSlots(const ThreadSlots&) = delete;
+  ThreadSlots& operator=(const ThreadSlots&) = delete;
 
   void Note(DWORD slot) noexcept {
     const LONG place = ::InterlockedIncrement(&m_count) - 1;
@@ -37,7 +39,7 @@ class CThreadSlots {
   LONG m_count = 0;
 };
 
-CThreadSlots theSlots __attribute__((init_priority(101)));
+ThreadSlots theSlots __attribute__((init_priority(101)));
 
 DWORD WINAPI TakeSlot() {
   const auto take = reinterpret_cast<DWORD(WINAPI*)()>(
@@ -55,3 +57,5 @@ DWORD WINAPI TakeSlot() {
 extern "C" {
 DWORD(WINAPI* g_importedTlsAlloc)() __asm__("__imp__TlsAlloc@0") = &TakeSlot;
 }
+
+}  // namespace qm::com

@@ -8,11 +8,14 @@
 #include "common/ExclusiveLock.h"
 #include "common/Path.h"
 
+namespace qm::com {
+
 namespace {
 
 TypeLibraries theLibraries;
 
-HRESULT LoadLibraryOrRegistered(const CWideString& path, REFGUID libid, ITypeLib** out) noexcept {
+HRESULT LoadLibraryOrRegistered(const common::WideString& path, REFGUID libid,
+                                ITypeLib** out) noexcept {
   const HRESULT hr = ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, out);
   return SUCCEEDED(hr) ? hr : ::LoadRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, out);
 }
@@ -34,16 +37,16 @@ HRESULT TypeLibraries::Get(TypeLibrary library, ITypeLib** out) noexcept {
     if (!libid) {
       return TYPE_E_LIBNOTREGISTERED;  // before Init
     }
-    CComPtr<ITypeLib> loaded;
+    common::ComPtr<ITypeLib> loaded;
     const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
       return LoadLibraryOrRegistered(
-          fromFile ? InterfaceLibraryPath(m_objects, m_instance) : ModulePath(m_instance), *libid,
+          fromFile ? GetInterfaceLibraryPath(m_objects, m_instance) : DllPath(m_instance), *libid,
           loaded.Put());
     });
     if (FAILED(hr)) {
       return hr;
     }
-    const CExclusiveLock lock(m_lock);
+    const common::ExclusiveLock lock(m_lock);
     if (!kept) {
       kept = loaded.Detach();
       if (!std::exchange(m_isEnlisted, true)) {
@@ -51,7 +54,7 @@ HRESULT TypeLibraries::Get(TypeLibrary library, ITypeLib** out) noexcept {
       }
     }
   }
-  *out = CComPtr<ITypeLib>(kept).Detach();
+  *out = common::ComPtr<ITypeLib>(kept).Detach();
   return S_OK;
 }
 
@@ -64,6 +67,8 @@ void TypeLibraries::End() noexcept {
   }
 }
 
-CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance) {
-  return JoinPath(FolderOf(ModulePath(instance)), objects.interfaceLibraryFile);
+common::WideString GetInterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance) {
+  return common::JoinPath(common::ParentFolder(DllPath(instance)), objects.interfaceLibraryFile);
 }
+
+}  // namespace qm::com

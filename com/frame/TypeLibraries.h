@@ -8,6 +8,8 @@
 #include "common/DllLifetime.h"
 #include "common/WideString.h"
 
+namespace qm::com {
+
 /// The type library that describes an interface to IDispatch.
 enum class TypeLibrary {
   Interfaces,  ///< the file beside the DLL, or else the registered one
@@ -16,7 +18,7 @@ enum class TypeLibrary {
 
 /// The type libraries of the DLL, each loaded at first use and released when the DLL is unloaded.
 /// Thread-safe: the system's type information belongs to no apartment.
-class TypeLibraries final : private CModuleLifetimeLink {
+class TypeLibraries final : private common::DllLifetimeLink {
  public:
   static TypeLibraries& Instance() noexcept;
 
@@ -40,4 +42,6 @@ class TypeLibraries final : private CModuleLifetimeLink {
 };
 
 /// Returns the full path of the interface library's file beside the DLL. Raises as ModulePath does.
-CWideString InterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);
+common::WideString GetInterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);
+
+}  // namespace qm::com

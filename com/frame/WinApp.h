@@ -2,9 +2,11 @@
 
 #include "com/error/Exception.h"
 
+namespace qm::com {
+
 /// The application object of a DLL. It is constructed at load; DllMain calls InitInstance and
 /// ExitInstance.
-class CWinApp : public CObject {
+class WinApp : public CObject {
  public:
   /// Called at load, which is refused if this returns FALSE. An override calls this one last.
   virtual BOOL InitInstance() { return TRUE; }
@@ -18,3 +20,5 @@ class CWinApp : public CObject {
  private:
   HINSTANCE m_instance = nullptr;
 };
+
+}  // namespace qm::com

@@ -14,19 +14,21 @@
 #include "common/SystemFolders.h"
 #include "common/SystemMessage.h"
 
+namespace qm::com {
+
 namespace {
 
 /// Raises `hr`. The description begins with the DLL's name; the rest is from the thread's error
 /// object, or else the system's message.
 [[noreturn]] void RaiseFor(const wchar_t* dll, HRESULT hr) {
   com_exception failure(hr);
-  failure.description = CWideString(dll) + L": " + failure.description;
+  failure.description = common::WideString(dll) + L": " + failure.description;
   Raise(failure);
 }
 
 [[noreturn]] void RaiseFor(const wchar_t* dll, DWORD code) {
   ::SetErrorInfo(0, nullptr);  // a Win32 failure has no error object
-  RaiseFor(dll, qm::HResultFromCode(code));
+  RaiseFor(dll, HResultFromCode(code));
 }
 
 /// Returns the current folder; empty if the system does not report it.
@@ -37,7 +39,7 @@ std::wstring CurrentFolder() {
   return folder;
 }
 
-CModuleWide<CComponentLoader> theLoader;
+common::DllWide<ComponentLoader> theLoader;
 
 /// Returns an exported function, or null. Casts through void*, because the compiler warns about
 /// casts between function types.
@@ -48,47 +50,48 @@ Function ExportOf(HMODULE module, const char* name) noexcept {
 
 }  // namespace
 
-CComponentLoader::CComponentLoader(CWideString serverFolder, CWideString commonFilesFolder)
+ComponentLoader::ComponentLoader(common::WideString serverFolder,
+                                 common::WideString commonFilesFolder)
     : m_strServerFolder(std::move(serverFolder)),
       m_strCommonFilesFolder(std::move(commonFilesFolder)) {}
 
-CComponentLoader& CComponentLoader::Instance() {
+ComponentLoader& ComponentLoader::Instance() {
   return theLoader.Get([] {
-    return new CComponentLoader(FolderOf(ModulePath(CComModule::Instance().ModuleInstance())),
-                                GetProgramFolder(kCommonFiles));
+    return new ComponentLoader(common::ParentFolder(DllPath(ComServer::Instance().DllInstance())),
+                               common::GetProgramFolder(common::kCommonFiles));
   });
 }
 
 void UnloadIdleSiblings() noexcept {
-  if (CComponentLoader* const loader = theLoader.Find()) {
+  if (ComponentLoader* const loader = theLoader.Find()) {
     loader->UnloadIdle();
   }
 }
 
-bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
-                                                const CWideString& b) const noexcept {
-  return CompareFileNames(a, b) < 0;
+bool ComponentLoader::IgnoringCase::operator()(const common::WideString& a,
+                                               const common::WideString& b) const noexcept {
+  return common::CompareFileNames(a, b) < 0;
 }
 
-bool CComponentLoader::IgnoringCase::operator()(const CWideString& a,
-                                                const wchar_t* b) const noexcept {
-  return CompareFileNames(a, b) < 0;
+bool ComponentLoader::IgnoringCase::operator()(const common::WideString& a,
+                                               const wchar_t* b) const noexcept {
+  return common::CompareFileNames(a, b) < 0;
 }
 
-bool CComponentLoader::IgnoringCase::operator()(const wchar_t* a,
-                                                const CWideString& b) const noexcept {
-  return CompareFileNames(a, b) < 0;
+bool ComponentLoader::IgnoringCase::operator()(const wchar_t* a,
+                                               const common::WideString& b) const noexcept {
+  return common::CompareFileNames(a, b) < 0;
 }
 
-CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {
-  CWideString folder = m_strServerFolder;
+common::WideString ComponentLoader::FindSystemFolder(const wchar_t* dll) const {
+  common::WideString folder = m_strServerFolder;
   while (!folder.empty() && !::PathIsRootW(folder.c_str())) {
-    folder = FolderOf(folder);
+    folder = common::ParentFolder(folder);
     if (folder.empty()) {
       break;  // a relative path has no folders above it
     }
-    CWideString candidate = JoinPath(folder, L"System");
-    if (::PathFileExistsW(JoinPath(candidate, dll).c_str())) {
+    common::WideString candidate = common::JoinPath(folder, L"System");
+    if (::PathFileExistsW(common::JoinPath(candidate, dll).c_str())) {
       return candidate;
     }
   }
@@ -96,12 +99,12 @@ CWideString CComponentLoader::FindSystemFolder(const wchar_t* dll) const {
 }
 
 /// Returns the full path of the DLL. Empty if none of the places has it.
-CWideString CComponentLoader::Find(const wchar_t* dll) const {
+common::WideString ComponentLoader::FindDllPath(const wchar_t* dll) const {
   if (std::wcschr(dll, L'\\')) {
-    return FullPath(dll);
+    return common::ResolveFullPath(dll);
   }
   const struct {
-    const CWideString& base;
+    const common::WideString& base;
     const wchar_t* below;
   } places[] = {{m_strServerFolder, L""},
                 {m_strServerFolder, L"System"},
@@ -110,36 +113,36 @@ CWideString CComponentLoader::Find(const wchar_t* dll) const {
     if (place.base.empty()) {
       continue;  // without a base the path would be relative to the current folder
     }
-    CWideString path = JoinPath(JoinPath(place.base, place.below), dll);
-    if (PathExists(path)) {
+    common::WideString path = common::JoinPath(common::JoinPath(place.base, place.below), dll);
+    if (common::PathExists(path)) {
       return path;
     }
   }
   return {};
 }
 
-HMODULE CComponentLoader::Loaded(const wchar_t* dll) const noexcept {
+HMODULE ComponentLoader::FindLoadedDll(const wchar_t* dll) const noexcept {
   const auto loaded = m_loaded.find(dll);
   return loaded == m_loaded.end() ? nullptr : loaded->second;
 }
 
 /// Loads the DLL at `path`, which is empty if the DLL was not found. On failure returns null and
 /// sets `code` to the Win32 code.
-HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, DWORD& code) {
+HMODULE ComponentLoader::TryLoad(const wchar_t* dll, const common::WideString& path, DWORD& code) {
   if (path.empty()) {
     code = ERROR_MOD_NOT_FOUND;
     return nullptr;
   }
   DWORD previousMode = 0;
   ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previousMode);
-  const ScopeGuard mode([&]() noexcept { ::SetThreadErrorMode(previousMode, nullptr); });
+  const common::ScopeGuard mode([&]() noexcept { ::SetThreadErrorMode(previousMode, nullptr); });
   // A DLL finds its own dependencies beside it only if that is the current folder, which is changed
   // only if it can be restored.
   const std::wstring previousFolder = CurrentFolder();
   if (!previousFolder.empty()) {
-    ::SetCurrentDirectoryW(FolderOf(path).c_str());
+    ::SetCurrentDirectoryW(common::ParentFolder(path).c_str());
   }
-  const ScopeGuard folder([&]() noexcept {
+  const common::ScopeGuard folder([&]() noexcept {
     if (!previousFolder.empty()) {
       ::SetCurrentDirectoryW(previousFolder.c_str());
     }
@@ -155,15 +158,15 @@ HMODULE CComponentLoader::TryLoad(const wchar_t* dll, const CWideString& path, D
   return module;
 }
 
-void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
-  const CGatePass pass;
+void* ComponentLoader::GetFunctionAddress(const wchar_t* dll, const char* name) {
+  const ScopedGateEntry pass;
   DWORD code = ERROR_SUCCESS;
-  HMODULE module = Loaded(dll);
+  HMODULE module = FindLoadedDll(dll);
   if (!module) {
-    CWideString path = Find(dll);
+    common::WideString path = FindDllPath(dll);
     if (path.empty()) {
-      const CWideString folder = FindSystemFolder(dll);
-      path = folder.empty() ? folder : JoinPath(folder, dll);
+      const common::WideString folder = FindSystemFolder(dll);
+      path = folder.empty() ? folder : common::JoinPath(folder, dll);
     }
     module = TryLoad(dll, path, code);
   }
@@ -177,12 +180,12 @@ void* CComponentLoader::AddressOf(const wchar_t* dll, const char* name) {
   return address;
 }
 
-void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, void** out) {
-  const CGatePass pass;
+void ComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, void** out) {
+  const ScopedGateEntry pass;
   DWORD code = ERROR_SUCCESS;
-  HMODULE module = Loaded(dll);
+  HMODULE module = FindLoadedDll(dll);
   if (!module) {
-    module = TryLoad(dll, Find(dll), code);
+    module = TryLoad(dll, FindDllPath(dll), code);
   }
   if (!module) {
     constexpr DWORD anyServer =
@@ -199,7 +202,7 @@ void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, vo
   if (!getClassObject) {
     RaiseFor(dll, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
   }
-  CComPtr<IClassFactory> factory;
+  common::ComPtr<IClassFactory> factory;
   HRESULT hr =
       getClassObject(clsid, __uuidof(IClassFactory), reinterpret_cast<void**>(factory.Put()));
   if (SUCCEEDED(hr) && factory) {
@@ -213,12 +216,12 @@ void CComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, vo
   }
 }
 
-void CComponentLoader::UnloadIdle() noexcept {
+void ComponentLoader::UnloadIdle() noexcept {
   ApartmentGate& gate = ApartmentGate::Instance();
   if (!gate.TryEnter()) {
     return;
   }
-  ReleaseReturnedReferences();  // they would keep siblings in use
+  ReleaseQueuedReferences();  // they would keep siblings in use
   for (auto entry = m_loaded.begin(); entry != m_loaded.end();) {
     const auto canUnload = ExportOf<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
     if (canUnload && canUnload() == S_OK) {
@@ -230,3 +233,5 @@ void CComponentLoader::UnloadIdle() noexcept {
   }
   gate.Leave();
 }
+
+}  // namespace qm::com

@@ -6,7 +6,11 @@
 
 #include "com/frame/ObjectMap.h"
 
+namespace qm::siblings {
+
 /// The coclasses that the DLL creates. Every component defines this function.
-const ObjectMap& ComponentObjects() noexcept;
+const com::ObjectMap& GetComponentObjects() noexcept;
 
 #endif
+
+}  // namespace qm::siblings

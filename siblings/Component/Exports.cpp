@@ -7,31 +7,33 @@
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_ATTACH) {
-    CComModule::Instance().Init(ComponentObjects(), instance);
+    qm::com::ComServer::Instance().Init(qm::siblings::GetComponentObjects(), instance);
   } else if (reason == DLL_PROCESS_DETACH && !reserved) {
     // When the process ends (reserved is not null), other DLLs may be gone already, so nothing is
     // released that needs them.
-    EndModuleLifetime();
+    qm::common::EndDllLifetime();
   }
   return TRUE;
 }
 
-STDAPI DllCanUnloadNow() { return ModuleLock::Count() == 0 ? S_OK : S_FALSE; }
+STDAPI DllCanUnloadNow() { return qm::com::DllLock::Count() == 0 ? S_OK : S_FALSE; }
 
 STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
-  return CComModule::Instance().GetClassObject(clsid, iid, out);
+  return qm::com::ComServer::Instance().GetClassObject(clsid, iid, out);
 }
 
 STDAPI DllRegisterServer() {
-  return RunAtBoundary(GUID_NULL, [] {
-    RegisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+  return qm::com::RunAtBoundary(GUID_NULL, [] {
+    qm::com::RegisterServer(qm::siblings::GetComponentObjects(),
+                            qm::com::ComServer::Instance().DllInstance());
     return S_OK;
   });
 }
 
 STDAPI DllUnregisterServer() {
-  return RunAtBoundary(GUID_NULL, [] {
-    UnregisterServer(ComponentObjects(), CComModule::Instance().ModuleInstance());
+  return qm::com::RunAtBoundary(GUID_NULL, [] {
+    qm::com::UnregisterServer(qm::siblings::GetComponentObjects(),
+                              qm::com::ComServer::Instance().DllInstance());
     return S_OK;
   });
 }

@@ -2,32 +2,36 @@
 
 #include <utility>
 
+namespace qm::siblings {
+
 void CRepository::Init(std::shared_ptr<const Repository> repository) noexcept {
   m_pRepository = std::move(repository);
 }
 
 STDMETHODIMP CRepository::GetProperty(BSTR name, BSTR* value) {
-  return AnswerText(value, [&] { return FindValue(*m_pRepository, ViewOf(name)); });
+  return AnswerText(value, [&] { return FindValue(*m_pRepository, common::ViewOf(name)); });
 }
 
-void CRepositories::Init(std::shared_ptr<const RepositoryList> list) noexcept {
+void Repositories::Init(std::shared_ptr<const RepositoryList> list) noexcept {
   m_pList = std::move(list);
 }
 
-STDMETHODIMP CRepositories::MoveFirst(IRepository** repository) {
+STDMETHODIMP Repositories::MoveFirst(IRepository** repository) {
   return Answer(repository, [&] { return MoveTo(0); });
 }
 
-STDMETHODIMP CRepositories::MoveNext(IRepository** repository) {
+STDMETHODIMP Repositories::MoveNext(IRepository** repository) {
   return Answer(repository, [&] { return MoveTo(m_next); });
 }
 
-IRepository* CRepositories::MoveTo(size_t position) {
+IRepository* Repositories::MoveTo(size_t position) {
   if (position == m_pList->size()) {
     return nullptr;
   }
   const std::shared_ptr<const Repository> found(m_pList, &(*m_pList)[position]);
-  IRepository* const repository = Make<CRepository>(found);
+  IRepository* const repository = Create<CRepository>(found);
   m_next = position + 1;
   return repository;
 }
+
+}  // namespace qm::siblings

@@ -5,8 +5,10 @@
 #include "siblings/Component/ComponentObject.h"
 #include "siblings/Corvane8/RepositoryList.h"
 
+namespace qm::siblings {
+
 /// One repository. Keeps the list that contains it alive.
-class CRepository : public CComponentObject<IRepository, &CLSID_RepositoryMgr> {
+class CRepository : public ComponentObject<IRepository, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const Repository> repository) noexcept;
 
@@ -18,7 +20,7 @@ class CRepository : public CComponentObject<IRepository, &CLSID_RepositoryMgr> {
 
 /// The repositories of a file, with a cursor. Keeps the list as it was read alive, even after the
 /// manager is gone or the file has changed.
-class CRepositories : public CComponentObject<IRepositories, &CLSID_RepositoryMgr> {
+class Repositories : public ComponentObject<IRepositories, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const RepositoryList> list) noexcept;
 
@@ -34,3 +36,5 @@ class CRepositories : public CComponentObject<IRepositories, &CLSID_RepositoryMg
   std::shared_ptr<const RepositoryList> m_pList;
   size_t m_next = 0;  ///< position of the repository after the cursor
 };
+
+}  // namespace qm::siblings

@@ -5,35 +5,38 @@
 #include "siblings/Component/File.h"
 #include "siblings/Corvane8/XmlReader.h"
 
+namespace qm::siblings {
+
 namespace {
 
 /// The elements that are read, each a child of the one before it.
 constexpr const wchar_t* kElements[] = {L"Repositories", L"Repository", L"Property"};
 
 /// Processes the start tag of kElements[depth].
-void Take(CXmlDocument& document, size_t depth, RepositoryList& list) {
+void Take(XmlReader& document, size_t depth, RepositoryList& list) {
   if (depth == 1) {
     list.emplace_back();
   } else if (depth == 2) {
-    if (std::optional<CWideString> name = document.Attribute(L"Name")) {
+    if (std::optional<common::WideString> name = document.GetAttribute(L"Name")) {
       list.back().push_back(
-          {std::move(*name), document.Attribute(L"Value").value_or(CWideString())});
+          {std::move(*name), document.GetAttribute(L"Value").value_or(common::WideString())});
     }
   }
 }
 
-RepositoryList Parse(CXmlDocument& document) {
-  constexpr auto raiseForRoot = [](CXmlDocument& at) {
-    at.RaiseHere(WC_E_ROOTELEMENT, L"the root element is not <Repositories>");
+RepositoryList Parse(XmlReader& document) {
+  constexpr auto raiseForRoot = [](XmlReader& at) {
+    at.RaiseAtLine(WC_E_ROOTELEMENT, L"the root element is not <Repositories>");
   };
   RepositoryList list;
   bool hasRoot = false;
   size_t depth = 0;  // number of open elements
   size_t known = 0;  // how many of them, from the root on, match kElements
-  for (XmlNodeType type = document.Next(); type != XmlNodeType_None; type = document.Next()) {
+  for (XmlNodeType type = document.ReadNode(); type != XmlNodeType_None;
+       type = document.ReadNode()) {
     if (type == XmlNodeType_Element) {
       const bool counts =
-          known == depth && depth < std::size(kElements) && document.IsNamed(kElements[depth]);
+          known == depth && depth < std::size(kElements) && document.HasName(kElements[depth]);
       if (depth == 0 && !counts) {
         raiseForRoot(document);
       }
@@ -58,15 +61,15 @@ RepositoryList Parse(CXmlDocument& document) {
 
 }  // namespace
 
-std::shared_ptr<const RepositoryList> ReadRepositories(const CWideString& path) {
-  const CUniqueFile file = OpenFile(path);
+std::shared_ptr<const RepositoryList> ReadRepositories(const common::WideString& path) {
+  const common::UniqueFile file = OpenFile(path);
   if (!file) {
     if (!IsMissingFile(::GetLastError())) {
-      RaiseForFile(path);
+      RaiseLastFileError(path);
     }
     return std::make_shared<const RepositoryList>();
   }
-  CXmlDocument document(path, ReadBytes(file, path));
+  XmlReader document(path, ReadAllBytes(file, path));
   return std::make_shared<const RepositoryList>(Parse(document));
 }
 
@@ -79,3 +82,5 @@ std::wstring_view FindValue(const Repository& repository, std::wstring_view name
                                   [&](const auto& property) { return property.name == name; });
   return found == repository.end() ? std::wstring_view() : std::wstring_view(found->value);
 }
+
+}  // namespace qm::siblings

@@ -6,9 +6,11 @@
 
 #include "common/WideString.h"
 
+namespace qm::siblings {
+
 struct RepositoryProperty {
-  CWideString name;
-  CWideString value;
+  common::WideString name;
+  common::WideString value;
 };
 
 /// The properties of a repository, in file order.
@@ -25,12 +27,14 @@ using RepositoryList = std::vector<Repository>;
 ///
 /// Other elements and attributes are ignored, and so are properties without a name and elements
 /// with a namespace prefix. A property without a value is empty. A file that does not exist has no
-/// repositories. Raises failures as RaiseForFile does if the file cannot be read, and as
-/// CXmlDocument does if it is malformed or has another root element.
-std::shared_ptr<const RepositoryList> ReadRepositories(const CWideString& path);
+/// repositories. Raises failures as RaiseLastFileError does if the file cannot be read, and as
+/// XmlReader does if it is malformed or has another root element.
+std::shared_ptr<const RepositoryList> ReadRepositories(const common::WideString& path);
 
 /// Whether a code of GetLastError means that a file or its folder does not exist.
 bool IsMissingFile(unsigned long code) noexcept;
 
 /// Returns the value of the first property with this name; empty if there is no such property.
 std::wstring_view FindValue(const Repository& repository, std::wstring_view name) noexcept;
+
+}  // namespace qm::siblings

@@ -3,14 +3,16 @@
 #include "siblings/Component/File.h"
 #include "siblings/Corvane8/Repositories.h"
 
+namespace qm::siblings {
+
 STDMETHODIMP CRepositoryMgr::get_Path(BSTR* path) {
   return AnswerText(path, [&]() -> std::wstring_view { return m_strPath; });
 }
 
 STDMETHODIMP CRepositoryMgr::put_Path(BSTR path) {
   return MethodBoundary([&] {
-    if (m_strPath != ViewOf(path)) {
-      m_strPath = ViewOf(path);
+    if (m_strPath != common::ViewOf(path)) {
+      m_strPath = common::ViewOf(path);
       m_pList.reset();
     }
     return S_OK;
@@ -19,13 +21,13 @@ STDMETHODIMP CRepositoryMgr::put_Path(BSTR path) {
 
 STDMETHODIMP CRepositoryMgr::GetRepositories(IRepositories** repositories) {
   return Answer(repositories, [&] {
-    Refresh();
-    return Make<CRepositories>(m_pList);
+    ReloadIfChanged();
+    return Create<Repositories>(m_pList);
   });
 }
 
-void CRepositoryMgr::Refresh() {
-  const FileStamp stamp = StampOf(m_strPath);
+void CRepositoryMgr::ReloadIfChanged() {
+  const common::FileStamp stamp = ReadStamp(m_strPath);
   if (!m_pList || stamp != m_stamp) {
     m_pList = ReadRepositories(m_strPath);
     // The stamp from before reading: the next call notices a change during reading.
@@ -33,11 +35,13 @@ void CRepositoryMgr::Refresh() {
   }
 }
 
-FileStamp CRepositoryMgr::StampOf(const CWideString& path) {
+common::FileStamp CRepositoryMgr::ReadStamp(const common::WideString& path) {
   WIN32_FILE_ATTRIBUTE_DATA data{};
   if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &data) &&
       !IsMissingFile(::GetLastError())) {
-    RaiseForFile(path);
+    RaiseLastFileError(path);
   }
-  return FileStamp::Of(data);
+  return common::FileStamp::Of(data);
 }
+
+}  // namespace qm::siblings

@@ -9,30 +9,32 @@
 #include "common/ComPtr.h"
 #include "common/WideString.h"
 
+namespace qm::siblings {
+
 /// Forward reader of an XML document, which uses the platform's parser. The document must be in
 /// UTF-8, or in UTF-16 with a byte-order mark, have no document type, and nest its elements at most
 /// 256 deep.
 ///
 /// Malformed documents are raised with the parser's HRESULT and a description that begins with the
 /// file and the line, "C:\Repositories.xml, line 3: ...".
-class CXmlDocument {
+class XmlReader {
  public:
   /// Reads the bytes of a file; `path` is used in descriptions.
-  CXmlDocument(const CWideString& path, std::string_view bytes);
+  XmlReader(const common::WideString& path, std::string_view bytes);
 
   /// Moves to the next node and returns its type; XmlNodeType_None after the last node.
-  XmlNodeType Next();
+  XmlNodeType ReadNode();
 
   // The following require the current node to be a start tag.
 
   /// Whether `name` is the name of the element, prefix included.
-  bool IsNamed(std::wstring_view name);
+  bool HasName(std::wstring_view name);
   bool IsEmptyElement() { return m_reader->IsEmptyElement() != FALSE; }
   /// Returns the value of an attribute, if the element has it.
-  std::optional<CWideString> Attribute(const wchar_t* name);
+  std::optional<common::WideString> GetAttribute(const wchar_t* name);
 
   /// Raises a failure at the current line.
-  [[noreturn]] void RaiseHere(HRESULT hr, const wchar_t* text);
+  [[noreturn]] void RaiseAtLine(HRESULT hr, const wchar_t* text);
 
  private:
   struct Place {
@@ -43,7 +45,9 @@ class CXmlDocument {
 
   [[noreturn]] void RaiseParserFailure(HRESULT hr);
 
-  CWideString m_path;
-  CComPtr<IXmlReader> m_reader;
+  common::WideString m_path;
+  common::ComPtr<IXmlReader> m_reader;
   Place m_last{XmlNodeType_None, 0, 0};
 };
+
+}  // namespace qm::siblings

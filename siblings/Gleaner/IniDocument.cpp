@@ -6,7 +6,7 @@
 #include "siblings/Gleaner/IniText.h"
 #include "text/Fold.h"
 
-using qm::text::CompareFolded;
+namespace qm::siblings {
 
 namespace {
 
@@ -29,7 +29,7 @@ std::wstring_view Trim(std::wstring_view text) noexcept {
 
 }  // namespace
 
-CIniFile::CIniFile(std::wstring text) : m_text(std::move(text)) {
+IniDocument::IniDocument(std::wstring text) : m_text(std::move(text)) {
   const wchar_t* const end = m_text.data() + m_text.size();
   for (const wchar_t* line = m_text.data(); line < end;) {
     const wchar_t* const lineEnd = std::find_if(line, end, IsLineBreak);
@@ -40,11 +40,11 @@ CIniFile::CIniFile(std::wstring text) : m_text(std::move(text)) {
   m_keys.shrink_to_fit();
 }
 
-std::shared_ptr<const CIniFile> CIniFile::Load(const CWideString& path) {
-  return std::make_shared<const CIniFile>(ReadText(path));
+std::shared_ptr<const IniDocument> IniDocument::Load(const common::WideString& path) {
+  return std::make_shared<const IniDocument>(ReadTextFile(path));
 }
 
-void CIniFile::AddLine(std::wstring_view line) {
+void IniDocument::AddLine(std::wstring_view line) {
   if (line.empty() || line.front() == L';') {
     return;
   }
@@ -60,47 +60,47 @@ void CIniFile::AddLine(std::wstring_view line) {
   }
 }
 
-CIniFile::Span CIniFile::PlaceOf(std::wstring_view part) const noexcept {
+IniDocument::Span IniDocument::PlaceOf(std::wstring_view part) const noexcept {
   return {static_cast<uint32_t>(part.data() - m_text.data()), static_cast<uint32_t>(part.size())};
 }
 
-const CIniFile::Section* CIniFile::SectionAt(size_t position) const noexcept {
+const IniDocument::Section* IniDocument::SectionAt(size_t position) const noexcept {
   return position < m_sections.size() ? &m_sections[position] : nullptr;
 }
 
-const CIniFile::Key* CIniFile::KeyAt(const Section& section, size_t position) const noexcept {
+const IniDocument::Key* IniDocument::KeyAt(const Section& section, size_t position) const noexcept {
   return position < section.keyCount ? &m_keys[section.firstKey + position] : nullptr;
 }
 
-const CIniFile::Section* CIniFile::FindSection(std::wstring_view name) const {
+const IniDocument::Section* IniDocument::FindSection(std::wstring_view name) const {
   return Find(m_sections.data(), m_sections.size(), name,
               [this]() -> Order& { return m_sectionOrder; });
 }
 
-const CIniFile::Key* CIniFile::FindKey(const Section& section, std::wstring_view name) const {
+const IniDocument::Key* IniDocument::FindKey(const Section& section, std::wstring_view name) const {
   return Find(m_keys.data() + section.firstKey, section.keyCount, name,
               [&]() -> Order& { return m_keyOrders[&section]; });
 }
 
 /// Returns positions sorted by name; equal names stay in file order.
 template <class Entry>
-CIniFile::Order CIniFile::OrderOf(const Entry* entries, size_t count) const {
+IniDocument::Order IniDocument::OrderOf(const Entry* entries, size_t count) const {
   Order order(count);
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
-    const int result = CompareFolded(TextAt(entries[a].name), TextAt(entries[b].name));
+    const int result = text::CompareFolded(TextAt(entries[a].name), TextAt(entries[b].name));
     return result != 0 ? result < 0 : a < b;
   });
   return order;
 }
 
 template <class Entry, class GetOrder>
-const Entry* CIniFile::Find(const Entry* entries, size_t count, std::wstring_view name,
-                            GetOrder getOrder) const {
+const Entry* IniDocument::Find(const Entry* entries, size_t count, std::wstring_view name,
+                               GetOrder getOrder) const {
   const Entry* const end = entries + count;
   if (count <= kFewNames) {
     const Entry* const found = std::find_if(entries, end, [&](const Entry& entry) {
-      return entry.name.length == name.size() && CompareFolded(TextAt(entry.name), name) == 0;
+      return entry.name.length == name.size() && text::CompareFolded(TextAt(entry.name), name) == 0;
     });
     return found != end ? found : nullptr;
   }
@@ -110,8 +110,11 @@ const Entry* CIniFile::Find(const Entry* entries, size_t count, std::wstring_vie
   }
   const auto place =
       std::lower_bound(order.begin(), order.end(), name, [&](uint32_t position, auto wanted) {
-        return CompareFolded(TextAt(entries[position].name), wanted) < 0;
+        return text::CompareFolded(TextAt(entries[position].name), wanted) < 0;
       });
-  const bool found = place != order.end() && CompareFolded(TextAt(entries[*place].name), name) == 0;
+  const bool found =
+      place != order.end() && text::CompareFolded(TextAt(entries[*place].name), name) == 0;
   return found ? entries + *place : nullptr;
 }
+
+}  // namespace qm::siblings

@@ -9,6 +9,8 @@
 
 #include "common/WideString.h"
 
+namespace qm::siblings {
+
 /// The parsed contents of an INI file: its sections and their keys, in file order. Not thread-safe:
 /// lookups by name build indexes.
 ///
@@ -20,7 +22,7 @@
 ///
 /// Lookups ignore case and find the first of several equal names. If a section occurs twice, the
 /// second one can be reached only by position.
-class CIniFile {
+class IniDocument {
  public:
   /// A part of the text, in UTF-16 units.
   struct Span {
@@ -38,10 +40,10 @@ class CIniFile {
   };
 
   /// Parses `text`. Throws std::bad_alloc.
-  explicit CIniFile(std::wstring text);
+  explicit IniDocument(std::wstring text);
 
   /// Reads and parses the file at `path`; see ReadText for its failures.
-  static std::shared_ptr<const CIniFile> Load(const CWideString& path);
+  static std::shared_ptr<const IniDocument> Load(const common::WideString& path);
 
   std::wstring_view TextAt(Span span) const noexcept {
     return {m_text.data() + span.begin, span.length};
@@ -75,3 +77,5 @@ class CIniFile {
   mutable Order m_sectionOrder;
   mutable std::map<const Section*, Order> m_keyOrders;
 };
+
+}  // namespace qm::siblings

@@ -2,16 +2,21 @@
 
 #include "siblings/Gleaner/IniSections.h"
 
-STDMETHODIMP CIniReader::get_Sections(IIniSections** sections) {
+namespace qm::siblings {
+
+STDMETHODIMP IniReader::get_Sections(IIniSections** sections) {
   return Answer(sections, [&] {
-    return Make<CIniSections>(m_pFile ? m_pFile : std::make_shared<const CIniFile>(std::wstring()));
+    return Create<IniSections>(m_pFile ? m_pFile
+                                       : std::make_shared<const IniDocument>(std::wstring()));
   });
 }
 
-STDMETHODIMP CIniReader::Load(BSTR path) {
+STDMETHODIMP IniReader::Load(BSTR path) {
   return MethodBoundary([&] {
     m_pFile.reset();
-    m_pFile = CIniFile::Load(path);
+    m_pFile = IniDocument::Load(path);
     return S_OK;
   });
 }
+
+}  // namespace qm::siblings

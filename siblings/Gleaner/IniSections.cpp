@@ -3,29 +3,33 @@
 #include "common/CollectionIndex.h"
 #include "siblings/Gleaner/IniKeys.h"
 
-void CIniSection::Init(std::shared_ptr<const CIniFile> file,
-                       const CIniFile::Section& section) noexcept {
+namespace qm::siblings {
+
+void IniSection::Init(std::shared_ptr<const IniDocument> file,
+                      const IniDocument::Section& section) noexcept {
   m_pFile = std::move(file);
   m_pSection = &section;
 }
 
-STDMETHODIMP CIniSection::get_Name(BSTR* name) {
+STDMETHODIMP IniSection::get_Name(BSTR* name) {
   return AnswerText(name, [&] { return m_pFile->TextAt(m_pSection->name); });
 }
 
-STDMETHODIMP CIniSection::get_Keys(IIniKeys** keys) {
-  return Answer(keys, [&] { return Make<CIniKeys>(m_pFile, *m_pSection); });
+STDMETHODIMP IniSection::get_Keys(IIniKeys** keys) {
+  return Answer(keys, [&] { return Create<IniKeys>(m_pFile, *m_pSection); });
 }
 
-void CIniSections::Init(std::shared_ptr<const CIniFile> file) noexcept {
+void IniSections::Init(std::shared_ptr<const IniDocument> file) noexcept {
   m_pFile = std::move(file);
 }
 
-STDMETHODIMP CIniSections::get_Item(VARIANT index, IIniSection** section) {
+STDMETHODIMP IniSections::get_Item(VARIANT index, IIniSection** section) {
   return Answer(section, [&]() -> IIniSection* {
-    const CCollectionIndex wanted(index);
-    const CIniFile::Section* const found = wanted.IsText() ? m_pFile->FindSection(wanted.Text())
-                                                           : m_pFile->SectionAt(wanted.Position());
-    return found ? Make<CIniSection>(m_pFile, *found) : nullptr;
+    const common::CollectionIndex wanted(index);
+    const IniDocument::Section* const found =
+        wanted.IsKey() ? m_pFile->FindSection(wanted.Key()) : m_pFile->SectionAt(wanted.Position());
+    return found ? Create<IniSection>(m_pFile, *found) : nullptr;
   });
 }
+
+}  // namespace qm::siblings

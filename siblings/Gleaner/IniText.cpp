@@ -6,6 +6,8 @@
 
 #include "siblings/Component/File.h"
 
+namespace qm::siblings {
+
 namespace {
 
 bool RemovePrefix(std::string_view& bytes, std::string_view prefix) noexcept {
@@ -43,7 +45,7 @@ std::wstring FromCodePage(UINT codePage, std::string_view bytes) {
 
 }  // namespace
 
-std::wstring DecodeText(std::string_view bytes) {
+std::wstring DecodeTextFile(std::string_view bytes) {
   if (RemovePrefix(bytes, "\xEF\xBB\xBF")) {
     return FromCodePage(CP_UTF8, bytes);
   }
@@ -56,10 +58,12 @@ std::wstring DecodeText(std::string_view bytes) {
   return FromCodePage(CP_ACP, bytes);
 }
 
-std::wstring ReadText(const CWideString& path) {
-  const CUniqueFile file = OpenFile(path);
+std::wstring ReadTextFile(const common::WideString& path) {
+  const common::UniqueFile file = OpenFile(path);
   if (!file) {
-    RaiseForFile(path);
+    RaiseLastFileError(path);
   }
-  return DecodeText(ReadBytes(file, path));
+  return DecodeTextFile(ReadAllBytes(file, path));
 }
+
+}  // namespace qm::siblings

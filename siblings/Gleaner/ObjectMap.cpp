@@ -1,11 +1,15 @@
 #include "siblings/Component/Component.h"
 #include "siblings/Gleaner/IniReader.h"
 
-const ObjectMap& ComponentObjects() noexcept {
-  static const ObjectMapEntry entries[] = {
+namespace qm::siblings {
+
+const com::ObjectMap& GetComponentObjects() noexcept {
+  static const com::ObjectMapEntry entries[] = {
       {&CLSID_IniReader, L"Gleaner.IniReader.1", L"Gleaner.IniReader", IDS_COMPONENT_DESCRIPTION,
-       &CreateComObject<CIniReader>},
+       &com::CreateComObject<IniReader>},
   };
-  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;
 }
+
+}  // namespace qm::siblings

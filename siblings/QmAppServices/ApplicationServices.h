@@ -2,6 +2,8 @@
 
 #include "siblings/Component/ComponentObject.h"
 
+namespace qm::siblings {
+
 /// The folders and search paths of the authoring environment (coclass ApplicationServices).
 ///
 /// Each value comes from its environment variable, otherwise from its key in section [Services] of
@@ -9,8 +11,8 @@
 /// Values are read at every call, so that changes take effect at once. It is a failure if the INI
 /// file exists and cannot be read. Environment variables ("%NAME%") are expanded in folders but not
 /// in search paths.
-class CApplicationServices
-    : public CComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
+class ApplicationServices
+    : public ComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
   STDMETHOD(get_GalleryRoot)(BSTR* folder) override;
   STDMETHOD(Reserved2)(BSTR* value) override { return NotImplemented(value); }
@@ -33,3 +35,5 @@ class CApplicationServices
  private:
   static HRESULT NotImplemented(BSTR* out) noexcept;
 };
+
+}  // namespace qm::siblings

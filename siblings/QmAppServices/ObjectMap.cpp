@@ -1,12 +1,16 @@
 #include "siblings/Component/Component.h"
 #include "siblings/QmAppServices/ApplicationServices.h"
 
-const ObjectMap& ComponentObjects() noexcept {
-  static const ObjectMapEntry entries[] = {
+namespace qm::siblings {
+
+const com::ObjectMap& GetComponentObjects() noexcept {
+  static const com::ObjectMapEntry entries[] = {
       {&CLSID_ApplicationServices, L"QmAppServices.ApplicationServices.1",
        L"QmAppServices.ApplicationServices", IDS_COMPONENT_DESCRIPTION,
-       &CreateComObject<CApplicationServices>},
+       &com::CreateComObject<ApplicationServices>},
   };
-  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;
 }
+
+}  // namespace qm::siblings

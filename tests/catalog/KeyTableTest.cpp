@@ -5,10 +5,12 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
-  const CTestFolder folder;
+  const TestFolder folder;
   const std::filesystem::path root = folder.Path();
   std::filesystem::create_directories(root / "ObjectGallery");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
@@ -16,15 +18,15 @@ TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
     const std::wstring file = (root / "ObjectGallery" / "x.ini").wstring();
     ::WritePrivateProfileStringW(L"MergeModule", L"ModuleID", id, file.c_str());
     ::WritePrivateProfileStringW(L"MergeModule", L"Version", version, file.c_str());
-    auto record = std::make_shared<CCacheMSM>();
+    auto record = std::make_shared<module::CCacheMSM>();
     record->InitFromGallery(L"x");
     return record;
   };
-  const std::shared_ptr<CCacheMSM> kept[] = {
+  const std::shared_ptr<module::CCacheMSM> kept[] = {
       described(L"Lamp.B", L"2.0RC"), described(L"Lamp", L""), described(L"LAMP", L"1.0x64")};
-  std::vector<std::weak_ptr<CCacheMSM>> records(std::begin(kept), std::end(kept));
+  std::vector<std::weak_ptr<module::CCacheMSM>> records(std::begin(kept), std::end(kept));
   records.push_back(described(L"Gone", L"1.0"));
-  CKeyTable table;
+  catalog::KeyTable table;
   for (const wchar_t* key : {L"lamp.b:2.0rc", L"lamp:0", L"lamp:1.0x64"}) {
     EXPECT_TRUE(table.Contains(key, records)) << key;
   }
@@ -39,3 +41,5 @@ TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -9,13 +9,15 @@
 #include "tests/support/Testing.h"
 #include "tests/support/Variants.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// "3" for a position, "'x'" for a text, and "" for what is no index.
 std::wstring IndexOf(const VARIANT& value) {
-  const CCollectionIndex index(value);
-  if (index.IsText()) {
-    return L"'" + std::wstring(index.Text()) + L"'";
+  const common::CollectionIndex index(value);
+  if (index.IsKey()) {
+    return L"'" + std::wstring(index.Key()) + L"'";
   }
   return index.Position() == SIZE_MAX ? L"" : std::to_wstring(index.Position());
 }
@@ -29,13 +31,13 @@ TEST(CollectionIndexTest, NumbersArePositionsAndAllElseIsText) {
   constexpr int byRef = VT_BYREF, toVariant = VT_BYREF | VT_VARIANT;
   const long one = 1;
   const double fraction = 2.5;
-  const CUniqueBstr key(AllocBstr(L"Key"));
+  const common::UniqueBstr key(common::TryAllocateBstr(L"Key"));
   const BSTR text = key.Get();
   const VARIANT number = Around(VT_I4, 1);
   const VARIANT toNumber = Around(VT_I4 | byRef, &one);
   const VARIANT nested = Around(toVariant, &number);
   VARIANT itself = Around(toVariant, &itself);
-  CComPtr<ICreateErrorInfo> object;
+  common::ComPtr<ICreateErrorInfo> object;
   ::CreateErrorInfo(object.Put());
 
   const auto expect = [](const wchar_t* expected, const std::vector<VARIANT>& indexes) {
@@ -66,3 +68,5 @@ TEST(CollectionIndexTest, NumbersArePositionsAndAllElseIsText) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

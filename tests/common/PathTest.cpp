@@ -4,6 +4,8 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(PathTest, JoiningPutsOneBackslashBetweenTheParts) {
@@ -17,10 +19,12 @@ TEST(PathTest, JoiningPutsOneBackslashBetweenTheParts) {
       {L"C:\\", L"b\\c", L"C:\\b\\c"},
       {L"", L"", L""}};
   for (const auto& [base, tail, joined] : cases) {
-    EXPECT_EQ(JoinPath(base, tail), joined);
+    EXPECT_EQ(common::JoinPath(base, tail), joined);
   }
-  EXPECT_EQ(FolderOf(L"C:\\a\\b.msm"), L"C:\\a");
-  EXPECT_EQ(FolderOf(L"b.msm"), L"");
+  EXPECT_EQ(common::ParentFolder(L"C:\\a\\b.msm"), L"C:\\a");
+  EXPECT_EQ(common::ParentFolder(L"b.msm"), L"");
 }
 
 }  // namespace
+
+}  // namespace qm::tests

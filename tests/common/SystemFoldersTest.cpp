@@ -5,6 +5,8 @@
 #include "common/Path.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -12,17 +14,19 @@ namespace {
 TEST(SystemFoldersTest, FoldersAreThoseOfTheMachine) {
   wchar_t windows[MAX_PATH];
   ::GetWindowsDirectoryW(windows, MAX_PATH);
-  EXPECT_EQ(GetSystemFolder(kSysNative), JoinPath(windows, L"sysnative"));
-  EXPECT_EQ(GetSystemFolder(kSysWow64), JoinPath(windows, L"syswow64"));
-  EXPECT_TRUE(fs::exists(fs::path(GetSystemFolder(0).c_str()) / "kernel32.dll"));
-  for (const unsigned long view : {0UL, kNativeFolder}) {
-    const CWideString programs = GetProgramFolder(kProgramFiles | view);
-    const CWideString common = GetProgramFolder(kCommonFiles | view);
+  EXPECT_EQ(common::GetSystemFolder(common::kSysNative), common::JoinPath(windows, L"sysnative"));
+  EXPECT_EQ(common::GetSystemFolder(common::kSysWow64), common::JoinPath(windows, L"syswow64"));
+  EXPECT_TRUE(fs::exists(fs::path(common::GetSystemFolder(0).c_str()) / "kernel32.dll"));
+  for (const unsigned long view : {0UL, common::kNativeFolder}) {
+    const common::WideString programs = common::GetProgramFolder(common::kProgramFiles | view);
+    const common::WideString common = common::GetProgramFolder(common::kCommonFiles | view);
     EXPECT_TRUE(fs::is_directory(programs.c_str()));
     EXPECT_TRUE(fs::is_directory(common.c_str()));
     EXPECT_NE(programs, common);
-    EXPECT_EQ(programs, GetProgramFolder(2 | view)) << "any other request";
+    EXPECT_EQ(programs, common::GetProgramFolder(2 | view)) << "any other request";
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

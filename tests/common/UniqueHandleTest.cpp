@@ -4,6 +4,8 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 std::vector<int> g_closed;
@@ -20,7 +22,7 @@ struct CountingTraits {
 TEST(UniqueHandleTest, ClosesEachHandleOnce) {
   using Closed = std::vector<int>;
   {
-    CUniqueHandle<CountingTraits> none, first(0), second(std::move(first)), target(1);
+    common::UniqueHandle<CountingTraits> none, first(0), second(std::move(first)), target(1);
     EXPECT_FALSE(none);
     EXPECT_FALSE(first);  // NOLINT(bugprone-use-after-move): a moved-from handle is empty
     EXPECT_TRUE(second);
@@ -39,9 +41,11 @@ TEST(UniqueHandleTest, ClosesEachHandleOnce) {
   EXPECT_EQ(g_closed, (Closed{1, 0, 2, 3}));
 
   ::SetLastError(ERROR_SHARING_VIOLATION);
-  CUniqueHandle<CountingTraits>(5).Reset();
+  common::UniqueHandle<CountingTraits>(5).Reset();
   const DWORD code = ::GetLastError();
   EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, code) << "closing changed the code";
 }
 
 }  // namespace
+
+}  // namespace qm::tests

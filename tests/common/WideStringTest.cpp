@@ -4,26 +4,28 @@
 #include "common/Path.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(WideStringTest, EveryWayToMakeTextKeepsTheLastErrorCode) {
   const std::wstring text(1000, L'x');  // far too long for a buffer inside the string
-  const CWideString other(text);
-  const std::pair<const char*, std::function<CWideString()>> ways[] = {
-      {"pointer", [&] { return CWideString(text.c_str()); }},
-      {"pointer and length", [&] { return CWideString(text.c_str(), text.size()); }},
-      {"view", [&] { return CWideString(std::wstring_view(text)); }},
-      {"copy", [&] { return CWideString(other); }},
-      {"assignment", [&] { return std::move(CWideString() = other); }},
-      {"appending", [&] { return std::move(CWideString() += text); }},
+  const common::WideString other(text);
+  const std::pair<const char*, std::function<common::WideString()>> ways[] = {
+      {"pointer", [&] { return common::WideString(text.c_str()); }},
+      {"pointer and length", [&] { return common::WideString(text.c_str(), text.size()); }},
+      {"view", [&] { return common::WideString(std::wstring_view(text)); }},
+      {"copy", [&] { return common::WideString(other); }},
+      {"assignment", [&] { return std::move(common::WideString() = other); }},
+      {"appending", [&] { return std::move(common::WideString() += text); }},
       {"joining", [&] { return L"head" + other + text; }},
-      {"formatting", [&] { return CWideString::Format(L"%s", text.c_str()); }},
-      {"path", [&] { return JoinPath(other, text); }},
-      {"module key", [&] { return MakeModuleKey(other, 1033); }},
+      {"formatting", [&] { return common::WideString::Format(L"%s", text.c_str()); }},
+      {"path", [&] { return common::JoinPath(other, text); }},
+      {"module key", [&] { return common::MakeModuleKey(other, 1033); }},
   };
   for (const auto& [how, make] : ways) {
     ::SetLastError(ERROR_SHARING_VIOLATION);
-    const CWideString made = make();
+    const common::WideString made = make();
     EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, ::GetLastError()) << how;
     EXPECT_LE(text.size(), made.length()) << how;
   }
@@ -35,10 +37,12 @@ TEST(WideStringTest, EveryWayToMakeTextKeepsTheLastErrorCode) {
 
 TEST(WideStringTest, TextsOfAnyLengthAreFormatted) {
   const std::wstring longText(5000, L'\u00e9');
-  EXPECT_EQ(CWideString::Format(L"%s:%d", L"Id.\u4e2d", -7), L"Id.\u4e2d:-7");
-  EXPECT_EQ(CWideString::Format(L"%d", INT_MIN), L"-2147483648");
-  EXPECT_EQ(CWideString::Format(L"%s", longText.c_str()), longText);
-  EXPECT_EQ(CWideString::Format(L"%s%s", L"", L""), L"");
+  EXPECT_EQ(common::WideString::Format(L"%s:%d", L"Id.\u4e2d", -7), L"Id.\u4e2d:-7");
+  EXPECT_EQ(common::WideString::Format(L"%d", INT_MIN), L"-2147483648");
+  EXPECT_EQ(common::WideString::Format(L"%s", longText.c_str()), longText);
+  EXPECT_EQ(common::WideString::Format(L"%s%s", L"", L""), L"");
 }
 
 }  // namespace
+
+}  // namespace qm::tests

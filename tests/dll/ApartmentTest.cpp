@@ -7,6 +7,8 @@
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// A thread with a single-threaded apartment of its own; the test waits for its end.
@@ -31,10 +33,10 @@ class Event {
   HANDLE m_event = ::CreateEventW(nullptr, TRUE, FALSE, nullptr);
 };
 
-class ApartmentTest : public CCatalogTest {
+class ApartmentTest : public CatalogFixture {
  protected:
   void SetUp() override {
-    CCatalogTest::SetUp();
+    CatalogFixture::SetUp();
     // The server's C library keeps something for as many threads as there ever were at once.
     std::atomic<int> threads = 0;
     RunInFour(
@@ -70,12 +72,12 @@ class ApartmentTest : public CCatalogTest {
       ASSERT_TRUE(catalog);
       for (int call = 0; call < 5; ++call) {
         const int expected = 2 + added;
-        const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+        const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
         long count = 0;
         EXPECT_EQ(S_OK, list->get_Count(&count));
         EXPECT_LE(expected, count);
         EXPECT_EQ(L"Rich.0A1B:1033", Find(catalog.Get(), L"rich.0a1b"));
-        CComPtr<IMMSources> sources;
+        common::ComPtr<IMMSources> sources;
         EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put()));
         const auto rich = ModuleOf(list.Get(), L"Rich.0A1B:1033");
         const auto described = ModuleOf(list.Get(), L"Described:0");
@@ -87,9 +89,9 @@ class ApartmentTest : public CCatalogTest {
     }
   }
 
-  static CComPtr<IMergeModule> ModuleOf(IMergeModules* list, const wchar_t* key) {
-    CComPtr<IMergeModule> module;
-    EXPECT_EQ(S_OK, list->get_Item(CVariant(key), module.Put()));
+  static common::ComPtr<IMergeModule> ModuleOf(IMergeModules* list, const wchar_t* key) {
+    common::ComPtr<IMergeModule> module;
+    EXPECT_EQ(S_OK, list->get_Item(Variant(key), module.Put()));
     return module;
   }
 };
@@ -146,10 +148,10 @@ TEST_F(ApartmentTest, AnApartmentThatWaitsForAnothersRefreshAnswersItsCalls) {
     isRefreshing.Set();
     isMarshaled.Wait();
     ::Sleep(50);  // the other apartment waits now
-    CComPtr<IUnknown> witness;
+    common::ComPtr<IUnknown> witness;
     EXPECT_EQ(S_OK, ::CoGetInterfaceAndReleaseStream(stream, __uuidof(IUnknown),
                                                      reinterpret_cast<void**>(witness.Put())));
-    CComPtr<IDispatch> none;
+    common::ComPtr<IDispatch> none;
     EXPECT_EQ(E_NOINTERFACE, witness.QueryInterface(none.Put()));
   };
   std::thread first = StartApartment([&] { EXPECT_EQ(L"One:1033", KeysOf(NewCatalog().Get())); });
@@ -167,3 +169,5 @@ TEST_F(ApartmentTest, AnApartmentThatWaitsForAnothersRefreshAnswersItsCalls) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

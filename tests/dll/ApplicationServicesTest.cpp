@@ -9,6 +9,8 @@
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::StartsWith;
@@ -41,7 +43,7 @@ class ApplicationServicesTest : public ::testing::Test {
       ::SetEnvironmentVariableW(setting.variable, nullptr);
     }
     std::filesystem::copy_file(ProgramFolder() / L"QmAppServices.dll", m_dll);
-    m_component = std::make_unique<CComDll>(m_dll);
+    m_component = std::make_unique<ComDll>(m_dll);
     m_services = m_component->Create<IApplicationServices>(CLSID_ApplicationServices);
   }
 
@@ -50,28 +52,29 @@ class ApplicationServicesTest : public ::testing::Test {
   }
 
   std::wstring Get(const Setting& setting) {
-    CUniqueBstr value;
+    common::UniqueBstr value;
     EXPECT_EQ(S_OK, CallSlot(m_services.Get(), setting.slot, value.Put()));
     EXPECT_TRUE(value) << "a null text";
-    return std::wstring(ViewOf(value.Get()));
+    return std::wstring(common::ViewOf(value.Get()));
   }
 
   std::wstring Default(const Setting& setting) {
     switch (setting.slot) {
       case 15:
-        return JoinPath(GetProgramFolder(kCommonFiles), L"Merge Modules").c_str();
+        return common::JoinPath(common::GetProgramFolder(common::kCommonFiles), L"Merge Modules")
+            .c_str();
       case 17:
         return L"";
       default:
-        return FolderOf(m_dll).c_str();
+        return common::ParentFolder(m_dll).c_str();
     }
   }
 
-  CComThread m_com;
-  CTestFolder m_folder;
+  ComThread m_com;
+  TestFolder m_folder;
   std::wstring m_dll = m_folder / L"QmAppServices.dll";
-  std::unique_ptr<CComDll> m_component;
-  CComPtr<IApplicationServices> m_services;
+  std::unique_ptr<ComDll> m_component;
+  common::ComPtr<IApplicationServices> m_services;
 };
 
 TEST_F(ApplicationServicesTest, TheEnvironmentTakesPrecedenceOverTheSettingsFile) {
@@ -94,7 +97,7 @@ TEST_F(ApplicationServicesTest, TheEnvironmentTakesPrecedenceOverTheSettingsFile
     WriteSettings(key + "=");
     EXPECT_EQ(L"", Get(setting));
     WriteSettings(key + "=..\\From, Here");
-    const std::wstring above = FolderOf(FolderOf(m_dll)).c_str();
+    const std::wstring above = common::ParentFolder(common::ParentFolder(m_dll)).c_str();
     const bool isList = setting.slot == 15 || setting.slot == 17;
     EXPECT_EQ(above + (isList ? L"\\From,Here" : L"\\From, Here"), Get(setting));
     ::SetEnvironmentVariableW(L"QM_TEST_PLACE", L"C:\\Place");
@@ -115,9 +118,9 @@ TEST_F(ApplicationServicesTest, TheEnvironmentTakesPrecedenceOverTheSettingsFile
     set(nullptr);
     EXPECT_EQ(L"C:\\From File", Get(setting));
 
-    CVariant value;
+    Variant value;
     EXPECT_EQ(S_OK, Invoke(m_services.Get(), setting.member, kByName, nullptr, &value));
-    EXPECT_EQ(L"C:\\From File", ViewOf(value.bstrVal));
+    EXPECT_EQ(L"C:\\From File", common::ViewOf(value.bstrVal));
     EXPECT_EQ(E_POINTER,
               CallSlotWithNull(m_services.Get(), setting.slot, static_cast<void*>(nullptr)));
   }
@@ -137,7 +140,7 @@ TEST_F(ApplicationServicesTest, ASettingsFileThatCannotBeReadIsAFailure) {
   WriteSettings("DataDir=C:\\Data");
   const std::wstring path = m_folder / L"QmAppServices.ini";
   HANDLE lock = ::CreateFileW(path.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-  CUniqueBstr value;
+  common::UniqueBstr value;
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_SHARING_VIOLATION), m_services->get_DataFolder(value.Put()));
   EXPECT_THAT(TakeDescription(), StartsWith(path + L": "));
   ::CloseHandle(lock);
@@ -155,3 +158,5 @@ TEST_F(ApplicationServicesTest, ObjectsLockTheComponent) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

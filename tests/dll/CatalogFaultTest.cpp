@@ -11,6 +11,8 @@
 #include "tests/support/CatalogFixture.h"
 #include "tests/support/UnknownKind.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::EndsWith;
@@ -42,10 +44,10 @@ List Without(const List& list, const List& others) {
 
 /// A manager makes a catalog that is refreshed without and with a change, with call 1, 2, 3, ... of
 /// one kind failing; then the catalog is refreshed without a fault.
-class CatalogFaultTest : public CCatalogTest {
+class CatalogFaultTest : public CatalogFixture {
  protected:
   void SetUp() override {
-    CCatalogTest::SetUp();
+    CatalogFixture::SetUp();
     KeepSiblingsLoaded();
     // The C++ runtime makes some of its state when an exception first finds memory short.
     SweepFaults(FaultKind::Heap, [&](int) { NewCatalog(); });
@@ -87,10 +89,10 @@ class CatalogFaultTest : public CCatalogTest {
 
   void RunOnce() {
     HRESULT results[4];
-    CComPtr<IMergeModules> lists[4];
+    common::ComPtr<IMergeModules> lists[4];
     auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
-    CComPtr<IUnknown> made;
-    CComPtr<IMMCatalogCaskel> catalog;
+    common::ComPtr<IUnknown> made;
+    common::ComPtr<IMMCatalogCaskel> catalog;
     results[0] = manager ? manager->GetCatalog(1, made.Put()) : E_OUTOFMEMORY;
     if (FAILED(results[0])) {
       EXPECT_FALSE(made);
@@ -176,15 +178,15 @@ TEST_F(CatalogFaultTest, AShortageDuringQueriesFailsOneOfThemAlone) {
   SetSearchPath(L"*a,*b");
   auto catalog = NewCatalog();
   ModulesOf(catalog.Get());
-  CVariant key(L"One"), keyOfAll(L"one:1033");
+  Variant key(L"One"), keyOfAll(L"one:1033");
   for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text}) {
     const int runs = SweepFaults(kind, [&](int call) {
       SCOPED_TRACE("call " + std::to_string(call));
-      CComPtr<IMergeModules> found[3];
-      CComPtr<IMMSources> sources;
-      CComPtr<IMMSource> source;
-      CVariant modules, count;
-      CUniqueBstr texts[3];
+      common::ComPtr<IMergeModules> found[3];
+      common::ComPtr<IMMSources> sources;
+      common::ComPtr<IMMSource> source;
+      Variant modules, count;
+      common::UniqueBstr texts[3];
       long counts[2];
       std::vector<HRESULT> results{
           catalog->FindModule(key.bstrVal, nullptr, 0, found[0].Put(), &counts[0]),
@@ -194,7 +196,7 @@ TEST_F(CatalogFaultTest, AShortageDuringQueriesFailsOneOfThemAlone) {
           catalog->GetModuleForFile(key.bstrVal, texts[0].Put()),
           catalog->GetModuleDisplayName(key.bstrVal, texts[1].Put())};
       if (sources) {
-        sources->get_Item(CVariant(1), source.Put());
+        sources->get_Item(Variant(1), source.Put());
         results.push_back(source->get_MergeModules(found[2].Put()));
         results.push_back(source->get_DisplayName(texts[2].Put()));
       }
@@ -226,7 +228,7 @@ TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
   const int last = CallCount("malloc") - before;
   std::vector<int> blocks;
   for (int round = 1; round <= 4; ++round) {
-    CComPtr<IMergeModules> none;
+    common::ComPtr<IMergeModules> none;
     FailCall(FaultKind::Heap, last);
     EXPECT_EQ(E_OUTOFMEMORY, third->get_MergeModules(none.Put()));
     FailNoCall();
@@ -237,12 +239,12 @@ TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
 
 /// Lists module files that are added, removed and changed at random, by two catalogs of which one
 /// is replaced now and then.
-class CatalogSoakTest : public CCatalogTest {
+class CatalogSoakTest : public CatalogFixture {
  protected:
   void Soak(int refreshes) {
     SetSearchPath(L"*a,*b,*missing");
     ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"gallery").c_str());
-    CComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
+    common::ComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
     for (int i = 1; i <= refreshes; ++i) {
       ChangeSomething();
       if (i % 50 == 0) {
@@ -300,3 +302,5 @@ TEST_F(CatalogSoakTest, AThousandRefreshesLeaveNothing) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

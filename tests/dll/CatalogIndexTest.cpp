@@ -2,19 +2,21 @@
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::PrintToString;
 
 /// The index tables are read by the first catalog of the process, before the test begins.
-class CatalogIndexTest : public CCatalogTest {
+class CatalogIndexTest : public CatalogFixture {
  protected:
   void Settle() override {
     const std::wstring folder = m_folder / L"index";
     WriteIndexes("");
     ::SetEnvironmentVariableW(L"QM_MODULE_INDEX_DIR", folder.c_str());
     ::SetEnvironmentVariableW(L"QM_FILE_INDEX_DIR", (folder + L"\\").c_str());
-    CCatalogTest::Settle();
+    CatalogFixture::Settle();
   }
 
   /// Writes the index files, with `mark` behind every module ID and display name.
@@ -72,22 +74,24 @@ TEST_F(CatalogIndexTest, AnswersFromTheIndexFilesThatTheProcessReadFirst) {
     for (const auto& [module, files] : modules) {
       for (const wchar_t* file : files) {
         SCOPED_TRACE(PrintToString(std::wstring(file ? file : L"(null)")));
-        CUniqueBstr key;
-        EXPECT_EQ(S_OK, catalog->GetModuleForFile(CVariant(file).bstrVal, key.Put()));
+        common::UniqueBstr key;
+        EXPECT_EQ(S_OK, catalog->GetModuleForFile(Variant(file).bstrVal, key.Put()));
         EXPECT_TRUE(key);
-        EXPECT_EQ(module, ViewOf(key.Get()));
+        EXPECT_EQ(module, common::ViewOf(key.Get()));
       }
     }
     for (const auto& [key, expected] : names) {
       SCOPED_TRACE(PrintToString(std::wstring(key ? key : L"(null)")));
-      CUniqueBstr name;
-      EXPECT_EQ(S_OK, catalog->GetModuleDisplayName(CVariant(key).bstrVal, name.Put()));
-      EXPECT_EQ(expected, ViewOf(name.Get()));
+      common::UniqueBstr name;
+      EXPECT_EQ(S_OK, catalog->GetModuleDisplayName(Variant(key).bstrVal, name.Put()));
+      EXPECT_EQ(expected, common::ViewOf(name.Get()));
     }
-    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
     EXPECT_EQ(L"Name of \u00C4lpha", ReadModule(ModuleAt(list.Get(), 1).Get(), L"DisplayName"));
     EXPECT_EQ(L"Title of Gamma", ReadModule(ModuleAt(list.Get(), 2).Get(), L"DisplayName"));
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

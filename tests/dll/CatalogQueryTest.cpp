@@ -2,16 +2,18 @@
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::PrintToString;
 
-CUniqueBstr Text(const wchar_t* text) { return CUniqueBstr(::SysAllocString(text)); }
+common::UniqueBstr Text(const wchar_t* text) { return common::UniqueBstr(::SysAllocString(text)); }
 
-class CatalogQueryTest : public CCatalogTest {
+class CatalogQueryTest : public CatalogFixture {
  protected:
   void SetUp() override {
-    CCatalogTest::SetUp();
+    CatalogFixture::SetUp();
     SetSearchPath(L"*a");
     WriteModule(L"a\\1.msm", "Alpha", "1.0", 1031);
     WriteModule(L"a\\2.msm", "Alpha", "2.0RC", 1033);
@@ -22,19 +24,19 @@ class CatalogQueryTest : public CCatalogTest {
   }
   void TearDown() override {
     m_catalog.Release();
-    CCatalogTest::TearDown();
+    CatalogFixture::TearDown();
   }
 
   /// The keys of the modules that CatalogQuery finds; a failure's HRESULT.
   std::wstring Query(VARIANT query) const {
-    CVariant count(L"what was in the variable"), modules;
+    Variant count(L"what was in the variable"), modules;
     const HRESULT hr = m_catalog->CatalogQuery(query, &count, &modules);
     EXPECT_EQ(FAILED(hr) ? VT_BSTR : VT_I4, count.vt);
     EXPECT_EQ(FAILED(hr) ? VT_EMPTY : VT_DISPATCH, modules.vt);
     if (FAILED(hr)) {
       return FailureText(hr, L"");
     }
-    CComPtr<IMergeModules> list;
+    common::ComPtr<IMergeModules> list;
     long inList = -1;
     modules.pdispVal->QueryInterface(__uuidof(IMergeModules), reinterpret_cast<void**>(list.Put()));
     list->get_Count(&inList);
@@ -42,7 +44,7 @@ class CatalogQueryTest : public CCatalogTest {
     return KeysOf(list.Get());
   }
 
-  CComPtr<IMMCatalogCaskel> m_catalog;
+  common::ComPtr<IMMCatalogCaskel> m_catalog;
 };
 
 TEST_F(CatalogQueryTest, FindsModulesByIdLanguageAndVersion) {
@@ -79,9 +81,9 @@ TEST_F(CatalogQueryTest, FindsModulesByIdLanguageAndVersion) {
   for (const auto& c : cases) {
     SCOPED_TRACE(PrintToString(std::wstring(c.key ? c.key : L"(null)").substr(0, 20)));
     for (const long flags : {0L, 1L, -1L}) {
-      CComPtr<IMergeModules> modules, inAllLanguages;
+      common::ComPtr<IMergeModules> modules, inAllLanguages;
       long count = -1, countOfAll = -1;
-      CUniqueBstr key = Text(c.key);
+      common::UniqueBstr key = Text(c.key);
       BSTR keyByReference = key.Get();
       EXPECT_EQ(S_OK, m_catalog->FindModule(key.Get(), Text(c.version).Get(), flags, modules.Put(),
                                             &count));
@@ -96,7 +98,7 @@ TEST_F(CatalogQueryTest, FindsModulesByIdLanguageAndVersion) {
       EXPECT_EQ(inList, countOfAll);
     }
     // As scripts ask: with a text, or an array of key and version.
-    CVariant key(c.key);
+    Variant key(c.key);
     if (!c.version || !*c.version) {
       EXPECT_EQ(c.found, Query(key));
     }
@@ -107,14 +109,14 @@ TEST_F(CatalogQueryTest, FindsModulesByIdLanguageAndVersion) {
     EXPECT_EQ(c.found, Query(Around(VT_ARRAY | VT_BSTR, texts)));
     ::SafeArrayDestroy(texts);
   }
-  const CUniqueBstr withZero(::SysAllocStringLen(L"Alpha\0:1031", 11));
+  const common::UniqueBstr withZero(::SysAllocStringLen(L"Alpha\0:1031", 11));
   EXPECT_EQ(L"", Query(Around(VT_BSTR, withZero.Get())));
 }
 
 TEST_F(CatalogQueryTest, NullPointersAreRefused) {
-  CComPtr<IMergeModules> modules;
+  common::ComPtr<IMergeModules> modules;
   long count = 7;
-  CVariant query(L"Beta"), result;
+  Variant query(L"Beta"), result;
   BSTR key = query.bstrVal;
   EXPECT_EQ(E_POINTER, m_catalog->FindModule(key, nullptr, 0, nullptr, &count));
   EXPECT_EQ(E_POINTER, m_catalog->FindModule(key, nullptr, 0, modules.Put(), nullptr));
@@ -132,7 +134,7 @@ TEST_F(CatalogQueryTest, NullPointersAreRefused) {
 }
 
 TEST_F(CatalogQueryTest, AQueryIsATextOrAnArrayOfTwo) {
-  CVariant beta(L"Beta"), nothing;
+  Variant beta(L"Beta"), nothing;
   VARIANT byReference = Around(VT_VARIANT | VT_BYREF, &beta),
           twice = Around(VT_VARIANT | VT_BYREF, &byReference), itself;
   itself = Around(VT_VARIANT | VT_BYREF, &itself);
@@ -145,7 +147,7 @@ TEST_F(CatalogQueryTest, AQueryIsATextOrAnArrayOfTwo) {
   ::SafeArrayPutElement(pair.parray, &index, &beta);
   VARIANT pairByReference = Around(VT_ARRAY | VT_VARIANT | VT_BYREF, &pair.parray);
   index = 1;
-  CVariant one(1);
+  Variant one(1);
   ::SafeArrayPutElement(number.parray, &index, &one);
   ::SafeArrayCopy(number.parray, &withArray.parray);
   ::SafeArrayPutElement(withArray.parray, &index, &pair);
@@ -188,14 +190,14 @@ TEST_F(CatalogQueryTest, AQueryIsATextOrAnArrayOfTwo) {
 }
 
 TEST_F(CatalogQueryTest, TheCountIsStoredInAVariableOfAnyKind) {
-  CVariant beta(L"Beta"), variable(L"old");
+  Variant beta(L"Beta"), variable(L"old");
   long number = 7;
   VARIANT toVariable = Around(VT_VARIANT | VT_BYREF, &variable),
           twice = Around(VT_VARIANT | VT_BYREF, &toVariable),
           toNumber = Around(VT_I4 | VT_BYREF, &number),
           leftOut = Around(VT_ERROR, DISP_E_PARAMNOTFOUND);
   for (VARIANT* count : {static_cast<VARIANT*>(nullptr), &leftOut, &twice, &toNumber}) {
-    CVariant modules;
+    Variant modules;
     EXPECT_EQ(S_OK, m_catalog->CatalogQuery(beta, count, &modules));
   }
   EXPECT_EQ(VT_ERROR, leftOut.vt);
@@ -203,7 +205,7 @@ TEST_F(CatalogQueryTest, TheCountIsStoredInAVariableOfAnyKind) {
   EXPECT_EQ(1, variable.lVal);
   EXPECT_EQ(1, number);
   // One variable for both, as a script may pass it.
-  CVariant both(L"Beta"), modules;
+  Variant both(L"Beta"), modules;
   EXPECT_EQ(S_OK, m_catalog->CatalogQuery(Around(VT_VARIANT | VT_BYREF, &both), &both, &modules));
   EXPECT_EQ(VT_I4, both.vt);
   EXPECT_EQ(1, both.lVal);
@@ -223,3 +225,5 @@ TEST_F(CatalogQueryTest, GettingTheListReleasesTheOneThatTheCallerHeld) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -5,31 +5,33 @@
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::PrintToString;
 
 std::wstring Text(IDispatch* object, const wchar_t* property) {
-  CVariant value;
+  Variant value;
   EXPECT_EQ(S_OK, Invoke(object, property, DISPATCH_PROPERTYGET, nullptr, &value));
   EXPECT_EQ(S_OK, ::VariantChangeType(&value, &value, VARIANT_ALPHABOOL, VT_BSTR));
-  return std::wstring(ViewOf(value.bstrVal));
+  return std::wstring(common::ViewOf(value.bstrVal));
 }
 
-class CatalogSourceTest : public CCatalogTest {
+class CatalogSourceTest : public CatalogFixture {
  protected:
   /// All sources, with "*" for the test's folder: entry, folder, name, second pass and keys.
   std::wstring SourcesOf(IMMCatalog* catalog) const {
-    CComPtr<IMMSources> sources;
+    common::ComPtr<IMMSources> sources;
     EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put())) << PrintToString(TakeDescription());
     std::wstring all;
     long count = 0;
     sources->get_Count(&count);
     for (long number = 1; number <= count; ++number) {
-      CComPtr<IMMSource> source, same;
-      CComPtr<IMergeModules> modules;
-      EXPECT_EQ(S_OK, sources->get_Item(CVariant(number), source.Put()));
-      EXPECT_EQ(S_OK, sources->get_Item(CVariant(std::to_wstring(number).c_str()), same.Put()));
+      common::ComPtr<IMMSource> source, same;
+      common::ComPtr<IMergeModules> modules;
+      EXPECT_EQ(S_OK, sources->get_Item(Variant(number), source.Put()));
+      EXPECT_EQ(S_OK, sources->get_Item(Variant(std::to_wstring(number).c_str()), same.Put()));
       EXPECT_EQ(source.Get(), same.Get());
       EXPECT_EQ(S_OK, source->get_MergeModules(modules.Put()));
       for (const wchar_t* property : {L"Entry", L"Folder", L"DisplayName", L"SecondPass"}) {
@@ -98,8 +100,8 @@ TEST_F(CatalogSourceTest, CatalogsThatSpellAFolderDifferentlyShareItsList) {
   ::SetEnvironmentVariableW(L"QM_TEST_FOLDER", folder.c_str());
   const std::wstring shortPath = ShortPath(folder);
   EXPECT_NE(folder, shortPath);
-  std::vector<CComPtr<IMMCatalogCaskel>> catalogs;
-  std::vector<CComPtr<IMergeModules>> lists;
+  std::vector<common::ComPtr<IMMCatalogCaskel>> catalogs;
+  std::vector<common::ComPtr<IMergeModules>> lists;
   for (const std::wstring& entry :
        {std::wstring(L"*one of many modules"), std::wstring(L"*ONE of many modules\\"),
         std::wstring(L"%QM_TEST_FOLDER%\\."), L"\\\\?\\" + folder, shortPath}) {
@@ -203,7 +205,7 @@ TEST_F(CatalogRepositoryTest, FoldersOfRepositoriesComeInTheSecondPass) {
     SCOPED_TRACE(step.what);
     WriteList(step.repositories);
     const int opened = FilesOpened();
-    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
     EXPECT_EQ(step.keys, KeysOf(list.Get()));
     EXPECT_EQ(step.sources, SourcesOf(catalog.Get()));
     EXPECT_EQ(list.Get(), ModulesOf(catalog.Get()).Get());
@@ -216,7 +218,7 @@ TEST_F(CatalogRepositoryTest, FoldersOfRepositoriesComeInTheSecondPass) {
 TEST_F(CatalogRepositoryTest, AMalformedListFailsUntilItIsMended) {
   WriteList({{"*alpha", "Shop"}});
   const auto catalog = NewCatalog();
-  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
   const std::wstring file = PathOf(L"data\\Repositories\\Repositories.xml");
   WriteText(L"data\\Repositories\\Repositories.xml", "<Repositories>\n<Repository>\n</Broken>\n");
   WriteModule(L"zulu\\2.msm", "Zulu2");
@@ -233,11 +235,11 @@ TEST_F(CatalogRepositoryTest, AMalformedListFailsUntilItIsMended) {
   }
   EXPECT_EQ(L"Alpha:1033", Find(catalog.Get(), L"Alpha"));
   EXPECT_EQ(L"", Find(catalog.Get(), L"Zulu2"));
-  CComPtr<IMergeModules> none;
+  common::ComPtr<IMergeModules> none;
   long count = 0;
   EXPECT_TRUE(FAILED(second->FindModule(nullptr, nullptr, 0, none.Put(), &count)));
   EXPECT_FALSE(none);
-  CVariant key(L"Zulu"), held(7), result;
+  Variant key(L"Zulu"), held(7), result;
   EXPECT_TRUE(FAILED(second->CatalogQuery(key, &held, &result)));
   EXPECT_EQ(7, held.lVal) << "a script keeps its variable";
   WriteList({{"*alpha", "Shop"}});
@@ -246,3 +248,5 @@ TEST_F(CatalogRepositoryTest, AMalformedListFailsUntilItIsMended) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -9,6 +9,8 @@
 #include "tests/fakes/Imports.h"
 #include "tests/support/Answers.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// Why files cannot be opened or queried, and why folders cannot be listed; ERROR_SUCCESS if they
@@ -42,7 +44,7 @@ using testing::EndsWith;
 using testing::PrintToString;
 using testing::StartsWith;
 
-class CatalogTest : public CCatalogTest {
+class CatalogTest : public CatalogFixture {
  protected:
   /// Replaces the file at `path` with a copy.
   void Copy(const std::wstring& from, const std::wstring& path) const {
@@ -121,8 +123,9 @@ TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
       {"and made again", [&] { Copy(rich, L"b\\9.msm"); }, 1, L"Rich.0A1B:1033 Rich:1033 New:1033"},
   };
   // What one of two catalogs has read or found changed, the other one knows, too.
-  CComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
-  CComPtr<IMergeModules> lists[] = {ModulesOf(catalogs[0].Get()), ModulesOf(catalogs[1].Get())};
+  common::ComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
+  common::ComPtr<IMergeModules> lists[] = {ModulesOf(catalogs[0].Get()),
+                                           ModulesOf(catalogs[1].Get())};
   ReadModule(ModuleAt(lists[0].Get(), 2).Get(), L"Dialogs");
   for (const auto& step : steps) {
     SCOPED_TRACE(step.what);
@@ -131,7 +134,7 @@ TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
     std::swap(lists[0], lists[1]);
     const int opened = FilesOpened();
     for (int i : {0, 1}) {
-      const CComPtr<IMergeModules> before = lists[i];
+      const common::ComPtr<IMergeModules> before = lists[i];
       const std::wstring keysBefore = KeysOf(before.Get());
       lists[i] = ModulesOf(catalogs[i].Get());
       EXPECT_EQ(step.filesRead < 0, before.Get() == lists[i].Get());
@@ -152,12 +155,12 @@ TEST_F(CatalogTest, ObjectsOutliveTheirFilesFoldersAndCatalogs) {
   BuildRichModule(path);
   WriteDescription(L"described", "Described", "4.2", 0);
   auto catalog = NewCatalog();
-  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
   const auto rich = ModuleAt(list.Get(), 1), described = ModuleAt(list.Get(), 2);
-  CComPtr<IMMSources> sources;
-  CComPtr<IMMSource> source;
+  common::ComPtr<IMMSources> sources;
+  common::ComPtr<IMMSource> source;
   EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put()));
-  EXPECT_EQ(S_OK, sources->get_Item(CVariant(1), source.Put()));
+  EXPECT_EQ(S_OK, sources->get_Item(Variant(1), source.Put()));
   EXPECT_EQ(L"ZuluDialog / AlphaDialog", ReadModule(rich.Get(), L"Dialogs"));
 
   std::filesystem::remove_all(PathOf(L"a"));
@@ -174,7 +177,7 @@ TEST_F(CatalogTest, ObjectsOutliveTheirFilesFoldersAndCatalogs) {
   EXPECT_THAT(ReadModule(rich.Get(), L"Files"), EndsWith(L"MsiOpenDatabase(" + path + L")"));
   EXPECT_EQ(L"4.2", ReadModule(described.Get(), L"Version"));
   EXPECT_EQ(L"", ReadModule(described.Get(), L"Files"));
-  CComPtr<IMergeModules> ofSource;
+  common::ComPtr<IMergeModules> ofSource;
   EXPECT_EQ(S_OK, source->get_MergeModules(ofSource.Put()));
   EXPECT_EQ(L"Rich.0A1B:1033", KeysOf(ofSource.Get()));
 }
@@ -188,9 +191,9 @@ TEST_F(CatalogTest, AFileTakesPrecedenceOverTheGalleryAndOfDoublesTheFirstIsFoun
   const auto catalog = NewCatalog();
   for (const std::wstring& path : {first, second, late}) {
     SCOPED_TRACE(PrintToString(path));
-    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
-    CComPtr<IMergeModule> found;
-    EXPECT_EQ(S_OK, list->get_Item(CVariant(L"aLPHA:1033"), found.Put()));
+    const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    common::ComPtr<IMergeModule> found;
+    EXPECT_EQ(S_OK, list->get_Item(Variant(L"aLPHA:1033"), found.Put()));
     EXPECT_EQ(path, ReadModule(found.Get(), L"Path"));
     EXPECT_EQ(KeysOf(list.Get()), Find(catalog.Get(), L"alpha")) << "doubles are all listed";
     EXPECT_TRUE(std::filesystem::remove(path));
@@ -215,15 +218,15 @@ TEST_F(CatalogTest, FilesThatCannotBeReadAreListedAndTriedAgain) {
   EXPECT_TRUE(::CopyFileW(good.c_str(), (overlong + L".msm").c_str(), FALSE));
   HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_READ, 0, nullptr, OPEN_EXISTING, 0, nullptr);
   const auto catalog = NewCatalog();
-  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
   EXPECT_EQ(L"? ? ? ? ? Good:1033 Good:1033 Rich.0A1B:1033", KeysOf(list.Get()));
   for (long position = 1; position <= 5; ++position) {
-    const CComPtr<IMergeModuleTavik> module = ModuleAt(list.Get(), position);
+    const common::ComPtr<IMergeModuleTavik> module = ModuleAt(list.Get(), position);
     EXPECT_EQ(ReadModule(module.Get(), L"Path"), ReadModule(module.Get(), L"DisplayName"));
     EXPECT_THAT(ReadModule(module.Get(), L"Files"), StartsWith(L"0x800"));
     EXPECT_EQ(L"", ReadModule(module.Get(), L"Files")) << "a table fails once";
   }
-  const CComPtr<IMergeModuleTavik> withoutSummary = ModuleAt(list.Get(), 8);
+  const common::ComPtr<IMergeModuleTavik> withoutSummary = ModuleAt(list.Get(), 8);
   EXPECT_EQ(m_folder / L"a\\summary.msm", ReadModule(withoutSummary.Get(), L"DisplayName"));
   EXPECT_EQ(L"ZuluDialog / AlphaDialog", ReadModule(withoutSummary.Get(), L"Dialogs"));
   int opened = FilesOpened();
@@ -256,7 +259,7 @@ TEST_F(CatalogTest, OnlyMissingFilesAndFoldersLeaveTheList) {
   }
   const auto catalog = NewCatalog();
   s_fileFailure = ERROR_ACCESS_DENIED;
-  const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+  const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
   EXPECT_EQ(L"?", KeysOf(list.Get()));
   EXPECT_EQ(list.Get(), ModulesOf(catalog.Get()).Get()) << "it is not found again at every call";
   s_fileFailure = ERROR_SUCCESS;
@@ -297,7 +300,7 @@ TEST_F(CatalogTest, AFileMayVanishOrChangeAndCallsMayComeInWhileItIsRead) {
   ShiftTime(L"a\\1.msm", 5);
   m_whenOpened = [&] {
     long zero = 7;
-    CComPtr<IMergeModules> none;
+    common::ComPtr<IMergeModules> none;
     EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
     EXPECT_EQ(S_OK, second->Refresh(&zero));
     EXPECT_EQ(E_PENDING, second->get_MergeModules(none.Put()));
@@ -309,3 +312,5 @@ TEST_F(CatalogTest, AFileMayVanishOrChangeAndCallsMayComeInWhileItIsRead) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

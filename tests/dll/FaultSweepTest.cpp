@@ -7,6 +7,8 @@
 #include "tests/support/TestGallery.h"
 #include "tests/support/UnknownKind.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::EndsWith;
@@ -43,10 +45,10 @@ bool IsOfMemory(const ImportedFunction& function) {
 
 /// A rich module of the gallery is opened and read completely with call 1, 2, 3, ... of one kind
 /// failing; then it is read a second time, opened again and read a third time without a fault.
-class FaultSweepTest : public CServerTest {
+class FaultSweepTest : public ServerFixture {
  protected:
   void SetUp() override {
-    CServerTest::SetUp();
+    ServerFixture::SetUp();
     KeepSiblingsLoaded();
     // The C++ runtime makes some of its state when an exception first finds memory short.
     SweepFaults(FaultKind::Heap, [&](int) { OpenMissing(NewModule()); });
@@ -54,13 +56,13 @@ class FaultSweepTest : public CServerTest {
     m_whole = ReadModule(OpenModule(m_rich).Get(), Route::VirtualTable);
     EXPECT_EQ(L"True", m_whole[L"NeedsDownload"]);
     EXPECT_EQ(m_rich, m_whole[L"LocalPath"]);
-    EXPECT_EQ(CTestGallery::kDownloadFiles, m_whole[L"DownloadFiles"]);
+    EXPECT_EQ(TestGallery::kDownloadFiles, m_whole[L"DownloadFiles"]);
     m_undescribed = m_whole;
     m_undescribed[L"NeedsDownload"] = L"False";
     m_undescribed[L"LocalPath"].clear();
   }
 
-  HRESULT OpenMissing(const CComPtr<IMergeModuleTavik>& module) const {
+  HRESULT OpenMissing(const common::ComPtr<IMergeModuleTavik>& module) const {
     return module ? Open(module.Get(), m_folder / L"missing.msm") : E_OUTOFMEMORY;
   }
 
@@ -79,7 +81,7 @@ class FaultSweepTest : public CServerTest {
   }
 
   void RunOnce(Route route) {
-    CComPtr<IMergeModuleTavik> module = NewModule();
+    common::ComPtr<IMergeModuleTavik> module = NewModule();
     const bool created = static_cast<bool>(module);
     if (!created) {
       module = NewModule();
@@ -165,7 +167,7 @@ class FaultSweepTest : public CServerTest {
     return whole;
   }
 
-  CTestGallery m_gallery{m_folder};
+  TestGallery m_gallery{m_folder};
   Answers m_whole;
   Answers m_undescribed;  ///< when the description could not be opened at the first question
   int m_dropped = 0;
@@ -206,7 +208,7 @@ TEST_F(FaultSweepTest, AThreadSurvivesAHeapShortageAtItsFirstFailure) {
       ::CoInitialize(nullptr);
       FailNoCall();
       {
-        const CComPtr<IMergeModuleTavik> module = NewModule();
+        const common::ComPtr<IMergeModuleTavik> module = NewModule();
         FailCall(FaultKind::Heap, call);
         EXPECT_TRUE(FAILED(OpenMissing(module)));
         FailNoCall();
@@ -225,8 +227,8 @@ TEST_F(FaultSweepTest, TheServerStartsAgainAfterAHeapShortage) {
     m_server.Load();
     size_t failures = 0;
     for (int attempt = 1; attempt <= 2; ++attempt) {
-      CComPtr<IClassFactory> factory;
-      CComPtr<IDispatch> module;
+      common::ComPtr<IClassFactory> factory;
+      common::ComPtr<IDispatch> module;
       HRESULT hr = m_server.DllGetClassObject(CLSID_MergeModule2, __uuidof(IClassFactory),
                                               reinterpret_cast<void**>(factory.Put()));
       if (SUCCEEDED(hr)) {
@@ -234,7 +236,7 @@ TEST_F(FaultSweepTest, TheServerStartsAgainAfterAHeapShortage) {
                                      reinterpret_cast<void**>(module.Put()));
       }
       if (SUCCEEDED(hr)) {
-        CVariant path;
+        Variant path;
         hr = Invoke(module.Get(), L"Path", DISPATCH_PROPERTYGET, nullptr, &path);
       }
       EXPECT_TRUE(hr == E_OUTOFMEMORY || hr == E_UNEXPECTED) << std::hex << hr;
@@ -249,3 +251,5 @@ TEST_F(FaultSweepTest, TheServerStartsAgainAfterAHeapShortage) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

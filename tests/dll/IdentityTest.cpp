@@ -3,25 +3,27 @@
 #include "tests/support/CatalogFixture.h"
 #include "tests/support/TaskMemory.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// An object of the server and what it answers to QueryInterface, IUnknown aside.
 struct Sample {
   std::wstring name;
-  CComPtr<IUnknown> object;
+  common::ComPtr<IUnknown> object;
   std::vector<IID> interfaces;
 };
 
-CComPtr<IUnknown> Query(IUnknown* object, REFIID iid) {
-  CComPtr<IUnknown> found;
+common::ComPtr<IUnknown> Query(IUnknown* object, REFIID iid) {
+  common::ComPtr<IUnknown> found;
   EXPECT_EQ(S_OK, object->QueryInterface(iid, reinterpret_cast<void**>(found.Put())));
   return found;
 }
 
-class IdentityTest : public CCatalogTest {
+class IdentityTest : public CatalogFixture {
  protected:
   void SetUp() override {
-    CCatalogTest::SetUp();
+    CatalogFixture::SetUp();
     SetSearchPath(L"*");
   }
 
@@ -43,8 +45,8 @@ class IdentityTest : public CCatalogTest {
     const std::vector<IID> catalogInterfaces{dispatch, errorInfo, __uuidof(IMMCatalog),
                                              __uuidof(IMMCatalogVelmora),
                                              __uuidof(IMMCatalogCaskel)};
-    const CComPtr<IMergeModuleTavik> module = OpenRichModule();
-    const CComPtr<IMMCatalogCaskel> catalog = NewCatalog();
+    const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
+    const common::ComPtr<IMMCatalogCaskel> catalog = NewCatalog();
     std::vector<Sample> samples{
         {L"factory", m_server.Factory().Get(), {__uuidof(IClassFactory)}},
         {L"module",
@@ -56,17 +58,17 @@ class IdentityTest : public CCatalogTest {
         {L"manager",
          m_server.Create<IUnknown>(CLSID_MMCatalogManager),
          {dispatch, errorInfo, __uuidof(IMMCatalogManagerVelmora)}}};
-    CComPtr<IMMSources> sources;
-    CComPtr<IMMSource> source;
+    common::ComPtr<IMMSources> sources;
+    common::ComPtr<IMMSource> source;
     catalog->get_Sources(sources.Put());
-    sources->get_Item(CVariant(1), source.Put());
+    sources->get_Item(Variant(1), source.Put());
     samples.push_back(
         {L"modules", ModulesOf(catalog.Get()).Get(), {dispatch, __uuidof(IMergeModules)}});
     samples.push_back({L"sources", sources.Get(), {dispatch, __uuidof(IMMSources)}});
     samples.push_back({L"source", source.Get(), {dispatch, errorInfo, __uuidof(IMMSource)}});
     for (const auto& of : collections) {
-      CVariant collection, item, first(1);
-      CComPtr<IUnknown> enumerator;
+      Variant collection, item, first(1);
+      common::ComPtr<IUnknown> enumerator;
       Invoke(module.Get(), of.name, DISPATCH_PROPERTYGET, nullptr, &collection);
       CallSlot(collection.pdispVal, 3, enumerator.Put());
       samples.push_back({of.name, collection.pdispVal, {dispatch, of.collection}});
@@ -83,9 +85,9 @@ class IdentityTest : public CCatalogTest {
 TEST_F(IdentityTest, QueryInterfaceFollowsTheRulesOfCom) {
   for (const Sample& sample : MakeSamples()) {
     SCOPED_TRACE(testing::PrintToString(sample.name));
-    const CComPtr<IUnknown> identity = Query(sample.object.Get(), __uuidof(IUnknown));
+    const common::ComPtr<IUnknown> identity = Query(sample.object.Get(), __uuidof(IUnknown));
     for (const IID& from : sample.interfaces) {
-      const CComPtr<IUnknown> object = Query(sample.object.Get(), from);
+      const common::ComPtr<IUnknown> object = Query(sample.object.Get(), from);
       ASSERT_TRUE(object);
       EXPECT_EQ(identity.Get(), Query(object.Get(), __uuidof(IUnknown)).Get());
       for (const IID& to : sample.interfaces) {
@@ -109,7 +111,7 @@ TEST_F(IdentityTest, QueryInterfaceFollowsTheRulesOfCom) {
 TEST_F(IdentityTest, ErrorInfoIsSupportedForTheOwnDualInterfacesAlone) {
   for (const Sample& sample : MakeSamples()) {
     SCOPED_TRACE(testing::PrintToString(sample.name));
-    CComPtr<ISupportErrorInfo> support;
+    common::ComPtr<ISupportErrorInfo> support;
     if (FAILED(sample.object.QueryInterface(support.Put()))) {
       continue;
     }
@@ -129,8 +131,8 @@ TEST_F(IdentityTest, AnAggregatedObjectDelegatesToItsOuterObject) {
       {CLSID_MMCatalogPro, __uuidof(IMMCatalog)},
       {CLSID_MMCatalogManager, __uuidof(IMMCatalogManagerVelmora)}};
   for (const auto& [clsid, iid] : classes) {
-    const CComPtr<IClassFactory> factory = m_server.Factory(clsid);
-    COuterObject outer;
+    const common::ComPtr<IClassFactory> factory = m_server.Factory(clsid);
+    OuterObject outer;
     void* refused = &outer;
     EXPECT_EQ(CLASS_E_NOAGGREGATION, factory->CreateInstance(&outer, iid, &refused));
     EXPECT_EQ(nullptr, refused);
@@ -140,14 +142,14 @@ TEST_F(IdentityTest, AnAggregatedObjectDelegatesToItsOuterObject) {
     EXPECT_EQ(1u, outer.references);
     EXPECT_EQ(outer.inner.Get(), Query(outer.inner.Get(), __uuidof(IUnknown)).Get());
 
-    const CComPtr<IUnknown> object = Query(outer.inner.Get(), iid);
+    const common::ComPtr<IUnknown> object = Query(outer.inner.Get(), iid);
     EXPECT_EQ(2u, outer.references);
     EXPECT_EQ(3u, object->AddRef());
     EXPECT_EQ(2u, object->Release());
     EXPECT_EQ(&outer, Query(object.Get(), __uuidof(IUnknown)).Get());
-    const CComPtr<IUnknown> errorInfo = Query(object.Get(), __uuidof(ISupportErrorInfo));
+    const common::ComPtr<IUnknown> errorInfo = Query(object.Get(), __uuidof(ISupportErrorInfo));
     EXPECT_EQ(object.Get(), Query(errorInfo.Get(), iid).Get());
-    CComPtr<IMMCatalog> catalog;
+    common::ComPtr<IMMCatalog> catalog;
     if (SUCCEEDED(object.QueryInterface(catalog.Put()))) {
       long result = 1;
       EXPECT_EQ(S_OK, catalog->Refresh(&result));
@@ -160,7 +162,7 @@ TEST_F(IdentityTest, WhateverAClientHoldsLocksTheServer) {
   for (size_t i = 0; i < MakeSamples().size(); ++i) {
     std::vector<Sample> samples = MakeSamples();
     SCOPED_TRACE(testing::PrintToString(samples[i].name));
-    CComPtr<IUnknown> last = samples[i].object;
+    common::ComPtr<IUnknown> last = samples[i].object;
     samples.clear();
     EXPECT_EQ(S_FALSE, m_server.DllCanUnloadNow());
     last.Release();
@@ -175,7 +177,7 @@ TEST_F(IdentityTest, WhateverAClientHoldsLocksTheServer) {
 TEST_F(IdentityTest, TheServerUnloadsAndLoadsAgain) {
   const long loaded = TaskMemoryBlocks();
   m_server.Unload();
-  EXPECT_EQ(nullptr, ::GetModuleHandleW(CServerLibrary::Path().c_str()));
+  EXPECT_EQ(nullptr, ::GetModuleHandleW(ServerLibrary::Path().c_str()));
   EXPECT_GT(loaded, TaskMemoryBlocks()) << "the type library is still loaded";
   m_server.Load();
   EXPECT_EQ(L"True", ReadModule(OpenRichModule().Get(), Route::Dispatch)[L"Present"]);
@@ -183,3 +185,5 @@ TEST_F(IdentityTest, TheServerUnloadsAndLoadsAgain) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -7,6 +7,8 @@
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::StartsWith;
@@ -22,25 +24,25 @@ class IniReaderTest : public ::testing::Test {
   }
 
   HRESULT Load(const std::wstring& path) {
-    const CUniqueBstr text(AllocBstr(path));
+    const common::UniqueBstr text(common::TryAllocateBstr(path));
     return m_reader->Load(text.Get());
   }
 
-  CComPtr<IIniSections> Sections() {
-    CComPtr<IIniSections> sections;
+  common::ComPtr<IIniSections> Sections() {
+    common::ComPtr<IIniSections> sections;
     EXPECT_EQ(S_OK, m_reader->get_Sections(sections.Put()));
     return sections;
   }
 
-  CComPtr<IIniSection> Section(const VARIANT& index) {
-    CComPtr<IIniSection> section;
+  common::ComPtr<IIniSection> Section(const VARIANT& index) {
+    common::ComPtr<IIniSection> section;
     EXPECT_EQ(S_OK, Sections()->get_Item(index, section.Put()));
     return section;
   }
 
-  CComPtr<IIniKeys> Keys(const wchar_t* section) {
-    CComPtr<IIniKeys> keys;
-    EXPECT_EQ(S_OK, Section(CVariant(section))->get_Keys(keys.Put()));
+  common::ComPtr<IIniKeys> Keys(const wchar_t* section) {
+    common::ComPtr<IIniKeys> keys;
+    EXPECT_EQ(S_OK, Section(Variant(section))->get_Keys(keys.Put()));
     return keys;
   }
 
@@ -48,26 +50,26 @@ class IniReaderTest : public ::testing::Test {
   static std::wstring Value(IIniKeys* keys, const VARIANT& index) {
     auto* found = reinterpret_cast<IIniKey*>(keys);  // is to be overwritten in any case
     EXPECT_EQ(S_OK, keys->get_Item(index, &found));
-    const auto key = CComPtr<IIniKey>::Adopt(found);
-    CUniqueBstr value;
+    const auto key = common::ComPtr<IIniKey>::Adopt(found);
+    common::UniqueBstr value;
     EXPECT_EQ(S_OK, key ? key->get_Value(value.Put()) : S_OK);
-    return key ? std::wstring(ViewOf(value.Get())) : L"(none)";
+    return key ? std::wstring(common::ViewOf(value.Get())) : L"(none)";
   }
 
-  CComThread m_com;
-  CTestFolder m_folder;
-  CComDll m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
-  CComPtr<IIniReader> m_reader = m_component.Create<IIniReader>(CLSID_IniReader);
+  ComThread m_com;
+  TestFolder m_folder;
+  ComDll m_component{(ProgramFolder() / L"Gleaner.dll").wstring()};
+  common::ComPtr<IIniReader> m_reader = m_component.Create<IIniReader>(CLSID_IniReader);
 };
 
 TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
-  const CUniqueBstr path(AllocBstr(Write(L"a.ini", kText)));
+  const common::UniqueBstr path(common::TryAllocateBstr(Write(L"a.ini", kText)));
   ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 2, path.Get()));
-  CComPtr<IUnknown> sections, section, keys, key;
+  common::ComPtr<IUnknown> sections, section, keys, key;
   ASSERT_EQ(S_OK, CallSlot(m_reader.Get(), 1, sections.Put()));
-  const CVariant name(L"fiRST"), two(2);
+  const Variant name(L"fiRST"), two(2);
   ASSERT_EQ(S_OK, CallSlot(sections.Get(), 1, static_cast<VARIANT>(name), section.Put()));
-  CUniqueBstr sectionName, keyName, value;
+  common::UniqueBstr sectionName, keyName, value;
   ASSERT_EQ(S_OK, CallSlot(section.Get(), 1, sectionName.Put()));
   ASSERT_EQ(S_OK, CallSlot(section.Get(), 2, keys.Put()));
   ASSERT_EQ(S_OK, CallSlot(keys.Get(), 1, static_cast<VARIANT>(two), key.Put()));
@@ -75,10 +77,10 @@ TEST_F(IniReaderTest, EveryInterfaceIsCalledBySlot) {
   ASSERT_EQ(S_OK, CallSlot(keys.Get(), 2, &count));
   ASSERT_EQ(S_OK, CallSlot(key.Get(), 1, keyName.Put()));
   ASSERT_EQ(S_OK, CallSlot(key.Get(), 2, value.Put()));
-  EXPECT_EQ(L"First", ViewOf(sectionName.Get()));
+  EXPECT_EQ(L"First", common::ViewOf(sectionName.Get()));
   EXPECT_EQ(4, count);
-  EXPECT_EQ(L"Two", ViewOf(keyName.Get()));
-  EXPECT_EQ(L"zwei", ViewOf(value.Get()));
+  EXPECT_EQ(L"Two", common::ViewOf(keyName.Get()));
+  EXPECT_EQ(L"zwei", common::ViewOf(value.Get()));
 
   const std::pair<IUnknown*, size_t> getters[] = {{m_reader.Get(), 1}, {section.Get(), 1},
                                                   {section.Get(), 2},  {keys.Get(), 2},
@@ -96,24 +98,24 @@ TEST_F(IniReaderTest, SectionsAreFoundByNameAndByPosition) {
   ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
   const wchar_t* const names[] = {nullptr, L"First", L"Second", L"FIRST", nullptr};
   for (long position = 0; position < 5; ++position) {
-    const CComPtr<IIniSection> section = Section(CVariant(position));
+    const common::ComPtr<IIniSection> section = Section(Variant(position));
     ASSERT_EQ(names[position] != nullptr, section.Get() != nullptr) << position;
-    CUniqueBstr name;
+    common::UniqueBstr name;
     EXPECT_EQ(S_OK, section ? section->get_Name(name.Put()) : S_OK);
-    EXPECT_EQ(names[position] ? names[position] : L"", ViewOf(name.Get()));
+    EXPECT_EQ(names[position] ? names[position] : L"", common::ViewOf(name.Get()));
   }
-  EXPECT_FALSE(Section(CVariant(L"Third")));
+  EXPECT_FALSE(Section(Variant(L"Third")));
   for (const auto& [position, value] : {std::pair(0L, L"(none)"), {1, L"1"}, {5, L"(none)"}}) {
-    EXPECT_EQ(value, Value(Keys(L"First").Get(), CVariant(position)));
+    EXPECT_EQ(value, Value(Keys(L"First").Get(), Variant(position)));
   }
-  EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), CVariant(L"Hidden"))) << "not the first";
+  EXPECT_EQ(L"(none)", Value(Keys(L"FIRST").Get(), Variant(L"Hidden"))) << "not the first";
 }
 
 TEST_F(IniReaderTest, AFileThatCannotBeReadFailsAndLeavesNoSections) {
   const std::wstring good = Write(L"a.ini", kText);
   const std::wstring locked = Write(L"locked.ini", kText);
   HANDLE lock = ::CreateFileW(locked.c_str(), GENERIC_WRITE, 0, nullptr, OPEN_EXISTING, 0, nullptr);
-  EXPECT_FALSE(Section(CVariant(1))) << "before any Load";
+  EXPECT_FALSE(Section(Variant(1))) << "before any Load";
   const struct {
     std::wstring path;
     DWORD code;
@@ -127,12 +129,12 @@ TEST_F(IniReaderTest, AFileThatCannotBeReadFailsAndLeavesNoSections) {
     ASSERT_EQ(S_OK, Load(good));
     EXPECT_EQ(HRESULT_FROM_WIN32(code), Load(path));
     EXPECT_THAT(TakeDescription(), StartsWith(path + L": "));
-    EXPECT_FALSE(Section(CVariant(1))) << "what was read before is gone";
+    EXPECT_FALSE(Section(Variant(1))) << "what was read before is gone";
   }
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_PATH_NOT_FOUND), m_reader->Load(nullptr));
   ::CloseHandle(lock);
 
-  CComPtr<ISupportErrorInfo> support;
+  common::ComPtr<ISupportErrorInfo> support;
   ASSERT_EQ(S_OK, m_reader.QueryInterface(support.Put()));
   EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(__uuidof(IIniReader)));
 }
@@ -144,41 +146,43 @@ TEST_F(IniReaderTest, AFileThatIsOpenForWritingIsReadAndLeftAlone) {
   EXPECT_EQ(S_OK, Load(path));
   ::CloseHandle(writer);
   EXPECT_TRUE(::DeleteFileW(path.c_str())) << "the reader keeps the file open";
-  EXPECT_EQ(L"1", Value(Keys(L"First").Get(), CVariant(L"One")));
+  EXPECT_EQ(L"1", Value(Keys(L"First").Get(), Variant(L"One")));
 }
 
 TEST_F(IniReaderTest, ObjectsOutliveReaderAndFileAndLockTheComponent) {
   ASSERT_EQ(S_OK, Load(Write(L"a.ini", kText)));
-  CComPtr<IIniSections> sections = Sections();
-  CComPtr<IIniSection> section = Section(CVariant(L"First"));
-  CComPtr<IIniKeys> keys = Keys(L"First");
-  CComPtr<IIniKey> key;
-  ASSERT_EQ(S_OK, keys->get_Item(CVariant(L"Two"), key.Put()));
+  common::ComPtr<IIniSections> sections = Sections();
+  common::ComPtr<IIniSection> section = Section(Variant(L"First"));
+  common::ComPtr<IIniKeys> keys = Keys(L"First");
+  common::ComPtr<IIniKey> key;
+  ASSERT_EQ(S_OK, keys->get_Item(Variant(L"Two"), key.Put()));
   ASSERT_EQ(S_OK, Load(Write(L"a.ini", "[Other]\nOne=2\n")));
-  EXPECT_FALSE(Section(CVariant(L"First")));
-  EXPECT_EQ(L"2", Value(Keys(L"Other").Get(), CVariant(L"One")));
+  EXPECT_FALSE(Section(Variant(L"First")));
+  EXPECT_EQ(L"2", Value(Keys(L"Other").Get(), Variant(L"One")));
   m_reader.Release();
 
   // Each alone keeps the file that was read and the component.
   const auto expectLocked = [&](bool locked) {
     EXPECT_EQ(locked ? S_FALSE : S_OK, m_component.DllCanUnloadNow());
   };
-  CComPtr<IIniSection> again;
-  EXPECT_EQ(S_OK, sections->get_Item(CVariant(L"first"), again.Put()));
+  common::ComPtr<IIniSection> again;
+  EXPECT_EQ(S_OK, sections->get_Item(Variant(L"first"), again.Put()));
   EXPECT_TRUE(again);
   again.Release();
   sections.Release();
-  CUniqueBstr text;
+  common::UniqueBstr text;
   EXPECT_EQ(S_OK, section->get_Name(text.Put()));
-  EXPECT_EQ(L"First", ViewOf(text.Get()));
+  EXPECT_EQ(L"First", common::ViewOf(text.Get()));
   section.Release();
-  EXPECT_EQ(L"1", Value(keys.Get(), CVariant(L"ONE")));
+  EXPECT_EQ(L"1", Value(keys.Get(), Variant(L"ONE")));
   keys.Release();
   expectLocked(true);
   EXPECT_EQ(S_OK, key->get_Value(text.Put()));
-  EXPECT_EQ(L"zwei", ViewOf(text.Get()));
+  EXPECT_EQ(L"zwei", common::ViewOf(text.Get()));
   key.Release();
   expectLocked(false);
 }
 
 }  // namespace
+
+}  // namespace qm::tests

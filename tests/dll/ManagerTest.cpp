@@ -4,15 +4,17 @@
 #include "tests/support/CatalogFixture.h"
 #include "tests/support/ErrorObject.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// An object of the host with a virtual table of its own, slot by slot: all of them fail but those
 /// of IUnknown and one method, which has one out parameter.
-class CHostObject {
+class HostObject {
  public:
-  using Method = HRESULT(STDMETHODCALLTYPE*)(CHostObject*, void*);
+  using Method = HRESULT(STDMETHODCALLTYPE*)(HostObject*, void*);
 
-  CHostObject(REFIID iid, size_t slot, Method method) : m_iid(iid) {
+  HostObject(REFIID iid, size_t slot, Method method) : m_iid(iid) {
     std::fill(std::begin(m_slots), std::end(m_slots), reinterpret_cast<void*>(&WrongSlot));
     m_slots[0] = reinterpret_cast<void*>(&QueryInterface);
     m_slots[1] = reinterpret_cast<void*>(&AddRef);
@@ -23,15 +25,15 @@ class CHostObject {
   IUnknown* Get() { return reinterpret_cast<IUnknown*>(this); }
 
  private:
-  static HRESULT STDMETHODCALLTYPE QueryInterface(CHostObject* self, const IID& iid, void** out) {
+  static HRESULT STDMETHODCALLTYPE QueryInterface(HostObject* self, const IID& iid, void** out) {
     const bool known = iid == __uuidof(IUnknown) || iid == self->m_iid;
     *out = known ? self : nullptr;
     self->references += known;
     return known ? S_OK : E_NOINTERFACE;
   }
-  static ULONG STDMETHODCALLTYPE AddRef(CHostObject* self) { return ++self->references; }
-  static ULONG STDMETHODCALLTYPE Release(CHostObject* self) { return --self->references; }
-  static HRESULT STDMETHODCALLTYPE WrongSlot(CHostObject*, void*) { return E_NOTIMPL; }
+  static ULONG STDMETHODCALLTYPE AddRef(HostObject* self) { return ++self->references; }
+  static ULONG STDMETHODCALLTYPE Release(HostObject* self) { return --self->references; }
+  static HRESULT STDMETHODCALLTYPE WrongSlot(HostObject*, void*) { return E_NOTIMPL; }
 
   [[maybe_unused]] void** m_table = m_slots;  // first, where callers look for it
   IID m_iid;
@@ -39,10 +41,10 @@ class CHostObject {
 
  public:
   ULONG references = 1;
-  HRESULT answer = S_OK;            ///< of the method
-  const wchar_t* story = nullptr;   ///< description of the error object that the method leaves
-  CHostObject* settings = nullptr;  ///< returned by a project
-  long kind = 0;                    ///< returned by settings
+  HRESULT answer = S_OK;           ///< of the method
+  const wchar_t* story = nullptr;  ///< description of the error object that the method leaves
+  HostObject* settings = nullptr;  ///< returned by a project
+  long kind = 0;                   ///< returned by settings
 
   HRESULT Answer() const {
     if (story) {
@@ -52,38 +54,38 @@ class CHostObject {
   }
 };
 
-HRESULT STDMETHODCALLTYPE GetSettings(CHostObject* self, void* out) {
+HRESULT STDMETHODCALLTYPE GetSettings(HostObject* self, void* out) {
   if (self->settings && SUCCEEDED(self->answer)) {
     self->settings->Get()->AddRef();
-    *static_cast<CHostObject**>(out) = self->settings;
+    *static_cast<HostObject**>(out) = self->settings;
   }
   return self->Answer();
 }
 
-HRESULT STDMETHODCALLTYPE GetKind(CHostObject* self, void* out) {
+HRESULT STDMETHODCALLTYPE GetKind(HostObject* self, void* out) {
   *static_cast<long*>(out) = self->kind;
   return self->Answer();
 }
 
-class ManagerTest : public CCatalogTest {
+class ManagerTest : public CatalogFixture {
  protected:
-  CComPtr<IMMCatalogCaskel> NewScriptCatalog() const {
+  common::ComPtr<IMMCatalogCaskel> NewScriptCatalog() const {
     return m_server.Create<IMMCatalogCaskel>(CLSID_MMCatalogPro);
   }
 
-  CHostObject m_settings{__uuidof(IHostProjectSettings), 42, &GetKind};
-  CHostObject m_project{__uuidof(IHostProject), 14, &GetSettings};
+  HostObject m_settings{__uuidof(IHostProjectSettings), 42, &GetKind};
+  HostObject m_project{__uuidof(IHostProject), 14, &GetSettings};
 };
 
 TEST_F(ManagerTest, HandsOutOneCatalogPerKindOfProject) {
   const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
-  CComPtr<IUnknown> ofScripts, ofOthers;
+  common::ComPtr<IUnknown> ofScripts, ofOthers;
   EXPECT_EQ(S_OK, manager->GetCatalog(9, ofScripts.Put()));
   EXPECT_EQ(S_OK, manager->GetCatalog(1, ofOthers.Put()));
   EXPECT_NE(ofScripts.Get(), ofOthers.Get());
   for (const long kind : {9L, 10L, 0L, 1L, 3L, 11L, -1L, -9L, LONG_MIN}) {
     SCOPED_TRACE(kind);
-    CComPtr<IUnknown> catalog, identity;
+    common::ComPtr<IUnknown> catalog, identity;
     EXPECT_EQ(S_OK, manager->GetCatalog(kind, catalog.Put()));
     EXPECT_EQ(kind == 9 || kind == 10 ? ofScripts.Get() : ofOthers.Get(), catalog.Get());
     EXPECT_EQ(S_OK, catalog.QueryInterface(identity.Put()));
@@ -92,11 +94,11 @@ TEST_F(ManagerTest, HandsOutOneCatalogPerKindOfProject) {
   EXPECT_EQ(E_INVALIDARG, manager->GetCatalog(9, nullptr));
   EXPECT_EQ(E_INVALIDARG, manager->GetCatalog(0, nullptr));
   // A catalog that was handed out outlives the manager; another manager has others.
-  CComPtr<IUnknown> ofAnother;
+  common::ComPtr<IUnknown> ofAnother;
   EXPECT_EQ(S_OK, m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager)
                       ->GetCatalog(1, ofAnother.Put()));
   EXPECT_NE(ofAnother.Get(), ofOthers.Get());
-  CComPtr<IMMCatalog> catalog;
+  common::ComPtr<IMMCatalog> catalog;
   EXPECT_EQ(S_OK, ofAnother.QueryInterface(catalog.Put()));
   EXPECT_EQ(L"", KeysOf(catalog.Get()));
 }
@@ -200,3 +202,5 @@ TEST_F(ManagerTest, AProjectWhoseKindCannotBeReadIsAFailure) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

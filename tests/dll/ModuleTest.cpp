@@ -9,13 +9,15 @@
 #include "tests/support/ServerFixture.h"
 #include "tests/support/UnknownKind.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::EndsWith;
 using testing::PrintToString;
 using testing::StartsWith;
 
-class ModuleTest : public CServerTest {
+class ModuleTest : public ServerFixture {
  protected:
   Answers ReadTables(const std::vector<TableText>& tables) const {
     BuildModule(m_path, tables);
@@ -42,7 +44,7 @@ TEST_F(ModuleTest, BeforeAModuleIsOpenEverythingFails) {
 
 TEST_F(ModuleTest, NullPointersAreRefusedOpenOrNot) {
   const std::vector<Member> members = MembersOf(L"IMergeModuleTavik");
-  for (const CComPtr<IMergeModuleTavik>& module : {NewModule(), OpenRichModule()}) {
+  for (const common::ComPtr<IMergeModuleTavik>& module : {NewModule(), OpenRichModule()}) {
     for (size_t slot = 1; slot <= members.size(); ++slot) {
       const Member& member = members[slot - 1];
       if (member.name == L"Origin") {
@@ -55,7 +57,7 @@ TEST_F(ModuleTest, NullPointersAreRefusedOpenOrNot) {
 }
 
 TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndAnotherCanBeOpened) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   const Answers rich = ReadModule(module.Get(), Route::VirtualTable);
   const std::string whole = BytesOf(m_rich);
   const auto spoil = [&](const std::string& part) {
@@ -63,8 +65,7 @@ TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndAnotherCanBeOpened) {
     bytes[bytes.find(part) + part.size() - 1] ^= 1;
     return bytes;
   };
-  const std::u16string pool =
-      qm::image::EncodeStreamName("_StringPool", qm::image::StreamKind::Table);
+  const std::u16string pool = image::EncodeStreamName("_StringPool", image::StreamKind::Table);
   const std::string poolName(reinterpret_cast<const char*>(pool.data()), 2 * pool.size());
 
   struct Case {
@@ -128,7 +129,7 @@ TEST_F(ModuleTest, AFileThatIsNoModuleFailsWithItsCauseAndAnotherCanBeOpened) {
 }
 
 TEST_F(ModuleTest, PathsMayBeLongOrRelative) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   Answers rich = ReadModule(module.Get(), Route::VirtualTable);
   const std::wstring name = std::wstring(245, L'l') + L".msm";
   const std::wstring longPath = m_folder / name;
@@ -147,7 +148,7 @@ TEST_F(ModuleTest, PathsMayBeLongOrRelative) {
 }
 
 TEST_F(ModuleTest, AFileThatIsCutShortAfterItWasOpenedFailsWithItsCause) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   std::filesystem::resize_file(m_rich, 3072);
   EXPECT_THAT(ReadModule(module.Get(), L"Dialogs"),
               StartsWith(L"0x80070570 The directory leads to sector "));
@@ -247,7 +248,7 @@ TEST_F(ModuleTest, ADamagedTableFailsAlone) {
                                  TableText{L"Component", "", "Name\ns72\nComponent\tName\n"}}) {
     SCOPED_TRACE(PrintToString(std::wstring(table.name)));
     BuildModule(m_path, {kSignature, {L"Dialog", "One\t1\n"}, table});
-    const CComPtr<IMergeModuleTavik> module = OpenModule(m_path);
+    const common::ComPtr<IMergeModuleTavik> module = OpenModule(m_path);
     Answers first = ReadModule(module.Get(), Route::VirtualTable);
     EXPECT_TRUE(IsFailure(first[L"Files"]));
     EXPECT_THAT(first[L"Files"], EndsWith(L"MsiOpenDatabaseView()"));
@@ -258,7 +259,7 @@ TEST_F(ModuleTest, ADamagedTableFailsAlone) {
 }
 
 TEST_F(ModuleTest, TheFileIsFreeAfterEveryCall) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   const auto expectFree = [](const std::wstring& path) {
     HANDLE file = ::CreateFileW(path.c_str(), GENERIC_READ | GENERIC_WRITE, 0, nullptr,
                                 OPEN_EXISTING, 0, nullptr);
@@ -280,7 +281,7 @@ TEST_F(ModuleTest, TheFileIsFreeAfterEveryCall) {
 }
 
 TEST_F(ModuleTest, TablesAreReadOnceAndNotBeforeTheyAreNeeded) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   const int afterOpen = CallCount("CreateFileW");
   const std::wstring files = ReadModule(module.Get(), L"Files");
   const int afterFiles = CallCount("CreateFileW");
@@ -301,8 +302,8 @@ TEST_F(ModuleTest, TablesAreReadOnceAndNotBeforeTheyAreNeeded) {
 }
 
 TEST_F(ModuleTest, CollectionsAndItemsOutliveTheirModule) {
-  CComPtr<IMergeModuleTavik> module = OpenRichModule();
-  CComPtr<IMMFiles> files, sameFiles;
+  common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
+  common::ComPtr<IMMFiles> files, sameFiles;
   module->get_Files(files.Put());
   module->get_Files(sameFiles.Put());
   EXPECT_NE(files.Get(), sameFiles.Get());
@@ -311,12 +312,12 @@ TEST_F(ModuleTest, CollectionsAndItemsOutliveTheirModule) {
   EXPECT_EQ(S_OK, Open(module.Get(), m_path));
   module.Release();
 
-  CComPtr<IMMFile> item;
-  EXPECT_EQ(S_OK, files->get_Item(CVariant(2), item.Put()));
-  CComPtr<IEnumVARIANT> enumerator;
+  common::ComPtr<IMMFile> item;
+  EXPECT_EQ(S_OK, files->get_Item(Variant(2), item.Put()));
+  common::ComPtr<IEnumVARIANT> enumerator;
   EXPECT_EQ(S_OK, files->get_Enumerator(enumerator.Put()));
   files.Release();
-  CVariant first, second;
+  Variant first, second;
   EXPECT_EQ(S_OK, enumerator->Next(1, &first, nullptr));
   EXPECT_EQ(S_OK, enumerator->Next(1, &second, nullptr));
   enumerator.Release();
@@ -341,9 +342,11 @@ TEST_F(ModuleTest, ASummaryPropertyThatIsNoTextIsEmpty) {
                             reinterpret_cast<void*>(&GetPropertyAsNumber)));
   BuildRichModule(m_rich);
   MakeUnknownKind(m_rich);  // so that the installer is asked
-  const CComPtr<IMergeModuleTavik> module = OpenModule(m_rich);
+  const common::ComPtr<IMergeModuleTavik> module = OpenModule(m_rich);
   EXPECT_EQ(L"", ReadModule(module.Get(), L"Author"));
   EXPECT_EQ(m_rich, ReadModule(module.Get(), L"DisplayName"));
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -2,6 +2,8 @@
 #include "tests/support/Answers.h"
 #include "tests/support/ServerFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 const std::wstring kProgId = L"QmMMUpdater.MergeModule2";
@@ -30,9 +32,9 @@ std::wstring RegistryValue(const std::wstring& key, const wchar_t* name) {
 }
 
 /// Activates the server's manifest for its life.
-class CServerContext {
+class ServerContext {
  public:
-  CServerContext() {
+  ServerContext() {
     const std::wstring manifest = (ProgramFolder() / L"Quillmark.MergeModules.manifest").wstring();
     ACTCTXW description{};
     description.cbSize = sizeof description;
@@ -41,27 +43,27 @@ class CServerContext {
     EXPECT_NE(INVALID_HANDLE_VALUE, m_context);
     EXPECT_TRUE(::ActivateActCtx(m_context, &m_cookie));
   }
-  ~CServerContext() {
+  ~ServerContext() {
     ::DeactivateActCtx(0, m_cookie);
     ::ReleaseActCtx(m_context);
   }
-  CServerContext(const CServerContext&) = delete;
-  CServerContext& operator=(const CServerContext&) = delete;
+  ServerContext(const ServerContext&) = delete;
+  ServerContext& operator=(const ServerContext&) = delete;
 
  private:
   HANDLE m_context;
   ULONG_PTR m_cookie = 0;
 };
 
-class RegistrationTest : public CServerTest {
+class RegistrationTest : public ServerFixture {
  protected:
   void SetUp() override {
-    CServerTest::SetUp();
+    ServerFixture::SetUp();
     EXPECT_EQ(S_OK, m_server.DllUnregisterServer());
   }
   void TearDown() override {
     m_server.DllUnregisterServer();
-    CServerTest::TearDown();
+    ServerFixture::TearDown();
   }
 };
 
@@ -77,7 +79,7 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
       {L"TypeLib\\" + interfaces + L"\\1.0\\0\\win32", nullptr,
        (ProgramFolder() / L"qmmmupdater.tlb").wstring()},
       {L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib) + L"\\1.0\\0\\win32", nullptr,
-       CServerLibrary::Path()},
+       ServerLibrary::Path()},
       {L"Interface\\" + TextOf(__uuidof(IMergeModuleTavik)) + L"\\TypeLib", nullptr, interfaces},
       {L"Interface\\" + TextOf(__uuidof(IMMGalleryDownloadFileCaskel)) + L"\\TypeLib", nullptr,
        interfaces},
@@ -86,7 +88,7 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
     const std::wstring clsid = TextOf(guid), key = L"CLSID\\" + clsid, versioned = progId + L".1";
     const Entry ofClass[] = {
         {key, nullptr, description},
-        {key + L"\\InprocServer32", nullptr, CServerLibrary::Path()},
+        {key + L"\\InprocServer32", nullptr, ServerLibrary::Path()},
         {key + L"\\InprocServer32", L"ThreadingModel", L"Apartment"},
         {key + L"\\ProgID", nullptr, versioned},
         {key + L"\\VersionIndependentProgID", nullptr, progId},
@@ -112,10 +114,10 @@ TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
   EXPECT_EQ(S_OK, m_server.DllRegisterServer());
   for (const auto& [clsid, progId] : kClasses) {
     SCOPED_TRACE(testing::PrintToString(progId));
-    CComPtr<IUnknown> object;
+    common::ComPtr<IUnknown> object;
     ASSERT_EQ(S_OK, ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IUnknown),
                                        reinterpret_cast<void**>(object.Put())));
-    CComPtr<IMMCatalogCaskel> catalog;
+    common::ComPtr<IMMCatalogCaskel> catalog;
     if (SUCCEEDED(object.QueryInterface(catalog.Put()))) {
       VARIANT_BOOL supported = VARIANT_FALSE;
       EXPECT_EQ(E_NOINTERFACE, catalog->SupportsProject(object.Get(), &supported));
@@ -129,10 +131,10 @@ TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
 TEST_F(RegistrationTest, AManifestReplacesRegistration) {
   CLSID clsid{};
   EXPECT_TRUE(FAILED(::CLSIDFromProgID(kProgId.c_str(), &clsid)));
-  const CServerContext context;
+  const ServerContext context;
   for (const std::wstring& progId : {kProgId, kVersionedProgId}) {
     SCOPED_TRACE(testing::PrintToString(progId));
-    CComPtr<IMergeModuleTavik> module;
+    common::ComPtr<IMergeModuleTavik> module;
     ASSERT_EQ(S_OK, ::CLSIDFromProgID(progId.c_str(), &clsid));
     ASSERT_EQ(S_OK,
               ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(IMergeModuleTavik),
@@ -146,3 +148,5 @@ TEST_F(RegistrationTest, AManifestReplacesRegistration) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -7,6 +7,8 @@
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 namespace {
 
 using namespace std::literals;
@@ -30,7 +32,7 @@ class RepositoryTest : public ::testing::Test {
   RepositoryTest() { SetPath(m_path); }
 
   void SetPath(const std::wstring& path) {
-    EXPECT_EQ(S_OK, m_manager->put_Path(CVariant(path.c_str()).bstrVal));
+    EXPECT_EQ(S_OK, m_manager->put_Path(Variant(path.c_str()).bstrVal));
   }
 
   /// Writes the file, last written `time` days after a fixed one.
@@ -45,37 +47,38 @@ class RepositoryTest : public ::testing::Test {
 
   /// A property's value; "failed" when it cannot be had.
   static std::wstring Property(IRepository* repository, const wchar_t* name) {
-    CUniqueBstr value;
-    const HRESULT hr = repository->GetProperty(CVariant(name).bstrVal, value.Put());
-    return hr == S_OK && value ? std::wstring(ViewOf(value.Get())) : L"failed";
+    common::UniqueBstr value;
+    const HRESULT hr = repository->GetProperty(Variant(name).bstrVal, value.Put());
+    return hr == S_OK && value ? std::wstring(common::ViewOf(value.Get())) : L"failed";
   }
 
   /// "(A,B)", the properties of these names, of every repository behind the cursor.
   static std::wstring Rest(IRepositories* repositories) {
     std::wstring all;
-    for (CComPtr<IRepository> next; repositories->MoveNext(next.Put()) == S_OK && next;) {
+    for (common::ComPtr<IRepository> next; repositories->MoveNext(next.Put()) == S_OK && next;) {
       all += L"(" + Property(next.Get(), L"A") + L"," + Property(next.Get(), L"B") + L")";
     }
     return all;
   }
 
-  CComPtr<IRepositories> Repositories() {
-    CComPtr<IRepositories> repositories;
+  common::ComPtr<IRepositories> Repositories() {
+    common::ComPtr<IRepositories> repositories;
     m_result = m_manager->GetRepositories(repositories.Put());
     return repositories;
   }
 
   /// All of the file; "failed" when they cannot be had.
   std::wstring Listed() {
-    const CComPtr<IRepositories> repositories = Repositories();
+    const common::ComPtr<IRepositories> repositories = Repositories();
     return repositories ? Rest(repositories.Get()) : L"failed";
   }
 
-  CComThread m_com;
-  CTestFolder m_folder;
+  ComThread m_com;
+  TestFolder m_folder;
   std::wstring m_path = m_folder / L"Repositories.xml";
-  CComDll m_component{(ProgramFolder() / L"Corvane8.dll").wstring()};
-  CComPtr<IRepositoryMgr> m_manager = m_component.Create<IRepositoryMgr>(CLSID_RepositoryMgr);
+  ComDll m_component{(ProgramFolder() / L"Corvane8.dll").wstring()};
+  common::ComPtr<IRepositoryMgr> m_manager =
+      m_component.Create<IRepositoryMgr>(CLSID_RepositoryMgr);
   HRESULT m_result = S_OK;
 };
 
@@ -209,15 +212,15 @@ TEST_F(RepositoryTest, AFileThatCannotBeReadFails) {
 
 TEST_F(RepositoryTest, TheCursorReturnsEachRepositoryInTurn) {
   Write(Document(Repository("1") + Repository("2")));
-  CComPtr<IRepositories> repositories;
-  CUniqueBstr path;
+  common::ComPtr<IRepositories> repositories;
+  common::UniqueBstr path;
   ASSERT_EQ(S_OK, CallSlot(m_manager.Get(), 1, path.Put()));
-  EXPECT_EQ(m_path, ViewOf(path.Get()));
+  EXPECT_EQ(m_path, common::ViewOf(path.Get()));
   ASSERT_EQ(S_OK, CallSlot(m_manager.Get(), 3, repositories.Put()));
   const auto none = static_cast<void*>(nullptr);
   EXPECT_EQ(E_POINTER, CallSlotWithNull(m_manager.Get(), 1, none));
   EXPECT_EQ(E_POINTER, CallSlotWithNull(m_manager.Get(), 3, none));
-  CComPtr<IRepository> repository;
+  common::ComPtr<IRepository> repository;
   const std::pair<size_t, const wchar_t*> moves[] = {
       {2, L"1"}, {2, L"2"}, {2, nullptr}, {2, nullptr}, {1, L"1"}, {1, L"1"}, {2, L"2"}};
   for (const auto& [slot, value] : moves) {
@@ -226,17 +229,17 @@ TEST_F(RepositoryTest, TheCursorReturnsEachRepositoryInTurn) {
     ASSERT_EQ(value != nullptr, repository.Get() != nullptr);
     EXPECT_EQ(value ? value : L"", repository ? Property(repository.Get(), L"A") : L"");
   }
-  EXPECT_EQ(E_POINTER, CallSlotWithNull(repository.Get(), 1, CVariant(L"A").bstrVal, none));
+  EXPECT_EQ(E_POINTER, CallSlotWithNull(repository.Get(), 1, Variant(L"A").bstrVal, none));
 }
 
 TEST_F(RepositoryTest, ObjectsOutliveManagerAndFileAndLockTheComponent) {
   Write(Document(Repository("1") + Repository("2")));
-  CComPtr<IRepositories> repositories = Repositories();
+  common::ComPtr<IRepositories> repositories = Repositories();
   Write("<Repositories/>", 1);
   EXPECT_EQ(L"", Listed());
   m_manager.Release();
   EXPECT_EQ(L"(1,)(2,)", Rest(repositories.Get()));
-  CComPtr<IRepository> repository;
+  common::ComPtr<IRepository> repository;
   ASSERT_EQ(S_OK, repositories->MoveFirst(repository.Put()));
   repositories.Release();
   EXPECT_EQ(S_FALSE, m_component.DllCanUnloadNow());
@@ -246,3 +249,5 @@ TEST_F(RepositoryTest, ObjectsOutliveManagerAndFileAndLockTheComponent) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -3,12 +3,14 @@
 #include "tests/support/ServerFixture.h"
 #include "tests/support/TestGallery.h"
 
+namespace qm::tests {
+
 namespace {
 
-class RoutesTest : public CServerTest {
+class RoutesTest : public ServerFixture {
  protected:
-  CComPtr<IMMFiles> OpenFiles() const {
-    CComPtr<IMMFiles> files;
+  common::ComPtr<IMMFiles> OpenFiles() const {
+    common::ComPtr<IMMFiles> files;
     EXPECT_EQ(S_OK, OpenRichModule()->get_Files(files.Put()));
     return files;
   }
@@ -43,27 +45,27 @@ TEST_F(RoutesTest, BothRoutesReturnAllOfARichModule) {
   EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::VirtualTable));
   EXPECT_EQ(expected, ReadModule(OpenRichModule().Get(), Route::Dispatch));
 
-  const CComPtr<IMergeModuleTavik> module = NewModule();
-  const CUniqueBstr path(AllocBstr(m_rich));
+  const common::ComPtr<IMergeModuleTavik> module = NewModule();
+  const common::UniqueBstr path(common::TryAllocateBstr(m_rich));
   EXPECT_EQ(S_OK, CallSlot(module.Get(), 16, path.Get())) << "Open";
   EXPECT_EQ(expected, ReadModule(module.Get(), Route::VirtualTable));
 }
 
 TEST_F(RoutesTest, BothRoutesReturnWhatTheGalleryDescribes) {
-  const CTestGallery gallery(m_folder, "3.1.4.0");
+  const TestGallery gallery(m_folder, "3.1.4.0");
   Settle();  // the type library of the classes describes download files
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   for (const Route route : {Route::VirtualTable, Route::Dispatch}) {
     const Answers answers = ReadModule(module.Get(), route);
     EXPECT_EQ(L"True", answers.at(L"Present"));
     EXPECT_EQ(L"False", answers.at(L"NeedsDownload")) << "the version of the file";
-    EXPECT_EQ(CTestGallery::kDownloadFiles, answers.at(L"DownloadFiles"));
+    EXPECT_EQ(TestGallery::kDownloadFiles, answers.at(L"DownloadFiles"));
     EXPECT_EQ(m_rich, answers.at(L"LocalPath"));
   }
-  CComPtr<IMMGalleryDownloadFilesCaskel> files;
-  CComPtr<IMMGalleryDownloadFileCaskel> second;
+  common::ComPtr<IMMGalleryDownloadFilesCaskel> files;
+  common::ComPtr<IMMGalleryDownloadFileCaskel> second;
   ASSERT_EQ(S_OK, module->get_DownloadFiles(files.Put()));
-  ASSERT_EQ(S_OK, files->get_Item(CVariant(L"2"), second.Put())) << "the key is the position";
+  ASSERT_EQ(S_OK, files->get_Item(Variant(L"2"), second.Put())) << "the key is the position";
   EXPECT_EQ(L"two.bin;media2;http://two;22;sum2",
             ReadItem(second.Get(), L"IMMGalleryDownloadFileCaskel", Route::VirtualTable));
   for (const size_t text : {1u, 2u, 3u, 5u}) {
@@ -74,7 +76,7 @@ TEST_F(RoutesTest, BothRoutesReturnWhatTheGalleryDescribes) {
 /// What a call through IDispatch or ITypeInfo answers, as a text.
 template <class Call>
 std::wstring AnswerOf(Call call, bool withResult) {
-  CVariant result;
+  Variant result;
   EXCEPINFO exception{};
   UINT badArgument = 99;
   const HRESULT hr = call(withResult ? &result : nullptr, &exception, &badArgument);
@@ -84,12 +86,12 @@ std::wstring AnswerOf(Call call, bool withResult) {
     answer += L" type " + std::to_wstring(result.vt);
   }
   if (SUCCEEDED(hr) && result.vt == VT_BSTR) {
-    answer.append(L" ").append(ViewOf(result.bstrVal));
+    answer.append(L" ").append(common::ViewOf(result.bstrVal));
   } else if (SUCCEEDED(hr) && (result.vt == VT_I4 || result.vt == VT_BOOL)) {
     answer += L" " + std::to_wstring(result.vt == VT_BOOL ? result.boolVal : result.lVal);
   }
   for (BSTR text : {exception.bstrSource, exception.bstrDescription, exception.bstrHelpFile}) {
-    answer.append(L" ").append(ViewOf(text));
+    answer.append(L" ").append(common::ViewOf(text));
     ::SysFreeString(text);
   }
   return answer;
@@ -98,16 +100,16 @@ std::wstring AnswerOf(Call call, bool withResult) {
 /// Calls every member of an object in every way that a host may try, and expects the answers of the
 /// type information.
 void ExpectAnswersOfTypeInfo(IDispatch* object) {
-  CComPtr<ITypeInfo> info;
+  common::ComPtr<ITypeInfo> info;
   ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Put()));
   TYPEATTR* attributes = nullptr;
   ASSERT_EQ(S_OK, info->GetTypeAttr(&attributes));
   const GUID iid = attributes->guid;
   info->ReleaseTypeAttr(attributes);
-  CComPtr<IUnknown> interfacePointer;
+  common::ComPtr<IUnknown> interfacePointer;
   ASSERT_EQ(S_OK, object->QueryInterface(iid, reinterpret_cast<void**>(interfacePointer.Put())));
 
-  CVariant number(1);
+  Variant number(1);
   DISPID named = DISPID_PROPERTYPUT;
   DISPPARAMS arguments[] = {
       {nullptr, nullptr, 0, 0}, {&number, nullptr, 1, 0}, {&number, &named, 1, 1}};
@@ -134,12 +136,12 @@ void ExpectAnswersOfTypeInfo(IDispatch* object) {
         }
       }
     }
-    CUniqueBstr name;
+    common::UniqueBstr name;
     UINT count = 0;
     if (member >= 0 && SUCCEEDED(info->GetNames(member, name.Put(), 1, &count)) && count == 1) {
       ::CharUpperW(name.Get());
       for (const wchar_t* const suffix : {L"", L"x"}) {
-        std::wstring text = std::wstring(ViewOf(name.Get())) + suffix;
+        std::wstring text = std::wstring(common::ViewOf(name.Get())) + suffix;
         wchar_t* names[] = {text.data()};
         DISPID expected = 7, found = 7;
         EXPECT_EQ(info->GetIDsOfNames(names, 1, &expected),
@@ -151,14 +153,16 @@ void ExpectAnswersOfTypeInfo(IDispatch* object) {
 }
 
 TEST_F(RoutesTest, DispatchAnswersAsTheTypeInformationDoes) {
-  const CComPtr<IMergeModuleTavik> module = OpenRichModule();
+  const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   ExpectAnswersOfTypeInfo(module.Get());
   ExpectAnswersOfTypeInfo(NewModule().Get());  // of which every property fails
-  const CComPtr<IMMFiles> files = OpenFiles();
+  const common::ComPtr<IMMFiles> files = OpenFiles();
   ExpectAnswersOfTypeInfo(files.Get());
-  CComPtr<IMMFile> file;
-  ASSERT_EQ(S_OK, files->get_Item(CVariant(1), file.Put()));
+  common::ComPtr<IMMFile> file;
+  ASSERT_EQ(S_OK, files->get_Item(Variant(1), file.Put()));
   ExpectAnswersOfTypeInfo(file.Get());
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -8,11 +8,13 @@
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// Where the machine looks for the library of the components; empty when it knows none.
 std::wstring RegisteredLibrary() {
-  CUniqueBstr path;
+  common::UniqueBstr path;
   ::QueryPathOfRegTypeLib(LIBID_QmSiblingsLib, 1, 0, LOCALE_NEUTRAL, path.Put());
   // Up to its terminator, which some systems count as part of the text.
   return path ? path.Get() : L"";
@@ -20,7 +22,7 @@ std::wstring RegisteredLibrary() {
 
 HRESULT CreateRegistered(const wchar_t* progId, REFIID iid) {
   CLSID clsid;
-  CComPtr<IUnknown> object;
+  common::ComPtr<IUnknown> object;
   const HRESULT hr = ::CLSIDFromProgID(progId, &clsid);
   return FAILED(hr) ? hr
                     : ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, iid,
@@ -28,7 +30,7 @@ HRESULT CreateRegistered(const wchar_t* progId, REFIID iid) {
 }
 
 TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) {
-  const CComThread com;
+  const ComThread com;
   const struct {
     const wchar_t* dll;
     const wchar_t* progId;
@@ -39,10 +41,10 @@ TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) 
       {L"Corvane8.dll", L"Corvane8.RepositoryMgr", __uuidof(IRepositoryMgr)},
   };
   std::vector<std::wstring> paths;
-  std::vector<std::unique_ptr<CComDll>> components;
+  std::vector<std::unique_ptr<ComDll>> components;
   for (const auto& c : classes) {
     paths.push_back((ProgramFolder() / c.dll).wstring());
-    components.push_back(std::make_unique<CComDll>(paths.back()));
+    components.push_back(std::make_unique<ComDll>(paths.back()));
     EXPECT_EQ(S_OK, components.back()->DllRegisterServer());
     EXPECT_EQ(paths.back(), RegisteredLibrary());
   }
@@ -65,3 +67,5 @@ TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) 
 }
 
 }  // namespace
+
+}  // namespace qm::tests

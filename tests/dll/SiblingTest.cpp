@@ -3,6 +3,8 @@
 #include "tests/support/ServerFixture.h"
 #include "tests/support/TestGallery.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::StartsWith;
@@ -21,7 +23,7 @@ const wchar_t* const kQuestions[] = {L"Present", L"NeedsDownload", L"DownloadFil
 
 /// The server in a folder of its own with siblings of the test's choice: the product's or one that
 /// misbehaves, see fakes/Sibling.cpp.
-class SiblingTest : public CServerTest {
+class SiblingTest : public ServerFixture {
  protected:
   SiblingTest() {
     m_serverPath = m_folder / L"QmMMUpdater2.dll";
@@ -32,7 +34,7 @@ class SiblingTest : public CServerTest {
   }
   void TearDown() override {
     Misbehave(nullptr);
-    CServerTest::TearDown();
+    ServerFixture::TearDown();
     FreeSiblings();
   }
 
@@ -61,7 +63,7 @@ class SiblingTest : public CServerTest {
     // Of the product's reader and of the one that misbehaves.
     const bool ownReader = dll != L"Gleaner.dll";
     const std::wstring whole[] = {
-        L"True", L"True", ownReader ? CTestGallery::kDownloadFiles : kItemOfTheSibling, m_rich};
+        L"True", L"True", ownReader ? TestGallery::kDownloadFiles : kItemOfTheSibling, m_rich};
     const std::wstring undescribed[] = {L"True", L"False", L"", L""};
     const std::wstring absent[] = {L"False", L"False", L"", L""};
     for (size_t i = 0; i < std::size(kQuestions); ++i) {
@@ -93,7 +95,7 @@ class SiblingTest : public CServerTest {
   /// The only download file that the misbehaving reader describes.
   static constexpr wchar_t kItemOfTheSibling[] = L"rich.msm;rich.msm;rich.msm;0;rich.msm";
 
-  CTestGallery m_gallery{m_folder};
+  TestGallery m_gallery{m_folder};
 };
 
 TEST_F(SiblingTest, EachFaultOfTheReaderHasItsOutcome) {
@@ -155,7 +157,7 @@ TEST_F(SiblingTest, EachFaultOfTheApplicationServicesHasItsOutcome) {
     Misbehave(fault);
     ExpectAnswers(OpenModule(m_rich).Get(), L"QmAppServices.dll", outcome);
     Misbehave(nullptr);
-    const CComPtr<IMergeModuleTavik> module = OpenModule(m_rich);
+    const common::ComPtr<IMergeModuleTavik> module = OpenModule(m_rich);
     ReadModule(module.Get(), L"DownloadFiles");
     Misbehave(fault);
     ExpectAnswers(module.Get(), L"QmAppServices.dll", opened);
@@ -176,7 +178,7 @@ TEST_F(SiblingTest, TheServerAndItsSiblingsGiveTheirThreadSlotsBack) {
   for (int round = 0; round < 10; ++round) {
     m_server.Load(m_serverPath);
     EXPECT_EQ(L"True", ReadModule(OpenModule(m_rich).Get(), L"Present"));
-    CComDll fourth((ProgramFolder() / L"Corvane8.dll").wstring());
+    ComDll fourth((ProgramFolder() / L"Corvane8.dll").wstring());
     EXPECT_TRUE(fourth.Create<IUnknown>(CLSID_RepositoryMgr));
     EXPECT_NE(freeSlot, nextFreeSlot());
     EXPECT_EQ(S_OK, m_server.DllCanUnloadNow());
@@ -208,11 +210,11 @@ TEST_F(SiblingTest, ACatalogThatCannotBeCreatedReportsItOnceAndUnderItsClass) {
   m_server.Factory(CLSID_MMCatalogManager);
   Settle();  // both factories stay
   const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
-  const CComPtr<IClassFactory> factory = m_server.Factory(CLSID_MMCatalog);
+  const common::ComPtr<IClassFactory> factory = m_server.Factory(CLSID_MMCatalog);
   Misbehave(L"ModuleSearchPath fails");
   for (const bool byFactory : {true, false}) {
     SCOPED_TRACE(byFactory);
-    CComPtr<IUnknown> catalog;
+    common::ComPtr<IUnknown> catalog;
     g_failuresTraced = 0;
     void* const observer = ::AddVectoredExceptionHandler(TRUE, &CountTracedFailures);
     const HRESULT hr = byFactory ? factory->CreateInstance(nullptr, __uuidof(IUnknown),
@@ -251,3 +253,5 @@ TEST_F(SiblingTest, WithoutASiblingAModuleHasNoDescription) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -13,6 +13,8 @@
 #include "common/ExclusiveLock.h"
 #include "msidb/MsiHandle.h"
 
+namespace qm::tests {
+
 namespace {
 
 SRWLOCK s_lock = SRWLOCK_INIT;  ///< the server may be called by several threads
@@ -36,7 +38,7 @@ std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replace
 
 /// Whether the call that is being made is the one that is to fail.
 bool Fails(FaultKind kind, const char* name) {
-  const CExclusiveLock lock(s_lock);
+  const common::ExclusiveLock lock(s_lock);
   ++s_calls[name];
   if (s_log.size() < s_log.capacity()) {
     s_log.push_back(name);
@@ -141,7 +143,7 @@ HANDLE WINAPI OpenFile(const wchar_t* path, DWORD access, DWORD share,
   }
   HANDLE file = ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
   if (file != INVALID_HANDLE_VALUE) {
-    const CExclusiveLock lock(s_lock);
+    const common::ExclusiveLock lock(s_lock);
     s_openFiles.insert(file);
   }
   return file;
@@ -168,7 +170,7 @@ BOOL WINAPI ReadLess(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAP
 BOOL WINAPI CloseFile(HANDLE file) {
   {
     // Before it is closed: another thread may be given the same handle.
-    const CExclusiveLock lock(s_lock);
+    const common::ExclusiveLock lock(s_lock);
     s_openFiles.erase(file);
   }
   return ::CloseHandle(file);
@@ -293,7 +295,7 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
   return true;
 }
 
-CReplacedImports::CReplacedImports(HMODULE importer, const char* dll)
+ReplacedImports::ReplacedImports(HMODULE importer, const char* dll)
     : m_importer(importer), m_dll(dll) {
   s_heapBlocks = 0;
   s_log.reserve(1000);
@@ -307,7 +309,7 @@ CReplacedImports::CReplacedImports(HMODULE importer, const char* dll)
   }
 }
 
-CReplacedImports::~CReplacedImports() {
+ReplacedImports::~ReplacedImports() {
   installer::Reset();
   for (const ImportedFunction& function : kFunctions) {
     if (function.replacement && (!m_dll || std::string_view(function.dll) == m_dll)) {
@@ -341,7 +343,7 @@ void* Find(const char* function) {
 }
 
 UINT CloseAllHandles() {
-  static auto* const closeAll = Find<UINT WINAPI()>("MsiCloseAllHandles");
+  static auto* const closeAll = installer::Find<UINT WINAPI()>("MsiCloseAllHandles");
   return closeAll();
 }
 
@@ -371,3 +373,5 @@ int HeapBlocks() { return s_heapBlocks; }
 int FileSearches() { return s_fileSearches; }
 
 int OpenFiles() { return static_cast<int>(s_openFiles.size()); }
+
+}  // namespace qm::tests

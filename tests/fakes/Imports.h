@@ -5,6 +5,8 @@
 #include <string_view>
 #include <vector>
 
+namespace qm::tests {
+
 // The functions that a module under test imports, replaced in its import table by ones that count
 // their calls and fail on demand.
 
@@ -36,13 +38,13 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
 
 /// Makes a module call the replacements for the life of the object. Counts begin at 0, and no
 /// answer is set.
-class CReplacedImports {
+class ReplacedImports {
  public:
   /// Replaces what `importer` imports from `dll`; from every DLL if that is null.
-  explicit CReplacedImports(HMODULE importer, const char* dll = nullptr);
-  ~CReplacedImports();
-  CReplacedImports(const CReplacedImports&) = delete;
-  CReplacedImports& operator=(const CReplacedImports&) = delete;
+  explicit ReplacedImports(HMODULE importer, const char* dll = nullptr);
+  ~ReplacedImports();
+  ReplacedImports(const ReplacedImports&) = delete;
+  ReplacedImports& operator=(const ReplacedImports&) = delete;
 
  private:
   HMODULE m_importer;
@@ -50,8 +52,8 @@ class CReplacedImports {
 };
 
 /// Watches the installer's functions as the test program itself calls them.
-struct CWatchedInstaller : CReplacedImports {
-  CWatchedInstaller() : CReplacedImports(::GetModuleHandleW(nullptr), "msi.dll") {}
+struct WatchedInstaller : ReplacedImports {
+  WatchedInstaller() : ReplacedImports(::GetModuleHandleW(nullptr), "msi.dll") {}
 };
 
 // The installer's functions, by their names in msi.dll ("MsiViewFetch").
@@ -70,7 +72,7 @@ const std::vector<std::string_view>& Calls();
 void* Find(const char* function);
 template <class Function>
 Function* Find(const char* function) {
-  return reinterpret_cast<Function*>(Find(function));
+  return reinterpret_cast<Function*>(installer::Find(function));
 }
 
 /// Closes the handles that this thread left open and returns their number.
@@ -110,3 +112,5 @@ int SweepFaults(FaultKind kind, Run run) {
     }
   }
 }
+
+}  // namespace qm::tests

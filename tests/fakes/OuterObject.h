@@ -4,10 +4,12 @@
 
 #include "common/ComPtr.h"
 
+namespace qm::tests {
+
 /// An object that aggregates another one: hands out its interfaces and counts its own references.
-class COuterObject final : public IUnknown {
+class OuterObject final : public IUnknown {
  public:
-  virtual ~COuterObject() = default;
+  virtual ~OuterObject() = default;
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     if (iid != __uuidof(IUnknown)) {
       return inner ? inner->QueryInterface(iid, out) : E_NOINTERFACE;
@@ -19,6 +21,8 @@ class COuterObject final : public IUnknown {
   STDMETHOD_(ULONG, AddRef)() override { return ++references; }
   STDMETHOD_(ULONG, Release)() override { return --references; }
 
-  CComPtr<IUnknown> inner;
+  common::ComPtr<IUnknown> inner;
   ULONG references = 1;
 };
+
+}  // namespace qm::tests

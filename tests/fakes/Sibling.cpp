@@ -13,7 +13,7 @@ namespace {
 LONG g_objects = 0;
 
 HRESULT TellStory() {
-  LeaveErrorObject(L"The sibling is out of order.");
+  qm::tests::LeaveErrorObject(L"The sibling is out of order.");
   return static_cast<HRESULT>(0x80041234);
 }
 
@@ -35,27 +35,27 @@ HRESULT GiveText(const wchar_t* operation, const std::wstring& text, BSTR* out) 
   *out = nullptr;
   const HRESULT hr = FaultOf(operation);
   if (hr == S_FALSE) {
-    *out = AllocBstr(text);
+    *out = qm::common::TryAllocateBstr(text);
   }
   return hr == S_FALSE ? S_OK : hr;
 }
 
 /// Class factory, application services and all objects of an INI reader in one. Every section of
 /// its file has the same keys; it remembers the key that was asked for last.
-class CSibling final : public IClassFactory,
-                       public IIniReader,
-                       public IIniSections,
-                       public IIniSection,
-                       public IIniKeys,
-                       public IIniKey,
-                       public IApplicationServices {
+class Sibling final : public IClassFactory,
+                      public IIniReader,
+                      public IIniSections,
+                      public IIniSection,
+                      public IIniKeys,
+                      public IIniKey,
+                      public IApplicationServices {
  public:
-  CSibling() noexcept { ::InterlockedIncrement(&g_objects); }
-  virtual ~CSibling() { ::InterlockedDecrement(&g_objects); }
-  CSibling(const CSibling&) = delete;
-  CSibling& operator=(const CSibling&) = delete;
+  Sibling() noexcept { ::InterlockedIncrement(&g_objects); }
+  virtual ~Sibling() { ::InterlockedDecrement(&g_objects); }
+  Sibling(const Sibling&) = delete;
+  Sibling& operator=(const Sibling&) = delete;
 
-  static HRESULT Create(REFIID iid, void** out) { return (new CSibling)->QueryInterface(iid, out); }
+  static HRESULT Create(REFIID iid, void** out) { return (new Sibling)->QueryInterface(iid, out); }
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     AddRef();
@@ -105,7 +105,7 @@ class CSibling final : public IClassFactory,
   }
   STDMETHOD(get_Item)(VARIANT index, IIniKey** out) override {
     m_byName = index.vt == VT_BSTR;
-    const std::wstring_view name = m_byName ? ViewOf(index.bstrVal) : L"Key1";
+    const std::wstring_view name = m_byName ? qm::common::ViewOf(index.bstrVal) : L"Key1";
     m_value = name == L"Key1" ? L"item" : name == L"Version" ? L"4.0" : L"rich.msm";
     return GiveItself(m_byName ? L"KeyByName" : L"KeyByNumber", out);
   }
@@ -164,7 +164,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
     return CLASS_E_CLASSNOTAVAILABLE;
   }
   const HRESULT hr = FaultOf(L"DllGetClassObject");
-  return hr == S_FALSE ? CSibling::Create(iid, out) : hr;
+  return hr == S_FALSE ? Sibling::Create(iid, out) : hr;
 }
 
 STDAPI DllCanUnloadNow() { return g_objects == 0 ? S_OK : S_FALSE; }

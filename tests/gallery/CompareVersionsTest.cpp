@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace qm::tests {
+
 namespace {
 
 TEST(CompareVersionsTest, VersionsCompareByFourNumbersOfSixteenBits) {
@@ -18,9 +20,11 @@ TEST(CompareVersionsTest, VersionsCompareByFourNumbersOfSixteenBits) {
       {L"1.x.3", L"1.0.3", 0},       {L"1.2rc9.3", L"1.2.3", 0}, {L"1..2", L"1.0.2", 0},
   };
   for (const Case& c : cases) {
-    EXPECT_EQ(c.result, CompareVersions(c.a, c.b)) << c.a << " against " << c.b;
-    EXPECT_EQ(-c.result, CompareVersions(c.b, c.a)) << c.b << " against " << c.a;
+    EXPECT_EQ(c.result, gallery::CompareVersions(c.a, c.b)) << c.a << " against " << c.b;
+    EXPECT_EQ(-c.result, gallery::CompareVersions(c.b, c.a)) << c.b << " against " << c.a;
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

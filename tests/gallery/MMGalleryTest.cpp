@@ -7,6 +7,8 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -33,10 +35,10 @@ class MMGalleryTest : public ::testing::Test {
 
   /// What the three questions answer, as "present, needs download: one", with the folder of the
   /// local path.
-  std::wstring StateOf(CMMGallery& record) {
+  std::wstring StateOf(gallery::CMMGallery& record) {
     VARIANT_BOOL present = 7;
     VARIANT_BOOL needsDownload = 7;
-    CUniqueBstr text;
+    common::UniqueBstr text;
     EXPECT_EQ(S_OK, record.GetPresent(&present));
     EXPECT_EQ(S_OK, record.GetNeedsDownload(&needsDownload));
     EXPECT_EQ(S_OK, record.GetLocalPath(text.Put()));
@@ -50,13 +52,13 @@ class MMGalleryTest : public ::testing::Test {
            (path.empty() ? L"" : L": " + path.parent_path().filename().wstring());
   }
 
-  const CTestFolder m_folder;
+  const TestFolder m_folder;
   const fs::path m_root = m_folder.Path();
   const fs::path m_previous = fs::current_path();
   const fs::path m_lamp = fs::path("ObjectGallery") / "lamp.ini";
 };
 
-struct Lamp : CMMGallery {
+struct Lamp : gallery::CMMGallery {
   explicit Lamp(const wchar_t* version = L"") { SetNameAndVersion(L"lamp", version); }
 };
 
@@ -186,12 +188,12 @@ TEST_F(MMGalleryTest, NamesDoNotLeaveTheGalleryFolder) {
   for (const wchar_t* name : {L"..\\outside", L"../outside", L"sub\\lamp", L"sub/lamp"}) {
     Put(gallery / (name + std::wstring(L".ini")), "[MergeModule]\nSubject=Lamp");
     ASSERT_TRUE(fs::exists(m_root / gallery / (name + std::wstring(L".ini"))));
-    CMMGallery record;
+    gallery::CMMGallery record;
     record.SetNameAndVersion(name, nullptr);
     EXPECT_EQ(record.GetSubject(), L"") << name;
   }
   Put(gallery / L"{a} b..c.ini", "[MergeModule]\nSubject=Lamp");
-  CMMGallery plain;
+  gallery::CMMGallery plain;
   plain.SetNameAndVersion(L"{a} b..c", nullptr);
   EXPECT_EQ(plain.GetSubject(), L"Lamp");
 }
@@ -207,11 +209,11 @@ TEST_F(MMGalleryTest, ItemsOfListsAreReadByPosition) {
   EXPECT_EQ(2, record.GetExclusionCount());
   EXPECT_EQ(1, record.GetFileCount());
 
-  CUniqueBstr a, b, c;
+  common::UniqueBstr a, b, c;
   long size = -1;
   long language = -1;
   const auto told = [&] {
-    return CWideString::Format(L"%s|%s|%s|%d|%d", a.Get(), b.Get(), c.Get(), size, language);
+    return common::WideString::Format(L"%s|%s|%s|%d|%d", a.Get(), b.Get(), c.Get(), size, language);
   };
   record.GetDependency(0, a.Put(), b.Put(), &language);
   EXPECT_EQ(told(), L"Socket.1|1.5|(null)|-1|1031");
@@ -231,3 +233,5 @@ TEST_F(MMGalleryTest, ItemsOfListsAreReadByPosition) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -6,14 +6,9 @@
 #include "image/ByteSource.h"
 #include "image/StreamName.h"
 
-namespace hostile {
+namespace qm::tests {
 
 namespace {
-
-using qm::image::EncodeStreamName;
-using qm::image::ReadU16;
-using qm::image::ReadU32;
-using qm::image::StreamKind;
 
 constexpr std::size_t kEntrySize = 128;
 constexpr char16_t kTableMark = 0x4840;  // begins the names of table streams
@@ -30,7 +25,9 @@ struct Work {
     if (place >= bytes.size() || bytes.size() - place < width) {
       return 0;
     }
-    return width == 4 ? ReadU32(&bytes[place]) : width == 2 ? ReadU16(&bytes[place]) : bytes[place];
+    return width == 4   ? image::ReadU32(&bytes[place])
+           : width == 2 ? image::ReadU16(&bytes[place])
+                        : bytes[place];
   }
 
   void Put(std::size_t place, unsigned width, std::uint32_t value) {
@@ -98,7 +95,7 @@ struct Work {
   }
 
   const Region* TableStream(const char* name) {
-    return AnyStream([encoded = EncodeStreamName(name, StreamKind::Table)](
+    return AnyStream([encoded = image::EncodeStreamName(name, image::StreamKind::Table)](
                          const std::u16string& stream) { return stream == encoded; });
   }
 };
@@ -331,4 +328,4 @@ Damaged Damage(const std::vector<Base>& bases, Random& random) {
   return {std::move(work.bytes), std::move(how)};
 }
 
-}  // namespace hostile
+}  // namespace qm::tests

@@ -6,7 +6,7 @@
 
 #include "tests/hostile/ModuleMap.h"
 
-namespace hostile {
+namespace qm::tests {
 
 /// The same numbers for the same seed, on every machine.
 class Random {
@@ -43,4 +43,4 @@ struct Damaged {
 /// Damages one of `bases` in one way or several, which `random` chooses.
 Damaged Damage(const std::vector<Base>& bases, Random& random);
 
-}  // namespace hostile
+}  // namespace qm::tests

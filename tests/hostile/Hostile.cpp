@@ -39,8 +39,6 @@
 namespace {
 
 namespace fs = std::filesystem;
-using hostile::Base;
-using hostile::Bytes;
 
 constexpr double kSlow = 1000;             // milliseconds
 constexpr DWORD kHang = 30000;             // milliseconds
@@ -60,28 +58,28 @@ std::string Narrow(const std::wstring& text) {
   return narrow;
 }
 
-Bytes ReadFile(const fs::path& path) {
+qm::tests::Bytes ReadFile(const fs::path& path) {
   std::ifstream file(path, std::ios::binary);
-  return Bytes(std::istreambuf_iterator<char>(file), {});
+  return qm::tests::Bytes(std::istreambuf_iterator<char>(file), {});
 }
 
-void WriteFile(const fs::path& path, const Bytes& bytes) {
+void WriteFile(const fs::path& path, const qm::tests::Bytes& bytes) {
   std::ofstream(path, std::ios::binary)
       .write(reinterpret_cast<const char*>(bytes.data()),
              static_cast<std::streamsize>(bytes.size()));
 }
 
-std::vector<Base> ReadBases(const fs::path& list) {
-  std::vector<Base> bases;
+std::vector<qm::tests::Base> ReadBases(const fs::path& list) {
+  std::vector<qm::tests::Base> bases;
   std::ifstream paths(list);
   for (std::string path; std::getline(paths, path);) {
     const fs::path file = fs::u8path(path);
-    Bytes bytes = ReadFile(file);
+    qm::tests::Bytes bytes = ReadFile(file);
     if (bytes.size() < 4096) {
       Fail(path + " cannot be read");
     }
     try {
-      hostile::ModuleMap map(bytes);
+      qm::tests::ModuleMap map(bytes);
       bases.push_back({file.filename().u8string(), std::move(bytes), std::move(map)});
     } catch (const std::out_of_range&) {
       std::fprintf(stderr, "left out, because it is damaged already: %s\n", path.c_str());
@@ -136,19 +134,19 @@ std::string KindOf(const std::wstring& failure) {
 }
 
 /// The keys of all directories of files.
-msidb::TargetDirectories DirectoriesOf(IMergeModule& module) {
-  msidb::TargetDirectories directories;
-  CComPtr<IMMFiles> files;
+qm::msidb::TargetDirectoryMap DirectoriesOf(IMergeModule& module) {
+  qm::msidb::TargetDirectoryMap directories;
+  qm::common::ComPtr<IMMFiles> files;
   long count = 0;
   if (SUCCEEDED(module.get_Files(files.Put()))) {
     files->get_Count(&count);
   }
   for (long number = 1; number <= count; ++number) {
-    CComPtr<IMMFile> file;
-    CUniqueBstr key;
-    files->get_Item(CVariant(number), file.Put());
+    qm::common::ComPtr<IMMFile> file;
+    qm::common::UniqueBstr key;
+    files->get_Item(qm::tests::Variant(number), file.Put());
     file->get_Directory(key.Put());
-    directories[CWideString(ViewOf(key.Get()))];
+    directories[qm::common::WideString(qm::common::ViewOf(key.Get()))];
   }
   return directories;
 }
@@ -157,7 +155,7 @@ msidb::TargetDirectories DirectoriesOf(IMergeModule& module) {
 
 class Test {
  public:
-  Test(std::vector<Base> bases, fs::path folder, std::uint64_t seed)
+  Test(std::vector<qm::tests::Base> bases, fs::path folder, std::uint64_t seed)
       : m_bases(std::move(bases)), m_folder(std::move(folder)), m_seed(seed) {
     if (!m_server.Module()) {
       Fail("the server cannot be loaded");
@@ -204,23 +202,23 @@ class Test {
     std::printf("module %u: %s\n", number, what.c_str());
   }
 
-  hostile::Damaged Damaged(unsigned number, unsigned variant) const {
-    hostile::Random random(m_seed * 1000003 + number * 2ULL + variant);
+  qm::tests::Damaged Damaged(unsigned number, unsigned variant) const {
+    qm::tests::Random random(m_seed * 1000003 + number * 2ULL + variant);
     random.Next();
-    return hostile::Damage(m_bases, random);
+    return qm::tests::Damage(m_bases, random);
   }
 
   void RunFolder(unsigned first, unsigned end) {
     std::vector<Module> modules;
     for (unsigned number = first; number < end; ++number) {
-      hostile::Damaged damaged = Damaged(number, 0);
+      qm::tests::Damaged damaged = Damaged(number, 0);
       const fs::path path = m_folder / "modules" / (std::to_string(number) + ".msm");
       WriteFile(path, damaged.bytes);
       modules.push_back({number, std::move(damaged.how), path});
     }
     for (const Module& module : modules) {
       Begin(module.number, module.number + 1, "alone", module.how);
-      const Answers answers = Timed(module, [&] { return AskAlone(module.path); });
+      const qm::tests::Answers answers = Timed(module, [&] { return AskAlone(module.path); });
       Count(module, answers);
     }
     AskInFolder(modules);
@@ -234,12 +232,12 @@ class Test {
 
   /// Runs `work`; if it is slow, again, because other programs may have taken the time.
   template <class Work>
-  Answers Timed(const Module& module, Work work) {
+  qm::tests::Answers Timed(const Module& module, Work work) {
     double fastest = 1e9;
     for (int attempt = 0;; ++attempt) {
       LARGE_INTEGER begin, end, frequency;
       ::QueryPerformanceCounter(&begin);
-      Answers answers = work();
+      qm::tests::Answers answers = work();
       ::QueryPerformanceCounter(&end);
       ::QueryPerformanceFrequency(&frequency);
       fastest = std::min(fastest, static_cast<double>(end.QuadPart - begin.QuadPart) * 1000 /
@@ -258,29 +256,32 @@ class Test {
   }
 
   /// Opens a module and asks for everything, twice.
-  Answers AskAlone(const fs::path& path) {
+  qm::tests::Answers AskAlone(const fs::path& path) {
     const auto module = m_server.Create<IMergeModuleTavik>(CLSID_MergeModule2);
-    Answers answers;
-    for (const Route route : {Route::VirtualTable, Route::Dispatch}) {
-      const HRESULT hr = module->Open(CUniqueBstr(AllocBstr(path.wstring())).Get());
-      const std::wstring opened = FAILED(hr) ? FailureText(hr, TakeDescription()) : L"";
-      Answers now = ReadModule(module.Get(), route);
+    qm::tests::Answers answers;
+    for (const qm::tests::Route route :
+         {qm::tests::Route::VirtualTable, qm::tests::Route::Dispatch}) {
+      const HRESULT hr =
+          module->Open(qm::common::UniqueBstr(qm::common::TryAllocateBstr(path.wstring())).Get());
+      const std::wstring opened =
+          FAILED(hr) ? qm::tests::FailureText(hr, qm::tests::TakeDescription()) : L"";
+      qm::tests::Answers now = qm::tests::ReadModule(module.Get(), route);
       now[L"Open"] = opened;
       if (!answers.empty() && now != answers) {
         m_isUnsteady = true;
       }
       answers = std::move(now);
-      ReadModule(module.Get(), route);  // what failed is not read again
+      qm::tests::ReadModule(module.Get(), route);  // what failed is not read again
     }
-    msidb::TargetDirectories directories = DirectoriesOf(*module.Get());
-    const HRESULT hr =
-        msidb::ResolveModuleDirectories(path.c_str(), TargetPathOptions(), directories);
+    qm::msidb::TargetDirectoryMap directories = DirectoriesOf(*module.Get());
+    const HRESULT hr = qm::msidb::ResolveTargetDirectories(
+        path.c_str(), qm::traits::MakeTargetPathOptions(), directories);
     answers[L"Target directories"] =
-        FAILED(hr) ? FailureText(hr, TakeDescription()) : std::wstring();
+        FAILED(hr) ? qm::tests::FailureText(hr, qm::tests::TakeDescription()) : std::wstring();
     return answers;
   }
 
-  void Count(const Module& module, const Answers& answers) {
+  void Count(const Module& module, const qm::tests::Answers& answers) {
     if (std::exchange(m_isUnsteady, false)) {
       Find(module.number, "is not answered the same way twice (" + module.how + ")");
     }
@@ -290,7 +291,7 @@ class Test {
     }
     bool isWhole = true;
     for (const auto& [name, answer] : answers) {
-      if (IsFailure(answer)) {
+      if (qm::tests::IsFailure(answer)) {
         ++m_outcome["opened, " + Narrow(name) + ": " + KindOf(answer)];
         isWhole = false;
       }
@@ -305,7 +306,7 @@ class Test {
     const unsigned end = modules.back().number + 1;
     Begin(modules.front().number, end, "listed with those that follow", "a folder");
     const auto catalog = m_server.Create<IMMCatalog>(CLSID_MMCatalog);
-    CComPtr<IMergeModules> list;
+    qm::common::ComPtr<IMergeModules> list;
     long count = 0;
     if (FAILED(catalog->get_MergeModules(list.Put())) || FAILED(list->get_Count(&count))) {
       Find(modules.front().number, "its folder cannot be listed");
@@ -315,13 +316,13 @@ class Test {
       Find(modules.front().number, "its folder has " + std::to_string(count) + " modules");
     }
     for (long position = 1; position <= count; ++position) {
-      CComPtr<IMergeModule> module;
-      list->get_Item(CVariant(position), module.Put());
-      CComPtr<IMergeModuleTavik> newest;
+      qm::common::ComPtr<IMergeModule> module;
+      list->get_Item(qm::tests::Variant(position), module.Put());
+      qm::common::ComPtr<IMergeModuleTavik> newest;
       module.QueryInterface(newest.Put());
-      CUniqueBstr path;
+      qm::common::UniqueBstr path;
       newest->get_Path(path.Put());
-      const fs::path file(std::wstring(ViewOf(path.Get())));
+      const fs::path file(std::wstring(qm::common::ViewOf(path.Get())));
       if (file == SoundPath()) {
         Begin(modules.front().number, end, "the sound module beside", "a folder");
         AskSound(modules.front().number, newest.Get());
@@ -334,12 +335,14 @@ class Test {
         WriteFile(file, Damaged(asked.number, 1).bytes);
       }
       Begin(asked.number, end, "from the list", asked.how);
-      Timed(asked, [&] { return ReadModule(newest.Get(), Route::VirtualTable); });
+      Timed(asked,
+            [&] { return qm::tests::ReadModule(newest.Get(), qm::tests::Route::VirtualTable); });
     }
   }
 
   void AskSound(unsigned number, IMergeModuleTavik* module) {
-    for (const auto& [name, answer] : ReadModule(module, Route::VirtualTable)) {
+    for (const auto& [name, answer] :
+         qm::tests::ReadModule(module, qm::tests::Route::VirtualTable)) {
       if (name != L"Origin" && name != L"HasOrigin" && m_sound.at(name) != answer) {
         Find(number, "the sound module beside it has another " + Narrow(name));
       }
@@ -350,7 +353,7 @@ class Test {
   /// process be measured. Returns the bytes in use.
   size_t Settle(const char* when) {
     ::SetEnvironmentVariableW(L"QM_MODULE_PATH", L"");
-    CComPtr<IMergeModules> list;
+    qm::common::ComPtr<IMergeModules> list;
     m_server.Create<IMMCatalog>(CLSID_MMCatalog)->get_MergeModules(list.Put());
     list = nullptr;
     ::SetErrorInfo(0, nullptr);
@@ -359,7 +362,7 @@ class Test {
       Find(0, std::to_string(handles) + " installer handles are open" +
                   (m_server.DllCanUnloadNow() != S_OK ? ", and the server is in use" : ""));
     }
-    const size_t bytes = HeapBytes();
+    const size_t bytes = qm::bench::HeapBytes();
     m_state += std::string("heap ") + when + " " + std::to_string(bytes) + "\n";
     const fs::path measure = m_folder / "measure";
     std::ofstream(measure) << when;
@@ -377,11 +380,11 @@ class Test {
     file << "slowest " << m_slowest << " ms, module " << m_slowestModule << '\n' << m_state;
   }
 
-  const std::vector<Base> m_bases;
+  const std::vector<qm::tests::Base> m_bases;
   const fs::path m_folder;
   const std::uint64_t m_seed;
-  const CComDll m_server{(ProgramFolder() / L"QmMMUpdater2.dll").wstring()};
-  Answers m_sound;
+  const qm::tests::ComDll m_server{(qm::tests::ProgramFolder() / L"QmMMUpdater2.dll").wstring()};
+  qm::tests::Answers m_sound;
   bool m_isOne = false;  ///< whether one module is asked, which stays
   bool m_hasFinds = false;
   bool m_isUnsteady = false;

@@ -2,12 +2,9 @@
 
 #include "image/ByteSource.h"
 
-namespace hostile {
+namespace qm::tests {
 
 namespace {
-
-using qm::image::ReadU16;
-using qm::image::ReadU32;
 
 constexpr std::uint32_t kLastSector = 0xFFFFFFFA;  // greater numbers end a chain
 constexpr std::size_t kMiniSectorSize = 64;
@@ -15,13 +12,13 @@ constexpr std::size_t kMiniStreamLimit = 4096;
 constexpr std::size_t kEntrySize = 128;
 
 std::uint32_t NumberAt(const Bytes& file, const Region& region, std::size_t index) {
-  return ReadU32(file.data() + region.At(4 * index));
+  return image::ReadU32(file.data() + region.At(4 * index));
 }
 
 }  // namespace
 
 ModuleMap::ModuleMap(const Bytes& file)
-    : sectorSize(std::size_t{1} << ReadU16(file.data() + 0x1E)) {
+    : sectorSize(std::size_t{1} << image::ReadU16(file.data() + 0x1E)) {
   const auto offsetOf = [&](std::uint32_t sector) {
     return (std::size_t{sector} + 1) * sectorSize;
   };
@@ -39,23 +36,23 @@ ModuleMap::ModuleMap(const Bytes& file)
   std::vector<std::size_t> tableSectors;
   const auto addTableSectors = [&](std::size_t list, std::size_t count) {
     for (std::size_t i = 0; i < count; ++i) {
-      const std::uint32_t sector = ReadU32(file.data() + list + 4 * i);
+      const std::uint32_t sector = image::ReadU32(file.data() + list + 4 * i);
       if (sector < kLastSector) {
         tableSectors.push_back(offsetOf(sector));
       }
     }
   };
   addTableSectors(0x4C, 109);
-  for (std::uint32_t list = ReadU32(file.data() + 0x44); list < kLastSector;
-       list = ReadU32(file.data() + offsetOf(list) + sectorSize - 4)) {
+  for (std::uint32_t list = image::ReadU32(file.data() + 0x44); list < kLastSector;
+       list = image::ReadU32(file.data() + offsetOf(list) + sectorSize - 4)) {
     addTableSectors(offsetOf(list), sectorSize / 4 - 1);
   }
   allocationTable = regionOf(tableSectors);
-  directory = regionOf(follow(ReadU32(file.data() + 0x30), allocationTable, offsetOf));
-  miniTable = regionOf(follow(ReadU32(file.data() + 0x3C), allocationTable, offsetOf));
+  directory = regionOf(follow(image::ReadU32(file.data() + 0x30), allocationTable, offsetOf));
+  miniTable = regionOf(follow(image::ReadU32(file.data() + 0x3C), allocationTable, offsetOf));
 
   const Region miniStream =
-      regionOf(follow(ReadU32(file.data() + directory.At(0x74)), allocationTable, offsetOf));
+      regionOf(follow(image::ReadU32(file.data() + directory.At(0x74)), allocationTable, offsetOf));
   const auto miniOffsetOf = [&](std::uint32_t sector) {
     return miniStream.At(sector * kMiniSectorSize);
   };
@@ -65,11 +62,11 @@ ModuleMap::ModuleMap(const Bytes& file)
       continue;  // not a stream
     }
     Stream stream;
-    for (std::size_t i = 0; i + 2 < ReadU16(bytes + 0x40); i += 2) {
-      stream.name += static_cast<char16_t>(ReadU16(bytes + i));
+    for (std::size_t i = 0; i + 2 < image::ReadU16(bytes + 0x40); i += 2) {
+      stream.name += static_cast<char16_t>(image::ReadU16(bytes + i));
     }
-    const std::uint32_t size = ReadU32(bytes + 0x78);
-    const std::uint32_t first = ReadU32(bytes + 0x74);
+    const std::uint32_t size = image::ReadU32(bytes + 0x78);
+    const std::uint32_t first = image::ReadU32(bytes + 0x74);
     if (size >= kMiniStreamLimit) {
       stream.region = Region(follow(first, allocationTable, offsetOf), sectorSize, size);
     } else if (size > 0) {
@@ -79,4 +76,4 @@ ModuleMap::ModuleMap(const Bytes& file)
   }
 }
 
-}  // namespace hostile
+}  // namespace qm::tests

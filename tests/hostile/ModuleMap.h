@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-namespace hostile {
+namespace qm::tests {
 
 using Bytes = std::vector<std::uint8_t>;
 
@@ -45,4 +45,4 @@ struct ModuleMap {
   std::vector<Stream> streams;
 };
 
-}  // namespace hostile
+}  // namespace qm::tests

@@ -6,9 +6,9 @@
 
 #include "tests/image/FuzzTargets.h"
 
-namespace {
+namespace qm::tests {
 
-using namespace image_tests;
+namespace {
 
 /// What tools/fuzz starts from, and what it once found.
 TEST(CorpusTest, NoFileOfTheCorpusBreaksAPromise) {
@@ -18,7 +18,7 @@ TEST(CorpusTest, NoFileOfTheCorpusBreaksAPromise) {
              std::filesystem::path(QM_SOURCE_DIR) / "tests/image/corpus" / target.corpus)) {
       SCOPED_TRACE(file.path().string());
       std::ifstream stream(file.path(), std::ios::binary);
-      target.run(qm::image::Bytes(std::istreambuf_iterator<char>(stream), {}));
+      target.run(image::Bytes(std::istreambuf_iterator<char>(stream), {}));
       ++files;
     }
     EXPECT_GT(files, 0U) << target.name;
@@ -26,3 +26,5 @@ TEST(CorpusTest, NoFileOfTheCorpusBreaksAPromise) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -13,15 +13,10 @@
 
 #include "tests/support/DatabaseFile.h"
 
+namespace qm::tests {
+
 namespace {
 
-using namespace image_tests;
-using qm::image::ColumnKind;
-using qm::image::Damage;
-using qm::image::DamagedPart;
-using qm::image::Database;
-using qm::image::Defect;
-using qm::image::Rows;
 using testing::ElementsAre;
 
 const std::u16string kPool = TableStream("_StringPool");
@@ -47,7 +42,9 @@ DatabaseImage Sample(const std::string& value = "x") {
                {{"Name", kText | kKey}, {"Data", kData | kNullable}},
                {{"Icon", 1}, {"Font", 1}, {"None", nullptr}, {"Lost", 1}}},
           },
-          {{RowStream(u"Binary.Icon"), Bytes(70, 'i')}, {kFont, Bytes(5000, 'f')}, {kSpare, {}}}};
+          {{RowStream(u"Binary.Icon"), image::Bytes(70, 'i')},
+           {kFont, image::Bytes(5000, 'f')},
+           {kSpare, {}}}};
 }
 
 CompoundFileImage Write(const DatabaseImage& database, unsigned sectorShift = 9) {
@@ -57,19 +54,19 @@ CompoundFileImage Write(const DatabaseImage& database, unsigned sectorShift = 9)
 }
 
 /// Everything that a database has, in lines of text.
-std::vector<std::string> Contents(Database& database) {
+std::vector<std::string> Contents(image::Database& database) {
   std::vector<std::string> lines;
   database.Verify();
   for (const std::string_view name : database.TableNames()) {
-    const Rows rows = database.ReadTable(name);
+    const image::TableRows rows = database.ReadTable(name);
     for (std::size_t row = 0; row < rows.Count(); ++row) {
       std::string line(name);
-      for (std::size_t i = 0; i < rows.GetTable().columns.size(); ++i) {
+      for (std::size_t i = 0; i < rows.Definition().columns.size(); ++i) {
         line += '|';
-        const ColumnKind kind = rows.GetTable().columns[i].kind;
-        if (kind == ColumnKind::Text) {
+        const image::ColumnKind kind = rows.Definition().columns[i].kind;
+        if (kind == image::ColumnKind::Text) {
           line += rows.Text(row, i).substr(0, 10);
-        } else if (kind == ColumnKind::Integer) {
+        } else if (kind == image::ColumnKind::Integer) {
           const auto number = rows.Integer(row, i);
           line += number ? std::to_string(*number) : "null";
         } else {
@@ -100,7 +97,7 @@ TEST(DatabaseTest, ReadsEveryValueInEveryLayout) {
       image.codePage = 65001;
       image.referenceSize = referenceSize;
       MemorySource source = Write(image, sectorShift).Source();
-      Database database(source);
+      image::Database database(source);
       EXPECT_THAT(Contents(database), kSampleContents);
       EXPECT_THAT(database.Defects(), testing::IsEmpty());
       EXPECT_EQ(database.UnknownKind(), std::nullopt);
@@ -109,8 +106,8 @@ TEST(DatabaseTest, ReadsEveryValueInEveryLayout) {
                   ElementsAre("ModuleSignature", "File", "Property", "Patch", "Binary"));
       EXPECT_TRUE(database.HasTable("Patch"));
       EXPECT_FALSE(database.HasTable("patch"));
-      EXPECT_EQ(database.ReadTable("File").GetTable().FindColumn("Order"), 2U);
-      EXPECT_EQ(database.ReadTable("File").GetTable().FindColumn("order"), std::nullopt);
+      EXPECT_EQ(database.ReadTable("File").Definition().FindColumn("Order"), 2U);
+      EXPECT_EQ(database.ReadTable("File").Definition().FindColumn("order"), std::nullopt);
       EXPECT_EQ(database.ReadSummary()->Text(3), std::nullopt);
     }
   }
@@ -124,8 +121,8 @@ TEST(DatabaseTest, ReadsStringsAndNumbersOfStringsAboveSixteenBits) {
     rows.push_back({"P" + std::to_string(i), "V"});
   }
   MemorySource source = Write(image).Source();
-  Database database(source);
-  const Rows properties = database.ReadTable("Property");
+  image::Database database(source);
+  const image::TableRows properties = database.ReadTable("Property");
   EXPECT_EQ(properties.Text(0, 1), std::string(140000, 'l'));
   EXPECT_EQ(properties.Text(70000, 0), "P69999");
   EXPECT_GT(properties.StringNumber(70000, 0), 0xFFFFU);
@@ -136,10 +133,10 @@ TEST(DatabaseTest, ReadsOnlyWhatIsNeededOfALargeFile) {
   const std::pair<unsigned, std::uint64_t> cases[] = {{9, 9 << 20U}, {12, 0x80000000}};
   for (const auto& [sectorShift, hole] : cases) {
     DatabaseImage image = Sample();
-    image.streams.push_back({std::u16string(31, u'z'), Bytes(1, 'c'), hole});
+    image.streams.push_back({std::u16string(31, u'z'), image::Bytes(1, 'c'), hole});
     const CompoundFileImage file = Write(image, sectorShift);
     MemorySource source = file.Source();
-    Database database(source);
+    image::Database database(source);
     EXPECT_THAT(Contents(database), kSampleContents);
     EXPECT_THAT(database.Defects(), testing::IsEmpty());
     EXPECT_LT(source.bytesRead, 100000U);
@@ -179,14 +176,14 @@ TEST(DatabaseTest, EachDamageIsRefusedWithItsCause) {
   const std::u16string tables = TableStream("_Tables");
   const std::u16string columns = TableStream("_Columns");
   const std::u16string rows = TableStream("File");
-  constexpr DamagedPart kNone = DamagedPart::NoDatabase;
-  constexpr DamagedPart kAll = DamagedPart::Structure;
-  constexpr DamagedPart kTable = DamagedPart::Table;
-  constexpr DamagedPart kRow = DamagedPart::Row;
-  constexpr DamagedPart kSum = DamagedPart::Summary;
+  constexpr image::DamagedPart kNone = image::DamagedPart::NoDatabase;
+  constexpr image::DamagedPart kAll = image::DamagedPart::Structure;
+  constexpr image::DamagedPart kTable = image::DamagedPart::Table;
+  constexpr image::DamagedPart kRow = image::DamagedPart::Row;
+  constexpr image::DamagedPart kSum = image::DamagedPart::Summary;
   const struct {
     Change damage;
-    DamagedPart part;
+    image::DamagedPart part;
     std::string_view sentence;
   } cases[] = {
       // Files of other kinds.
@@ -311,10 +308,10 @@ TEST(DatabaseTest, EachDamageIsRefusedWithItsCause) {
     damage(image);
     try {
       MemorySource source = image.Source();
-      Database database(source);
+      image::Database database(source);
       Contents(database);
       ADD_FAILURE() << "read";
-    } catch (const Damage& found) {
+    } catch (const image::Damage& found) {
       EXPECT_EQ(found.Part(), part);
       EXPECT_EQ(std::string_view(found.what()), sentence);
     }
@@ -329,18 +326,18 @@ TEST(DatabaseTest, RefusesTablesThatTogetherClaimMoreThanTheFile) {
   file.Put(file.Entry(TableStream("Other")) + 0x74, 4, file.firstSectors[TableStream("Large")]);
   file.Put(file.Entry(TableStream("Other")) + 0x78, 4, 10000);
   MemorySource source = file.Source();
-  Database database(source);
+  image::Database database(source);
   EXPECT_EQ(database.ReadTable("Other").Count(), 5000U);
-  EXPECT_THROW(database.Verify(), Damage);
+  EXPECT_THROW(database.Verify(), image::Damage);
 }
 
 TEST(DatabaseTest, FilesWithMinorDefectsAreReadAndTheDefectsListed) {
   using File = CompoundFileImage;
-  constexpr auto kHarmless = Defect::Grade::Harmless;
-  constexpr auto kSuspicious = Defect::Grade::Suspicious;
+  constexpr auto kHarmless = image::Defect::Grade::Harmless;
+  constexpr auto kSuspicious = image::Defect::Grade::Suspicious;
   const struct {
     Change change;
-    std::vector<std::pair<Defect::Grade, std::string>> defects;
+    std::vector<std::pair<image::Defect::Grade, std::string>> defects;
   } cases[] = {
       {[](File& f) { Cut(f.bytes.size() - 100)(f); },
        {{kHarmless, "The last sector has 412 of 512 bytes."}}},
@@ -379,10 +376,10 @@ TEST(DatabaseTest, FilesWithMinorDefectsAreReadAndTheDefectsListed) {
     CompoundFileImage image = Write(Sample());
     change(image);
     MemorySource source = image.Source();
-    Database database(source);
+    image::Database database(source);
     EXPECT_THAT(Contents(database), kSampleContents);
-    std::vector<std::pair<Defect::Grade, std::string>> found;
-    for (const Defect& defect : database.Defects()) {
+    std::vector<std::pair<image::Defect::Grade, std::string>> found;
+    for (const image::Defect& defect : database.Defects()) {
       found.emplace_back(defect.grade, defect.sentence);
     }
     EXPECT_EQ(found, defects);
@@ -408,15 +405,15 @@ TEST(DatabaseTest, VerificationCoversStreamsThatAreNeverRead) {
     SCOPED_TRACE(sentence);
     CompoundFileImage image = Write(Sample());
     MemorySource sound = image.Source();
-    Database(sound).VerifyStreams();
+    image::Database(sound).VerifyStreams();
     change(image);
     MemorySource source = image.Source();
-    Database database(source);
+    image::Database database(source);
     try {
       database.VerifyStreams();
       ADD_FAILURE() << "passed";
-    } catch (const Damage& found) {
-      EXPECT_EQ(found.Part(), DamagedPart::Structure);
+    } catch (const image::Damage& found) {
+      EXPECT_EQ(found.Part(), image::DamagedPart::Structure);
       EXPECT_EQ(std::string_view(found.what()), sentence);
     }
   }
@@ -430,14 +427,14 @@ TEST(DatabaseTest, ReadsATableOfTablesThatRepeatsALongName) {
   std::vector<Stream> streams = WriteDatabase(image);
   for (Stream& stream : streams) {
     if (stream.name == TableStream("_Tables")) {
-      const Bytes row = stream.bytes;
+      const image::Bytes row = stream.bytes;
       for (int i = 0; i < 50000; ++i) {
         stream.bytes.insert(stream.bytes.end(), row.begin(), row.end());
       }
     }
   }
   MemorySource source = WriteCompoundFile(std::move(streams)).Source();
-  const Database database(source);
+  const image::Database database(source);
   EXPECT_TRUE(database.HasTable(name));
 }
 
@@ -445,7 +442,7 @@ TEST(DatabaseTest, AnUnknownFormatVersionIsNamed) {
   CompoundFileImage image = Write(Sample());
   Header(0x1A, 2, 5)(image);
   MemorySource source = image.Source();
-  Database database(source);
+  image::Database database(source);
   database.Verify();
   EXPECT_EQ(database.UnknownKind(), "version 5 of the format of compound files");
 }
@@ -455,7 +452,7 @@ TEST(DatabaseTest, EveryFailureToReadIsPassedOnAndReadingCanBeRepeated) {
   for (unsigned failing = 1;; ++failing) {
     MemorySource source = file.Source();
     source.failingRead = failing;
-    std::optional<Database> database;
+    std::optional<image::Database> database;
     try {
       database.emplace(source);
       Contents(*database);
@@ -471,16 +468,18 @@ TEST(DatabaseTest, EveryFailureToReadIsPassedOnAndReadingCanBeRepeated) {
 
 TEST(DatabaseTest, ReadsAModuleThatTheInstallerWrote) {
   std::ifstream stream(QM_SOURCE_DIR "/tests/image/corpus/file/EchoPrint.msm", std::ios::binary);
-  MemorySource source(Bytes(std::istreambuf_iterator<char>(stream), {}));
-  Database database(source);
+  MemorySource source(image::Bytes(std::istreambuf_iterator<char>(stream), {}));
+  image::Database database(source);
   database.Verify();
   EXPECT_THAT(database.Defects(), testing::IsEmpty());
-  const Rows signature = database.ReadTable("ModuleSignature");
+  const image::TableRows signature = database.ReadTable("ModuleSignature");
   EXPECT_EQ(signature.Text(0, 0), "EchoPrint.9C0310F5_ADFE_4427_8CC5_CC89C0D69A78");
   EXPECT_EQ(signature.Integer(0, 1), 1033);
   EXPECT_EQ(database.ReadTable("Directory").Text(3, 2), "ECHOPR~1|Echo Print");
   EXPECT_EQ(database.ReadSummary()->Text(9), "{CAD53C73-EAA2-45D8-A4CF-2EEF360A739A}");
-  EXPECT_THROW(database.ReadTable("Nothing"), Damage);
+  EXPECT_THROW(database.ReadTable("Nothing"), image::Damage);
 }
 
 }  // namespace
+
+}  // namespace qm::tests

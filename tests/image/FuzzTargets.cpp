@@ -7,11 +7,9 @@
 #include "image/Database.h"
 #include "tests/support/DatabaseFile.h"
 
-namespace image_tests {
+namespace qm::tests {
 
 namespace {
-
-using namespace qm::image;
 
 void Require(bool holds) {
   if (!holds) {
@@ -21,10 +19,10 @@ void Require(bool holds) {
 
 /// Runs `work`, which may throw Damage in one of these parts.
 template <class Work>
-void MayBeDamaged(std::initializer_list<DamagedPart> parts, Work work) {
+void MayBeDamaged(std::initializer_list<image::DamagedPart> parts, Work work) {
   try {
     work();
-  } catch (const Damage& damage) {
+  } catch (const image::Damage& damage) {
     const std::string_view sentence = damage.what();
     Require(std::find(parts.begin(), parts.end(), damage.Part()) != parts.end());
     Require(!sentence.empty() && sentence.size() < 400 && sentence.back() == '.');
@@ -35,8 +33,8 @@ void MayBeDamaged(std::initializer_list<DamagedPart> parts, Work work) {
 
 /// A field that readers ignore is the number of zeros that follow: up to 8 MB, so that small
 /// inputs reach the lists that continue the allocation table.
-MemorySource SourceOf(const Bytes& input) {
-  const std::uint64_t zeros = input.size() >= 10 ? 128ULL * ReadU16(input.data() + 8) : 0;
+MemorySource SourceOf(const image::Bytes& input) {
+  const std::uint64_t zeros = input.size() >= 10 ? 128ULL * image::ReadU16(input.data() + 8) : 0;
   return {input, input.size() + zeros};
 }
 
@@ -45,34 +43,34 @@ void RequireBoundedCost(const MemorySource& source) {
   Require(source.bytesRead <= 10 * source.Size() + 8192);
 }
 
-void RunCompoundFile(const Bytes& input) {
+void RunCompoundFile(const image::Bytes& input) {
   MemorySource source = SourceOf(input);
-  MayBeDamaged({DamagedPart::NoDatabase, DamagedPart::Structure}, [&] {
-    CompoundFile file(source);
+  MayBeDamaged({image::DamagedPart::NoDatabase, image::DamagedPart::Structure}, [&] {
+    image::CompoundFile file(source);
     file.Defects();
-    file.UnknownVersion();
+    file.FindUnknownVersion();
     for (const char16_t* const name : {u"\005SummaryInformation", u"Icon", u"a"}) {
       if (const auto stream = file.FindStream(name)) {
-        MayBeDamaged({DamagedPart::Structure, DamagedPart::Row},
-                     [&] { file.Read(*stream, DamagedPart::Row, "The stream"); });
+        MayBeDamaged({image::DamagedPart::Structure, image::DamagedPart::Row},
+                     [&] { file.Read(*stream, image::DamagedPart::Row, "The stream"); });
       }
     }
   });
   RequireBoundedCost(source);
 }
 
-void ReadRows(Database& database, const Rows& rows) {
+void ReadRows(image::Database& database, const image::TableRows& rows) {
   const auto decode = [](std::string_view text) {
     return std::u16string(text.begin(), text.end());
   };
   std::size_t streams = 0;
   for (std::size_t row = 0; row < rows.Count(); ++row) {
-    for (std::size_t i = 0; i < rows.GetTable().columns.size(); ++i) {
-      const Column& column = rows.GetTable().columns[i];
-      if (column.kind == ColumnKind::Text) {
+    for (std::size_t i = 0; i < rows.Definition().columns.size(); ++i) {
+      const image::Column& column = rows.Definition().columns[i];
+      if (column.kind == image::ColumnKind::Text) {
         Require(rows.IsNull(row, i) == (rows.StringNumber(row, i) == 0));
         rows.Text(row, i);
-      } else if (column.kind == ColumnKind::Integer) {
+      } else if (column.kind == image::ColumnKind::Integer) {
         Require(rows.IsNull(row, i) == !rows.Integer(row, i));
       } else if (++streams < 8) {
         database.ReadStream(rows, row, i, decode);
@@ -81,43 +79,46 @@ void ReadRows(Database& database, const Rows& rows) {
   }
 }
 
-void RunDatabase(const Bytes& input) {
+void RunDatabase(const image::Bytes& input) {
   MemorySource source = SourceOf(input);
-  MayBeDamaged({DamagedPart::NoDatabase, DamagedPart::Structure}, [&] {
-    Database database(source);
-    MayBeDamaged(
-        {DamagedPart::Structure, DamagedPart::Table, DamagedPart::Row, DamagedPart::Summary},
-        [&] { database.Verify(); });
+  MayBeDamaged({image::DamagedPart::NoDatabase, image::DamagedPart::Structure}, [&] {
+    image::Database database(source);
+    MayBeDamaged({image::DamagedPart::Structure, image::DamagedPart::Table, image::DamagedPart::Row,
+                  image::DamagedPart::Summary},
+                 [&] { database.Verify(); });
     RequireBoundedCost(source);
     database.Defects();
     database.UnknownKind();
-    MayBeDamaged({DamagedPart::Structure, DamagedPart::Summary}, [&] { database.ReadSummary(); });
+    MayBeDamaged({image::DamagedPart::Structure, image::DamagedPart::Summary},
+                 [&] { database.ReadSummary(); });
     std::size_t size = 0;
     for (const std::string_view name : database.TableNames()) {
       Require(database.HasTable(name) || name.empty());
       if (size > source.Size()) {
         break;
       }
-      MayBeDamaged({DamagedPart::Structure, DamagedPart::Table, DamagedPart::Row}, [&] {
-        const Rows rows = database.ReadTable(name);
-        size += rows.Size();
-        ReadRows(database, rows);
-      });
+      MayBeDamaged(
+          {image::DamagedPart::Structure, image::DamagedPart::Table, image::DamagedPart::Row}, [&] {
+            const image::TableRows rows = database.ReadTable(name);
+            size += rows.Size();
+            ReadRows(database, rows);
+          });
     }
   });
 }
 
 /// The input is the size of the pool in two bytes, the pool, and its data.
-void RunStringPool(const Bytes& input) {
+void RunStringPool(const image::Bytes& input) {
   if (input.size() < 2) {
     return;
   }
   const auto begin = input.begin() + 2;
-  const auto middle = begin + std::min<std::ptrdiff_t>(ReadU16(input.data()), input.end() - begin);
-  MayBeDamaged({DamagedPart::Structure}, [&] {
-    const StringPool pool(Bytes(begin, middle), Bytes(middle, input.end()));
-    std::size_t size = pool.SpareBytes();
-    for (std::uint32_t number = 0; number < pool.Count(); ++number) {
+  const auto middle =
+      begin + std::min<std::ptrdiff_t>(image::ReadU16(input.data()), input.end() - begin);
+  MayBeDamaged({image::DamagedPart::Structure}, [&] {
+    const image::StringPool pool(image::Bytes(begin, middle), image::Bytes(middle, input.end()));
+    std::size_t size = pool.UnusedBytes();
+    for (std::uint32_t number = 0; number < pool.EndNumber(); ++number) {
       size += pool.Text(number).size();
     }
     Require(size == static_cast<std::size_t>(input.end() - middle));
@@ -125,9 +126,9 @@ void RunStringPool(const Bytes& input) {
   });
 }
 
-void RunSummary(const Bytes& input) {
-  MayBeDamaged({DamagedPart::Summary}, [&] {
-    const SummaryInformation summary(input);
+void RunSummary(const image::Bytes& input) {
+  MayBeDamaged({image::DamagedPart::Summary}, [&] {
+    const image::SummaryInformation summary(input);
     for (std::uint32_t property = 0; property < 20; ++property) {
       if (const auto text = summary.Text(property)) {
         Require(text->size() <= input.size() && text->find('\0') == text->npos);
@@ -144,4 +145,4 @@ const FuzzTarget kFuzzTargets[4] = {{"compound_file", "file", RunCompoundFile},
                                     {"string_pool", "pool", RunStringPool},
                                     {"summary", "summary", RunSummary}};
 
-}  // namespace image_tests
+}  // namespace qm::tests

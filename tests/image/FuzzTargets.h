@@ -4,15 +4,15 @@
 
 #include "image/ByteSource.h"
 
-namespace image_tests {
+namespace qm::tests {
 
 /// Gives bytes to one of the readers and ends the process if the reader breaks a promise.
 struct FuzzTarget {
   std::string_view name;    ///< of the function and the fuzzer
   std::string_view corpus;  ///< folder below corpus/
-  void (*run)(const qm::image::Bytes& input);
+  void (*run)(const image::Bytes& input);
 };
 
 extern const FuzzTarget kFuzzTargets[4];
 
-}  // namespace image_tests
+}  // namespace qm::tests

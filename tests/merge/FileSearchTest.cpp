@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace qm::tests {
+
 namespace {
 
 TEST(FileSearchTest, WildcardsMatchWholeNames) {
@@ -18,18 +20,18 @@ TEST(FileSearchTest, WildcardsMatchWholeNames) {
       {"a?c", "ac", false},       {"[a]", "a", false},         {"*a", "aaaaaaaaaaaaaaab", false},
   };
   for (const auto& [pattern, name, matches] : cases) {
-    EXPECT_EQ(matches, MatchesPattern(name, pattern)) << pattern << ' ' << name;
+    EXPECT_EQ(matches, merge::MatchesPattern(name, pattern)) << pattern << ' ' << name;
   }
 }
 
 TEST(FileSearchTest, LongAndShortNamesMatchInAnyCase) {
-  std::vector<CheckedModule> modules(3);
-  modules[0].files = {MakeDeliveredFile("ÄB~1.TXT|Äblage.txt", "Dir", "K2", "", 5),
-                      MakeDeliveredFile("A.TXT", "Dir", "K1", "", {})};
-  modules[2].files = {MakeDeliveredFile("äb~1.txt", "Dir", "K3", "", {})};
+  std::vector<merge::ModuleDetails> modules(3);
+  modules[0].files = {merge::MakeDeliveredFile("ÄB~1.TXT|Äblage.txt", "Dir", "K2", "", 5),
+                      merge::MakeDeliveredFile("A.TXT", "Dir", "K1", "", {})};
+  modules[2].files = {merge::MakeDeliveredFile("äb~1.txt", "Dir", "K3", "", {})};
   const auto keys = [&](const char* pattern) {
     std::string found;
-    for (const auto& [module, file] : FindFiles(modules, pattern)) {
+    for (const auto& [module, file] : merge::FindFiles(modules, pattern)) {
       found += std::to_string(module) + file->key + ' ';
     }
     return found;
@@ -41,3 +43,5 @@ TEST(FileSearchTest, LongAndShortNamesMatchInAnyCase) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

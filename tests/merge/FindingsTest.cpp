@@ -5,12 +5,14 @@
 
 #include "tests/support/MergeModules.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::ElementsAre;
 
-std::vector<std::string> FindingsOf(const std::vector<MergeModule>& modules,
-                                    std::vector<CheckedModule> details,
+std::vector<std::string> FindingsOf(const std::vector<merge::MergeModule>& modules,
+                                    std::vector<merge::ModuleDetails> details,
                                     std::vector<size_t> scope = {}) {
   if (scope.empty()) {
     for (size_t i = 0; i < modules.size(); ++i) {
@@ -19,9 +21,9 @@ std::vector<std::string> FindingsOf(const std::vector<MergeModule>& modules,
   }
   details.resize(modules.size());
   std::vector<std::string> lines;
-  const MergeSet set(modules);
-  for (const Finding& finding :
-       CheckModules(set, details, scope, [](size_t, const std::string& directory) {
+  const merge::MergeSet set(modules);
+  for (const merge::Finding& finding :
+       merge::CheckModules(set, details, scope, [](size_t, const std::string& directory) {
          return "[" + directory.substr(0, directory.find('.')) + "]";
        })) {
     std::string line = finding.code;
@@ -33,14 +35,14 @@ std::vector<std::string> FindingsOf(const std::vector<MergeModule>& modules,
   return lines;
 }
 
-CheckedModule Files(std::vector<DeliveredFile> files) {
-  CheckedModule module;
+merge::ModuleDetails Files(std::vector<merge::DeliveredFile> files) {
+  merge::ModuleDetails module;
   module.files = std::move(files);
   return module;
 }
 
 TEST(FindingsTest, FilesConflictInOneFolderOnly) {
-  CheckedModule nameless = Files({{"w.dll", "System.5"}}), other = nameless;
+  merge::ModuleDetails nameless = Files({{"w.dll", "System.5"}}), other = nameless;
   nameless.path = "1.msm";
   other.path = "2.msm";
   EXPECT_THAT(FindingsOf({Module(""), Module("")}, {nameless, other}),
@@ -57,14 +59,17 @@ TEST(FindingsTest, FilesConflictInOneFolderOnly) {
 }
 
 TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
-  const std::vector<MergeModule> modules{Module("A")};
-  const auto findings = CheckIndexes(MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
-                                                         {"FilesToModules.ini", "a.dll", "A:"},
-                                                         {"FilesToModules.ini", "x.dll", "B:0"},
-                                                         {"FilesToModules.ini", "y.dll", "B:0"}});
+  const std::vector<merge::MergeModule> modules{Module("A")};
+  const auto findings =
+      merge::CheckIndexes(merge::MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
+                                                     {"FilesToModules.ini", "a.dll", "A:"},
+                                                     {"FilesToModules.ini", "x.dll", "B:0"},
+                                                     {"FilesToModules.ini", "y.dll", "B:0"}});
   ASSERT_EQ(1u, findings.size());
   EXPECT_EQ("FilesToModules.ini names B:0 for \"x.dll\" and 1 more, and no folder has it",
             findings.front().text);
 }
 
 }  // namespace
+
+}  // namespace qm::tests

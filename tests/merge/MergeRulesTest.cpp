@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+namespace qm::tests {
+
 namespace {
 
 TEST(MergeRulesTest, VersionsCompareByTheirNumbers) {
@@ -21,8 +23,8 @@ TEST(MergeRulesTest, VersionsCompareByTheirNumbers) {
   };
   for (const auto& [a, b, order] : cases) {
     SCOPED_TRACE(std::string(a) + " and " + b);
-    EXPECT_EQ(order, CompareVersionTexts(a, b));
-    EXPECT_EQ(-order, CompareVersionTexts(b, a));
+    EXPECT_EQ(order, merge::CompareVersionTexts(a, b));
+    EXPECT_EQ(-order, merge::CompareVersionTexts(b, a));
   }
 }
 
@@ -37,13 +39,14 @@ TEST(MergeRulesTest, ALanguageFitsItselfItsGroupAndEveryLanguage) {
       {1033, 9, false},           {1033, 0, false}, {9, 0, false},   {1024, 1033, false},
   };
   for (const auto& [wanted, language, fits] : cases) {
-    EXPECT_EQ(fits, LanguageFits(wanted, language)) << wanted.value_or(-1) << ' ' << language;
+    EXPECT_EQ(fits, merge::MatchesLanguage(wanted, language))
+        << wanted.value_or(-1) << ' ' << language;
   }
 }
 
 TEST(MergeRulesTest, AnExclusionHitsTheVersionsWithinItsBounds) {
   const struct {
-    Exclusion exclusion;
+    merge::Exclusion exclusion;
     bool hits;  // module "Glyph", 1033, version 2.5
   } cases[] = {
       {{"Glyph", 1033, "", ""}, true},    {{"GLYPH", 1033, "", ""}, true},
@@ -56,10 +59,12 @@ TEST(MergeRulesTest, AnExclusionHitsTheVersionsWithinItsBounds) {
       {{"Glyph", 0, "2.0", "3.0"}, true}, {{"Glyph", 0, "3.0", "2.0"}, false},
   };
   for (const auto& [exclusion, hits] : cases) {
-    EXPECT_EQ(hits, Excludes(exclusion, "Glyph", 1033, "2.5"))
+    EXPECT_EQ(hits, merge::Excludes(exclusion, "Glyph", 1033, "2.5"))
         << exclusion.moduleId << ' ' << exclusion.language.value_or(99) << ' '
         << exclusion.minVersion << ' ' << exclusion.maxVersion;
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

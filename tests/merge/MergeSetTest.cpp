@@ -5,11 +5,14 @@
 
 #include "tests/support/MergeModules.h"
 
+namespace qm::tests {
+
 namespace {
 
 using testing::IsEmpty;
 
-std::string Names(const std::vector<MergeModule>& modules, const std::vector<size_t>& positions) {
+std::string Names(const std::vector<merge::MergeModule>& modules,
+                  const std::vector<size_t>& positions) {
   std::string names;
   for (const size_t position : positions) {
     names += (names.empty() ? "" : " ") + modules[position].moduleId;
@@ -18,13 +21,13 @@ std::string Names(const std::vector<MergeModule>& modules, const std::vector<siz
 }
 
 TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
-  const std::vector<MergeModule> modules{Module("A", "1.0", 1031),  Module("a", "1.9", 2057),
-                                         Module("A", "1.10", 1033), Module("A", "1.10", 2057),
-                                         Module("B", "3.0", 0),     Module("D", "1.0", 1033),
-                                         Module("D", "1.0", 9)};
-  const MergeSet set(modules);
+  const std::vector<merge::MergeModule> modules{
+      Module("A", "1.0", 1031),  Module("a", "1.9", 2057), Module("A", "1.10", 1033),
+      Module("A", "1.10", 2057), Module("B", "3.0", 0),    Module("D", "1.0", 1033),
+      Module("D", "1.0", 9)};
+  const merge::MergeSet set(modules);
   const struct {
-    Requirement requirement;
+    merge::Requirement requirement;
     std::optional<size_t> chosen;
     const char* reason;
   } cases[] = {
@@ -41,34 +44,34 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
   };
   for (const auto& [requirement, chosen, reason] : cases) {
     SCOPED_TRACE(requirement.moduleId + ' ' + std::to_string(*requirement.language));
-    const Choice choice = set.Choose(requirement);
+    const merge::Choice choice = set.Choose(requirement);
     EXPECT_EQ(chosen, choice.module);
     EXPECT_EQ(reason, choice.reason);
   }
 }
 
 TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
-  const std::vector<MergeModule> modules{Module("A"), Module("B"), Module("a", "1.0", -1),
-                                         Module("A", "2.0"), Module("")};
-  const MergeSet set(modules);
+  const std::vector<merge::MergeModule> modules{Module("A"), Module("B"), Module("a", "1.0", -1),
+                                                Module("A", "2.0"), Module("")};
+  const merge::MergeSet set(modules);
   const std::pair<const char*, std::vector<size_t>> cases[] = {
       {"A", {0, 2, 3}}, {"a:", {0, 2, 3}}, {"a:1033", {0, 3}}, {"A:-1", {2}},  {"A:01033", {}},
       {"A:1033:", {}},  {"A:x", {}},       {"C:1033", {}},     {":1033", {4}}, {"", {4}},
   };
   for (const auto& [key, positions] : cases) {
-    EXPECT_EQ(positions, set.ModulesOfKey(key)) << key;
+    EXPECT_EQ(positions, set.FindByKey(key)) << key;
   }
 }
 
 TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
-  const std::vector<MergeModule> modules{
+  const std::vector<merge::MergeModule> modules{
       Module("Top", "1", 0, {{"Left", 0, ""}, {"Right", 0, ""}, {"Gone", 1033, "2"}}),
       Module("Left", "1", 0, {{"Base", 0, ""}}), Module("Right", "1", 0, {{"Base", 0, ""}}),
       Module("Base"), Module("Other", "1", 0, {{"Top", 0, ""}})};
-  const MergeSet set(modules);
-  const MergePlan plan = PlanMerge(set, {0});
+  const merge::MergeSet set(modules);
+  const merge::MergePlan plan = merge::PlanMerge(set, {0});
   std::vector<size_t> order;
-  for (const PlannedModule& planned : plan.modules) {
+  for (const merge::PlannedModule& planned : plan.modules) {
     order.push_back(planned.module);
   }
   EXPECT_EQ("Base Left Right Top", Names(modules, order));
@@ -78,7 +81,7 @@ TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
   EXPECT_EQ(0u, plan.missing.front().neededBy);
   EXPECT_EQ("Gone", plan.missing.front().requirement.moduleId);
   std::string users;
-  for (const ModuleUser& user : ModulesThatNeed(set, 3)) {
+  for (const merge::ModuleUser& user : merge::FindUsers(set, 3)) {
     users += modules[user.module].moduleId + "-" + modules[user.through].moduleId + " ";
   }
   EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
@@ -86,18 +89,20 @@ TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
 
 TEST(MergeSetTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
   for (const size_t length : {1u, 2u, 3u, 3000u}) {
-    std::vector<MergeModule> modules;
+    std::vector<merge::MergeModule> modules;
     for (size_t i = 0; i < length; ++i) {
       modules.push_back(Module("M" + std::to_string(i), "1", 0,
                                {{"M" + std::to_string((i + 1) % length), 0, ""}}));
     }
-    const MergeSet set(modules);
-    const MergePlan plan = PlanMerge(set, {0});
+    const merge::MergeSet set(modules);
+    const merge::MergePlan plan = merge::PlanMerge(set, {0});
     EXPECT_EQ(length, plan.modules.size());
     ASSERT_EQ(1u, plan.cycles.size());
     EXPECT_EQ(length, plan.cycles.front().size());
-    EXPECT_EQ(length - 1, ModulesThatNeed(set, 0).size());
+    EXPECT_EQ(length - 1, merge::FindUsers(set, 0).size());
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -5,10 +5,12 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(CacheMSMTest, ARecordOfTheGalleryIsFilledFromItsDescriptionAlone) {
-  const CTestFolder folder;
+  const TestFolder folder;
   const std::filesystem::path root = folder.Path();
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", root.c_str());
@@ -23,7 +25,7 @@ TEST(CacheMSMTest, ARecordOfTheGalleryIsFilledFromItsDescriptionAlone) {
       L"\uFEFF[mergemodule]\r\nFileName=lamp.msm\r\nLanguage=1049x\r\nModuleID=Лампа.1\r\n"
       L"Author=Ζωή\r\nComments=光\r\nSubject=Lampe für \U0001F600\r\nVersion=2.0\r\n"
       L"[LAMP.MSM]\r\nLocation=x\r\n");
-  CCacheMSM record;
+  module::CCacheMSM record;
   record.InitFromGallery(L"lamp");
   EXPECT_EQ(record.Path(), path);
   EXPECT_EQ(1049, record.Language());
@@ -47,10 +49,12 @@ TEST(CacheMSMTest, ARecordOfTheGalleryIsFilledFromItsDescriptionAlone) {
   EXPECT_TRUE(record.GetFiles().empty());
 
   describe(L"\uFEFF[MergeModule]\r\nFileName=lamp.msm\r\n[lamp.msm]\r\nLocation=x\r\n");
-  CCacheMSM nameless;
+  module::CCacheMSM nameless;
   nameless.InitFromGallery(L"lamp");
   EXPECT_EQ(nameless.DisplayName(), path) << "without a subject";
   EXPECT_EQ(nameless.Key(), L":0");
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -2,13 +2,15 @@
 
 #include "tests/support/CollectionFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using CollectionEnumTest = CollectionFixture;
 
 TEST_F(CollectionEnumTest, NextReturnsAtMostWhatIsLeft) {
   Fill({L"A", L"B", L"C", L"D"});
-  const CComPtr<IEnumVARIANT> enumerator = Enumerator();
+  const common::ComPtr<IEnumVARIANT> enumerator = Enumerator();
   struct Call {
     ULONG wanted;
     HRESULT hr;
@@ -32,7 +34,7 @@ TEST_F(CollectionEnumTest, NextReturnsAtMostWhatIsLeft) {
 
 TEST_F(CollectionEnumTest, NextReleasesWhatItsSlotHeld) {
   Fill({L"A"});
-  auto old = CComObject<CMortalDialog>::Create();
+  auto old = com::ComObject<MortalDialog>::Create();
   old->Init(L"Old");
   VARIANT slot = Around(VT_DISPATCH, nullptr);
   slot.pdispVal = old.Detach();
@@ -44,7 +46,7 @@ TEST_F(CollectionEnumTest, NextReleasesWhatItsSlotHeld) {
 TEST_F(CollectionEnumTest, SkipReportsWhetherTheEndIsReached) {
   EXPECT_EQ(S_OK, Enumerator()->Skip(5));
   Fill({L"A", L"B", L"C"});
-  const CComPtr<IEnumVARIANT> enumerator = Enumerator();
+  const common::ComPtr<IEnumVARIANT> enumerator = Enumerator();
   EXPECT_EQ(S_FALSE, enumerator->Skip(0));
   EXPECT_EQ(S_FALSE, enumerator->Skip(1));
   EXPECT_EQ(S_OK, enumerator->Skip(2));
@@ -57,9 +59,9 @@ TEST_F(CollectionEnumTest, SkipReportsWhetherTheEndIsReached) {
 
 TEST_F(CollectionEnumTest, AClonesCursorMovesIndependently) {
   Fill({L"A", L"B", L"C"});
-  const CComPtr<IEnumVARIANT> enumerator = Enumerator();
+  const common::ComPtr<IEnumVARIANT> enumerator = Enumerator();
   enumerator->Skip(2);
-  CComPtr<IEnumVARIANT> clone;
+  common::ComPtr<IEnumVARIANT> clone;
   ASSERT_EQ(S_OK, enumerator->Clone(clone.Put()));
   EXPECT_EQ(Names{L"C"}, Rest(*clone));
   EXPECT_EQ(Names{L"C"}, Rest(*enumerator));
@@ -70,7 +72,7 @@ TEST_F(CollectionEnumTest, AClonesCursorMovesIndependently) {
 
 TEST_F(CollectionEnumTest, AnEnumeratorKeepsItsListAndLocksTheServer) {
   Fill({L"A", L"B", L"C"});
-  CComPtr<IEnumVARIANT> enumerator = Enumerator();
+  common::ComPtr<IEnumVARIANT> enumerator = Enumerator();
   EXPECT_EQ(S_OK, m_collection->Remove(0));
   EXPECT_EQ((Names{L"A", L"B", L"C"}), Rest(*enumerator));
   enumerator = Enumerator();
@@ -78,9 +80,11 @@ TEST_F(CollectionEnumTest, AnEnumeratorKeepsItsListAndLocksTheServer) {
   EXPECT_EQ(S_OK, m_collection->RemoveAll());
   m_collection.Release();
   EXPECT_EQ((Names{L"B", L"C"}), Rest(*enumerator));
-  EXPECT_EQ(3, ModuleLock::Count());  // two items and the enumerator
+  EXPECT_EQ(3, com::DllLock::Count());  // two items and the enumerator
   enumerator.Release();
   EXPECT_EQ((Names{L"A", L"C", L"B"}), g_gone);
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -2,6 +2,8 @@
 
 #include "tests/support/CollectionFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using RefCollectionImplTest = CollectionFixture;
@@ -22,11 +24,11 @@ TEST_F(RefCollectionImplTest, AnItemIsFoundByItsPositionAndByItsKeyInAnyCase) {
 
 TEST_F(RefCollectionImplTest, NullPointersAreRefused) {
   Fill({L"A"});
-  EXPECT_EQ(E_POINTER, m_collection->get_Item(CVariant(1), nullptr));
+  EXPECT_EQ(E_POINTER, m_collection->get_Item(Variant(1), nullptr));
   EXPECT_EQ(E_POINTER, m_collection->get_Count(nullptr));
   EXPECT_EQ(E_POINTER, m_collection->get__NewEnum(nullptr));
   EXPECT_EQ(E_POINTER, m_collection->get_Enumerator(nullptr));
-  const CComPtr<IEnumVARIANT> enumerator = Enumerator();
+  const common::ComPtr<IEnumVARIANT> enumerator = Enumerator();
   VARIANT values[2];
   ULONG fetched = 9;
   LeaveErrorObject(L"older");
@@ -56,8 +58,8 @@ TEST_F(RefCollectionImplTest, RemovedItemsAreReleasedFromLastToFirst) {
   EXPECT_EQ(L"A", At(L"a"));
   EXPECT_EQ(L"D", At(L"d"));
   EXPECT_EQ(L"nothing", At(L"B"));
-  CComPtr<IMMDialog> held;
-  ASSERT_EQ(S_OK, m_collection->get_Item(CVariant(2), held.Put()));
+  common::ComPtr<IMMDialog> held;
+  ASSERT_EQ(S_OK, m_collection->get_Item(Variant(2), held.Put()));
   EXPECT_EQ(S_OK, m_collection->RemoveAll());
   EXPECT_EQ((Names{L"B", L"D", L"A"}), g_gone);
   EXPECT_EQ(0, Count());
@@ -84,7 +86,7 @@ TEST_F(RefCollectionImplTest, RemoveAndRemoveAllFollowTheInterfaceMethodsInTheTa
 
 TEST_F(RefCollectionImplTest, OutOfMemoryChangesNothing) {
   Fill({L"A", L"B"});
-  CComPtr<IUnknown> enumerator;
+  common::ComPtr<IUnknown> enumerator;
   const auto expectTwo = [this] {
     EXPECT_EQ(2, Count());
     EXPECT_EQ(L"B", At(L"b"));
@@ -97,3 +99,5 @@ TEST_F(RefCollectionImplTest, OutOfMemoryChangesNothing) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -8,22 +8,19 @@
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
-using installer::Answer;
-using msidb::Database;
-using msidb::Record;
-using msidb::SummaryInfo;
+namespace qm::tests {
 
 namespace {
 
 using DatabaseTest = InstallerFixture;
 
 TEST_F(DatabaseTest, APathThatIsTooLongIsNotPassedToTheInstaller) {
-  const CWideString longest(L"C:\\" + std::wstring(MAX_PATH - 4, L'm'));
-  Answer("MsiOpenDatabaseW", ERROR_OPEN_FAILED);
+  const common::WideString longest(L"C:\\" + std::wstring(MAX_PATH - 4, L'm'));
+  installer::Answer("MsiOpenDatabaseW", ERROR_OPEN_FAILED);
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED),
-            FailureOf([&] { Database::OpenReadOnly(longest); }).hr);
+            FailureOf([&] { msidb::Database::OpenReadOnly(longest); }).hr);
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILENAME_EXCED_RANGE),
-            FailureOf([&] { Database::OpenReadOnly(longest + L"m"); }).hr);
+            FailureOf([&] { msidb::Database::OpenReadOnly(longest + L"m"); }).hr);
   EXPECT_EQ(1, CallCount("MsiOpenDatabaseW"));
 }
 
@@ -37,20 +34,21 @@ TEST_F(DatabaseTest, EveryFailureIsRaisedWithItsCall) {
   };
   const Case cases[] = {
       {"MsiOpenDatabaseW", 110, 110, L"MsiOpenDatabase(C:\\m.msm)",
-       [](Bench&) { Database::OpenReadOnly(L"C:\\m.msm"); }},
+       [](Bench&) { msidb::Database::OpenReadOnly(L"C:\\m.msm"); }},
       {"MsiDatabaseOpenViewW", 1615, 1615, L"MsiOpenDatabaseView()",
-       [](Bench& b) { b.view.RunAndFetch(b.database, L"SELECT"); }},
+       [](Bench& b) { b.view.OpenAndFetch(b.database, L"SELECT"); }},
       {"MsiDatabaseOpenViewW", 1615, 1615, L"MsiOpenDatabaseView(a, b)",
        [](Bench& b) { b.view.Open(b.database, L"SELECT", L"a", L"b"); }},
       {"MsiViewExecute", 1627, 1627, L"MsiViewExecute()",
-       [](Bench& b) { b.view.RunTable(b.database, L"T"); }},
+       [](Bench& b) { b.view.OpenTable(b.database, L"T"); }},
       {"MsiViewExecute", 1627, 1627, L"MsiViewExecute(a)",
        [](Bench& b) { b.view.Execute(nullptr, L"a"); }},
       {"MsiViewFetch", 6, 6, L"MsiViewFetch()", [](Bench& b) { b.view.Next(); }},
-      {"MsiViewFetch", 259, 259, L"MsiViewFetch()", [](Bench& b) { b.view.RequireNext(); }},
+      {"MsiViewFetch", 259, 259, L"MsiViewFetch()", [](Bench& b) { b.view.NextOrRaise(); }},
       {"MsiViewModify", 1627, 1627, L"MsiViewModify()",
        [](Bench& b) {
-         Answer("MsiViewGetErrorW", MSIDBERROR_DUPLICATEKEY);  // not asked: the code is not 13
+         installer::Answer("MsiViewGetErrorW",
+                           MSIDBERROR_DUPLICATEKEY);  // not asked: the code is not 13
          b.view.Modify(MSIMODIFY_INSERT, b.record);
        }},
       {"MsiViewGetColumnInfo", 6, 6, L"MsiViewGetColumnInfo()",
@@ -62,7 +60,7 @@ TEST_F(DatabaseTest, EveryFailureIsRaisedWithItsCall) {
       {"MsiRecordSetInteger", 87, 87, L"MsiRecordSetInteger()",
        [](Bench& b) { b.record.SetInteger(1, 1); }},
       {"MsiRecordClearData", 6, 6, L"MsiRecordClearData()", [](Bench& b) { b.record.Clear(); }},
-      {"MsiCreateRecord", 0, 1631, L"MsiCreateRecord()", [](Bench&) { Record::Create(2); }},
+      {"MsiCreateRecord", 0, 1631, L"MsiCreateRecord()", [](Bench&) { msidb::Record::Create(2); }},
       {"MsiDatabaseImportW", 3, 3, L"MsiDatabaseImport(C:\\f, T.idt)",
        [](Bench& b) { b.database.Import(L"C:\\f", L"T.idt"); }},
       {"MsiDatabaseExportW", 3, 3, L"MsiDatabaseExport(T, T.idt)",
@@ -71,7 +69,7 @@ TEST_F(DatabaseTest, EveryFailureIsRaisedWithItsCall) {
       {"MsiDatabaseIsTablePersistentW", MSICONDITION_ERROR, 1627,
        L"MsiDatabaseIsTablePersistent(T)", [](Bench& b) { b.database.HasTable(L"T"); }},
       {"MsiGetSummaryInformationW", 110, 110, L"MsiGetSummaryInformation(C:\\m.msm)",
-       [](Bench&) { SummaryInfo(L"C:\\m.msm"); }},
+       [](Bench&) { msidb::SummaryInfo(L"C:\\m.msm"); }},
   };
   for (const Case& c : cases) {
     SCOPED_TRACE(c.call);
@@ -81,7 +79,7 @@ TEST_F(DatabaseTest, EveryFailureIsRaisedWithItsCall) {
         if (hasRecord) {
           LeaveErrorRecord(L"[2]: ", L"why");
         }
-        Answer(c.function, c.answer);
+        installer::Answer(c.function, c.answer);
         const com_exception failure = FailureOf([&] { c.work(bench); });
         const HRESULT hr = HRESULT_FROM_WIN32(c.code);
         EXPECT_EQ(hr, failure.hr);
@@ -104,3 +102,5 @@ TEST_F(DatabaseTest, PersistentAndTemporaryTablesAreFound) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -2,6 +2,8 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 #define SUFFIX L".0123456789ABCDEF0123456789ABCDEF"
@@ -40,3 +42,5 @@ TEST(DirectoryNameTest, SuffixesHaveTheLengthOfAGuid) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

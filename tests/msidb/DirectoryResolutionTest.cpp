@@ -4,8 +4,7 @@
 #include "tests/support/DirectoriesFixture.h"
 #include "traits/TargetPath.h"
 
-using msidb::DirectoryOptions;
-using msidb::DirectoryPaths;
+namespace qm::tests {
 
 namespace {
 
@@ -42,16 +41,16 @@ TEST_P(DirectoryResolutionTest, DirectoriesAreFollowedUpToTheirRoot) {
   };
   for (const auto& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(std::wstring(c.key)));
-    EXPECT_EQ(Resolve(c.key, TargetPathOptions()), c.target);
-    EXPECT_EQ(Resolve(c.key, msidb::kTableScan), c.scanned);
+    EXPECT_EQ(Resolve(c.key, traits::MakeTargetPathOptions()), c.target);
+    EXPECT_EQ(Resolve(c.key, msidb::kTableScanOptions), c.scanned);
   }
 }
 
 TEST_P(DirectoryResolutionTest, OptionsChooseNamesAndBrackets) {
-  const DirectoryOptions plain{};
-  DirectoryOptions sourcePath = TargetPathOptions();
+  const msidb::DirectoryOptions plain{};
+  msidb::DirectoryOptions sourcePath = traits::MakeTargetPathOptions();
   sourcePath.useSourcePart = true;
-  DirectoryOptions shortPath = TargetPathOptions();
+  msidb::DirectoryOptions shortPath = traits::MakeTargetPathOptions();
   shortPath.useShortName = true;
   shortPath.brackets = msidb::ReferenceBrackets{L'<', L'>'};
   EXPECT_EQ(Resolve(L"Bin" SUFFIX_32, sourcePath), L"[ProgramFilesFolder]Application\\bin");
@@ -62,28 +61,28 @@ TEST_P(DirectoryResolutionTest, OptionsChooseNamesAndBrackets) {
 }
 
 TEST_P(DirectoryResolutionTest, AChainMayHaveAThousandDirectories) {
-  CWideString expected(L"D0");
+  common::WideString expected(L"D0");
   test.Insert(L"Directory", {L"Deep0", L"TARGETDIR", L"D0"});
   for (int i = 1; i < 1000; ++i) {
-    const CWideString name = CWideString::Format(L"D%d", i);
-    test.Insert(L"Directory",
-                {CWideString::Format(L"Deep%d", i), CWideString::Format(L"Deep%d", i - 1), name});
-    expected = i < 999 ? JoinPath(expected, name) : expected;
+    const common::WideString name = common::WideString::Format(L"D%d", i);
+    test.Insert(L"Directory", {common::WideString::Format(L"Deep%d", i),
+                               common::WideString::Format(L"Deep%d", i - 1), name});
+    expected = i < 999 ? common::JoinPath(expected, name) : expected;
   }
-  EXPECT_EQ(Resolve(L"Deep998", TargetPathOptions()), expected);  // with TARGETDIR
-  CWideString path;
-  EXPECT_EQ(UINT(ERROR_MORE_DATA),
-            msidb::ResolveDirectoryPath(Table(), L"Deep999", path, TargetPathOptions()));
+  EXPECT_EQ(Resolve(L"Deep998", traits::MakeTargetPathOptions()), expected);  // with TARGETDIR
+  common::WideString path;
+  EXPECT_EQ(UINT(ERROR_MORE_DATA), msidb::ResolveDirectoryPath(Table(), L"Deep999", path,
+                                                               traits::MakeTargetPathOptions()));
 }
 
 TEST_P(DirectoryResolutionTest, ANameThatFitsInNoPathIsAFailure) {
-  EXPECT_EQ(259U, Resolve(L"Fits", TargetPathOptions()).length());
+  EXPECT_EQ(259U, Resolve(L"Fits", traits::MakeTargetPathOptions()).length());
   for (const wchar_t* const key : {L"TooLong", L"BelowTooLong"}) {
-    CWideString path;
+    common::WideString path;
     EXPECT_EQ(UINT(ERROR_MORE_DATA),
-              msidb::ResolveDirectoryPath(Table(), key, path, TargetPathOptions()));
-    const com_exception failure =
-        FailureOf([&] { msidb::RequireDirectoryPath(Table(), key, TargetPathOptions()); });
+              msidb::ResolveDirectoryPath(Table(), key, path, traits::MakeTargetPathOptions()));
+    const com_exception failure = FailureOf(
+        [&] { msidb::ResolveDirectoryPathOrRaise(Table(), key, traits::MakeTargetPathOptions()); });
     EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MORE_DATA), failure.hr);
     EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(key));
   }
@@ -91,19 +90,19 @@ TEST_P(DirectoryResolutionTest, ANameThatFitsInNoPathIsAFailure) {
 
 TEST_P(DirectoryResolutionTest, AMissingPropertyTableIsEmpty) {
   test.Run(L"DROP TABLE `Property`");
-  EXPECT_EQ(Resolve(L"BelowAnchor", TargetPathOptions()), L"below");
-  EXPECT_EQ(Resolve(L"BelowData", TargetPathOptions()), L"below");
+  EXPECT_EQ(Resolve(L"BelowAnchor", traits::MakeTargetPathOptions()), L"below");
+  EXPECT_EQ(Resolve(L"BelowData", traits::MakeTargetPathOptions()), L"below");
 }
 
 TEST_P(DirectoryResolutionTest, AMissingDirectoryTableIsEmpty) {
   test.Run(L"DROP TABLE `Directory`");
-  EXPECT_EQ(Resolve(L"BelowAnchor", TargetPathOptions()), L"");
+  EXPECT_EQ(Resolve(L"BelowAnchor", traits::MakeTargetPathOptions()), L"");
   EXPECT_TRUE(msidb::ResolveAllDirectories(Table()).empty());
 }
 
 TEST_P(DirectoryResolutionTest, AllDirectoriesAreResolvedAtOnce) {
   test.Run(L"DELETE FROM `Directory` WHERE `Directory` = 'TooLong'");
-  const DirectoryPaths paths = msidb::ResolveAllDirectories(Table());
+  const msidb::DirectoryPaths paths = msidb::ResolveAllDirectories(Table());
   EXPECT_EQ(32U, paths.size());
   EXPECT_EQ(paths.at(L"Bin" SUFFIX_32), L"ProgramFilesFolder\\My App\\bin");
   EXPECT_EQ(paths.at(L"TARGETDIR"), L"");
@@ -112,3 +111,5 @@ TEST_P(DirectoryResolutionTest, AllDirectoriesAreResolvedAtOnce) {
 INSTANTIATE_FOR_BOTH_READERS(DirectoryResolutionTest);
 
 }  // namespace
+
+}  // namespace qm::tests

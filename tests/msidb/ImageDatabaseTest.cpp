@@ -15,23 +15,21 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 // Every value of a database, as it is read here and as the installer reads it.
 
 namespace {
 
 namespace fs = std::filesystem;
-using image_tests::Cell;
-using image_tests::DatabaseImage;
-using image_tests::TableImage;
-using qm::image::ColumnKind;
 
-std::u16string Utf16(const CWideString& text) {
+std::u16string Utf16(const common::WideString& text) {
   const std::wstring_view view(text);
   return {view.begin(), view.end()};
 }
 
-qm::image::Bytes StreamOf(const msidb::Record& record, UINT field) {
-  qm::image::Bytes all;
+image::Bytes StreamOf(const msidb::Record& record, UINT field) {
+  image::Bytes all;
   char part[4096];
   for (DWORD size = sizeof part;; size = sizeof part) {
     static auto* const read = installer::Find<decltype(MsiRecordReadStream)>("MsiRecordReadStream");
@@ -56,13 +54,13 @@ class BothReaders {
 
   /// Returns the number of tables.
   size_t Compare() {
-    std::vector<CWideString> tables;
+    std::vector<common::WideString> tables;
     for (const std::string_view name : m_image.TableNames()) {
       tables.push_back(Decode(name));
     }
-    std::vector<CWideString> installers;
+    std::vector<common::WideString> installers;
     msidb::View view;
-    for (view.RunTable(m_database, L"_Tables"); view.Next();) {
+    for (view.OpenTable(m_database, L"_Tables"); view.Next();) {
       installers.push_back(view.Row().GetString(1));
     }
     EXPECT_EQ(tables, installers);
@@ -79,25 +77,26 @@ class BothReaders {
   }
 
  private:
-  CWideString Decode(std::string_view bytes) const {
-    return msidb::DecodeText(bytes, m_image.Strings().CodePage());
+  common::WideString Decode(std::string_view bytes) const {
+    return msidb::DecodeCodePageText(bytes, m_image.Strings().CodePage());
   }
 
-  void CompareTable(const qm::image::Rows& rows) {
-    const CWideString name = Decode(rows.GetTable().name);
+  void CompareTable(const image::TableRows& rows) {
+    const common::WideString name = Decode(rows.Definition().name);
     EXPECT_TRUE(m_own.HasTable(name.c_str()));
     EXPECT_TRUE(m_installers.HasTable(name.c_str()));
     CompareRows(name, nullptr, rows);
-    for (const qm::image::Column& column : rows.GetTable().columns) {
-      if (column.kind == ColumnKind::Integer) {
-        const CWideString orderBy = Decode(column.name);
+    for (const image::Column& column : rows.Definition().columns) {
+      if (column.kind == image::ColumnKind::Integer) {
+        const common::WideString orderBy = Decode(column.name);
         CompareRows(name, orderBy.c_str(), rows);
       }
     }
     CompareData(name, rows);
   }
 
-  void CompareRows(const CWideString& table, const wchar_t* orderBy, const qm::image::Rows& rows) {
+  void CompareRows(const common::WideString& table, const wchar_t* orderBy,
+                   const image::TableRows& rows) {
     const auto own = m_own.ReadTable(table.c_str(), orderBy);
     const auto installers = m_installers.ReadTable(table.c_str(), orderBy);
     size_t row = 0;
@@ -106,7 +105,7 @@ class BothReaders {
       ASSERT_EQ(own->FieldCount(), installers->FieldCount());
       for (UINT field = 1; field <= own->FieldCount() + 1; ++field) {
         const bool isData = field <= own->FieldCount() &&
-                            rows.GetTable().columns[field - 1].kind == ColumnKind::Stream;
+                            rows.Definition().columns[field - 1].kind == image::ColumnKind::Stream;
         if (!isData && !IsMisread(own->GetInteger(field), installers->GetInteger(field))) {
           ASSERT_EQ(own->GetString(field), installers->GetString(field)) << row << ' ' << field;
           ASSERT_EQ(own->GetInteger(field), installers->GetInteger(field)) << row << ' ' << field;
@@ -123,15 +122,15 @@ class BothReaders {
   }
 
   /// Null cells, and the data of rows.
-  void CompareData(const CWideString& table, const qm::image::Rows& rows) {
+  void CompareData(const common::WideString& table, const image::TableRows& rows) {
     msidb::View view;
-    view.RunTable(m_database, table);
+    view.OpenTable(m_database, table);
     for (size_t row = 0; row < rows.Count(); ++row) {
       ASSERT_TRUE(view.Next());
-      for (size_t column = 0; column < rows.GetTable().columns.size(); ++column) {
+      for (size_t column = 0; column < rows.Definition().columns.size(); ++column) {
         const UINT field = static_cast<UINT>(column + 1);
         ASSERT_EQ(rows.IsNull(row, column), view.Row().IsNull(field)) << row << ' ' << field;
-        if (rows.GetTable().columns[column].kind == ColumnKind::Stream) {
+        if (rows.Definition().columns[column].kind == image::ColumnKind::Stream) {
           const auto own = m_image.ReadStream(
               rows, row, column, [&](std::string_view bytes) { return Utf16(Decode(bytes)); });
           ASSERT_EQ(own.has_value(), !view.Row().IsNull(field)) << row;
@@ -156,9 +155,9 @@ class BothReaders {
     }
   }
 
-  CWideString m_path;
+  common::WideString m_path;
   msidb::ModuleFile m_file;
-  qm::image::Database m_image;
+  image::Database m_image;
   msidb::ImageDatabase m_own;
   msidb::InstallerDatabase m_installers;
   msidb::Database m_database;
@@ -172,16 +171,9 @@ void CompareFile(const fs::path& path) {
 
 // ---- Databases made for this
 
-constexpr unsigned kText = image_tests::kText;
-constexpr unsigned kKey = image_tests::kKey;
-constexpr unsigned kNullable = image_tests::kNullable;
-constexpr unsigned kShort = image_tests::kShort;
-constexpr unsigned kLong = image_tests::kLong;
-constexpr unsigned kData = image_tests::kData;
-
 /// Bytes without a pattern that sectors share.
-qm::image::Bytes DataOf(size_t size) {
-  qm::image::Bytes bytes(size);
+image::Bytes DataOf(size_t size) {
+  image::Bytes bytes(size);
   std::uint32_t number = 1;
   for (std::uint8_t& byte : bytes) {
     number = number * 1664525 + 1013904223;
@@ -217,10 +209,9 @@ DatabaseImage MakeDatabase(unsigned codePage, const std::vector<std::string>& te
            {"Binary",
             {{"Name", kText | kKey}, {"Number", kLong | kKey}, {"Data", kData | kNullable}},
             {{"Small", 1, 1}, {"Large", -70000, 1}, {"None", 3, nullptr}}}},
-          {{image_tests::RowStream(u"Binary.Small.1"), DataOf(100)},
-           {image_tests::RowStream(u"Binary.Large.-70000"), DataOf(9000)},
-           image_tests::WriteSummary(codePage,
-                                     {{2, "Title"}, {3, texts.front()}, {4, ""}, {9, "{1}"}})},
+          {{RowStream(u"Binary.Small.1"), DataOf(100)},
+           {RowStream(u"Binary.Large.-70000"), DataOf(9000)},
+           WriteSummary(codePage, {{2, "Title"}, {3, texts.front()}, {4, ""}, {9, "{1}"}})},
           codePage};
 }
 
@@ -246,11 +237,11 @@ DatabaseImage MakeDatabaseOfManyStrings() {
 DatabaseImage MakeLargeDatabase() {
   DatabaseImage database = MakeDatabase(1252, {"large"});
   database.tables.back().rows.push_back({"Cabinet", 4, 1});
-  database.streams.push_back({image_tests::RowStream(u"Binary.Cabinet.4"), DataOf(7'500'000)});
+  database.streams.push_back({RowStream(u"Binary.Cabinet.4"), DataOf(7'500'000)});
   return database;
 }
 
-void WriteFile(const fs::path& path, image_tests::CompoundFileImage file) {
+void WriteFile(const fs::path& path, CompoundFileImage file) {
   // The class of installer databases, without which the installer opens none.
   const size_t classId = file.Sector(file.directory) + 0x50;
   file.Put(classId, 4, 0x000C1084);
@@ -288,60 +279,60 @@ TEST(ImageDatabaseTest, ReadsEveryKindOfDatabaseAsTheInstallerDoes) {
       {"many strings", MakeDatabaseOfManyStrings(), 9},
       {"large", MakeLargeDatabase(), 9},
   };
-  const CTestFolder folder;
+  const TestFolder folder;
   const fs::path path(folder / L"module.msm");
   for (const auto& c : cases) {
     SCOPED_TRACE(c.name);
-    WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(c.database), c.sectorShift));
+    WriteFile(path, WriteCompoundFile(WriteDatabase(c.database), c.sectorShift));
     CompareFile(path);
   }
 }
 
 TEST(ImageDatabaseTest, RefusesTextsThatTheSystemCannotDecode) {
-  const CTestFolder folder;
+  const TestFolder folder;
   const fs::path path(folder / L"module.msm");
-  WriteFile(path, image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(9999, {"plain"}))));
-  const CWatchedInstaller installer;
+  WriteFile(path, WriteCompoundFile(WriteDatabase(MakeDatabase(9999, {"plain"}))));
+  const WatchedInstaller installer;
   const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_OPEN_FAILED), failure.hr);
   EXPECT_EQ(failure.description,
-            CWideString(L"The texts are in code page 9999, which this system does not have. "
-                        L"MsiOpenDatabase(") +
+            common::WideString(L"The texts are in code page 9999, which this system does not have. "
+                               L"MsiOpenDatabase(") +
                 path.c_str() + L")");
   EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
 TEST(ImageDatabaseTest, DoesNotHandASuspiciousFileToTheInstaller) {
-  auto file = image_tests::WriteCompoundFile(WriteDatabase(MakeDatabase(1252, {"plain"})));
+  auto file = WriteCompoundFile(WriteDatabase(MakeDatabase(1252, {"plain"})));
   file.Put(0x1A, 2, 5);  // a version that the reader does not know
-  file.Put(file.Entry(image_tests::TableStream("Numbers")) + 2, 2, 0);
-  const CTestFolder folder;
+  file.Put(file.Entry(TableStream("Numbers")) + 2, 2, 0);
+  const TestFolder folder;
   const fs::path path(folder / L"module.msm");
   WriteFile(path, std::move(file));
-  const CWatchedInstaller installer;
+  const WatchedInstaller installer;
   const com_exception failure = FailureOf([&] { msidb::ModuleDatabase::Open(path.c_str()); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), failure.hr);
   EXPECT_EQ(failure.description,
-            CWideString(L"The tree of the directory is not in order. MsiOpenDatabase(") +
+            common::WideString(L"The tree of the directory is not in order. MsiOpenDatabase(") +
                 path.c_str() + L")");
   EXPECT_EQ(0, CallCount("MsiOpenDatabaseW"));
 }
 
 TEST(ImageDatabaseTest, RefusesRowsWhoseTextsWouldFillTheMemory) {
-  std::vector<image_tests::Stream> streams = image_tests::WriteDatabase(
-      {{{"T", {{"Key", kText | kKey}}, {{std::string(60000, 'x')}}}}, {}});
+  std::vector<Stream> streams =
+      WriteDatabase({{{"T", {{"Key", kText | kKey}}, {{std::string(60000, 'x')}}}}, {}});
   constexpr size_t kRows = 2000;
-  for (image_tests::Stream& stream : streams) {
-    if (stream.name == image_tests::TableStream("T")) {
-      const qm::image::Bytes row = stream.bytes;
+  for (Stream& stream : streams) {
+    if (stream.name == TableStream("T")) {
+      const image::Bytes row = stream.bytes;
       for (size_t i = 1; i < kRows; ++i) {
         stream.bytes.insert(stream.bytes.end(), row.begin(), row.end());
       }
     }
   }
-  const CTestFolder folder;
+  const TestFolder folder;
   const fs::path path(folder / L"module.msm");
-  WriteFile(path, image_tests::WriteCompoundFile(std::move(streams)));
+  WriteFile(path, WriteCompoundFile(std::move(streams)));
   const msidb::ImageDatabase database(path.c_str());
   const auto rows = database.ReadTable(L"T", nullptr);
   const com_exception failure = FailureOf([&] {
@@ -351,7 +342,7 @@ TEST(ImageDatabaseTest, RefusesRowsWhoseTextsWouldFillTheMemory) {
   });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_FILE_CORRUPT), failure.hr);
   EXPECT_EQ(failure.description,
-            CWideString(path.c_str()) +
+            common::WideString(path.c_str()) +
                 L": The rows of table \"T\" have more than 67108864 bytes of text. MsiViewFetch()");
 }
 
@@ -393,3 +384,5 @@ TEST(ImageDatabaseTest, ReadsModulesOfOtherToolsAsTheInstallerDoes) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -4,8 +4,7 @@
 
 #include "tests/support/InstallerFixture.h"
 
-using installer::Answer;
-using msidb::ReportInstallerResult;
+namespace qm::tests {
 
 namespace {
 
@@ -32,16 +31,16 @@ TEST_F(InstallerResultTest, AFailureIsDescribedWithItsCall) {
   };
   for (const Case& c : cases) {
     const com_exception failure = FailureOf(
-        [&] { ReportInstallerResult(c.code, L"MsiX", c.argument1, c.argument2, c.detail); });
+        [&] { msidb::ReportInstallerResult(c.code, L"MsiX", c.argument1, c.argument2, c.detail); });
     const auto hr = static_cast<HRESULT>(c.hr);
-    const CWideString text = SystemText(hr);
+    const common::WideString text = SystemText(hr);
     EXPECT_EQ(hr, failure.hr);
     EXPECT_EQ(failure.description, (text == L"Unknown error" ? L"" : text) + c.call);
     EXPECT_TRUE(failure.iid == GUID_NULL);
     EXPECT_FALSE(TakeErrorObject());
   }
   installer::Reset();
-  EXPECT_EQ(UINT{ERROR_SUCCESS}, ReportInstallerResult(ERROR_SUCCESS, L"MsiX", L"", L"", 1));
+  EXPECT_EQ(UINT{ERROR_SUCCESS}, msidb::ReportInstallerResult(ERROR_SUCCESS, L"MsiX", L"", L"", 1));
   EXPECT_TRUE(installer::Calls().empty());
 }
 
@@ -53,18 +52,21 @@ TEST_F(InstallerResultTest, TheLastErrorRecordDescribesTheFailure) {
       {L"[2]", longText.c_str(), longText + L"MsiX()"}};
   for (const auto& [layout, text, description] : cases) {
     LeaveErrorRecord(layout, text);
-    EXPECT_EQ(FailureOf([] { ReportInstallerResult(110, L"MsiX"); }).description, description);
+    EXPECT_EQ(FailureOf([] { msidb::ReportInstallerResult(110, L"MsiX"); }).description,
+              description);
     // Any call before would replace the record, and whoever takes it closes it.
     EXPECT_EQ("MsiGetLastErrorRecord", installer::Calls().front());
     EXPECT_EQ("MsiCloseHandle", installer::Calls().back());
   }
   // A failure on the way is reported instead, once.
   LeaveErrorRecord(nullptr, L"text");
-  Answer("MsiRecordSetStringW", ERROR_INVALID_HANDLE);
-  const com_exception failure = FailureOf([] { ReportInstallerResult(110, L"MsiX", L"a"); });
+  installer::Answer("MsiRecordSetStringW", ERROR_INVALID_HANDLE);
+  const com_exception failure = FailureOf([] { msidb::ReportInstallerResult(110, L"MsiX", L"a"); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_INVALID_HANDLE), failure.hr);
   EXPECT_EQ(failure.description, SystemText(failure.hr) + L"MsiRecordSetString()");
   EXPECT_EQ(1, CallCount("MsiGetLastErrorRecord"));
 }
 
 }  // namespace
+
+}  // namespace qm::tests

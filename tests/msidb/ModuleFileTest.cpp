@@ -7,6 +7,8 @@
 #include "tests/fakes/Imports.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 namespace {
 
 decltype(&::ReadFile) s_read;
@@ -18,7 +20,7 @@ BOOL WINAPI Read(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED*
 
 // A read that fails leaves the file at another place than the one before it.
 TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
-  const CTestFolder folder;
+  const TestFolder folder;
   const std::wstring path = folder / L"bytes.bin";
   std::vector<char> bytes(3000);
   for (size_t i = 0; i < bytes.size(); ++i) {
@@ -34,10 +36,12 @@ TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
   char read[100];
   file.Read(0, read, sizeof read);
   s_readFails = true;
-  EXPECT_THROW(file.Read(2000, read, sizeof read), msidb::FileFailure);
+  EXPECT_THROW(file.Read(2000, read, sizeof read), msidb::FileError);
   s_readFails = false;
   file.Read(100, read, sizeof read);
   EXPECT_EQ(1, read[0]);
 }
 
 }  // namespace
+
+}  // namespace qm::tests

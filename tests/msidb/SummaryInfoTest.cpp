@@ -4,8 +4,7 @@
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
-using installer::Answer;
-using msidb::SummaryInfo;
+namespace qm::tests {
 
 namespace {
 
@@ -19,7 +18,7 @@ TEST_F(SummaryInfoTest, TextPropertiesOfAnyLengthAreRead) {
                                            {PID_COMMENTS, 10'000}};
   TestDatabase test;
   {
-    CMsiHandle handle;
+    msidb::MsiHandle handle;
     ASSERT_EQ(0U, ::MsiGetSummaryInformationW(test.database.Get(), nullptr, 10, handle.Put()));
     auto* const set =
         installer::Find<decltype(::MsiSummaryInfoSetPropertyW)>("MsiSummaryInfoSetPropertyW");
@@ -31,7 +30,7 @@ TEST_F(SummaryInfoTest, TextPropertiesOfAnyLengthAreRead) {
     installer::Find<decltype(::MsiSummaryInfoPersist)>("MsiSummaryInfoPersist")(handle.Get());
     test.CommitAndClose();
   }
-  const SummaryInfo summary(test.path.c_str());
+  const msidb::SummaryInfo summary(test.path.c_str());
   const auto text = [&](UINT property) {
     return msidb::ReadSummaryString(summary.Get(), property);
   };
@@ -40,11 +39,13 @@ TEST_F(SummaryInfoTest, TextPropertiesOfAnyLengthAreRead) {
   }
   EXPECT_EQ(text(PID_PAGECOUNT), L"");  // a number
   EXPECT_EQ(text(PID_TEMPLATE), L"");   // missing
-  Answer("MsiSummaryInfoGetPropertyW", ERROR_INVALID_HANDLE);
+  installer::Answer("MsiSummaryInfoGetPropertyW", ERROR_INVALID_HANDLE);
   EXPECT_EQ(text(PID_TITLE), L"x") << "a property of type text counts, whatever the code";
   installer::Reset();
-  Answer("MsiSummaryInfoGetPropertyW", ERROR_FUNCTION_FAILED, 1);  // at the second call
+  installer::Answer("MsiSummaryInfoGetPropertyW", ERROR_FUNCTION_FAILED, 1);  // at the second call
   EXPECT_EQ(text(PID_KEYWORDS), std::wstring(261, L'x'));
 }
 
 }  // namespace
+
+}  // namespace qm::tests

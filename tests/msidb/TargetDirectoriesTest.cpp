@@ -5,6 +5,8 @@
 #include "tests/support/UnknownKind.h"
 #include "traits/TargetPath.h"
 
+namespace qm::tests {
+
 namespace {
 
 constexpr wchar_t kBin[] = L"Bin" SUFFIX_32;
@@ -26,10 +28,11 @@ class ModuleDirectoriesTest : public DirectoriesFixture {
     for (const wchar_t* const key : keys) {
       directories.try_emplace(key);
     }
-    return msidb::ResolveModuleDirectories(test.path.c_str(), TargetPathOptions(), directories);
+    return msidb::ResolveTargetDirectories(test.path.c_str(), traits::MakeTargetPathOptions(),
+                                           directories);
   }
 
-  msidb::TargetDirectories directories;
+  msidb::TargetDirectoryMap directories;
 };
 
 TEST_P(ModuleDirectoriesTest, AllKeysAreResolvedOverOneDatabase) {
@@ -46,8 +49,9 @@ TEST_P(ModuleDirectoriesTest, AllKeysAreResolvedOverOneDatabase) {
 }
 
 TEST_P(ModuleDirectoriesTest, AMissingFileFailsWithItsPath) {
-  const CWideString path = CWideString(test.path) + L".gone";
-  EXPECT_TRUE(FAILED(msidb::ResolveModuleDirectories(path, TargetPathOptions(), directories)));
+  const common::WideString path = common::WideString(test.path) + L".gone";
+  EXPECT_TRUE(
+      FAILED(msidb::ResolveTargetDirectories(path, traits::MakeTargetPathOptions(), directories)));
   const com_exception failure(E_FAIL);
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(path));
 }
@@ -59,7 +63,7 @@ TEST_P(ModuleDirectoriesTest, AShortageOfMemoryIsReported) {
   installer::Reset();
   heap::SweepFaults(
       [&] {
-        HRESULT hr = RunAtBoundary(GUID_NULL, [&] { return Resolve({kBin}); });
+        HRESULT hr = com::RunAtBoundary(GUID_NULL, [&] { return Resolve({kBin}); });
         for (const auto& [key, directory] : directories) {
           hr = FAILED(directory.result) ? directory.result : hr;
         }
@@ -73,3 +77,5 @@ TEST_P(ModuleDirectoriesTest, AShortageOfMemoryIsReported) {
 INSTANTIATE_FOR_BOTH_READERS(ModuleDirectoriesTest);
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -5,8 +5,7 @@
 // After the installer's headers, on which it depends.
 #include <msidefs.h>
 
-using installer::Answer;
-using msidb::View;
+namespace qm::tests {
 
 namespace {
 
@@ -14,8 +13,8 @@ using ViewTest = InstallerFixture;
 
 TEST_F(ViewTest, FetchingStaysAtTheEnd) {
   Bench bench;
-  View& view = bench.view;
-  EXPECT_FALSE(View().Next());  // without a query there are no rows
+  msidb::View& view = bench.view;
+  EXPECT_FALSE(msidb::View().Next());  // without a query there are no rows
   for (const wchar_t* key : {L"A", L"B", L"C"}) {
     ASSERT_TRUE(view.Next());
     EXPECT_EQ(view.Row().GetString(1), key);
@@ -24,14 +23,14 @@ TEST_F(ViewTest, FetchingStaysAtTheEnd) {
     EXPECT_FALSE(view.Next());
     EXPECT_FALSE(view.Row());
   }
-  EXPECT_EQ(HRESULT_FROM_WIN32(259), FailureOf([&] { view.RequireNext(); }).hr);
+  EXPECT_EQ(HRESULT_FROM_WIN32(259), FailureOf([&] { view.NextOrRaise(); }).hr);
 
   bench.record.SetString(1, L"B");
   view.Open(bench.database, L"SELECT `N` FROM `T` WHERE `K` = ?");
   view.Execute(&bench.record);
-  view.RequireNext();
+  view.NextOrRaise();
   EXPECT_EQ(2, view.Row().GetInteger(1));
-  EXPECT_FALSE(view.RunAndFetch(bench.database, L"SELECT `N` FROM `T` WHERE `K` = 'X'"));
+  EXPECT_FALSE(view.OpenAndFetch(bench.database, L"SELECT `N` FROM `T` WHERE `K` = 'X'"));
 }
 
 TEST_F(ViewTest, ModifyHasACodeOfItsOwnForDuplicateKeys) {
@@ -40,8 +39,8 @@ TEST_F(ViewTest, ModifyHasACodeOfItsOwnForDuplicateKeys) {
       {MSIDBERROR_REQUIRED, HRESULT_FROM_WIN32(13)}};
   for (const auto& [detail, hr] : details) {
     Bench bench;
-    Answer("MsiViewModify", ERROR_INVALID_DATA);
-    Answer("MsiViewGetErrorW", static_cast<UINT>(detail));
+    installer::Answer("MsiViewModify", ERROR_INVALID_DATA);
+    installer::Answer("MsiViewGetErrorW", static_cast<UINT>(detail));
     const auto modify = [&] { bench.view.Modify(MSIMODIFY_INSERT, bench.record); };
     EXPECT_EQ(hr, FailureOf(modify).hr);
     EXPECT_EQ(FailureOf(modify).description,
@@ -52,12 +51,14 @@ TEST_F(ViewTest, ModifyHasACodeOfItsOwnForDuplicateKeys) {
     modify();
     const HRESULT real = FailureOf(modify).hr;
     // Some installers do not report what is wrong with the row.
-    EXPECT_TRUE(real == msidb::kDuplicateKey || real == HRESULT_FROM_WIN32(1627)) << real;
+    EXPECT_TRUE(real == msidb::kDuplicatePrimaryKey || real == HRESULT_FROM_WIN32(1627)) << real;
     int rows = 0;
-    for (bench.view.RunTable(bench.database, L"T"); bench.view.Next(); ++rows) {
+    for (bench.view.OpenTable(bench.database, L"T"); bench.view.Next(); ++rows) {
     }
     EXPECT_EQ(4, rows);
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

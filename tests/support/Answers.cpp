@@ -4,6 +4,8 @@
 #include "common/ComPtr.h"
 #include "common/WideString.h"
 
+namespace qm::tests {
+
 HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argument,
                VARIANT* result, std::wstring* description) {
   DISPID id = 0;
@@ -16,10 +18,10 @@ HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argu
   EXCEPINFO exception{};
   hr =
       object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, flags, &parameters, result, &exception, nullptr);
-  const CUniqueBstr told(exception.bstrDescription), source(exception.bstrSource),
+  const common::UniqueBstr told(exception.bstrDescription), source(exception.bstrSource),
       helpFile(exception.bstrHelpFile);
   if (description) {
-    *description = ViewOf(told.Get());
+    *description = common::ViewOf(told.Get());
   }
   return hr == DISP_E_EXCEPTION ? exception.scode : hr;
 }
@@ -27,12 +29,12 @@ HRESULT Invoke(IDispatch* object, const wchar_t* name, WORD flags, VARIANT* argu
 namespace {
 
 std::wstring TakeText(HRESULT (STDMETHODCALLTYPE IErrorInfo::*get)(BSTR*)) {
-  CComPtr<IErrorInfo> info;
-  CUniqueBstr text;
+  common::ComPtr<IErrorInfo> info;
+  common::UniqueBstr text;
   if (::GetErrorInfo(0, info.Put()) == S_OK) {
     (info.Get()->*get)(text.Put());
   }
-  return std::wstring(ViewOf(text.Get()));
+  return std::wstring(common::ViewOf(text.Get()));
 }
 
 }  // namespace
@@ -41,7 +43,7 @@ std::wstring TakeDescription() { return TakeText(&IErrorInfo::GetDescription); }
 std::wstring TakeSource() { return TakeText(&IErrorInfo::GetSource); }
 
 std::wstring FailureText(HRESULT hr, const std::wstring& description) {
-  return CWideString::Format(L"0x%08X %s", hr, description.c_str()).c_str();
+  return common::WideString::Format(L"0x%08X %s", hr, description.c_str()).c_str();
 }
 
 bool IsFailure(const std::wstring& answer) { return answer.compare(0, 3, L"0x8") == 0; }
@@ -80,21 +82,21 @@ std::wstring ReadCollection(IDispatch* collection, const std::wstring& items, Ro
     long count = 0;
     hr = CallSlot(collection, 2, &count);
     for (long number = 1; SUCCEEDED(hr) && number <= count; ++number) {
-      CComPtr<IDispatch> item;
-      hr = CallSlot(collection, 1, static_cast<VARIANT>(CVariant(number)), item.Put());
+      common::ComPtr<IDispatch> item;
+      hr = CallSlot(collection, 1, static_cast<VARIANT>(Variant(number)), item.Put());
       if (item) {
         append(item.Get());
       }
     }
   } else {
-    CVariant enumerator;
-    CComPtr<IEnumVARIANT> elements;
+    Variant enumerator;
+    common::ComPtr<IEnumVARIANT> elements;
     hr = Invoke(collection, L"_NewEnum", DISPATCH_PROPERTYGET, nullptr, &enumerator);
     if (SUCCEEDED(hr)) {
       hr = enumerator.punkVal->QueryInterface(__uuidof(IEnumVARIANT),
                                               reinterpret_cast<void**>(elements.Put()));
     }
-    for (CVariant item; SUCCEEDED(hr) && elements->Next(1, &item, nullptr) == S_OK;) {
+    for (Variant item; SUCCEEDED(hr) && elements->Next(1, &item, nullptr) == S_OK;) {
       append(item.pdispVal);
       ::VariantClear(&item);
     }
@@ -103,7 +105,7 @@ std::wstring ReadCollection(IDispatch* collection, const std::wstring& items, Ro
 }
 
 std::wstring ReadProperty(IDispatch* object, const Member& member, size_t slot, Route route) {
-  CVariant value;
+  Variant value;
   std::wstring failure = GetValue(object, member, slot, route, &value);
   if (!failure.empty()) {
     return failure;
@@ -113,7 +115,7 @@ std::wstring ReadProperty(IDispatch* object, const Member& member, size_t slot, 
   }
   switch (value.vt) {
     case VT_BSTR:
-      return value.bstrVal ? std::wstring(ViewOf(value.bstrVal)) : L"(null)";
+      return value.bstrVal ? std::wstring(common::ViewOf(value.bstrVal)) : L"(null)";
     case VT_I4:
       return std::to_wstring(value.lVal);
     case VT_BOOL:
@@ -155,3 +157,5 @@ std::wstring ReadModule(IDispatch* module, const std::wstring& property) {
   }
   return ReadProperty(module, members[slot - 1], slot, Route::VirtualTable);
 }
+
+}  // namespace qm::tests

@@ -10,6 +10,8 @@
 #include "tests/support/Interfaces.h"
 #include "tests/support/Variants.h"
 
+namespace qm::tests {
+
 // Reading objects of the server as its clients do, by the two routes of a dual interface.
 //
 // The value of a property is written as a text: "True" for a boolean, "(null)" for a null text, an
@@ -55,3 +57,5 @@ Answers ReadModule(IDispatch* module, Route route);
 
 /// One property of a module, through the virtual table.
 std::wstring ReadModule(IDispatch* module, const std::wstring& property);
+
+}  // namespace qm::tests

@@ -6,6 +6,8 @@
 #include "tests/fakes/Imports.h"
 #include "tests/support/Answers.h"
 
+namespace qm::tests {
+
 namespace {
 
 constexpr const wchar_t* kVariables[] = {L"QM_MODULE_PATH",      L"QM_USER_MODULE_PATH",
@@ -20,19 +22,19 @@ void ForgetSettings(const wchar_t* value) {
 
 }  // namespace
 
-void CCatalogTest::SetUp() {
+void CatalogFixture::SetUp() {
   ForgetSettings(L"");
-  CServerTest::SetUp();
+  ServerFixture::SetUp();
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"gallery").c_str());
 }
 
-void CCatalogTest::TearDown() {
+void CatalogFixture::TearDown() {
   ForgetAll();
-  CServerTest::TearDown();
+  ServerFixture::TearDown();
   ForgetSettings(nullptr);
 }
 
-void CCatalogTest::Settle() {
+void CatalogFixture::Settle() {
   // What the process keeps for all catalogs is made at the first list that has modules.
   WriteModule(L"settling\\module.msm", "Settling");
   WriteText(L"settling\\ObjectGallery\\x.ini", "[MergeModule]\r\nModuleID=Described\r\n");
@@ -40,13 +42,13 @@ void CCatalogTest::Settle() {
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", (m_folder / L"settling").c_str());
   {
     const auto catalog = NewCatalog();
-    const CComPtr<IMergeModules> list = ModulesOf(catalog.Get());
+    const common::ComPtr<IMergeModules> list = ModulesOf(catalog.Get());
     EXPECT_EQ(L"Settling:1033 Described:0", KeysOf(list.Get()));
     // Names and slots of an interface are kept from the first call by name on.
-    CComPtr<IMMSources> sources;
-    CComPtr<IMMSource> source;
+    common::ComPtr<IMMSources> sources;
+    common::ComPtr<IMMSource> source;
     EXPECT_EQ(S_OK, catalog->get_Sources(sources.Put()));
-    EXPECT_EQ(S_OK, sources->get_Item(CVariant(1), source.Put()));
+    EXPECT_EQ(S_OK, sources->get_Item(Variant(1), source.Put()));
     const auto manager = m_server.Create<IMMCatalogManagerVelmora>(CLSID_MMCatalogManager);
     const auto module = ModuleAt(list.Get(), 1);
     for (IDispatch* const object : std::initializer_list<IDispatch*>{
@@ -61,29 +63,29 @@ void CCatalogTest::Settle() {
   ForgetAll();
   m_server.Factory(CLSID_MMCatalogPro);
   m_server.Factory(CLSID_MMCatalogManager);
-  CServerTest::Settle();
+  ServerFixture::Settle();
 }
 
-void CCatalogTest::ForgetAll() const {
+void CatalogFixture::ForgetAll() const {
   ForgetSettings(L"");
   EXPECT_EQ(L"", KeysOf(NewCatalog().Get()));
 }
 
-HANDLE WINAPI CCatalogTest::OpenFile(const wchar_t* path, DWORD access, DWORD share,
-                                     SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
-                                     HANDLE fileTemplate) {
+HANDLE WINAPI CatalogFixture::OpenFile(const wchar_t* path, DWORD access, DWORD share,
+                                       SECURITY_ATTRIBUTES* security, DWORD disposition,
+                                       DWORD flags, HANDLE fileTemplate) {
   if (const auto what = std::exchange(m_whenOpened, nullptr)) {
     what();
   }
   return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
 }
 
-void CCatalogTest::WatchOpenedFiles() const {
+void CatalogFixture::WatchOpenedFiles() const {
   ASSERT_TRUE(ReplaceImport(m_server.Module(), "kernel32.dll", "CreateFileW",
                             reinterpret_cast<void*>(&OpenFile)));
 }
 
-void CCatalogTest::SetSearchPath(std::wstring path) const {
+void CatalogFixture::SetSearchPath(std::wstring path) const {
   const std::wstring folder = m_folder / L"";
   for (size_t at = 0; (at = path.find(L'*', at)) != std::wstring::npos; at += folder.size()) {
     path.replace(at, 1, folder);
@@ -91,14 +93,14 @@ void CCatalogTest::SetSearchPath(std::wstring path) const {
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", path.c_str());
 }
 
-std::wstring CCatalogTest::PathOf(const std::wstring& path) const {
+std::wstring CatalogFixture::PathOf(const std::wstring& path) const {
   const std::filesystem::path full(m_folder / path);
   std::filesystem::create_directories(full.parent_path());
   return full.wstring();
 }
 
-std::wstring CCatalogTest::WriteModule(const std::wstring& path, const std::string& id,
-                                       const std::string& version, int language) const {
+std::wstring CatalogFixture::WriteModule(const std::wstring& path, const std::string& id,
+                                         const std::string& version, int language) const {
   std::wstring full = PathOf(path);
   BuildModule(full,
               {{L"ModuleSignature", id + "\t" + std::to_string(language) + "\t" + version + "\n"},
@@ -106,19 +108,19 @@ std::wstring CCatalogTest::WriteModule(const std::wstring& path, const std::stri
   return full;
 }
 
-void CCatalogTest::WriteText(const std::wstring& path, const std::string& content) const {
+void CatalogFixture::WriteText(const std::wstring& path, const std::string& content) const {
   PutFile(PathOf(path), content);
 }
 
-void CCatalogTest::WriteDescription(const std::wstring& name, const std::string& moduleId,
-                                    const std::string& version, int language) const {
+void CatalogFixture::WriteDescription(const std::wstring& name, const std::string& moduleId,
+                                      const std::string& version, int language) const {
   WriteText(L"gallery\\ObjectGallery\\" + name + L".ini",
             "[MergeModule]\r\nModuleID=" + moduleId + "\r\nVersion=" + version +
                 "\r\nLanguage=" + std::to_string(language) + "\r\n");
 }
 
-CComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog) {
-  CComPtr<IMergeModules> modules;
+common::ComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog) {
+  common::ComPtr<IMergeModules> modules;
   EXPECT_EQ(S_OK, catalog->get_MergeModules(modules.Put()))
       << testing::PrintToString(TakeDescription());
   return modules;
@@ -129,27 +131,27 @@ std::wstring KeysOf(IMergeModules* modules) {
   long count = 0;
   modules->get_Count(&count);
   for (long position = 1; position <= count; ++position) {
-    CUniqueBstr key;
+    common::UniqueBstr key;
     ModuleAt(modules, position)->get_Key(key.Put());
-    const std::wstring_view text = ViewOf(key.Get());
+    const std::wstring_view text = common::ViewOf(key.Get());
     keys.append(position == 1 ? L"" : L" ").append(text.empty() ? L"?" : text);
   }
   return keys;
 }
 
-CComPtr<IMergeModuleTavik> ModuleAt(IMergeModules* modules, long position) {
-  CComPtr<IMergeModule> module;
-  EXPECT_EQ(S_OK, modules->get_Item(CVariant(position), module.Put()));
-  CComPtr<IMergeModuleTavik> newest;
+common::ComPtr<IMergeModuleTavik> ModuleAt(IMergeModules* modules, long position) {
+  common::ComPtr<IMergeModule> module;
+  EXPECT_EQ(S_OK, modules->get_Item(Variant(position), module.Put()));
+  common::ComPtr<IMergeModuleTavik> newest;
   module.QueryInterface(newest.Put());
   return newest;
 }
 
 std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t* version) {
-  CComPtr<IMergeModules> modules;
+  common::ComPtr<IMergeModules> modules;
   long count = -1;
-  EXPECT_EQ(S_OK, catalog->FindModule(CUniqueBstr(::SysAllocString(key)).Get(),
-                                      CUniqueBstr(::SysAllocString(version)).Get(), 0,
+  EXPECT_EQ(S_OK, catalog->FindModule(common::UniqueBstr(::SysAllocString(key)).Get(),
+                                      common::UniqueBstr(::SysAllocString(version)).Get(), 0,
                                       modules.Put(), &count));
   long inCollection = -1;
   modules->get_Count(&inCollection);
@@ -158,3 +160,5 @@ std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t*
 }
 
 int FilesOpened() { return CallCount("CreateFileW"); }
+
+}  // namespace qm::tests

@@ -7,9 +7,11 @@
 #include "tests/support/ModuleBuilder.h"
 #include "tests/support/ServerFixture.h"
 
+namespace qm::tests {
+
 /// Tests of catalogs over folders of their own: environment variables point the application
 /// services to the test's folder alone.
-class CCatalogTest : public CServerTest {
+class CatalogFixture : public ServerFixture {
  protected:
   void SetUp() override;
   void TearDown() override;
@@ -26,7 +28,7 @@ class CCatalogTest : public CServerTest {
   void ForgetAll() const;
 
   /// A new catalog; null if it cannot be created.
-  CComPtr<IMMCatalogCaskel> NewCatalog() const {
+  common::ComPtr<IMMCatalogCaskel> NewCatalog() const {
     return m_server.Create<IMMCatalogCaskel>(CLSID_MMCatalog);
   }
 
@@ -54,17 +56,19 @@ class CCatalogTest : public CServerTest {
 };
 
 /// The list of the catalog; a failure fails the test and returns null.
-CComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog);
+common::ComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog);
 
 /// The keys of modules, divided by blanks; "?" for an empty one.
 std::wstring KeysOf(IMergeModules* modules);
 inline std::wstring KeysOf(IMMCatalog* catalog) { return KeysOf(ModulesOf(catalog).Get()); }
 
 /// A module of a list, by its position from 1.
-CComPtr<IMergeModuleTavik> ModuleAt(IMergeModules* modules, long position);
+common::ComPtr<IMergeModuleTavik> ModuleAt(IMergeModules* modules, long position);
 
 /// The keys of the modules that FindModule finds.
 std::wstring Find(IMMCatalogVelmora* catalog, const wchar_t* key, const wchar_t* version = L"");
 
 /// How often the server opened a database or a summary stream: twice for each module file.
 int FilesOpened();
+
+}  // namespace qm::tests

@@ -8,24 +8,26 @@
 #include "tests/support/Testing.h"
 #include "tests/support/Variants.h"
 
+namespace qm::tests {
+
 using Names = std::vector<std::wstring>;
 
 /// Names of the items that were destroyed, in their order.
 inline Names g_gone;
 
 /// A dialog that records its end.
-class CMortalDialog : public CMMDialog {
+class MortalDialog : public module::CMMDialog {
  public:
-  CMortalDialog() = default;
-  CMortalDialog(const CMortalDialog&) = delete;
-  CMortalDialog& operator=(const CMortalDialog&) = delete;
-  ~CMortalDialog() { g_gone.emplace_back(std::wstring_view(CollectionKey())); }
+  MortalDialog() = default;
+  MortalDialog(const MortalDialog&) = delete;
+  MortalDialog& operator=(const MortalDialog&) = delete;
+  ~MortalDialog() { g_gone.emplace_back(std::wstring_view(CollectionKey())); }
 };
 
 inline std::wstring NameOf(IMMDialog& item) {
-  CUniqueBstr name;
+  common::UniqueBstr name;
   item.get_Name(name.Put());
-  return std::wstring(ViewOf(name.Get()));
+  return std::wstring(common::ViewOf(name.Get()));
 }
 
 /// The names from an enumerator's cursor to the end.
@@ -34,7 +36,7 @@ inline Names Rest(IEnumVARIANT& enumerator) {
   VARIANT value{};
   while (enumerator.Next(1, &value, nullptr) == S_OK) {
     EXPECT_EQ(VT_DISPATCH, value.vt);
-    CComPtr<IMMDialog> item;
+    common::ComPtr<IMMDialog> item;
     EXPECT_EQ(S_OK, value.pdispVal->QueryInterface(item.Put()));
     names.push_back(NameOf(*item));
     ::VariantClear(&value);
@@ -51,13 +53,13 @@ class CollectionFixture : public ::testing::Test {
   }
   void TearDown() override {
     m_collection.Release();
-    EXPECT_EQ(0, ModuleLock::Count()) << "objects are left";
+    EXPECT_EQ(0, com::DllLock::Count()) << "objects are left";
   }
 
   /// Adds an item of every name under that name.
   void Fill(const Names& names) {
     for (const std::wstring& name : names) {
-      const auto item = CComObject<CMortalDialog>::Create();
+      const auto item = com::ComObject<MortalDialog>::Create();
       item->Init(std::wstring_view(name));
       m_collection->Add(item->CollectionKey(), item.Get());
     }
@@ -74,16 +76,19 @@ class CollectionFixture : public ::testing::Test {
     auto* item = reinterpret_cast<IMMDialog*>(this);
     const HRESULT hr = m_collection->get_Item(index, &item);
     EXPECT_EQ(item ? S_OK : E_INVALIDARG, hr);
-    return item ? NameOf(*CComPtr<IMMDialog>::Adopt(item)) : L"nothing";
+    return item ? NameOf(*common::ComPtr<IMMDialog>::Adopt(item)) : L"nothing";
   }
-  std::wstring At(long number) { return At(CVariant(number)); }
-  std::wstring At(const wchar_t* key) { return At(CVariant(key)); }
+  std::wstring At(long number) { return At(Variant(number)); }
+  std::wstring At(const wchar_t* key) { return At(Variant(key)); }
 
-  CComPtr<IEnumVARIANT> Enumerator() {
-    CComPtr<IEnumVARIANT> enumerator;
+  common::ComPtr<IEnumVARIANT> Enumerator() {
+    common::ComPtr<IEnumVARIANT> enumerator;
     EXPECT_EQ(S_OK, m_collection->get_Enumerator(enumerator.Put()));
     return enumerator;
   }
 
-  CComPtr<CComObject<CMMDialogs>> m_collection = CComObject<CMMDialogs>::Create();
+  common::ComPtr<com::ComObject<module::CMMDialogs>> m_collection =
+      com::ComObject<module::CMMDialogs>::Create();
 };
+
+}  // namespace qm::tests

@@ -7,23 +7,25 @@
 
 #include "common/ComPtr.h"
 
+namespace qm::tests {
+
 /// Keeps COM on this thread; declared before the objects that need it.
-class CComThread {
+class ComThread {
  public:
-  CComThread() { ::CoInitialize(nullptr); }
-  ~CComThread() { ::CoUninitialize(); }
-  CComThread(const CComThread&) = delete;
-  CComThread& operator=(const CComThread&) = delete;
+  ComThread() { ::CoInitialize(nullptr); }
+  ~ComThread() { ::CoUninitialize(); }
+  ComThread(const ComThread&) = delete;
+  ComThread& operator=(const ComThread&) = delete;
 };
 
 /// A DLL of COM classes, reached through its exports alone.
-class CComDll {
+class ComDll {
  public:
-  CComDll() = default;
-  explicit CComDll(const std::wstring& path) : m_module(::LoadLibraryW(path.c_str())) {}
-  ~CComDll() { Unload(); }
-  CComDll(const CComDll&) = delete;
-  CComDll& operator=(const CComDll&) = delete;
+  ComDll() = default;
+  explicit ComDll(const std::wstring& path) : m_module(::LoadLibraryW(path.c_str())) {}
+  ~ComDll() { Unload(); }
+  ComDll(const ComDll&) = delete;
+  ComDll& operator=(const ComDll&) = delete;
 
   void Load(const std::wstring& path) { m_module = ::LoadLibraryW(path.c_str()); }
   void Unload() {
@@ -42,16 +44,16 @@ class CComDll {
   HRESULT DllRegisterServer() const { return CallPlain("DllRegisterServer"); }
   HRESULT DllUnregisterServer() const { return CallPlain("DllUnregisterServer"); }
 
-  CComPtr<IClassFactory> Factory(REFCLSID clsid) const {
-    CComPtr<IClassFactory> factory;
+  common::ComPtr<IClassFactory> Factory(REFCLSID clsid) const {
+    common::ComPtr<IClassFactory> factory;
     DllGetClassObject(clsid, __uuidof(IClassFactory), reinterpret_cast<void**>(factory.Put()));
     return factory;
   }
   /// A new object; none when it cannot be created.
   template <class Interface>
-  CComPtr<Interface> Create(REFCLSID clsid) const {
-    CComPtr<Interface> object;
-    if (const CComPtr<IClassFactory> factory = Factory(clsid)) {
+  common::ComPtr<Interface> Create(REFCLSID clsid) const {
+    common::ComPtr<Interface> object;
+    if (const common::ComPtr<IClassFactory> factory = Factory(clsid)) {
       factory->CreateInstance(nullptr, __uuidof(Interface), reinterpret_cast<void**>(object.Put()));
     }
     return object;
@@ -66,3 +68,5 @@ class CComDll {
 
   HMODULE m_module = nullptr;
 };
+
+}  // namespace qm::tests

@@ -5,7 +5,7 @@
 
 #include "image/StreamName.h"
 
-namespace image_tests {
+namespace qm::tests {
 
 namespace {
 
@@ -13,17 +13,17 @@ constexpr std::uint32_t kNone = 0xFFFFFFFF;
 constexpr std::uint32_t kEndOfChain = 0xFFFFFFFE;
 constexpr std::size_t kMiniLimit = 4096;
 
-void Append(Bytes& bytes, std::uint32_t value, unsigned size) {
+void Append(image::Bytes& bytes, std::uint32_t value, unsigned size) {
   for (unsigned i = 0; i < size; ++i) {
     bytes.push_back(static_cast<std::uint8_t>(value >> 8 * i));
   }
 }
 
-void Append(Bytes& bytes, std::string_view text) {
+void Append(image::Bytes& bytes, std::string_view text) {
   bytes.insert(bytes.end(), text.begin(), text.end());
 }
 
-void Pad(Bytes& bytes, std::size_t unit, std::uint8_t padding = 0) {
+void Pad(image::Bytes& bytes, std::size_t unit, std::uint8_t padding = 0) {
   bytes.resize((bytes.size() + unit - 1) / unit * unit, padding);
 }
 
@@ -82,7 +82,7 @@ CompoundFileImage WriteCompoundFile(std::vector<Stream> streams, unsigned sector
     return a.name.size() != b.name.size() ? a.name.size() < b.name.size() : a.name < b.name;
   });
 
-  Bytes mini;
+  image::Bytes mini;
   std::vector<std::uint32_t> miniChains;
   std::map<std::u16string, std::uint32_t> firstSectors;
   std::uint64_t dataSectors = 0;
@@ -115,7 +115,7 @@ CompoundFileImage WriteCompoundFile(std::vector<Stream> streams, unsigned sector
   file.directory = AppendChain(table, directorySectors);
   file.miniTable = AppendChain(table, miniTableSectors);
   file.miniStream = AppendChain(table, Units(mini.size(), sectorSize));
-  Bytes data;
+  image::Bytes data;
   for (const Stream& stream : streams) {
     const std::uint64_t size = stream.bytes.size() + stream.hole;
     if (size >= kMiniLimit) {
@@ -128,7 +128,7 @@ CompoundFileImage WriteCompoundFile(std::vector<Stream> streams, unsigned sector
   }
   file.size = (table.size() + 1) * std::uint64_t{sectorSize};
 
-  Bytes& bytes = file.bytes;
+  image::Bytes& bytes = file.bytes;
   bytes = {0xD0, 0xCF, 0x11, 0xE0, 0xA1, 0xB1, 0x1A, 0xE1};
   bytes.resize(0x4C);
   for (std::uint32_t i = 0; i < 109; ++i) {
@@ -199,17 +199,17 @@ CompoundFileImage WriteCompoundFile(std::vector<Stream> streams, unsigned sector
 }
 
 std::u16string TableStream(std::string_view table) {
-  return qm::image::EncodeStreamName(table, qm::image::StreamKind::Table);
+  return image::EncodeStreamName(table, image::StreamKind::Table);
 }
 
 std::u16string RowStream(std::u16string_view name) {
-  return qm::image::EncodeStreamName(name, qm::image::StreamKind::Other);
+  return image::EncodeStreamName(name, image::StreamKind::Other);
 }
 
 std::vector<Stream> WriteDatabase(const DatabaseImage& database) {
   std::map<std::string, std::uint32_t> numbers{{"", 0}};
-  Bytes pool;
-  Bytes data;
+  image::Bytes pool;
+  image::Bytes data;
   Append(pool, database.codePage | (database.referenceSize == 3 ? 0x80000000 : 0), 4);
   std::uint32_t lastNumber = 0;
   const auto numberOf = [&](const std::string& text) {
@@ -224,7 +224,7 @@ std::vector<Stream> WriteDatabase(const DatabaseImage& database) {
     }
     return place->second;
   };
-  const auto appendCell = [&](Bytes& bytes, unsigned type, const Cell& cell) {
+  const auto appendCell = [&](image::Bytes& bytes, unsigned type, const Cell& cell) {
     const bool isText = (type & 0x0800U) != 0 && type != kData && type != (kData | kNullable);
     const unsigned size = isText ? database.referenceSize : (type & 0xFFU) == 4 ? 4 : 2;
     if (const auto* const text = std::get_if<std::string>(&cell)) {
@@ -253,7 +253,7 @@ std::vector<Stream> WriteDatabase(const DatabaseImage& database) {
 
   std::vector<Stream> streams = database.streams;
   const auto appendTable = [&](const TableImage& table) {
-    Bytes bytes;
+    image::Bytes bytes;
     for (std::size_t column = 0; column < table.columns.size(); ++column) {
       for (const std::vector<Cell>& row : table.rows) {
         appendCell(bytes, table.columns[column].second, row[column]);
@@ -274,8 +274,8 @@ std::vector<Stream> WriteDatabase(const DatabaseImage& database) {
 }
 
 Stream WriteSummary(unsigned codePage, const std::map<std::uint32_t, std::string>& texts) {
-  Bytes properties;
-  Bytes values;
+  image::Bytes properties;
+  image::Bytes values;
   const auto count = static_cast<std::uint32_t>(texts.size() + 1);
   const auto appendProperty = [&](std::uint32_t number, std::uint32_t type) {
     Append(properties, number, 4);
@@ -292,7 +292,7 @@ Stream WriteSummary(unsigned codePage, const std::map<std::uint32_t, std::string
     Pad(values, 4);
   }
 
-  Bytes bytes;
+  image::Bytes bytes;
   Append(bytes, 0xFFFE, 4);
   bytes.resize(24);
   Append(bytes, 1, 4);
@@ -306,4 +306,4 @@ Stream WriteSummary(unsigned codePage, const std::map<std::uint32_t, std::string
   return {u"\005SummaryInformation", std::move(bytes)};
 }
 
-}  // namespace image_tests
+}  // namespace qm::tests

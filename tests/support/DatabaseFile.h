@@ -11,17 +11,15 @@
 #include "image/ByteSource.h"
 
 /// Writes databases in memory, independently of the reader, and lets tests damage them.
-namespace image_tests {
-
-using qm::image::Bytes;
+namespace qm::tests {
 
 struct ReadFailure : std::exception {};
 
 /// A file in memory. Bytes that are not given, up to its size, are zero.
-class MemorySource final : public qm::image::ByteSource {
+class MemorySource final : public image::ByteSource {
  public:
-  explicit MemorySource(Bytes bytes) : m_bytes(std::move(bytes)), m_size(m_bytes.size()) {}
-  MemorySource(Bytes bytes, std::uint64_t size) : m_bytes(std::move(bytes)), m_size(size) {}
+  explicit MemorySource(image::Bytes bytes) : m_bytes(std::move(bytes)), m_size(m_bytes.size()) {}
+  MemorySource(image::Bytes bytes, std::uint64_t size) : m_bytes(std::move(bytes)), m_size(size) {}
 
   std::uint64_t Size() const noexcept override { return m_size; }
 
@@ -33,19 +31,19 @@ class MemorySource final : public qm::image::ByteSource {
   std::uint64_t bytesRead = 0;
 
  private:
-  Bytes m_bytes;
+  image::Bytes m_bytes;
   std::uint64_t m_size;
 };
 
 struct Stream {
   std::u16string name;  ///< as the directory has it
-  Bytes bytes;
+  image::Bytes bytes;
   std::uint64_t hole = 0;  ///< zeros that follow `bytes` and are not stored; for the last stream
 };
 
 /// A compound file and where its parts lie.
 struct CompoundFileImage {
-  Bytes bytes;
+  image::Bytes bytes;
   std::uint64_t size;  ///< with the hole
   unsigned sectorShift;
   std::vector<Stream> streams;
@@ -108,4 +106,4 @@ Stream WriteSummary(unsigned codePage, const std::map<std::uint32_t, std::string
 std::u16string TableStream(std::string_view table);
 std::u16string RowStream(std::u16string_view name);
 
-}  // namespace image_tests
+}  // namespace qm::tests

@@ -9,6 +9,8 @@
 #include "tests/support/TestDatabase.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 #define SUFFIX_32 L".0123456789ABCDEF0123456789ABCDEF"
 #define SUFFIX_36 L".01234567_89AB_CDEF_0123_456789ABCDEF"
 
@@ -25,7 +27,7 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
     test.Run(
         L"CREATE TABLE `Property` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR NOT NULL "
         L"PRIMARY KEY `Property`)");
-    const std::initializer_list<CWideString> rows[] = {
+    const std::initializer_list<common::WideString> rows[] = {
         {L"TARGETDIR", L"", L"SourceDir"},
         {L"ProgramFilesFolder", L"TARGETDIR", L"."},
         {L"INSTALLDIR" SUFFIX_32, L"ProgramFilesFolder", L"MYAPP|My App:app|Application"},
@@ -56,8 +58,8 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
         {L"it's", L"TARGETDIR", L"quoted"},
         {L"it's a dot", L"TARGETDIR", L"."},
         {L"x' OR '1'='1", L"TARGETDIR", L"."},
-        {L"Fits", L"TARGETDIR", CWideString(std::wstring(259, L'n'))},
-        {L"TooLong", L"TARGETDIR", CWideString(std::wstring(260, L'n'))},
+        {L"Fits", L"TARGETDIR", common::WideString(std::wstring(259, L'n'))},
+        {L"TooLong", L"TARGETDIR", common::WideString(std::wstring(260, L'n'))},
         {L"BelowTooLong", L"TooLong", L"below"},
     };
     for (const auto& row : rows) {
@@ -86,13 +88,13 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
     return *m_table;
   }
 
-  CWideString Resolve(const wchar_t* key, const msidb::DirectoryOptions& options) {
-    CWideString path;
+  common::WideString Resolve(const wchar_t* key, const msidb::DirectoryOptions& options) {
+    common::WideString path;
     EXPECT_EQ(UINT(ERROR_SUCCESS), msidb::ResolveDirectoryPath(Table(), key, path, options));
     return path;
   }
 
-  const CWatchedInstaller m_installer;
+  const WatchedInstaller m_installer;
   TestDatabase test;
 
  private:
@@ -106,3 +108,5 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
       , suite, ::testing::Values(Reader::Own, Reader::Installer), [](const auto& reader) { \
         return reader.param == Reader::Own ? "ReadHere" : "ReadByTheInstaller";            \
       })
+
+}  // namespace qm::tests

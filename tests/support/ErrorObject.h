@@ -4,11 +4,13 @@
 
 #include "common/ComPtr.h"
 
+namespace qm::tests {
+
 /// Makes an error object for this thread.
 inline void LeaveErrorObject(const wchar_t* description, const wchar_t* source = L"",
                              REFIID iid = GUID_NULL) {
-  CComPtr<ICreateErrorInfo> create;
-  CComPtr<IErrorInfo> info;
+  common::ComPtr<ICreateErrorInfo> create;
+  common::ComPtr<IErrorInfo> info;
   ::CreateErrorInfo(create.Put());
   create->SetDescription(const_cast<wchar_t*>(description));
   create->SetSource(const_cast<wchar_t*>(source));
@@ -16,3 +18,5 @@ inline void LeaveErrorObject(const wchar_t* description, const wchar_t* source =
   create.QueryInterface(info.Put());
   ::SetErrorInfo(0, info.Get());
 }
+
+}  // namespace qm::tests

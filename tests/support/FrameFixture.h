@@ -7,19 +7,21 @@
 #include "idl/qmmmupdater.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 inline constexpr CLSID kProbeClass = {0x5DA1A6F2, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
 inline constexpr CLSID kOtherClass = {0x5DA1A6F3, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
 
 /// A class that shows what the frame does with its objects.
-class CProbe : public IDispatchImpl<IMMCatalogManagerVelmora>, public CComObjectRoot {
+class Probe : public com::DispatchImpl<IMMCatalogManagerVelmora>, public com::ComObjectRoot {
  public:
   using InterfaceMap =
-      CInterfaceMap<Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>>;
+      com::InterfaceMap<com::Via<IMMCatalogManagerVelmora, IMMCatalogManagerVelmora, IDispatch>>;
 
-  CProbe() : m_memory(std::wstring(100, L'x')) { ++s_live; }
-  CProbe(const CProbe&) = delete;
-  CProbe& operator=(const CProbe&) = delete;
-  virtual ~CProbe() { --s_live; }
+  Probe() : m_memory(std::wstring(100, L'x')) { ++s_live; }
+  Probe(const Probe&) = delete;
+  Probe& operator=(const Probe&) = delete;
+  virtual ~Probe() { --s_live; }
   HRESULT FinalConstruct() noexcept { return s_finalConstruct; }
 
   /// Kind 0 returns this object, kind 1 one without IDispatch; others fail without a reason.
@@ -38,32 +40,34 @@ class CProbe : public IDispatchImpl<IMMCatalogManagerVelmora>, public CComObject
   static inline HRESULT s_finalConstruct = S_OK;
 
  private:
-  CWideString m_memory;
+  common::WideString m_memory;
 };
 
 /// A server of two classes of probes.
 class FrameFixture : public ::testing::Test {
  protected:
   void SetUp() override {
-    static const ObjectMapEntry entries[] = {
-        {&kOtherClass, L"Test.Other.1", L"Test.Other", 0, &CreateComObject<CProbe>},
-        {&kProbeClass, L"Test.Probe.1", L"Test.Probe", 0, &CreateComObject<CProbe>},
+    static const com::ObjectMapEntry entries[] = {
+        {&kOtherClass, L"Test.Other.1", L"Test.Other", 0, &com::CreateComObject<Probe>},
+        {&kProbeClass, L"Test.Probe.1", L"Test.Probe", 0, &com::CreateComObject<Probe>},
     };
     m_module.Init({entries, std::size(entries), nullptr, &LIBID_QMMMUpdaterLib, L"qmmmupdater.tlb"},
                   nullptr);
   }
   void TearDown() override {
-    EndModuleLifetime();
-    EXPECT_EQ(0, ModuleLock::Count());
-    EXPECT_EQ(0, CProbe::s_live);
+    common::EndDllLifetime();
+    EXPECT_EQ(0, com::DllLock::Count());
+    EXPECT_EQ(0, Probe::s_live);
   }
 
-  CComPtr<IClassFactory> Factory(REFCLSID clsid = kProbeClass) {
-    CComPtr<IClassFactory> factory;
+  common::ComPtr<IClassFactory> Factory(REFCLSID clsid = kProbeClass) {
+    common::ComPtr<IClassFactory> factory;
     EXPECT_EQ(S_OK, m_module.GetClassObject(clsid, __uuidof(IClassFactory),
                                             reinterpret_cast<void**>(factory.Put())));
     return factory;
   }
 
-  CComModule& m_module = CComModule::Instance();
+  com::ComServer& m_module = com::ComServer::Instance();
 };
+
+}  // namespace qm::tests

@@ -6,6 +6,8 @@
 #include "tests/support/TestDatabase.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 /// A new database with the table T (rows A 1, B 2, C 3), an executed view of it, and a record.
 struct Bench : TestDatabase {
   Bench() {
@@ -13,7 +15,7 @@ struct Bench : TestDatabase {
     Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('A', 1)");
     Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('B', 2)");
     Run(L"INSERT INTO `T` (`K`, `N`) VALUES ('C', 3)");
-    view.RunTable(database, L"T");
+    view.OpenTable(database, L"T");
   }
 
   msidb::View view;
@@ -28,13 +30,13 @@ class InstallerFixture : public ::testing::Test {
     EXPECT_EQ(0U, installer::CloseAllHandles()) << "handles left open";
   }
 
-  const CWatchedInstaller m_installer;
+  const WatchedInstaller m_installer;
 };
 
 /// Makes the installer keep an error record, as Windows does after a failure. Field 0 is its
 /// template, or null.
 inline void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
-  CMsiHandle record(::MsiCreateRecord(5));
+  msidb::MsiHandle record(::MsiCreateRecord(5));
   ::MsiRecordSetStringW(record.Get(), 0, layout);
   ::MsiRecordSetInteger(record.Get(), 1, 2203);
   ::MsiRecordSetStringW(record.Get(), 2, text);
@@ -42,3 +44,5 @@ inline void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
   installer::Reset();
   installer::Answer("MsiGetLastErrorRecord", record.Release());  // which is the reporter's to close
 }
+
+}  // namespace qm::tests

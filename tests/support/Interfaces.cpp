@@ -2,6 +2,8 @@
 
 #include <sstream>
 
+namespace qm::tests {
+
 namespace {
 
 /// An interface as it is documented for clients.
@@ -54,3 +56,5 @@ std::vector<Member> MembersOf(const std::wstring& interfaceName) {
   }
   return members;
 }
+
+}  // namespace qm::tests

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+namespace qm::tests {
+
 struct Member {
   std::wstring name;
   VARTYPE type;  ///< VT_DISPATCH for a collection, VT_EMPTY for what is no readable property
@@ -13,3 +15,5 @@ struct Member {
 
 /// The members of an interface in slot order, those of its bases first.
 std::vector<Member> MembersOf(const std::wstring& interfaceName);
+
+}  // namespace qm::tests

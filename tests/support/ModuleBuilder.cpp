@@ -10,6 +10,8 @@
 #include "msidb/Database.h"
 #include "tests/support/Answers.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// Names, types and keys of the columns of the usual tables.
@@ -36,7 +38,7 @@ const std::map<std::wstring, std::string> kHeaders{
 
 void BuildModule(const std::wstring& path, const std::vector<TableText>& tables) {
   const std::filesystem::path folder = std::filesystem::path(path).parent_path();
-  const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
+  const HRESULT hr = com::RunAtBoundary(GUID_NULL, [&] {
     msidb::Database database = msidb::Database::Open(path.c_str(), MSIDBOPEN_CREATE);
     for (const TableText& table : tables) {
       const std::wstring file = table.name + std::wstring(L".idt");
@@ -68,3 +70,5 @@ void BuildRichModule(const std::wstring& path) {
         "ZuluFile\tCompA\tZULU.DLL|zulufile.dll\t4711\t6.0.1\t1040,1041\t\t1\n"
         "AlphaFile\tCompB\tALPHA.TXT|alphafile.txt\t815\tZuluFile\t1042\t\t2\n"}});
 }
+
+}  // namespace qm::tests

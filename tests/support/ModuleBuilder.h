@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace qm::tests {
+
 /// A table of a module to build.
 struct TableText {
   const wchar_t* name;
@@ -17,3 +19,5 @@ void BuildModule(const std::wstring& path, const std::vector<TableText>& tables)
 
 /// Makes a small module that has every table, each with several rows and no two values alike.
 void BuildRichModule(const std::wstring& path);
+
+}  // namespace qm::tests

@@ -9,18 +9,20 @@
 #include "tests/support/ModuleBuilder.h"
 #include "tests/support/TaskMemory.h"
 
+namespace qm::tests {
+
 HRESULT Open(IMergeModule* module, const std::wstring& path) {
-  return module->Open(CUniqueBstr(AllocBstr(path)).Get());
+  return module->Open(common::UniqueBstr(common::TryAllocateBstr(path)).Get());
 }
 
-void CServerTest::SetUp() {
+void ServerFixture::SetUp() {
   CountTaskMemory();
   ASSERT_EQ(S_OK, ::CoInitialize(nullptr));
   m_server.Load(m_serverPath);
   Settle();
 }
 
-void CServerTest::TearDown() {
+void ServerFixture::TearDown() {
   ExpectNothingLeft();
   for (const HMODULE sibling : m_siblings) {
     ::FreeLibrary(sibling);
@@ -34,7 +36,7 @@ void CServerTest::TearDown() {
   }
 }
 
-void CServerTest::KeepSiblingsLoaded() {
+void ServerFixture::KeepSiblingsLoaded() {
   for (const wchar_t* const name : {L"QmAppServices.dll", L"Gleaner.dll", L"Corvane8.dll"}) {
     const auto path = std::filesystem::path(m_serverPath).replace_filename(name);
     m_siblings.push_back(::LoadLibraryW(path.c_str()));
@@ -42,7 +44,7 @@ void CServerTest::KeepSiblingsLoaded() {
   }
 }
 
-void CServerTest::Settle() {
+void ServerFixture::Settle() {
   // The library that all automation libraries refer to is loaded when the first reference is
   // followed, and would count as a leak.
   static ITypeLib* s_standardLibrary = nullptr;
@@ -55,7 +57,7 @@ void CServerTest::Settle() {
   m_before = Alive();
 }
 
-std::string CServerTest::Alive() const {
+std::string ServerFixture::Alive() const {
   ::SetErrorInfo(0, nullptr);
   const bool locked = m_server.DllCanUnloadNow() != S_OK;
   return std::to_string(TaskMemoryBlocks()) + " blocks of task memory, " +
@@ -65,13 +67,15 @@ std::string CServerTest::Alive() const {
          " files, " + (locked ? "locked" : "not locked");
 }
 
-CComPtr<IMergeModuleTavik> CServerTest::OpenModule(const std::wstring& path) const {
-  CComPtr<IMergeModuleTavik> module = NewModule();
+common::ComPtr<IMergeModuleTavik> ServerFixture::OpenModule(const std::wstring& path) const {
+  common::ComPtr<IMergeModuleTavik> module = NewModule();
   EXPECT_EQ(S_OK, Open(module.Get(), path));
   return module;
 }
 
-CComPtr<IMergeModuleTavik> CServerTest::OpenRichModule() const {
+common::ComPtr<IMergeModuleTavik> ServerFixture::OpenRichModule() const {
   BuildRichModule(m_rich);
   return OpenModule(m_rich);
 }
+
+}  // namespace qm::tests

@@ -13,38 +13,40 @@
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
 
+namespace qm::tests {
+
 /// The built server.
-class CServerLibrary : public CComDll {
+class ServerLibrary : public ComDll {
  public:
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
   /// Loads the server, with the imports replaced that can fail on demand.
   void Load(const std::wstring& path = Path()) {
-    CComDll::Load(path);
+    ComDll::Load(path);
     m_imports.emplace(Module());
   }
   void Unload() {
     m_imports.reset();
-    CComDll::Unload();
+    ComDll::Unload();
   }
 
-  CComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const {
-    return CComDll::Factory(clsid);
+  common::ComPtr<IClassFactory> Factory(REFCLSID clsid = CLSID_MergeModule2) const {
+    return ComDll::Factory(clsid);
   }
   /// A new module object on which nothing is open; null if it cannot be created.
-  CComPtr<IMergeModuleTavik> NewModule() const {
+  common::ComPtr<IMergeModuleTavik> NewModule() const {
     return Create<IMergeModuleTavik>(CLSID_MergeModule2);
   }
 
  private:
-  std::optional<CReplacedImports> m_imports;
+  std::optional<ReplacedImports> m_imports;
 };
 
 /// Opens a module file.
 HRESULT Open(IMergeModule* module, const std::wstring& path);
 
 /// Loads the server, and checks after the test that nothing of what it or the test made is left.
-class CServerTest : public ::testing::Test {
+class ServerFixture : public ::testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;
@@ -57,15 +59,15 @@ class CServerTest : public ::testing::Test {
   void KeepSiblingsLoaded();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
-  CComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }
+  common::ComPtr<IMergeModuleTavik> NewModule() const { return m_server.NewModule(); }
   /// A new module object with the file open.
-  CComPtr<IMergeModuleTavik> OpenModule(const std::wstring& path) const;
+  common::ComPtr<IMergeModuleTavik> OpenModule(const std::wstring& path) const;
   /// The same with a new rich module.
-  CComPtr<IMergeModuleTavik> OpenRichModule() const;
+  common::ComPtr<IMergeModuleTavik> OpenRichModule() const;
 
-  CServerLibrary m_server;
-  std::wstring m_serverPath = CServerLibrary::Path();  ///< which server SetUp loads
-  CTestFolder m_folder;
+  ServerLibrary m_server;
+  std::wstring m_serverPath = ServerLibrary::Path();  ///< which server SetUp loads
+  TestFolder m_folder;
   std::wstring m_rich = m_folder / L"rich.msm";  ///< path of the rich module
 
  private:
@@ -75,3 +77,5 @@ class CServerTest : public ::testing::Test {
   std::string m_before;
   std::vector<HMODULE> m_siblings;
 };
+
+}  // namespace qm::tests

@@ -3,12 +3,14 @@
 #include <windows.h>
 #include <objidl.h>
 
+namespace qm::tests {
+
 namespace {
 
 long s_blocks = 0;
 
 /// Lives as long as the process.
-class CTaskMemorySpy final : public IMallocSpy {
+class TaskMemorySpy final : public IMallocSpy {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     *out = iid == __uuidof(IUnknown) || iid == __uuidof(IMallocSpy) ? this : nullptr;
@@ -42,7 +44,7 @@ class CTaskMemorySpy final : public IMallocSpy {
 }  // namespace
 
 void CountTaskMemory() {
-  static CTaskMemorySpy s_spy;
+  static TaskMemorySpy s_spy;
   void* const setOaNoCache =
       reinterpret_cast<void*>(::GetProcAddress(::LoadLibraryW(L"oleaut32.dll"), "SetOaNoCache"));
   reinterpret_cast<void(WINAPI*)()>(setOaNoCache)();
@@ -50,3 +52,5 @@ void CountTaskMemory() {
 }
 
 long TaskMemoryBlocks() { return s_blocks; }
+
+}  // namespace qm::tests

@@ -8,19 +8,21 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/UnknownKind.h"
 
+namespace qm::tests {
+
 /// A new installer database in a file of its own.
 struct TestDatabase {
-  void Run(const wchar_t* query) { msidb::View().Run(database, query); }
+  void Run(const wchar_t* query) { msidb::View().OpenAndExecute(database, query); }
 
   /// Adds a row of texts; empty ones are null. Any character may stand in them.
-  void Insert(const wchar_t* table, std::initializer_list<CWideString> cells) {
+  void Insert(const wchar_t* table, std::initializer_list<common::WideString> cells) {
     msidb::Record row = msidb::Record::Create(static_cast<UINT>(cells.size()));
     UINT field = 0;
-    for (const CWideString& cell : cells) {
+    for (const common::WideString& cell : cells) {
       row.SetString(++field, cell);
     }
     msidb::View view;
-    view.RunTable(database, table);
+    view.OpenTable(database, table);
     view.Modify(MSIMODIFY_INSERT, row);
   }
 
@@ -32,7 +34,9 @@ struct TestDatabase {
     }
   }
 
-  const CTestFolder folder;  // goes after the database, which has its file open
+  const TestFolder folder;  // goes after the database, which has its file open
   const std::wstring path = folder / L"test.msm";
   msidb::Database database = msidb::Database::Open(path.c_str(), MSIDBOPEN_CREATE);
 };
+
+}  // namespace qm::tests

@@ -4,6 +4,8 @@
 
 #include <fstream>
 
+namespace qm::tests {
+
 std::filesystem::path ProgramFolder() {
   wchar_t path[MAX_PATH];
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
@@ -15,14 +17,16 @@ void PutFile(const std::filesystem::path& path, std::string_view bytes) {
       .write(bytes.data(), static_cast<std::streamsize>(bytes.size()));
 }
 
-CTestFolder::CTestFolder()
+TestFolder::TestFolder()
     : m_path(std::filesystem::temp_directory_path() /
              (L"qmtest" + std::to_wstring(::GetCurrentProcessId()))) {
   std::filesystem::remove_all(m_path);  // what an earlier process of this number may have left
   std::filesystem::create_directory(m_path);
 }
 
-CTestFolder::~CTestFolder() {
+TestFolder::~TestFolder() {
   std::error_code ignored;
   std::filesystem::remove_all(m_path, ignored);
 }
+
+}  // namespace qm::tests

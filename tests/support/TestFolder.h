@@ -4,6 +4,8 @@
 #include <string>
 #include <string_view>
 
+namespace qm::tests {
+
 /// The folder of the test program, where the server and its type library lie.
 std::filesystem::path ProgramFolder();
 
@@ -11,12 +13,12 @@ std::filesystem::path ProgramFolder();
 void PutFile(const std::filesystem::path& path, std::string_view bytes);
 
 /// A new empty folder, removed with everything in it.
-class CTestFolder {
+class TestFolder {
  public:
-  CTestFolder();
-  ~CTestFolder();
-  CTestFolder(const CTestFolder&) = delete;
-  CTestFolder& operator=(const CTestFolder&) = delete;
+  TestFolder();
+  ~TestFolder();
+  TestFolder(const TestFolder&) = delete;
+  TestFolder& operator=(const TestFolder&) = delete;
 
   const std::filesystem::path& Path() const { return m_path; }
 
@@ -26,3 +28,5 @@ class CTestFolder {
  private:
   std::filesystem::path m_path;
 };
+
+}  // namespace qm::tests

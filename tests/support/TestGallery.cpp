@@ -4,7 +4,9 @@
 
 #include <fstream>
 
-CTestGallery::CTestGallery(const CTestFolder& folder, const char* version) {
+namespace qm::tests {
+
+TestGallery::TestGallery(const TestFolder& folder, const char* version) {
   const auto put = [&](const wchar_t* name, const std::string& text) {
     std::ofstream(std::filesystem::path(folder / name)) << text;
   };
@@ -25,7 +27,9 @@ CTestGallery::CTestGallery(const CTestFolder& folder, const char* version) {
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", (folder / L"").c_str());
 }
 
-CTestGallery::~CTestGallery() {
+TestGallery::~TestGallery() {
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", nullptr);
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", nullptr);
 }
+
+}  // namespace qm::tests

@@ -6,13 +6,15 @@
 #include "common/ComPtr.h"
 #include "common/SystemMessage.h"
 
-CWideString SystemText(HRESULT hr) {
-  const CUniqueLocalText text = FormatSystemText(static_cast<DWORD>(hr));
+namespace qm::tests {
+
+common::WideString SystemText(HRESULT hr) {
+  const common::UniqueLocalText text = common::FormatSystemMessage(static_cast<DWORD>(hr));
   return text ? text.Get() : L"Unknown error";
 }
 
 bool TakeErrorObject() {
-  CComPtr<IErrorInfo> info;
+  common::ComPtr<IErrorInfo> info;
   return ::GetErrorInfo(0, info.Put()) == S_OK;
 }
 
@@ -30,22 +32,23 @@ bool SetFault(long position) noexcept { return std::exchange(g_untilFault, posit
 
 }  // namespace heap
 
+}  // namespace qm::tests
+
 // The other forms of operator new and delete call these.
 void* operator new(std::size_t size) {
-  using namespace heap;
-  const bool fails = g_untilFault > 0 && --g_untilFault == 0;
+  const bool fails = qm::tests::heap::g_untilFault > 0 && --qm::tests::heap::g_untilFault == 0;
   void* const block = fails ? nullptr : std::malloc(size);
-  ::SetLastError(kLastError);
+  ::SetLastError(qm::tests::heap::kLastError);
   if (!block) {
-    g_untilFault = -1;
+    qm::tests::heap::g_untilFault = -1;
     throw std::bad_alloc();
   }
-  ++g_live;
+  ++qm::tests::heap::g_live;
   return block;
 }
 
 void operator delete(void* block) noexcept {
-  heap::g_live -= block ? 1 : 0;
+  qm::tests::heap::g_live -= block ? 1 : 0;
   std::free(block);
 }
 

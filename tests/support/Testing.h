@@ -7,12 +7,14 @@
 #include "common/WideString.h"
 #include "tests/support/ErrorObject.h"
 
-inline void PrintTo(const CWideString& text, std::ostream* out) {
+namespace qm::tests {
+
+inline void PrintTo(const common::WideString& text, std::ostream* out) {
   *out << ::testing::PrintToString(std::wstring(std::wstring_view(text)));
 }
 
 /// The system's text for a failure, as the server shows it.
-CWideString SystemText(HRESULT hr);
+common::WideString SystemText(HRESULT hr);
 
 /// Clears the error object of this thread. Returns false if there was none.
 bool TakeErrorObject();
@@ -22,7 +24,7 @@ template <class Work>
 com_exception FailureOf(Work work) {
   try {
     work();
-  } catch (CComException* exception) {
+  } catch (com::CComException* exception) {
     com_exception failure = exception->Failure();
     exception->Delete();
     return failure;
@@ -49,18 +51,20 @@ template <class Work, class Check>
 void SweepFaults(Work work, Check check) {
   for (long position = 1;; ++position) {
     SCOPED_TRACE(position);
-    const long blocks = Live();
-    SetFault(position);
+    const long blocks = heap::Live();
+    heap::SetFault(position);
     const HRESULT hr = work();
-    if (!SetFault(0)) {
+    if (!heap::SetFault(0)) {
       EXPECT_EQ(S_OK, hr);
       EXPECT_LT(1, position) << "nothing was allocated";
       return;
     }
-    EXPECT_EQ(blocks, Live());
+    EXPECT_EQ(blocks, heap::Live());
     EXPECT_EQ(E_OUTOFMEMORY, hr);
     check();
   }
 }
 
 }  // namespace heap
+
+}  // namespace qm::tests

@@ -2,21 +2,23 @@
 
 #include <windows.h>
 
+namespace qm::tests {
+
 /// A VARIANT that is cleared at its end.
-class CVariant : public VARIANT {
+class Variant : public VARIANT {
  public:
-  CVariant() noexcept { ::VariantInit(this); }
-  explicit CVariant(long number) noexcept : CVariant() {
+  Variant() noexcept { ::VariantInit(this); }
+  explicit Variant(long number) noexcept : Variant() {
     vt = VT_I4;
     lVal = number;
   }
-  explicit CVariant(const wchar_t* text) noexcept : CVariant() {
+  explicit Variant(const wchar_t* text) noexcept : Variant() {
     vt = VT_BSTR;
     bstrVal = ::SysAllocString(text);
   }
-  CVariant(const CVariant&) = delete;
-  CVariant& operator=(const CVariant&) = delete;
-  ~CVariant() { ::VariantClear(this); }
+  Variant(const Variant&) = delete;
+  Variant& operator=(const Variant&) = delete;
+  ~Variant() { ::VariantClear(this); }
 };
 
 /// A VARIANT of any type around the bits of a number, or a pointer that it does not own.
@@ -29,3 +31,5 @@ inline VARIANT Around(int type, LONGLONG number) noexcept {
 inline VARIANT Around(int type, const void* pointer) noexcept {
   return Around(type, static_cast<LONGLONG>(reinterpret_cast<ULONG_PTR>(pointer)));
 }
+
+}  // namespace qm::tests

@@ -8,10 +8,11 @@
 #include <windows.h>
 #endif
 
+namespace qm::tests {
+
 namespace {
 
 using namespace std::string_view_literals;
-using qm::text::FoldCase;
 
 TEST(FoldTest, TextsThatDifferInCaseAloneAreEqual) {
   const struct {
@@ -31,23 +32,22 @@ TEST(FoldTest, TextsThatDifferInCaseAloneAreEqual) {
       {"A\xE4", "a\uFFFD"},
   };
   for (const auto& [text, folded] : cases) {
-    EXPECT_EQ(FoldCase(text), folded);
-    EXPECT_EQ(FoldCase(folded), folded);
+    EXPECT_EQ(text::FoldCase(text), folded);
+    EXPECT_EQ(text::FoldCase(folded), folded);
   }
 }
 
 TEST(FoldTest, SurrogatesStayAsTheyAre) {
   const std::u16string text = {u'A', 0xD801, 0xDC00, 0xDFFF};
-  EXPECT_EQ(FoldCase(text), (std::u16string{u'a', 0xD801, 0xDC00, 0xDFFF}));
+  EXPECT_EQ(text::FoldCase(text), (std::u16string{u'a', 0xD801, 0xDC00, 0xDFFF}));
 }
 
 TEST(FoldTest, OrderIgnoresCaseAlone) {
-  using qm::text::CompareFolded;
-  EXPECT_EQ(CompareFolded(u"\u00C9t\u0141 A", u"\u00E9T\u0142 a"), 0);
-  EXPECT_LT(CompareFolded(u"_Z", u"a"), 0);  // capitals would come before the line
+  EXPECT_EQ(text::CompareFolded(u"\u00C9t\u0141 A", u"\u00E9T\u0142 a"), 0);
+  EXPECT_LT(text::CompareFolded(u"_Z", u"a"), 0);  // capitals would come before the line
   for (const std::u16string_view greater : {u"ab", u"\u00E9"}) {
-    EXPECT_LT(CompareFolded(u"A", greater), 0);
-    EXPECT_GT(CompareFolded(greater, u"A"), 0);
+    EXPECT_LT(text::CompareFolded(u"A", greater), 0);
+    EXPECT_GT(text::CompareFolded(greater, u"A"), 0);
   }
 }
 
@@ -55,7 +55,7 @@ TEST(FoldTest, OrderIgnoresCaseAlone) {
 TEST(FoldTest, FoldsEveryUnitAsThePlatformDoes) {
   for (WORD unit = 0;; ++unit) {
     const auto lower = reinterpret_cast<ULONG_PTR>(::CharLowerW(MAKEINTRESOURCEW(unit)));
-    ASSERT_EQ(FoldCase(static_cast<char16_t>(unit)), lower) << std::hex << unit;
+    ASSERT_EQ(text::FoldCase(static_cast<char16_t>(unit)), lower) << std::hex << unit;
     if (unit == 0xFFFF) {
       break;
     }
@@ -64,3 +64,5 @@ TEST(FoldTest, FoldsEveryUnitAsThePlatformDoes) {
 #endif
 
 }  // namespace
+
+}  // namespace qm::tests

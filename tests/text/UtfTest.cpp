@@ -9,11 +9,11 @@
 #include <windows.h>
 #endif
 
+namespace qm::tests {
+
 namespace {
 
 using namespace std::string_view_literals;
-using qm::text::ToUtf16;
-using qm::text::ToUtf8;
 
 TEST(UtfTest, BothWaysGiveTheTextBack) {
   const struct {
@@ -31,8 +31,8 @@ TEST(UtfTest, BothWaysGiveTheTextBack) {
       {"\xF4\x8F\xBF\xBF", u"\U0010FFFF"},
   };
   for (const auto& [utf8, utf16] : cases) {
-    EXPECT_EQ(ToUtf16(utf8), utf16);
-    EXPECT_EQ(ToUtf8(utf16), utf8);
+    EXPECT_EQ(text::ToUtf16(utf8), utf16);
+    EXPECT_EQ(text::ToUtf8(utf16), utf8);
   }
 }
 
@@ -58,7 +58,7 @@ TEST(UtfTest, EachIllFormedPartOfUtf8IsReplacedOnce) {
       {"\xE4", u"\uFFFD"},
   };
   for (const auto& [utf8, utf16] : cases) {
-    EXPECT_EQ(ToUtf16(utf8), utf16) << testing::PrintToString(utf8);
+    EXPECT_EQ(text::ToUtf16(utf8), utf16) << testing::PrintToString(utf8);
   }
 }
 
@@ -73,7 +73,7 @@ TEST(UtfTest, ASurrogateWithoutItsPartnerIsReplaced) {
       {{0xD83D, 0xD83D, 0xDD8A}, "\xEF\xBF\xBD\xF0\x9F\x96\x8A"},
   };
   for (const auto& [utf16, utf8] : cases) {
-    EXPECT_EQ(ToUtf8(utf16), utf8);
+    EXPECT_EQ(text::ToUtf8(utf16), utf8);
   }
 }
 
@@ -91,7 +91,7 @@ TEST(UtfTest, RefusesAndConvertsUtf8AsThePlatformDoes) {
     wchar_t expected[4] = {};
     const int length =
         ::MultiByteToWideChar(CP_UTF8, MB_ERR_INVALID_CHARS, text.data(), 4, expected, 4);
-    const std::wstring wide = qm::text::ToWide(text);
+    const std::wstring wide = text::ToWide(text);
     if (length == 0) {
       ASSERT_NE(wide.find(L'\uFFFD'), std::wstring::npos) << testing::PrintToString(text);
     } else {
@@ -102,3 +102,5 @@ TEST(UtfTest, RefusesAndConvertsUtf8AsThePlatformDoes) {
 #endif
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -4,6 +4,8 @@
 #include "traits/ProjectTraitsMSI.h"
 #include "traits/ProjectTraitsPro.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(DefaultDirectoriesTest, EachPredefinedFolderHasItsDefaultDirectory) {
@@ -17,20 +19,22 @@ TEST(DefaultDirectoriesTest, EachPredefinedFolderHasItsDefaultDirectory) {
       {L"programfilesfolder", L"mine", L"mine"},
   };
   for (const auto& c : cases) {
-    EXPECT_EQ(DefaultDirOf(c.key, c.fallback), c.expected);
+    EXPECT_EQ(traits::GetDefaultDir(c.key, c.fallback), c.expected);
   }
-  const com_exception failure = FailureOf([] { DefaultDirOf(L"Nowhere", L""); });
+  const com_exception failure = FailureOf([] { traits::GetDefaultDir(L"Nowhere", L""); });
   EXPECT_EQ(static_cast<HRESULT>(0x800403ED), failure.hr);
   EXPECT_NE(std::wstring_view::npos, std::wstring_view(failure.description).find(L"Nowhere"));
 }
 
 TEST(DefaultDirectoriesTest, ReferencesHaveTheDelimitersOfTheProject) {
-  const ProjectTraitsMSI msi;
-  const ProjectTraitsPro pro;
-  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", msi), L"[USERPROFILE]");
-  EXPECT_EQ(PredefinedFolderReference(L"USERPROFILE", pro), L"<USERPROFILE>");
-  EXPECT_EQ(PredefinedFolderReference(L"IISROOTFOLDER", msi), L"");
-  EXPECT_EQ(PredefinedFolderReference(L"Nowhere", msi), L"");
+  const traits::ProjectTraitsMSI msi;
+  const traits::ProjectTraitsPro pro;
+  EXPECT_EQ(traits::PredefinedFolderReference(L"USERPROFILE", msi), L"[USERPROFILE]");
+  EXPECT_EQ(traits::PredefinedFolderReference(L"USERPROFILE", pro), L"<USERPROFILE>");
+  EXPECT_EQ(traits::PredefinedFolderReference(L"IISROOTFOLDER", msi), L"");
+  EXPECT_EQ(traits::PredefinedFolderReference(L"Nowhere", msi), L"");
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -3,6 +3,8 @@
 #include "tests/support/TestDatabase.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(ProjectDatabaseTest, TheTypeIsComparedExactly) {
@@ -15,7 +17,7 @@ TEST(ProjectDatabaseTest, TheTypeIsComparedExactly) {
   };
   for (const auto& c : cases) {
     TestDatabase test;
-    EXPECT_FALSE(msidb::IsInstallerProject(test.database)) << "without the table";
+    EXPECT_FALSE(traits::IsInstallerProject(test.database)) << "without the table";
     test.Run(
         L"CREATE TABLE `Quillmark` (`Property` CHAR(72) NOT NULL, `Value` LONGCHAR PRIMARY "
         L"KEY `Property`)");
@@ -23,9 +25,11 @@ TEST(ProjectDatabaseTest, TheTypeIsComparedExactly) {
     if (c.type) {
       test.Insert(L"Quillmark", {L"Type", c.type});
     }
-    EXPECT_EQ(c.installer, msidb::IsInstallerProject(test.database));
-    EXPECT_EQ(c.module, msidb::IsMergeModuleProject(test.database));
+    EXPECT_EQ(c.installer, traits::IsInstallerProject(test.database));
+    EXPECT_EQ(c.module, traits::IsMergeModuleProject(test.database));
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -4,6 +4,8 @@
 #include "traits/ProjectTraitsMSI.h"
 #include "traits/ProjectTraitsPro.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(ProjectTraitsTest, EachKindOfProjectKnowsItsPredefinedFolders) {
@@ -16,8 +18,8 @@ TEST(ProjectTraitsTest, EachKindOfProjectKnowsItsPredefinedFolders) {
       {L"TARGETDIR", true, false, true, false},    {L"targetdir", false, false, false, false},
       {L"", false, false, false, false},
   };
-  const ProjectTraitsMSI msi;
-  const ProjectTraitsPro pro;
+  const traits::ProjectTraitsMSI msi;
+  const traits::ProjectTraitsPro pro;
   for (const Case& c : cases) {
     SCOPED_TRACE(::testing::PrintToString(std::wstring(c.name)));
     EXPECT_EQ(c.msiPredefined, msi.PredefinedFolderMatch(c.name));
@@ -29,8 +31,8 @@ TEST(ProjectTraitsTest, EachKindOfProjectKnowsItsPredefinedFolders) {
 
 /// Calls an operation by its place in the virtual table, as other components do.
 template <class Result>
-Result CallSlot(const ProjectTraits& traits, size_t slot) {
-  using Operation = Result(__thiscall*)(const ProjectTraits*);
+Result CallSlot(const traits::ProjectTraits& traits, size_t slot) {
+  using Operation = Result(__thiscall*)(const traits::ProjectTraits*);
   void* const* const table = *reinterpret_cast<void* const* const*>(&traits);
   return reinterpret_cast<Operation>(table[slot])(&traits);
 }
@@ -51,11 +53,11 @@ TEST(ProjectTraitsTest, SpellingsOfBothKindsAreInTheirSlots) {
       {17, L"", L"<QMRUNTIMETEXTSUBS>"},
       {23, L"[DesktopFolder]", L"<DesktopFolder>"},
   };
-  const ProjectTraitsMSI msi;
-  const ProjectTraitsPro pro;
+  const traits::ProjectTraitsMSI msi;
+  const traits::ProjectTraitsPro pro;
   for (const Case& c : cases) {
-    EXPECT_EQ(CallSlot<CWideString>(msi, c.slot), c.msi) << c.slot;
-    EXPECT_EQ(CallSlot<CWideString>(pro, c.slot), c.pro) << c.slot;
+    EXPECT_EQ(CallSlot<common::WideString>(msi, c.slot), c.msi) << c.slot;
+    EXPECT_EQ(CallSlot<common::WideString>(pro, c.slot), c.pro) << c.slot;
   }
   EXPECT_EQ(L'[', CallSlot<wchar_t>(msi, 2));
   EXPECT_EQ(L'>', CallSlot<wchar_t>(pro, 3));
@@ -64,3 +66,5 @@ TEST(ProjectTraitsTest, SpellingsOfBothKindsAreInTheirSlots) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

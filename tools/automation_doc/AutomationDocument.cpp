@@ -2,6 +2,8 @@
 
 #include <stdexcept>
 
+namespace qm::docs {
+
 namespace {
 
 std::string Code(const std::string& text) { return '`' + text + '`'; }
@@ -34,7 +36,7 @@ std::string Paragraph(const std::string& text) {
   return lines + text.substr(begin) + "\n\n";
 }
 
-std::string Example(const CExamples::Example& example) { return "    " + example.line + "\n\n"; }
+std::string Example(const Examples::Example& example) { return "    " + example.line + "\n\n"; }
 
 std::string PlaceOf(const MemberDescription& member) {
   return "slot " + std::to_string(member.slot) + ", DISPID " + std::to_string(member.id);
@@ -66,7 +68,7 @@ std::string Contents(const std::vector<InterfaceDescription>& interfaces) {
   return text;
 }
 
-std::string Classes(const std::vector<ClassDescription>& classes, CExamples& examples) {
+std::string Classes(const std::vector<ClassDescription>& classes, Examples& examples) {
   std::string text;
   for (const ClassDescription& description : classes) {
     text += "### " + description.name + "\n\n";
@@ -101,7 +103,7 @@ bool AreAlike(const InterfaceDescription& a, const InterfaceDescription& b) {
   return true;
 }
 
-std::string Collections(const std::vector<InterfaceDescription>& interfaces, CExamples& examples) {
+std::string Collections(const std::vector<InterfaceDescription>& interfaces, Examples& examples) {
   const InterfaceDescription* pattern = nullptr;
   std::string list;
   for (const InterfaceDescription& description : interfaces) {
@@ -124,7 +126,7 @@ std::string Collections(const std::vector<InterfaceDescription>& interfaces, CEx
 
   std::string text;
   for (const MemberDescription& member : pattern->members) {
-    const CExamples::Example& example = examples.Take("Collection." + member.name);
+    const Examples::Example& example = examples.Take("Collection." + member.name);
     text += "### Collection." + member.name + "\n\n" +
             InGeneral(MemberBody(member, example.isCpp), pattern->Find("Item")->resultType) +
             Example(example);
@@ -132,7 +134,7 @@ std::string Collections(const std::vector<InterfaceDescription>& interfaces, CEx
   return text + list;
 }
 
-std::string Interface(const InterfaceDescription& description, CExamples& examples) {
+std::string Interface(const InterfaceDescription& description, Examples& examples) {
   std::string text = "## " + description.name + "\n\n";
   text +=
       Paragraph(Code(description.guid) + ", derived from " +
@@ -154,7 +156,7 @@ std::string Interface(const InterfaceDescription& description, CExamples& exampl
       continue;
     }
     const std::string name = description.name + '.' + member.name;
-    const CExamples::Example& example = examples.Take(name);
+    const Examples::Example& example = examples.Take(name);
     if (member.hasTypedOut && !example.isCpp) {
       throw std::runtime_error("scripts cannot call " + name + ": the example must be C++");
     }
@@ -163,7 +165,7 @@ std::string Interface(const InterfaceDescription& description, CExamples& exampl
   return reserved.empty() ? text : text + "Reserved:\n\n" + reserved + '\n';
 }
 
-std::string Interfaces(const std::vector<InterfaceDescription>& interfaces, CExamples& examples) {
+std::string Interfaces(const std::vector<InterfaceDescription>& interfaces, Examples& examples) {
   std::string text;
   for (const InterfaceDescription& description : interfaces) {
     if (!description.IsCollection()) {
@@ -190,7 +192,7 @@ void Fill(std::string& document, const std::string& place, const std::string& te
 std::string MakeAutomationDocument(const std::string& frame,
                                    const std::vector<ClassDescription>& classes,
                                    const std::vector<InterfaceDescription>& interfaces,
-                                   CExamples examples) {
+                                   Examples examples) {
   std::string document = frame;
   Fill(document, "@CONTENTS@", Contents(interfaces));
   Fill(document, "@CLASSES@", Classes(classes, examples));
@@ -199,3 +201,5 @@ std::string MakeAutomationDocument(const std::string& frame,
   examples.RequireAllTaken();
   return document;
 }
+
+}  // namespace qm::docs

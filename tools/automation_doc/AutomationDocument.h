@@ -6,6 +6,8 @@
 #include "tools/automation_doc/Examples.h"
 #include "tools/automation_doc/TypeDescription.h"
 
+namespace qm::docs {
+
 /// Returns the reference of the automation server in Markdown: `frame`, with its lines
 /// "@CONTENTS@", "@CLASSES@", "@COLLECTIONS@" and "@INTERFACES@" filled in.
 ///
@@ -15,4 +17,6 @@
 std::string MakeAutomationDocument(const std::string& frame,
                                    const std::vector<ClassDescription>& classes,
                                    const std::vector<InterfaceDescription>& interfaces,
-                                   CExamples examples);
+                                   Examples examples);
+
+}  // namespace qm::docs

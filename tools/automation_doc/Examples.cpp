@@ -3,7 +3,9 @@
 #include <sstream>
 #include <stdexcept>
 
-CExamples::CExamples(const std::string& text) {
+namespace qm::docs {
+
+Examples::Examples(const std::string& text) {
   std::istringstream lines(text);
   for (std::string line; std::getline(lines, line);) {
     if (line.empty() || line[0] == '#') {
@@ -26,7 +28,7 @@ CExamples::CExamples(const std::string& text) {
   }
 }
 
-const CExamples::Example& CExamples::Take(const std::string& name) {
+const Examples::Example& Examples::Take(const std::string& name) {
   const auto found = m_examples.find(name);
   if (found == m_examples.end()) {
     throw std::runtime_error("there is no example of " + name);
@@ -35,10 +37,12 @@ const CExamples::Example& CExamples::Take(const std::string& name) {
   return found->second;
 }
 
-void CExamples::RequireAllTaken() const {
+void Examples::RequireAllTaken() const {
   for (const auto& [name, example] : m_examples) {
     if (m_taken.count(name) == 0) {
       throw std::runtime_error("an example of what is not there: " + name);
     }
   }
 }
+
+}  // namespace qm::docs

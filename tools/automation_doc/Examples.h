@@ -4,13 +4,15 @@
 #include <set>
 #include <string>
 
+namespace qm::docs {
+
 /// One line of code for each member, from a text file of lines
 ///
 ///     Interface.Member: line of VBScript
 ///     Interface.Member (C++): line of C++
 ///
 /// Empty lines and lines that begin with "#" are ignored.
-class CExamples {
+class Examples {
  public:
   struct Example {
     std::string line;
@@ -18,7 +20,7 @@ class CExamples {
   };
 
   /// Throws std::runtime_error for text of another form, or for two examples of one name.
-  explicit CExamples(const std::string& text);
+  explicit Examples(const std::string& text);
 
   /// Returns the example of a name and marks it as used. Throws std::runtime_error if it does not
   /// exist.
@@ -31,3 +33,5 @@ class CExamples {
   std::map<std::string, Example> m_examples;
   std::set<std::string> m_taken;
 };
+
+}  // namespace qm::docs

@@ -16,10 +16,11 @@ int wmain(int argc, wchar_t** argv) {
     return 2;
   }
   try {
-    const std::string frame = ReadTextFile(argv[1]);
-    CExamples examples(ReadTextFile(argv[2]));
-    WriteTextFile(argv[6], MakeAutomationDocument(frame, ReadClasses(argv[4], argv[5]),
-                                                  ReadInterfaces(argv[3]), std::move(examples)));
+    const std::string frame = qm::docs::ReadTextFile(argv[1]);
+    qm::docs::Examples examples(qm::docs::ReadTextFile(argv[2]));
+    qm::docs::WriteTextFile(argv[6], qm::docs::MakeAutomationDocument(
+                                         frame, qm::docs::ReadClasses(argv[4], argv[5]),
+                                         qm::docs::ReadInterfaces(argv[3]), std::move(examples)));
     return 0;
   } catch (const std::exception& failure) {
     std::fprintf(stderr, "automation_doc: %s\n", failure.what());

@@ -6,7 +6,7 @@
 
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
+namespace qm::docs {
 
 namespace {
 
@@ -18,7 +18,7 @@ using File = std::unique_ptr<std::FILE, CloseFile>;
 File Open(const wchar_t* path, const wchar_t* mode) {
   File file(::_wfopen(path, mode));
   if (!file) {
-    throw std::runtime_error("cannot open " + ToUtf8(path));
+    throw std::runtime_error("cannot open " + text::ToUtf8(path));
   }
   return file;
 }
@@ -39,6 +39,8 @@ void WriteTextFile(const wchar_t* path, const std::string& text) {
   File file = Open(path, L"wb");
   const bool written = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
   if (std::fclose(file.release()) != 0 || !written) {
-    throw std::runtime_error("cannot write " + ToUtf8(path));
+    throw std::runtime_error("cannot write " + text::ToUtf8(path));
   }
 }
+
+}  // namespace qm::docs

@@ -9,7 +9,7 @@
 #include "common/ComPtr.h"
 #include "text/Utf.h"
 
-using qm::text::ToUtf8;
+namespace qm::docs {
 
 namespace {
 
@@ -24,21 +24,21 @@ void Check(HRESULT hr, const char* what) {
 std::string GuidText(const GUID& guid) {
   wchar_t text[40];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
-  return ToUtf8(text);
+  return text::ToUtf8(text);
 }
 
 /// Owns what an ITypeInfo lends: the attributes of a type, or the description of a function.
 template <class T, void (STDMETHODCALLTYPE ITypeInfo::*release)(T*)>
-class CLent {
+class Lent {
  public:
-  explicit CLent(ITypeInfo& info) noexcept : m_info(info) {}
-  ~CLent() {
+  explicit Lent(ITypeInfo& info) noexcept : m_info(info) {}
+  ~Lent() {
     if (m_value) {
       (m_info.*release)(m_value);
     }
   }
-  CLent(const CLent&) = delete;
-  CLent& operator=(const CLent&) = delete;
+  Lent(const Lent&) = delete;
+  Lent& operator=(const Lent&) = delete;
 
   T** Put() noexcept { return &m_value; }
   const T* operator->() const noexcept { return m_value; }
@@ -47,18 +47,18 @@ class CLent {
   ITypeInfo& m_info;
   T* m_value = nullptr;
 };
-using CAttributes = CLent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
-using CFunction = CLent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
+using Attributes = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using Function = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
 /// The name of a type or a member, and its help text split at "Errors: ".
 struct Documentation {
   Documentation(ITypeInfo& info, MEMBERID member) {
-    CUniqueBstr nameText;
-    CUniqueBstr helpText;
+    common::UniqueBstr nameText;
+    common::UniqueBstr helpText;
     Check(info.GetDocumentation(member, nameText.Put(), helpText.Put(), nullptr, nullptr),
           "GetDocumentation");
-    name = ToUtf8(ViewOf(nameText.Get()));
-    help = ToUtf8(ViewOf(helpText.Get()));
+    name = text::ToUtf8(common::ViewOf(nameText.Get()));
+    help = text::ToUtf8(common::ViewOf(helpText.Get()));
     if (help.empty()) {
       throw std::runtime_error(name + " has no help text");
     }
@@ -76,18 +76,18 @@ struct Documentation {
 };
 
 std::string NameOf(ITypeInfo& info) {
-  CUniqueBstr name;
+  common::UniqueBstr name;
   Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "type name");
-  return ToUtf8(ViewOf(name.Get()));
+  return text::ToUtf8(common::ViewOf(name.Get()));
 }
 
-CComPtr<ITypeInfo> Referenced(ITypeInfo& info, HREFTYPE reference) {
-  CComPtr<ITypeInfo> referenced;
+common::ComPtr<ITypeInfo> Referenced(ITypeInfo& info, HREFTYPE reference) {
+  common::ComPtr<ITypeInfo> referenced;
   Check(info.GetRefTypeInfo(reference, referenced.Put()), "referenced type");
   return referenced;
 }
 
-CComPtr<ITypeInfo> Implemented(ITypeInfo& info, int number) {
+common::ComPtr<ITypeInfo> Implemented(ITypeInfo& info, int number) {
   HREFTYPE reference = 0;
   Check(info.GetRefTypeOfImplType(static_cast<UINT>(number), &reference), "implemented type");
   return Referenced(info, reference);
@@ -141,7 +141,7 @@ std::vector<std::string> NamesOfParameters(ITypeInfo& info, const FUNCDESC& func
   Check(info.GetNames(function.memid, names, kMost, &count), "GetNames");
   std::vector<std::string> texts;
   for (UINT i = 0; i < count; ++i) {
-    texts.push_back(ToUtf8(ViewOf(CUniqueBstr(names[i]).Get())));
+    texts.push_back(text::ToUtf8(common::ViewOf(common::UniqueBstr(names[i]).Get())));
     if (i > 0) {
       // A library keeps one spelling of a name, which may be that of a member of the same name.
       char& first = texts.back()[0];
@@ -170,7 +170,7 @@ void AppendTo(std::string& list, const std::string& text) {
 }
 
 MemberDescription ReadMember(ITypeInfo& info, UINT index) {
-  CFunction function(info);
+  Function function(info);
   Check(info.GetFuncDesc(index, function.Put()), "GetFuncDesc");
   const Documentation documentation(info, function->memid);
 
@@ -223,8 +223,8 @@ MemberDescription ReadMember(ITypeInfo& info, UINT index) {
 
 InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
   constexpr int kVirtualTable = -1;
-  const CComPtr<ITypeInfo> table = Implemented(dispatch, kVirtualTable);
-  CAttributes attributes(*table);
+  const common::ComPtr<ITypeInfo> table = Implemented(dispatch, kVirtualTable);
+  Attributes attributes(*table);
   Check(table->GetTypeAttr(attributes.Put()), "GetTypeAttr");
 
   const Documentation documentation(dispatch, MEMBERID_NIL);
@@ -241,9 +241,9 @@ InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
 }
 
 /// While in scope, makes COM find classes through a side-by-side manifest.
-class CManifestScope {
+class ManifestScope {
  public:
-  explicit CManifestScope(const wchar_t* manifest) {
+  explicit ManifestScope(const wchar_t* manifest) {
     ACTCTXW context{};
     context.cbSize = sizeof context;
     context.lpSource = manifest;
@@ -257,12 +257,12 @@ class CManifestScope {
       Check(HRESULT_FROM_WIN32(error), "the manifest");
     }
   }
-  ~CManifestScope() {
+  ~ManifestScope() {
     ::DeactivateActCtx(0, m_cookie);
     ::ReleaseActCtx(m_context);
   }
-  CManifestScope(const CManifestScope&) = delete;
-  CManifestScope& operator=(const CManifestScope&) = delete;
+  ManifestScope(const ManifestScope&) = delete;
+  ManifestScope& operator=(const ManifestScope&) = delete;
 
  private:
   HANDLE m_context;
@@ -273,13 +273,13 @@ class CManifestScope {
 std::string ProgramIdOf(const CLSID& clsid) {
   wchar_t* text = nullptr;
   Check(::ProgIDFromCLSID(clsid, &text), "a class that the manifest does not name");
-  std::string id = ToUtf8(text);
+  std::string id = text::ToUtf8(text);
   ::CoTaskMemFree(text);
   return id.substr(0, id.rfind('.'));
 }
 
 ClassDescription ReadClass(ITypeInfo& info) {
-  CAttributes attributes(info);
+  Attributes attributes(info);
   Check(info.GetTypeAttr(attributes.Put()), "GetTypeAttr");
   const Documentation documentation(info, MEMBERID_NIL);
   return {documentation.name, GuidText(attributes->guid), ProgramIdOf(attributes->guid),
@@ -289,12 +289,12 @@ ClassDescription ReadClass(ITypeInfo& info) {
 /// Calls `read` with every type of a kind.
 template <class Read>
 void ForEachType(const wchar_t* path, TYPEKIND kind, Read read) {
-  CComPtr<ITypeLib> library;
-  Check(::LoadTypeLibEx(path, REGKIND_NONE, library.Put()), ToUtf8(path).c_str());
+  common::ComPtr<ITypeLib> library;
+  Check(::LoadTypeLibEx(path, REGKIND_NONE, library.Put()), text::ToUtf8(path).c_str());
   const UINT count = library->GetTypeInfoCount();
   for (UINT i = 0; i < count; ++i) {
     TYPEKIND found{};
-    CComPtr<ITypeInfo> info;
+    common::ComPtr<ITypeInfo> info;
     Check(library->GetTypeInfoType(i, &found), "GetTypeInfoType");
     Check(library->GetTypeInfo(i, info.Put()), "GetTypeInfo");
     if (found == kind) {
@@ -319,8 +319,10 @@ std::vector<InterfaceDescription> ReadInterfaces(const wchar_t* path) {
 }
 
 std::vector<ClassDescription> ReadClasses(const wchar_t* path, const wchar_t* manifest) {
-  const CManifestScope scope(manifest);
+  const ManifestScope scope(manifest);
   std::vector<ClassDescription> classes;
   ForEachType(path, TKIND_COCLASS, [&](ITypeInfo& info) { classes.push_back(ReadClass(info)); });
   return classes;
 }
+
+}  // namespace qm::docs

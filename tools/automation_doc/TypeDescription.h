@@ -3,6 +3,8 @@
 #include <string>
 #include <vector>
 
+namespace qm::docs {
+
 /// A member of an interface as its type library describes it. All texts are UTF-8.
 struct MemberDescription {
   std::string name;
@@ -45,3 +47,5 @@ std::vector<InterfaceDescription> ReadInterfaces(const wchar_t* path);
 /// side-by-side manifest at `manifest` offers them to scripts. Throws std::runtime_error, also for
 /// a class that the manifest lacks.
 std::vector<ClassDescription> ReadClasses(const wchar_t* path, const wchar_t* manifest);
+
+}  // namespace qm::docs

@@ -4,13 +4,18 @@
 
 #include "client/terminal/TextTable.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(StyleTest, TextFromOutsideLosesItsControlCharacters) {
-  EXPECT_EQ(" [31mred 31m ~ ä", Printable("\x1b[31mred\xC2\x9B"
-                                          "31m\x7F~\xC2\x85ä"));
-  EXPECT_EQ("code: text", WithoutMarks(Highlighted("code") + ": " + Heading("text")));
-  EXPECT_EQ("a", WithoutMarks("a\x1b["));
+  EXPECT_EQ(" [31mred 31m ~ ä", mmcat::MakePrintable("\x1b[31mred\xC2\x9B"
+                                                     "31m\x7F~\xC2\x85ä"));
+  EXPECT_EQ("code: text",
+            mmcat::RemoveMarks(mmcat::MarkHighlight("code") + ": " + mmcat::MarkHeading("text")));
+  EXPECT_EQ("a", mmcat::RemoveMarks("a\x1b["));
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -4,6 +4,8 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 // A class that is registered wherever the installer is.
@@ -42,8 +44,8 @@ TEST(ComExceptionTest, WithoutErrorObjectTakesTheSystemText) {
 TEST(ComExceptionTest, GetErrorMessageCutsToTheBuffer) {
   const std::pair<UINT, const wchar_t*> cases[] = {{0, L"####"}, {1, L""},     {3, L"ab"},
                                                    {4, L"abc"},  {5, L"abcd"}, {9, L"abcd"}};
-  const CComException exception(com_exception(E_FAIL, L"abcd"));
-  const CException& base = exception;
+  const com::CComException exception(com_exception(E_FAIL, L"abcd"));
+  const com::CException& base = exception;
   for (const auto& [size, text] : cases) {
     wchar_t buffer[10] = L"####";
     UINT help = 77;
@@ -54,3 +56,5 @@ TEST(ComExceptionTest, GetErrorMessageCutsToTheBuffer) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

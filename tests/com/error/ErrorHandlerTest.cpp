@@ -10,6 +10,8 @@
 #include "com/error/win32_exception.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 // A class that is registered wherever the installer is.
@@ -30,7 +32,7 @@ LONG CALLBACK ObserveTrace(EXCEPTION_POINTERS* pointers) {
 }
 
 /// A class that reports under the class identifier above.
-struct CReporter : CErrorHandler<&kClsid> {
+struct Reporter : com::CErrorHandler<&kClsid> {
   using CErrorHandler::MethodBoundary;
 };
 
@@ -38,7 +40,7 @@ TEST(ErrorHandlerTest, ReportTracesAndMakesTheErrorObject) {
   com_exception failure(E_FAIL, L"It is broken.");
   failure.iid = kIid;
   void* const observer = ::AddVectoredExceptionHandler(TRUE, &ObserveTrace);
-  EXPECT_EQ(E_FAIL, CReporter().Report(failure, nullptr));
+  EXPECT_EQ(E_FAIL, Reporter().Report(failure, nullptr));
   ::RemoveVectoredExceptionHandler(observer);
   EXPECT_EQ(g_traces, (std::vector<std::string>{"\nException caught: ", "-2147467259", " = ",
                                                 "It is broken."}));
@@ -48,11 +50,11 @@ TEST(ErrorHandlerTest, ReportTracesAndMakesTheErrorObject) {
   EXPECT_TRUE(reported.iid == kIid);
 
   failure.hr = S_OK;
-  EXPECT_EQ(DISP_E_EXCEPTION, CReporter().Report(failure, L"while testing"));
+  EXPECT_EQ(DISP_E_EXCEPTION, Reporter().Report(failure, L"while testing"));
   EXPECT_EQ(com_exception(E_ABORT).description, L"It is broken.\n     > while testing");
 }
 
-class COtherException : public CException {
+class OtherException : public com::CException {
  public:
   BOOL GetErrorMessage(wchar_t*, UINT, UINT*) const override { return FALSE; }
 };
@@ -61,25 +63,25 @@ TEST(ErrorHandlerTest, EveryExceptionBecomesAnHResult) {
   const com_exception failure(E_ABORT, L"It is broken.");
   const auto throwCode = [](DWORD code) {
     ::SetLastError(code);
-    throw qm::win32_exception();
+    throw win32_exception();
   };
   const std::tuple<const char*, HRESULT, const wchar_t*, std::function<void()>> cases[] = {
       {"com_exception", E_ABORT, L"It is broken.", [&] { throw failure; }},
-      {"CComException*", E_ABORT, L"It is broken.", [&] { Raise(failure); }},
+      {"CComException*", E_ABORT, L"It is broken.", [&] { com::Raise(failure); }},
       {"_CComException*", E_ABORT, L"It is broken.",
-       [&] { throw new _CComException<int>(failure); }},
+       [&] { throw new com::_CComException<int>(failure); }},
       {"Win32", E_ACCESSDENIED, nullptr, [&] { throwCode(ERROR_ACCESS_DENIED); }},
       {"Win32 success", DISP_E_EXCEPTION, L"", [&] { throwCode(ERROR_SUCCESS); }},
       {"bad_alloc", E_OUTOFMEMORY, nullptr, [] { throw std::bad_alloc(); }},
-      {"CMemoryException*", E_OUTOFMEMORY, nullptr, [] { ThrowMemoryException(); }},
-      {"CException*", E_UNEXPECTED, nullptr, [] { throw new COtherException; }},
+      {"CMemoryException*", E_OUTOFMEMORY, nullptr, [] { com::ThrowMemoryException(); }},
+      {"CException*", E_UNEXPECTED, nullptr, [] { throw new OtherException; }},
       {"std::exception", E_UNEXPECTED, nullptr, [] { throw std::runtime_error("x"); }},
       {"int", E_UNEXPECTED, nullptr, [] { throw 1; }},
   };
   for (const auto& [what, expected, description, raise] : cases) {
     SCOPED_TRACE(what);
     const long blocks = heap::Live();
-    const HRESULT hr = CReporter::MethodBoundary([&work = raise]() -> HRESULT {
+    const HRESULT hr = Reporter::MethodBoundary([&work = raise]() -> HRESULT {
       LeaveErrorObject(L"left by a component whose failure did not matter");
       work();
       return S_OK;
@@ -90,14 +92,16 @@ TEST(ErrorHandlerTest, EveryExceptionBecomesAnHResult) {
       EXPECT_FALSE(TakeErrorObject());
     } else {
       EXPECT_EQ(com_exception(S_OK).description,
-                description ? CWideString(description) : SystemText(expected));
+                description ? common::WideString(description) : SystemText(expected));
     }
   }
   for (const HRESULT hr : {S_OK, S_FALSE, E_INVALIDARG}) {
     LeaveErrorObject(L"from before the call");
-    EXPECT_EQ(hr, CReporter::MethodBoundary([&] { return hr; }));
+    EXPECT_EQ(hr, Reporter::MethodBoundary([&] { return hr; }));
     EXPECT_FALSE(TakeErrorObject());
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

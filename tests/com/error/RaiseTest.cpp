@@ -2,14 +2,16 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 template <class Base>
 bool RaisedIsCaughtAs() {
   try {
-    RaiseHResult(E_FAIL);
+    com::RaiseHResult(E_FAIL);
   } catch (Base* caught) {
-    static_cast<CComException*>(caught)->Delete();
+    static_cast<com::CComException*>(caught)->Delete();
     return true;
   } catch (...) {
     return false;
@@ -18,13 +20,15 @@ bool RaisedIsCaughtAs() {
 
 TEST(RaiseTest, ThrowsAnObjectThatEveryBaseCatches) {
   const long blocks = heap::Live();
-  EXPECT_TRUE(RaisedIsCaughtAs<CComException>());
-  EXPECT_TRUE(RaisedIsCaughtAs<_CComException<int>>());
-  EXPECT_TRUE(RaisedIsCaughtAs<CException>());
-  EXPECT_TRUE(RaisedIsCaughtAs<CObject>());
+  EXPECT_TRUE(RaisedIsCaughtAs<com::CComException>());
+  EXPECT_TRUE(RaisedIsCaughtAs<com::_CComException<int>>());
+  EXPECT_TRUE(RaisedIsCaughtAs<com::CException>());
+  EXPECT_TRUE(RaisedIsCaughtAs<com::CObject>());
   EXPECT_TRUE(RaisedIsCaughtAs<void>());
   EXPECT_EQ(blocks, heap::Live());
-  EXPECT_NO_THROW(RaiseIfFailed(S_FALSE));
+  EXPECT_NO_THROW(com::RaiseIfFailed(S_FALSE));
 }
 
 }  // namespace
+
+}  // namespace qm::tests

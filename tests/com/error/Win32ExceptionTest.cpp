@@ -7,15 +7,17 @@
 #include "com/error/Raise.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(Win32ExceptionTest, TakesTheCodeBeforeAnythingCanChangeIt) {
   ::SetLastError(ERROR_SHARING_VIOLATION);
-  EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, qm::win32_exception().code());
+  EXPECT_EQ(DWORD{ERROR_SHARING_VIOLATION}, win32_exception().code());
   ::SetLastError(ERROR_PATH_NOT_FOUND);
   try {
-    RaiseLastError();
-  } catch (const qm::win32_exception& failure) {
+    com::RaiseLastError();
+  } catch (const win32_exception& failure) {
     EXPECT_EQ(DWORD{ERROR_PATH_NOT_FOUND}, failure.code());
   }
 }
@@ -24,11 +26,11 @@ TEST(Win32ExceptionTest, CopiesShareOneText) {
   const long blocks = heap::Live();
   {
     ::SetLastError(ERROR_ACCESS_DENIED);
-    std::optional<qm::win32_exception> first(std::in_place);
-    const qm::win32_exception before(*first);
+    std::optional<win32_exception> first(std::in_place);
+    const win32_exception before(*first);
     const wchar_t* const text = first->message();
-    const qm::win32_exception after(*first);
-    qm::win32_exception assigned;
+    const win32_exception after(*first);
+    win32_exception assigned;
     assigned = after;
     first.reset();
     const std::string narrow(after.what());
@@ -46,7 +48,7 @@ TEST(Win32ExceptionTest, ACodeWithoutATextHasItsHResultAndAnEmptyMessage) {
   const std::pair<DWORD, DWORD> codes[] = {{0, 0}, {0x12345, 0x80072345}, {0xA0FF1234, 0xA0FF1234}};
   for (const auto& [code, hr] : codes) {
     ::SetLastError(code);
-    const qm::win32_exception failure;
+    const win32_exception failure;
     EXPECT_EQ(hr, static_cast<DWORD>(failure.hresult()));
     EXPECT_STREQ(L"", failure.message()) << code;  // no text is known
     EXPECT_STREQ("", failure.what());
@@ -54,3 +56,5 @@ TEST(Win32ExceptionTest, ACodeWithoutATextHasItsHResultAndAnEmptyMessage) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

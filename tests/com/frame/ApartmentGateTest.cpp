@@ -5,10 +5,12 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 TEST(ApartmentGateTest, AWaitThatTakesTooLongFailsWithADescription) {
-  ApartmentGate gate(1000);
+  com::ApartmentGate gate(1000);
   gate.Enter();
   gate.Enter();
   EXPECT_TRUE(gate.TryEnter()) << "the owner passes as often as it likes";
@@ -30,7 +32,7 @@ TEST(ApartmentGateTest, AWaitThatTakesTooLongFailsWithADescription) {
 }
 
 TEST(ApartmentGateTest, OneThreadAtATimePassesAndNoneStarves) {
-  ApartmentGate gate(10000);
+  com::ApartmentGate gate(10000);
   std::atomic<int> inside = 0;
   int passes = 0;
   std::thread threads[4];
@@ -52,3 +54,5 @@ TEST(ApartmentGateTest, OneThreadAtATimePassesAndNoneStarves) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -5,6 +5,8 @@
 
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace {
 
 /// Counts its references, and keeps the thread that gave the last one up.
@@ -24,7 +26,7 @@ class Counted final : public IUnknown {
 TEST(ApartmentPtrTest, TheObjectIsUsedAndReleasedByItsOwnThread) {
   Counted object;
   {
-    CApartmentPtr<IUnknown> pointer;
+    com::ApartmentPtr<IUnknown> pointer;
     pointer.Set(&object);
     EXPECT_EQ(&object, pointer.Get());
     std::thread([&] {
@@ -32,12 +34,12 @@ TEST(ApartmentPtrTest, TheObjectIsUsedAndReleasedByItsOwnThread) {
       Counted other;
       pointer.Set(&other);
       EXPECT_EQ(&other, pointer.Get());
-      ReleaseReturnedReferences();
+      com::ReleaseQueuedReferences();
       EXPECT_EQ(1u, object.references) << "another thread released it";
       pointer.Set(&object);
       EXPECT_EQ(0u, other.references);
     }).join();
-    ReleaseReturnedReferences();
+    com::ReleaseQueuedReferences();
     EXPECT_EQ(1u, object.references);
     EXPECT_EQ(::GetCurrentThreadId(), object.releaser);
   }
@@ -45,3 +47,5 @@ TEST(ApartmentPtrTest, TheObjectIsUsedAndReleasedByItsOwnThread) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

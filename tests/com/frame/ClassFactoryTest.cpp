@@ -3,41 +3,43 @@
 #include "tests/fakes/OuterObject.h"
 #include "tests/support/FrameFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 using ClassFactoryTest = FrameFixture;
 
 TEST_F(ClassFactoryTest, FactoriesAreCachedAndOnlyClientsLock) {
   IClassFactory* const first = Factory().Get();  // held by the module alone from here on
-  EXPECT_EQ(0, ModuleLock::Count());
+  EXPECT_EQ(0, com::DllLock::Count());
   EXPECT_NE(first, Factory(kOtherClass).Get());
   {
-    const CComPtr<IClassFactory> factory = Factory();
+    const common::ComPtr<IClassFactory> factory = Factory();
     EXPECT_EQ(first, factory.Get());
-    EXPECT_EQ(1, ModuleLock::Count());
+    EXPECT_EQ(1, com::DllLock::Count());
     factory->LockServer(TRUE);
-    CComPtr<IDispatch> object;
+    common::ComPtr<IDispatch> object;
     EXPECT_EQ(S_OK, factory->CreateInstance(nullptr, __uuidof(IDispatch),
                                             reinterpret_cast<void**>(object.Put())));
-    const CComPtr<IClassFactory> again = Factory();
-    EXPECT_EQ(3, ModuleLock::Count());  // all references on the factory, the server, the object
+    const common::ComPtr<IClassFactory> again = Factory();
+    EXPECT_EQ(3, com::DllLock::Count());  // all references on the factory, the server, the object
   }
-  EXPECT_EQ(1, ModuleLock::Count());
+  EXPECT_EQ(1, com::DllLock::Count());
   Factory()->LockServer(FALSE);
 
   // A client may hold one for longer than the module.
-  const CComPtr<IClassFactory> kept = Factory();
-  EndModuleLifetime();
+  const common::ComPtr<IClassFactory> kept = Factory();
+  common::EndDllLifetime();
   EXPECT_EQ(E_POINTER, kept->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));
 }
 
 TEST_F(ClassFactoryTest, FailedCreationLeavesNothing) {
-  COuterObject outer;
+  OuterObject outer;
   void* out = nullptr;
   const auto expectNothing = [&] {
     EXPECT_EQ(nullptr, out);
-    EXPECT_EQ(0, CProbe::s_live);
-    EXPECT_EQ(0, ModuleLock::Count());
+    EXPECT_EQ(0, Probe::s_live);
+    EXPECT_EQ(0, com::DllLock::Count());
     EXPECT_EQ(1U, outer.references);
   };
   const auto create = [&](IUnknown* controlling, REFIID iid) {
@@ -51,20 +53,22 @@ TEST_F(ClassFactoryTest, FailedCreationLeavesNothing) {
   out = &out;
   EXPECT_EQ(E_NOINTERFACE, m_module.GetClassObject(kProbeClass, IID_IDispatch, &out));
   expectNothing();
-  EXPECT_EQ(E_POINTER, CreateComObject<CProbe>(nullptr, IID_IUnknown, nullptr));
+  EXPECT_EQ(E_POINTER, com::CreateComObject<Probe>(nullptr, IID_IUnknown, nullptr));
   EXPECT_EQ(E_NOINTERFACE, create(nullptr, __uuidof(IMMFile)));
   expectNothing();
   EXPECT_EQ(CLASS_E_NOAGGREGATION, create(&outer, IID_IDispatch));
   expectNothing();
   IUnknown* const outers[] = {nullptr, &outer};
   for (IUnknown* const controlling : outers) {
-    CProbe::s_finalConstruct = E_ACCESSDENIED;
+    Probe::s_finalConstruct = E_ACCESSDENIED;
     EXPECT_EQ(E_ACCESSDENIED, create(controlling, IID_IUnknown));
     expectNothing();
-    CProbe::s_finalConstruct = S_OK;
+    Probe::s_finalConstruct = S_OK;
     heap::SweepFaults([&] { return create(controlling, IID_IUnknown); }, expectNothing);
     static_cast<IUnknown*>(out)->Release();
   }
 }
 
 }  // namespace
+
+}  // namespace qm::tests

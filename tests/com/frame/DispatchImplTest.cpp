@@ -2,13 +2,15 @@
 
 #include "tests/support/FrameFixture.h"
 
+namespace qm::tests {
+
 namespace {
 
 class DispatchImplTest : public FrameFixture {
  protected:
   void SetUp() override {
     FrameFixture::SetUp();
-    m_object = CComObject<CProbe>::Create();
+    m_object = com::ComObject<Probe>::Create();
   }
   void TearDown() override {
     m_object.Release();
@@ -24,20 +26,20 @@ class DispatchImplTest : public FrameFixture {
                             nullptr);
   }
 
-  CComPtr<CComObject<CProbe>> m_object;
+  common::ComPtr<com::ComObject<Probe>> m_object;
 };
 
 TEST_F(DispatchImplTest, TypeInformationIsLoadedAgainWhenTheServerStartsAgain) {
   EXPECT_EQ(E_POINTER, m_object->GetTypeInfoCount(nullptr));
   EXPECT_EQ(E_POINTER, m_object->GetTypeInfo(0, 0, nullptr));
-  CComPtr<ITypeInfo> info;
+  common::ComPtr<ITypeInfo> info;
   EXPECT_EQ(DISP_E_BADINDEX, m_object->GetTypeInfo(1, 0, info.Put()));
   EXPECT_FALSE(info);
   for (int i = 0; i < 2; ++i) {  // loaded again after the module ended
     EXPECT_EQ(S_OK, m_object->GetTypeInfo(0, 0, info.Put()));
-    EndModuleLifetime();
+    common::EndDllLifetime();
   }
-  static CTypeInfoHolder unknown(kProbeClass, TypeLibrary::Interfaces);
+  static com::TypeInfoHolder unknown(kProbeClass, com::TypeLibrary::Interfaces);
   EXPECT_EQ(TYPE_E_ELEMENTNOTFOUND, unknown.GetTypeInfo(info.Put()));
   EXPECT_FALSE(info);
 }
@@ -86,3 +88,5 @@ TEST_F(DispatchImplTest, ObjectsAreReturnedToScripts) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

@@ -7,6 +7,8 @@
 #include "tests/support/TestFolder.h"
 #include "tests/support/Testing.h"
 
+namespace qm::tests {
+
 namespace fs = std::filesystem;
 
 namespace {
@@ -21,8 +23,8 @@ class ComponentLoaderTest : public ::testing::Test {
   void SetUp() override {
     fs::create_directories(m_root / "product" / "server");
     m_previous = fs::current_path();
-    loader = std::make_unique<CComponentLoader>((m_root / "product" / "server").c_str(),
-                                                (m_root / "common").c_str());
+    loader = std::make_unique<com::ComponentLoader>((m_root / "product" / "server").c_str(),
+                                                    (m_root / "common").c_str());
   }
   void TearDown() override {
     loader->UnloadIdle();
@@ -38,22 +40,22 @@ class ComponentLoaderTest : public ::testing::Test {
     return path;
   }
 
-  static fs::path Program() { return ModulePath(nullptr).c_str(); }
+  static fs::path Program() { return com::DllPath(nullptr).c_str(); }
 
   /// The file that is loaded as sibling.dll; empty when none is.
   static fs::path Loaded() {
     const HMODULE module = ::GetModuleHandleW(L"sibling.dll");
-    return module ? fs::path(ModulePath(module).c_str()) : fs::path();
+    return module ? fs::path(com::DllPath(module).c_str()) : fs::path();
   }
 
   com_exception Failure(const CLSID& clsid = kSibling) {
     return FailureOf([&] { loader->Create<IUnknown>(L"sibling.dll", clsid); });
   }
 
-  const CTestFolder m_folder;
+  const TestFolder m_folder;
   const fs::path m_root = m_folder.Path();
   fs::path m_previous;
-  std::unique_ptr<CComponentLoader> loader;
+  std::unique_ptr<com::ComponentLoader> loader;
 };
 
 TEST_F(ComponentLoaderTest, LooksInTheServersFolderThenItsSystemThenTheProductsFolder) {
@@ -64,7 +66,7 @@ TEST_F(ComponentLoaderTest, LooksInTheServersFolderThenItsSystemThenTheProductsF
     EXPECT_TRUE(fs::equivalent(place, Loaded())) << place << " " << Loaded();
     loader->UnloadIdle();
     EXPECT_EQ(Loaded().empty(), false) << "unloaded under a live object";
-    const_cast<CComPtr<IUnknown>&>(object).Release();
+    const_cast<common::ComPtr<IUnknown>&>(object).Release();
     loader->UnloadIdle();
     EXPECT_EQ(Loaded(), fs::path());
     fs::remove(place);
@@ -76,7 +78,7 @@ TEST_F(ComponentLoaderTest, FunctionsAreAlsoLookedForInTheSystemFolderOfTheProdu
   // Objects are not: their last place is the registry.
   const fs::path place = Put("product/System");
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), Failure().hr);
-  const auto canUnload = loader->FunctionOf<HRESULT(WINAPI*)()>(L"sibling.dll", "DllCanUnloadNow");
+  const auto canUnload = loader->GetFunction<HRESULT(WINAPI*)()>(L"sibling.dll", "DllCanUnloadNow");
   EXPECT_EQ(S_OK, canUnload());
   EXPECT_TRUE(fs::equivalent(place, Loaded()));
 }
@@ -110,9 +112,9 @@ TEST_F(ComponentLoaderTest, FailuresNameTheDll) {
   const com_exception unknown = Failure(GUID_NULL);
   EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, unknown.hr);
   EXPECT_EQ(unknown.description,
-            CWideString(L"sibling.dll: ") + SystemText(CLASS_E_CLASSNOTAVAILABLE));
+            common::WideString(L"sibling.dll: ") + SystemText(CLASS_E_CLASSNOTAVAILABLE));
   const com_exception noExport =
-      FailureOf([&] { loader->FunctionOf<void (*)()>(L"sibling.dll", "Nonsense"); });
+      FailureOf([&] { loader->GetFunction<void (*)()>(L"sibling.dll", "Nonsense"); });
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_PROC_NOT_FOUND), noExport.hr);
   EXPECT_EQ(0U, std::wstring_view(noExport.description).find(L"sibling.dll: "));
 
@@ -125,3 +127,5 @@ TEST_F(ComponentLoaderTest, FailuresNameTheDll) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests

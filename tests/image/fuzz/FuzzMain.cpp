@@ -6,6 +6,6 @@
 #include "tests/image/FuzzTargets.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
-  image_tests::kFuzzTargets[QM_FUZZ_TARGET].run(qm::image::Bytes(data, data + size));
+  qm::tests::kFuzzTargets[QM_FUZZ_TARGET].run(qm::image::Bytes(data, data + size));
   return 0;
 }

@@ -5,17 +5,19 @@
 
 #include "siblings/Gleaner/IniText.h"
 
+namespace qm::tests {
+
 namespace {
 
 using namespace std::literals;
 
 /// What the parser makes of a file: "[section]" and "name=value|" for every key.
 std::wstring Parsed(std::string_view bytes) {
-  const CIniFile file(DecodeText(bytes));
+  const siblings::IniDocument file(siblings::DecodeTextFile(bytes));
   std::wstring all;
-  for (size_t s = 0; const CIniFile::Section* section = file.SectionAt(s); ++s) {
+  for (size_t s = 0; const siblings::IniDocument::Section* section = file.SectionAt(s); ++s) {
     all.append(L"[").append(file.TextAt(section->name)).append(L"]");
-    for (size_t k = 0; const CIniFile::Key* key = file.KeyAt(*section, k); ++k) {
+    for (size_t k = 0; const siblings::IniDocument::Key* key = file.KeyAt(*section, k); ++k) {
       all.append(file.TextAt(key->name)).append(L"=").append(file.TextAt(key->value)).append(L"|");
     }
   }
@@ -33,7 +35,7 @@ void ExpectAll(const std::vector<Case>& cases) {
   }
 }
 
-TEST(IniFileTest, LinesEndInAnyWayAndCommentsAreIgnored) {
+TEST(IniDocumentTest, LinesEndInAnyWayAndCommentsAreIgnored) {
   ExpectAll({
       {"", L""},
       {"\r\n \t\n", L""},
@@ -47,7 +49,7 @@ TEST(IniFileTest, LinesEndInAnyWayAndCommentsAreIgnored) {
   });
 }
 
-TEST(IniFileTest, BlanksAroundNamesAndValuesAreDropped) {
+TEST(IniDocumentTest, BlanksAroundNamesAndValuesAreDropped) {
   ExpectAll({
       {" [ My Section ] \n\tMy Key\t = \tMy Value \t", L"[My Section]My Key=My Value|"},
       {"[s]\nname\nname=\n=value\n=\n", L"[s]name=|name=|=value|=|"},
@@ -58,7 +60,7 @@ TEST(IniFileTest, BlanksAroundNamesAndValuesAreDropped) {
   });
 }
 
-TEST(IniFileTest, AHeaderEndsAtItsLastBracket) {
+TEST(IniDocumentTest, AHeaderEndsAtItsLastBracket) {
   ExpectAll({
       {"[Filters[1].msm]\na=1", L"[Filters[1].msm]a=1|"},
       {"[a]b]c]\na=1", L"[a]b]c]a=1|"},
@@ -69,7 +71,7 @@ TEST(IniFileTest, AHeaderEndsAtItsLastBracket) {
   });
 }
 
-TEST(IniFileTest, ControlCharactersInsideNamesAndValuesAreKept) {
+TEST(IniDocumentTest, ControlCharactersInsideNamesAndValuesAreKept) {
   ExpectAll({
       {"[s]\na\0b=c\0d\n"s, L"[s]a\0b=c\0d|"s},
       {"[s]\n\0a\0=\0c\0\n\x1A"s, L"[s]a=c|"},
@@ -89,7 +91,7 @@ std::string Utf16(std::u16string_view text, bool bigEndian) {
   return bytes;
 }
 
-TEST(IniFileTest, EveryEncodingIsRecognised) {
+TEST(IniDocumentTest, EveryEncodingIsRecognised) {
   constexpr char16_t text[] = u"\uFEFF[\u00C4]\r\nk\u4E2D=\U0001F600\r\n";
   const std::wstring parsed = L"[\u00C4]k\u4E2D=\U0001F600|";
   ExpectAll({
@@ -107,7 +109,7 @@ TEST(IniFileTest, EveryEncodingIsRecognised) {
   });
 }
 
-TEST(IniFileTest, LongLinesAndLargeFilesAreReadWhole) {
+TEST(IniDocumentTest, LongLinesAndLargeFilesAreReadWhole) {
   const std::string text(100'000, 'x');
   const std::wstring wide(100'000, L'x');
   constexpr size_t large = 20'000'000;
@@ -117,7 +119,7 @@ TEST(IniFileTest, LongLinesAndLargeFilesAreReadWhole) {
       {std::string(large, '\n') + "[s]\na=1", L"[s]a=1|"},
       {"[s]\n" + std::string(large, ' ') + "a=1", L"[s]a=1|"},
   });
-  const CIniFile brackets(std::wstring(100'000, L'['));
+  const siblings::IniDocument brackets(std::wstring(100'000, L'['));
   EXPECT_EQ(99'999u, brackets.SectionAt(0)->name.length);
 
   std::string keys = "[s]\n";
@@ -125,7 +127,7 @@ TEST(IniFileTest, LongLinesAndLargeFilesAreReadWhole) {
   for (; keys.size() < large / 4; ++count) {
     keys += "a=1\n";
   }
-  const CIniFile many(DecodeText(keys));
+  const siblings::IniDocument many(siblings::DecodeTextFile(keys));
   EXPECT_EQ(count, many.SectionAt(0)->keyCount);
   EXPECT_EQ(many.KeyAt(*many.SectionAt(0), 0), many.FindKey(*many.SectionAt(0), L"A"));
 }
@@ -136,7 +138,7 @@ ptrdiff_t PositionOf(const Entry* found, const Entry* first) {
   return found ? found - first : -1;
 }
 
-TEST(IniFileTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
+TEST(IniDocumentTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
   // As few names as are compared one by one, and as many as are put in order.
   for (const size_t padding : {0, 1000}) {
     SCOPED_TRACE(padding);
@@ -146,11 +148,11 @@ TEST(IniFileTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
       lines[0] += L"[" + name + L"]\n";
       lines[1] += name + L"=1\n";
     }
-    const CIniFile file(L"[Alpha]\n[alphabet]\n[\u00C4lpha]\n[ALPHA]\n[]\n[Alp]\n" + lines[0] +
-                        L"[last]\nAlpha=1\nalphabet=2\n\u00C4lpha=3\nALPHA=4\n=5\nAlp=6\n" +
-                        lines[1]);
-    const CIniFile::Section* const first = file.SectionAt(0);
-    const CIniFile::Section* const last = file.FindSection(L"LAST");
+    const siblings::IniDocument file(
+        L"[Alpha]\n[alphabet]\n[\u00C4lpha]\n[ALPHA]\n[]\n[Alp]\n" + lines[0] +
+        L"[last]\nAlpha=1\nalphabet=2\n\u00C4lpha=3\nALPHA=4\n=5\nAlp=6\n" + lines[1]);
+    const siblings::IniDocument::Section* const first = file.SectionAt(0);
+    const siblings::IniDocument::Section* const last = file.FindSection(L"LAST");
     ASSERT_EQ(static_cast<ptrdiff_t>(6 + padding), PositionOf(last, first));
     const std::pair<std::wstring_view, ptrdiff_t> cases[] = {
         {L"alpha", 0}, {L"ALPHABET", 1}, {L"\u00E4LPHA", 2},  {L"", 4},        {{}, 4},
@@ -171,3 +173,5 @@ TEST(IniFileTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
 }
 
 }  // namespace
+
+}  // namespace qm::tests
