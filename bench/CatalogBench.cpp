@@ -49,7 +49,7 @@ struct ListedFile {
   std::exit(1);
 }
 
-void Check(const char* what, HRESULT hr) {
+void ThrowIfFailed(const char* what, HRESULT hr) {
   if (FAILED(hr)) {
     Fail(what, hr);
   }
@@ -75,22 +75,22 @@ qm::common::ComPtr<IMMCatalogVelmora> NewCatalog() {
       reinterpret_cast<void*>(::GetProcAddress(server, "DllGetClassObject")));
   qm::common::ComPtr<IClassFactory> factory;
   qm::common::ComPtr<IMMCatalogVelmora> catalog;
-  Check("class object", getClassObject(CLSID_MMCatalog, __uuidof(IClassFactory),
-                                       reinterpret_cast<void**>(factory.Put())));
-  Check("catalog", factory->CreateInstance(nullptr, __uuidof(IMMCatalogVelmora),
-                                           reinterpret_cast<void**>(catalog.Put())));
+  ThrowIfFailed("class object", getClassObject(CLSID_MMCatalog, __uuidof(IClassFactory),
+                                               reinterpret_cast<void**>(factory.Put())));
+  ThrowIfFailed("catalog", factory->CreateInstance(nullptr, __uuidof(IMMCatalogVelmora),
+                                                   reinterpret_cast<void**>(catalog.Put())));
   return catalog;
 }
 
-void List(IMMCatalogVelmora& catalog) {
+void ListModules(IMMCatalogVelmora& catalog) {
   qm::common::ComPtr<IMergeModules> modules;
-  Check("modules", catalog.get_MergeModules(modules.Put()));
+  ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
 }
 
 long Count(IMMCatalogVelmora& catalog) {
   qm::common::ComPtr<IMergeModules> modules;
   long count = 0;
-  Check("modules", catalog.get_MergeModules(modules.Put()));
+  ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
   modules->get_Count(&count);
   return count;
 }
@@ -187,13 +187,13 @@ void GetRows(MSIHANDLE database, const ShownTable& table) {
 
 double FirstList() {
   const auto catalog = NewCatalog();
-  return qm::bench::Milliseconds([&] { List(*catalog); });
+  return qm::bench::Milliseconds([&] { ListModules(*catalog); });
 }
 
 template <class Use>
 void ForEachRecord(IMMCatalogVelmora& catalog, Use use) {
   qm::common::ComPtr<IMergeModules> modules;
-  Check("modules", catalog.get_MergeModules(modules.Put()));
+  ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
   mmcat::ForEachItem<IMergeModule>(*modules, use);
 }
 
@@ -202,7 +202,7 @@ void GetTexts(Interface& object,
               std::initializer_list<HRESULT (STDMETHODCALLTYPE Interface::*)(BSTR*)> properties) {
   for (const auto property : properties) {
     qm::common::UniqueBstr value;
-    Check("text", (object.*property)(value.Put()));
+    ThrowIfFailed("text", (object.*property)(value.Put()));
   }
 }
 
@@ -311,7 +311,7 @@ double ListAgain() {
   const auto catalog = NewCatalog();
   return qm::bench::MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
-             List(*catalog);
+             ListModules(*catalog);
            }
          }) /
          kRepetitions;
@@ -349,26 +349,27 @@ void Touch(const std::wstring& path) {
 
 double Changed(const std::wstring& folder) {
   const auto catalog = NewCatalog();
-  List(*catalog);
+  ListModules(*catalog);
   const std::wstring path = folder + L"\\Module0015.msm";
   std::vector<double> times;
   for (int i = 0; i < 5; ++i) {
     Touch(path);
-    times.push_back(qm::bench::Milliseconds([&] { List(*catalog); }));
+    times.push_back(qm::bench::Milliseconds([&] { ListModules(*catalog); }));
   }
   return qm::bench::Median(times);
 }
 
 double Find() {
   const auto catalog = NewCatalog();
-  List(*catalog);
+  ListModules(*catalog);
   const qm::common::UniqueBstr key(
       qm::common::TryAllocateBstr(L"library0015.c685a6b2_5c68_494b_8b13_7777875e0015:1033"));
   return qm::bench::MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
              qm::common::ComPtr<IMergeModules> modules;
              long count = 0;
-             Check("find", catalog->FindModule(key.Get(), nullptr, 0, modules.Put(), &count));
+             ThrowIfFailed("find",
+                           catalog->FindModule(key.Get(), nullptr, 0, modules.Put(), &count));
              if (count != 1) {
                Fail("find", count);
              }
@@ -380,11 +381,11 @@ double Find() {
 double Memory(const wchar_t* folder) {
   // Excludes what the first list allocates once for the process.
   Configure(L"");
-  List(*NewCatalog());
+  ListModules(*NewCatalog());
   Configure(folder);
   const auto catalog = NewCatalog();
   const size_t before = qm::bench::HeapBytes();
-  List(*catalog);
+  ListModules(*catalog);
   return static_cast<double>(qm::bench::HeapBytes() - before) / Count(*catalog);
 }
 

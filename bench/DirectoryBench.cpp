@@ -26,7 +26,7 @@ constexpr int kDepth = 12;
 constexpr int kFiles = 10000;
 constexpr wchar_t kSuffix[] = L".0123456789ABCDEF0123456789ABCDEF";
 
-qm::common::WideString KeyOf(int directory) {
+qm::common::WideString MakeKey(int directory) {
   return qm::common::WideString::Format(L"Directory%d%s", directory, kSuffix);
 }
 
@@ -53,9 +53,9 @@ qm::common::WideString BuildModule() {
       "TARGETDIR\t\tSourceDir\r\nProgramFilesFolder\tTARGETDIR\t.\r\n";
   for (int i = 0; i < kDirectories; ++i) {
     const qm::common::WideString parent =
-        i % kDepth == 0 ? qm::common::WideString(L"ProgramFilesFolder") : KeyOf(i - 1);
+        i % kDepth == 0 ? qm::common::WideString(L"ProgramFilesFolder") : MakeKey(i - 1);
     const qm::common::WideString row = qm::common::WideString::Format(
-        L"%s\t%s\tD%d|Folder number %d\r\n", KeyOf(i).c_str(), parent.c_str(), i, i);
+        L"%s\t%s\tD%d|Folder number %d\r\n", MakeKey(i).c_str(), parent.c_str(), i, i);
     for (const wchar_t c : std::wstring_view(row)) {
       rows += static_cast<char>(c);
     }
@@ -78,7 +78,7 @@ qm::common::WideString BuildModule() {
 }
 
 /// Walks from `key` to the root with bare installer calls. Returns the number of rows.
-int BareWalk(MSIHANDLE database, const wchar_t* key) {
+int WalkByInstaller(MSIHANDLE database, const wchar_t* key) {
   MSIHANDLE row = ::MsiCreateRecord(1);
   ::MsiRecordSetStringW(row, 1, key);
   MSIHANDLE view = 0;
@@ -115,7 +115,7 @@ void BareWalks(const qm::common::WideString& module) {
   ::MsiOpenDatabaseW(module.c_str(), MSIDBOPEN_READONLY, &database);
   for (int i = 0; i < kDirectories; ++i) {
     // The directory's own row, those of the chain above it, and that of the root.
-    Require("a walk broke off", BareWalk(database, KeyOf(i).c_str()) == i % kDepth + 2);
+    Require("a walk broke off", WalkByInstaller(database, MakeKey(i).c_str()) == i % kDepth + 2);
   }
   ::MsiCloseHandle(database);
 }
@@ -124,7 +124,7 @@ void BareWalks(const qm::common::WideString& module) {
 void WholeModule(const qm::common::WideString& module) {
   qm::msidb::TargetDirectoryMap paths;
   for (int i = 0; i < kFiles; ++i) {
-    paths.try_emplace(KeyOf(i % kDirectories));
+    paths.try_emplace(MakeKey(i % kDirectories));
   }
   Require("no target paths", SUCCEEDED(qm::msidb::ResolveTargetDirectories(
                                  module, qm::traits::MakeTargetPathOptions(), paths)));
@@ -137,7 +137,7 @@ void EveryFile(const qm::common::WideString& module) {
   const auto database = qm::msidb::ModuleDatabase::Open(module);
   const qm::msidb::DirectoryTable table(*database);
   for (int i = 0; i < kFiles; ++i) {
-    qm::msidb::ResolveDirectoryPathOrRaise(table, KeyOf(i % kDirectories),
+    qm::msidb::ResolveDirectoryPathOrRaise(table, MakeKey(i % kDirectories),
                                            qm::traits::MakeTargetPathOptions());
   }
 }

@@ -36,7 +36,7 @@ struct Place {
   qm::common::UniqueBstr key;
 };
 
-qm::common::UniqueBstr Wide(const std::string& ascii) {
+qm::common::UniqueBstr ToBstr(const std::string& ascii) {
   return qm::common::UniqueBstr(
       qm::common::TryAllocateBstr(std::wstring(ascii.begin(), ascii.end())));
 }
@@ -49,7 +49,7 @@ struct Description {
   }
   void Key(const std::string& name, const std::string& value) {
     text += name + "=" + value + "\r\n";
-    places.push_back({Wide(section), Wide(name)});
+    places.push_back({ToBstr(section), ToBstr(name)});
   }
 
   std::string text;
@@ -206,14 +206,14 @@ size_t ReadWithThePlatform(const std::vector<qm::common::WideString>& files,
   return length;
 }
 
-qm::common::WideString NameOf(int record) {
+qm::common::WideString MakeRecordName(int record) {
   return qm::common::WideString::Format(L"Record%d", record);
 }
 
 /// Creates a gallery record and opens its description.
 std::unique_ptr<qm::gallery::CMMGallery> MakeGalleryRecord(int number) {
   auto record = std::make_unique<qm::gallery::CMMGallery>();
-  record->SetNameAndVersion(NameOf(number), L"1.0");
+  record->SetNameAndVersion(MakeRecordName(number), L"1.0");
   if (record->GetSubject().empty()) {
     std::fputs("bench_ini: a description was not opened\n", stderr);
     std::exit(1);
@@ -224,7 +224,7 @@ std::unique_ptr<qm::gallery::CMMGallery> MakeGalleryRecord(int number) {
 /// Creates a module record from its description, which stays open.
 std::unique_ptr<qm::module::CCacheMSM> MakeModuleRecord(int number) {
   auto record = std::make_unique<qm::module::CCacheMSM>();
-  record->InitFromGallery(NameOf(number));
+  record->InitFromGallery(MakeRecordName(number));
   if (record->Subject().empty()) {
     std::fputs("bench_ini: a description was not opened\n", stderr);
     std::exit(1);
@@ -235,7 +235,7 @@ std::unique_ptr<qm::module::CCacheMSM> MakeModuleRecord(int number) {
 /// Returns the average heap size in bytes of the objects that `make` creates for all record
 /// numbers.
 template <class Make>
-double BytesOf(Make make) {
+double MeasureBytes(Make make) {
   std::vector<decltype(make(0))> objects;
   objects.reserve(kRecords);
   make(0);  // allocates what all objects share
@@ -259,7 +259,7 @@ void MeasureRecords(IClassFactory* factory, int runs) {
   const Description description = MakeDescription();
   Scratch scratch;
   for (int i = 0; i < kRecords; ++i) {
-    scratch.Add(NameOf(i) + L".ini", description.text);
+    scratch.Add(MakeRecordName(i) + L".ini", description.text);
   }
   ReadRecords(factory, scratch.Files(), description.places);
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", scratch.Root().c_str());
@@ -276,11 +276,11 @@ void MeasureRecords(IClassFactory* factory, int runs) {
       std::fputs("bench_ini: the two did not read the same\n", stderr);
       std::exit(1);
     }
-    qm::bench::PrintRun("reader_bytes", BytesOf([&](int number) {
+    qm::bench::PrintRun("reader_bytes", MeasureBytes([&](int number) {
                           return Load(factory, scratch.Files()[number]);
                         }));
-    qm::bench::PrintRun("gallery_bytes", BytesOf(MakeGalleryRecord));
-    qm::bench::PrintRun("module_bytes", BytesOf(MakeModuleRecord));
+    qm::bench::PrintRun("gallery_bytes", MeasureBytes(MakeGalleryRecord));
+    qm::bench::PrintRun("module_bytes", MeasureBytes(MakeModuleRecord));
   }
 }
 

@@ -9,9 +9,9 @@ namespace qm::catalog {
 namespace {
 
 /// A view of the lower-case key of a record, which is composed unit by unit.
-class RecordKey {
+class RecordKeyView {
  public:
-  explicit RecordKey(const module::CCacheMSM& record) noexcept
+  explicit RecordKeyView(const module::CCacheMSM& record) noexcept
       : m_id(record.ModuleID()), m_version(record.Version()) {
     if (m_version.empty()) {
       m_version = L"0";
@@ -54,9 +54,9 @@ bool KeyTable::Contains(std::wstring_view key,
   }
   const auto found = std::lower_bound(m_records.begin(), m_records.end(), key,
                                       [](const auto& record, std::wstring_view wanted) {
-                                        return Compare(RecordKey(*record), wanted) < 0;
+                                        return Compare(RecordKeyView(*record), wanted) < 0;
                                       });
-  return found != m_records.end() && Compare(RecordKey(**found), key) == 0;
+  return found != m_records.end() && Compare(RecordKeyView(**found), key) == 0;
 }
 
 void KeyTable::Fill(const std::vector<std::weak_ptr<module::CCacheMSM>>& records) {
@@ -66,8 +66,9 @@ void KeyTable::Fill(const std::vector<std::weak_ptr<module::CCacheMSM>>& records
       m_records.push_back(std::move(held));
     }
   }
-  std::sort(m_records.begin(), m_records.end(),
-            [](const auto& a, const auto& b) { return Compare(RecordKey(*a), RecordKey(*b)) < 0; });
+  std::sort(m_records.begin(), m_records.end(), [](const auto& a, const auto& b) {
+    return Compare(RecordKeyView(*a), RecordKeyView(*b)) < 0;
+  });
   m_isFilled = true;
 }
 

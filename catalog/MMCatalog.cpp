@@ -18,7 +18,7 @@ namespace qm::catalog {
 
 namespace {
 
-HRESULT Zero(long* result) noexcept {
+HRESULT ReturnZero(long* result) noexcept {
   *result = 0;
   return S_OK;
 }
@@ -86,9 +86,9 @@ const CatalogModules& CMMCatalog::RequireModules() {
   return *m_pModules;
 }
 
-STDMETHODIMP CMMCatalog::Reserved1(long, long, long* result) { return Zero(result); }
+STDMETHODIMP CMMCatalog::Reserved1(long, long, long* result) { return ReturnZero(result); }
 
-STDMETHODIMP CMMCatalog::Reserved2(long, long* result) { return Zero(result); }
+STDMETHODIMP CMMCatalog::Reserved2(long, long* result) { return ReturnZero(result); }
 
 STDMETHODIMP CMMCatalog::Refresh(long* result) {
   *result = 0;
@@ -158,9 +158,9 @@ STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModule
       modules, count);
 }
 
-STDMETHODIMP CMMCatalog::Reserved7(long* result) { return Zero(result); }
+STDMETHODIMP CMMCatalog::Reserved7(long* result) { return ReturnZero(result); }
 
-STDMETHODIMP CMMCatalog::Reserved8(long, long* result) { return Zero(result); }
+STDMETHODIMP CMMCatalog::Reserved8(long, long* result) { return ReturnZero(result); }
 
 STDMETHODIMP CMMCatalog::Reserved9(long) { return S_OK; }
 

@@ -13,7 +13,7 @@ bool IsScriptKind(long projectKind) noexcept {
 }
 
 template <class Catalog>
-HRESULT Give(common::ComPtr<com::ComObject<Catalog>>& cached, IUnknown** catalog) {
+HRESULT GetOrCreateCatalog(common::ComPtr<com::ComObject<Catalog>>& cached, IUnknown** catalog) {
   if (!cached) {
     common::ComPtr<com::ComObject<Catalog>> made;
     const HRESULT hr = com::ComObject<Catalog>::TryCreate(made);
@@ -36,7 +36,8 @@ STDMETHODIMP CMMCatalogManager::GetCatalog(long projectKind, IUnknown** catalog)
       return E_INVALIDARG;
     }
     *catalog = nullptr;
-    return IsScriptKind(projectKind) ? Give(m_pScriptCatalog, catalog) : Give(m_pCatalog, catalog);
+    return IsScriptKind(projectKind) ? GetOrCreateCatalog(m_pScriptCatalog, catalog)
+                                     : GetOrCreateCatalog(m_pCatalog, catalog);
   });
 }
 

@@ -11,9 +11,9 @@ class CMMCatalogPro : public CatalogBase<&CLSID_MMCatalogPro> {
   HRESULT Initialize() noexcept override { return S_OK; }
 
   // IMMCatalog
-  STDMETHOD(Reserved1)(long, long, long* result) override { return Zero(result); }
-  STDMETHOD(Reserved2)(long, long* result) override { return Zero(result); }
-  STDMETHOD(Refresh)(long* result) override { return Zero(result); }
+  STDMETHOD(Reserved1)(long, long, long* result) override { return ReturnZero(result); }
+  STDMETHOD(Reserved2)(long, long* result) override { return ReturnZero(result); }
+  STDMETHOD(Refresh)(long* result) override { return ReturnZero(result); }
   STDMETHOD(get_Sources)(IMMSources**) override { return S_OK; }
   STDMETHOD(get_MergeModules)(IMergeModules**) override { return S_OK; }
   STDMETHOD(FindModules)(BSTR*, BSTR, long, IMergeModules**, long*) override { return S_OK; }
@@ -31,7 +31,7 @@ class CMMCatalogPro : public CatalogBase<&CLSID_MMCatalogPro> {
   STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
 
  private:
-  static HRESULT Zero(long* result) noexcept {
+  static HRESULT ReturnZero(long* result) noexcept {
     *result = 0;
     return S_OK;
   }

@@ -27,12 +27,12 @@ class UniqueVariant {
 };
 
 /// A key and a version as the script passed them, not converted yet.
-struct Pair {
+struct KeyAndVersion {
   UniqueVariant key;
   UniqueVariant version;
 };
 
-void Require(bool condition) {
+void RequireValidQuery(bool condition) {
   if (!condition) {
     com::Raise(com_exception(
         E_INVALIDARG, L"The query is neither a module key nor an array of key and version."));
@@ -41,16 +41,16 @@ void Require(bool condition) {
 
 /// Requires the conversion of a value to have succeeded. Throws std::bad_alloc for E_OUTOFMEMORY,
 /// which does not make the query invalid.
-void RequireSuccess(HRESULT hr) {
+void RequireConversion(HRESULT hr) {
   if (hr == E_OUTOFMEMORY) {
     throw std::bad_alloc();
   }
-  Require(SUCCEEDED(hr));
+  RequireValidQuery(SUCCEEDED(hr));
 }
 
-ModuleQuery QueryOfTexts(VARIANT* key, VARIANT* version) {
+ModuleQuery ParseTexts(VARIANT* key, VARIANT* version) {
   for (VARIANT* const value : {key, version}) {
-    RequireSuccess(::VariantChangeType(value, value, 0, VT_BSTR));
+    RequireConversion(::VariantChangeType(value, value, 0, VT_BSTR));
   }
   return ParseModuleKey(key->bstrVal, version->bstrVal);
 }
@@ -59,24 +59,24 @@ void GetElement(SAFEARRAY* array, LONG index, VARTYPE type, VARIANT* value) {
   if (type == VT_VARIANT) {
     com::RaiseIfFailed(::SafeArrayGetElement(array, &index, value));
   } else {
-    Require(type == VT_BSTR);
+    RequireValidQuery(type == VT_BSTR);
     com::RaiseIfFailed(::SafeArrayGetElement(array, &index, &value->bstrVal));
     value->vt = VT_BSTR;
   }
 }
 
-ModuleQuery QueryOfArray(SAFEARRAY* array) {
+ModuleQuery ParseSafeArray(SAFEARRAY* array) {
   LONG first = 0;
   LONG last = 0;
   VARTYPE type = VT_EMPTY;
-  Require(array && ::SafeArrayGetDim(array) == 1 &&
-          SUCCEEDED(::SafeArrayGetLBound(array, 1, &first)) &&
-          SUCCEEDED(::SafeArrayGetUBound(array, 1, &last)) &&
-          SUCCEEDED(::SafeArrayGetVartype(array, &type)) && last - first == 1);
-  Pair pair;
+  RequireValidQuery(array && ::SafeArrayGetDim(array) == 1 &&
+                    SUCCEEDED(::SafeArrayGetLBound(array, 1, &first)) &&
+                    SUCCEEDED(::SafeArrayGetUBound(array, 1, &last)) &&
+                    SUCCEEDED(::SafeArrayGetVartype(array, &type)) && last - first == 1);
+  KeyAndVersion pair;
   GetElement(array, first, type, pair.key.Get());
   GetElement(array, last, type, pair.version.Get());
-  return QueryOfTexts(pair.key.Get(), pair.version.Get());
+  return ParseTexts(pair.key.Get(), pair.version.Get());
 }
 
 /// Reads a property of a script's object; false if that fails.
@@ -92,14 +92,14 @@ bool GetProperty(IDispatch& object, const wchar_t* name, VARIANT* value) {
                                  nullptr, nullptr));
 }
 
-ModuleQuery QueryOfArrayObject(IDispatch* object) {
+ModuleQuery ParseScriptArray(IDispatch* object) {
   UniqueVariant length;
-  Pair pair;
-  Require(object && GetProperty(*object, L"length", length.Get()) &&
-          SUCCEEDED(::VariantChangeType(length.Get(), length.Get(), 0, VT_I4)) &&
-          length->lVal == 2 && GetProperty(*object, L"0", pair.key.Get()) &&
-          GetProperty(*object, L"1", pair.version.Get()));
-  return QueryOfTexts(pair.key.Get(), pair.version.Get());
+  KeyAndVersion pair;
+  RequireValidQuery(object && GetProperty(*object, L"length", length.Get()) &&
+                    SUCCEEDED(::VariantChangeType(length.Get(), length.Get(), 0, VT_I4)) &&
+                    length->lVal == 2 && GetProperty(*object, L"0", pair.key.Get()) &&
+                    GetProperty(*object, L"1", pair.version.Get()));
+  return ParseTexts(pair.key.Get(), pair.version.Get());
 }
 
 }  // namespace
@@ -107,16 +107,16 @@ ModuleQuery QueryOfArrayObject(IDispatch* object) {
 ModuleQuery ParseQueryArgument(const VARIANT& argument) {
   UniqueVariant value;
   const VARIANT* const source = common::ResolveVariantReferences(&argument);
-  Require(source != nullptr);
-  RequireSuccess(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source)));
+  RequireValidQuery(source != nullptr);
+  RequireConversion(::VariantCopyInd(value.Get(), const_cast<VARIANT*>(source)));
   if (value->vt & VT_ARRAY) {
-    return QueryOfArray(value->parray);
+    return ParseSafeArray(value->parray);
   }
   if (value->vt == VT_DISPATCH) {
-    return QueryOfArrayObject(value->pdispVal);
+    return ParseScriptArray(value->pdispVal);
   }
   UniqueVariant noVersion;
-  return QueryOfTexts(value.Get(), noVersion.Get());
+  return ParseTexts(value.Get(), noVersion.Get());
 }
 
 void StoreCount(long count, VARIANT* out) noexcept {

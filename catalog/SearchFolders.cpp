@@ -7,8 +7,8 @@ namespace qm::catalog {
 
 namespace {
 
-void Append(const common::WideString& searchPath, const common::WideString& displayName, Pass pass,
-            std::vector<SearchFolder>& folders) {
+void AppendFolders(const common::WideString& searchPath, const common::WideString& displayName,
+                   Pass pass, std::vector<SearchFolder>& folders) {
   for (common::WideString& entry : common::SplitCommaList(searchPath)) {
     common::WideString folder = common::ResolveSearchFolder(entry);
     if (folder.empty()) {
@@ -42,9 +42,9 @@ common::WideString JoinSearchPaths(const common::WideString& first,
 std::vector<SearchFolder> ListSearchFolders(const common::WideString& searchPath,
                                             const std::vector<RepositoryInfo>& repositories) {
   std::vector<SearchFolder> folders;
-  Append(searchPath, common::WideString(), Pass::First, folders);
+  AppendFolders(searchPath, common::WideString(), Pass::First, folders);
   for (const RepositoryInfo& repository : repositories) {
-    Append(repository.searchPath, repository.displayName, Pass::Second, folders);
+    AppendFolders(repository.searchPath, repository.displayName, Pass::Second, folders);
   }
   return folders;
 }

@@ -20,7 +20,7 @@ Source::Source(const SearchFolder& folder, const Source* predecessor)
 }
 
 bool Source::FindChanges() {
-  ListFolder();
+  CompareWithFolder();
   if (m_bAnyIncomplete) {
     RetryIncomplete();
   }
@@ -29,13 +29,13 @@ bool Source::FindChanges() {
 
 /// Compares the folder with the list of files. They are nearly always in the same order, so nothing
 /// is allocated until a file is missing or new.
-void Source::ListFolder() {
+void Source::CompareWithFolder() {
   size_t position = 0;
   bool isInOrder = true;
   Files others;
   const common::ListingOutcome listing =
       common::ForEachFile(m_folder.path, L".msm", [&](const WIN32_FIND_DATAW& found) {
-        const common::FileStamp stamp = common::FileStamp::Of(found);
+        const common::FileStamp stamp = common::FileStamp::From(found);
         isInOrder =
             isInOrder && position < m_files.size() && m_files[position].name == found.cFileName;
         if (!isInOrder) {
@@ -86,7 +86,7 @@ void Source::ReplaceFiles(Files others, size_t unchanged) {
 void Source::RetryIncomplete() {
   for (File& file : m_files) {
     if (file.record && file.record->IsIncomplete()) {
-      const auto record = Read(file);
+      const auto record = ReadRecord(file);
       if (!record || !record->IsIncomplete() || record->Key() != file.record->Key()) {
         file.record = nullptr;
         m_bChanged = true;
@@ -107,7 +107,7 @@ bool Source::NeedsReading(const File& file) noexcept {
 /// Reads a file into a new record; null if it cannot be read and the folder no longer lists it. The
 /// listing decides because a file that exists but cannot be opened must not disappear from the
 /// catalog and come back at the next refresh.
-std::shared_ptr<module::CCacheMSM> Source::Read(const File& file) const {
+std::shared_ptr<module::CCacheMSM> Source::ReadRecord(const File& file) const {
   const common::WideString path = common::JoinPath(m_folder.path, file.name);
   auto record = std::make_shared<module::CCacheMSM>();
   record->TryInitFromModule(path, m_folder.path);

@@ -47,7 +47,7 @@ class Source {
   void UpdateRecords(Adopt adopt) {
     for (File& file : m_files) {
       if (NeedsReading(file)) {
-        auto record = Read(file);
+        auto record = ReadRecord(file);
         if (record) {
           adopt(record);
         } else {
@@ -76,10 +76,10 @@ class Source {
 
   static bool NeedsReading(const File& file) noexcept;
 
-  void ListFolder();
+  void CompareWithFolder();
   void ReplaceFiles(Files others, size_t unchanged);
   void RetryIncomplete();
-  std::shared_ptr<module::CCacheMSM> Read(const File& file) const;
+  std::shared_ptr<module::CCacheMSM> ReadRecord(const File& file) const;
   void SetRecords();
 
   SearchFolder m_folder;

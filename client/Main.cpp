@@ -24,7 +24,7 @@ class ComApartment {
   ComApartment& operator=(const ComApartment&) = delete;
 };
 
-ExitCode Run(const std::function<ExitCode()>& command) {
+ExitCode RunCommand(const std::function<ExitCode()>& command) {
   try {
     const ComApartment apartment;
     return command();
@@ -36,9 +36,10 @@ ExitCode Run(const std::function<ExitCode()>& command) {
   return kServerFailed;
 }
 
-ExitCode Run(const CommandLine& commandLine) {
+ExitCode RunCommand(const CommandLine& commandLine) {
   const ExitCode* const done = std::get_if<ExitCode>(&commandLine);
-  const ExitCode exitCode = done ? *done : Run(std::get<std::function<ExitCode()>>(commandLine));
+  const ExitCode exitCode =
+      done ? *done : RunCommand(std::get<std::function<ExitCode()>>(commandLine));
   if (!FlushOutput()) {
     PrintRemark("the output could not be written");
     return kOutputFailed;
@@ -56,5 +57,5 @@ int wmain(int argc, wchar_t** argv) {
   for (int i = 1; i < argc; ++i) {
     arguments.push_back(qm::text::ToUtf8(argv[i]));
   }
-  return mmcat::Run(mmcat::ParseCommandLine(std::move(arguments)));
+  return mmcat::RunCommand(mmcat::ParseCommandLine(std::move(arguments)));
 }

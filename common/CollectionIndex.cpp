@@ -6,7 +6,7 @@ namespace qm::common {
 
 namespace {
 
-size_t FromNumber(long number) noexcept { return static_cast<size_t>(number) - 1; }
+size_t ToPosition(long number) noexcept { return static_cast<size_t>(number) - 1; }
 
 }  // namespace
 
@@ -39,14 +39,14 @@ void CollectionIndex::Parse(const VARIANT& index) {
       SetKey(reference ? *index.pbstrVal : index.bstrVal);
       break;
     case VT_I2:
-      m_position = FromNumber(reference ? *index.piVal : index.iVal);
+      m_position = ToPosition(reference ? *index.piVal : index.iVal);
       break;
     case VT_UI2:
-      m_position = FromNumber(reference ? *index.puiVal : index.uiVal);
+      m_position = ToPosition(reference ? *index.puiVal : index.uiVal);
       break;
     case VT_I4:
     case VT_UI4:
-      m_position = FromNumber(reference ? *index.plVal : index.lVal);
+      m_position = ToPosition(reference ? *index.plVal : index.lVal);
       break;
     default: {
       // VariantChangeType only reads its source, although the parameter is not const.

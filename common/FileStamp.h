@@ -12,7 +12,7 @@ struct FileStamp {
 
   /// Makes the stamp of a file from WIN32_FIND_DATAW or WIN32_FILE_ATTRIBUTE_DATA.
   template <class Found>
-  static FileStamp Of(const Found& found) noexcept {
+  static FileStamp From(const Found& found) noexcept {
     return {ULONGLONG{found.nFileSizeHigh} << 32U | found.nFileSizeLow, found.ftLastWriteTime};
   }
 };

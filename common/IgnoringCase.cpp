@@ -14,12 +14,14 @@ wchar_t ToLower(wchar_t c) noexcept {
 }
 
 /// Returns whether two characters differ in more than case.
-bool Differ(wchar_t a, wchar_t b) noexcept { return a != b && ToLower(a) != ToLower(b); }
+bool DifferIgnoringCase(wchar_t a, wchar_t b) noexcept {
+  return a != b && ToLower(a) != ToLower(b);
+}
 
 }  // namespace
 
 int CompareIgnoringCase(const wchar_t* a, const wchar_t* b) noexcept {
-  while (*a && !Differ(*a, *b)) {
+  while (*a && !DifferIgnoringCase(*a, *b)) {
     ++a;
     ++b;
   }
@@ -31,7 +33,7 @@ bool EqualsIgnoringCase(std::wstring_view a, std::wstring_view b) noexcept {
     return false;
   }
   for (size_t i = 0; i < a.size(); ++i) {
-    if (Differ(a[i], b[i])) {
+    if (DifferIgnoringCase(a[i], b[i])) {
       return false;
     }
   }

@@ -15,7 +15,7 @@ namespace qm::common {
 
 namespace {
 
-std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
+std::wstring_view TrimBlanks(std::wstring_view text) noexcept {
   constexpr std::wstring_view blanks = L" \t";
   const size_t begin = text.find_first_not_of(blanks);
   if (begin == std::wstring_view::npos) {
@@ -26,7 +26,7 @@ std::wstring_view WithoutBlanks(std::wstring_view text) noexcept {
 
 /// Removes the prefix "\\?\" from a full path, unless the rest would name something else, as for a
 /// volume.
-WideString WithoutPrefix(const WideString& path) {
+WideString RemoveExtendedPrefix(const WideString& path) {
   const std::wstring_view text(path);
   if (text.substr(0, 4) != LR"(\\?\)") {
     return path;
@@ -38,7 +38,7 @@ WideString WithoutPrefix(const WideString& path) {
 }
 
 /// Returns the path with its long names. Empty if nothing exists at the path.
-WideString AskForLongNames(const WideString& path) {
+WideString QueryLongPath(const WideString& path) {
   const ScopedNoDiskPrompts noPrompts;
   const DWORD size = ::GetLongPathNameW(path.c_str(), nullptr, 0);
   std::wstring names(size, L'\0');
@@ -62,7 +62,7 @@ class LongNames {
         return known->second;
       }
     }
-    const WideString names = AskForLongNames(path);
+    const WideString names = QueryLongPath(path);
     if (names.empty()) {
       return path;
     }
@@ -83,7 +83,7 @@ std::vector<WideString> SplitCommaList(std::wstring_view list) {
   std::vector<WideString> entries;
   for (size_t begin = 0; begin <= list.size();) {
     const size_t end = std::min(list.find(L',', begin), list.size());
-    const std::wstring_view entry = WithoutBlanks(list.substr(begin, end - begin));
+    const std::wstring_view entry = TrimBlanks(list.substr(begin, end - begin));
     if (!entry.empty()) {
       entries.emplace_back(entry);
     }
@@ -103,7 +103,7 @@ WideString ExpandEnvironmentVariables(const WideString& text) {
 }
 
 WideString ResolveSearchFolder(const WideString& entry) {
-  WideString folder = WithoutPrefix(ResolveFullPath(ExpandEnvironmentVariables(entry)));
+  WideString folder = RemoveExtendedPrefix(ResolveFullPath(ExpandEnvironmentVariables(entry)));
   const std::wstring_view text(folder);
   if (text.substr(0, 2) == LR"(\\)" &&
       text.find_first_not_of(LR"(\?.)") == std::wstring_view::npos) {

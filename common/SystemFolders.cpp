@@ -9,7 +9,7 @@ namespace qm::common {
 
 namespace {
 
-WideString ReadText(HKEY key, const wchar_t* name) {
+WideString ReadRegistryText(HKEY key, const wchar_t* name) {
   DWORD size = 0;
   if (::RegQueryValueExW(key, name, nullptr, nullptr, nullptr, &size) != ERROR_SUCCESS) {
     return {};
@@ -25,15 +25,15 @@ WideString ReadText(HKEY key, const wchar_t* name) {
 
 /// Returns the path that `getFolder` writes into a buffer. Empty if `getFolder` returns a length of
 /// 0.
-WideString FolderFrom(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
+WideString CallFolderFunction(UINT(WINAPI* getFolder)(LPWSTR, UINT)) {
   wchar_t folder[MAX_PATH];
   const UINT length = getFolder(folder, MAX_PATH);
   return length > 0 && length < MAX_PATH ? WideString(folder, length) : WideString();
 }
 
 /// Returns the path of a folder in the Windows folder.
-WideString BelowWindows(const wchar_t* name) {
-  const WideString windows = FolderFrom(::GetWindowsDirectoryW);
+WideString JoinWindowsFolder(const wchar_t* name) {
+  const WideString windows = CallFolderFunction(::GetWindowsDirectoryW);
   return windows.empty() ? windows : JoinPath(windows, name);
 }
 
@@ -45,17 +45,18 @@ WideString GetProgramFolder(unsigned long request) {
   ::RegOpenKeyExW(HKEY_LOCAL_MACHINE, L"SOFTWARE\\Microsoft\\Windows\\CurrentVersion", 0,
                   native ? KEY_READ | KEY_WOW64_64KEY : KEY_READ, key.Put());
   const bool common = (request & ~kNativeFolder) == kCommonFiles;
-  return key ? ReadText(key.Get(), common ? L"CommonFilesDir" : L"ProgramFilesDir") : WideString();
+  return key ? ReadRegistryText(key.Get(), common ? L"CommonFilesDir" : L"ProgramFilesDir")
+             : WideString();
 }
 
 WideString GetSystemFolder(unsigned long request) {
   switch (request) {
     case kSysNative:
-      return BelowWindows(L"sysnative");
+      return JoinWindowsFolder(L"sysnative");
     case kSysWow64:
-      return BelowWindows(L"syswow64");
+      return JoinWindowsFolder(L"syswow64");
     default:
-      return FolderFrom(::GetSystemDirectoryW);
+      return CallFolderFunction(::GetSystemDirectoryW);
   }
 }
 

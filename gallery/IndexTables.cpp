@@ -15,8 +15,8 @@ namespace qm::gallery {
 namespace {
 
 /// Adds every line of a section of an index file to `table`. The last line with a given key wins.
-void ReadIndex(const common::WideString& folder, const wchar_t* file, const wchar_t* sectionName,
-               IndexTables::Table& table) {
+void ReadIndexFile(const common::WideString& folder, const wchar_t* file,
+                   const wchar_t* sectionName, IndexTables::Table& table) {
   if (folder.empty()) {
     return;  // the joined path would be relative to the current folder
   }
@@ -74,16 +74,17 @@ bool IndexTables::LookupModuleName(const common::WideString& key, common::WideSt
 }
 
 void IndexTables::LoadModuleNames(const common::WideString& folder) {
-  ReadIndex(folder, L"modules.ini", L"modules", m_moduleNames);
+  ReadIndexFile(folder, L"modules.ini", L"modules", m_moduleNames);
 }
 
 void IndexTables::LoadFileModules(const common::WideString& folder) {
-  ReadIndex(folder, L"FilesToModules.ini", L"FilesToModules", m_fileModules);
+  ReadIndexFile(folder, L"FilesToModules.ini", L"FilesToModules", m_fileModules);
 }
 
 void IndexTables::LoadPlatformFileModules(const common::WideString& folder) {
   // The section is in the singular, unlike the file.
-  ReadIndex(folder, L"PlatformFilesToModules.ini", L"PlatformFileToModule", m_platformFileModules);
+  ReadIndexFile(folder, L"PlatformFilesToModules.ini", L"PlatformFileToModule",
+                m_platformFileModules);
 }
 
 }  // namespace qm::gallery

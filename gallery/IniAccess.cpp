@@ -8,7 +8,7 @@ namespace qm::gallery {
 namespace {
 
 template <class Interface>
-void RequireObject(const common::ComPtr<Interface>& object) {
+void RequireResult(const common::ComPtr<Interface>& object) {
   if (!object) {
     com::Raise(com_exception(E_UNEXPECTED,
                              L"Gleaner.dll: The INI reader answered success without an object."));
@@ -17,7 +17,7 @@ void RequireObject(const common::ComPtr<Interface>& object) {
 
 /// Gets the item of a collection at `index`; null if there is no such item.
 template <class Item, class Collection>
-common::ComPtr<Item> Find(Collection& collection, VARIANT index) {
+common::ComPtr<Item> GetItem(Collection& collection, VARIANT index) {
   common::ComPtr<Item> item;
   com::RaiseIfFailed(collection.get_Item(index, item.Put()));
   return item;
@@ -29,7 +29,7 @@ common::ComPtr<Item> FindByName(Collection& collection, const common::WideString
   VARIANT index;
   index.vt = VT_BSTR;
   index.bstrVal = text.Get();
-  return Find<Item>(collection, index);
+  return GetItem<Item>(collection, index);
 }
 
 }  // namespace
@@ -37,14 +37,14 @@ common::ComPtr<Item> FindByName(Collection& collection, const common::WideString
 common::ComPtr<IIniSection> FindSection(IIniReader& reader, const common::WideString& section) {
   common::ComPtr<IIniSections> sections;
   com::RaiseIfFailed(reader.get_Sections(sections.Put()));
-  RequireObject(sections);
+  RequireResult(sections);
   return FindByName<IIniSection>(*sections, section);
 }
 
 common::ComPtr<IIniKeys> GetKeys(IIniSection& section) {
   common::ComPtr<IIniKeys> keys;
   com::RaiseIfFailed(section.get_Keys(keys.Put()));
-  RequireObject(keys);
+  RequireResult(keys);
   return keys;
 }
 
@@ -62,7 +62,7 @@ common::ComPtr<IIniKey> FindKey(IIniKeys& keys, long position) {
   VARIANT index;
   index.vt = VT_I4;
   index.lVal = position;
-  return Find<IIniKey>(keys, index);
+  return GetItem<IIniKey>(keys, index);
 }
 
 common::WideString GetKeyName(IIniKey& key) {

@@ -29,24 +29,24 @@ bool IsPlainFileName(std::wstring_view name) noexcept {
 }
 
 /// Whether a download file exists below the gallery root or below the folder of the descriptions.
-bool IsDownloaded(const common::WideString& root, const common::WideString& location) {
+bool DownloadExists(const common::WideString& root, const common::WideString& location) {
   return !root.empty() &&
          (common::PathExists(common::JoinPath(root, location)) ||
           common::PathExists(common::JoinPath(common::JoinPath(root, kGalleryFolder), location)));
 }
 
-long ToLong(const common::WideString& text) noexcept { return ::_wtol(text.c_str()); }
+long ParseLong(const common::WideString& text) noexcept { return ::_wtol(text.c_str()); }
 
-/// The BSTR for an optional out parameter. It is allocated at construction and handed over by Give,
-/// which cannot fail, so that a call sets all of its outs or none.
-class WantedText {
+/// The BSTR for an optional out parameter. It is allocated at construction and handed over by
+/// HandOver, which cannot fail, so that a call sets all of its outs or none.
+class OptionalOutText {
  public:
-  WantedText(BSTR* out, const common::WideString& text) : m_out(out) {
+  OptionalOutText(BSTR* out, const common::WideString& text) : m_out(out) {
     if (out) {
       m_text = com::AllocateBstr(text);
     }
   }
-  void Give() noexcept {
+  void HandOver() noexcept {
     if (m_out) {
       *m_out = m_text.Release();
     }
@@ -58,8 +58,8 @@ class WantedText {
 };
 
 template <class... Outs>
-void GiveAll(Outs&&... outs) noexcept {
-  (outs.Give(), ...);
+void HandOverAll(Outs&&... outs) noexcept {
+  (outs.HandOver(), ...);
 }
 
 }  // namespace
@@ -166,7 +166,7 @@ common::WideString CMMGallery::GetModuleID() { return ReadModuleValue(L"ModuleID
 
 common::WideString CMMGallery::GetVersion() { return ReadModuleValue(L"Version"); }
 
-long CMMGallery::GetLanguage() { return ToLong(ReadModuleValue(L"Language")); }
+long CMMGallery::GetLanguage() { return ParseLong(ReadModuleValue(L"Language")); }
 
 bool CMMGallery::HasFileName() { return !ReadModuleValue(L"FileName").empty(); }
 
@@ -187,33 +187,33 @@ common::WideString CMMGallery::ResolveLocalPath() {
   return {};
 }
 
-long CMMGallery::CountItems(const wchar_t* list) {
+long CMMGallery::GetItemCount(const wchar_t* list) {
   const common::ComPtr<IIniSection> section = GetSection(list);
   return section ? GetKeyCount(*GetKeys(*section)) : 0;
 }
 
-long CMMGallery::GetDependencyCount() { return CountItems(L"Dependency"); }
+long CMMGallery::GetDependencyCount() { return GetItemCount(L"Dependency"); }
 
-long CMMGallery::GetExclusionCount() { return CountItems(L"Exclusions"); }
+long CMMGallery::GetExclusionCount() { return GetItemCount(L"Exclusions"); }
 
-long CMMGallery::GetFileCount() { return CountItems(L"Files"); }
+long CMMGallery::GetFileCount() { return GetItemCount(L"Files"); }
 
-long CMMGallery::GetDownloadFileCount() { return CountItems(L"DownloadFiles"); }
+long CMMGallery::GetDownloadFileCount() { return GetItemCount(L"DownloadFiles"); }
 
 /// Reads the name of an item, which is also the name of its section, from its list. Returns false
 /// if the list or the item's key is missing.
-bool CMMGallery::FindItem(const wchar_t* list, long index, common::WideString& item) {
+bool CMMGallery::ReadItemName(const wchar_t* list, long index, common::WideString& item) {
   return FindValue(list, common::WideString::Format(L"Key%d", static_cast<int>(index + 1)), item);
 }
 
 void CMMGallery::GetDependency(long index, BSTR* moduleId, BSTR* version, long* language) {
   *language = 0;
   common::WideString item;
-  if (FindItem(L"Dependency", index, item)) {
-    WantedText id(moduleId, item);
-    WantedText versionOut(version, ReadValue(item, L"Version"));
-    *language = ToLong(ReadValue(item, L"Language"));
-    GiveAll(id, versionOut);
+  if (ReadItemName(L"Dependency", index, item)) {
+    OptionalOutText id(moduleId, item);
+    OptionalOutText versionOut(version, ReadValue(item, L"Version"));
+    *language = ParseLong(ReadValue(item, L"Language"));
+    HandOverAll(id, versionOut);
   }
 }
 
@@ -221,12 +221,12 @@ void CMMGallery::GetExclusion(long index, BSTR* moduleId, BSTR* minVersion, BSTR
                               long* language) {
   *language = 0;
   common::WideString item;
-  if (FindItem(L"Exclusions", index, item)) {
-    WantedText id(moduleId, item);
-    WantedText minimum(minVersion, ReadValue(item, L"ExcludedMinVersion"));
-    WantedText maximum(maxVersion, ReadValue(item, L"ExcludedMaxVersion"));
-    *language = ToLong(ReadValue(item, L"ExcludedLanguage"));
-    GiveAll(id, minimum, maximum);
+  if (ReadItemName(L"Exclusions", index, item)) {
+    OptionalOutText id(moduleId, item);
+    OptionalOutText minimum(minVersion, ReadValue(item, L"ExcludedMinVersion"));
+    OptionalOutText maximum(maxVersion, ReadValue(item, L"ExcludedMaxVersion"));
+    *language = ParseLong(ReadValue(item, L"ExcludedLanguage"));
+    HandOverAll(id, minimum, maximum);
   }
 }
 
@@ -235,14 +235,14 @@ void CMMGallery::GetFile(long index, BSTR* fileKey, BSTR* fileName, BSTR* versio
   *fileSize = 0;
   *language = 0;
   common::WideString item;
-  if (FindItem(L"Files", index, item)) {
-    WantedText key(fileKey, item);
-    WantedText name(fileName, ReadValue(item, L"FileName"));
-    WantedText versionOut(version, ReadValue(item, L"Version"));
-    const long size = ToLong(ReadValue(item, L"FileSize"));
-    *language = ToLong(ReadValue(item, L"Language"));
+  if (ReadItemName(L"Files", index, item)) {
+    OptionalOutText key(fileKey, item);
+    OptionalOutText name(fileName, ReadValue(item, L"FileName"));
+    OptionalOutText versionOut(version, ReadValue(item, L"Version"));
+    const long size = ParseLong(ReadValue(item, L"FileSize"));
+    *language = ParseLong(ReadValue(item, L"Language"));
     *fileSize = size;
-    GiveAll(key, name, versionOut);
+    HandOverAll(key, name, versionOut);
   }
 }
 
@@ -250,14 +250,14 @@ void CMMGallery::GetDownloadFile(long index, BSTR* location, BSTR* mediaLocation
                                  BSTR* internetLocation, long* fileSize, BSTR* checkSum) {
   *fileSize = 0;
   common::WideString item;
-  if (FindItem(L"DownloadFiles", index, item)) {
-    WantedText place(location, ReadValue(item, L"Location"));
-    WantedText media(mediaLocation, ReadValue(item, L"MediaLocation"));
-    WantedText internet(internetLocation, ReadValue(item, L"InternetLocation"));
-    const long size = ToLong(ReadValue(item, L"FileSize"));
-    WantedText sum(checkSum, ReadValue(item, L"CheckSum"));
+  if (ReadItemName(L"DownloadFiles", index, item)) {
+    OptionalOutText place(location, ReadValue(item, L"Location"));
+    OptionalOutText media(mediaLocation, ReadValue(item, L"MediaLocation"));
+    OptionalOutText internet(internetLocation, ReadValue(item, L"InternetLocation"));
+    const long size = ParseLong(ReadValue(item, L"FileSize"));
+    OptionalOutText sum(checkSum, ReadValue(item, L"CheckSum"));
     *fileSize = size;
-    GiveAll(place, media, internet, sum);
+    HandOverAll(place, media, internet, sum);
   }
 }
 
@@ -305,7 +305,7 @@ bool CMMGallery::AreDownloadFilesPresent(const common::WideString& root) {
   for (long position = 1; position <= count; ++position) {
     const common::ComPtr<IIniKey> key = FindKey(*keys, position);
     const common::WideString item = key ? GetKeyValue(*key) : common::WideString();
-    if (!IsDownloaded(root, ReadValue(item, L"Location"))) {
+    if (!DownloadExists(root, ReadValue(item, L"Location"))) {
       return false;
     }
   }

@@ -80,8 +80,8 @@ class CMMGallery {
   bool FindValue(const common::WideString& section, const common::WideString& key,
                  common::WideString& value);
   common::WideString ReadModuleValue(const wchar_t* key);
-  long CountItems(const wchar_t* list);
-  bool FindItem(const wchar_t* list, long index, common::WideString& item);
+  long GetItemCount(const wchar_t* list);
+  bool ReadItemName(const wchar_t* list, long index, common::WideString& item);
 
   void EnsureChecked();
   void CheckPresence();

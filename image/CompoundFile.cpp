@@ -18,7 +18,7 @@ constexpr std::size_t kPageSize = 16384;
 constexpr std::size_t kMostPages = 6;
 // The most that is read at once, in bytes. The parts of a sound database are far smaller; a larger
 // one would exhaust the memory of its reader.
-constexpr std::uint64_t kMostAtOnce = 256 << 20;
+constexpr std::uint64_t kMaxReadSize = 256 << 20;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
 // Streams of at least this size are stored in whole sectors.
@@ -43,7 +43,7 @@ bool IsLess(std::u16string_view a, std::u16string_view b) noexcept {
 }
 
 /// Returns the reason for refusing a file that does not begin as a compound file does.
-std::string_view KindOf(const Bytes& front) noexcept {
+std::string_view ExplainRefusal(const Bytes& front) noexcept {
   const auto beginsWith = [&](std::string_view text) {
     return front.size() >= text.size() && std::memcmp(front.data(), text.data(), text.size()) == 0;
   };
@@ -111,10 +111,10 @@ CompoundFile::CompoundFile(ByteSource& source) : m_source(source) {
 }
 
 void CompoundFile::ReadHeader() {
-  const Bytes& front = PageAt(0);
+  const Bytes& front = LoadPage(0);
   if (front.size() < sizeof kSignature ||
       std::memcmp(front.data(), kSignature, sizeof kSignature) != 0) {
-    ThrowDamage(DamagedPart::NoDatabase, KindOf(front));
+    ThrowDamage(DamagedPart::NoDatabase, ExplainRefusal(front));
   }
   if (front.size() < kHeaderSize) {
     ThrowDamage(DamagedPart::Structure, "The file ends inside its header, after ", front.size(),
@@ -165,7 +165,7 @@ void CompoundFile::ReadHeader() {
 /// list, in which a search would take linear time.
 void CompoundFile::ReadDirectory() {
   const std::vector<std::uint32_t> sectors =
-      Chain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
+      ReadChain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
   const Bytes directory = ReadSectors(sectors, sectors.size() * SectorSize());
   const std::size_t count = directory.size() / kEntrySize;
   const auto entryAt = [&](std::size_t index) {
@@ -226,7 +226,7 @@ void CompoundFile::ReadDirectory() {
   m_streams.erase(std::unique(m_streams.begin(), m_streams.end(), isSame), m_streams.end());
 }
 
-const Bytes& CompoundFile::PageAt(std::uint64_t number) {
+const Bytes& CompoundFile::LoadPage(std::uint64_t number) {
   const auto found = std::find_if(m_pages.begin(), m_pages.end(),
                                   [&](const Page& page) { return page.number == number; });
   if (found != m_pages.end()) {
@@ -255,7 +255,7 @@ void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t
     return;
   }
   while (count > 0) {
-    const Bytes& page = PageAt(offset / kPageSize);
+    const Bytes& page = LoadPage(offset / kPageSize);
     const auto begin = static_cast<std::size_t>(offset % kPageSize);
     const std::size_t size = std::min(count, page.size() - begin);
     std::memcpy(bytes, page.data() + begin, size);
@@ -295,9 +295,9 @@ Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::
 }
 
 Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size) {
-  if (size > kMostAtOnce) {
+  if (size > kMaxReadSize) {
     ThrowDamage(DamagedPart::Structure, "The directory or the mini stream's allocation table has ",
-                size, " bytes, and ", kMostAtOnce, " are read at most.");
+                size, " bytes, and ", kMaxReadSize, " are read at most.");
   }
   std::vector<std::uint64_t> offsets;
   offsets.reserve(sectors.size());
@@ -309,7 +309,7 @@ Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::
 
 /// Returns the sector that holds part `index` of the allocation table. The header lists the first
 /// ones. The others are in a chain of lists, each of which ends with the sector of the next.
-std::uint32_t CompoundFile::TableSector(std::uint32_t index) {
+std::uint32_t CompoundFile::FindTableSector(std::uint32_t index) {
   if (index < m_header.tableList.size()) {
     return m_header.tableList[index];
   }
@@ -340,7 +340,7 @@ std::uint32_t CompoundFile::NextSector(std::uint32_t sector) {
   }
   auto part = m_table.find(index);
   if (part == m_table.end()) {
-    const std::uint32_t location = TableSector(index);
+    const std::uint32_t location = FindTableSector(index);
     if (location >= m_sectorCount) {
       ThrowDamage(DamagedPart::Structure, "The allocation table lies in sector ", location, " of ",
                   m_sectorCount, '.');
@@ -401,14 +401,14 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
   return sectors;
 }
 
-std::vector<std::uint32_t> CompoundFile::Chain(std::uint32_t first, std::uint64_t most,
-                                               DamagedPart part, const Subject& subject) {
+std::vector<std::uint32_t> CompoundFile::ReadChain(std::uint32_t first, std::uint64_t most,
+                                                   DamagedPart part, const Subject& subject) {
   return FollowChain(first, most, m_sectorCount, part, subject,
                      [this](std::uint32_t sector) { return NextSector(sector); });
 }
 
-std::vector<std::uint32_t> CompoundFile::MiniChain(std::uint32_t first, std::uint64_t most,
-                                                   DamagedPart part, const Subject& subject) {
+std::vector<std::uint32_t> CompoundFile::ReadMiniChain(std::uint32_t first, std::uint64_t most,
+                                                       DamagedPart part, const Subject& subject) {
   const std::uint64_t sectorCount = m_miniStream.size() * (SectorSize() / kMiniSectorSize);
   return FollowChain(first, most, sectorCount, part, subject,
                      [this](std::uint32_t sector) { return NextMiniSector(sector); });
@@ -435,8 +435,8 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& 
     ThrowDamage(part, subject, " claims ", stream.size, " bytes of a file of ", m_source.Size(),
                 '.');
   }
-  if (stream.size > kMostAtOnce) {
-    ThrowDamage(part, subject, " has ", stream.size, " bytes, and ", kMostAtOnce,
+  if (stream.size > kMaxReadSize) {
+    ThrowDamage(part, subject, " has ", stream.size, " bytes, and ", kMaxReadSize,
                 " are read at most.");
   }
   if (stream.size == 0) {
@@ -449,8 +449,8 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& 
   const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
   const std::uint64_t needed = (stream.size + unit - 1) / unit;
   const std::vector<std::uint32_t> sectors =
-      isMini ? MiniChain(stream.firstSector, needed, part, subject)
-             : Chain(stream.firstSector, needed, part, subject);
+      isMini ? ReadMiniChain(stream.firstSector, needed, part, subject)
+             : ReadChain(stream.firstSector, needed, part, subject);
   if (sectors.size() < needed) {
     ThrowDamage(part, subject, " ends after ", sectors.size(), " of ", needed,
                 isMini ? " mini sectors." : " sectors.");
@@ -478,10 +478,10 @@ void CompoundFile::LoadMiniStream() {
                 " bytes of a file of ", m_source.Size(), '.');
   }
   const std::uint64_t needed = (m_root.size + SectorSize() - 1) >> m_header.sectorShift;
-  m_miniStream = Chain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream");
+  m_miniStream = ReadChain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream");
   const std::vector<std::uint32_t> table =
-      Chain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
-            "The mini stream's allocation table");
+      ReadChain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
+                "The mini stream's allocation table");
   m_miniTable = ReadSectors(table, table.size() * SectorSize());
   m_isMiniStreamLoaded = true;
 }
@@ -503,12 +503,12 @@ void CompoundFile::VerifyStreams() {
   };
   const auto takeChain = [&](std::uint32_t first, const Subject& subject) {
     const std::vector<std::uint32_t> sectors =
-        Chain(first, m_sectorCount, DamagedPart::Structure, subject);
+        ReadChain(first, m_sectorCount, DamagedPart::Structure, subject);
     take(isTaken, sectors, subject);
     return sectors.size();
   };
   for (std::uint32_t index = 0; index < m_header.tableSectors; ++index) {
-    take(isTaken, {TableSector(index)}, "The allocation table");
+    take(isTaken, {FindTableSector(index)}, "The allocation table");
   }
   takeChain(m_header.firstDirectory, "The directory");
   takeChain(m_header.firstMiniTable, "The mini stream's allocation table");
@@ -523,7 +523,7 @@ void CompoundFile::VerifyStreams() {
     std::size_t count = 0;
     if (isMini) {
       const std::vector<std::uint32_t> sectors =
-          MiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, subject);
+          ReadMiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, subject);
       take(isMiniTaken, sectors, subject);
       count = sectors.size();
     } else {
@@ -545,9 +545,9 @@ std::optional<unsigned> CompoundFile::FindUnknownVersion() const noexcept {
 std::vector<Defect> CompoundFile::Defects() const {
   std::vector<Defect> defects;
   if (m_source.Size() % SectorSize() != 0) {
-    defects.push_back(
-        {Defect::Grade::Harmless, Join("The last sector has ", m_source.Size() % SectorSize(),
-                                       " of ", SectorSize(), " bytes.")});
+    defects.push_back({Defect::Grade::Harmless,
+                       Concatenate("The last sector has ", m_source.Size() % SectorSize(), " of ",
+                                   SectorSize(), " bytes.")});
   }
   // This is no proof of damage: the system may order non-ASCII names by case tables of its own.
   if (!m_isInOrder) {
@@ -561,8 +561,8 @@ std::vector<Defect> CompoundFile::Defects() const {
     const bool isMini = stream.size < kMiniStreamLimit;
     if (stream.size > m_source.Size() || (!isMini && stream.firstSector >= m_sectorCount)) {
       defects.push_back({Defect::Grade::Suspicious,
-                         Join("Stream ", Quote(DecodeStreamName(name)), ", of ", stream.size,
-                              " bytes, lies beyond the end of the file.")});
+                         Concatenate("Stream ", Quote(DecodeStreamName(name)), ", of ", stream.size,
+                                     " bytes, lies beyond the end of the file.")});
     }
   }
   return defects;

@@ -97,14 +97,14 @@ class CompoundFile {
     return (std::uint64_t{sector} + 1) << m_header.sectorShift;
   }
 
-  const Bytes& PageAt(std::uint64_t number);
+  const Bytes& LoadPage(std::uint64_t number);
   void ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   Bytes ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
                     std::uint64_t size);
   Bytes ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size);
 
-  std::uint32_t TableSector(std::uint32_t index);
+  std::uint32_t FindTableSector(std::uint32_t index);
   std::uint32_t NextSector(std::uint32_t sector);
   std::uint32_t NextMiniSector(std::uint32_t sector);
   void LoadMiniStream();
@@ -113,10 +113,10 @@ class CompoundFile {
   std::vector<std::uint32_t> FollowChain(std::uint32_t first, std::uint64_t most,
                                          std::uint64_t sectorCount, DamagedPart part,
                                          const Subject& subject, Next next);
-  std::vector<std::uint32_t> Chain(std::uint32_t first, std::uint64_t most, DamagedPart part,
-                                   const Subject& subject);
-  std::vector<std::uint32_t> MiniChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+  std::vector<std::uint32_t> ReadChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
                                        const Subject& subject);
+  std::vector<std::uint32_t> ReadMiniChain(std::uint32_t first, std::uint64_t most,
+                                           DamagedPart part, const Subject& subject);
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;

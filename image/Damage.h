@@ -82,7 +82,7 @@ std::enable_if_t<std::is_integral_v<Number>> AppendTo(std::string& text, Number 
 
 /// Concatenates texts and numbers.
 template <class... Parts>
-std::string Join(const Parts&... parts) {
+std::string Concatenate(const Parts&... parts) {
   std::string text;
   (AppendTo(text, parts), ...);
   return text;
@@ -91,7 +91,7 @@ std::string Join(const Parts&... parts) {
 /// Throws Damage with a sentence concatenated from texts and numbers.
 template <class... Parts>
 [[noreturn]] void ThrowDamage(DamagedPart part, const Parts&... parts) {
-  throw Damage(part, Join(parts...));
+  throw Damage(part, Concatenate(parts...));
 }
 
 }  // namespace qm::image

@@ -21,20 +21,20 @@ constexpr std::uint32_t kKeyBit = 0x2000;
 constexpr char16_t kSummaryName[] = u"\005SummaryInformation";
 
 /// Returns the size of a cell of an integer column in bytes; 0 if the type has no valid size.
-unsigned IntegerSize(std::uint32_t type) noexcept {
+unsigned IntegerCellSize(std::uint32_t type) noexcept {
   const unsigned size = type & kSizeBits;
   return size == 1 ? 2 : size == 2 || size == 4 ? size : 0;
 }
 
-Subject SubjectOf(std::string_view table) noexcept { return {"Table", table}; }
+Subject MakeTableSubject(std::string_view table) noexcept { return {"Table", table}; }
 
 /// The table that names all tables.
-TableDefinition TableOfTables(unsigned referenceSize) {
+TableDefinition MakeTablesDefinition(unsigned referenceSize) {
   return {"_Tables", {{"Name", ColumnKind::Text, referenceSize, true}}};
 }
 
 /// The table that defines the columns of all tables.
-TableDefinition TableOfColumns(unsigned referenceSize) {
+TableDefinition MakeColumnsDefinition(unsigned referenceSize) {
   return {"_Columns",
           {{"Table", ColumnKind::Text, referenceSize, true},
            {"Number", ColumnKind::Integer, 2, true},
@@ -60,7 +60,7 @@ TableRows::TableRows(TableDefinition table, Bytes bytes, const StringPool& strin
     rowSize += column.size;
   }
   if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
-    ThrowDamage(DamagedPart::Table, SubjectOf(m_table.name), " has ", m_bytes.size(),
+    ThrowDamage(DamagedPart::Table, MakeTableSubject(m_table.name), " has ", m_bytes.size(),
                 " bytes, which is not a whole number of rows of ", rowSize, '.');
   }
   m_count = m_bytes.size() / rowSize;
@@ -119,18 +119,18 @@ void Database::ReadStrings() {
 
 void Database::ReadDefinitions() {
   const auto read = [&](TableDefinition table) {
-    Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, SubjectOf(table.name));
+    Bytes bytes = ReadTableStream(table.name, DamagedPart::Structure, MakeTableSubject(table.name));
     return TableRows(std::move(table), std::move(bytes), m_strings);
   };
   try {
-    const TableRows tables = read(TableOfTables(m_strings.ReferenceSize()));
+    const TableRows tables = read(MakeTablesDefinition(m_strings.ReferenceSize()));
     m_tables.reserve(tables.Count());
     for (std::size_t row = 0; row < tables.Count(); ++row) {
       m_tables.push_back(tables.StringNumber(row, 0));
     }
     SortTables();
     m_isTableNamedTwice = m_tables.size() < tables.Count();
-    const TableRows columns = read(TableOfColumns(m_strings.ReferenceSize()));
+    const TableRows columns = read(MakeColumnsDefinition(m_strings.ReferenceSize()));
     m_columns.reserve(columns.Count());
     for (std::size_t row = 0; row < columns.Count(); ++row) {
       const auto type = static_cast<std::uint32_t>(columns.Integer(row, 3).value_or(0));
@@ -213,31 +213,31 @@ bool Database::IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept {
 }
 
 /// Returns the rows that define the columns of a table, sorted by number.
-Database::ColumnRange Database::ColumnsOf(std::uint32_t table) const noexcept {
+Database::ColumnRange Database::FindColumnRows(std::uint32_t table) const noexcept {
   return std::equal_range(m_columns.begin(), m_columns.end(), ColumnRow{table, 0, 0, 0},
                           [](const ColumnRow& a, const ColumnRow& b) { return a.table < b.table; });
 }
 
-TableDefinition Database::DefinitionOf(std::uint32_t table) const {
+TableDefinition Database::MakeDefinition(std::uint32_t table) const {
   const std::string_view name = m_strings.Text(table);
-  const auto [begin, end] = ColumnsOf(table);
+  const auto [begin, end] = FindColumnRows(table);
   if (begin == end) {
-    ThrowDamage(DamagedPart::Table, SubjectOf(name), " has no columns.");
+    ThrowDamage(DamagedPart::Table, MakeTableSubject(name), " has no columns.");
   }
   TableDefinition definition{name, {}};
   definition.columns.reserve(static_cast<std::size_t>(end - begin));
   for (auto row = begin; row != end; ++row) {
     const std::ptrdiff_t expected = row - begin + 1;
     if (row->number != expected) {
-      ThrowDamage(DamagedPart::Table, SubjectOf(name), " has column ", row->number,
+      ThrowDamage(DamagedPart::Table, MakeTableSubject(name), " has column ", row->number,
                   " where column ", expected, " belongs.");
     }
-    definition.columns.push_back(ColumnOf(*row));
+    definition.columns.push_back(MakeColumn(*row));
   }
   return definition;
 }
 
-Column Database::ColumnOf(const ColumnRow& row) const {
+Column Database::MakeColumn(const ColumnRow& row) const {
   const std::string_view name = m_strings.Text(row.name);
   const bool isKey = (row.type & kKeyBit) != 0;
   if ((row.type & ~kNullableBit) == (kTextBit | kValidBit)) {
@@ -246,12 +246,12 @@ Column Database::ColumnOf(const ColumnRow& row) const {
   if ((row.type & kTextBit) != 0) {
     return {name, ColumnKind::Text, m_strings.ReferenceSize(), isKey};
   }
-  if (IntegerSize(row.type) == 0) {
+  if (IntegerCellSize(row.type) == 0) {
     ThrowDamage(DamagedPart::Table, "Column ", Quote(name), " of table ",
                 Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits,
                 " bytes.");
   }
-  return {name, ColumnKind::Integer, IntegerSize(row.type), isKey};
+  return {name, ColumnKind::Integer, IntegerCellSize(row.type), isKey};
 }
 
 TableRows Database::ReadTable(std::string_view name) {
@@ -259,8 +259,8 @@ TableRows Database::ReadTable(std::string_view name) {
   if (table == 0) {
     ThrowDamage(DamagedPart::Table, "There is no table ", Quote(name), '.');
   }
-  TableDefinition definition = DefinitionOf(table);
-  Bytes bytes = ReadTableStream(name, DamagedPart::Table, SubjectOf(name));
+  TableDefinition definition = MakeDefinition(table);
+  Bytes bytes = ReadTableStream(name, DamagedPart::Table, MakeTableSubject(name));
   return {std::move(definition), std::move(bytes), m_strings};
 }
 
@@ -280,7 +280,7 @@ std::optional<SummaryInformation> Database::ReadSummary() {
 
 std::optional<std::string> Database::UnknownKind() const {
   if (const auto version = m_file.FindUnknownVersion()) {
-    return Join("version ", *version, " of the format of compound files");
+    return Concatenate("version ", *version, " of the format of compound files");
   }
   return std::nullopt;
 }
@@ -314,8 +314,8 @@ std::vector<Defect> Database::Defects() const {
   std::vector<Defect> defects = m_file.Defects();
   if (m_strings.UnusedBytes() > 0) {
     defects.push_back(
-        {Defect::Grade::Harmless, Join("The string data has ", m_strings.UnusedBytes(),
-                                       " bytes that belong to no string.")});
+        {Defect::Grade::Harmless, Concatenate("The string data has ", m_strings.UnusedBytes(),
+                                              " bytes that belong to no string.")});
   }
   if (m_isTableNamedTwice) {
     defects.push_back({Defect::Grade::Suspicious, "Table \"_Tables\" names a table twice."});
@@ -327,8 +327,8 @@ std::vector<Defect> Database::Defects() const {
   if (stray != m_columns.end()) {
     defects.push_back(
         {Defect::Grade::Suspicious,
-         Join("Table \"_Columns\" has columns of ", Quote(m_strings.Text(stray->table)),
-              ", which table \"_Tables\" does not name.")});
+         Concatenate("Table \"_Columns\" has columns of ", Quote(m_strings.Text(stray->table)),
+                     ", which table \"_Tables\" does not name.")});
   }
   return defects;
 }

@@ -112,7 +112,7 @@ class Database {
     if (rows.IsNull(row, column)) {
       return std::nullopt;
     }
-    return ReadOtherStream(StreamNameOf(rows, row, decode));
+    return ReadOtherStream(MakeStreamName(rows, row, decode));
   }
 
   /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
@@ -150,13 +150,13 @@ class Database {
   Bytes ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject);
   std::uint32_t FindTable(std::string_view name) const noexcept;
   static bool IsBefore(const ColumnRow& a, const ColumnRow& b) noexcept;
-  ColumnRange ColumnsOf(std::uint32_t table) const noexcept;
-  TableDefinition DefinitionOf(std::uint32_t table) const;
-  Column ColumnOf(const ColumnRow& row) const;
+  ColumnRange FindColumnRows(std::uint32_t table) const noexcept;
+  TableDefinition MakeDefinition(std::uint32_t table) const;
+  Column MakeColumn(const ColumnRow& row) const;
   std::optional<Bytes> ReadOtherStream(std::u16string_view name);
 
   template <class Decode>
-  static std::u16string StreamNameOf(const TableRows& rows, std::size_t row, Decode decode) {
+  static std::u16string MakeStreamName(const TableRows& rows, std::size_t row, Decode decode) {
     const TableDefinition& table = rows.Definition();
     std::u16string name = decode(table.name);
     for (std::size_t column = 0; column < table.columns.size(); ++column) {

@@ -14,7 +14,7 @@ constexpr std::string_view kCharacters =
 static_assert(kCharacters.size() == 64);
 
 /// Returns the code of a character, or -1 if it is not packed.
-int CodeOf(char16_t character) noexcept {
+int EncodeCharacter(char16_t character) noexcept {
   const std::size_t code =
       character < 0x80 ? kCharacters.find(static_cast<char>(character)) : std::string_view::npos;
   return code == std::string_view::npos ? -1 : static_cast<int>(code);
@@ -28,8 +28,8 @@ std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind) {
     encoded += kTableMark;
   }
   for (std::size_t i = 0; i < name.size(); ++i) {
-    const int first = CodeOf(name[i]);
-    const int second = i + 1 < name.size() ? CodeOf(name[i + 1]) : -1;
+    const int first = EncodeCharacter(name[i]);
+    const int second = i + 1 < name.size() ? EncodeCharacter(name[i + 1]) : -1;
     if (first < 0) {
       encoded += name[i];
     } else if (second < 0) {

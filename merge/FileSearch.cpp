@@ -10,7 +10,7 @@ namespace qm::merge {
 namespace {
 
 /// Removes the first character of UTF-8 text.
-void TakeCharacter(std::string_view& text) noexcept {
+void RemoveFirstCharacter(std::string_view& text) noexcept {
   do {
     text.remove_prefix(1);
   } while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0U) == 0x80U);
@@ -47,12 +47,12 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) noexcept {
       canRetry = true;
     } else if (!pattern.empty() && pattern.front() == '?') {
       pattern.remove_prefix(1);
-      TakeCharacter(name);
+      RemoveFirstCharacter(name);
     } else if (!pattern.empty() && pattern.front() == name.front()) {
       pattern.remove_prefix(1);
       name.remove_prefix(1);
     } else if (canRetry) {
-      TakeCharacter(retryName);
+      RemoveFirstCharacter(retryName);
       name = retryName;
       pattern = retryPattern;
     } else {

@@ -11,9 +11,9 @@ namespace qm::merge {
 
 namespace {
 
-std::string Quoted(const std::string& text) { return '"' + text + '"'; }
+std::string Quote(const std::string& text) { return '"' + text + '"'; }
 
-std::string Describe(const Exclusion& exclusion) {
+std::string FormatExcludedVersions(const Exclusion& exclusion) {
   if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
     return "every version";
   }
@@ -37,8 +37,8 @@ class ModuleCheck {
     FindUnreadable();
     FindMissing();
     FindExclusions();
-    FindDoubles();
-    FindDownloads();
+    FindDuplicates();
+    FindNeededDownloads();
     FindFileConflicts(resolveDirectory);
     SortFindings(m_findings);
     return std::move(m_findings);
@@ -48,13 +48,13 @@ class ModuleCheck {
   const MergeModule& Module(size_t position) const { return m_set.Modules()[position]; }
 
   /// Returns how findings name a module: by its key, or by its path if it has no ID.
-  const std::string& NameOf(size_t position) const {
+  const std::string& GetDisplayName(size_t position) const {
     return Module(position).moduleId.empty() ? m_details[position].path : Module(position).key;
   }
 
   /// Returns what alternative modules have in common: the ID, or the path of a module without an
   /// ID.
-  std::string IdentityOf(size_t position) const {
+  std::string GetAlternativeIdentity(size_t position) const {
     const std::string& id = Module(position).moduleId;
     return id.empty() ? m_details[position].path : text::FoldCase(id);
   }
@@ -63,7 +63,7 @@ class ModuleCheck {
     std::vector<std::string> names;
     names.reserve(positions.size());
     for (const size_t position : positions) {
-      names.push_back(NameOf(position));
+      names.push_back(GetDisplayName(position));
     }
     return names;
   }
@@ -85,13 +85,13 @@ class ModuleCheck {
     const MergePlan plan = PlanMerge(m_set, m_scope);
     for (const MissingModule& missing : plan.missing) {
       Add(kMissingDependency, {missing.neededBy},
-          NameOf(missing.neededBy) + " needs " + FormatRequirement(missing.requirement) + ": " +
-              missing.reason);
+          GetDisplayName(missing.neededBy) + " needs " + FormatRequirement(missing.requirement) +
+              ": " + missing.reason);
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
       Add(kDependencyCycle, cycle,
           cycle.size() == 1
-              ? NameOf(cycle.front()) + " needs itself"
+              ? GetDisplayName(cycle.front()) + " needs itself"
               : "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
     }
   }
@@ -102,15 +102,16 @@ class ModuleCheck {
         for (const size_t other : FindExcludedModules(m_set, position, exclusion)) {
           if (m_isInScope[other]) {
             Add(kExclusion, {position, other},
-                NameOf(position) + " excludes " + Describe(exclusion) + " of " + NameOf(other) +
-                    ", which has version " + Quoted(Module(other).version));
+                GetDisplayName(position) + " excludes " + FormatExcludedVersions(exclusion) +
+                    " of " + GetDisplayName(other) + ", which has version " +
+                    Quote(Module(other).version));
           }
         }
       }
     }
   }
 
-  void FindDoubles() {
+  void FindDuplicates() {
     std::set<std::string> seen;
     for (const size_t position : m_scope) {
       const std::string& id = Module(position).moduleId;
@@ -126,13 +127,13 @@ class ModuleCheck {
         }
       }
       for (const auto& [key, modules] : byKey) {
-        AddDouble(modules);
+        AddDuplicate(modules);
       }
       AddVersions(id, all);
     }
   }
 
-  void AddDouble(const std::vector<size_t>& modules) {
+  void AddDuplicate(const std::vector<size_t>& modules) {
     if (modules.size() < 2) {
       return;
     }
@@ -142,7 +143,7 @@ class ModuleCheck {
       places.push_back(m_details[position].path + " (version " + Module(position).version + ')');
     }
     Add(kDuplicateModuleKey, {modules.front()},
-        NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
+        GetDisplayName(modules.front()) + " is there " + std::to_string(modules.size()) +
             " times: " + JoinTexts(places, ", "));
   }
 
@@ -163,10 +164,11 @@ class ModuleCheck {
     }
   }
 
-  void FindDownloads() {
+  void FindNeededDownloads() {
     for (const size_t position : m_scope) {
       if (m_details[position].needsDownload) {
-        Add(kNeedsDownload, {position}, NameOf(position) + " has to be downloaded, or files of it");
+        Add(kNeedsDownload, {position},
+            GetDisplayName(position) + " has to be downloaded, or files of it");
       }
     }
   }
@@ -186,9 +188,9 @@ class ModuleCheck {
       }
     }
     for (const auto& [name, deliveries] : byName) {
-      const std::string firstIdentity = IdentityOf(deliveries.front().module);
+      const std::string firstIdentity = GetAlternativeIdentity(deliveries.front().module);
       if (std::all_of(deliveries.begin(), deliveries.end(), [&](const Delivery& delivery) {
-            return IdentityOf(delivery.module) == firstIdentity;
+            return GetAlternativeIdentity(delivery.module) == firstIdentity;
           })) {
         continue;
       }
@@ -210,7 +212,7 @@ class ModuleCheck {
     std::vector<size_t> modules;
     std::set<std::string> ids;
     for (const size_t position : deliverers) {
-      if (ids.insert(IdentityOf(position)).second) {
+      if (ids.insert(GetAlternativeIdentity(position)).second) {
         modules.push_back(position);
       }
     }
@@ -262,7 +264,7 @@ std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEn
     findings.push_back({kUnknownModule,
                         {place.second},
                         place.first + " names " + place.second + " for " +
-                            Quoted(lines.front()->name) + more + ", and no folder has it"});
+                            Quote(lines.front()->name) + more + ", and no folder has it"});
   }
   return findings;
 }

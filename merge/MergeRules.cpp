@@ -11,7 +11,7 @@ namespace qm::merge {
 namespace {
 
 /// Removes the first part of a version and returns its digits without leading zeros.
-std::string_view TakePart(std::string_view& version) {
+std::string_view ConsumeVersionPart(std::string_view& version) {
   const size_t end = std::min(version.find('.'), version.size());
   std::string_view part = version.substr(0, end);
   version.remove_prefix(std::min(end + 1, version.size()));
@@ -36,7 +36,7 @@ constexpr long kEveryLanguage = 0;
 
 unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(language) & 0x3FFU; }
 
-bool HasVariety(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
+bool HasSublanguage(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
 
 bool IsSameId(const std::string& a, const std::string& b) {
   return text::FoldCase(a) == text::FoldCase(b);
@@ -56,8 +56,8 @@ int CompareVersionTexts(const std::string& a, const std::string& b) {
   std::string_view restOfA = a;
   std::string_view restOfB = b;
   while (!restOfA.empty() || !restOfB.empty()) {
-    const std::string_view partOfA = TakePart(restOfA);
-    const std::string_view partOfB = TakePart(restOfB);
+    const std::string_view partOfA = ConsumeVersionPart(restOfA);
+    const std::string_view partOfB = ConsumeVersionPart(restOfB);
     if (const int order = CompareNumbers(partOfA, partOfB)) {
       return order;
     }
@@ -69,7 +69,7 @@ bool MatchesLanguage(std::optional<long> wanted, long language) {
   if (!wanted || *wanted == kEveryLanguage || *wanted == language) {
     return true;
   }
-  return !HasVariety(*wanted) && PrimaryLanguage(*wanted) == PrimaryLanguage(language);
+  return !HasSublanguage(*wanted) && PrimaryLanguage(*wanted) == PrimaryLanguage(language);
 }
 
 std::string FormatRequirement(const Requirement& requirement) {

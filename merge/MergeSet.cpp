@@ -17,7 +17,7 @@ struct Field {
 };
 
 /// Returns the reason why a module was chosen from those that satisfy the requirement.
-std::string ReasonOfChoice(const Requirement& requirement, const Field& field) {
+std::string ExplainChoice(const Requirement& requirement, const Field& field) {
   if (field.candidates == 1) {
     return "the only one";
   }
@@ -66,7 +66,7 @@ class Planner {
       m_states[module] = State::Open;
       m_path.push_back({{module, neededBy, std::move(reason)}});
     } else if (m_states[module] == State::Open) {
-      NoteCycle(module);
+      RecordCycle(module);
     }
   }
 
@@ -89,7 +89,7 @@ class Planner {
     }
   }
 
-  void NoteCycle(size_t module) {
+  void RecordCycle(size_t module) {
     const auto first = std::find_if(m_path.begin(), m_path.end(), [&](const Visit& visit) {
       return visit.planned.module == module;
     });
@@ -167,7 +167,7 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
                       (anyLanguage ? "" : "for " + std::to_string(*requirement.language) + ' ') +
                       "is lower than " + requirement.version};
   }
-  return {best, ReasonOfChoice(requirement, field)};
+  return {best, ExplainChoice(requirement, field)};
 }
 
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {

@@ -54,7 +54,7 @@ bool IsFullPath(std::wstring_view path) noexcept {
 
 /// Returns the full path of a module to open. Resolves a relative path behind the gate, because
 /// loading a sibling changes the current folder of the process for a while.
-common::WideString FullPathOf(BSTR path) {
+common::WideString ResolveModulePath(BSTR path) {
   std::optional<com::ScopedGateEntry> pass;
   if (!IsFullPath(common::ViewOf(path))) {
     pass.emplace();
@@ -162,7 +162,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
       // The installer would open the path that ends at the zero.
       com::Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
     }
-    record->InitFromModule(FullPathOf(path), common::WideString());
+    record->InitFromModule(ResolveModulePath(path), common::WideString());
     return S_OK;
   });
 }

@@ -8,7 +8,7 @@ namespace {
 
 /// Whether bytes below 0x80 are the characters of ASCII in this code page. True for the code pages
 /// of nearly all modules, whose keys and names are mostly ASCII.
-bool ContainsAscii(UINT codePage) noexcept {
+bool IsAsciiSuperset(UINT codePage) noexcept {
   switch (codePage) {
     case CP_ACP:
     case CP_UTF8:
@@ -35,7 +35,7 @@ common::WideString DecodeCodePageText(std::string_view bytes, UINT codePage) {
   if (bytes.empty()) {
     return {};
   }
-  if (ContainsAscii(codePage) && IsAscii(bytes)) {
+  if (IsAsciiSuperset(codePage) && IsAscii(bytes)) {
     return common::WideString::Build(bytes.size(), [&](wchar_t* text) {
       std::copy(bytes.begin(), bytes.end(), text);
       return bytes.size();

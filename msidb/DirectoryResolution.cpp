@@ -17,7 +17,7 @@ bool BeginsWithDot(const common::WideString& name) noexcept {
 
 /// Whether a name fits into a path of MAX_PATH characters, terminator included. The walk ends at
 /// one that does not.
-bool FitsIntoPath(const common::WideString& name) noexcept { return name.length() < MAX_PATH; }
+bool FitsMaxPath(const common::WideString& name) noexcept { return name.length() < MAX_PATH; }
 
 /// A walk up the Directory table that prepends the name of each row to the path.
 class DirectoryWalk {
@@ -28,9 +28,9 @@ class DirectoryWalk {
 
   /// Adds one row to the path. Returns ERROR_MORE_DATA if a name or the walk is too long. Unless
   /// AtEnd(), the row of the parent comes next.
-  UINT Take(const common::WideString& rowKey, const DirectoryRow& row) {
+  UINT AddRow(const common::WideString& rowKey, const DirectoryRow& row) {
     m_atEnd = true;
-    if (!FitsIntoPath(row.defaultDir) || !FitsIntoPath(rowKey)) {
+    if (!FitsMaxPath(row.defaultDir) || !FitsMaxPath(rowKey)) {
       return ERROR_MORE_DATA;
     }
     if (!m_visited.insert(rowKey).second) {
@@ -42,20 +42,20 @@ class DirectoryWalk {
     const common::WideString key = m_options.stripModuleSuffix ? StripModuleSuffix(rowKey) : rowKey;
     if (PredefinedRootMatch(m_table, key)) {
       if (m_options.brackets) {
-        m_path = Reference(key) + m_path;  // the value of the property ends in a backslash
+        m_path = FormatReference(key) + m_path;  // the value of the property ends in a backslash
       } else {
         PrependFolder(key);
       }
       return ERROR_SUCCESS;
     }
-    return TakeOwnFolder(row, key);
+    return AddOrdinaryFolder(row, key);
   }
 
   bool AtEnd() const noexcept { return m_atEnd; }
 
  private:
   /// Adds a row that is not a predefined folder.
-  UINT TakeOwnFolder(const DirectoryRow& row, const common::WideString& key) {
+  UINT AddOrdinaryFolder(const DirectoryRow& row, const common::WideString& key) {
     common::WideString name =
         SplitDefaultDir(row.defaultDir, {m_options.useSourcePart, m_options.useShortName});
     if (text::CompareFolded(name, L"SOURCEDIR") == 0) {
@@ -66,9 +66,9 @@ class DirectoryWalk {
     }
     if (BeginsWithDot(name)) {
       if (m_options.resolveDotFolders && !m_options.useSourcePart) {
-        return TakeDotFolder(row, key);
+        return AddDotFolder(row, key);
       }
-      name = Reference(key);
+      name = FormatReference(key);
     }
     PrependFolder(name);
     m_atEnd = m_fromProperty;
@@ -77,8 +77,8 @@ class DirectoryWalk {
 
   /// A "." folder is the same folder as its parent. Directly below TARGETDIR the walk ends, with
   /// the value of the property of that key if there is one.
-  UINT TakeDotFolder(const DirectoryRow& row, const common::WideString& key) {
-    if (!FitsIntoPath(row.parent)) {
+  UINT AddDotFolder(const DirectoryRow& row, const common::WideString& key) {
+    if (!FitsMaxPath(row.parent)) {
       return ERROR_MORE_DATA;
     }
     m_atEnd = text::CompareFolded(row.parent, L"TARGETDIR") == 0;
@@ -90,7 +90,7 @@ class DirectoryWalk {
   }
 
   /// Formats a key that stands for a folder name.
-  common::WideString Reference(const common::WideString& key) const {
+  common::WideString FormatReference(const common::WideString& key) const {
     if (!m_options.brackets) {
       return key;
     }
@@ -119,7 +119,7 @@ UINT ResolveDirectoryPath(const DirectoryTable& table, const common::WideString&
   DirectoryWalk walk(table, options, path);
   common::WideString current = key;
   while (const DirectoryRow* const row = table.Find(current)) {
-    const UINT code = walk.Take(current, *row);
+    const UINT code = walk.AddRow(current, *row);
     if (code != ERROR_SUCCESS || walk.AtEnd()) {
       return code;
     }

@@ -15,7 +15,7 @@ namespace qm::msidb {
 
 namespace {
 
-UINT CodeOf(image::DamagedPart part) noexcept {
+UINT ErrorCodeFor(image::DamagedPart part) noexcept {
   return part == image::DamagedPart::NoDatabase ? ERROR_OPEN_FAILED : ERROR_FILE_CORRUPT;
 }
 
@@ -33,7 +33,7 @@ auto RaiseAsOpenFailure(const wchar_t* call, const common::WideString& path, Wor
   } catch (const FileError& failure) {
     RaiseFileFailure(failure.code, failure.cause, call, path.c_str());
   } catch (const image::Damage& damage) {
-    RaiseFileFailure(CodeOf(damage.Part()), Widen(damage.what()), call, path.c_str());
+    RaiseFileFailure(ErrorCodeFor(damage.Part()), Widen(damage.what()), call, path.c_str());
   }
 }
 
@@ -50,7 +50,7 @@ auto RaiseAsQueryFailure(const common::WideString& path, Work work) {
     RaiseFileFailure(failure.code, withPath(failure.cause), L"MsiViewExecute");
   } catch (const image::Damage& damage) {
     const bool isRow = damage.Part() == image::DamagedPart::Row;
-    RaiseFileFailure(CodeOf(damage.Part()), withPath(Widen(damage.what())),
+    RaiseFileFailure(ErrorCodeFor(damage.Part()), withPath(Widen(damage.what())),
                      isRow ? L"MsiViewFetch" : L"MsiViewExecute");
   }
 }
@@ -84,7 +84,7 @@ int ParseInteger(std::string_view text) noexcept {
 
 /// Returns the row numbers sorted by a column: nulls first, integers by value, texts by their
 /// number in the string pool. The sort is stable.
-std::vector<std::size_t> OrderOf(const image::TableRows& rows, std::size_t column) {
+std::vector<std::size_t> SortRowsBy(const image::TableRows& rows, std::size_t column) {
   std::vector<std::size_t> order(rows.Count());
   std::iota(order.begin(), order.end(), std::size_t{0});
   const bool isInteger = rows.Definition().columns[column].kind == image::ColumnKind::Integer;
@@ -114,9 +114,9 @@ class ImageRows final : public RowCursor {
   UINT FieldCount() const override { return static_cast<UINT>(Columns().size()); }
 
   common::WideString GetString(UINT field) const override {
-    switch (KindOf(field)) {
+    switch (GetKind(field)) {
       case Kind::Text:
-        return DecodeCodePageText(BytesOf(field), m_codePage);
+        return DecodeCodePageText(ReadBytes(field), m_codePage);
       case Kind::Integer: {
         const auto number = m_rows.Integer(m_row, field - 1);
         return number ? common::WideString(std::to_wstring(*number)) : common::WideString();
@@ -127,9 +127,9 @@ class ImageRows final : public RowCursor {
   }
 
   int GetInteger(UINT field) const override {
-    switch (KindOf(field)) {
+    switch (GetKind(field)) {
       case Kind::Text:
-        return ParseInteger(BytesOf(field));
+        return ParseInteger(ReadBytes(field));
       case Kind::Integer:
         return m_rows.Integer(m_row, field - 1).value_or(common::kNullInteger);
       default:
@@ -142,25 +142,25 @@ class ImageRows final : public RowCursor {
 
   const std::vector<image::Column>& Columns() const noexcept { return m_rows.Definition().columns; }
 
-  Kind KindOf(UINT field) const noexcept {
+  Kind GetKind(UINT field) const noexcept {
     return field - 1 < Columns().size() ? Columns()[field - 1].kind : Kind::Stream;
   }
 
-  std::string_view BytesOf(UINT field) const {
+  std::string_view ReadBytes(UINT field) const {
     return RaiseAsQueryFailure(m_path, [&] {
       const std::string_view bytes = m_rows.Text(m_row, field - 1);
       m_textBytes += bytes.size();
-      if (m_textBytes > kMostText) {
+      if (m_textBytes > kMaxTextBytes) {
         image::ThrowDamage(image::DamagedPart::Row, "The rows of table ",
-                           image::Quote(m_rows.Definition().name), " have more than ", kMostText,
-                           " bytes of text.");
+                           image::Quote(m_rows.Definition().name), " have more than ",
+                           kMaxTextBytes, " bytes of text.");
       }
       return bytes;
     });
   }
 
   // Without a limit a small file whose rows all share one long text could exhaust memory.
-  static constexpr std::size_t kMostText = 64 << 20;
+  static constexpr std::size_t kMaxTextBytes = 64 << 20;
 
   const common::WideString& m_path;  // owned by the database, which outlives its rows
   UINT m_codePage;
@@ -220,7 +220,7 @@ std::unique_ptr<RowCursor> ImageDatabase::ReadTable(const wchar_t* table,
       if (!column) {
         RaiseFileFailure(ERROR_BAD_QUERY_SYNTAX, {}, L"MsiOpenDatabaseView");
       }
-      order = OrderOf(rows, *column);
+      order = SortRowsBy(rows, *column);
     }
     return std::make_unique<ImageRows>(m_path, m_database->Strings().CodePage(), std::move(rows),
                                        std::move(order));

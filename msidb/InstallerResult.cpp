@@ -23,7 +23,7 @@ common::WideString FormatErrorRecord(MSIHANDLE record) {
   return text;
 }
 
-common::WideString Describe(MSIHANDLE errorRecord, HRESULT hr) {
+common::WideString FormatDescription(MSIHANDLE errorRecord, HRESULT hr) {
   if (errorRecord) {
     return FormatErrorRecord(errorRecord);
   }
@@ -31,8 +31,8 @@ common::WideString Describe(MSIHANDLE errorRecord, HRESULT hr) {
   return text ? common::WideString(text.Get()) : common::WideString();
 }
 
-common::WideString CallText(const wchar_t* functionName, const wchar_t* argument1,
-                            const wchar_t* argument2) {
+common::WideString FormatCall(const wchar_t* functionName, const wchar_t* argument1,
+                              const wchar_t* argument2) {
   if (*argument1 == L'\0') {
     return common::WideString::Format(L"%s()", functionName);
   }
@@ -44,7 +44,7 @@ common::WideString CallText(const wchar_t* functionName, const wchar_t* argument
 
 /// Sets the thread's error object to one with the description `message`. Raises failures of the
 /// system's calls.
-void InstallErrorInfo(const common::WideString& message) {
+void SetErrorObject(const common::WideString& message) {
   common::ComPtr<ICreateErrorInfo> create;
   com::RaiseIfFailed(::CreateErrorInfo(create.Put()));
   create->SetGUID(GUID_NULL);  // not every system initialises it
@@ -55,7 +55,7 @@ void InstallErrorInfo(const common::WideString& message) {
   com::RaiseIfFailed(::SetErrorInfo(0, info.Get()));
 }
 
-HRESULT FailureOf(UINT code) noexcept {
+HRESULT ToFailedHResult(UINT code) noexcept {
   const HRESULT hr = HResultFromCode(code);
   return SUCCEEDED(hr) ? E_UNEXPECTED : hr;
 }
@@ -63,8 +63,9 @@ HRESULT FailureOf(UINT code) noexcept {
 [[noreturn]] void RaiseFailure(UINT code, MSIHANDLE errorRecord, const wchar_t* functionName,
                                const wchar_t* argument1, const wchar_t* argument2,
                                int viewErrorDetail) {
-  const HRESULT hr = FailureOf(code);
-  InstallErrorInfo(Describe(errorRecord, hr) + CallText(functionName, argument1, argument2));
+  const HRESULT hr = ToFailedHResult(code);
+  SetErrorObject(FormatDescription(errorRecord, hr) +
+                 FormatCall(functionName, argument1, argument2));
   com::RaiseHResult(viewErrorDetail == MSIDBERROR_DUPLICATEKEY ? kDuplicatePrimaryKey : hr);
 }
 
@@ -88,9 +89,9 @@ UINT ReportInstallerResult(UINT code, const wchar_t* functionName, const wchar_t
 
 void RaiseFileFailure(UINT code, const common::WideString& cause, const wchar_t* functionName,
                       const wchar_t* argument1) {
-  const HRESULT hr = FailureOf(code);
-  const common::WideString description = cause.empty() ? Describe(0, hr) : cause + L" ";
-  InstallErrorInfo(description + CallText(functionName, argument1, L""));
+  const HRESULT hr = ToFailedHResult(code);
+  const common::WideString description = cause.empty() ? FormatDescription(0, hr) : cause + L" ";
+  SetErrorObject(description + FormatCall(functionName, argument1, L""));
   com::RaiseHResult(hr);
 }
 

@@ -49,7 +49,7 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD read = 0;
   const bool isInPlace = offset == m_position;
-  m_position = kNowhere;  // unknown if one of the calls below fails
+  m_position = kUnknownPosition;  // unknown if one of the calls below fails
   if ((!isInPlace && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
       !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
     throw FileError{::GetLastError(), {}};
@@ -70,7 +70,7 @@ bool ModuleFile::IsCurrent(const common::WideString& path, const common::FileSta
   WIN32_FILE_ATTRIBUTE_DATA found;
   return ::GetFileAttributesExW(common::ToExtendedPath(path).c_str(), GetFileExInfoStandard,
                                 &found) &&
-         common::FileStamp::Of(found) == stamp;
+         common::FileStamp::From(found) == stamp;
 }
 
 }  // namespace qm::msidb

@@ -42,7 +42,7 @@ class ModuleFile final : public image::ByteSource {
  private:
   common::FileStamp GetStamp() const;
 
-  static constexpr std::uint64_t kNowhere = UINT64_MAX;
+  static constexpr std::uint64_t kUnknownPosition = UINT64_MAX;
 
   common::UniqueFile m_file;
   common::FileStamp m_stamp;

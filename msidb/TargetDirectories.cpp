@@ -9,7 +9,7 @@ namespace qm::msidb {
 
 namespace {
 
-std::wstring_view WithoutSuffix(std::wstring_view key) noexcept {
+std::wstring_view RemoveKeySuffix(std::wstring_view key) noexcept {
   return key.substr(0, key.find(L'.'));
 }
 
@@ -18,7 +18,7 @@ bool IsSystemFolder(std::wstring_view key) noexcept {
   return key.size() > ending.size() && key.substr(key.size() - ending.size()) == ending;
 }
 
-common::WideString RootOf(const DirectoryTable& table, const common::WideString& key) {
+common::WideString FindRootKey(const DirectoryTable& table, const common::WideString& key) {
   std::set<common::WideString> visited;
   common::WideString current(key);
   while (visited.insert(current).second && visited.size() <= kMaxDirectoryRows) {
@@ -26,20 +26,20 @@ common::WideString RootOf(const DirectoryTable& table, const common::WideString&
     if (!row) {
       return {};
     }
-    if (IsSystemFolder(WithoutSuffix(current)) || row->parent.empty() || row->parent == current) {
+    if (IsSystemFolder(RemoveKeySuffix(current)) || row->parent.empty() || row->parent == current) {
       break;
     }
     current = row->parent;
   }
-  return WithoutSuffix(current);
+  return RemoveKeySuffix(current);
 }
 
-TargetDirectory Resolve(const DirectoryTable& table, const common::WideString& key,
-                        const DirectoryOptions& options) {
+TargetDirectory ResolveTargetDirectory(const DirectoryTable& table, const common::WideString& key,
+                                       const DirectoryOptions& options) {
   TargetDirectory directory;
   directory.result = com::RunAtBoundary(GUID_NULL, [&] {
     directory.path = ResolveDirectoryPathOrRaise(table, key, options);
-    directory.root = RootOf(table, key);
+    directory.root = FindRootKey(table, key);
     return S_OK;
   });
   if (FAILED(directory.result)) {
@@ -56,7 +56,7 @@ HRESULT ResolveTargetDirectories(const common::WideString& module, const Directo
     const auto database = ModuleDatabase::Open(common::ResolveFullPath(module));
     const DirectoryTable table(*database);
     for (auto& [key, directory] : directories) {
-      directory = Resolve(table, key, options);
+      directory = ResolveTargetDirectory(table, key, options);
     }
     database->RequireUnchanged();
     return S_OK;

@@ -12,7 +12,7 @@ namespace mmcat {
 namespace {
 
 /// An exclusion has its language as text, a null cell as the text of kNullInteger.
-std::optional<long> LanguageOf(IMMExclusion& exclusion) {
+std::optional<long> ReadExclusionLanguage(IMMExclusion& exclusion) {
   const long language =
       std::strtol(ReadText(exclusion, &IMMExclusion::get_Language).c_str(), nullptr, 10);
   return language == qm::common::kNullInteger ? std::nullopt : std::optional<long>(language);
@@ -34,7 +34,7 @@ std::vector<qm::merge::Exclusion> ReadExclusions(IMergeModule& module) {
   ForEachItem<IMMExclusion>(
       *ReadObject(module, &IMergeModule::get_Exclusions), [&](IMMExclusion& exclusion) {
         exclusions.push_back({ReadText(exclusion, &IMMExclusion::get_ModuleID),
-                              LanguageOf(exclusion),
+                              ReadExclusionLanguage(exclusion),
                               ReadText(exclusion, &IMMExclusion::get_MinVersion),
                               ReadText(exclusion, &IMMExclusion::get_MaxVersion)});
       });

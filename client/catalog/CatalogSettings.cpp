@@ -21,7 +21,7 @@ void SetVariable(const wchar_t* name, const qm::common::WideString& value) {
 }
 
 /// The system's text for an error code, on one line.
-std::string SystemSentence(DWORD code) {
+std::string FormatSystemError(DWORD code) {
   const qm::common::UniqueLocalText text = qm::common::FormatSystemMessage(code);
   const std::string sentence =
       text ? qm::text::ToUtf8(text.Get()) : "error " + std::to_string(code);
@@ -30,7 +30,7 @@ std::string SystemSentence(DWORD code) {
 
 /// The full path of the folder in a setting; empty if the setting is missing or empty. Prints a
 /// remark if the folder cannot be listed.
-qm::common::WideString FullFolder(const std::optional<std::string>& folder) {
+qm::common::WideString ResolveFolder(const std::optional<std::string>& folder) {
   if (!folder || folder->empty()) {
     return {};
   }
@@ -40,7 +40,7 @@ qm::common::WideString FullFolder(const std::optional<std::string>& folder) {
   if (listing == qm::common::ListingOutcome::Missing) {
     PrintRemark(qm::text::ToUtf8(path) + ": folder not found");
   } else if (listing == qm::common::ListingOutcome::Unavailable) {
-    PrintRemark(qm::text::ToUtf8(path) + ": cannot list the folder: " + SystemSentence(code));
+    PrintRemark(qm::text::ToUtf8(path) + ": cannot list the folder: " + FormatSystemError(code));
   }
   return path;
 }
@@ -65,15 +65,15 @@ void ApplyCatalogSettings(const CatalogSettings& settings) {
   qm::common::WideString searchPath;
   for (const std::string& folder : settings.folders) {
     searchPath += searchPath.empty() ? L"" : L",";
-    searchPath += FullFolder(folder);
+    searchPath += ResolveFolder(folder);
   }
   SetVariable(L"QM_MODULE_PATH", searchPath);
   SetVariable(L"QM_USER_MODULE_PATH", {});
-  SetVariable(L"QM_GALLERY_ROOT", FullFolder(settings.galleryRoot));
-  const qm::common::WideString indexFolder = FullFolder(settings.indexFolder);
+  SetVariable(L"QM_GALLERY_ROOT", ResolveFolder(settings.galleryRoot));
+  const qm::common::WideString indexFolder = ResolveFolder(settings.indexFolder);
   SetVariable(L"QM_FILE_INDEX_DIR", indexFolder);
   SetVariable(L"QM_MODULE_INDEX_DIR", indexFolder);
-  SetVariable(L"QM_DATA_DIR", FullFolder(settings.dataFolder));
+  SetVariable(L"QM_DATA_DIR", ResolveFolder(settings.dataFolder));
 }
 
 }  // namespace mmcat

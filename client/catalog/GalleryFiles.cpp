@@ -19,7 +19,7 @@ namespace {
 constexpr std::wstring_view kExtension = L".ini";
 
 /// The value of the first line with a name; empty if there is none.
-std::string Value(const std::vector<IniLine>& lines, const char* name) {
+std::string FindValue(const std::vector<IniLine>& lines, const char* name) {
   const std::string folded = qm::text::FoldCase(name);
   const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {
     return qm::text::FoldCase(line.name) == folded;
@@ -27,11 +27,11 @@ std::string Value(const std::vector<IniLine>& lines, const char* name) {
   return found == lines.end() ? "" : found->value;
 }
 
-void Read(GalleryFile& file) {
+void ReadGalleryFile(GalleryFile& file) {
   const std::vector<IniLine> lines = ReadIniSection(file.path, L"MergeModule");
-  file.moduleId = Value(lines, "ModuleID");
-  file.version = Value(lines, "Version");
-  const long language = std::strtol(Value(lines, "Language").c_str(), nullptr, 10);
+  file.moduleId = FindValue(lines, "ModuleID");
+  file.version = FindValue(lines, "Version");
+  const long language = std::strtol(FindValue(lines, "Language").c_str(), nullptr, 10);
   if (!file.moduleId.empty()) {
     file.key =
         qm::text::ToUtf8(qm::common::MakeModuleKey(qm::text::ToWide(file.moduleId), language));
@@ -59,7 +59,7 @@ std::vector<GalleryFile> ReadGalleryFiles() {
     file.packageCode =
         qm::text::ToUtf8(std::wstring_view(name).substr(0, name.size() - kExtension.size()));
     try {
-      Read(file);
+      ReadGalleryFile(file);
     } catch (const ServerFailure& failure) {
       file.failure = failure;
     }

@@ -26,7 +26,7 @@ namespace {
 
 /// The name of a file below the folder heading that it is listed under; the path of a gallery
 /// module.
-std::string FileInFolder(const ListedModule& module) {
+std::string ShortenPath(const ListedModule& module) {
   const size_t slash = module.path.find_last_of('\\');
   return module.fromGallery || slash == std::string::npos ? module.path
                                                           : module.path.substr(slash + 1);
@@ -64,7 +64,7 @@ std::string FormatModules(const std::vector<ListedModule>& modules) {
       table.AddLine(module.fromGallery ? "Object gallery" : module.origin);
     }
     previous = &module;
-    table.AddRow({module.key, module.version, std::to_string(module.language), FileInFolder(module),
+    table.AddRow({module.key, module.version, std::to_string(module.language), ShortenPath(module),
                   module.displayName});
   }
   return table.ToString("  ");

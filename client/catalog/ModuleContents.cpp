@@ -9,7 +9,7 @@ namespace mmcat {
 
 namespace {
 
-FileContents DescribeItem(IMMFile& file) {
+FileContents ReadItem(IMMFile& file) {
   return {ReadText(file, &IMMFile::get_Key),
           ReadText(file, &IMMFile::get_Directory),
           {},
@@ -20,14 +20,14 @@ FileContents DescribeItem(IMMFile& file) {
           ReadOptionalNumber(file, &IMMFile::get_Sequence)};
 }
 
-DependencyContents DescribeItem(IMMDependency& dependency) {
+DependencyContents ReadItem(IMMDependency& dependency) {
   return {ReadText(dependency, &IMMDependency::get_Key),
           ReadText(dependency, &IMMDependency::get_ModuleID),
           ReadOptionalNumber(dependency, &IMMDependency::get_Language),
           ReadText(dependency, &IMMDependency::get_Version)};
 }
 
-ExclusionContents DescribeItem(IMMExclusion& exclusion) {
+ExclusionContents ReadItem(IMMExclusion& exclusion) {
   return {ReadText(exclusion, &IMMExclusion::get_Key),
           ReadText(exclusion, &IMMExclusion::get_ModuleID),
           ReadText(exclusion, &IMMExclusion::get_Language),
@@ -35,13 +35,13 @@ ExclusionContents DescribeItem(IMMExclusion& exclusion) {
           ReadText(exclusion, &IMMExclusion::get_MaxVersion)};
 }
 
-std::string DescribeItem(IMMCustomAction& action) {
+std::string ReadItem(IMMCustomAction& action) {
   return ReadText(action, &IMMCustomAction::get_Name);
 }
 
-std::string DescribeItem(IMMDialog& dialog) { return ReadText(dialog, &IMMDialog::get_Name); }
+std::string ReadItem(IMMDialog& dialog) { return ReadText(dialog, &IMMDialog::get_Name); }
 
-DownloadFileContents DescribeItem(IMMGalleryDownloadFileCaskel& file) {
+DownloadFileContents ReadItem(IMMGalleryDownloadFileCaskel& file) {
   return {ReadText(file, &IMMGalleryDownloadFileCaskel::get_Location),
           ReadText(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
           ReadText(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
@@ -52,13 +52,13 @@ DownloadFileContents DescribeItem(IMMGalleryDownloadFileCaskel& file) {
 /// Fills `items` from a collection of the module. A failure leaves it empty and is added to
 /// `failures` under `part`.
 template <class Item, class Module, class Collection, class Value>
-void DescribeCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*property)(Collection**),
-                        const char* part, std::vector<Value>& items,
-                        std::vector<PartFailure>& failures) {
+void ReadCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*property)(Collection**),
+                    const char* part, std::vector<Value>& items,
+                    std::vector<PartFailure>& failures) {
   try {
     std::vector<Value> read;
     ForEachItem<Item>(*ReadObject(module, property),
-                      [&](Item& item) { read.push_back(DescribeItem(item)); });
+                      [&](Item& item) { read.push_back(ReadItem(item)); });
     items = std::move(read);
   } catch (const ServerFailure& failure) {
     failures.push_back({part, failure});
@@ -105,8 +105,8 @@ GalleryContents ReadGalleryContents(IMergeModule2& module, std::vector<PartFailu
     failures.push_back({"gallery", failure});
     return gallery;
   }
-  DescribeCollection<IMMGalleryDownloadFileCaskel>(
-      module, &IMergeModule2::get_DownloadFiles, "download files", gallery.downloadFiles, failures);
+  ReadCollection<IMMGalleryDownloadFileCaskel>(module, &IMergeModule2::get_DownloadFiles,
+                                               "download files", gallery.downloadFiles, failures);
   return gallery;
 }
 
@@ -125,17 +125,16 @@ ModuleContents ReadModuleContents(IMergeModule2& newestModule) {
   description.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
 
   auto& failures = description.failures;
-  DescribeCollection<IMMFile>(module, &IMergeModule::get_Files, "files", description.files,
-                              failures);
+  ReadCollection<IMMFile>(module, &IMergeModule::get_Files, "files", description.files, failures);
   ResolveTargetPaths(description);
-  DescribeCollection<IMMDependency>(module, &IMergeModule::get_Dependencies, "dependencies",
-                                    description.dependencies, failures);
-  DescribeCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, "exclusions",
-                                   description.exclusions, failures);
-  DescribeCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions, "custom actions",
-                                      description.customActions, failures);
-  DescribeCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
-                                failures);
+  ReadCollection<IMMDependency>(module, &IMergeModule::get_Dependencies, "dependencies",
+                                description.dependencies, failures);
+  ReadCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, "exclusions",
+                               description.exclusions, failures);
+  ReadCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions, "custom actions",
+                                  description.customActions, failures);
+  ReadCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
+                            failures);
   description.gallery = ReadGalleryContents(newestModule, failures);
   return description;
 }

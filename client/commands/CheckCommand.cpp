@@ -24,17 +24,17 @@ class TargetPaths {
  public:
   TargetPaths(const CatalogFacts& catalog, Report& report) : m_catalog(catalog), m_report(report) {}
 
-  std::string Find(size_t module, const std::string& directory) {
+  std::string FindPath(size_t module, const std::string& directory) {
     const auto known = m_directories.find(module);
     const qm::msidb::TargetDirectoryMap& directories =
-        known == m_directories.end() ? Resolve(module) : known->second;
+        known == m_directories.end() ? ResolveDirectories(module) : known->second;
     const auto found = directories.find(qm::text::ToWide(directory));
-    return found == directories.end() ? "" : FolderText(found->second);
+    return found == directories.end() ? "" : FormatFolder(found->second);
   }
 
  private:
   /// The path with its root, which distinguishes folders of the same name.
-  static std::string FolderText(const qm::msidb::TargetDirectory& directory) {
+  static std::string FormatFolder(const qm::msidb::TargetDirectory& directory) {
     const std::string path = qm::text::ToUtf8(directory.path);
     const bool namesRoot = !path.empty() && path.front() == '[';
     return namesRoot || directory.root.empty()
@@ -42,7 +42,7 @@ class TargetPaths {
                : '[' + qm::text::ToUtf8(directory.root) + ']' + path;
   }
 
-  const qm::msidb::TargetDirectoryMap& Resolve(size_t module) {
+  const qm::msidb::TargetDirectoryMap& ResolveDirectories(size_t module) {
     qm::msidb::TargetDirectoryMap& directories = m_directories[module];
     for (const qm::merge::DeliveredFile& file : m_catalog.moduleDetails[module].files) {
       directories.try_emplace(qm::text::ToWide(file.directory));
@@ -82,7 +82,7 @@ void ReadDownloads(CatalogFacts& catalog, Report& report) {
   }
 }
 
-std::vector<size_t> AllPositions(size_t count) {
+std::vector<size_t> MakeAllPositions(size_t count) {
   std::vector<size_t> positions(count);
   for (size_t position = 0; position < count; ++position) {
     positions[position] = position;
@@ -92,8 +92,8 @@ std::vector<size_t> AllPositions(size_t count) {
 
 /// The modules of the keys and everything they need. If a key matches no module, prints a remark
 /// and returns nothing.
-std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogFacts& catalog,
-                            const qm::merge::MergeSet& set) {
+std::vector<size_t> FindScope(const std::vector<std::string>& keys, const CatalogFacts& catalog,
+                              const qm::merge::MergeSet& set) {
   std::vector<size_t> wanted;
   for (const std::string& key : keys) {
     const std::vector<size_t> positions = set.FindByKey(key);
@@ -110,20 +110,20 @@ std::vector<size_t> ScopeOf(const std::vector<std::string>& keys, const CatalogF
   return scope;
 }
 
-std::string Count(size_t count, const std::string& what) {
+std::string FormatCount(size_t count, const std::string& what) {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-std::string FindingsText(const std::vector<qm::merge::Finding>& findings, size_t modules) {
+std::string FormatFindings(const std::vector<qm::merge::Finding>& findings, size_t modules) {
   std::string text;
   for (const qm::merge::Finding& finding : findings) {
     text += MarkHighlight(finding.code) + ": " + MakePrintable(finding.text) + '\n';
   }
-  return text + (findings.empty() ? "No findings" : Count(findings.size(), "finding")) + " in " +
-         Count(modules, "module") + '\n';
+  return text + (findings.empty() ? "No findings" : FormatCount(findings.size(), "finding")) +
+         " in " + FormatCount(modules, "module") + '\n';
 }
 
-Json FindingsJson(const std::vector<qm::merge::Finding>& findings) {
+Json MakeFindingsJson(const std::vector<qm::merge::Finding>& findings) {
   Json list = Json::array();
   for (const qm::merge::Finding& finding : findings) {
     list.push_back({{"code", finding.code}, {"modules", finding.modules}, {"text", finding.text}});
@@ -147,7 +147,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   ReadDownloads(catalog, report);
   const qm::merge::MergeSet set(catalog.mergeModules);
   const std::vector<size_t> scope =
-      keys.empty() ? AllPositions(catalog.modules.size()) : ScopeOf(keys, catalog, set);
+      keys.empty() ? MakeAllPositions(catalog.modules.size()) : FindScope(keys, catalog, set);
   report.Document()["modules"] = scope.size();
   report.Document()["findings"] = Json::array();
   if (!keys.empty() && scope.empty()) {
@@ -155,16 +155,17 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   }
   TargetPaths paths(catalog, report);
   std::vector<qm::merge::Finding> findings = qm::merge::CheckModules(
-      set, catalog.moduleDetails, scope,
-      [&](size_t module, const std::string& directory) { return paths.Find(module, directory); });
+      set, catalog.moduleDetails, scope, [&](size_t module, const std::string& directory) {
+        return paths.FindPath(module, directory);
+      });
   if (keys.empty()) {
     const std::vector<qm::merge::Finding> ofIndexes =
         qm::merge::CheckIndexes(set, ReadIndexEntries(report));
     findings.insert(findings.end(), ofIndexes.begin(), ofIndexes.end());
     qm::merge::SortFindings(findings);
   }
-  report.Document()["findings"] = FindingsJson(findings);
-  report.Print(FindingsText(findings, scope.size()));
+  report.Document()["findings"] = MakeFindingsJson(findings);
+  report.Print(FormatFindings(findings, scope.size()));
   return report.Finish(findings.empty() ? kSuccess : kFindings);
 }
 

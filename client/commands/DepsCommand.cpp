@@ -16,14 +16,14 @@ struct Question {
   std::vector<size_t> wanted;
 };
 
-Json ModuleJson(const ListedModule& module) {
+Json MakeListedModuleJson(const ListedModule& module) {
   return {{"key", module.key},
           {"version", module.version},
           {"displayName", module.displayName},
           {"path", module.path}};
 }
 
-Json RequirementJson(const qm::merge::Requirement& requirement) {
+Json MakeRequirementJson(const qm::merge::Requirement& requirement) {
   return {{"moduleId", requirement.moduleId},
           {"language", requirement.language ? Json(*requirement.language) : Json(nullptr)},
           {"version", requirement.version}};
@@ -31,7 +31,7 @@ Json RequirementJson(const qm::merge::Requirement& requirement) {
 
 // ---- Order
 
-std::string CycleText(const Question& question, const std::vector<size_t>& cycle) {
+std::string FormatCycle(const Question& question, const std::vector<size_t>& cycle) {
   std::string text;
   for (const size_t position : cycle) {
     text += question.modules[position].key + " -> ";
@@ -39,7 +39,7 @@ std::string CycleText(const Question& question, const std::vector<size_t>& cycle
   return text + question.modules[cycle.front()].key;
 }
 
-std::string OrderText(const Question& question, const qm::merge::MergePlan& plan) {
+std::string FormatOrder(const Question& question, const qm::merge::MergePlan& plan) {
   TextTable order({"", "Module", "Version", "Needed by", "Reason", "Path"});
   int number = 0;
   for (const qm::merge::PlannedModule& planned : plan.modules) {
@@ -60,7 +60,7 @@ std::string OrderText(const Question& question, const qm::merge::MergePlan& plan
   if (!plan.cycles.empty()) {
     text += "\nDependency cycles\n";
     for (const std::vector<size_t>& cycle : plan.cycles) {
-      text += "  " + MakePrintable(CycleText(question, cycle)) + '\n';
+      text += "  " + MakePrintable(FormatCycle(question, cycle)) + '\n';
     }
   }
   return text;
@@ -69,7 +69,7 @@ std::string OrderText(const Question& question, const qm::merge::MergePlan& plan
 void AddOrderJson(const Question& question, const qm::merge::MergePlan& plan, Json& document) {
   Json order = Json::array();
   for (const qm::merge::PlannedModule& planned : plan.modules) {
-    Json module = ModuleJson(question.modules[planned.module]);
+    Json module = MakeListedModuleJson(question.modules[planned.module]);
     module["neededBy"] =
         planned.neededBy ? Json(question.modules[*planned.neededBy].key) : Json(nullptr);
     module["reason"] = planned.reason;
@@ -77,7 +77,7 @@ void AddOrderJson(const Question& question, const qm::merge::MergePlan& plan, Js
   }
   Json missing = Json::array();
   for (const qm::merge::MissingModule& one : plan.missing) {
-    Json requirement = RequirementJson(one.requirement);
+    Json requirement = MakeRequirementJson(one.requirement);
     requirement["neededBy"] = question.modules[one.neededBy].key;
     requirement["reason"] = one.reason;
     missing.push_back(std::move(requirement));
@@ -107,7 +107,7 @@ class TreeWriter {
     for (const size_t wanted : m_question.wanted) {
       Enter(wanted, "");
       while (!m_path.empty()) {
-        Step();
+        WriteNextRequirement();
       }
     }
     return std::move(m_text);
@@ -137,7 +137,7 @@ class TreeWriter {
     }
   }
 
-  void Step() {
+  void WriteNextRequirement() {
     Visit& visit = m_path.back();
     const auto& requirements = m_question.set.Modules()[visit.module].requirements;
     if (visit.nextRequirement == requirements.size()) {
@@ -175,7 +175,7 @@ std::vector<ReverseView> FindUsers(const Question& question) {
   return views;
 }
 
-std::string ReverseText(const Question& question, const std::vector<ReverseView>& views) {
+std::string FormatReverse(const Question& question, const std::vector<ReverseView>& views) {
   std::string text;
   for (const ReverseView& view : views) {
     const ListedModule& needed = question.modules[view.needed];
@@ -203,11 +203,11 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
   for (const ReverseView& view : views) {
     Json users = Json::array();
     for (const qm::merge::ModuleUser& user : view.users) {
-      Json module = ModuleJson(question.modules[user.module]);
+      Json module = MakeListedModuleJson(question.modules[user.module]);
       module["through"] = question.modules[user.through].key;
       users.push_back(std::move(module));
     }
-    Json needed = ModuleJson(question.modules[view.needed]);
+    Json needed = MakeListedModuleJson(question.modules[view.needed]);
     needed["neededBy"] = std::move(users);
     list.push_back(std::move(needed));
   }
@@ -260,12 +260,12 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   if (view == DepsView::Reverse) {
     const std::vector<ReverseView> users = FindUsers(question);
     AddReverseJson(question, users, report.Document());
-    report.Print(ReverseText(question, users));
+    report.Print(FormatReverse(question, users));
     return report.Finish();
   }
   const qm::merge::MergePlan plan = qm::merge::PlanMerge(set, question.wanted);
   AddOrderJson(question, plan, report.Document());
-  report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : OrderText(question, plan));
+  report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : FormatOrder(question, plan));
   return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
 }
 

@@ -31,7 +31,8 @@ std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
   return list;
 }
 
-std::string ExclusionsText(const CatalogFacts& catalog, const std::vector<ListedExclusion>& list) {
+std::string FormatExclusions(const CatalogFacts& catalog,
+                             const std::vector<ListedExclusion>& list) {
   if (list.empty()) {
     return "No exclusions\n";
   }
@@ -49,7 +50,8 @@ std::string ExclusionsText(const CatalogFacts& catalog, const std::vector<Listed
   return table.ToString("");
 }
 
-Json ExclusionsJson(const CatalogFacts& catalog, const std::vector<ListedExclusion>& exclusions) {
+Json MakeExclusionsJson(const CatalogFacts& catalog,
+                        const std::vector<ListedExclusion>& exclusions) {
   Json list = Json::array();
   for (const auto& [module, exclusion, hits] : exclusions) {
     Json hitModules = Json::array();
@@ -74,9 +76,9 @@ ExitCode Run(const OutputOptions& output) {
   const CatalogFacts catalog = ReadCatalogFacts(kExclusionTables, report);
   const std::vector<ListedExclusion> exclusions = ListExclusions(catalog);
   if (report.IsJson()) {
-    report.Document()["exclusions"] = ExclusionsJson(catalog, exclusions);
+    report.Document()["exclusions"] = MakeExclusionsJson(catalog, exclusions);
   } else {
-    report.Print(ExclusionsText(catalog, exclusions));
+    report.Print(FormatExclusions(catalog, exclusions));
   }
   return report.Finish();
 }

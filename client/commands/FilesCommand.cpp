@@ -9,7 +9,8 @@ namespace mmcat {
 
 namespace {
 
-std::string FilesText(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
+std::string FormatFiles(const CatalogFacts& catalog,
+                        const std::vector<qm::merge::FoundFile>& files) {
   if (files.empty()) {
     return "No files\n";
   }
@@ -21,7 +22,7 @@ std::string FilesText(const CatalogFacts& catalog, const std::vector<qm::merge::
   return table.ToString("");
 }
 
-Json FilesJson(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
+Json MakeFilesJson(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
   Json list = Json::array();
   for (const auto& [position, file] : files) {
     list.push_back({{"module", catalog.modules[position].key},
@@ -56,9 +57,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
     PrintRemark(pattern + ": no module has a matching file");
   }
   if (report.IsJson()) {
-    report.Document()["files"] = FilesJson(catalog, files);
+    report.Document()["files"] = MakeFilesJson(catalog, files);
   } else if (!nothingMatched) {
-    report.Print(FilesText(catalog, files));
+    report.Print(FormatFiles(catalog, files));
   }
   return report.Finish(nothingMatched ? kNothingMatched : kSuccess);
 }

@@ -35,10 +35,10 @@ class CatalogModules {
     });
   }
 
-  qm::common::ComPtr<IMergeModule> OfPackageCode(const std::string& code) const {
+  qm::common::ComPtr<IMergeModule> FindByPackageCode(const std::string& code) const {
     return Find(m_byPackageCode, code);
   }
-  qm::common::ComPtr<IMergeModule> OfKey(const std::string& key) const {
+  qm::common::ComPtr<IMergeModule> FindByKey(const std::string& key) const {
     return Find(m_byKey, key);
   }
 
@@ -54,7 +54,7 @@ class CatalogModules {
   Index m_byKey;
 };
 
-const char* StateOf(const GalleryContents& gallery) noexcept {
+const char* GetState(const GalleryContents& gallery) noexcept {
   if (gallery.present) {
     return gallery.needsDownload ? "newer" : "present";
   }
@@ -62,7 +62,7 @@ const char* StateOf(const GalleryContents& gallery) noexcept {
 }
 
 /// Fills the entry from the module that the catalog made from the description.
-void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
+void FillFromModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
   qm::common::ComPtr<IMergeModuleTavik> newestModule;
   ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
   if (ReadFlag(*newestModule, &IMergeModuleTavik::get_HasOrigin)) {
@@ -70,7 +70,7 @@ void DescribeModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
   }
   std::vector<PartFailure> failures;
   entry.gallery = ReadGalleryContents(*newestModule, failures);
-  entry.state = failures.empty() ? StateOf(entry.gallery) : "unreadable";
+  entry.state = failures.empty() ? GetState(entry.gallery) : "unreadable";
   for (const PartFailure& failed : failures) {
     report.AddFailure(entry.file.path, failed.part, failed.failure.HResult(),
                       failed.failure.what());
@@ -87,14 +87,14 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
     return entry;
   }
   if (const qm::common::ComPtr<IMergeModule> module =
-          modules.OfPackageCode(entry.file.packageCode)) {
-    DescribeModule(entry, *module, report);
+          modules.FindByPackageCode(entry.file.packageCode)) {
+    FillFromModule(entry, *module, report);
     return entry;
   }
   entry.state = "not listed";
   if (entry.file.moduleId.empty()) {
     entry.note = "names no module";
-  } else if (const qm::common::ComPtr<IMergeModule> other = modules.OfKey(entry.file.key)) {
+  } else if (const qm::common::ComPtr<IMergeModule> other = modules.FindByKey(entry.file.key)) {
     entry.supersededBy = ReadText(*other, &IMergeModule::get_Path);
     if (entry.supersededBy.empty()) {  // another description
       entry.supersededBy = ReadText(*other, &IMergeModule::get_PackageCode);
@@ -104,7 +104,7 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
   return entry;
 }
 
-std::string GalleryText(const std::vector<GalleryEntry>& entries) {
+std::string FormatGallery(const std::vector<GalleryEntry>& entries) {
   if (entries.empty()) {
     return "No gallery descriptions\n";
   }
@@ -127,7 +127,7 @@ std::string GalleryText(const std::vector<GalleryEntry>& entries) {
   return table.ToString("") + (hasFiles ? '\n' + files.ToString("  ") : "");
 }
 
-Json GalleryJson(const std::vector<GalleryEntry>& entries) {
+Json MakeGalleryJson(const std::vector<GalleryEntry>& entries) {
   Json list = Json::array();
   for (const GalleryEntry& entry : entries) {
     list.push_back({{"state", entry.state},
@@ -153,9 +153,9 @@ ExitCode Run(const OutputOptions& output) {
     entries.push_back(MakeEntry(std::move(file), modules, report));
   }
   if (report.IsJson()) {
-    report.Document()["descriptions"] = GalleryJson(entries);
+    report.Document()["descriptions"] = MakeGalleryJson(entries);
   } else {
-    report.Print(GalleryText(entries));
+    report.Print(FormatGallery(entries));
   }
   return report.Finish();
 }

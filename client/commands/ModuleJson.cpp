@@ -4,27 +4,29 @@ namespace mmcat {
 
 namespace {
 
-Json Number(const std::optional<long>& value) { return value ? Json(*value) : Json(nullptr); }
+Json MakeNumberOrNull(const std::optional<long>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
 
-Json ItemJson(const FileContents& file) {
+Json MakeItemJson(const FileContents& file) {
   return {{"key", file.key},
           {"directory", file.directory},
           {"targetPath", file.targetPath},
           {"fileName", file.fileName},
-          {"fileSize", Number(file.size)},
+          {"fileSize", MakeNumberOrNull(file.size)},
           {"version", file.version},
           {"language", file.language},
-          {"sequence", Number(file.sequence)}};
+          {"sequence", MakeNumberOrNull(file.sequence)}};
 }
 
-Json ItemJson(const DependencyContents& dependency) {
+Json MakeItemJson(const DependencyContents& dependency) {
   return {{"key", dependency.key},
           {"moduleId", dependency.moduleId},
-          {"language", Number(dependency.language)},
+          {"language", MakeNumberOrNull(dependency.language)},
           {"version", dependency.version}};
 }
 
-Json ItemJson(const ExclusionContents& exclusion) {
+Json MakeItemJson(const ExclusionContents& exclusion) {
   return {{"key", exclusion.key},
           {"moduleId", exclusion.moduleId},
           {"language", exclusion.language},
@@ -32,7 +34,7 @@ Json ItemJson(const ExclusionContents& exclusion) {
           {"maxVersion", exclusion.maxVersion}};
 }
 
-Json ItemJson(const DownloadFileContents& file) {
+Json MakeItemJson(const DownloadFileContents& file) {
   return {{"location", file.location},
           {"mediaLocation", file.mediaLocation},
           {"internetLocation", file.internetLocation},
@@ -41,10 +43,10 @@ Json ItemJson(const DownloadFileContents& file) {
 }
 
 template <class Item>
-Json ListJson(const std::vector<Item>& items) {
+Json MakeListJson(const std::vector<Item>& items) {
   Json list = Json::array();
   for (const Item& item : items) {
-    list.push_back(ItemJson(item));
+    list.push_back(MakeItemJson(item));
   }
   return list;
 }
@@ -52,23 +54,23 @@ Json ListJson(const std::vector<Item>& items) {
 }  // namespace
 
 Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files) {
-  return ListJson(files);
+  return MakeListJson(files);
 }
 
 Json MakeModuleJson(const ModuleContents& module) {
   return {{"path", module.path},
           {"key", module.key},
           {"moduleId", module.moduleId},
-          {"language", Number(module.language)},
+          {"language", MakeNumberOrNull(module.language)},
           {"version", module.version},
           {"displayName", module.displayName},
           {"subject", module.subject},
           {"author", module.author},
           {"comments", module.comments},
           {"packageCode", module.packageCode},
-          {"files", ListJson(module.files)},
-          {"dependencies", ListJson(module.dependencies)},
-          {"exclusions", ListJson(module.exclusions)},
+          {"files", MakeListJson(module.files)},
+          {"dependencies", MakeListJson(module.dependencies)},
+          {"exclusions", MakeListJson(module.exclusions)},
           {"customActions", module.customActions},
           {"dialogs", module.dialogs},
           {"present", module.gallery.present},

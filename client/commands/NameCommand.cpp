@@ -12,7 +12,7 @@ namespace {
 
 /// The display name from the index of module names, else from the first module with this key; empty
 /// if there is neither.
-std::string FindName(const Catalog& catalog, const std::string& key) {
+std::string FindDisplayName(const Catalog& catalog, const std::string& key) {
   std::string indexed = catalog.FindDisplayName(key);
   if (indexed != key) {
     return indexed;
@@ -41,7 +41,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& key = options.key;
   Report report("name", output);
   const Catalog catalog;
-  const std::string displayName = FindName(catalog, key);
+  const std::string displayName = FindDisplayName(catalog, key);
   report.Document().update({{"key", key}, {"displayName", displayName}});
   if (displayName.empty()) {
     PrintUnknownKey(catalog.Keys(), key);

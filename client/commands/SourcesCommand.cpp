@@ -16,14 +16,14 @@ struct ListedSource {
   std::string entry;  ///< the folder as the search path spells it
 };
 
-ListedSource Read(IMMSource& source) {
+ListedSource ReadSource(IMMSource& source) {
   return {ReadFlag(source, &IMMSource::get_SecondPass) ? 2 : 1,
           ReadNumber(*ReadObject(source, &IMMSource::get_MergeModules), &IMergeModules::get_Count),
           ReadText(source, &IMMSource::get_DisplayName), ReadText(source, &IMMSource::get_Folder),
           ReadText(source, &IMMSource::get_Entry)};
 }
 
-std::string SourcesText(const std::vector<ListedSource>& sources) {
+std::string FormatSources(const std::vector<ListedSource>& sources) {
   if (sources.empty()) {
     return "No search folders\n";
   }
@@ -35,7 +35,7 @@ std::string SourcesText(const std::vector<ListedSource>& sources) {
   return table.ToString("");
 }
 
-Json SourcesJson(const std::vector<ListedSource>& sources) {
+Json MakeSourcesJson(const std::vector<ListedSource>& sources) {
   Json list = Json::array();
   for (const ListedSource& source : sources) {
     list.push_back({{"pass", source.pass},
@@ -50,10 +50,10 @@ Json SourcesJson(const std::vector<ListedSource>& sources) {
 ExitCode Run(const OutputOptions& output) {
   std::vector<ListedSource> sources;
   ForEachItem<IMMSource>(*Catalog().Sources(),
-                         [&](IMMSource& source) { sources.push_back(Read(source)); });
+                         [&](IMMSource& source) { sources.push_back(ReadSource(source)); });
   Report report("sources", output);
-  report.Document()["sources"] = SourcesJson(sources);
-  report.Print(SourcesText(sources));
+  report.Document()["sources"] = MakeSourcesJson(sources);
+  report.Print(FormatSources(sources));
   return report.Finish();
 }
 

@@ -27,14 +27,14 @@ struct Delivery {
 };
 
 /// The name of a file without its path.
-std::string NameOfFile(const std::string& file) {
+std::string GetFileName(const std::string& file) {
   return file.substr(file.find_last_of("\\/:") + 1);
 }
 
 /// Asks the catalog, which looks in the index tables. The tables themselves are read for the names
 /// that match a pattern, and for which of them has the answer.
-std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& pattern,
-                                 Report& report) {
+std::vector<Delivery> FindInIndexes(const Catalog& catalog, const std::string& pattern,
+                                    Report& report) {
   const std::string wanted = qm::text::FoldCase(pattern);
   std::map<std::string, std::vector<qm::merge::IndexEntry>>
       entries;  // by file name, in the order of the tables
@@ -63,7 +63,8 @@ std::vector<Delivery> AskIndexes(const Catalog& catalog, const std::string& patt
   return deliveries;
 }
 
-void AskFileTables(const std::string& pattern, std::vector<Delivery>& deliveries, Report& report) {
+void FindInFileTables(const std::string& pattern, std::vector<Delivery>& deliveries,
+                      Report& report) {
   const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
   for (const auto& [position, file] : qm::merge::FindFiles(catalog.moduleDetails, pattern)) {
     const ListedModule& module = catalog.modules[position];
@@ -72,7 +73,7 @@ void AskFileTables(const std::string& pattern, std::vector<Delivery>& deliveries
   }
 }
 
-std::string DeliveriesText(const std::vector<Delivery>& deliveries) {
+std::string FormatDeliveries(const std::vector<Delivery>& deliveries) {
   TextTable table({"File", "Module", "Display name", "Source", "File key", "Directory", "Version",
                    "Module path"});
   for (const Delivery& delivery : deliveries) {
@@ -82,7 +83,7 @@ std::string DeliveriesText(const std::vector<Delivery>& deliveries) {
   return table.ToString("");
 }
 
-Json DeliveriesJson(const std::vector<Delivery>& deliveries) {
+Json MakeDeliveriesJson(const std::vector<Delivery>& deliveries) {
   Json list = Json::array();
   for (const Delivery& delivery : deliveries) {
     list.push_back({{"file", delivery.file},
@@ -108,17 +109,17 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& file = options.file;
   Report report("which", output);
-  const std::string pattern = NameOfFile(file);
-  std::vector<Delivery> deliveries = AskIndexes(Catalog(), pattern, report);
+  const std::string pattern = GetFileName(file);
+  std::vector<Delivery> deliveries = FindInIndexes(Catalog(), pattern, report);
   if (deliveries.empty() || qm::merge::HasWildcard(pattern)) {
-    AskFileTables(pattern, deliveries, report);
+    FindInFileTables(pattern, deliveries, report);
   }
-  report.Document().update({{"file", file}, {"deliveries", DeliveriesJson(deliveries)}});
+  report.Document().update({{"file", file}, {"deliveries", MakeDeliveriesJson(deliveries)}});
   if (deliveries.empty()) {
     PrintRemark(file + ": no module delivers this file");
     return report.Finish(kNothingMatched);
   }
-  report.Print(DeliveriesText(deliveries));
+  report.Print(FormatDeliveries(deliveries));
   return report.Finish();
 }
 

@@ -12,15 +12,15 @@ namespace {
 
 bool g_consoleFailed = false;
 
-HANDLE Output() noexcept { return ::GetStdHandle(STD_OUTPUT_HANDLE); }
+HANDLE GetOutputHandle() noexcept { return ::GetStdHandle(STD_OUTPUT_HANDLE); }
 
-bool IsForbidden() noexcept {
+bool AreColorsForbidden() noexcept {
   wchar_t value[2];
   return ::GetEnvironmentVariableW(L"NO_COLOR", value, 2) != 0;
 }
 
 /// How much of a text to write to a console at once: a limited amount that ends between characters.
-size_t SizeOfPiece(std::wstring_view text) noexcept {
+size_t MeasurePiece(std::wstring_view text) noexcept {
   constexpr size_t kMost = 8192;  // older consoles accept little more
   const size_t size = std::min(text.size(), kMost);
   return size < text.size() && IS_HIGH_SURROGATE(text[size - 1]) ? size - 1 : size;
@@ -30,7 +30,7 @@ void WriteToConsole(DWORD standardHandle, const std::string& text) {
   const std::wstring wide = qm::text::ToWide(text);
   std::wstring_view rest(wide);
   while (!rest.empty()) {
-    const size_t size = SizeOfPiece(rest);
+    const size_t size = MeasurePiece(rest);
     DWORD written = 0;
     if (!::WriteConsoleW(::GetStdHandle(standardHandle), rest.data(), static_cast<DWORD>(size),
                          &written, nullptr)) {
@@ -41,7 +41,7 @@ void WriteToConsole(DWORD standardHandle, const std::string& text) {
   }
 }
 
-void Write(DWORD standardHandle, FILE* stream, const std::string& text) {
+void WriteTo(DWORD standardHandle, FILE* stream, const std::string& text) {
   if (IsConsole(standardHandle)) {
     WriteToConsole(standardHandle, text);
   } else {
@@ -56,10 +56,10 @@ bool IsConsole(DWORD standardHandle) noexcept {
   return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
 }
 
-void WriteOutput(const std::string& text) { Write(STD_OUTPUT_HANDLE, stdout, text); }
+void WriteOutput(const std::string& text) { WriteTo(STD_OUTPUT_HANDLE, stdout, text); }
 
 void WriteError(const std::string& text) {
-  Write(STD_ERROR_HANDLE, stderr, text);
+  WriteTo(STD_ERROR_HANDLE, stderr, text);
   std::fflush(stderr);
 }
 
@@ -69,8 +69,8 @@ bool FlushOutput() noexcept {
 
 bool EnableColors() noexcept {
   DWORD mode = 0;
-  return !IsForbidden() && ::GetConsoleMode(Output(), &mode) &&
-         ::SetConsoleMode(Output(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  return !AreColorsForbidden() && ::GetConsoleMode(GetOutputHandle(), &mode) &&
+         ::SetConsoleMode(GetOutputHandle(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
 }
 
 ConsoleMode::ConsoleMode() noexcept {
@@ -78,12 +78,12 @@ ConsoleMode::ConsoleMode() noexcept {
   constexpr size_t kBufferSize = 65536;
   std::setvbuf(stdout, nullptr, _IOFBF, kBufferSize);
   std::setvbuf(stderr, nullptr, _IOFBF, kBufferSize);
-  ::GetConsoleMode(Output(), &m_previous);
+  ::GetConsoleMode(GetOutputHandle(), &m_previous);
 }
 
 ConsoleMode::~ConsoleMode() {
   if (m_previous) {
-    ::SetConsoleMode(Output(), m_previous);
+    ::SetConsoleMode(GetOutputHandle(), m_previous);
   }
 }
 

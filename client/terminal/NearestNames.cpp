@@ -10,7 +10,7 @@ namespace mmcat {
 namespace {
 
 /// The number of letters to insert, delete or replace to turn one text into the other.
-size_t EditDistance(const std::string& a, const std::string& b) {
+size_t MeasureEditDistance(const std::string& a, const std::string& b) {
   std::vector<size_t> row(b.size() + 1);
   for (size_t j = 0; j <= b.size(); ++j) {
     row[j] = j;
@@ -32,12 +32,12 @@ std::string ReadablePart(const std::string& name) {
 }
 
 /// How far a name is from what was wanted; 0 if it contains it.
-size_t Distance(const std::string& wanted, const std::string& name) {
+size_t MeasureDistance(const std::string& wanted, const std::string& name) {
   if (name.find(wanted) != std::string::npos) {
     return 0;
   }
-  return std::min(EditDistance(wanted, name),
-                  EditDistance(ReadablePart(wanted), ReadablePart(name)));
+  return std::min(MeasureEditDistance(wanted, name),
+                  MeasureEditDistance(ReadablePart(wanted), ReadablePart(name)));
 }
 
 }  // namespace
@@ -55,7 +55,7 @@ std::vector<std::string> FindNearestNames(const std::string& wanted,
   std::vector<std::pair<size_t, std::string>> found;
   for (const std::string& name : names) {
     const size_t distance =
-        name.size() > kLongest ? farthest + 1 : Distance(folded, qm::text::FoldCase(name));
+        name.size() > kLongest ? farthest + 1 : MeasureDistance(folded, qm::text::FoldCase(name));
     if (distance <= farthest) {
       found.emplace_back(distance, name);
     }

@@ -9,7 +9,7 @@ namespace mmcat {
 namespace {
 
 /// The number of characters in UTF-8 text, so that columns with accented names line up.
-size_t Width(const std::string& text) {
+size_t CountCharacters(const std::string& text) {
   return static_cast<size_t>(std::count_if(text.begin(), text.end(), [](char c) {
     return (static_cast<unsigned char>(c) & 0xC0U) != 0x80U;
   }));
@@ -45,7 +45,7 @@ std::string TextTable::ToString(const std::string& indent) const {
   std::vector<size_t> widths(m_rows.front().cells.size());
   for (const Row& row : m_rows) {
     for (size_t column = 0; !row.isLine && column < row.cells.size(); ++column) {
-      widths[column] = std::max(widths[column], Width(row.cells[column]));
+      widths[column] = std::max(widths[column], CountCharacters(row.cells[column]));
     }
   }
   std::string text;
@@ -54,7 +54,7 @@ std::string TextTable::ToString(const std::string& indent) const {
     for (size_t column = 0; column < row.cells.size(); ++column) {
       line += row.cells[column];
       if (!row.isLine) {
-        line.append(widths[column] - Width(row.cells[column]) + 2, ' ');
+        line.append(widths[column] - CountCharacters(row.cells[column]) + 2, ' ');
       }
     }
     line.erase(line.find_last_not_of(' ') + 1);

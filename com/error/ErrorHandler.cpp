@@ -19,7 +19,7 @@ struct ExceptionDeleter {
 
 // Reporting a failure neither throws nor uses the C++ heap, because memory may be short.
 
-void Trace(HRESULT hr, const wchar_t* description) noexcept {
+void TraceException(HRESULT hr, const wchar_t* description) noexcept {
   wchar_t number[16];
   ::wsprintfW(number, L"%i", hr);
   ::OutputDebugStringW(L"\nException caught: ");
@@ -45,7 +45,7 @@ common::UniqueBstr JoinContext(const wchar_t* description, const wchar_t* contex
 
 HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* description,
                const wchar_t* context) noexcept {
-  Trace(hr, description);
+  TraceException(hr, description);
   common::UniqueBstr message;
   if (context) {
     message = JoinContext(description, context);
@@ -54,7 +54,7 @@ HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* descriptio
 }
 
 HRESULT ReportOutOfMemory() noexcept {
-  Trace(E_OUTOFMEMORY, L"");
+  TraceException(E_OUTOFMEMORY, L"");
   ::SetErrorInfo(0, nullptr);  // one that another failure left would mislead
   return E_OUTOFMEMORY;
 }

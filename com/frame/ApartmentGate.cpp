@@ -59,22 +59,22 @@ void ApartmentGate::Enter() {
     }
     Append(waiter);
   }
-  if (!Wait(waiter)) {
+  if (!WaitForTurn(waiter)) {
     Raise(com_exception(
         HRESULT_FROM_WIN32(ERROR_TIMEOUT),
         common::WideString::Format(L"Other threads of this process have been using the "
                                    L"catalog for more than %u seconds.",
-                                   static_cast<unsigned>(m_limit / 1000))));
+                                   static_cast<unsigned>(m_timeoutMs / 1000))));
   }
 }
 
 /// Returns false if the waiter was not admitted in time.
-bool ApartmentGate::Wait(Waiter& waiter) {
+bool ApartmentGate::WaitForTurn(Waiter& waiter) {
   HANDLE event = waiter.event.Get();
   DWORD index = 0;
-  const HRESULT hr = ::CoWaitForMultipleHandles(0, m_limit, 1, &event, &index);
+  const HRESULT hr = ::CoWaitForMultipleHandles(0, m_timeoutMs, 1, &event, &index);
   if (hr == CO_E_NOTINITIALIZED) {
-    ::WaitForSingleObject(event, m_limit);  // a thread without an apartment receives no calls
+    ::WaitForSingleObject(event, m_timeoutMs);  // a thread without an apartment receives no calls
   }
   ::SetErrorInfo(0, nullptr);  // a call dispatched meanwhile may have set it
   const common::ExclusiveLock lock(m_lock);

@@ -15,10 +15,10 @@ namespace qm::com {
 /// gate back.
 class ApartmentGate {
  public:
-  static constexpr DWORD kLimit = 30000;
+  static constexpr DWORD kTimeoutMs = 30000;
 
   /// `limit` is the longest wait in milliseconds.
-  constexpr explicit ApartmentGate(DWORD limit = kLimit) noexcept : m_limit(limit) {}
+  constexpr explicit ApartmentGate(DWORD limit = kTimeoutMs) noexcept : m_timeoutMs(limit) {}
   ApartmentGate(const ApartmentGate&) = delete;
   ApartmentGate& operator=(const ApartmentGate&) = delete;
   ~ApartmentGate() = default;
@@ -41,9 +41,9 @@ class ApartmentGate {
 
   void Append(Waiter& waiter) noexcept;
   void Remove(Waiter& waiter) noexcept;
-  bool Wait(Waiter& waiter);
+  bool WaitForTurn(Waiter& waiter);
 
-  const DWORD m_limit;
+  const DWORD m_timeoutMs;
   SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards the members below; held for a few instructions
   DWORD m_owner = 0;              ///< thread identifier; 0 if there is no owner
   unsigned m_depth = 0;

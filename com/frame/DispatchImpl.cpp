@@ -11,7 +11,7 @@ namespace qm::com {
 
 namespace {
 
-void HandOnAsDispatch(VARIANT& result) noexcept {
+void ConvertToDispatch(VARIANT& result) noexcept {
   IDispatch* dispatch = nullptr;
   if (result.vt == VT_UNKNOWN && result.punkVal &&
       SUCCEEDED(result.punkVal->QueryInterface(__uuidof(IDispatch),
@@ -109,7 +109,7 @@ HRESULT TypeInfoHolder::Invoke(void* object, DISPID member, REFIID iid, WORD fla
   }
   hr = m_info.load()->Invoke(object, member, flags, parameters, result, exception, badArgument);
   if (SUCCEEDED(hr) && result) {
-    HandOnAsDispatch(*result);
+    ConvertToDispatch(*result);
   }
   return hr;
 }

@@ -23,7 +23,7 @@ bool IsLess(std::wstring_view a, std::wstring_view b) noexcept {
 
 /// Returns the type of a property getter whose only parameter is its return value; VT_EMPTY for any
 /// other function.
-VARTYPE TypeOfProperty(const FUNCDESC& function) noexcept {
+VARTYPE GetGetterType(const FUNCDESC& function) noexcept {
   const bool isProperty = function.invkind == INVOKE_PROPERTYGET && function.cParams == 1;
   if (!isProperty ||
       (function.lprgelemdescParam[0].paramdesc.wParamFlags & PARAMFLAG_FRETVAL) == 0) {
@@ -33,7 +33,7 @@ VARTYPE TypeOfProperty(const FUNCDESC& function) noexcept {
   return parameter.vt == VT_PTR ? parameter.lptdesc->vt : static_cast<VARTYPE>(VT_EMPTY);
 }
 
-bool IsKnownType(VARTYPE type) noexcept {
+bool IsGetterType(VARTYPE type) noexcept {
   return type == VT_BSTR || type == VT_I4 || type == VT_BOOL;
 }
 
@@ -99,8 +99,8 @@ void DispatchTable::AddMember(ITypeInfo& info, const FUNCDESC& function) {
     return;
   }
   m_names.push_back({std::wstring(common::ViewOf(name.Get())), function.memid});
-  const VARTYPE type = TypeOfProperty(function);
-  if (IsKnownType(type)) {
+  const VARTYPE type = GetGetterType(function);
+  if (IsGetterType(type)) {
     const unsigned slot = static_cast<unsigned>(function.oVft) / sizeof(void*);
     m_getters.push_back({function.memid, slot, type});
   }

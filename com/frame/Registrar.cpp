@@ -15,7 +15,7 @@ namespace qm::com {
 
 namespace {
 
-void ThrowIfRegistryFailed(LSTATUS status) {
+void RaiseIfRegistryFailed(LSTATUS status) {
   RaiseIfFailed(HResultFromCode(static_cast<DWORD>(status)));
 }
 
@@ -23,9 +23,9 @@ void ThrowIfRegistryFailed(LSTATUS status) {
 /// `name` means the default value.
 void SetValue(const common::WideString& key, const wchar_t* name, const common::WideString& value) {
   common::UniqueRegistryKey handle;
-  ThrowIfRegistryFailed(::RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0,
+  RaiseIfRegistryFailed(::RegCreateKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, nullptr, 0,
                                           KEY_SET_VALUE, nullptr, handle.Put(), nullptr));
-  ThrowIfRegistryFailed(
+  RaiseIfRegistryFailed(
       ::RegSetValueExW(handle.Get(), name, 0, REG_SZ, reinterpret_cast<const BYTE*>(value.c_str()),
                        static_cast<DWORD>((value.length() + 1) * sizeof(wchar_t))));
 }
@@ -33,21 +33,21 @@ void SetValue(const common::WideString& key, const wchar_t* name, const common::
 void DeleteKey(const common::WideString& key) {
   const LSTATUS status = ::RegDeleteTreeW(HKEY_CLASSES_ROOT, key.c_str());
   if (status != ERROR_FILE_NOT_FOUND) {
-    ThrowIfRegistryFailed(status);
+    RaiseIfRegistryFailed(status);
   }
 }
 
-common::WideString TextOf(REFGUID guid) {
+common::WideString FormatGuid(REFGUID guid) {
   wchar_t text[39];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
   return text;
 }
 
-common::WideString ClassKey(const ObjectMapEntry& entry) {
-  return common::WideString(L"CLSID\\") + TextOf(*entry.clsid);
+common::WideString MakeClassKey(const ObjectMapEntry& entry) {
+  return common::WideString(L"CLSID\\") + FormatGuid(*entry.clsid);
 }
 
-common::WideString StringResource(HINSTANCE instance, UINT id) {
+common::WideString LoadStringResource(HINSTANCE instance, UINT id) {
   const wchar_t* text = nullptr;
   // With a buffer size of 0, LoadStringW returns the address of the resource itself, which is not
   // null-terminated.
@@ -56,8 +56,8 @@ common::WideString StringResource(HINSTANCE instance, UINT id) {
 }
 
 void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE instance) {
-  const common::WideString clsid = TextOf(*entry.clsid);
-  const common::WideString description = StringResource(instance, entry.descriptionId);
+  const common::WideString clsid = FormatGuid(*entry.clsid);
+  const common::WideString description = LoadStringResource(instance, entry.descriptionId);
 
   const common::WideString versioned(entry.progId);
   SetValue(versioned, nullptr, description);
@@ -68,12 +68,12 @@ void RegisterClass(const ObjectMapEntry& entry, REFGUID library, HINSTANCE insta
   SetValue(current + L"\\CLSID", nullptr, clsid);
   SetValue(current + L"\\CurVer", nullptr, versioned);
 
-  const common::WideString key = ClassKey(entry);
+  const common::WideString key = MakeClassKey(entry);
   SetValue(key, nullptr, description);
   SetValue(key + L"\\ProgID", nullptr, versioned);
   SetValue(key + L"\\VersionIndependentProgID", nullptr, current);
   SetValue(key + L"\\Programmable", nullptr, common::WideString());
-  SetValue(key + L"\\TypeLib", nullptr, TextOf(library));
+  SetValue(key + L"\\TypeLib", nullptr, FormatGuid(library));
   SetValue(key + L"\\InprocServer32", nullptr, DllPath(instance));
   SetValue(key + L"\\InprocServer32", L"ThreadingModel", L"Apartment");
 }
@@ -126,7 +126,7 @@ void UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
     const ObjectMapEntry& entry = objects.entries[i];
     DeleteKey(entry.progId);
     DeleteKey(entry.versionIndependentProgId);
-    DeleteKey(ClassKey(entry));
+    DeleteKey(MakeClassKey(entry));
   }
   if (objects.interfaceLibrary) {
     UnregisterLibrary(*objects.interfaceLibrary, GetInterfaceLibraryPath(objects, instance));

@@ -9,7 +9,7 @@ namespace qm::com {
 
 namespace {
 
-constexpr int kMostSlots = 8;  // further ones are not recorded
+constexpr int kMaxSlots = 8;  // further ones are not recorded
 
 /// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note works
 /// on the constant-initialised object. This is the first static object to be constructed and hence
@@ -27,7 +27,7 @@ class ThreadSlots {
 
   void Note(DWORD slot) noexcept {
     const LONG place = ::InterlockedIncrement(&m_count) - 1;
-    if (place < kMostSlots) {
+    if (place < kMaxSlots) {
       m_slots[place] = slot;
     } else {
       ::InterlockedDecrement(&m_count);
@@ -35,13 +35,13 @@ class ThreadSlots {
   }
 
  private:
-  DWORD m_slots[kMostSlots] = {};
+  DWORD m_slots[kMaxSlots] = {};
   LONG m_count = 0;
 };
 
 ThreadSlots theSlots __attribute__((init_priority(101)));
 
-DWORD WINAPI TakeSlot() {
+DWORD WINAPI AllocateSlot() {
   const auto take = reinterpret_cast<DWORD(WINAPI*)()>(
       reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "TlsAlloc")));
   const DWORD slot = take();
@@ -55,7 +55,7 @@ DWORD WINAPI TakeSlot() {
 
 // Replaces the import of TlsAlloc for all code in this DLL.
 extern "C" {
-DWORD(WINAPI* g_importedTlsAlloc)() __asm__("__imp__TlsAlloc@0") = &TakeSlot;
+DWORD(WINAPI* g_importedTlsAlloc)() __asm__("__imp__TlsAlloc@0") = &AllocateSlot;
 }
 
 }  // namespace qm::com

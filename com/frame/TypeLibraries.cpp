@@ -14,8 +14,7 @@ namespace {
 
 TypeLibraries theLibraries;
 
-HRESULT LoadLibraryOrRegistered(const common::WideString& path, REFGUID libid,
-                                ITypeLib** out) noexcept {
+HRESULT LoadTypeLibrary(const common::WideString& path, REFGUID libid, ITypeLib** out) noexcept {
   const HRESULT hr = ::LoadTypeLibEx(path.c_str(), REGKIND_NONE, out);
   return SUCCEEDED(hr) ? hr : ::LoadRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, out);
 }
@@ -39,7 +38,7 @@ HRESULT TypeLibraries::Get(TypeLibrary library, ITypeLib** out) noexcept {
     }
     common::ComPtr<ITypeLib> loaded;
     const HRESULT hr = RunAtBoundary(GUID_NULL, [&] {
-      return LoadLibraryOrRegistered(
+      return LoadTypeLibrary(
           fromFile ? GetInterfaceLibraryPath(m_objects, m_instance) : DllPath(m_instance), *libid,
           loaded.Put());
     });

@@ -20,19 +20,19 @@ namespace {
 
 /// Raises `hr`. The description begins with the DLL's name; the rest is from the thread's error
 /// object, or else the system's message.
-[[noreturn]] void RaiseFor(const wchar_t* dll, HRESULT hr) {
+[[noreturn]] void RaiseDllFailure(const wchar_t* dll, HRESULT hr) {
   com_exception failure(hr);
   failure.description = common::WideString(dll) + L": " + failure.description;
   Raise(failure);
 }
 
-[[noreturn]] void RaiseFor(const wchar_t* dll, DWORD code) {
+[[noreturn]] void RaiseDllFailure(const wchar_t* dll, DWORD code) {
   ::SetErrorInfo(0, nullptr);  // a Win32 failure has no error object
-  RaiseFor(dll, HResultFromCode(code));
+  RaiseDllFailure(dll, HResultFromCode(code));
 }
 
 /// Returns the current folder; empty if the system does not report it.
-std::wstring CurrentFolder() {
+std::wstring GetCurrentFolder() {
   const DWORD size = ::GetCurrentDirectoryW(0, nullptr);
   std::wstring folder(size, L'\0');
   folder.resize(::GetCurrentDirectoryW(size, folder.data()));
@@ -44,7 +44,7 @@ common::DllWide<ComponentLoader> theLoader;
 /// Returns an exported function, or null. Casts through void*, because the compiler warns about
 /// casts between function types.
 template <class Function>
-Function ExportOf(HMODULE module, const char* name) noexcept {
+Function GetExport(HMODULE module, const char* name) noexcept {
   return reinterpret_cast<Function>(reinterpret_cast<void*>(::GetProcAddress(module, name)));
 }
 
@@ -138,7 +138,7 @@ HMODULE ComponentLoader::TryLoad(const wchar_t* dll, const common::WideString& p
   const common::ScopeGuard mode([&]() noexcept { ::SetThreadErrorMode(previousMode, nullptr); });
   // A DLL finds its own dependencies beside it only if that is the current folder, which is changed
   // only if it can be restored.
-  const std::wstring previousFolder = CurrentFolder();
+  const std::wstring previousFolder = GetCurrentFolder();
   if (!previousFolder.empty()) {
     ::SetCurrentDirectoryW(common::ParentFolder(path).c_str());
   }
@@ -171,11 +171,11 @@ void* ComponentLoader::GetFunctionAddress(const wchar_t* dll, const char* name) 
     module = TryLoad(dll, path, code);
   }
   if (!module) {
-    RaiseFor(dll, code);
+    RaiseDllFailure(dll, code);
   }
-  void* const address = ExportOf<void*>(module, name);
+  void* const address = GetExport<void*>(module, name);
   if (!address) {
-    RaiseFor(dll, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
+    RaiseDllFailure(dll, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
   }
   return address;
 }
@@ -193,14 +193,14 @@ void ComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, voi
     if (FAILED(::CoCreateInstance(clsid, nullptr, anyServer, iid, out))) {
       // Reports why the product's own component failed to load, not that no other one is
       // registered.
-      RaiseFor(dll, code);
+      RaiseDllFailure(dll, code);
     }
     return;
   }
   const auto getClassObject =
-      ExportOf<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(module, "DllGetClassObject");
+      GetExport<HRESULT(WINAPI*)(REFCLSID, REFIID, void**)>(module, "DllGetClassObject");
   if (!getClassObject) {
-    RaiseFor(dll, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
+    RaiseDllFailure(dll, static_cast<DWORD>(ERROR_PROC_NOT_FOUND));
   }
   common::ComPtr<IClassFactory> factory;
   HRESULT hr =
@@ -212,7 +212,7 @@ void ComponentLoader::Create(const wchar_t* dll, REFCLSID clsid, REFIID iid, voi
     hr = E_UNEXPECTED;  // success without an object
   }
   if (FAILED(hr)) {
-    RaiseFor(dll, hr);
+    RaiseDllFailure(dll, hr);
   }
 }
 
@@ -223,7 +223,7 @@ void ComponentLoader::UnloadIdle() noexcept {
   }
   ReleaseQueuedReferences();  // they would keep siblings in use
   for (auto entry = m_loaded.begin(); entry != m_loaded.end();) {
-    const auto canUnload = ExportOf<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
+    const auto canUnload = GetExport<HRESULT(WINAPI*)()>(entry->second, "DllCanUnloadNow");
     if (canUnload && canUnload() == S_OK) {
       ::FreeLibrary(entry->second);
       entry = m_loaded.erase(entry);

@@ -13,7 +13,7 @@ namespace {
 constexpr const wchar_t* kElements[] = {L"Repositories", L"Repository", L"Property"};
 
 /// Processes the start tag of kElements[depth].
-void Take(XmlReader& document, size_t depth, RepositoryList& list) {
+void ReadStartTag(XmlReader& document, size_t depth, RepositoryList& list) {
   if (depth == 1) {
     list.emplace_back();
   } else if (depth == 2) {
@@ -24,7 +24,7 @@ void Take(XmlReader& document, size_t depth, RepositoryList& list) {
   }
 }
 
-RepositoryList Parse(XmlReader& document) {
+RepositoryList ParseRepositories(XmlReader& document) {
   constexpr auto raiseForRoot = [](XmlReader& at) {
     at.RaiseAtLine(WC_E_ROOTELEMENT, L"the root element is not <Repositories>");
   };
@@ -42,7 +42,7 @@ RepositoryList Parse(XmlReader& document) {
       }
       hasRoot = true;
       if (counts) {
-        Take(document, depth, list);
+        ReadStartTag(document, depth, list);
       }
       if (!document.IsEmptyElement()) {
         known += counts;
@@ -70,7 +70,7 @@ std::shared_ptr<const RepositoryList> ReadRepositories(const common::WideString&
     return std::make_shared<const RepositoryList>();
   }
   XmlReader document(path, ReadAllBytes(file, path));
-  return std::make_shared<const RepositoryList>(Parse(document));
+  return std::make_shared<const RepositoryList>(ParseRepositories(document));
 }
 
 bool IsMissingFile(unsigned long code) noexcept {

@@ -41,7 +41,7 @@ common::FileStamp CRepositoryMgr::ReadStamp(const common::WideString& path) {
       !IsMissingFile(::GetLastError())) {
     RaiseLastFileError(path);
   }
-  return common::FileStamp::Of(data);
+  return common::FileStamp::From(data);
 }
 
 }  // namespace qm::siblings

@@ -11,7 +11,7 @@ namespace qm::siblings {
 namespace {
 
 /// The maximum number of names that are searched linearly; most sections have fewer.
-constexpr size_t kFewNames = 16;
+constexpr size_t kMaxLinearSearch = 16;
 
 bool IsLineBreak(wchar_t c) noexcept { return c == L'\n' || c == L'\r'; }
 
@@ -50,25 +50,26 @@ void IniDocument::AddLine(std::wstring_view line) {
   }
   if (line.front() == L'[') {
     line = line.substr(1, line.rfind(L']') - 1);  // the rest of the line if it has no "]"
-    m_sections.push_back({PlaceOf(Trim(line)), static_cast<uint32_t>(m_keys.size()), 0});
+    m_sections.push_back({ToSpan(Trim(line)), static_cast<uint32_t>(m_keys.size()), 0});
   } else if (!m_sections.empty()) {
     const size_t nameEnd = std::min(line.find(L'='), line.size());
     const size_t valueBegin = std::min(nameEnd + 1, line.size());
     m_keys.push_back(
-        {PlaceOf(Trim(line.substr(0, nameEnd))), PlaceOf(Trim(line.substr(valueBegin)))});
+        {ToSpan(Trim(line.substr(0, nameEnd))), ToSpan(Trim(line.substr(valueBegin)))});
     ++m_sections.back().keyCount;
   }
 }
 
-IniDocument::Span IniDocument::PlaceOf(std::wstring_view part) const noexcept {
+IniDocument::Span IniDocument::ToSpan(std::wstring_view part) const noexcept {
   return {static_cast<uint32_t>(part.data() - m_text.data()), static_cast<uint32_t>(part.size())};
 }
 
-const IniDocument::Section* IniDocument::SectionAt(size_t position) const noexcept {
+const IniDocument::Section* IniDocument::GetSection(size_t position) const noexcept {
   return position < m_sections.size() ? &m_sections[position] : nullptr;
 }
 
-const IniDocument::Key* IniDocument::KeyAt(const Section& section, size_t position) const noexcept {
+const IniDocument::Key* IniDocument::GetKey(const Section& section,
+                                            size_t position) const noexcept {
   return position < section.keyCount ? &m_keys[section.firstKey + position] : nullptr;
 }
 
@@ -84,11 +85,11 @@ const IniDocument::Key* IniDocument::FindKey(const Section& section, std::wstrin
 
 /// Returns positions sorted by name; equal names stay in file order.
 template <class Entry>
-IniDocument::Order IniDocument::OrderOf(const Entry* entries, size_t count) const {
+IniDocument::Order IniDocument::SortByName(const Entry* entries, size_t count) const {
   Order order(count);
   std::iota(order.begin(), order.end(), 0);
   std::sort(order.begin(), order.end(), [&](uint32_t a, uint32_t b) {
-    const int result = text::CompareFolded(TextAt(entries[a].name), TextAt(entries[b].name));
+    const int result = text::CompareFolded(GetText(entries[a].name), GetText(entries[b].name));
     return result != 0 ? result < 0 : a < b;
   });
   return order;
@@ -98,22 +99,23 @@ template <class Entry, class GetOrder>
 const Entry* IniDocument::Find(const Entry* entries, size_t count, std::wstring_view name,
                                GetOrder getOrder) const {
   const Entry* const end = entries + count;
-  if (count <= kFewNames) {
+  if (count <= kMaxLinearSearch) {
     const Entry* const found = std::find_if(entries, end, [&](const Entry& entry) {
-      return entry.name.length == name.size() && text::CompareFolded(TextAt(entry.name), name) == 0;
+      return entry.name.length == name.size() &&
+             text::CompareFolded(GetText(entry.name), name) == 0;
     });
     return found != end ? found : nullptr;
   }
   Order& order = getOrder();
   if (order.empty()) {
-    order = OrderOf(entries, count);
+    order = SortByName(entries, count);
   }
   const auto place =
       std::lower_bound(order.begin(), order.end(), name, [&](uint32_t position, auto wanted) {
-        return text::CompareFolded(TextAt(entries[position].name), wanted) < 0;
+        return text::CompareFolded(GetText(entries[position].name), wanted) < 0;
       });
   const bool found =
-      place != order.end() && text::CompareFolded(TextAt(entries[*place].name), name) == 0;
+      place != order.end() && text::CompareFolded(GetText(entries[*place].name), name) == 0;
   return found ? entries + *place : nullptr;
 }
 

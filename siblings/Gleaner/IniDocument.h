@@ -45,14 +45,14 @@ class IniDocument {
   /// Reads and parses the file at `path`; see ReadText for its failures.
   static std::shared_ptr<const IniDocument> Load(const common::WideString& path);
 
-  std::wstring_view TextAt(Span span) const noexcept {
+  std::wstring_view GetText(Span span) const noexcept {
     return {m_text.data() + span.begin, span.length};
   }
 
   /// Lookups by position, counted from 0; null at the end. Sections and keys live as long as this
   /// object.
-  const Section* SectionAt(size_t position) const noexcept;
-  const Key* KeyAt(const Section& section, size_t position) const noexcept;
+  const Section* GetSection(size_t position) const noexcept;
+  const Key* GetKey(const Section& section, size_t position) const noexcept;
 
   /// Lookups by name; null if there is no such name. Throws std::bad_alloc.
   const Section* FindSection(std::wstring_view name) const;
@@ -62,10 +62,10 @@ class IniDocument {
   using Order = std::vector<uint32_t>;
 
   void AddLine(std::wstring_view line);
-  Span PlaceOf(std::wstring_view part) const noexcept;
+  Span ToSpan(std::wstring_view part) const noexcept;
 
   template <class Entry>
-  Order OrderOf(const Entry* entries, size_t count) const;
+  Order SortByName(const Entry* entries, size_t count) const;
   template <class Entry, class GetOrder>
   const Entry* Find(const Entry* entries, size_t count, std::wstring_view name,
                     GetOrder getOrder) const;

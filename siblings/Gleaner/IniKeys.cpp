@@ -10,11 +10,11 @@ void IniKey::Init(std::shared_ptr<const IniDocument> file, const IniDocument::Ke
 }
 
 STDMETHODIMP IniKey::get_Name(BSTR* name) {
-  return AnswerText(name, [&] { return m_pFile->TextAt(m_pKey->name); });
+  return AnswerText(name, [&] { return m_pFile->GetText(m_pKey->name); });
 }
 
 STDMETHODIMP IniKey::get_Value(BSTR* value) {
-  return AnswerText(value, [&] { return m_pFile->TextAt(m_pKey->value); });
+  return AnswerText(value, [&] { return m_pFile->GetText(m_pKey->value); });
 }
 
 void IniKeys::Init(std::shared_ptr<const IniDocument> file,
@@ -28,7 +28,7 @@ STDMETHODIMP IniKeys::get_Item(VARIANT index, IIniKey** key) {
     const common::CollectionIndex wanted(index);
     const IniDocument::Key* const found = wanted.IsKey()
                                               ? m_pFile->FindKey(*m_pSection, wanted.Key())
-                                              : m_pFile->KeyAt(*m_pSection, wanted.Position());
+                                              : m_pFile->GetKey(*m_pSection, wanted.Position());
     return found ? Create<IniKey>(m_pFile, *found) : nullptr;
   });
 }

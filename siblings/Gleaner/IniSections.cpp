@@ -12,7 +12,7 @@ void IniSection::Init(std::shared_ptr<const IniDocument> file,
 }
 
 STDMETHODIMP IniSection::get_Name(BSTR* name) {
-  return AnswerText(name, [&] { return m_pFile->TextAt(m_pSection->name); });
+  return AnswerText(name, [&] { return m_pFile->GetText(m_pSection->name); });
 }
 
 STDMETHODIMP IniSection::get_Keys(IIniKeys** keys) {
@@ -26,8 +26,9 @@ void IniSections::Init(std::shared_ptr<const IniDocument> file) noexcept {
 STDMETHODIMP IniSections::get_Item(VARIANT index, IIniSection** section) {
   return Answer(section, [&]() -> IIniSection* {
     const common::CollectionIndex wanted(index);
-    const IniDocument::Section* const found =
-        wanted.IsKey() ? m_pFile->FindSection(wanted.Key()) : m_pFile->SectionAt(wanted.Position());
+    const IniDocument::Section* const found = wanted.IsKey()
+                                                  ? m_pFile->FindSection(wanted.Key())
+                                                  : m_pFile->GetSection(wanted.Position());
     return found ? Create<IniSection>(m_pFile, *found) : nullptr;
   });
 }

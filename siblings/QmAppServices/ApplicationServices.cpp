@@ -13,16 +13,16 @@ namespace qm::siblings {
 
 namespace {
 
-common::WideString OwnFolder() {
+common::WideString GetDllFolder() {
   return common::ParentFolder(com::DllPath(com::ComServer::Instance().DllInstance()));
 }
 
-common::WideString CommonModules() {
+common::WideString GetCommonModulesFolder() {
   const common::WideString common = common::GetProgramFolder(common::kCommonFiles);
   return common.empty() ? common : common::JoinPath(common, L"Merge Modules");
 }
 
-std::optional<common::WideString> FromEnvironment(const wchar_t* variable) {
+std::optional<common::WideString> ReadEnvironment(const wchar_t* variable) {
   std::wstring value;
   // The size includes the terminator, so it is 0 only if the variable is not set.
   DWORD size = ::GetEnvironmentVariableW(variable, nullptr, 0);
@@ -39,79 +39,79 @@ std::optional<common::WideString> FromEnvironment(const wchar_t* variable) {
 
 /// Resolves a folder of the settings file. One that begins with a dot is relative to the folder of
 /// that file.
-common::WideString FromOwnFolder(const common::WideString& folder) {
+common::WideString ResolveFolder(const common::WideString& folder) {
   const bool isRelative = !folder.empty() && folder.c_str()[0] == L'.';
-  return isRelative ? common::ResolveFullPath(common::JoinPath(OwnFolder(), folder)) : folder;
+  return isRelative ? common::ResolveFullPath(common::JoinPath(GetDllFolder(), folder)) : folder;
 }
 
 /// The same for folders separated by commas.
-common::WideString AllFromOwnFolder(const common::WideString& folders) {
+common::WideString ResolveFolders(const common::WideString& folders) {
   common::WideString all;
   for (const common::WideString& folder : common::SplitCommaList(folders)) {
     all += all.empty() ? L"" : L",";
-    all += FromOwnFolder(folder);
+    all += ResolveFolder(folder);
   }
   return all;
 }
 
-std::optional<common::WideString> FromSettingsFile(const wchar_t* key) {
-  const common::WideString path = common::JoinPath(OwnFolder(), L"QmAppServices.ini");
+std::optional<common::WideString> ReadSetting(const wchar_t* key) {
+  const common::WideString path = common::JoinPath(GetDllFolder(), L"QmAppServices.ini");
   if (::GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
     return std::nullopt;
   }
   const std::shared_ptr<const IniDocument> file = IniDocument::Load(path);
   const IniDocument::Section* const section = file->FindSection(L"Services");
   const IniDocument::Key* const found = section ? file->FindKey(*section, key) : nullptr;
-  return found ? std::optional<common::WideString>(file->TextAt(found->value)) : std::nullopt;
+  return found ? std::optional<common::WideString>(file->GetText(found->value)) : std::nullopt;
 }
 
-common::WideString Folder(const wchar_t* variable, const wchar_t* key) {
-  if (const auto value = FromEnvironment(variable)) {
+common::WideString ReadFolder(const wchar_t* variable, const wchar_t* key) {
+  if (const auto value = ReadEnvironment(variable)) {
     return common::ExpandEnvironmentVariables(*value);
   }
-  if (const auto value = FromSettingsFile(key)) {
-    return FromOwnFolder(common::ExpandEnvironmentVariables(*value));
+  if (const auto value = ReadSetting(key)) {
+    return ResolveFolder(common::ExpandEnvironmentVariables(*value));
   }
-  return OwnFolder();
+  return GetDllFolder();
 }
 
 /// Returns a search path without expanding its variables: the caller splits it and expands each
 /// folder.
 std::optional<common::WideString> SearchPath(const wchar_t* variable, const wchar_t* key) {
-  if (auto value = FromEnvironment(variable)) {
+  if (auto value = ReadEnvironment(variable)) {
     return value;
   }
-  const auto value = FromSettingsFile(key);
-  return value ? std::optional<common::WideString>(AllFromOwnFolder(*value)) : std::nullopt;
+  const auto value = ReadSetting(key);
+  return value ? std::optional<common::WideString>(ResolveFolders(*value)) : std::nullopt;
 }
 
 }  // namespace
 
-HRESULT ApplicationServices::NotImplemented(BSTR* out) noexcept {
+HRESULT ApplicationServices::AnswerNotImplemented(BSTR* out) noexcept {
   return AnswerText(out, []() -> common::WideString { com::RaiseHResult(E_NOTIMPL); });
 }
 
 STDMETHODIMP ApplicationServices::get_GalleryRoot(BSTR* folder) {
-  return AnswerText(folder, [] { return Folder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
+  return AnswerText(folder, [] { return ReadFolder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
 }
 
 STDMETHODIMP ApplicationServices::get_FileIndexFolder(BSTR* folder) {
-  return AnswerText(folder, [] { return Folder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
+  return AnswerText(folder, [] { return ReadFolder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
 }
 
 STDMETHODIMP ApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
-  return AnswerText(folder, [] { return Folder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
+  return AnswerText(folder, [] { return ReadFolder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
 }
 
 STDMETHODIMP ApplicationServices::get_ModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
     const auto value = SearchPath(L"QM_MODULE_PATH", L"ModulePath");
-    return value ? *value : CommonModules();
+    return value ? *value : GetCommonModulesFolder();
   });
 }
 
 STDMETHODIMP ApplicationServices::get_DataFolder(BSTR* folder) {
-  return AnswerText(folder, [] { return Folder(L"QM_DATA_DIR", L"DataDir"); });
+  return AnswerText(folder, [] { return ReadFolder(L"QM_DATA_DIR", L"DataDir"); });
 }
 
 STDMETHODIMP ApplicationServices::get_UserModuleSearchPath(BSTR* path) {

@@ -15,17 +15,17 @@ class ApplicationServices
     : public ComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
   STDMETHOD(get_GalleryRoot)(BSTR* folder) override;
-  STDMETHOD(Reserved2)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved3)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved4)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved5)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved6)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved7)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved8)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved9)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved10)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved11)(BSTR* value) override { return NotImplemented(value); }
-  STDMETHOD(Reserved12)(BSTR* value) override { return NotImplemented(value); }
+  STDMETHOD(Reserved2)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved3)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved4)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved5)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved6)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved7)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved8)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved9)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved10)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved11)(BSTR* value) override { return AnswerNotImplemented(value); }
+  STDMETHOD(Reserved12)(BSTR* value) override { return AnswerNotImplemented(value); }
   STDMETHOD(get_FileIndexFolder)(BSTR* folder) override;
   STDMETHOD(get_ModuleIndexFolder)(BSTR* folder) override;
   STDMETHOD(get_ModuleSearchPath)(BSTR* path) override;
@@ -33,7 +33,7 @@ class ApplicationServices
   STDMETHOD(get_UserModuleSearchPath)(BSTR* path) override;
 
  private:
-  static HRESULT NotImplemented(BSTR* out) noexcept;
+  static HRESULT AnswerNotImplemented(BSTR* out) noexcept;
 };
 
 }  // namespace qm::siblings

@@ -6,7 +6,7 @@ namespace qm::docs {
 
 namespace {
 
-std::string Code(const std::string& text) { return '`' + text + '`'; }
+std::string FormatCode(const std::string& text) { return '`' + text + '`'; }
 
 /// Returns a link to the section of a type.
 std::string LinkTo(const std::string& name) {
@@ -18,7 +18,7 @@ std::string LinkTo(const std::string& name) {
 }
 
 /// Breaks a paragraph into lines.
-std::string Paragraph(const std::string& text) {
+std::string WrapParagraph(const std::string& text) {
   constexpr size_t kWidth = 120;
   std::string lines;
   size_t begin = 0;
@@ -36,29 +36,31 @@ std::string Paragraph(const std::string& text) {
   return lines + text.substr(begin) + "\n\n";
 }
 
-std::string Example(const Examples::Example& example) { return "    " + example.line + "\n\n"; }
+std::string FormatExample(const Examples::Example& example) {
+  return "    " + example.line + "\n\n";
+}
 
-std::string PlaceOf(const MemberDescription& member) {
+std::string FormatSlot(const MemberDescription& member) {
   return "slot " + std::to_string(member.slot) + ", DISPID " + std::to_string(member.id);
 }
 
 /// Returns the signatures, help and errors of a member, without a heading.
-std::string MemberBody(const MemberDescription& member, bool isCppOnly) {
+std::string FormatMember(const MemberDescription& member, bool isCppOnly) {
   std::string text;
   if (isCppOnly) {
-    text = Paragraph(Code(member.declaration) + ", " + PlaceOf(member) + "; C++ only");
+    text = WrapParagraph(FormatCode(member.declaration) + ", " + FormatSlot(member) + "; C++ only");
   } else {
-    text = Code(member.signature) + "  \n" +
-           Paragraph(Code(member.declaration) + ", " + PlaceOf(member));
+    text = FormatCode(member.signature) + "  \n" +
+           WrapParagraph(FormatCode(member.declaration) + ", " + FormatSlot(member));
   }
-  text += Paragraph(member.help);
+  text += WrapParagraph(member.help);
   if (!member.errors.empty()) {
-    text += Paragraph("Errors: " + member.errors);
+    text += WrapParagraph("Errors: " + member.errors);
   }
   return text;
 }
 
-std::string Contents(const std::vector<InterfaceDescription>& interfaces) {
+std::string FormatContents(const std::vector<InterfaceDescription>& interfaces) {
   std::string text;
   for (const InterfaceDescription& description : interfaces) {
     if (!description.IsCollection()) {
@@ -68,42 +70,44 @@ std::string Contents(const std::vector<InterfaceDescription>& interfaces) {
   return text;
 }
 
-std::string Classes(const std::vector<ClassDescription>& classes, Examples& examples) {
+std::string FormatClasses(const std::vector<ClassDescription>& classes, Examples& examples) {
   std::string text;
   for (const ClassDescription& description : classes) {
     text += "### " + description.name + "\n\n";
-    text += Paragraph("ProgID " + Code(description.programId) + ", class " +
-                      Code(description.guid) + ", interface " + LinkTo(description.interfaceName));
-    text += Paragraph(description.help);
-    text += Example(examples.Take(description.name));
+    text += WrapParagraph("ProgID " + FormatCode(description.programId) + ", class " +
+                          FormatCode(description.guid) + ", interface " +
+                          LinkTo(description.interfaceName));
+    text += WrapParagraph(description.help);
+    text += FormatExample(examples.Take(description.name));
   }
   return text;
 }
 
 /// Replaces the type of a collection's elements in `text` by the word "Element".
-std::string InGeneral(std::string text, const std::string& elementType) {
+std::string GeneralizeElementType(std::string text, const std::string& elementType) {
   for (size_t at = 0; (at = text.find(elementType, at)) != std::string::npos;) {
     text.replace(at, elementType.size(), "Element");
   }
   return text;
 }
 
-bool AreAlike(const InterfaceDescription& a, const InterfaceDescription& b) {
+bool HaveSameMembers(const InterfaceDescription& a, const InterfaceDescription& b) {
   const std::string& elementA = a.Find("Item")->resultType;
   const std::string& elementB = b.Find("Item")->resultType;
   if (a.members.size() != b.members.size() || a.base != b.base) {
     return false;
   }
   for (size_t i = 0; i < a.members.size(); ++i) {
-    if (InGeneral(MemberBody(a.members[i], false), elementA) !=
-        InGeneral(MemberBody(b.members[i], false), elementB)) {
+    if (GeneralizeElementType(FormatMember(a.members[i], false), elementA) !=
+        GeneralizeElementType(FormatMember(b.members[i], false), elementB)) {
       return false;
     }
   }
   return true;
 }
 
-std::string Collections(const std::vector<InterfaceDescription>& interfaces, Examples& examples) {
+std::string FormatCollections(const std::vector<InterfaceDescription>& interfaces,
+                              Examples& examples) {
   const InterfaceDescription* pattern = nullptr;
   std::string list;
   for (const InterfaceDescription& description : interfaces) {
@@ -112,13 +116,13 @@ std::string Collections(const std::vector<InterfaceDescription>& interfaces, Exa
     }
     if (!pattern) {
       pattern = &description;
-    } else if (!AreAlike(*pattern, description)) {
+    } else if (!HaveSameMembers(*pattern, description)) {
       throw std::runtime_error(description.name + " is no collection like the others");
     }
     list += "### " + description.name + "\n\n" +
-            Paragraph(Code(description.guid) + ", elements " +
-                      LinkTo(description.Find("Item")->resultType) + ". " + description.help) +
-            Example(examples.Take(description.name));
+            WrapParagraph(FormatCode(description.guid) + ", elements " +
+                          LinkTo(description.Find("Item")->resultType) + ". " + description.help) +
+            FormatExample(examples.Take(description.name));
   }
   if (!pattern) {
     throw std::runtime_error("there are no collections");
@@ -128,20 +132,21 @@ std::string Collections(const std::vector<InterfaceDescription>& interfaces, Exa
   for (const MemberDescription& member : pattern->members) {
     const Examples::Example& example = examples.Take("Collection." + member.name);
     text += "### Collection." + member.name + "\n\n" +
-            InGeneral(MemberBody(member, example.isCpp), pattern->Find("Item")->resultType) +
-            Example(example);
+            GeneralizeElementType(FormatMember(member, example.isCpp),
+                                  pattern->Find("Item")->resultType) +
+            FormatExample(example);
   }
   return text + list;
 }
 
-std::string Interface(const InterfaceDescription& description, Examples& examples) {
+std::string FormatInterface(const InterfaceDescription& description, Examples& examples) {
   std::string text = "## " + description.name + "\n\n";
-  text +=
-      Paragraph(Code(description.guid) + ", derived from " +
-                (description.base == "IDispatch" ? description.base : LinkTo(description.base)));
-  text += Paragraph(description.help);
+  text += WrapParagraph(
+      FormatCode(description.guid) + ", derived from " +
+      (description.base == "IDispatch" ? description.base : LinkTo(description.base)));
+  text += WrapParagraph(description.help);
   if (!description.errors.empty()) {
-    text += Paragraph("Errors of its members: " + description.errors);
+    text += WrapParagraph("Errors of its members: " + description.errors);
   }
 
   std::string reserved;
@@ -151,8 +156,8 @@ std::string Interface(const InterfaceDescription& description, Examples& example
                                member.name);
     }
     if (member.isHidden) {
-      reserved +=
-          "- " + Code(member.declaration) + ", " + PlaceOf(member) + ". " + member.help + '\n';
+      reserved += "- " + FormatCode(member.declaration) + ", " + FormatSlot(member) + ". " +
+                  member.help + '\n';
       continue;
     }
     const std::string name = description.name + '.' + member.name;
@@ -160,23 +165,24 @@ std::string Interface(const InterfaceDescription& description, Examples& example
     if (member.hasTypedOut && !example.isCpp) {
       throw std::runtime_error("scripts cannot call " + name + ": the example must be C++");
     }
-    text += "### " + name + "\n\n" + MemberBody(member, example.isCpp) + Example(example);
+    text += "### " + name + "\n\n" + FormatMember(member, example.isCpp) + FormatExample(example);
   }
   return reserved.empty() ? text : text + "Reserved:\n\n" + reserved + '\n';
 }
 
-std::string Interfaces(const std::vector<InterfaceDescription>& interfaces, Examples& examples) {
+std::string FormatInterfaces(const std::vector<InterfaceDescription>& interfaces,
+                             Examples& examples) {
   std::string text;
   for (const InterfaceDescription& description : interfaces) {
     if (!description.IsCollection()) {
-      text += Interface(description, examples);
+      text += FormatInterface(description, examples);
     }
   }
   return text;
 }
 
 /// Replaces the line `place` of the document by `text`.
-void Fill(std::string& document, const std::string& place, const std::string& text) {
+void FillPlaceholder(std::string& document, const std::string& place, const std::string& text) {
   const std::string line = '\n' + place + '\n';
   const size_t at = document.find(line);
   if (at == std::string::npos) {
@@ -194,10 +200,10 @@ std::string MakeAutomationDocument(const std::string& frame,
                                    const std::vector<InterfaceDescription>& interfaces,
                                    Examples examples) {
   std::string document = frame;
-  Fill(document, "@CONTENTS@", Contents(interfaces));
-  Fill(document, "@CLASSES@", Classes(classes, examples));
-  Fill(document, "@COLLECTIONS@", Collections(interfaces, examples));
-  Fill(document, "@INTERFACES@", Interfaces(interfaces, examples));
+  FillPlaceholder(document, "@CONTENTS@", FormatContents(interfaces));
+  FillPlaceholder(document, "@CLASSES@", FormatClasses(classes, examples));
+  FillPlaceholder(document, "@COLLECTIONS@", FormatCollections(interfaces, examples));
+  FillPlaceholder(document, "@INTERFACES@", FormatInterfaces(interfaces, examples));
   examples.RequireAllTaken();
   return document;
 }

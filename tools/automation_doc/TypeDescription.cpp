@@ -13,7 +13,7 @@ namespace qm::docs {
 
 namespace {
 
-void Check(HRESULT hr, const char* what) {
+void ThrowIfFailed(HRESULT hr, const char* what) {
   if (FAILED(hr)) {
     char text[16];
     std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
@@ -21,7 +21,7 @@ void Check(HRESULT hr, const char* what) {
   }
 }
 
-std::string GuidText(const GUID& guid) {
+std::string FormatGuid(const GUID& guid) {
   wchar_t text[40];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
   return text::ToUtf8(text);
@@ -29,16 +29,16 @@ std::string GuidText(const GUID& guid) {
 
 /// Owns what an ITypeInfo lends: the attributes of a type, or the description of a function.
 template <class T, void (STDMETHODCALLTYPE ITypeInfo::*release)(T*)>
-class Lent {
+class TypeInfoLoan {
  public:
-  explicit Lent(ITypeInfo& info) noexcept : m_info(info) {}
-  ~Lent() {
+  explicit TypeInfoLoan(ITypeInfo& info) noexcept : m_info(info) {}
+  ~TypeInfoLoan() {
     if (m_value) {
       (m_info.*release)(m_value);
     }
   }
-  Lent(const Lent&) = delete;
-  Lent& operator=(const Lent&) = delete;
+  TypeInfoLoan(const TypeInfoLoan&) = delete;
+  TypeInfoLoan& operator=(const TypeInfoLoan&) = delete;
 
   T** Put() noexcept { return &m_value; }
   const T* operator->() const noexcept { return m_value; }
@@ -47,16 +47,16 @@ class Lent {
   ITypeInfo& m_info;
   T* m_value = nullptr;
 };
-using Attributes = Lent<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
-using Function = Lent<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
+using Attributes = TypeInfoLoan<TYPEATTR, &ITypeInfo::ReleaseTypeAttr>;
+using Function = TypeInfoLoan<FUNCDESC, &ITypeInfo::ReleaseFuncDesc>;
 
 /// The name of a type or a member, and its help text split at "Errors: ".
 struct Documentation {
   Documentation(ITypeInfo& info, MEMBERID member) {
     common::UniqueBstr nameText;
     common::UniqueBstr helpText;
-    Check(info.GetDocumentation(member, nameText.Put(), helpText.Put(), nullptr, nullptr),
-          "GetDocumentation");
+    ThrowIfFailed(info.GetDocumentation(member, nameText.Put(), helpText.Put(), nullptr, nullptr),
+                  "GetDocumentation");
     name = text::ToUtf8(common::ViewOf(nameText.Get()));
     help = text::ToUtf8(common::ViewOf(helpText.Get()));
     if (help.empty()) {
@@ -77,20 +77,22 @@ struct Documentation {
 
 std::string NameOf(ITypeInfo& info) {
   common::UniqueBstr name;
-  Check(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr), "type name");
+  ThrowIfFailed(info.GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr),
+                "type name");
   return text::ToUtf8(common::ViewOf(name.Get()));
 }
 
-common::ComPtr<ITypeInfo> Referenced(ITypeInfo& info, HREFTYPE reference) {
+common::ComPtr<ITypeInfo> GetReferencedType(ITypeInfo& info, HREFTYPE reference) {
   common::ComPtr<ITypeInfo> referenced;
-  Check(info.GetRefTypeInfo(reference, referenced.Put()), "referenced type");
+  ThrowIfFailed(info.GetRefTypeInfo(reference, referenced.Put()), "referenced type");
   return referenced;
 }
 
-common::ComPtr<ITypeInfo> Implemented(ITypeInfo& info, int number) {
+common::ComPtr<ITypeInfo> GetImplementedType(ITypeInfo& info, int number) {
   HREFTYPE reference = 0;
-  Check(info.GetRefTypeOfImplType(static_cast<UINT>(number), &reference), "implemented type");
-  return Referenced(info, reference);
+  ThrowIfFailed(info.GetRefTypeOfImplType(static_cast<UINT>(number), &reference),
+                "implemented type");
+  return GetReferencedType(info, reference);
 }
 
 /// The name of a type for each of the two kinds of clients.
@@ -99,10 +101,10 @@ struct TypeNames {
   std::string cpp;
 };
 
-TypeNames NamesOfType(ITypeInfo& info, const TYPEDESC& type) {
+TypeNames GetTypeNames(ITypeInfo& info, const TYPEDESC& type) {
   switch (type.vt) {
     case VT_USERDEFINED: {
-      const std::string name = NameOf(*Referenced(info, type.hreftype));
+      const std::string name = NameOf(*GetReferencedType(info, type.hreftype));
       return {name, name};
     }
     case VT_I4:
@@ -129,16 +131,16 @@ TypeNames NamesOfParameter(ITypeInfo& info, const ELEMDESC& parameter) {
   for (; type->vt == VT_PTR; type = type->lptdesc) {
     stars += '*';
   }
-  TypeNames names = NamesOfType(info, *type);
+  TypeNames names = GetTypeNames(info, *type);
   names.cpp += stars;
   return names;
 }
 
-std::vector<std::string> NamesOfParameters(ITypeInfo& info, const FUNCDESC& function) {
+std::vector<std::string> GetParameterNames(ITypeInfo& info, const FUNCDESC& function) {
   constexpr UINT kMost = 16;
   BSTR names[kMost] = {};
   UINT count = 0;
-  Check(info.GetNames(function.memid, names, kMost, &count), "GetNames");
+  ThrowIfFailed(info.GetNames(function.memid, names, kMost, &count), "GetNames");
   std::vector<std::string> texts;
   for (UINT i = 0; i < count; ++i) {
     texts.push_back(text::ToUtf8(common::ViewOf(common::UniqueBstr(names[i]).Get())));
@@ -171,7 +173,7 @@ void AppendTo(std::string& list, const std::string& text) {
 
 MemberDescription ReadMember(ITypeInfo& info, UINT index) {
   Function function(info);
-  Check(info.GetFuncDesc(index, function.Put()), "GetFuncDesc");
+  ThrowIfFailed(info.GetFuncDesc(index, function.Put()), "GetFuncDesc");
   const Documentation documentation(info, function->memid);
 
   MemberDescription member;
@@ -183,7 +185,7 @@ MemberDescription ReadMember(ITypeInfo& info, UINT index) {
   member.slot = function->oVft / static_cast<int>(sizeof(void*)) - kDispatchSlots + 1;
   member.isHidden = (function->wFuncFlags & FUNCFLAG_FHIDDEN) != 0;
 
-  const std::vector<std::string> names = NamesOfParameters(info, **function.Put());
+  const std::vector<std::string> names = GetParameterNames(info, **function.Put());
   std::string forScripts;
   std::string forCpp;
   for (int i = 0; i < function->cParams; ++i) {
@@ -223,17 +225,17 @@ MemberDescription ReadMember(ITypeInfo& info, UINT index) {
 
 InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
   constexpr int kVirtualTable = -1;
-  const common::ComPtr<ITypeInfo> table = Implemented(dispatch, kVirtualTable);
+  const common::ComPtr<ITypeInfo> table = GetImplementedType(dispatch, kVirtualTable);
   Attributes attributes(*table);
-  Check(table->GetTypeAttr(attributes.Put()), "GetTypeAttr");
+  ThrowIfFailed(table->GetTypeAttr(attributes.Put()), "GetTypeAttr");
 
   const Documentation documentation(dispatch, MEMBERID_NIL);
   InterfaceDescription description;
   description.name = documentation.name;
   description.help = documentation.help;
   description.errors = documentation.errors;
-  description.guid = GuidText(attributes->guid);
-  description.base = NameOf(*Implemented(*table, 0));
+  description.guid = FormatGuid(attributes->guid);
+  description.base = NameOf(*GetImplementedType(*table, 0));
   for (UINT i = 0; i < attributes->cFuncs; ++i) {
     description.members.push_back(ReadMember(*table, i));
   }
@@ -241,28 +243,28 @@ InterfaceDescription ReadInterface(ITypeInfo& dispatch) {
 }
 
 /// While in scope, makes COM find classes through a side-by-side manifest.
-class ManifestScope {
+class ScopedManifest {
  public:
-  explicit ManifestScope(const wchar_t* manifest) {
+  explicit ScopedManifest(const wchar_t* manifest) {
     ACTCTXW context{};
     context.cbSize = sizeof context;
     context.lpSource = manifest;
     m_context = ::CreateActCtxW(&context);
     if (m_context == INVALID_HANDLE_VALUE) {
-      Check(HRESULT_FROM_WIN32(::GetLastError()), "the manifest");
+      ThrowIfFailed(HRESULT_FROM_WIN32(::GetLastError()), "the manifest");
     }
     if (!::ActivateActCtx(m_context, &m_cookie)) {
       const DWORD error = ::GetLastError();
       ::ReleaseActCtx(m_context);
-      Check(HRESULT_FROM_WIN32(error), "the manifest");
+      ThrowIfFailed(HRESULT_FROM_WIN32(error), "the manifest");
     }
   }
-  ~ManifestScope() {
+  ~ScopedManifest() {
     ::DeactivateActCtx(0, m_cookie);
     ::ReleaseActCtx(m_context);
   }
-  ManifestScope(const ManifestScope&) = delete;
-  ManifestScope& operator=(const ManifestScope&) = delete;
+  ScopedManifest(const ScopedManifest&) = delete;
+  ScopedManifest& operator=(const ScopedManifest&) = delete;
 
  private:
   HANDLE m_context;
@@ -272,7 +274,7 @@ class ManifestScope {
 /// Returns the version-independent ProgID of a class.
 std::string ProgramIdOf(const CLSID& clsid) {
   wchar_t* text = nullptr;
-  Check(::ProgIDFromCLSID(clsid, &text), "a class that the manifest does not name");
+  ThrowIfFailed(::ProgIDFromCLSID(clsid, &text), "a class that the manifest does not name");
   std::string id = text::ToUtf8(text);
   ::CoTaskMemFree(text);
   return id.substr(0, id.rfind('.'));
@@ -280,23 +282,23 @@ std::string ProgramIdOf(const CLSID& clsid) {
 
 ClassDescription ReadClass(ITypeInfo& info) {
   Attributes attributes(info);
-  Check(info.GetTypeAttr(attributes.Put()), "GetTypeAttr");
+  ThrowIfFailed(info.GetTypeAttr(attributes.Put()), "GetTypeAttr");
   const Documentation documentation(info, MEMBERID_NIL);
-  return {documentation.name, GuidText(attributes->guid), ProgramIdOf(attributes->guid),
-          documentation.help, NameOf(*Implemented(info, 0))};
+  return {documentation.name, FormatGuid(attributes->guid), ProgramIdOf(attributes->guid),
+          documentation.help, NameOf(*GetImplementedType(info, 0))};
 }
 
 /// Calls `read` with every type of a kind.
 template <class Read>
 void ForEachType(const wchar_t* path, TYPEKIND kind, Read read) {
   common::ComPtr<ITypeLib> library;
-  Check(::LoadTypeLibEx(path, REGKIND_NONE, library.Put()), text::ToUtf8(path).c_str());
+  ThrowIfFailed(::LoadTypeLibEx(path, REGKIND_NONE, library.Put()), text::ToUtf8(path).c_str());
   const UINT count = library->GetTypeInfoCount();
   for (UINT i = 0; i < count; ++i) {
     TYPEKIND found{};
     common::ComPtr<ITypeInfo> info;
-    Check(library->GetTypeInfoType(i, &found), "GetTypeInfoType");
-    Check(library->GetTypeInfo(i, info.Put()), "GetTypeInfo");
+    ThrowIfFailed(library->GetTypeInfoType(i, &found), "GetTypeInfoType");
+    ThrowIfFailed(library->GetTypeInfo(i, info.Put()), "GetTypeInfo");
     if (found == kind) {
       read(*info);
     }
@@ -319,7 +321,7 @@ std::vector<InterfaceDescription> ReadInterfaces(const wchar_t* path) {
 }
 
 std::vector<ClassDescription> ReadClasses(const wchar_t* path, const wchar_t* manifest) {
-  const ManifestScope scope(manifest);
+  const ScopedManifest scope(manifest);
   std::vector<ClassDescription> classes;
   ForEachType(path, TKIND_COCLASS, [&](ITypeInfo& info) { classes.push_back(ReadClass(info)); });
   return classes;

@@ -15,10 +15,13 @@ using namespace std::literals;
 std::wstring Parsed(std::string_view bytes) {
   const siblings::IniDocument file(siblings::DecodeTextFile(bytes));
   std::wstring all;
-  for (size_t s = 0; const siblings::IniDocument::Section* section = file.SectionAt(s); ++s) {
-    all.append(L"[").append(file.TextAt(section->name)).append(L"]");
-    for (size_t k = 0; const siblings::IniDocument::Key* key = file.KeyAt(*section, k); ++k) {
-      all.append(file.TextAt(key->name)).append(L"=").append(file.TextAt(key->value)).append(L"|");
+  for (size_t s = 0; const siblings::IniDocument::Section* section = file.GetSection(s); ++s) {
+    all.append(L"[").append(file.GetText(section->name)).append(L"]");
+    for (size_t k = 0; const siblings::IniDocument::Key* key = file.GetKey(*section, k); ++k) {
+      all.append(file.GetText(key->name))
+          .append(L"=")
+          .append(file.GetText(key->value))
+          .append(L"|");
     }
   }
   return all;
@@ -120,7 +123,7 @@ TEST(IniDocumentTest, LongLinesAndLargeFilesAreReadWhole) {
       {"[s]\n" + std::string(large, ' ') + "a=1", L"[s]a=1|"},
   });
   const siblings::IniDocument brackets(std::wstring(100'000, L'['));
-  EXPECT_EQ(99'999u, brackets.SectionAt(0)->name.length);
+  EXPECT_EQ(99'999u, brackets.GetSection(0)->name.length);
 
   std::string keys = "[s]\n";
   size_t count = 0;
@@ -128,8 +131,8 @@ TEST(IniDocumentTest, LongLinesAndLargeFilesAreReadWhole) {
     keys += "a=1\n";
   }
   const siblings::IniDocument many(siblings::DecodeTextFile(keys));
-  EXPECT_EQ(count, many.SectionAt(0)->keyCount);
-  EXPECT_EQ(many.KeyAt(*many.SectionAt(0), 0), many.FindKey(*many.SectionAt(0), L"A"));
+  EXPECT_EQ(count, many.GetSection(0)->keyCount);
+  EXPECT_EQ(many.GetKey(*many.GetSection(0), 0), many.FindKey(*many.GetSection(0), L"A"));
 }
 
 /// The position of what was found; -1 for nothing.
@@ -151,7 +154,7 @@ TEST(IniDocumentTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
     const siblings::IniDocument file(
         L"[Alpha]\n[alphabet]\n[\u00C4lpha]\n[ALPHA]\n[]\n[Alp]\n" + lines[0] +
         L"[last]\nAlpha=1\nalphabet=2\n\u00C4lpha=3\nALPHA=4\n=5\nAlp=6\n" + lines[1]);
-    const siblings::IniDocument::Section* const first = file.SectionAt(0);
+    const siblings::IniDocument::Section* const first = file.GetSection(0);
     const siblings::IniDocument::Section* const last = file.FindSection(L"LAST");
     ASSERT_EQ(static_cast<ptrdiff_t>(6 + padding), PositionOf(last, first));
     const std::pair<std::wstring_view, ptrdiff_t> cases[] = {
@@ -160,13 +163,13 @@ TEST(IniDocumentTest, NamesAreFoundInAnyCaseAndOfDoublesTheFirst) {
     for (const auto& [name, position] : cases) {
       SCOPED_TRACE(testing::PrintToString(std::wstring(name)));
       EXPECT_EQ(position, PositionOf(file.FindSection(name), first));
-      EXPECT_EQ(position, PositionOf(file.FindKey(*last, name), file.KeyAt(*last, 0)));
+      EXPECT_EQ(position, PositionOf(file.FindKey(*last, name), file.GetKey(*last, 0)));
     }
     for (size_t i = 0; i < padding; ++i) {
       const std::wstring name = L"nAME" + std::to_wstring(padding - i);
       EXPECT_EQ(static_cast<ptrdiff_t>(6 + i), PositionOf(file.FindSection(name), first));
       EXPECT_EQ(static_cast<ptrdiff_t>(6 + i),
-                PositionOf(file.FindKey(*last, name), file.KeyAt(*last, 0)));
+                PositionOf(file.FindKey(*last, name), file.GetKey(*last, 0)));
     }
     EXPECT_EQ(nullptr, file.FindKey(*first, L"Alpha")) << "keys of another section";
   }
