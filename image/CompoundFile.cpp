@@ -325,6 +325,7 @@ std::uint32_t CompoundFile::FindTableSector(std::uint32_t index) {
     for (std::size_t i = 0; i + 1 < NumbersPerSector(); ++i) {
       m_furtherTableSectors.push_back(ReadU32(list.data() + 4 * i));
     }
+    m_tableLists.push_back(m_nextTableList);
     m_nextTableList = ReadU32(list.data() + list.size() - 4);
   }
   return m_furtherTableSectors[further];
@@ -510,6 +511,7 @@ void CompoundFile::VerifyStreams() {
   for (std::uint32_t index = 0; index < m_header.tableSectors; ++index) {
     take(isTaken, {FindTableSector(index)}, "The allocation table");
   }
+  take(isTaken, m_tableLists, "The list of the allocation table's sectors");
   takeChain(m_header.firstDirectory, "The directory");
   takeChain(m_header.firstMiniTable, "The mini stream's allocation table");
   takeChain(m_root.firstSector, "The mini stream");

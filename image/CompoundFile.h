@@ -125,6 +125,7 @@ class CompoundFile {
   Header m_header{};
   std::uint64_t m_sectorCount = 0;                   ///< with an incomplete last sector
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< those that the header does not list
+  std::vector<std::uint32_t> m_tableLists;           ///< the sectors that list them, as far as read
   std::uint32_t m_nextTableList = 0;                 ///< the sector with the next part of that list
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
   std::u16string m_names;                            ///< of all directory entries, concatenated

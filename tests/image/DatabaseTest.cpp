@@ -392,7 +392,18 @@ TEST(DatabaseTest, VerificationCoversStreamsThatAreNeverRead) {
       f.Put(f.TableEntry(f.firstSectors.at(kFont) + link), 4, next);
     };
   };
-  const std::pair<Change, std::string_view> cases[] = {
+  DatabaseImage large = Sample();  // an allocation table that outgrows the header
+  large.streams.push_back({std::u16string(31, u'z'), image::Bytes(1, 'c'), 9 << 20U});
+  const CompoundFileImage samples[] = {Write(Sample()), Write(large)};
+  const auto listSector =
+      static_cast<std::uint32_t>(samples[1].bytes[0x44] | samples[1].bytes[0x45] << 8U);
+  const std::string listed = "Stream \"Binary.Font\" has sector " + std::to_string(listSector) +
+                             ", which belongs to another part.";
+  const struct {
+    Change change;
+    std::string_view sentence;
+    size_t sample = 0;
+  } cases[] = {
       {spoilTable(2, 999), "Stream \"Binary.Font\" leads to sector 999 of 18."},
       {spoilTable(2, 1), "Stream \"Binary.Font\" has sector 1, which belongs to another part."},
       {spoilTable(2, 0xFFFFFFFE), "Stream \"Binary.Font\" has 3 sectors for 5000 bytes."},
@@ -400,10 +411,15 @@ TEST(DatabaseTest, VerificationCoversStreamsThatAreNeverRead) {
          f.Put(f.MiniTableEntry(RowStream(u"Binary.Icon")), 4, f.firstSectors.at(kPool));
        },
        "Stream \"_StringPool\" has sector 11, which belongs to another part."},
+      {[=](CompoundFileImage& f) {
+         spoilTable(2, listSector)(f);
+         f.Put(f.TableEntry(listSector), 4, 0xFFFFFFFE);
+       },
+       listed, 1},
   };
-  for (const auto& [change, sentence] : cases) {
+  for (const auto& [change, sentence, sample] : cases) {
     SCOPED_TRACE(sentence);
-    CompoundFileImage image = Write(Sample());
+    CompoundFileImage image = samples[sample];
     MemorySource sound = image.Source();
     image::Database(sound).VerifyStreams();
     change(image);
