@@ -2,6 +2,8 @@
 
 #include <shlwapi.h>
 
+#include <utility>
+
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
 #include "com/frame/ApartmentGate.h"
@@ -277,20 +279,15 @@ void CMMGallery::CheckPresence() {
     return;
   }
   const common::WideString root = GetGalleryRoot();
-  if (CompareVersions(GetVersion(), m_strLocalVersion) > 0) {
-    m_bNeedsDownload = VARIANT_TRUE;
-  }
-  m_strLocalPath = ResolveLocalPath();
-  if (m_strLocalPath.empty()) {
-    // There is no local file to update, so a newer version in the gallery does not matter.
-    m_bPresent = VARIANT_FALSE;
-    m_bNeedsDownload = VARIANT_FALSE;
-    return;
-  }
-  if (!common::PathExists(m_strLocalPath) || !AreDownloadFilesPresent(root)) {
-    m_bPresent = VARIANT_FALSE;
-    m_bNeedsDownload = VARIANT_TRUE;
-  }
+  const bool isOutdated = CompareVersions(GetVersion(), m_strLocalVersion) > 0;
+  common::WideString path = ResolveLocalPath();
+  const bool isPresent = !path.empty() && common::PathExists(path) && AreDownloadFilesPresent(root);
+  // Without a local file there is none to update, so a newer version in the gallery does not
+  // matter. Nothing is set before everything was read, so that a failure leaves no half of it.
+  const bool needsDownload = !path.empty() && (!isPresent || isOutdated);
+  m_strLocalPath = std::move(path);
+  m_bPresent = isPresent ? VARIANT_TRUE : VARIANT_FALSE;
+  m_bNeedsDownload = needsDownload ? VARIANT_TRUE : VARIANT_FALSE;
 }
 
 /// Checks the download files by position, so that gaps in the numbering of their keys do not
