@@ -17,9 +17,9 @@ using RecordList = std::vector<std::shared_ptr<module::CCacheMSM>>;
 /// A search folder and the records of the module files (*.msm) in it. Used behind the
 /// ApartmentGate.
 ///
-/// An update has two steps, so that a refresh finds changes before it reads anything: Recheck lists
-/// the folder, UpdateRecords reads what is new. A record is kept while its file has the last-write
-/// time and the size that it had when it was read.
+/// An update has two steps, so that a refresh finds changes before it reads anything: FindChanges
+/// lists the folder, UpdateRecords reads what is new. A record is kept while its file has the
+/// last-write time and the size that it had when it was read.
 class Source {
  public:
   /// Creates a source that has not listed its folder yet. It takes over the records of

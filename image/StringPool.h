@@ -28,7 +28,7 @@ class StringPool {
   /// One more than the greatest string number.
   std::uint32_t EndNumber() const noexcept { return static_cast<std::uint32_t>(m_ends.size()); }
 
-  /// Returns the string of this number, which must be below Count(); empty for null and unused
+  /// Returns the string of this number, which must be below EndNumber(); empty for null and unused
   /// numbers. Valid as long as the pool.
   std::string_view Text(std::uint32_t number) const noexcept;
 

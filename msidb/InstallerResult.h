@@ -10,7 +10,7 @@ namespace qm::msidb {
 constexpr HRESULT kDuplicatePrimaryKey = static_cast<HRESULT>(0x800403E8);
 
 /// Checks the result of an installer function. Returns `code` if it is ERROR_SUCCESS, otherwise
-/// raises it as HRESULT_FROM_WIN32, or as kDuplicateKey if `viewErrorDetail` is
+/// raises it as HRESULT_FROM_WIN32, or as kDuplicatePrimaryKey if `viewErrorDetail` is
 /// MSIDBERROR_DUPLICATEKEY.
 ///
 /// The description is the installer's formatted last-error record, or the system's text if there is

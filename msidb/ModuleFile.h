@@ -46,7 +46,7 @@ class ModuleFile final : public image::ByteSource {
 
   common::UniqueFile m_file;
   common::FileStamp m_stamp;
-  std::uint64_t m_position = 0;  ///< the file pointer; kNowhere if unknown
+  std::uint64_t m_position = 0;  ///< the file pointer; kUnknownPosition if unknown
 };
 
 }  // namespace qm::msidb

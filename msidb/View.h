@@ -43,8 +43,8 @@ class View {
   /// The row fetched last; empty before the first fetch and after the end.
   const Record& Row() const noexcept { return m_row; }
 
-  /// Modifies the database through the view. Raises kDuplicateKey if a row with the same primary
-  /// key exists.
+  /// Modifies the database through the view. Raises kDuplicatePrimaryKey if a row with the same
+  /// primary key exists.
   void Modify(MSIMODIFY mode, const Record& record);
 
   /// Returns the names or the types of the columns.

@@ -5,7 +5,7 @@
 
 namespace qm::server {
 
-/// Application object of the server. InitInstance initialises the COM module and creates the
+/// Application object of the server. InitInstance initialises the ComServer and creates the
 /// manager of the project traits; ExitInstance ends everything that the DLL keeps for its lifetime.
 class CQMMMUpdaterApp final : public com::WinApp {
  public:

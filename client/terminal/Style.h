@@ -5,7 +5,7 @@
 namespace mmcat {
 
 // Marks in text for terminals that show colours. Report removes them for all other output. Text
-// from modules cannot contain marks, because Printable removes its control characters.
+// from modules cannot contain marks, because MakePrintable removes its control characters.
 
 /// Text marked as a heading.
 std::string MarkHeading(const std::string& text);

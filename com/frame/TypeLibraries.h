@@ -41,7 +41,7 @@ class TypeLibraries final : private common::DllLifetimeLink {
   std::atomic<ITypeLib*> m_loaded[2] = {};
 };
 
-/// Returns the full path of the interface library's file beside the DLL. Raises as ModulePath does.
+/// Returns the full path of the interface library's file beside the DLL. Raises as DllPath does.
 common::WideString GetInterfaceLibraryPath(const ObjectMap& objects, HINSTANCE instance);
 
 }  // namespace qm::com

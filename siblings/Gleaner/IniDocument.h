@@ -42,7 +42,7 @@ class IniDocument {
   /// Parses `text`. Throws std::bad_alloc.
   explicit IniDocument(std::wstring text);
 
-  /// Reads and parses the file at `path`; see ReadText for its failures.
+  /// Reads and parses the file at `path`; see ReadTextFile for its failures.
   static std::shared_ptr<const IniDocument> Load(const common::WideString& path);
 
   std::wstring_view GetText(Span span) const noexcept {
