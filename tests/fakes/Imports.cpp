@@ -36,7 +36,7 @@ std::atomic<int> s_fileSearches = 0;
 std::set<HANDLE> s_openFiles;
 std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replaces them
 
-/// Whether the call that is being made is the one that is to fail.
+/// Records a call and returns whether it is the one that must fail.
 bool Fails(FaultKind kind, const char* name) {
   const common::ExclusiveLock lock(s_lock);
   ++s_calls[name];
@@ -59,8 +59,8 @@ std::optional<UINT> AnswerTo(std::string_view function) {
   return std::nullopt;
 }
 
-/// The replacement of a function that fails with a value of its own; the original is called
-/// otherwise.
+/// The replacement of a function. Returns `kFailure` for a call that must fail; otherwise calls the
+/// original.
 template <FaultKind kKind, auto kOriginal, auto kFailure>
 struct Replacement;
 
@@ -71,7 +71,7 @@ struct Replacement<kKind, kOriginal, kFailure> {
 
   static Result Original(Arguments... arguments) {
     if constexpr (kKind == FaultKind::Installer || kKind == FaultKind::None) {
-      // Of msi.dll itself: what this program imports may be replaced, too.
+      // The function of msi.dll itself, because this program's imports may be replaced too.
       static auto* const original = installer::Find<Result WINAPI(Arguments...)>(s_name);
       return original(arguments...);
     } else {
@@ -176,7 +176,7 @@ BOOL WINAPI CloseFile(HANDLE file) {
   return ::CloseHandle(file);
 }
 
-// The address of an imported function is no constant.
+// Wrappers, because the address of an imported function is not a constant.
 BSTR WINAPI AllocText(const wchar_t* text) { return ::SysAllocString(text); }
 BSTR WINAPI AllocTextLen(const wchar_t* text, UINT length) {
   return ::SysAllocStringLen(text, length);
@@ -187,12 +187,12 @@ void* Address(Function* function) {
   return reinterpret_cast<void*>(function);
 }
 
-/// The system's own, whatever this program's imports are replaced by meanwhile.
+/// The system's own function, even while this program's imports are replaced.
 using GetProcAddressFunction = FARPROC WINAPI(HMODULE, const char*);
 auto* const s_getProcAddress = reinterpret_cast<GetProcAddressFunction*>(reinterpret_cast<void*>(
     ::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetProcAddress")));
 
-/// What a module binds when it first calls it.
+/// Replaces GetProcAddress, by which delay-loaded functions are bound at their first call.
 FARPROC WINAPI FindFunction(HMODULE dll, const char* name) {
   FARPROC function = s_getProcAddress(dll, name);
   const auto replaced = s_boundLater.find(Address(function));
@@ -205,7 +205,7 @@ ImportedFunction Handwritten(const char* name, Function function, const char* dl
   return {FaultKind::Heap, dll, name, nullptr, false, E_OUTOFMEMORY, replacement};
 }
 
-/// A function whose failure is reported under the name of the installer's that would have read.
+/// A function whose failure is reported as one of the installer function that would have read.
 ImportedFunction OfFiles(FaultKind kind, const char* name, DWORD code, void* replacement) {
   return {kind, "kernel32.dll", name, L"Msi", false, HRESULT_FROM_WIN32(code), replacement};
 }

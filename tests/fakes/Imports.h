@@ -7,14 +7,14 @@
 
 namespace qm::tests {
 
-// The functions that a module under test imports, replaced in its import table by ones that count
-// their calls and fail on demand.
+// Replaces functions that a DLL under test imports, in its import table, by ones that count their
+// calls and fail on demand.
 
 enum class FaultKind {
   Installer,  ///< functions of the installer that report failures, each in its own way
   File,       ///< opening and reading files
-  ShortRead,  ///< reading that succeeds and comes up short
-  Heap,       ///< malloc and its relatives, which are under operator new
+  ShortRead,  ///< reads that succeed but return fewer bytes
+  Heap,       ///< malloc and its relatives, which operator new calls
   Text,       ///< SysAllocString and its relatives
   None,       ///< never fails in a sweep
 };
@@ -23,11 +23,11 @@ struct ImportedFunction {
   FaultKind kind;
   const char* dll;
   const char* name;
-  /// How a failure of the function is described; null when it passes in silence.
+  /// The call that the description of a failure names; null if there is no description.
   const wchar_t* reportedAs;
-  /// Whether the path of the module stands in that description.
+  /// Whether that description contains the path of the module.
   bool takesPath;
-  /// What the caller of the server then gets.
+  /// The HRESULT that the caller of the server then gets.
   HRESULT reportedCode;
   void* replacement;
 };
@@ -36,11 +36,11 @@ struct ImportedFunction {
 /// does not import it.
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement);
 
-/// Makes a module call the replacements for the life of the object. Counts begin at 0, and no
-/// answer is set.
+/// Makes a DLL or program call the replacements for the life of the object. Counts begin at 0, and
+/// no answer is set.
 class ReplacedImports {
  public:
-  /// Replaces what `importer` imports from `dll`; from every DLL if that is null.
+  /// Replaces what `importer` imports from `dll`, or from any DLL if `dll` is null.
   explicit ReplacedImports(HMODULE importer, const char* dll = nullptr);
   ~ReplacedImports();
   ReplacedImports(const ReplacedImports&) = delete;
@@ -80,22 +80,22 @@ UINT CloseAllHandles();
 
 }  // namespace installer
 
-/// Makes the `call`th call of a kind fail, counted from 1 and from now.
+/// Makes the `call`th call of a kind from now on fail, counted from 1.
 void FailCall(FaultKind kind, int call);
 
 /// Makes no further call fail.
 void FailNoCall();
 
-/// The function that was made to fail since FailCall; null when none was.
+/// The function that was made to fail since FailCall; null if no call has failed.
 const ImportedFunction* FailedFunction();
 
 /// How often a replaced function was called since Reset.
 int CallCount(const char* name);
 
-/// Blocks that the server allocated on the heap since the replacement, less those that it freed.
+/// The number of heap blocks that the server has allocated since the replacement and not freed.
 int HeapBlocks();
 
-/// File searches and files that the server has open.
+/// The number of file searches and files that the server has open.
 int FileSearches();
 int OpenFiles();
 

@@ -23,7 +23,7 @@ std::wstring Environment(const wchar_t* variable) {
   return value;
 }
 
-/// What an operation answers instead of doing its work; S_FALSE when it is to do it.
+/// The result of an operation that must not do its work; S_FALSE if it must.
 HRESULT FaultOf(const std::wstring& operation) {
   const std::wstring fault = Environment(L"QM_SIBLING_FAULT");
   return fault == operation + L" fails"  ? TellStory()
@@ -40,8 +40,8 @@ HRESULT GiveText(const wchar_t* operation, const std::wstring& text, BSTR* out) 
   return hr == S_FALSE ? S_OK : hr;
 }
 
-/// Class factory, application services and all objects of an INI reader in one. Every section of
-/// its file has the same keys; it remembers the key that was asked for last.
+/// Class factory, application services and all objects of an INI reader in one. All sections of its
+/// file have the same keys. It remembers the key that was requested last.
 class Sibling final : public IClassFactory,
                       public IIniReader,
                       public IIniSections,

@@ -15,24 +15,24 @@ namespace qm::tests {
 // Reading objects of the server as its clients do, by the two routes of a dual interface.
 //
 // The value of a property is written as a text: "True" for a boolean, "(null)" for a null text, an
-// item's properties divided by ";", a collection's items divided by " / ", and for a failure "0x",
-// the HRESULT, a blank and the description.
+// item's properties separated by ";", a collection's items separated by " / ", and for a failure
+// "0x", the HRESULT, a blank and the description.
 
 enum class Route { VirtualTable, Dispatch };
 
-/// The description, or the source, that a failed call left on the thread. The error object goes.
+/// Returns the description, or the source, of the thread's error object, and clears that.
 std::wstring TakeDescription();
 std::wstring TakeSource();
 
-/// Calls the method in a slot, counted from 1 behind IDispatch, of a virtual table.
+/// Calls the method in a slot of a virtual table, counted from 1 after those of IDispatch.
 template <class... Arguments>
 HRESULT CallSlot(IUnknown* object, size_t slot, Arguments... arguments) {
   using Method = HRESULT(STDMETHODCALLTYPE*)(IUnknown*, Arguments...);
   return (*reinterpret_cast<Method**>(object))[6 + slot](object, arguments...);
 }
 
-/// CallSlot with a null out pointer: its result, or S_OK if it leaves an older failure on the
-/// thread.
+/// As CallSlot, with a null out pointer. Returns S_OK if the call leaves an older error object on
+/// the thread.
 template <class... Arguments>
 HRESULT CallSlotWithNull(IUnknown* object, size_t slot, Arguments... arguments) {
   LeaveErrorObject(L"an older failure");

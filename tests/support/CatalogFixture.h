@@ -9,22 +9,22 @@
 
 namespace qm::tests {
 
-/// Tests of catalogs over folders of their own: environment variables point the application
-/// services to the test's folder alone.
+/// Base of tests of catalogs. Each test has a folder of its own: environment variables make it the
+/// only one that the application services know.
 class CatalogFixture : public ServerFixture {
  protected:
   void SetUp() override;
   void TearDown() override;
   void Settle() override;
 
-  /// Makes the server do `m_whenOpened`, once, before it opens a file.
+  /// Calls `m_whenOpened` once, before the server opens the next file.
   void WatchOpenedFiles() const;
 
-  /// Sets the search path of catalogs that are made from now on; "*" is the test's folder:
+  /// Sets the search path of catalogs created from now on. "*" stands for the test's folder:
   /// "*one,*two".
   void SetSearchPath(std::wstring path) const;
 
-  /// Makes the process drop all modules of catalogs that are gone.
+  /// Makes the process drop all modules of catalogs that no longer exist.
   void ForgetAll() const;
 
   /// A new catalog; null if it cannot be created.
@@ -43,7 +43,7 @@ class CatalogFixture : public ServerFixture {
   /// Writes a file of any content; `path` as for PathOf.
   void WriteText(const std::wstring& path, const std::string& content) const;
 
-  /// Makes the description `name` of the gallery, of a module without a file.
+  /// Makes the gallery description `name` of a module without a file.
   void WriteDescription(const std::wstring& name, const std::string& moduleId,
                         const std::string& version = "1.0", int language = 1033) const;
 
@@ -58,7 +58,7 @@ class CatalogFixture : public ServerFixture {
 /// The list of the catalog; a failure fails the test and returns null.
 common::ComPtr<IMergeModules> ModulesOf(IMMCatalog* catalog);
 
-/// The keys of modules, divided by blanks; "?" for an empty one.
+/// The keys of modules, separated by blanks; "?" for an empty one.
 std::wstring KeysOf(IMergeModules* modules);
 inline std::wstring KeysOf(IMMCatalog* catalog) { return KeysOf(ModulesOf(catalog).Get()); }
 

@@ -12,10 +12,10 @@ namespace qm::tests {
 
 using Names = std::vector<std::wstring>;
 
-/// Names of the items that were destroyed, in their order.
+/// Names of the destroyed items, in the order of their destruction.
 inline Names g_gone;
 
-/// A dialog that records its end.
+/// A dialog that records its destruction.
 class MortalDialog : public module::CMMDialog {
  public:
   MortalDialog() = default;
@@ -44,19 +44,19 @@ inline Names Rest(IEnumVARIANT& enumerator) {
   return names;
 }
 
-/// A collection of dialogs, of which nothing may be left after the test.
+/// A collection of dialogs. Checks after the test that nothing of it is left.
 class CollectionFixture : public ::testing::Test {
  protected:
   void SetUp() override {
     g_gone.clear();
-    g_gone.reserve(16);  // an item that goes allocates nothing
+    g_gone.reserve(16);  // so that destroying an item allocates nothing
   }
   void TearDown() override {
     m_collection.Release();
     EXPECT_EQ(0, com::DllLock::Count()) << "objects are left";
   }
 
-  /// Adds an item of every name under that name.
+  /// Adds an item for each name, with the name as its key.
   void Fill(const Names& names) {
     for (const std::wstring& name : names) {
       const auto item = com::ComObject<MortalDialog>::Create();

@@ -9,7 +9,7 @@
 
 namespace qm::tests {
 
-/// Keeps COM on this thread; declared before the objects that need it.
+/// Initialises COM on this thread while in scope. Declare it before the objects that need it.
 class ComThread {
  public:
   ComThread() { ::CoInitialize(nullptr); }
@@ -18,7 +18,7 @@ class ComThread {
   ComThread& operator=(const ComThread&) = delete;
 };
 
-/// A DLL of COM classes, reached through its exports alone.
+/// A DLL of COM classes, used only through its exports.
 class ComDll {
  public:
   ComDll() = default;
@@ -33,7 +33,7 @@ class ComDll {
       ::FreeLibrary(module);
     }
   }
-  /// Null when the DLL could not be loaded.
+  /// Null if the DLL could not be loaded.
   HMODULE Module() const { return m_module; }
 
   HRESULT DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) const {
@@ -49,7 +49,7 @@ class ComDll {
     DllGetClassObject(clsid, __uuidof(IClassFactory), reinterpret_cast<void**>(factory.Put()));
     return factory;
   }
-  /// A new object; none when it cannot be created.
+  /// Returns a new object; null if it cannot be created.
   template <class Interface>
   common::ComPtr<Interface> Create(REFCLSID clsid) const {
     common::ComPtr<Interface> object;

@@ -76,7 +76,7 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
     EXPECT_EQ(own, installer::CloseAllHandles()) << "all but the test's own database";
   }
 
-  /// The directories as they are at the first call, which ends the writing of the database.
+  /// The directories of the database. The first call closes the database for writing.
   const msidb::DirectoryTable& Table() {
     if (!m_table) {
       test.CommitAndClose();
@@ -102,7 +102,7 @@ class DirectoriesFixture : public ::testing::TestWithParam<Reader> {
   std::optional<msidb::DirectoryTable> m_table;
 };
 
-/// Runs the suite with a database that is read here, and with one that the installer reads.
+/// Runs the suite twice: the database is read by the server's own reader, then by the installer.
 #define INSTANTIATE_FOR_BOTH_READERS(suite)                                                \
   INSTANTIATE_TEST_SUITE_P(                                                                \
       , suite, ::testing::Values(Reader::Own, Reader::Installer), [](const auto& reader) { \

@@ -6,7 +6,7 @@
 
 namespace qm::tests {
 
-/// Makes an error object for this thread.
+/// Sets this thread's error object.
 inline void LeaveErrorObject(const wchar_t* description, const wchar_t* source = L"",
                              REFIID iid = GUID_NULL) {
   common::ComPtr<ICreateErrorInfo> create;

@@ -12,7 +12,7 @@ namespace qm::tests {
 inline constexpr CLSID kProbeClass = {0x5DA1A6F2, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
 inline constexpr CLSID kOtherClass = {0x5DA1A6F3, 1, 2, {1, 2, 3, 4, 5, 6, 7, 8}};
 
-/// A class that shows what the frame does with its objects.
+/// A class that shows how the frame treats its objects.
 class Probe : public com::DispatchImpl<IMMCatalogManagerVelmora>, public com::ComObjectRoot {
  public:
   using InterfaceMap =
@@ -24,7 +24,7 @@ class Probe : public com::DispatchImpl<IMMCatalogManagerVelmora>, public com::Co
   virtual ~Probe() { --s_live; }
   HRESULT FinalConstruct() noexcept { return s_finalConstruct; }
 
-  /// Kind 0 returns this object, kind 1 one without IDispatch; others fail without a reason.
+  /// Kind 0 returns this object, kind 1 one without IDispatch; others fail without an error object.
   STDMETHOD(GetCatalog)(long kind, IUnknown** catalog) override {
     switch (kind) {
       case 0:

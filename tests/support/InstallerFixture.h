@@ -42,7 +42,7 @@ inline void LeaveErrorRecord(const wchar_t* layout, const wchar_t* text) {
   ::MsiRecordSetStringW(record.Get(), 2, text);
   ::MsiRecordSetInteger(record.Get(), 4, -5);
   installer::Reset();
-  installer::Answer("MsiGetLastErrorRecord", record.Release());  // which is the reporter's to close
+  installer::Answer("MsiGetLastErrorRecord", record.Release());  // the reporter closes it
 }
 
 }  // namespace qm::tests

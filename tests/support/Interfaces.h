@@ -9,7 +9,7 @@ namespace qm::tests {
 
 struct Member {
   std::wstring name;
-  VARTYPE type;  ///< VT_DISPATCH for a collection, VT_EMPTY for what is no readable property
+  VARTYPE type;          ///< VT_DISPATCH for a collection, VT_EMPTY unless a readable property
   std::wstring items{};  ///< interface of the items of a collection
 };
 

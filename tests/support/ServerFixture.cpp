@@ -30,7 +30,7 @@ void ServerFixture::TearDown() {
   ::CoUninitialize();
   m_server.Unload();
   // COM does not let a DLL go that is locked, as after a script whose engine leaks; the next test
-  // shall begin with a new one all the same.
+  // must begin with a new one nevertheless.
   while (const HMODULE left = ::GetModuleHandleW(m_serverPath.c_str())) {
     ::FreeLibrary(left);
   }

@@ -20,7 +20,7 @@ class ServerLibrary : public ComDll {
  public:
   static std::wstring Path() { return (ProgramFolder() / L"QmMMUpdater2.dll").wstring(); }
 
-  /// Loads the server, with the imports replaced that can fail on demand.
+  /// Loads the server and replaces those of its imports that can fail on demand.
   void Load(const std::wstring& path = Path()) {
     ComDll::Load(path);
     m_imports.emplace(Module());
@@ -45,17 +45,17 @@ class ServerLibrary : public ComDll {
 /// Opens a module file.
 HRESULT Open(IMergeModule* module, const std::wstring& path);
 
-/// Loads the server, and checks after the test that nothing of what it or the test made is left.
+/// Loads the server, and checks after the test that neither of them has left anything behind.
 class ServerFixture : public ::testing::Test {
  protected:
   void SetUp() override;
   void TearDown() override;
 
-  /// Makes the server create what it keeps for good, and takes what is alive then as the state to
-  /// which the test has to return.
+  /// Makes the server create what it keeps while it is loaded. What is alive then is the state to
+  /// which the test must return.
   virtual void Settle();
-  /// For sweeps: the server unloads its siblings whenever nothing is alive, and loading them again
-  /// would take most of the time.
+  /// For sweeps: the server unloads its siblings whenever it is idle, and loading them again would
+  /// take most of the time.
   void KeepSiblingsLoaded();
   void ExpectNothingLeft() const { EXPECT_EQ(m_before, Alive()); }
 
@@ -71,7 +71,7 @@ class ServerFixture : public ::testing::Test {
   std::wstring m_rich = m_folder / L"rich.msm";  ///< path of the rich module
 
  private:
-  /// What is alive now of all that can leak. Closes installer handles that were left open.
+  /// Lists what is alive now and could leak. Closes installer handles that were left open.
   std::string Alive() const;
 
   std::string m_before;

@@ -2,11 +2,11 @@
 
 namespace qm::tests {
 
-/// Counts the blocks of the COM allocator, texts (BSTR) among them, from now on. To be called
-/// before COM is used: texts are no longer cached then.
+/// Counts the blocks of the COM allocator, including texts (BSTR), from now on. Call it before COM
+/// is used: from then on texts are not cached.
 void CountTaskMemory();
 
-/// Blocks that were allocated since then and are alive.
+/// The number of blocks that have been allocated since then and not freed.
 long TaskMemoryBlocks();
 
 }  // namespace qm::tests

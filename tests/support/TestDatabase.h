@@ -14,7 +14,7 @@ namespace qm::tests {
 struct TestDatabase {
   void Run(const wchar_t* query) { msidb::View().OpenAndExecute(database, query); }
 
-  /// Adds a row of texts; empty ones are null. Any character may stand in them.
+  /// Adds a row of texts, which may contain any characters. Empty ones are null.
   void Insert(const wchar_t* table, std::initializer_list<common::WideString> cells) {
     msidb::Record row = msidb::Record::Create(static_cast<UINT>(cells.size()));
     UINT field = 0;
@@ -26,7 +26,7 @@ struct TestDatabase {
     view.Modify(MSIMODIFY_INSERT, row);
   }
 
-  /// Ends the writing, so that others may read the file.
+  /// Commits and closes the database, so that others can read the file.
   void CommitAndClose() {
     if (database.Get()) {
       database.Commit();
@@ -34,7 +34,7 @@ struct TestDatabase {
     }
   }
 
-  const TestFolder folder;  // goes after the database, which has its file open
+  const TestFolder folder;  // destroyed after the database, which has its file open
   const std::wstring path = folder / L"test.msm";
   msidb::Database database = msidb::Database::Open(path.c_str(), MSIDBOPEN_CREATE);
 };

@@ -19,7 +19,7 @@ common::WideString SystemText(HRESULT hr);
 /// Clears the error object of this thread. Returns false if there was none.
 bool TakeErrorObject();
 
-/// The failure that `work` raises; its code is S_OK if it raises none.
+/// The failure that `work` raises; its code is S_OK if `work` succeeds.
 template <class Work>
 com_exception FailureOf(Work work) {
   try {
@@ -38,7 +38,7 @@ namespace heap {
 
 constexpr DWORD kLastError = 0x00A110C8;  ///< what an allocation leaves
 
-/// Blocks that are allocated now.
+/// The number of blocks that are allocated now.
 long Live() noexcept;
 
 /// Makes the `position`th allocation from now fail; 0 makes none fail. Returns whether the fault
@@ -46,7 +46,7 @@ long Live() noexcept;
 bool SetFault(long position) noexcept;
 
 /// Calls `work` with allocation 1, 2, 3, ... failing until none is left to fail. Each time it must
-/// answer E_OUTOFMEMORY and leave no block behind; `check` looks at the rest.
+/// return E_OUTOFMEMORY and leave no block behind; `check` checks everything else.
 template <class Work, class Check>
 void SweepFaults(Work work, Check check) {
   for (long position = 1;; ++position) {
