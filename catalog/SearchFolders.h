@@ -7,7 +7,8 @@
 
 namespace qm::catalog {
 
-/// When the modules of a folder are listed: those of the repositories come second.
+/// When the modules of a folder are listed: those of repositories come in the second pass, after
+/// those of all other folders.
 enum class Pass { First, Second };
 
 /// A folder that is searched for modules.

@@ -4,7 +4,7 @@
 
 namespace qm::common {
 
-/// Restores the thread's last-error code at the end of the scope.
+/// Saves the thread's last-error code and restores it at the end of the scope.
 class ScopedLastError {
  public:
   ScopedLastError() noexcept : m_code(::GetLastError()) {}

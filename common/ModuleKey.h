@@ -4,8 +4,8 @@
 
 namespace qm::common {
 
-/// Makes the key of a merge module, "ID:language". The language is a signed decimal number, 0 for
-/// neutral.
+/// Makes the key of a merge module, "ID:language". The language is written as a signed decimal
+/// number, 0 for neutral. catalog/ModuleMatcher.h parses keys.
 WideString MakeModuleKey(const WideString& id, long language);
 
 }  // namespace qm::common

@@ -8,7 +8,7 @@
 namespace qm::gallery {
 
 /// A file that must be downloaded before a gallery module can be used. Its type information is in
-/// the library of the classes, that of its collection is not.
+/// the library of the classes; that of its collection is in the library of the interfaces.
 class CMMGalleryDownloadFileCaskel
     : public com::DispatchImpl<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel,
                                com::TypeLibrary::Classes>,

@@ -551,7 +551,7 @@ std::vector<Defect> CompoundFile::Defects() const {
                        Concatenate("The last sector has ", m_source.Size() % SectorSize(), " of ",
                                    SectorSize(), " bytes.")});
   }
-  // This is no proof of damage: the system may order non-ASCII names by case tables of its own.
+  // This does not prove damage: the system may order non-ASCII names by case tables of its own.
   if (!m_isInOrder) {
     defects.push_back({Defect::Grade::Suspicious, "The tree of the directory is not in order."});
   }

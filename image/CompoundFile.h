@@ -78,7 +78,7 @@ class CompoundFile {
     Stream stream;
   };
 
-  /// A cached piece of the file. What a database needs mostly lies in few of them.
+  /// A cached piece of the file. Most of what a database needs lies in a few of them.
   struct Page {
     std::uint64_t number;
     Bytes bytes;
@@ -130,8 +130,8 @@ class CompoundFile {
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
   std::u16string m_names;                            ///< of all directory entries, concatenated
   std::vector<NamedStream> m_streams;  ///< sorted by name, ignoring the case of ASCII letters
-  bool m_hasSizesOfNames = true;       ///< every name ends where its entry says
-  bool m_isInOrder = true;  ///< the directory's tree, so that a search finds every stream
+  bool m_hasSizesOfNames = true;       ///< whether every name ends where its entry says
+  bool m_isInOrder = true;  ///< whether a search of the directory's tree finds every stream
   Stream m_root{};          ///< the mini stream
   bool m_isMiniStreamLoaded = false;
   Bytes m_miniTable;

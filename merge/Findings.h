@@ -18,7 +18,7 @@ struct DeliveredFile {
   std::optional<long> size = {};
 };
 
-/// What a check needs to know of a module beyond its MergeModule.
+/// What a check needs to know about a module beyond its MergeModule.
 struct ModuleDetails {
   std::string path;
   std::string failure;  ///< why it cannot be read; empty if it can

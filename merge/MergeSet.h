@@ -10,7 +10,7 @@
 
 namespace qm::merge {
 
-/// What the planning of a merge needs to know of a module. All texts are UTF-8.
+/// What the planning of a merge needs to know about a module. All texts are UTF-8.
 struct MergeModule {
   std::string key;  ///< "ID:language"
   std::string moduleId;

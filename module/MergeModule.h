@@ -13,7 +13,7 @@
 namespace qm::module {
 
 /// One merge module (coclass MergeModule2). Its properties come from a module record, which it
-/// shares with the catalog that read it. Open gives this object alone a new record.
+/// shares with the catalog that read it. Open replaces the record of this object only.
 class CMergeModule : public com::SupportErrorInfo<IMergeModule, IMergeModule2, IMergeModuleTavik>,
                      public com::DispatchImpl<IMergeModuleTavik>,
                      public com::CErrorHandler<&CLSID_MergeModule2>,

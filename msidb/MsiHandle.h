@@ -1,7 +1,7 @@
 #pragma once
 
 #include <windows.h>
-// These depend on windows.h.
+// These need windows.h first.
 #include <msi.h>
 #include <msiquery.h>
 

@@ -4,10 +4,12 @@
 
 namespace qm::traits {
 
-/// Return whether a database is an installer-database project or a merge-module project of the
-/// environment, by the row 'Type' of its table Quillmark. False without the table or the row.
-/// Installer failures are raised. The server calls neither function.
+// Both read the row 'Type' of the table Quillmark and return false if the table or the row is
+// missing. Installer failures are raised. The server calls neither function.
+
+/// Returns whether a database is an installer-database project of the environment.
 bool IsInstallerProject(const msidb::Database& database);
+/// Returns whether a database is a merge-module project of the environment.
 bool IsMergeModuleProject(const msidb::Database& database);
 
 }  // namespace qm::traits

@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::wstring_view kExtension = L".ini";
 
-/// The value of the first line with a name; empty if there is none.
+/// The value of the first line with this name; empty if there is no such line.
 std::string FindValue(const std::vector<IniLine>& lines, const char* name) {
   const std::string folded = qm::text::FoldCase(name);
   const auto found = std::find_if(lines.begin(), lines.end(), [&](const IniLine& line) {

@@ -41,7 +41,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
     list.push_back(ReadModule(module));
     const ListedModule& listed = list.back();
     if (listed.moduleId.empty() || listed.packageCode.empty()) {
-      // Either an unreadable file or a module that lacks them. Only a table tells which, and
+      // Either an unreadable file or a module that lacks them. Only a table shows which, and
       // reading tables costs too much to do it for every module.
       qm::common::ComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());

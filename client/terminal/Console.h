@@ -22,7 +22,7 @@ void WriteError(const std::string& text);
 bool FlushOutput() noexcept;
 
 /// Makes the console of stdout interpret the marks of Style.h. Returns false if stdout is not a
-/// console, if the console cannot do this, or if the environment variable NO_COLOR is set.
+/// console, if the console cannot do this, or if the environment variable NO_COLOR is not empty.
 bool EnableColors() noexcept;
 
 /// Restores the mode of the console when it is destroyed. Create one object, in main.

@@ -20,8 +20,8 @@ ApartmentGate theGate;
 
 }  // namespace
 
-/// One wait of a thread. A thread may have several: each in a call that it dispatched during the
-/// wait before.
+/// One wait of a thread. A thread may have several, each in a call that it dispatched during the
+/// previous wait.
 struct ApartmentGate::Waiter {
   const DWORD thread = ::GetCurrentThreadId();
   const common::UniqueHandle<EventTraits> event{::CreateEventW(nullptr, FALSE, FALSE, nullptr)};

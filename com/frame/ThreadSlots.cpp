@@ -11,9 +11,9 @@ namespace {
 
 constexpr int kMaxSlots = 8;  // further ones are not recorded
 
-/// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note works
-/// on the constant-initialised object. This is the first static object to be constructed and hence
-/// the last to be destroyed.
+/// The slots of this DLL. The runtime may allocate one before any constructor runs, so Note needs
+/// no more than constant initialisation. This is the first static object to be constructed and
+/// hence the last to be destroyed.
 class ThreadSlots {
  public:
   constexpr ThreadSlots() noexcept = default;

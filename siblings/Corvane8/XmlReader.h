@@ -11,9 +11,9 @@
 
 namespace qm::siblings {
 
-/// Forward reader of an XML document, which uses the platform's parser. The document must be in
-/// UTF-8, or in UTF-16 with a byte-order mark, have no document type, and nest its elements at most
-/// 256 deep.
+/// Forward-only reader of an XML document, which uses the platform's parser. The document must be
+/// in UTF-8, or in UTF-16 with a byte-order mark. It must not have a document type, nor nest its
+/// elements more than 256 deep.
 ///
 /// Malformed documents are raised with the parser's HRESULT and a description that begins with the
 /// file and the line, "C:\Repositories.xml, line 3: ...".
