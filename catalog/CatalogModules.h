@@ -16,7 +16,7 @@ class CatalogModules {
   /// must then be discarded.
   void Add(const std::shared_ptr<module::CCacheMSM>& record);
 
-  /// Whether a module has this key, ignoring case. Raises failures of the collection.
+  /// Returns whether a module has this key, ignoring case. Raises failures of the collection.
   bool HasKey(const common::WideString& key) const;
 
   const RecordList& Records() const noexcept { return m_records; }

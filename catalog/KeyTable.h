@@ -15,8 +15,9 @@ namespace qm::catalog {
 /// first search after Clear, since most lists are never searched. Used behind the ApartmentGate.
 class KeyTable {
  public:
-  /// Whether a record that has not expired has the lower-case key `key`. The first call after Clear
-  /// takes the records from `records`; later calls ignore that argument. Throws std::bad_alloc.
+  /// Returns whether a record that has not expired has the lower-case key `key`. The first call
+  /// after Clear takes the records from `records`; later calls ignore that argument. Throws
+  /// std::bad_alloc.
   bool Contains(std::wstring_view key,
                 const std::vector<std::weak_ptr<module::CCacheMSM>>& records);
 

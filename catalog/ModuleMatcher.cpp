@@ -44,8 +44,8 @@ class LookupKeys {
                LowerCaseKey({query.moduleId, L":", VersionOf(query), L"x64"}),
                LowerCaseKey({query.moduleId, L":i64"})} {}
 
-  /// Whether the process has read a module with one of these keys. The result does not affect the
-  /// match.
+  /// Returns whether the process has read a module with one of these keys. The result does not
+  /// affect the match.
   bool AreKnown(CatalogState& state) const {
     bool known = false;
     for (const std::wstring& key : m_keys) {

@@ -19,8 +19,8 @@ struct SearchFolder {
   Pass pass;
 };
 
-/// Whether two descriptions of one folder can share a source: they have the same pass and the same
-/// display name, whatever the spelling of the folder.
+/// Returns whether two descriptions of one folder can share a source: they have the same pass and
+/// the same display name, whatever the spelling of the folder.
 bool CanShareSource(const SearchFolder& a, const SearchFolder& b) noexcept;
 
 /// Orders folder paths ignoring case, as the system compares file names.

@@ -25,12 +25,13 @@ bool IsFile(const common::WideString& path) noexcept {
   return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY) == 0;
 }
 
-/// Whether a name joined to a folder stays in that folder. Names may come from a module.
+/// Returns whether a name joined to a folder stays in that folder. Names may come from a module.
 bool IsPlainFileName(std::wstring_view name) noexcept {
   return name.find_first_of(L"\\/:") == std::wstring_view::npos;
 }
 
-/// Whether a download file exists below the gallery root or below the folder of the descriptions.
+/// Returns whether a download file exists below the gallery root or below the folder of the
+/// descriptions.
 bool DownloadExists(const common::WideString& root, const common::WideString& location) {
   return !root.empty() &&
          (common::PathExists(common::JoinPath(root, location)) ||

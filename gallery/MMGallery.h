@@ -25,14 +25,15 @@ class CMMGallery {
   CMMGallery& operator=(const CMMGallery&) = delete;
   virtual ~CMMGallery() = default;
 
-  /// Whether the module and all its download files are on this machine.
+  /// Sets `*result` to whether the module and all its download files are on this machine.
   virtual HRESULT GetPresent(VARIANT_BOOL* result);
 
-  /// Whether the gallery holds a newer version, or something is missing on this machine.
+  /// Sets `*result` to whether the gallery has a newer version or something is missing on this
+  /// machine.
   virtual HRESULT GetNeedsDownload(VARIANT_BOOL* result);
 
-  /// Returns a new BSTR with the full path of the local module file that the check found; empty if
-  /// there is no such file. Throws std::bad_alloc.
+  /// Sets `*result` to a new BSTR with the full path of the local module file that the check found;
+  /// empty if there is no such file. Throws std::bad_alloc.
   virtual HRESULT GetLocalPath(BSTR* result);
 
   /// Sets the name of the module's gallery description and the version that is known locally. Call
@@ -47,7 +48,7 @@ class CMMGallery {
   common::WideString GetVersion();
   long GetLanguage();
 
-  /// Whether the description names a module file.
+  /// Returns whether the description names a module file.
   bool HasFileName();
 
   /// Returns the path of the module file in the first folder of the module search path that

@@ -40,7 +40,7 @@ class CCacheMSM : public gallery::CMMGallery {
   /// are still readable. Throws std::bad_alloc.
   void TryInitFromModule(const common::WideString& path, const common::WideString& origin);
 
-  /// Whether TryInitFromModule could not read the signature or the summary.
+  /// Returns whether TryInitFromModule could not read the signature or the summary.
   bool IsIncomplete() const noexcept { return m_bIncomplete; }
 
   /// Fills the record from the gallery description `name`.
@@ -72,7 +72,7 @@ class CCacheMSM : public gallery::CMMGallery {
   /// Rows by their File column.
   const FileMap& GetFiles();
 
-  /// Whether the file must be checked for changes before the record is listed again.
+  /// Returns whether the file must be checked for changes before the record is listed again.
   bool IsRecheckPending() const noexcept { return m_bRecheck; }
   void SetRecheck(bool recheck) noexcept { m_bRecheck = recheck; }
 

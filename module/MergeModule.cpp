@@ -43,7 +43,7 @@ void AddDownloadFile(gallery::CMMGallery& gallery, long index,
   files.Add(common::WideString::Format(L"%d", static_cast<int>(index + 1)), file.Get());
 }
 
-/// Whether a path is independent of the current folder. "\dir" and "C:dir" are not.
+/// Returns whether a path is independent of the current folder. "\dir" and "C:dir" are not.
 bool IsFullPath(std::wstring_view path) noexcept {
   const auto isSeparator = [](wchar_t character) {
     return character == L'\\' || character == L'/';

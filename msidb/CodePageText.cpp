@@ -6,8 +6,8 @@ namespace qm::msidb {
 
 namespace {
 
-/// Whether bytes below 0x80 are the characters of ASCII in this code page. True for the code pages
-/// of nearly all modules, whose keys and names are mostly ASCII.
+/// Returns whether bytes below 0x80 are the characters of ASCII in this code page. True for the
+/// code pages of nearly all modules, whose keys and names are mostly ASCII.
 bool IsAsciiSuperset(UINT codePage) noexcept {
   switch (codePage) {
     case CP_ACP:

@@ -17,7 +17,7 @@ class Database {
 
   MSIHANDLE Get() const noexcept { return m_handle.Get(); }
 
-  /// Whether the database has the table, persistent or temporary.
+  /// Returns whether the database has the table, persistent or temporary.
   bool HasTable(const wchar_t* table) const;
 
   /// Imports the table archive file (.idt) `fileName` in `folder`.

@@ -15,8 +15,8 @@ struct DefaultDirPart {
 common::WideString SplitDefaultDir(const common::WideString& defaultDir,
                                    const DefaultDirPart& part);
 
-/// Whether `text` is as long as the GUID suffix of a merge module's keys: 36 characters with
-/// separators, 32 without.
+/// Returns whether `text` is as long as the GUID suffix of a merge module's keys: 36 characters
+/// with separators, 32 without.
 bool ModuleSuffixMatch(std::wstring_view text) noexcept;
 
 /// Removes the last "." of `key` and what follows if that is a module suffix, see

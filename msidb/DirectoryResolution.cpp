@@ -15,8 +15,8 @@ bool BeginsWithDot(const common::WideString& name) noexcept {
   return !name.empty() && std::wstring_view(name).front() == L'.';
 }
 
-/// Whether a name fits into a path of MAX_PATH characters, terminator included. The walk ends at
-/// one that does not.
+/// Returns whether a name fits into a path of MAX_PATH characters, terminator included. The walk
+/// ends at one that does not.
 bool FitsMaxPath(const common::WideString& name) noexcept { return name.length() < MAX_PATH; }
 
 /// A walk up the Directory table that prepends the name of each row to the path.

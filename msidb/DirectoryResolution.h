@@ -62,8 +62,8 @@ common::WideString ResolveDirectoryPathOrRaise(const DirectoryTable& table,
 DirectoryPaths ResolveAllDirectories(const DirectoryTable& table,
                                      const DirectoryOptions& options = kTableScanOptions);
 
-/// Whether the table has a row `key` and that is one of the installer's predefined folders, in any
-/// case. The 64-bit folders and TARGETDIR are not: their own rows define where they are.
+/// Returns whether the table has a row `key` and that is one of the installer's predefined folders,
+/// in any case. The 64-bit folders and TARGETDIR are not: their own rows define where they are.
 bool PredefinedRootMatch(const DirectoryTable& table, const common::WideString& key);
 
 /// Sets `value` to the value of an installer property. Returns false and leaves `value` alone if

@@ -21,7 +21,7 @@ class ImageDatabase final : public ModuleDatabase {
   /// Opens the file at the full path `path`, of any length.
   explicit ImageDatabase(const common::WideString& path);
 
-  /// Whether the reader fully understands the file; see qm::image::Database::UnknownKind.
+  /// Returns whether the reader fully understands the file; see image::Database::UnknownKind.
   bool IsSupported() const;
 
   /// Reads all tables and the summary information and follows all streams. Raises the first damage

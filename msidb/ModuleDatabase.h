@@ -52,7 +52,7 @@ class ModuleDatabase {
   /// Opens the file at the full path `path`, of any length.
   static std::unique_ptr<ModuleDatabase> Open(const common::WideString& path);
 
-  /// Whether the database has the table, which may be empty.
+  /// Returns whether the database has the table, which may be empty.
   virtual bool HasTable(const wchar_t* table) const = 0;
 
   /// Returns the rows of a table, in its own order or sorted by the column `orderBy`. Raises
@@ -71,7 +71,8 @@ class ModuleDatabase {
   /// Raises as RequireUnchanged does.
   virtual bool LoadAndClose(std::initializer_list<const wchar_t*> tables) = 0;
 
-  /// Whether the file is unchanged since it was opened. Always false if LoadAndClose does nothing.
+  /// Returns whether the file is unchanged since it was opened. Always false if LoadAndClose does
+  /// nothing.
   virtual bool IsCurrent() const = 0;
 
   /// Raises ERROR_FILE_INVALID if the file was written since it was opened: what was read may then

@@ -36,7 +36,7 @@ class ModuleFile final : public image::ByteSource {
   /// Identifies the version of the file that was opened.
   const common::FileStamp& Stamp() const noexcept { return m_stamp; }
 
-  /// Whether the file at `path` exists and has the stamp `stamp`. Does not open it.
+  /// Returns whether the file at `path` exists and has the stamp `stamp`. Does not open it.
   static bool IsCurrent(const common::WideString& path, const common::FileStamp& stamp);
 
  private:

@@ -23,7 +23,7 @@ bool IsFile(const std::string& path) {
   return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
-/// Whether an argument that is not an existing file is meant as one. For a missing file the
+/// Returns whether an argument that is not an existing file is meant as one. For a missing file the
 /// system's error explains more than "unknown key".
 bool LooksLikeFile(const std::string& argument) {
   return argument.find_first_of("\\/") != std::string::npos ||

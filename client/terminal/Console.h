@@ -9,7 +9,7 @@ namespace mmcat {
 // Standard output and error of the client, which writes UTF-8. A pipe or file gets the bytes. A
 // console gets UTF-16; bytes would be reinterpreted by its code page.
 
-/// Whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
+/// Returns whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a console.
 bool IsConsole(DWORD standardHandle) noexcept;
 
 /// Writes to stdout, which may buffer the text until FlushOutput.

@@ -31,7 +31,7 @@ using RepositoryList = std::vector<Repository>;
 /// XmlReader does if it is malformed or has another root element.
 std::shared_ptr<const RepositoryList> ReadRepositories(const common::WideString& path);
 
-/// Whether a code of GetLastError means that a file or its folder does not exist.
+/// Returns whether a code of GetLastError means that a file or its folder does not exist.
 bool IsMissingFile(unsigned long code) noexcept;
 
 /// Returns the value of the first property with this name; empty if there is no such property.

@@ -27,7 +27,7 @@ class XmlReader {
 
   // The following require the current node to be a start tag.
 
-  /// Whether `name` is the name of the element, prefix included.
+  /// Returns whether `name` is the name of the element, prefix included.
   bool HasName(std::wstring_view name);
   bool IsEmptyElement() { return m_reader->IsEmptyElement() != FALSE; }
   /// Returns the value of an attribute, if the element has it.

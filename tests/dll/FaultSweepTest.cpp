@@ -16,7 +16,7 @@ using testing::HasSubstr;
 using testing::PrintToString;
 using testing::StartsWith;
 
-/// Whether a list has no items but such of `whole`, in the same order.
+/// Returns whether all items of a list are items of `whole`, in the same order.
 bool IsPartOf(const std::wstring& part, const std::wstring& whole) {
   size_t found = 0;
   for (size_t start = 0; start < part.size() && found != std::wstring::npos;) {
@@ -27,8 +27,8 @@ bool IsPartOf(const std::wstring& part, const std::wstring& whole) {
   return found != std::wstring::npos;
 }
 
-/// Whether a text of an item is missing in a list for lack of memory: null, or of a download file a
-/// failure.
+/// Returns whether a text of an item is missing in a list for lack of memory: null, or of a
+/// download file a failure.
 bool IsShortOfItemText(const std::wstring& list) {
   const bool null = list.find(L"(null)") != std::wstring::npos && list != L"(null)";
   const bool failed = list.find(L"0x8007000E") != std::wstring::npos;
