@@ -13,7 +13,7 @@ namespace qm::tests {
 
 namespace {
 
-/// "3" for a position, "'x'" for a text, and "" for what is no index.
+/// "3" for a position, "'x'" for a key, and "" for neither.
 std::wstring IndexOf(const VARIANT& value) {
   const common::CollectionIndex index(value);
   if (index.IsKey()) {
@@ -59,7 +59,7 @@ TEST(CollectionIndexTest, NumbersArePositionsAndAllElseIsText) {
          {Around(VT_R8, bits(1.0)), Around(VT_R4, 0x3F800000), Around(VT_I1, 1), Around(VT_UI1, 1),
           Around(VT_INT, 1), Around(VT_UINT, 1), Around(VT_I8, 1), Around(VT_CY, 10'000)});
   expect(L"'2.5'", {Around(VT_R8, bits(2.5)), Around(VT_R8 | byRef, &fraction)});
-  // What has no text, and references that lead nowhere.
+  // Values that cannot be converted to text, and references to nothing.
   expect(L"", {Around(VT_NULL, 0LL), Around(VT_ERROR, 1), Around(VT_DISPATCH, nullptr),
                Around(VT_UNKNOWN, object.Get()), Around(VT_ARRAY | VT_I4, nullptr),
                Around(VT_VARIANT, nullptr), Around(0x0FFE, 1), itself, Around(toVariant, nullptr),

@@ -11,7 +11,7 @@ namespace qm::tests {
 
 namespace {
 
-/// A thread with a single-threaded apartment of its own; the test waits for its end.
+/// Starts a thread that runs `work` in a single-threaded apartment of its own. The test joins it.
 std::thread StartApartment(std::function<void()> work) {
   return std::thread([work = std::move(work)] {
     EXPECT_EQ(S_OK, ::CoInitialize(nullptr));
@@ -37,7 +37,7 @@ class ApartmentTest : public CatalogFixture {
  protected:
   void SetUp() override {
     CatalogFixture::SetUp();
-    // The server's C library keeps something for as many threads as there ever were at once.
+    // The server's C library keeps memory for the largest number of threads that ran at once.
     std::atomic<int> threads = 0;
     RunInFour(
         [&] {
@@ -108,7 +108,7 @@ TEST_F(ApartmentTest, FourApartmentsListAChangingFolderWithoutLoss) {
   const auto addModules = [&] {
     const ULONGLONG end = ::GetTickCount64() + 2000;
     for (int number = 1; ::GetTickCount64() < end && !HasFailure(); ++number) {
-      // Moved into the folder, so that nobody meets half of a file.
+      // Moved into the folder, so that nobody reads half of a file.
       const std::wstring name = std::to_wstring(number) + L".msm";
       EXPECT_TRUE(::CopyFileW(spare.c_str(), (spare + name).c_str(), TRUE));
       EXPECT_TRUE(::MoveFileW((spare + name).c_str(), PathOf(L"a\\" + name).c_str()));
@@ -121,7 +121,7 @@ TEST_F(ApartmentTest, FourApartmentsListAChangingFolderWithoutLoss) {
   EXPECT_LT(10, added);
 }
 
-/// Records the thread that called its QueryInterface last.
+/// Records the last thread that called its QueryInterface.
 class Witness final : public IUnknown {
  public:
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {

@@ -15,7 +15,7 @@ namespace {
 
 using testing::StartsWith;
 
-/// As scripts call what may be a method or a property.
+/// The flags of a script's call, which may mean a method or a property.
 constexpr WORD kByName = DISPATCH_METHOD | DISPATCH_PROPERTYGET;
 
 /// A value, by its slot, and where it comes from.
@@ -35,7 +35,7 @@ const Setting kSettings[] = {
     {17, L"UserModuleSearchPath", L"QM_USER_MODULE_PATH", "UserModulePath"},
 };
 
-/// The component in a folder of its own, where no other test meets its settings file.
+/// The component in a folder of its own, so that no other test reads its settings file.
 class ApplicationServicesTest : public ::testing::Test {
  protected:
   ApplicationServicesTest() {
@@ -128,7 +128,7 @@ TEST_F(ApplicationServicesTest, TheEnvironmentTakesPrecedenceOverTheSettingsFile
 
 TEST_F(ApplicationServicesTest, ReservedOperationsAreNotImplemented) {
   for (size_t slot = 2; slot <= 12; ++slot) {
-    auto value = reinterpret_cast<BSTR>(this);  // is to be overwritten
+    auto value = reinterpret_cast<BSTR>(this);  // must be overwritten
     EXPECT_EQ(E_NOTIMPL, CallSlot(m_services.Get(), slot, &value)) << slot;
     EXPECT_EQ(nullptr, value);
     EXPECT_FALSE(TakeDescription().empty());

@@ -224,7 +224,7 @@ TEST_F(CatalogFaultTest, AListThatFailsAgainAndAgainHoldsNoMemory) {
   ModulesOf(first.Get());
   const int before = CallCount("malloc");
   ModulesOf(second.Get());
-  // The last allocation of a list that is built, when everything has been read.
+  // The last allocation while a list is built, after everything has been read.
   const int last = CallCount("malloc") - before;
   std::vector<int> blocks;
   for (int round = 1; round <= 4; ++round) {

@@ -51,7 +51,7 @@ class CatalogTest : public CatalogFixture {
     EXPECT_TRUE(::CopyFileW(from.c_str(), PathOf(path).c_str(), FALSE));
   }
 
-  /// Writes `to` over the first place where a file has the bytes `from`, which are as many.
+  /// Replaces the first occurrence of the bytes `from` in a file with `to`, which has equal length.
   void Overwrite(const std::wstring& path, const std::string& from, const std::string& to) const {
     std::fstream file(std::filesystem::path(m_folder / path),
                       std::ios::in | std::ios::out | std::ios::binary);
@@ -93,7 +93,7 @@ TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
   const struct {
     const char* what;
     std::function<void()> change;
-    int filesRead;  // -1 when the list stays
+    int filesRead;  // -1 if the list stays the same
     const wchar_t* keys;
   } steps[] = {
       {"nothing", [] {}, -1, L"One:1033 Rich.0A1B:1033"},
@@ -122,7 +122,7 @@ TEST_F(CatalogTest, AListIsReplacedWhenSomethingChangedAndOnlyThen) {
       {"a folder removed", [&] { remove_all(file(L"b")); }, 0, L"Rich.0A1B:1033 New:1033"},
       {"and made again", [&] { Copy(rich, L"b\\9.msm"); }, 1, L"Rich.0A1B:1033 Rich:1033 New:1033"},
   };
-  // What one of two catalogs has read or found changed, the other one knows, too.
+  // Two catalogs share what either has read or found to have changed.
   common::ComPtr<IMMCatalogCaskel> catalogs[] = {NewCatalog(), NewCatalog()};
   common::ComPtr<IMergeModules> lists[] = {ModulesOf(catalogs[0].Get()),
                                            ModulesOf(catalogs[1].Get())};
@@ -295,7 +295,7 @@ TEST_F(CatalogTest, AFileMayVanishOrChangeAndCallsMayComeInWhileItIsRead) {
   EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
   EXPECT_EQ(L"Two:1033", KeysOf(catalog.Get()));
 
-  // A call that comes in meanwhile gets the list that there is.
+  // A call that comes in meanwhile gets the previous list.
   const auto second = NewCatalog();
   ShiftTime(L"a\\1.msm", 5);
   m_whenOpened = [&] {

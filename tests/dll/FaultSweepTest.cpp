@@ -97,9 +97,8 @@ class FaultSweepTest : public ServerFixture {
     if (FAILED(opened)) {
       ExpectReported(fault, FailureText(opened, description));
     } else if (fault && IsOfMemory(*fault) && first == m_undescribed) {
-      // Memory that is short while the gallery description is opened is no failure: it reads as
-      // empty, and is opened again at the next question but the presence, which stays as it was
-      // found.
+      // Running out of memory while a gallery description is opened is not a failure: it reads as
+      // empty, and is opened again at the next question. Only its presence is not checked again.
       ++m_dropped;
       EXPECT_EQ(m_undescribed, second);
     } else {

@@ -46,9 +46,9 @@ class IniReaderTest : public ::testing::Test {
     return keys;
   }
 
-  /// The value of a key, "(none)" when there is no such key.
+  /// The value of a key; "(none)" if there is no such key.
   static std::wstring Value(IIniKeys* keys, const VARIANT& index) {
-    auto* found = reinterpret_cast<IIniKey*>(keys);  // is to be overwritten in any case
+    auto* found = reinterpret_cast<IIniKey*>(keys);  // must be overwritten in any case
     EXPECT_EQ(S_OK, keys->get_Item(index, &found));
     const auto key = common::ComPtr<IIniKey>::Adopt(found);
     common::UniqueBstr value;
@@ -161,7 +161,7 @@ TEST_F(IniReaderTest, ObjectsOutliveReaderAndFileAndLockTheComponent) {
   EXPECT_EQ(L"2", Value(Keys(L"Other").Get(), Variant(L"One")));
   m_reader.Release();
 
-  // Each alone keeps the file that was read and the component.
+  // Each of them keeps the contents of the file and the component alive.
   const auto expectLocked = [&](bool locked) {
     EXPECT_EQ(locked ? S_FALSE : S_OK, m_component.DllCanUnloadNow());
   };

@@ -22,7 +22,7 @@ std::wstring TextOf(REFGUID guid) {
   return text;
 }
 
-/// A value below HKEY_CLASSES_ROOT; "(missing)" when it is not there.
+/// A value below HKEY_CLASSES_ROOT; "(missing)" if it does not exist.
 std::wstring RegistryValue(const std::wstring& key, const wchar_t* name) {
   wchar_t text[512];
   DWORD size = sizeof text;
@@ -31,7 +31,7 @@ std::wstring RegistryValue(const std::wstring& key, const wchar_t* name) {
   return status == ERROR_SUCCESS ? text : L"(missing)";
 }
 
-/// Activates the server's manifest for its life.
+/// Activates the server's manifest while in scope.
 class ServerContext {
  public:
   ServerContext() {

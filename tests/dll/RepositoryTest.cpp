@@ -45,14 +45,14 @@ class RepositoryTest : public ::testing::Test {
     ::CloseHandle(file);
   }
 
-  /// A property's value; "failed" when it cannot be had.
+  /// A property's value; "failed" if it cannot be read.
   static std::wstring Property(IRepository* repository, const wchar_t* name) {
     common::UniqueBstr value;
     const HRESULT hr = repository->GetProperty(Variant(name).bstrVal, value.Put());
     return hr == S_OK && value ? std::wstring(common::ViewOf(value.Get())) : L"failed";
   }
 
-  /// "(A,B)", the properties of these names, of every repository behind the cursor.
+  /// The values of properties A and B, as "(A,B)", of every repository after the cursor.
   static std::wstring Rest(IRepositories* repositories) {
     std::wstring all;
     for (common::ComPtr<IRepository> next; repositories->MoveNext(next.Put()) == S_OK && next;) {
@@ -67,7 +67,7 @@ class RepositoryTest : public ::testing::Test {
     return repositories;
   }
 
-  /// All of the file; "failed" when they cannot be had.
+  /// The same for all repositories of the file; "failed" if they cannot be read.
   std::wstring Listed() {
     const common::ComPtr<IRepositories> repositories = Repositories();
     return repositories ? Rest(repositories.Get()) : L"failed";
@@ -110,7 +110,7 @@ TEST_F(RepositoryTest, DocumentsOfAnyEncodingAreRead) {
                 "</Repository>" +
                 Repository("1")),
        L"(,2)(1,)"},
-      // What is unknown, and what stands in the wrong place.
+      // Unknown elements, and known ones in the wrong place.
       {"<Repositories Name='A' xmlns='urn:x' xmlns:x='urn:y'>text<![CDATA[<x/>]]><Other/>" +
            Repository("1") + "<x:Repository/><repository/>" + lost + "<Other>" + lost +
            Repository("2") + "</Other></Repositories>",

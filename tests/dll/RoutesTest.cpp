@@ -73,7 +73,7 @@ TEST_F(RoutesTest, BothRoutesReturnWhatTheGalleryDescribes) {
   }
 }
 
-/// What a call through IDispatch or ITypeInfo answers, as a text.
+/// The outcome of a call through IDispatch or ITypeInfo, as text.
 template <class Call>
 std::wstring AnswerOf(Call call, bool withResult) {
   Variant result;
@@ -82,7 +82,7 @@ std::wstring AnswerOf(Call call, bool withResult) {
   const HRESULT hr = call(withResult ? &result : nullptr, &exception, &badArgument);
   std::wstring answer =
       FailureText(hr, L"") + std::to_wstring(badArgument) + L" " + std::to_wstring(exception.scode);
-  if (SUCCEEDED(hr)) {  // after a failure the result is of no use
+  if (SUCCEEDED(hr)) {  // after a failure the result is meaningless
     answer += L" type " + std::to_wstring(result.vt);
   }
   if (SUCCEEDED(hr) && result.vt == VT_BSTR) {
@@ -155,7 +155,7 @@ void ExpectAnswersOfTypeInfo(IDispatch* object) {
 TEST_F(RoutesTest, DispatchAnswersAsTheTypeInformationDoes) {
   const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   ExpectAnswersOfTypeInfo(module.Get());
-  ExpectAnswersOfTypeInfo(NewModule().Get());  // of which every property fails
+  ExpectAnswersOfTypeInfo(NewModule().Get());  // every property of which fails
   const common::ComPtr<IMMFiles> files = OpenFiles();
   ExpectAnswersOfTypeInfo(files.Get());
   common::ComPtr<IMMFile> file;

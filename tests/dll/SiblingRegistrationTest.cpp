@@ -12,7 +12,7 @@ namespace qm::tests {
 
 namespace {
 
-/// Where the machine looks for the library of the components; empty when it knows none.
+/// The registered path of the library of the components; empty if none is registered.
 std::wstring RegisteredLibrary() {
   common::UniqueBstr path;
   ::QueryPathOfRegTypeLib(LIBID_QmSiblingsLib, 1, 0, LOCALE_NEUTRAL, path.Put());
@@ -49,7 +49,7 @@ TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) 
     EXPECT_EQ(paths.back(), RegisteredLibrary());
   }
 
-  // One after the other goes; the library stays with the component that registered it last.
+  // All are unregistered in turn; the library stays with the component that registered it last.
   for (size_t removed = 0; removed <= std::size(classes); ++removed) {
     SCOPED_TRACE(removed);
     for (size_t i = 0; i < std::size(classes); ++i) {

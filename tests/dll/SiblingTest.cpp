@@ -22,7 +22,7 @@ using Outcome = const char*;
 const wchar_t* const kQuestions[] = {L"Present", L"NeedsDownload", L"DownloadFiles", L"LocalPath"};
 
 /// The server in a folder of its own with siblings of the test's choice: the product's or one that
-/// misbehaves, see fakes/Sibling.cpp.
+/// misbehaves, see tests/fakes/Sibling.cpp.
 class SiblingTest : public ServerFixture {
  protected:
   SiblingTest() {
@@ -161,7 +161,7 @@ TEST_F(SiblingTest, EachFaultOfTheApplicationServicesHasItsOutcome) {
     ReadModule(module.Get(), L"DownloadFiles");
     Misbehave(fault);
     ExpectAnswers(module.Get(), L"QmAppServices.dll", opened);
-    // A failure is no answer: the next question checks again.
+    // A failure is not kept: the next question checks again.
     Misbehave(nullptr);
     ExpectAnswers(module.Get(), L"QmAppServices.dll", opened[0] == 'a' ? opened : "wwww");
   }
@@ -231,7 +231,7 @@ TEST_F(SiblingTest, ACatalogThatCannotBeCreatedReportsItOnceAndUnderItsClass) {
 
 TEST_F(SiblingTest, WithoutASiblingAModuleHasNoDescription) {
   for (const wchar_t* const dll : {L"Gleaner.dll", L"QmAppServices.dll"}) {
-    // None, one that is no DLL, one that has no class objects.
+    // No file, a file that is not a DLL, a DLL without class objects.
     for (const wchar_t* const file : {L"", L"qmmmupdater.tlb", L"QMObjMgr.DLL"}) {
       SCOPED_TRACE(testing::PrintToString(std::wstring(dll) + L" " + file));
       m_server.Unload();

@@ -33,7 +33,7 @@ class MMGalleryTest : public ::testing::Test {
   /// Puts the description of the module "lamp".
   void Describe(std::string_view text) { Put(m_lamp, text); }
 
-  /// What the three questions answer, as "present, needs download: one", with the folder of the
+  /// The answers to the three questions, as "present, needs download: one", with the folder of the
   /// local path.
   std::wstring StateOf(gallery::CMMGallery& record) {
     VARIANT_BOOL present = 7;

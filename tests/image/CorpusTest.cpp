@@ -10,7 +10,7 @@ namespace qm::tests {
 
 namespace {
 
-/// What tools/fuzz starts from, and what it once found.
+/// The inputs that tools/fuzz starts from, and those that it has found.
 TEST(CorpusTest, NoFileOfTheCorpusBreaksAPromise) {
   for (const FuzzTarget& target : kFuzzTargets) {
     std::size_t files = 0;

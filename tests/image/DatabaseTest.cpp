@@ -53,7 +53,7 @@ CompoundFileImage Write(const DatabaseImage& database, unsigned sectorShift = 9)
   return WriteCompoundFile(std::move(streams), sectorShift);
 }
 
-/// Everything that a database has, in lines of text.
+/// The whole contents of a database as lines of text.
 std::vector<std::string> Contents(image::Database& database) {
   std::vector<std::string> lines;
   database.Verify();
@@ -435,7 +435,7 @@ TEST(DatabaseTest, VerificationCoversStreamsThatAreNeverRead) {
   }
 }
 
-// Many rows that share one long name take no time that anybody notices.
+// Many rows that share one long name take no noticeable time.
 TEST(DatabaseTest, ReadsATableOfTablesThatRepeatsALongName) {
   const std::string name(400000, 'n');
   DatabaseImage image;

@@ -6,7 +6,7 @@
 
 namespace qm::tests {
 
-/// Gives bytes to one of the readers and ends the process if the reader breaks a promise.
+/// Passes bytes to one of the readers and ends the process if the reader breaks a promise.
 struct FuzzTarget {
   std::string_view name;    ///< of the function and the fuzzer
   std::string_view corpus;  ///< folder below corpus/

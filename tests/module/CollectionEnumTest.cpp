@@ -76,7 +76,7 @@ TEST_F(CollectionEnumTest, AnEnumeratorKeepsItsListAndLocksTheServer) {
   EXPECT_EQ(S_OK, m_collection->Remove(0));
   EXPECT_EQ((Names{L"A", L"B", L"C"}), Rest(*enumerator));
   enumerator = Enumerator();
-  EXPECT_EQ(Names{L"A"}, g_gone);  // went with the enumerator that still listed it
+  EXPECT_EQ(Names{L"A"}, g_gone);  // destroyed with the enumerator that still listed it
   EXPECT_EQ(S_OK, m_collection->RemoveAll());
   m_collection.Release();
   EXPECT_EQ((Names{L"B", L"C"}), Rest(*enumerator));

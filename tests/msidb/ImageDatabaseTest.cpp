@@ -169,7 +169,7 @@ void CompareFile(const fs::path& path) {
   EXPECT_EQ(S_OK, failure.hr) << testing::PrintToString(failure.description);
 }
 
-// ---- Databases made for this
+// ---- Databases made for these tests
 
 /// Bytes without a pattern that sectors share.
 image::Bytes DataOf(size_t size) {
@@ -242,7 +242,7 @@ DatabaseImage MakeLargeDatabase() {
 }
 
 void WriteFile(const fs::path& path, CompoundFileImage file) {
-  // The class of installer databases, without which the installer opens none.
+  // The class of installer databases: the installer opens no others.
   const size_t classId = file.Sector(file.directory) + 0x50;
   file.Put(classId, 4, 0x000C1084);
   file.Put(classId + 8, 4, 0x000000C0);

@@ -18,7 +18,7 @@ BOOL WINAPI Read(HANDLE file, void* bytes, DWORD count, DWORD* read, OVERLAPPED*
   return !s_readFails && s_read(file, bytes, count, read, place);
 }
 
-// A read that fails leaves the file at another place than the one before it.
+// A read that fails leaves the file pointer at another position than before.
 TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
   const TestFolder folder;
   const std::wstring path = folder / L"bytes.bin";

@@ -1,7 +1,7 @@
 #include "msidb/SummaryInfo.h"
 
 #include "tests/support/InstallerFixture.h"
-// After the installer's headers, on which it depends.
+// Needs the installer's headers first.
 #include <msidefs.h>
 
 namespace qm::tests {

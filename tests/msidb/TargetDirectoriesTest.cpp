@@ -57,7 +57,7 @@ TEST_P(ModuleDirectoriesTest, AMissingFileFailsWithItsPath) {
 }
 
 TEST_P(ModuleDirectoriesTest, AShortageOfMemoryIsReported) {
-  // What is made once for all, and room in the log of calls.
+  // Creates what is created only once, and reserves memory for the log of calls.
   ASSERT_EQ(S_OK, Resolve({L"BelowAnchor", kBin}));
   directories.clear();
   installer::Reset();

@@ -2,7 +2,7 @@
 
 #include "msidb/InstallerResult.h"
 #include "tests/support/InstallerFixture.h"
-// After the installer's headers, on which it depends.
+// Needs the installer's headers first.
 #include <msidefs.h>
 
 namespace qm::tests {

@@ -9,7 +9,7 @@ namespace qm::tests {
 
 namespace {
 
-/// Counts its references, and keeps the thread that gave the last one up.
+/// Counts its references, and records the thread that released the last one.
 class Counted final : public IUnknown {
  public:
   STDMETHOD(QueryInterface)(REFIID, void**) override { return E_NOINTERFACE; }

@@ -10,7 +10,7 @@ namespace {
 using ClassFactoryTest = FrameFixture;
 
 TEST_F(ClassFactoryTest, FactoriesAreCachedAndOnlyClientsLock) {
-  IClassFactory* const first = Factory().Get();  // held by the module alone from here on
+  IClassFactory* const first = Factory().Get();  // only the server holds it from here on
   EXPECT_EQ(0, com::DllLock::Count());
   EXPECT_NE(first, Factory(kOtherClass).Get());
   {
@@ -27,7 +27,7 @@ TEST_F(ClassFactoryTest, FactoriesAreCachedAndOnlyClientsLock) {
   EXPECT_EQ(1, com::DllLock::Count());
   Factory()->LockServer(FALSE);
 
-  // A client may hold one for longer than the module.
+  // A client may hold a factory for longer than the server does.
   const common::ComPtr<IClassFactory> kept = Factory();
   common::EndDllLifetime();
   EXPECT_EQ(E_POINTER, kept->CreateInstance(nullptr, __uuidof(IUnknown), nullptr));
@@ -46,7 +46,7 @@ TEST_F(ClassFactoryTest, FailedCreationLeavesNothing) {
     out = &out;
     return Factory()->CreateInstance(controlling, iid, &out);
   };
-  Factory();  // makes it
+  Factory();  // creates it
   out = &out;
   EXPECT_EQ(CLASS_E_CLASSNOTAVAILABLE, m_module.GetClassObject(IID_NULL, IID_IUnknown, &out));
   expectNothing();

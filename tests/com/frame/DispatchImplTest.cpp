@@ -35,7 +35,7 @@ TEST_F(DispatchImplTest, TypeInformationIsLoadedAgainWhenTheServerStartsAgain) {
   common::ComPtr<ITypeInfo> info;
   EXPECT_EQ(DISP_E_BADINDEX, m_object->GetTypeInfo(1, 0, info.Put()));
   EXPECT_FALSE(info);
-  for (int i = 0; i < 2; ++i) {  // loaded again after the module ended
+  for (int i = 0; i < 2; ++i) {  // loaded again after EndDllLifetime
     EXPECT_EQ(S_OK, m_object->GetTypeInfo(0, 0, info.Put()));
     common::EndDllLifetime();
   }
@@ -67,7 +67,7 @@ TEST_F(DispatchImplTest, InvalidCallsAreRefused) {
   EXPECT_EQ(E_INVALIDARG, invoke(1, IID_NULL, nullptr));
   EXPECT_EQ(DISP_E_MEMBERNOTFOUND, invoke(99, IID_NULL, &none));
 
-  // A member that gives no reason is not explained by an older failure.
+  // An older error object does not explain a member that fails without one.
   LeaveErrorObject(L"older");
   EXCEPINFO exception{};
   EXPECT_EQ(DISP_E_EXCEPTION, GetCatalog(9, nullptr, &exception));

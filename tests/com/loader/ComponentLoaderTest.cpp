@@ -16,8 +16,8 @@ namespace {
 /// A class of the test's component.
 constexpr CLSID kSibling = {1, 0x7E57, 0x7E57, {}};
 
-/// A folder tree around a server that is not there:
-/// <root>/product/server, with sibling.dll wherever a test puts it.
+/// The folders around a server that does not exist: <root>/product/server, with sibling.dll
+/// wherever a test puts it.
 class ComponentLoaderTest : public ::testing::Test {
  protected:
   void SetUp() override {
@@ -42,7 +42,7 @@ class ComponentLoaderTest : public ::testing::Test {
 
   static fs::path Program() { return com::DllPath(nullptr).c_str(); }
 
-  /// The file that is loaded as sibling.dll; empty when none is.
+  /// The file that is loaded as sibling.dll; empty if none is loaded.
   static fs::path Loaded() {
     const HMODULE module = ::GetModuleHandleW(L"sibling.dll");
     return module ? fs::path(com::DllPath(module).c_str()) : fs::path();
@@ -75,7 +75,7 @@ TEST_F(ComponentLoaderTest, LooksInTheServersFolderThenItsSystemThenTheProductsF
 }
 
 TEST_F(ComponentLoaderTest, FunctionsAreAlsoLookedForInTheSystemFolderOfTheProduct) {
-  // Objects are not: their last place is the registry.
+  // Objects are not looked for there: their last place is the registry.
   const fs::path place = Put("product/System");
   EXPECT_EQ(HRESULT_FROM_WIN32(ERROR_MOD_NOT_FOUND), Failure().hr);
   const auto canUnload = loader->GetFunction<HRESULT(WINAPI*)()>(L"sibling.dll", "DllCanUnloadNow");
