@@ -3,7 +3,7 @@
 #include "catalog/CatalogBase.h"
 #include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
-#include "catalog/ModuleMatcher.h"
+#include "catalog/ModuleQuery.h"
 #include "idl/siblings.h"
 
 namespace qm::catalog {

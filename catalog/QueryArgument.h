@@ -2,7 +2,7 @@
 
 #include <windows.h>
 
-#include "catalog/ModuleMatcher.h"
+#include "catalog/ModuleQuery.h"
 
 namespace qm::catalog {
 

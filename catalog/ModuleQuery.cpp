@@ -1,4 +1,4 @@
-#include "catalog/ModuleMatcher.h"
+#include "catalog/ModuleQuery.h"
 
 #include <windows.h>
 
