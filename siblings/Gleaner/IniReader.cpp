@@ -4,14 +4,14 @@
 
 namespace qm::siblings {
 
-STDMETHODIMP IniReader::get_Sections(IIniSections** sections) {
+STDMETHODIMP CIniReader::get_Sections(IIniSections** sections) {
   return Answer(sections, [&] {
     return Create<IniSections>(m_pFile ? m_pFile
                                        : std::make_shared<const IniDocument>(std::wstring()));
   });
 }
 
-STDMETHODIMP IniReader::Load(BSTR path) {
+STDMETHODIMP CIniReader::Load(BSTR path) {
   return MethodBoundary([&] {
     m_pFile.reset();
     m_pFile = IniDocument::Load(path);

@@ -5,7 +5,7 @@
 namespace qm::siblings {
 
 /// Reader of INI files (coclass IniReader).
-class IniReader : public IniObject<IIniReader> {
+class CIniReader : public IniObject<IIniReader> {
  public:
   STDMETHOD(get_Sections)(IIniSections** sections) override;
   STDMETHOD(Load)(BSTR path) override;

@@ -6,7 +6,7 @@ namespace qm::siblings {
 const com::ObjectMap& GetComponentObjects() noexcept {
   static const com::ObjectMapEntry entries[] = {
       {&CLSID_IniReader, L"Gleaner.IniReader.1", L"Gleaner.IniReader", IDS_COMPONENT_DESCRIPTION,
-       &com::CreateComObject<IniReader>},
+       &com::CreateComObject<CIniReader>},
   };
   static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;

@@ -87,34 +87,34 @@ std::optional<common::WideString> SearchPath(const wchar_t* variable, const wcha
 
 }  // namespace
 
-HRESULT ApplicationServices::AnswerNotImplemented(BSTR* out) noexcept {
+HRESULT CApplicationServices::AnswerNotImplemented(BSTR* out) noexcept {
   return AnswerText(out, []() -> common::WideString { com::RaiseHResult(E_NOTIMPL); });
 }
 
-STDMETHODIMP ApplicationServices::get_GalleryRoot(BSTR* folder) {
+STDMETHODIMP CApplicationServices::get_GalleryRoot(BSTR* folder) {
   return AnswerText(folder, [] { return ReadFolder(L"QM_GALLERY_ROOT", L"GalleryRoot"); });
 }
 
-STDMETHODIMP ApplicationServices::get_FileIndexFolder(BSTR* folder) {
+STDMETHODIMP CApplicationServices::get_FileIndexFolder(BSTR* folder) {
   return AnswerText(folder, [] { return ReadFolder(L"QM_FILE_INDEX_DIR", L"FileIndexDir"); });
 }
 
-STDMETHODIMP ApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
+STDMETHODIMP CApplicationServices::get_ModuleIndexFolder(BSTR* folder) {
   return AnswerText(folder, [] { return ReadFolder(L"QM_MODULE_INDEX_DIR", L"ModuleIndexDir"); });
 }
 
-STDMETHODIMP ApplicationServices::get_ModuleSearchPath(BSTR* path) {
+STDMETHODIMP CApplicationServices::get_ModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
     const auto value = SearchPath(L"QM_MODULE_PATH", L"ModulePath");
     return value ? *value : GetCommonModulesFolder();
   });
 }
 
-STDMETHODIMP ApplicationServices::get_DataFolder(BSTR* folder) {
+STDMETHODIMP CApplicationServices::get_DataFolder(BSTR* folder) {
   return AnswerText(folder, [] { return ReadFolder(L"QM_DATA_DIR", L"DataDir"); });
 }
 
-STDMETHODIMP ApplicationServices::get_UserModuleSearchPath(BSTR* path) {
+STDMETHODIMP CApplicationServices::get_UserModuleSearchPath(BSTR* path) {
   return AnswerText(path, [] {
     return SearchPath(L"QM_USER_MODULE_PATH", L"UserModulePath").value_or(common::WideString());
   });

@@ -11,7 +11,7 @@ namespace qm::siblings {
 /// Values are read at every call, so that changes take effect at once. It is a failure if the INI
 /// file exists and cannot be read. Environment variables ("%NAME%") are expanded in folders but not
 /// in search paths.
-class ApplicationServices
+class CApplicationServices
     : public ComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
   STDMETHOD(get_GalleryRoot)(BSTR* folder) override;
