@@ -3,7 +3,7 @@
 namespace qm::server {
 
 // Identifiers of the DLL's resources.
-#define IDS_MODULE_NAME 100
+#define IDS_SERVER_NAME 100
 #define IDS_CLASS_DESCRIPTION 1009
 
 }  // namespace qm::server

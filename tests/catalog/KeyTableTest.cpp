@@ -11,7 +11,7 @@ namespace {
 
 TEST(KeyTableTest, FindsRecordsByIdAndVersionInLowerCase) {
   const TestFolder folder;
-  const std::filesystem::path root = folder.Path();
+  const std::filesystem::path& root = folder.Path();
   std::filesystem::create_directories(root / "ObjectGallery");
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   const auto described = [&](const wchar_t* id, const wchar_t* version) {

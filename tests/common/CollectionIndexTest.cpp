@@ -32,7 +32,7 @@ TEST(CollectionIndexTest, NumbersArePositionsAndAllElseIsText) {
   const long one = 1;
   const double fraction = 2.5;
   const common::UniqueBstr key(common::TryAllocateBstr(L"Key"));
-  const BSTR text = key.Get();
+  wchar_t* const text = key.Get();
   const VARIANT number = Around(VT_I4, 1);
   const VARIANT toNumber = Around(VT_I4 | byRef, &one);
   const VARIANT nested = Around(toVariant, &number);

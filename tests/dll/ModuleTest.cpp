@@ -147,7 +147,7 @@ TEST_F(ModuleTest, PathsMayBeLongOrRelative) {
   EXPECT_TRUE(::DeleteFileW((L"\\\\?\\" + longPath).c_str()));
 }
 
-TEST_F(ModuleTest, AFileThatIsCutShortAfterItWasOpenedFailsWithItsCause) {
+TEST_F(ModuleTest, AFileThatIsTruncatedAfterItWasOpenedFailsWithItsCause) {
   const common::ComPtr<IMergeModuleTavik> module = OpenRichModule();
   std::filesystem::resize_file(m_rich, 3072);
   EXPECT_THAT(ReadModule(module.Get(), L"Dialogs"),

@@ -167,7 +167,7 @@ TEST_F(SiblingTest, EachFaultOfTheApplicationServicesHasItsOutcome) {
   }
 }
 
-TEST_F(SiblingTest, TheServerAndItsSiblingsGiveTheirThreadSlotsBack) {
+TEST_F(SiblingTest, TheServerAndItsSiblingsFreeTheirThreadSlots) {
   const auto nextFreeSlot = [] {
     const DWORD slot = ::TlsAlloc();
     ::TlsFree(slot);

@@ -11,7 +11,7 @@ namespace {
 
 TEST(CacheMSMTest, ARecordOfTheGalleryIsFilledFromItsDescriptionAlone) {
   const TestFolder folder;
-  const std::filesystem::path root = folder.Path();
+  const std::filesystem::path& root = folder.Path();
   ::SetEnvironmentVariableW(L"QM_GALLERY_ROOT", root.c_str());
   ::SetEnvironmentVariableW(L"QM_MODULE_PATH", root.c_str());
   std::filesystem::create_directory(root / "ObjectGallery");

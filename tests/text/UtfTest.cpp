@@ -15,7 +15,7 @@ namespace {
 
 using namespace std::string_view_literals;
 
-TEST(UtfTest, BothWaysGiveTheTextBack) {
+TEST(UtfTest, ConvertingBackAndForthKeepsTheText) {
   const struct {
     std::string_view utf8;
     std::u16string_view utf16;
