@@ -41,6 +41,12 @@ class CatalogBase : public com::SupportErrorInfo<IMMCatalog, IMMCatalogVelmora, 
   }
 
  protected:
+  /// Implements a member that does nothing and returns 0.
+  static HRESULT ReturnZero(long* result) noexcept {
+    *result = 0;
+    return S_OK;
+  }
+
   /// Implements SupportsProject; `supportsKind` is the class's own rule for project kinds. Leaves
   /// VARIANT_TRUE in `*supported` if asking the project fails.
   template <class Rule>

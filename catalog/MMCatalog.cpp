@@ -16,15 +16,6 @@
 
 namespace qm::catalog {
 
-namespace {
-
-HRESULT ReturnZero(long* result) noexcept {
-  *result = 0;
-  return S_OK;
-}
-
-}  // namespace
-
 HRESULT CMMCatalog::Initialize() noexcept {
   return MethodBoundary([&] {
     m_pServices = gallery::CreateApplicationServices();

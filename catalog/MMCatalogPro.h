@@ -29,12 +29,6 @@ class CMMCatalogPro : public CatalogBase<&CLSID_MMCatalogPro> {
 
   // IMMCatalogCaskel
   STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
-
- private:
-  static HRESULT ReturnZero(long* result) noexcept {
-    *result = 0;
-    return S_OK;
-  }
 };
 
 }  // namespace qm::catalog

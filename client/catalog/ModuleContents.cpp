@@ -112,31 +112,31 @@ GalleryContents ReadGalleryContents(IMergeModule2& module, std::vector<PartFailu
 
 ModuleContents ReadModuleContents(IMergeModule2& newestModule) {
   IMergeModule& module = newestModule;
-  ModuleContents description;
-  description.path = ReadText(module, &IMergeModule::get_Path);
-  description.key = ReadText(module, &IMergeModule::get_Key);
-  description.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
-  description.language = ReadOptionalNumber(module, &IMergeModule::get_Language);
-  description.version = ReadText(module, &IMergeModule::get_Version);
-  description.displayName = ReadText(module, &IMergeModule::get_DisplayName);
-  description.subject = ReadText(module, &IMergeModule::get_Subject);
-  description.author = ReadText(module, &IMergeModule::get_Author);
-  description.comments = ReadText(module, &IMergeModule::get_Comments);
-  description.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
+  ModuleContents contents;
+  contents.path = ReadText(module, &IMergeModule::get_Path);
+  contents.key = ReadText(module, &IMergeModule::get_Key);
+  contents.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
+  contents.language = ReadOptionalNumber(module, &IMergeModule::get_Language);
+  contents.version = ReadText(module, &IMergeModule::get_Version);
+  contents.displayName = ReadText(module, &IMergeModule::get_DisplayName);
+  contents.subject = ReadText(module, &IMergeModule::get_Subject);
+  contents.author = ReadText(module, &IMergeModule::get_Author);
+  contents.comments = ReadText(module, &IMergeModule::get_Comments);
+  contents.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
 
-  auto& failures = description.failures;
-  ReadCollection<IMMFile>(module, &IMergeModule::get_Files, "files", description.files, failures);
-  ResolveTargetPaths(description);
+  auto& failures = contents.failures;
+  ReadCollection<IMMFile>(module, &IMergeModule::get_Files, "files", contents.files, failures);
+  ResolveTargetPaths(contents);
   ReadCollection<IMMDependency>(module, &IMergeModule::get_Dependencies, "dependencies",
-                                description.dependencies, failures);
+                                contents.dependencies, failures);
   ReadCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, "exclusions",
-                               description.exclusions, failures);
+                               contents.exclusions, failures);
   ReadCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions, "custom actions",
-                                  description.customActions, failures);
-  ReadCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", description.dialogs,
+                                  contents.customActions, failures);
+  ReadCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", contents.dialogs,
                             failures);
-  description.gallery = ReadGalleryContents(newestModule, failures);
-  return description;
+  contents.gallery = ReadGalleryContents(newestModule, failures);
+  return contents;
 }
 
 }  // namespace mmcat
