@@ -3,7 +3,7 @@
 
 if(MSVC OR CMAKE_CXX_SIMULATE_ID STREQUAL "MSVC")
   message(FATAL_ERROR "This tree is built with GCC: the MinGW-w64 cross-compiler for Windows "
-    "(presets release, strict) and the machine's own for the native tests. MSVC and clang-cl do not "
+    "(presets release, strict and those for x64) and the machine's own for the native tests. MSVC and clang-cl do not "
     "know the import libraries and linker options that it uses.")
 endif()
 
@@ -19,5 +19,7 @@ set(QM_CLI_LICENSE /usr/share/doc/libcli11-dev/copyright)
 set(QM_nlohmann_LICENSE /usr/share/doc/nlohmann-json3-dev/copyright)
 
 # The type library that all others import. Wine includes it.
-file(GLOB QM_STDOLE2 /usr/lib/*/wine/i386-windows/stdole2.tlb
-  /usr/lib/wine/i386-windows/stdole2.tlb)
+set(QM_WINE_FOLDER_32 i386-windows)
+set(QM_WINE_FOLDER_64 x86_64-windows)
+file(GLOB QM_STDOLE2 /usr/lib/*/wine/${QM_WINE_FOLDER_${QM_BITS}}/stdole2.tlb
+  /usr/lib/wine/${QM_WINE_FOLDER_${QM_BITS}}/stdole2.tlb)

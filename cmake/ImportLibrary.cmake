@@ -8,7 +8,8 @@ function(qm_add_import_library name def)
     set(kind -y)
   endif()
   set(archive "${CMAKE_CURRENT_BINARY_DIR}/lib${name}.a")
-  # -k removes "@n" from the decorated names of the .def in the import table.
+  qm_choose_def(def "${def}")
+  # -k removes "@n" from the decorated names of 32 bits in the import table.
   add_custom_command(OUTPUT "${archive}"
     COMMAND ${CMAKE_DLLTOOL} -k -d "${def}" ${kind} "${archive}"
     DEPENDS "${def}" VERBATIM)

@@ -1,12 +1,12 @@
 # Makes type libraries, headers and GUID definitions from IDL.
 
 if(NOT QM_STDOLE2)
-  message(FATAL_ERROR "stdole2.tlb of 32-bit Wine was not found; run tools/setup")
+  message(FATAL_ERROR "stdole2.tlb of ${QM_BITS}-bit Wine was not found; run tools/setup --test")
 endif()
 list(GET QM_STDOLE2 0 QM_STDOLE2)
 get_filename_component(QM_STDOLE2_DIR "${QM_STDOLE2}" DIRECTORY)
 
-set(QM_IDL_FLAGS --win32 -I "${PROJECT_SOURCE_DIR}/idl" -I "${PROJECT_SOURCE_DIR}/idl/platform"
+set(QM_IDL_FLAGS ${QM_WIDL_TARGET} -I "${PROJECT_SOURCE_DIR}/idl" -I "${PROJECT_SOURCE_DIR}/idl/platform"
   -L "${QM_STDOLE2_DIR}")
 
 # qm_add_idl(<name> [<imported idl>...]): makes generated/idl/<name>.h and <name>_i.c, and

@@ -8,10 +8,20 @@
 
 namespace qm::traits {
 
+namespace {
+
+/// The exported name, which is decorated in 32 bits only.
+#ifdef _WIN64
+constexpr char kGetActiveProjectType[] = "GetActiveProjectType";
+#else
+constexpr char kGetActiveProjectType[] = "_GetActiveProjectType@0";
+#endif
+
+}  // namespace
+
 int GetActiveProjectType() {
-  // The decorated name is the exported one.
   const auto getType = com::ComponentLoader::Instance().GetFunction<int(WINAPI*)()>(
-      L"QMObjMgr.DLL", "_GetActiveProjectType@0");
+      L"QMObjMgr.DLL", kGetActiveProjectType);
   return getType();
 }
 

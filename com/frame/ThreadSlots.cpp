@@ -53,9 +53,15 @@ DWORD WINAPI AllocateSlot() {
 
 }  // namespace
 
-// Replaces the import of TlsAlloc for all code in this DLL.
+// Replaces the import of TlsAlloc for all code in this DLL. Its symbol has the decoration of the
+// architecture.
+#ifdef _WIN64
+#define IMPORTED_TLS_ALLOC "__imp_TlsAlloc"
+#else
+#define IMPORTED_TLS_ALLOC "__imp__TlsAlloc@0"
+#endif
 extern "C" {
-DWORD(WINAPI* g_importedTlsAlloc)() __asm__("__imp__TlsAlloc@0") = &AllocateSlot;
+DWORD(WINAPI* g_importedTlsAlloc)() __asm__(IMPORTED_TLS_ALLOC) = &AllocateSlot;
 }
 
 }  // namespace qm::com
