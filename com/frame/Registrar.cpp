@@ -15,6 +15,21 @@ namespace qm::com {
 
 namespace {
 
+// What differs between the architectures: the keys below which a type library lists the files of each,
+// and the flag that opens the keys that the other one has for itself. CLSID is such a key. ProgIDs and
+// type libraries are shared.
+#ifdef _WIN64
+constexpr SYSKIND kSystem = SYS_WIN64;
+constexpr wchar_t kOwnFile[] = L"win64";
+constexpr wchar_t kOtherFile[] = L"win32";
+constexpr REGSAM kOtherKeys = KEY_WOW64_32KEY;
+#else
+constexpr SYSKIND kSystem = SYS_WIN32;
+constexpr wchar_t kOwnFile[] = L"win32";
+constexpr wchar_t kOtherFile[] = L"win64";
+constexpr REGSAM kOtherKeys = KEY_WOW64_64KEY;
+#endif
+
 void RaiseIfRegistryFailed(LSTATUS status) {
   RaiseIfFailed(HResultFromCode(static_cast<DWORD>(status)));
 }
@@ -35,6 +50,13 @@ void DeleteKey(const common::WideString& key) {
   if (status != ERROR_FILE_NOT_FOUND) {
     RaiseIfRegistryFailed(status);
   }
+}
+
+/// Returns whether the other architecture has a key. A system of 32 bits has no keys but its own.
+bool OtherArchitectureHas(const common::WideString& key) noexcept {
+  common::UniqueRegistryKey handle;
+  return ::RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_QUERY_VALUE | kOtherKeys,
+                         handle.Put()) == ERROR_SUCCESS;
 }
 
 common::WideString FormatGuid(REFGUID guid) {
@@ -97,13 +119,32 @@ bool IsSameFile(const wchar_t* a, const wchar_t* b) {
   return common::CompareFileNames(longName(a, longA), longName(b, longB)) == 0;
 }
 
-/// Unregisters a type library, unless it is registered from a file other than `path`.
+/// Removes the entries of a class. Keeps the ProgIDs if the other architecture has registered the
+/// class as well.
+void UnregisterClass(const ObjectMapEntry& entry) {
+  const common::WideString key = MakeClassKey(entry);
+  DeleteKey(key);
+  if (!OtherArchitectureHas(key)) {
+    DeleteKey(entry.progId);
+    DeleteKey(entry.versionIndependentProgId);
+  }
+}
+
+/// Unregisters a type library, unless it is registered from a file other than `path`. If the other
+/// architecture has registered it as well, removes only the entry of this one.
 void UnregisterLibrary(REFGUID libid, const common::WideString& path) {
   // Checked first, also because systems differ in the result for a library that is not registered.
   common::UniqueBstr registered;
   if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
       registered && IsSameFile(registered.Get(), path.c_str())) {
-    RaiseIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, SYS_WIN32));
+    const common::WideString files =
+        common::WideString(L"TypeLib\\") + FormatGuid(libid) + L"\\1.0\\0\\";
+    if (OtherArchitectureHas(files + kOtherFile)) {
+      // Both architectures share the library and, on some systems, its interfaces.
+      DeleteKey(files + kOwnFile);
+    } else {
+      RaiseIfFailed(::UnRegisterTypeLib(libid, 1, 0, LOCALE_NEUTRAL, kSystem));
+    }
   }
 }
 
@@ -123,10 +164,7 @@ void RegisterServer(const ObjectMap& objects, HINSTANCE instance) {
 
 void UnregisterServer(const ObjectMap& objects, HINSTANCE instance) {
   for (size_t i = 0; i < objects.count; ++i) {
-    const ObjectMapEntry& entry = objects.entries[i];
-    DeleteKey(entry.progId);
-    DeleteKey(entry.versionIndependentProgId);
-    DeleteKey(MakeClassKey(entry));
+    UnregisterClass(objects.entries[i]);
   }
   if (objects.interfaceLibrary) {
     UnregisterLibrary(*objects.interfaceLibrary, GetInterfaceLibraryPath(objects, instance));

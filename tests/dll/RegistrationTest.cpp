@@ -16,6 +16,10 @@ const std::pair<CLSID, std::wstring> kClasses[] = {
     {CLSID_MMCatalogManager, L"QmMMUpdater.MMCatalogManager"},
 };
 
+/// The keys below which a type library lists the files of this architecture and of the other one.
+const std::wstring kOwnFile = sizeof(void*) == 8 ? L"\\1.0\\0\\win64" : L"\\1.0\\0\\win32";
+const std::wstring kOtherFile = sizeof(void*) == 8 ? L"\\1.0\\0\\win32" : L"\\1.0\\0\\win64";
+
 std::wstring TextOf(REFGUID guid) {
   wchar_t text[39];
   ::StringFromGUID2(guid, text, static_cast<int>(std::size(text)));
@@ -76,10 +80,9 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
     std::wstring value;
   };
   std::vector<Entry> entries{
-      {L"TypeLib\\" + interfaces + L"\\1.0\\0\\win32", nullptr,
+      {L"TypeLib\\" + interfaces + kOwnFile, nullptr,
        (ProgramFolder() / L"qmmmupdater.tlb").wstring()},
-      {L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib) + L"\\1.0\\0\\win32", nullptr,
-       ServerLibrary::Path()},
+      {L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib) + kOwnFile, nullptr, ServerLibrary::Path()},
       {L"Interface\\" + TextOf(__uuidof(IMergeModuleTavik)) + L"\\TypeLib", nullptr, interfaces},
       {L"Interface\\" + TextOf(__uuidof(IMMGalleryDownloadFileCaskel)) + L"\\TypeLib", nullptr,
        interfaces},
@@ -108,6 +111,35 @@ TEST_F(RegistrationTest, WritesAndRemovesItsEntries) {
       EXPECT_EQ(registers ? value : L"(missing)", RegistryValue(entry, name));
     }
   }
+}
+
+TEST_F(RegistrationTest, WhatTheOtherArchitectureRegisteredStays) {
+  const std::wstring interfaces = TextOf(LIBID_QMMMUpdaterLib);
+  const std::wstring libraries[] = {L"TypeLib\\" + interfaces,
+                                    L"TypeLib\\" + TextOf(LIBID_QMMMUPDATER2Lib)};
+  const std::wstring usesLibrary =
+      L"Interface\\" + TextOf(__uuidof(IMergeModuleTavik)) + L"\\TypeLib";
+  EXPECT_EQ(S_OK, m_server.DllRegisterServer());
+  const std::wstring otherPath = L"C:\\other\\library.tlb";
+  for (const std::wstring& library : libraries) {
+    ASSERT_EQ(ERROR_SUCCESS, ::RegSetValueW(HKEY_CLASSES_ROOT, (library + kOtherFile).c_str(),
+                                            REG_SZ, otherPath.c_str(), 0));
+  }
+
+  EXPECT_EQ(S_OK, m_server.DllUnregisterServer());
+  for (const std::wstring& library : libraries) {
+    EXPECT_EQ(L"(missing)", RegistryValue(library + kOwnFile, nullptr));
+    EXPECT_EQ(otherPath, RegistryValue(library + kOtherFile, nullptr));
+  }
+  EXPECT_EQ(interfaces, RegistryValue(usesLibrary, nullptr));
+
+  // The last one removes the rest.
+  EXPECT_EQ(S_OK, m_server.DllRegisterServer());
+  for (const std::wstring& library : libraries) {
+    ::RegDeleteTreeW(HKEY_CLASSES_ROOT, (library + kOtherFile).c_str());
+  }
+  EXPECT_EQ(S_OK, m_server.DllUnregisterServer());
+  EXPECT_EQ(L"(missing)", RegistryValue(usesLibrary, nullptr));
 }
 
 TEST_F(RegistrationTest, EveryClassIsCreatedAndReportsInItsName) {
