@@ -9,6 +9,8 @@
 //   i686-w64-mingw32-g++ -std=c++17 -municode -DUNICODE -static -I ../../include
 //     ListCatalog.cpp resources.o -lole32 -loleaut32 -o ListCatalog.exe
 //
+// (x86_64-w64-mingw32 makes a 64-bit program, for which the manifest must name amd64.)
+//
 // With ListCatalog.rc it uses the server in its own folder, without registration; without that
 // resource script it uses the registered server. Exits with 0, with 3 if there is no such module,
 // or with 1 after a failure.

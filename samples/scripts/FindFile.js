@@ -2,8 +2,7 @@
 //
 //   cscript //nologo FindFile.js NAME FILE.msm...
 //
-// The server must be registered. On 64-bit Windows use the 32-bit script host,
-// %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if a module delivers the file, otherwise with 1.
+// The server must be registered. Exits with 0 if a module delivers the file, otherwise with 1.
 
 var wanted = WScript.Arguments(0).toLowerCase();
 var module = new ActiveXObject("QmMMUpdater.MergeModule2");

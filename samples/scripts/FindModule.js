@@ -2,8 +2,7 @@
 //
 //   cscript //nologo FindModule.js ID[:LANGUAGE] [VERSION]
 //
-// The server must be registered. On 64-bit Windows use the 32-bit script host,
-// %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if there is such a module, otherwise with 3.
+// The server must be registered. Exits with 0 if there is such a module, otherwise with 3.
 
 var installerProject = 1;
 var catalog = new ActiveXObject("QmMMUpdater.MMCatalogManager").GetCatalog(installerProject);

@@ -2,8 +2,7 @@
 '
 '   cscript //nologo ShowModule.vbs FILE.msm...
 '
-' The server must be registered. On 64-bit Windows use the 32-bit script host,
-' %SystemRoot%\SysWOW64\cscript.exe. Exits with 4 if a file could not be read.
+' The server must be registered. Exits with 4 if a file could not be read.
 
 Option Explicit
 

@@ -2,9 +2,7 @@
 #
 #   powershell -ExecutionPolicy Bypass -File WhatNeedsDownload.ps1
 #
-# The server must be registered. On 64-bit Windows use the 32-bit host,
-# %SystemRoot%\SysWOW64\WindowsPowerShell\v1.0\powershell.exe. Exits with 0 if there is nothing to
-# download, otherwise with 3.
+# The server must be registered. Exits with 0 if there is nothing to download, otherwise with 3.
 
 $ErrorActionPreference = 'Stop'
 $exitCode = 0

@@ -2,8 +2,7 @@
 '
 '   cscript //nologo WhoUses.vbs ID
 '
-' The server must be registered. On 64-bit Windows use the 32-bit script host,
-' %SystemRoot%\SysWOW64\cscript.exe. Exits with 0 if a module needs it, otherwise with 3.
+' The server must be registered. Exits with 0 if a module needs it, otherwise with 3.
 
 Option Explicit
 

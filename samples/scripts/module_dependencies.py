@@ -1,8 +1,8 @@
 """Lists what the modules of the catalog need and marks what the catalog does not have.
 
-    py -3-32 module_dependencies.py
+    py module_dependencies.py
 
-The server must be registered. Needs a 32-bit Python with pywin32 (python -m pip install pywin32).
+The server must be registered. Needs Python with pywin32 (python -m pip install pywin32).
 Exits with 0 if the catalog has everything, otherwise with 3.
 """
 
