@@ -33,8 +33,9 @@ class Parser {
     m_app.require_subcommand(1);
     m_app.set_version_flag("--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
-        "Exit codes: 0 success, 1 findings (deps, check), 2 wrong usage, 3 nothing matched,\n"
-        "4 a module could not be read, 5 the server failed, 6 the output could not be written.");
+        "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage,\n"
+        "3 nothing matched, 4 a module could not be read, 5 the server failed,\n"
+        "6 the output could not be written.");
     for (const Command* command : Commands()) {
       Add(*command);
     }

@@ -14,12 +14,13 @@ extern const Command kFindCommand;
 extern const Command kWhichCommand;
 extern const Command kNameCommand;
 extern const Command kDepsCommand;
+extern const Command kSelftestCommand;
 
 const std::vector<const Command*>& Commands() {
   static const std::vector<const Command*> commands{
       &kListCommand,    &kFilesCommand, &kExclusionsCommand, &kSourcesCommand,
       &kGalleryCommand, &kCheckCommand, &kShowCommand,       &kFindCommand,
-      &kWhichCommand,   &kNameCommand,  &kDepsCommand,
+      &kWhichCommand,   &kNameCommand,  &kDepsCommand,       &kSelftestCommand,
   };
   return commands;
 }
