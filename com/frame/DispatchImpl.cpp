@@ -1,15 +1,26 @@
 #include "com/frame/DispatchImpl.h"
 
+#include <cstddef>
 #include <memory>
 #include <utility>
 
 #include "com/error/ErrorHandler.h"
 #include "common/ComPtr.h"
 #include "common/ExclusiveLock.h"
+#include "idl/host.h"
 
 namespace qm::com {
 
 namespace {
+
+// What crosses the boundary of the DLL has the layout that callers expect.
+constexpr bool kIs64Bit = sizeof(void*) == 8;
+static_assert(sizeof(VARIANT) == (kIs64Bit ? 24 : 16) && alignof(VARIANT) == 8);
+static_assert(offsetof(VARIANT, lVal) == 8);
+static_assert(sizeof(DISPPARAMS) == (kIs64Bit ? 24 : 16));
+static_assert(sizeof(EXCEPINFO) == (kIs64Bit ? 64 : 32));
+static_assert(sizeof(GUID) == 16 && alignof(GUID) == 4);
+static_assert(sizeof(long) == 4 && sizeof(VARIANT_BOOL) == 2 && sizeof(ProjectKind) == 4);
 
 void ConvertToDispatch(VARIANT& result) noexcept {
   IDispatch* dispatch = nullptr;
