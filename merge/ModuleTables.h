@@ -1,0 +1,124 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <functional>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "image/Database.h"
+
+namespace qm::merge {
+
+/// Converts bytes in a code page to UTF-8; 0 is the code page of the system. Returns nothing if it
+/// does not know the code page. Not called for ASCII text in the code pages of Windows.
+using DecodeText =
+    std::function<std::optional<std::string>(std::string_view bytes, std::uint32_t codePage)>;
+
+/// A column of a table.
+struct Column {
+  std::string_view name;
+  image::ColumnKind kind;
+  unsigned width;  ///< Text: greatest number of characters, 0 for any; Integer: bytes, 2 or 4
+  bool isNullable;
+  bool isKey;  ///< part of the primary key
+};
+
+/// A table of a module. Rows and columns are numbered from 0 and must exist. Immutable. Belongs to
+/// its ModuleTables, which all views depend on.
+class Table {
+ public:
+  std::string_view Name() const noexcept { return m_name; }
+  const std::vector<Column>& Columns() const noexcept { return m_columns; }
+
+  /// Returns the position of a column, case-sensitive; nothing if no column has this name.
+  std::optional<std::size_t> FindColumn(std::string_view name) const noexcept;
+
+  std::size_t RowCount() const noexcept { return m_rowCount; }
+
+  /// Why the table cannot be read: one sentence. It then has no rows, and no columns if the damage
+  /// is in their definition. Empty if it was read.
+  const std::string& Failure() const noexcept { return m_failure; }
+
+  bool IsNull(std::size_t row, std::size_t column) const noexcept { return Cell(row, column) == 0; }
+
+  /// Returns the text in a cell of a Text column; empty for null and in other columns.
+  std::string_view Text(std::size_t row, std::size_t column) const noexcept;
+
+  /// Returns a number that two cells of the tables of one module share if they have the same text;
+  /// 0 for null and in columns that are not Text.
+  std::uint32_t TextNumber(std::size_t row, std::size_t column) const noexcept;
+
+  /// Returns the number in a cell of an Integer column; nothing for null and in other columns.
+  std::optional<std::int32_t> Number(std::size_t row, std::size_t column) const noexcept;
+
+  /// Returns the size in bytes of the data of a cell of a Stream column; nothing for null, in other
+  /// columns, and if the file has no data for the cell.
+  std::optional<std::uint64_t> StreamSize(std::size_t row, std::size_t column) const noexcept;
+
+  /// Formats a cell of any column for display: the text, the number in decimal, or "binary of 12
+  /// bytes". Empty for null.
+  std::string Format(std::size_t row, std::size_t column) const;
+
+ private:
+  friend class ModuleTables;
+
+  struct Stream {
+    std::size_t cell;  ///< row times columns plus column
+    std::uint64_t size;
+  };
+
+  std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
+
+  const class ModuleTables* m_owner = nullptr;
+  std::string_view m_name;
+  std::vector<Column> m_columns;
+  std::vector<std::size_t> m_columnStarts;  ///< in m_cells
+  std::vector<unsigned> m_cellSizes;        ///< in bytes, per column
+  std::size_t m_rowCount = 0;
+  image::Bytes m_cells;           ///< column after column, as in the file
+  std::vector<Stream> m_streams;  ///< sorted by cell
+  std::string m_failure;
+};
+
+/// Every table of a module, in the form in which the file has them: a cell is the number of a text,
+/// a number, or a mark that there is data. The texts are kept once, as UTF-8. Takes about as much
+/// memory as the tables take in the file. Immutable.
+class ModuleTables {
+ public:
+  /// Reads all tables of a database. Damage of a table becomes its Failure(). Neither takes more
+  /// memory than the size of the file justifies: reading ends, with a Failure(), where the tables
+  /// claim more bytes than the file has. Throws std::bad_alloc, and what the source of the database
+  /// throws.
+  ModuleTables(image::Database& database, const DecodeText& decode);
+  ModuleTables(const ModuleTables&) = delete;
+  ModuleTables& operator=(const ModuleTables&) = delete;
+  ~ModuleTables() = default;
+
+  /// The tables in the order of the file.
+  const std::vector<Table>& All() const noexcept { return m_tables; }
+
+  /// Returns a table by its name, case-sensitive; null if there is no such table.
+  const Table* Find(std::string_view name) const noexcept;
+
+  /// The first failure, of a table or of the texts; empty if everything was read.
+  const std::string& Failure() const noexcept { return m_failure; }
+
+  /// The code page of the texts in the file; 0 means the system's own.
+  std::uint32_t CodePage() const noexcept { return m_codePage; }
+
+ private:
+  friend class Table;
+
+  std::string_view Text(std::uint32_t number) const noexcept;
+
+  std::uint32_t m_codePage = 0;
+  std::vector<char> m_texts;          ///< one after another
+  std::vector<std::uint32_t> m_ends;  ///< of each text, from text 0 on
+  std::vector<Table> m_tables;
+  std::string m_failure;
+};
+
+}  // namespace qm::merge

@@ -1,0 +1,26 @@
+#pragma once
+
+#include "image/ByteSource.h"
+#include "image/Database.h"
+#include "merge/Module.h"
+
+namespace qm::merge {
+
+/// Reads a module from the bytes of its file: identity, summary, every table once, and what merging
+/// needs from them. `path`, `origin`, `displayName` and the state of the gallery are left to the
+/// caller. Damage never fails the function: Module::failure has the first one, and what could be
+/// read is there. Throws what the source throws, and std::bad_alloc.
+///
+/// The first row of ModuleSignature is the module's own. A null language is INT32_MIN, as in the
+/// catalog.
+Module ReadModule(image::ByteSource& source, const DecodeText& decode);
+
+/// The same from an open database.
+Module ReadModule(image::Database& database, const DecodeText& decode);
+
+/// A DecodeText that needs no system: knows ASCII, UTF-8, Windows-1252 and ISO 8859-1. The code
+/// page of the system is taken for Windows-1252. For tests and other systems; on Windows, hand in
+/// one that asks the system.
+std::optional<std::string> DecodeCommonCodePage(std::string_view bytes, std::uint32_t codePage);
+
+}  // namespace qm::merge

@@ -1,0 +1,92 @@
+#pragma once
+
+#include <functional>
+#include <string>
+#include <string_view>
+#include <unordered_map>
+
+#include "merge/Module.h"
+
+namespace qm::merge {
+
+/// Why a walk up the Directory table ended.
+enum class FolderEnd {
+  Root,         ///< at a root: a predefined folder, TARGETDIR, a property, or a full path
+  MissingRow,   ///< a directory has no row
+  Circle,       ///< a directory lies below itself
+  LimitReached  ///< more rows or characters than an installer takes
+};
+
+/// Where an installer makes a folder of a module: a root, and a path below it. The root is a
+/// property, so that each kind of project can spell it in its own way.
+struct TargetFolder {
+  /// The property at the root, without brackets: "SystemFolder", "TARGETDIR", or the key of another
+  /// root row. Empty if `path` is a full path, or if the walk did not end at a root.
+  std::string root;
+  /// The rest: "drivers\etc". Neither begins nor ends with a backslash. Empty for the root itself.
+  /// A part that only the installer can resolve stays as the module has it, such as "[MYPROPERTY]".
+  std::string path;
+  FolderEnd end = FolderEnd::Root;
+  bool isPredefined = false;   ///< `root` is a folder that the installer defines
+  bool isSetByAction = false;  ///< a custom action determines the folder or one on the way up
+  /// The key of the row on the way that the user of the module redirects: it lies directly below
+  /// TARGETDIR, and the merge attaches it to the folder that the user names. Empty if there is no
+  /// such row.
+  std::string redirected = {};
+  /// The configurable item whose value the user of the module gives for a row on the way
+  /// (ModuleSubstitution). Empty if there is no such item.
+  std::string item = {};
+
+  /// Returns whether the user of the module decides where the folder is.
+  bool IsRedirected() const noexcept { return !redirected.empty() || !item.empty(); }
+};
+
+/// Returns whether a property is a folder that the installer defines: ProgramFilesFolder,
+/// System64Folder, DesktopFolder and so on. Case-sensitive, as properties are. TARGETDIR is not.
+bool IsPredefinedFolder(std::string_view property) noexcept;
+
+/// Resolves directories of a module as an installer does when the module has been merged:
+///
+/// - A key whose part before the first dot is a predefined folder is that folder, whatever its
+///   DefaultDir and its parent: merging adds an action that sets it.
+/// - A custom action that sets the property of a directory (types 51 and 35) takes precedence over
+///   the rows. Its text may begin with a property or a directory: "[WindowsFolder]winsxs".
+/// - A value in the Property table takes precedence as well. Actions take precedence over it.
+/// - Otherwise the name is the target part of DefaultDir, in its long form. "." is the parent.
+/// - The walk ends at the row without a parent, whose key is the root: usually TARGETDIR. What lies
+///   below that goes where the user of the module wants it.
+///
+/// msidb/DirectoryResolution walks in another way, as the published interfaces demand: it knows
+/// neither custom actions nor 64-bit folders, ends at "." folders below TARGETDIR, omits that root,
+/// recognises a predefined folder only if a row with the plain key exists too, and ignores its
+/// case.
+///
+/// Nothing in the module is trusted: a walk ends at a circle, after 1,000 rows, or beyond 32,767
+/// bytes.
+class TargetFolders {
+ public:
+  /// `module` must outlive the object.
+  explicit TargetFolders(const Module& module);
+
+  /// Returns the folder of a key of the Directory table. Remembers nothing; takes time proportional
+  /// to the length of the walk.
+  TargetFolder Resolve(std::string_view directory) const;
+
+ private:
+  class Walk;
+
+  std::unordered_map<std::string_view, const Directory*> m_directories;
+  std::unordered_map<std::string_view, std::string_view> m_actions;     ///< texts by property
+  std::unordered_map<std::string_view, std::string_view> m_properties;  ///< values
+  std::unordered_map<std::string_view, std::string_view> m_items;       ///< items by directory
+};
+
+/// Returns how a root is spelled, such as "[SystemFolder]" or "<WINSYSDIR>"; empty if there is no
+/// spelling for it.
+using SpellRoot = std::function<std::string(std::string_view root)>;
+
+/// Formats a folder: "[SystemFolder]drivers". A root without a spelling is put into brackets.
+/// Without `spell`, all are.
+std::string FormatTargetFolder(const TargetFolder& folder, const SpellRoot& spell = nullptr);
+
+}  // namespace qm::merge
