@@ -185,10 +185,12 @@ Bytes Database::ReadTableStream(std::string_view name, DamagedPart part, const S
   return stream ? m_file.Read(*stream, part, subject) : Bytes();
 }
 
-std::optional<Bytes> Database::ReadOtherStream(std::u16string_view name) {
-  const auto stream = m_file.FindStream(EncodeStreamName(name, StreamKind::Other));
-  return stream ? std::optional(m_file.Read(*stream, DamagedPart::Row, "The data of a row"))
-                : std::nullopt;
+std::optional<CompoundFile::Stream> Database::FindOtherStream(std::u16string_view name) const {
+  return m_file.FindStream(EncodeStreamName(name, StreamKind::Other));
+}
+
+Bytes Database::ReadRowStream(const CompoundFile::Stream& stream) {
+  return m_file.Read(stream, DamagedPart::Row, "The data of a row");
 }
 
 std::vector<std::string_view> Database::TableNames() const {
@@ -240,18 +242,20 @@ TableDefinition Database::MakeDefinition(std::uint32_t table) const {
 Column Database::MakeColumn(const ColumnRow& row) const {
   const std::string_view name = m_strings.Text(row.name);
   const bool isKey = (row.type & kKeyBit) != 0;
+  const bool isNullable = (row.type & kNullableBit) != 0;
   if ((row.type & ~kNullableBit) == (kTextBit | kValidBit)) {
-    return {name, ColumnKind::Stream, 2, isKey};
+    return {name, ColumnKind::Stream, 2, isKey, isNullable};
   }
   if ((row.type & kTextBit) != 0) {
-    return {name, ColumnKind::Text, m_strings.ReferenceSize(), isKey};
+    return {name,  ColumnKind::Text, m_strings.ReferenceSize(),
+            isKey, isNullable,       row.type & kSizeBits};
   }
   if (IntegerCellSize(row.type) == 0) {
     ThrowDamage(DamagedPart::Table, "Column ", Quote(name), " of table ",
                 Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits,
                 " bytes.");
   }
-  return {name, ColumnKind::Integer, IntegerCellSize(row.type), isKey};
+  return {name, ColumnKind::Integer, IntegerCellSize(row.type), isKey, isNullable};
 }
 
 TableRows Database::ReadTable(std::string_view name) {

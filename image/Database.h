@@ -27,6 +27,8 @@ struct Column {
   ColumnKind kind;
   unsigned size;  ///< of a cell, in bytes
   bool isKey;     ///< part of the primary key
+  bool isNullable = false;
+  unsigned width = 0;  ///< Text: greatest number of characters, 0 for any number
 };
 
 /// A table as the database defines it.
@@ -62,6 +64,10 @@ class TableRows {
 
   /// Returns the number of the string in a cell of a Text column; 0 for null.
   std::uint32_t StringNumber(std::size_t row, std::size_t column) const;
+
+  /// Returns the rows as the file has them, column after column. The object must not be used
+  /// afterwards.
+  Bytes TakeBytes() noexcept { return std::move(m_bytes); }
 
   /// Returns whether a cell of any column is null.
   bool IsNull(std::size_t row, std::size_t column) const noexcept { return Cell(row, column) == 0; }
@@ -104,15 +110,22 @@ class Database {
   TableRows ReadTable(std::string_view name);
 
   /// Reads the data of a cell of a Stream column; nothing if the cell is null or no stream has its
-  /// name. `decode` converts bytes in the code page to UTF-16. The server does not call it; the
-  /// checks of this reader do.
+  /// name. `decode` converts bytes in the code page to UTF-16. Only the checks of this reader call
+  /// it.
   template <class Decode>
   std::optional<Bytes> ReadStream(const TableRows& rows, std::size_t row, std::size_t column,
                                   Decode decode) {
-    if (rows.IsNull(row, column)) {
-      return std::nullopt;
-    }
-    return ReadOtherStream(MakeStreamName(rows, row, decode));
+    const auto stream = FindRowStream(rows, row, column, decode);
+    return stream ? std::optional(ReadRowStream(*stream)) : std::nullopt;
+  }
+
+  /// Returns the size of the data of a cell of a Stream column, without reading it; nothing where
+  /// ReadStream returns nothing.
+  template <class Decode>
+  std::optional<std::uint64_t> FindStreamSize(const TableRows& rows, std::size_t row,
+                                              std::size_t column, Decode decode) const {
+    const auto stream = FindRowStream(rows, row, column, decode);
+    return stream ? std::optional(stream->size) : std::nullopt;
   }
 
   /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
@@ -153,7 +166,31 @@ class Database {
   ColumnRange FindColumnRows(std::uint32_t table) const noexcept;
   TableDefinition MakeDefinition(std::uint32_t table) const;
   Column MakeColumn(const ColumnRow& row) const;
-  std::optional<Bytes> ReadOtherStream(std::u16string_view name);
+  std::optional<CompoundFile::Stream> FindOtherStream(std::u16string_view name) const;
+  Bytes ReadRowStream(const CompoundFile::Stream& stream);
+
+  template <class Decode>
+  std::optional<CompoundFile::Stream> FindRowStream(const TableRows& rows, std::size_t row,
+                                                    std::size_t column, Decode decode) const {
+    if (rows.IsNull(row, column) || !CanNameStream(rows, row)) {
+      return std::nullopt;
+    }
+    return FindOtherStream(MakeStreamName(rows, row, decode));
+  }
+
+  /// Returns whether the keys of a row are short enough for the name of a stream. Without this
+  /// check, rows that share a long key would take far longer than the size of the file justifies.
+  static bool CanNameStream(const TableRows& rows, std::size_t row) {
+    constexpr std::size_t kMost = 1024;
+    const std::vector<Column>& columns = rows.Definition().columns;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+      if (columns[column].isKey && columns[column].kind == ColumnKind::Text &&
+          rows.Text(row, column).size() > kMost) {
+        return false;
+      }
+    }
+    return true;
+  }
 
   template <class Decode>
   static std::u16string MakeStreamName(const TableRows& rows, std::size_t row, Decode decode) {

@@ -54,4 +54,14 @@ std::string_view StringPool::Text(std::uint32_t number) const noexcept {
   return {reinterpret_cast<const char*>(m_data.data()) + begin, m_ends[number] - begin};
 }
 
+std::uint32_t StringPool::FindNumber(std::string_view text) const noexcept {
+  if (text.empty()) {
+    return 0;
+  }
+  const auto begin =
+      static_cast<std::uint32_t>(text.data() - reinterpret_cast<const char*>(m_data.data()));
+  return static_cast<std::uint32_t>(std::upper_bound(m_ends.begin(), m_ends.end(), begin) -
+                                    m_ends.begin());
+}
+
 }  // namespace qm::image

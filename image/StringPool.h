@@ -32,6 +32,9 @@ class StringPool {
   /// numbers. Valid as long as the pool.
   std::string_view Text(std::uint32_t number) const noexcept;
 
+  /// Returns the number of a string from the view that Text() returned for it; 0 for empty text.
+  std::uint32_t FindNumber(std::string_view text) const noexcept;
+
   /// The number of bytes in the data that belong to no string.
   std::size_t UnusedBytes() const noexcept { return m_data.size() - m_ends.back(); }
 

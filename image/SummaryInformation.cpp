@@ -58,6 +58,7 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
     const std::uint8_t* const value = bytes + section + offset;
     const std::uint32_t type = ReadU32(value);
     m_texts.erase(number);  // of several properties with one number the last one counts
+    m_integers.erase(number);
     if (number == kCodePageProperty && type == kSmallInteger) {
       m_codePage = ReadU16(value + 4);
     } else if (type == kText) {
@@ -67,7 +68,9 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
                     " of the summary information claims ", length, " bytes of ", size, '.');
       }
       m_texts.insert_or_assign(number, Extent{section + std::size_t{offset} + 8, length});
-    } else if (type != kNull && type != kSmallInteger && type != kInteger && type != kTime) {
+    } else if (type == kInteger) {
+      m_integers.insert_or_assign(number, static_cast<std::int32_t>(ReadU32(value + 4)));
+    } else if (type != kNull && type != kSmallInteger && type != kTime) {
       m_unknown = number;
     }
   }
@@ -81,6 +84,11 @@ std::optional<std::string_view> SummaryInformation::Text(std::uint32_t property)
   const auto [offset, size] = found->second;
   const std::string_view text(reinterpret_cast<const char*>(m_stream.data()) + offset, size);
   return text.substr(0, text.find('\0'));
+}
+
+std::optional<std::int32_t> SummaryInformation::Integer(std::uint32_t property) const {
+  const auto found = m_integers.find(property);
+  return found == m_integers.end() ? std::nullopt : std::optional(found->second);
 }
 
 }  // namespace qm::image

@@ -24,6 +24,9 @@ class SummaryInformation {
   /// or is not text. Valid as long as the object.
   std::optional<std::string_view> Text(std::uint32_t property) const;
 
+  /// Returns the value of an integer property; nothing if the property is missing or is no integer.
+  std::optional<std::int32_t> Integer(std::uint32_t property) const;
+
   /// Returns the number of a property whose type installers do not write. They write nulls,
   /// integers, texts and times. Nothing if there is no such property.
   std::optional<std::uint32_t> FindPropertyOfUnknownType() const noexcept { return m_unknown; }
@@ -38,6 +41,7 @@ class SummaryInformation {
   std::uint32_t m_codePage = 0;
   std::optional<std::uint32_t> m_unknown;
   std::map<std::uint32_t, Extent> m_texts;
+  std::map<std::uint32_t, std::int32_t> m_integers;
 };
 
 }  // namespace qm::image
