@@ -99,6 +99,9 @@ class Database {
 
   const StringPool& Strings() const noexcept { return m_strings; }
 
+  /// The size of the file in bytes.
+  std::uint64_t Size() const noexcept { return m_file.Size(); }
+
   /// Returns the names of all tables, each once, as bytes in the code page.
   std::vector<std::string_view> TableNames() const;
 
@@ -178,10 +181,14 @@ class Database {
     return FindOtherStream(MakeStreamName(rows, row, decode));
   }
 
-  /// Returns whether the keys of a row are short enough for the name of a stream. Without this
-  /// check, rows that share a long key would take far longer than the size of the file justifies.
+  /// Returns whether the table's name and the keys of a row are short enough for the name of a
+  /// stream. Without this check, rows that share a long key would take far longer than the size of
+  /// the file justifies.
   static bool CanNameStream(const TableRows& rows, std::size_t row) {
     constexpr std::size_t kMost = 1024;
+    if (rows.Definition().name.size() > kMost) {
+      return false;
+    }
     const std::vector<Column>& columns = rows.Definition().columns;
     for (std::size_t column = 0; column < columns.size(); ++column) {
       if (columns[column].isKey && columns[column].kind == ColumnKind::Text &&

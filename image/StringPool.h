@@ -35,6 +35,9 @@ class StringPool {
   /// Returns the number of a string from the view that Text() returned for it; 0 for empty text.
   std::uint32_t FindNumber(std::string_view text) const noexcept;
 
+  /// The size of the data in bytes.
+  std::size_t Size() const noexcept { return m_data.size(); }
+
   /// The number of bytes in the data that belong to no string.
   std::size_t UnusedBytes() const noexcept { return m_data.size() - m_ends.back(); }
 

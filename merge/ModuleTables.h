@@ -38,8 +38,8 @@ class Table {
 
   std::size_t RowCount() const noexcept { return m_rowCount; }
 
-  /// Why the table cannot be read: one sentence. It then has no rows, and no columns if the damage
-  /// is in their definition. Empty if it was read.
+  /// Why the table cannot be read: one sentence. It then has the rows before the first damaged one,
+  /// or neither rows nor columns. Empty if all of it was read.
   const std::string& Failure() const noexcept { return m_failure; }
 
   bool IsNull(std::size_t row, std::size_t column) const noexcept { return Cell(row, column) == 0; }
@@ -47,8 +47,9 @@ class Table {
   /// Returns the text in a cell of a Text column; empty for null and in other columns.
   std::string_view Text(std::size_t row, std::size_t column) const noexcept;
 
-  /// Returns a number that two cells of the tables of one module share if they have the same text;
-  /// 0 for null and in columns that are not Text.
+  /// Returns the number of the text in a cell: cells of one module with equal numbers have the same
+  /// text. The reverse holds unless the writer of the file stored a text twice. 0 for null and in
+  /// columns that are not Text.
   std::uint32_t TextNumber(std::size_t row, std::size_t column) const noexcept;
 
   /// Returns the number in a cell of an Integer column; nothing for null and in other columns.
@@ -70,13 +71,13 @@ class Table {
     std::uint64_t size;
   };
 
+  unsigned CellSize(const Column& column) const noexcept;
   std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
 
   const class ModuleTables* m_owner = nullptr;
   std::string_view m_name;
   std::vector<Column> m_columns;
   std::vector<std::size_t> m_columnStarts;  ///< in m_cells
-  std::vector<unsigned> m_cellSizes;        ///< in bytes, per column
   std::size_t m_rowCount = 0;
   image::Bytes m_cells;           ///< column after column, as in the file
   std::vector<Stream> m_streams;  ///< sorted by cell
@@ -111,13 +112,16 @@ class ModuleTables {
 
  private:
   friend class Table;
+  class Reader;
 
   std::string_view Text(std::uint32_t number) const noexcept;
 
   std::uint32_t m_codePage = 0;
+  unsigned m_referenceSize = 2;       ///< of the number of a text in a cell, in bytes
   std::vector<char> m_texts;          ///< one after another
   std::vector<std::uint32_t> m_ends;  ///< of each text, from text 0 on
   std::vector<Table> m_tables;
+  std::vector<std::uint32_t> m_byName;  ///< positions in m_tables, sorted by name
   std::string m_failure;
 };
 

@@ -1,0 +1,282 @@
+#include "merge/ModuleTables.h"
+
+#include <algorithm>
+#include <limits>
+#include <utility>
+
+#include "text/Utf.h"
+
+namespace qm::merge {
+
+namespace {
+
+constexpr std::uint32_t kUtf8 = 65001;
+
+bool IsAscii(std::string_view bytes) noexcept {
+  return std::all_of(bytes.begin(), bytes.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
+}
+
+/// Returns whether bytes below 0x80 are the characters of ASCII in this code page. True for the
+/// code pages of nearly all modules, whose keys and names are mostly ASCII.
+bool IsAsciiSuperset(std::uint32_t codePage) noexcept {
+  switch (codePage) {
+    case 0:
+    case kUtf8:
+    case 874:
+    case 932:
+    case 936:
+    case 949:
+    case 950:
+      return true;
+    default:
+      return codePage >= 1250 && codePage <= 1258;
+  }
+}
+
+/// Converts bytes of a code page that nobody knows.
+std::string ReplaceAllButAscii(std::string_view bytes) {
+  std::string text(bytes);
+  std::replace_if(
+      text.begin(), text.end(), [](char byte) { return static_cast<unsigned char>(byte) >= 0x80; },
+      '?');
+  return text;
+}
+
+std::uint32_t ReadNumber(const std::uint8_t* bytes, unsigned size) noexcept {
+  std::uint32_t value = 0;
+  for (unsigned i = size; i > 0; --i) {
+    value = value << 8U | bytes[i - 1];
+  }
+  return value;
+}
+
+}  // namespace
+
+std::optional<std::size_t> Table::FindColumn(std::string_view name) const noexcept {
+  const auto found = std::find_if(m_columns.begin(), m_columns.end(),
+                                  [&](const Column& column) { return column.name == name; });
+  return found == m_columns.end()
+             ? std::nullopt
+             : std::optional(static_cast<std::size_t>(found - m_columns.begin()));
+}
+
+unsigned Table::CellSize(const Column& column) const noexcept {
+  switch (column.kind) {
+    case image::ColumnKind::Text:
+      return m_owner->m_referenceSize;
+    case image::ColumnKind::Integer:
+      return column.width;
+    default:
+      return 2;
+  }
+}
+
+std::uint32_t Table::Cell(std::size_t row, std::size_t column) const noexcept {
+  const unsigned size = CellSize(m_columns[column]);
+  return ReadNumber(m_cells.data() + m_columnStarts[column] + row * size, size);
+}
+
+std::uint32_t Table::TextNumber(std::size_t row, std::size_t column) const noexcept {
+  return m_columns[column].kind == image::ColumnKind::Text ? Cell(row, column) : 0;
+}
+
+std::string_view Table::Text(std::size_t row, std::size_t column) const noexcept {
+  return m_owner->Text(TextNumber(row, column));
+}
+
+std::optional<std::int32_t> Table::Number(std::size_t row, std::size_t column) const noexcept {
+  const std::uint32_t cell =
+      m_columns[column].kind == image::ColumnKind::Integer ? Cell(row, column) : 0;
+  if (cell == 0) {
+    return std::nullopt;
+  }
+  // Numbers are stored with an offset, so that 0 means null.
+  return static_cast<std::int32_t>(cell - (1U << (8 * m_columns[column].width - 1)));
+}
+
+std::optional<std::uint64_t> Table::StreamSize(std::size_t row, std::size_t column) const noexcept {
+  const std::size_t cell = row * m_columns.size() + column;
+  const auto found = std::lower_bound(
+      m_streams.begin(), m_streams.end(), cell,
+      [](const Stream& stream, std::size_t wanted) { return stream.cell < wanted; });
+  return found == m_streams.end() || found->cell != cell ? std::nullopt
+                                                         : std::optional(found->size);
+}
+
+std::string Table::Format(std::size_t row, std::size_t column) const {
+  if (IsNull(row, column)) {
+    return {};
+  }
+  switch (m_columns[column].kind) {
+    case image::ColumnKind::Text:
+      return std::string(Text(row, column));
+    case image::ColumnKind::Integer:
+      return std::to_string(*Number(row, column));
+    default:
+      const auto size = StreamSize(row, column);
+      return size ? "binary of " + std::to_string(*size) + (*size == 1 ? " byte" : " bytes")
+                  : "binary that the file lacks";
+  }
+}
+
+/// Reads a database into a ModuleTables.
+class ModuleTables::Reader {
+ public:
+  Reader(ModuleTables& tables, image::Database& database, const DecodeText& decode)
+      : m_tables(tables), m_database(database), m_decode(decode) {}
+
+  void Read() {
+    ReadTexts();
+    const std::vector<std::string_view> names = m_database.TableNames();
+    m_tables.m_tables.reserve(names.size());
+    for (const std::string_view name : names) {
+      ReadTable(name);
+    }
+    m_tables.m_byName.resize(names.size());
+    for (std::uint32_t i = 0; i < m_tables.m_byName.size(); ++i) {
+      m_tables.m_byName[i] = i;
+    }
+    const auto nameAt = [&](std::uint32_t position) { return m_tables.m_tables[position].Name(); };
+    std::sort(m_tables.m_byName.begin(), m_tables.m_byName.end(),
+              [&](std::uint32_t a, std::uint32_t b) { return nameAt(a) < nameAt(b); });
+  }
+
+ private:
+  void ReadTexts() {
+    const image::StringPool& pool = m_database.Strings();
+    m_tables.m_codePage = pool.CodePage();
+    m_tables.m_referenceSize = pool.ReferenceSize();
+    m_tables.m_ends.reserve(pool.EndNumber());
+    m_tables.m_texts.reserve(pool.Size());
+    const bool isAsciiSuperset = IsAsciiSuperset(pool.CodePage());
+    m_tables.m_ends.push_back(0);
+    for (std::uint32_t number = 1; number < pool.EndNumber(); ++number) {
+      std::string_view bytes = pool.Text(number);
+      bytes = bytes.substr(0, bytes.find('\0'));  // where the installer ends it
+      if (bytes.empty() || (isAsciiSuperset && IsAscii(bytes))) {
+        AddText(bytes);
+      } else {
+        AddText(Decode(bytes));
+      }
+    }
+    m_tables.m_texts.shrink_to_fit();
+  }
+
+  void AddText(std::string_view text) {
+    std::vector<char>& texts = m_tables.m_texts;
+    if (text.size() > std::numeric_limits<std::uint32_t>::max() - texts.size()) {
+      AddFailure("The texts take more than 4 GB.");
+      text = {};
+    }
+    texts.insert(texts.end(), text.begin(), text.end());
+    m_tables.m_ends.push_back(static_cast<std::uint32_t>(texts.size()));
+  }
+
+  std::string Decode(std::string_view bytes) {
+    if (auto text = m_decode(bytes, m_tables.m_codePage)) {
+      return *std::move(text);
+    }
+    AddFailure("The texts are in code page " + std::to_string(m_tables.m_codePage) +
+               ", which this system does not have.");
+    return ReplaceAllButAscii(bytes);
+  }
+
+  /// Returns the converted text of a view into the database's strings.
+  std::string_view Convert(std::string_view name) const noexcept {
+    return m_tables.Text(m_database.Strings().FindNumber(name));
+  }
+
+  void ReadTable(std::string_view name) {
+    Table& table = m_tables.m_tables.emplace_back();
+    table.m_owner = &m_tables;
+    table.m_name = Convert(name);
+    try {
+      image::TableRows rows = m_database.ReadTable(name);
+      // Tables that share their bytes could take far more memory than the size of the file
+      // justifies.
+      if (rows.Size() > m_left) {
+        image::ThrowDamage(image::DamagedPart::Structure,
+                           "The tables claim more bytes than the file has.");
+      }
+      m_left -= rows.Size();
+      ReadRows(std::move(rows), table);
+    } catch (const image::Damage& damage) {
+      table.m_failure = damage.what();
+      AddFailure(table.m_failure);
+    }
+  }
+
+  void ReadRows(image::TableRows rows, Table& table) {
+    const std::vector<image::Column>& columns = rows.Definition().columns;
+    table.m_columns.reserve(columns.size());
+    table.m_columnStarts.reserve(columns.size());
+    std::size_t start = 0;
+    for (const image::Column& column : columns) {
+      const unsigned width = column.kind == image::ColumnKind::Integer ? column.size : column.width;
+      table.m_columns.push_back(
+          {Convert(column.name), column.kind, width, column.isNullable, column.isKey});
+      table.m_columnStarts.push_back(start);
+      start += rows.Count() * column.size;
+    }
+    try {
+      for (; table.m_rowCount < rows.Count(); ++table.m_rowCount) {
+        ReadRow(rows, table.m_rowCount, table);
+      }
+    } catch (const image::Damage& damage) {
+      table.m_failure = damage.what();
+      AddFailure(table.m_failure);
+    }
+    table.m_cells = rows.TakeBytes();
+  }
+
+  /// Checks the texts of a row and measures its data.
+  void ReadRow(const image::TableRows& rows, std::size_t row, Table& table) {
+    for (std::size_t column = 0; column < table.m_columns.size(); ++column) {
+      if (table.m_columns[column].kind == image::ColumnKind::Text) {
+        rows.StringNumber(row, column);
+      }
+    }
+    for (std::size_t column = 0; column < table.m_columns.size(); ++column) {
+      if (table.m_columns[column].kind == image::ColumnKind::Stream) {
+        const auto size = m_database.FindStreamSize(rows, row, column, [&](std::string_view bytes) {
+          return text::ToUtf16(IsAscii(bytes) ? std::string(bytes) : Decode(bytes));
+        });
+        if (size) {
+          table.m_streams.push_back({row * table.m_columns.size() + column, *size});
+        }
+      }
+    }
+  }
+
+  void AddFailure(const std::string& failure) {
+    if (m_tables.m_failure.empty()) {
+      m_tables.m_failure = failure;
+    }
+  }
+
+  ModuleTables& m_tables;
+  image::Database& m_database;
+  const DecodeText& m_decode;
+  std::uint64_t m_left = m_database.Size();  ///< bytes that further tables may have
+};
+
+ModuleTables::ModuleTables(image::Database& database, const DecodeText& decode) {
+  Reader(*this, database, decode).Read();
+}
+
+std::string_view ModuleTables::Text(std::uint32_t number) const noexcept {
+  return number == 0 ? std::string_view()
+                     : std::string_view(m_texts.data() + m_ends[number - 1],
+                                        m_ends[number] - m_ends[number - 1]);
+}
+
+const Table* ModuleTables::Find(std::string_view name) const noexcept {
+  const auto found = std::lower_bound(m_byName.begin(), m_byName.end(), name,
+                                      [&](std::uint32_t position, std::string_view wanted) {
+                                        return m_tables[position].Name() < wanted;
+                                      });
+  return found == m_byName.end() || m_tables[*found].Name() != name ? nullptr : &m_tables[*found];
+}
+
+}  // namespace qm::merge
