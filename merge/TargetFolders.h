@@ -20,8 +20,8 @@ enum class FolderEnd {
 /// Where an installer makes a folder of a module: a root, and a path below it. The root is a
 /// property, so that each kind of project can spell it in its own way.
 struct TargetFolder {
-  /// The property at the root, without brackets: "SystemFolder", "TARGETDIR", or the key of another
-  /// root row. Empty if `path` is a full path, or if the walk did not end at a root.
+  /// The property at the root, without brackets: "SystemFolder", "TARGETDIR", the key of another
+  /// root row, or the key whose row is missing. Empty if `path` is a full path, and after a circle.
   std::string root;
   /// The rest: "drivers\etc". Neither begins nor ends with a backslash. Empty for the root itself.
   /// A part that only the installer can resolve stays as the module has it, such as "[MYPROPERTY]".
@@ -50,8 +50,10 @@ bool IsPredefinedFolder(std::string_view property) noexcept;
 /// - A key whose part before the first dot is a predefined folder is that folder, whatever its
 ///   DefaultDir and its parent: merging adds an action that sets it.
 /// - A custom action that sets the property of a directory (types 51 and 35) takes precedence over
-///   the rows. Its text may begin with a property or a directory: "[WindowsFolder]winsxs".
-/// - A value in the Property table takes precedence as well. Actions take precedence over it.
+///   the key and the rows. Its text may begin with a property or a directory:
+///   "[WindowsFolder]winsxs". An action that no sequence table names does not count; one without a
+///   condition takes precedence over others.
+/// - A value in the Property table takes precedence over the rows.
 /// - Otherwise the name is the target part of DefaultDir, in its long form. "." is the parent.
 /// - The walk ends at the row without a parent, whose key is the root: usually TARGETDIR. What lies
 ///   below that goes where the user of the module wants it.
@@ -75,10 +77,16 @@ class TargetFolders {
  private:
   class Walk;
 
+  using TextMap = std::unordered_map<std::string_view, std::string_view>;
+
+  void ReadActions(const Module& module);
+  void ReadProperties(const Module& module);
+  void ReadItems(const Module& module);
+
   std::unordered_map<std::string_view, const Directory*> m_directories;
-  std::unordered_map<std::string_view, std::string_view> m_actions;     ///< texts by property
-  std::unordered_map<std::string_view, std::string_view> m_properties;  ///< values
-  std::unordered_map<std::string_view, std::string_view> m_items;       ///< items by directory
+  TextMap m_actions;     ///< texts by property
+  TextMap m_properties;  ///< values
+  TextMap m_items;       ///< configurable items by property
 };
 
 /// Returns how a root is spelled, such as "[SystemFolder]" or "<WINSYSDIR>"; empty if there is no

@@ -1,0 +1,296 @@
+#include "merge/TargetFolders.h"
+
+#include <algorithm>
+#include <iterator>
+#include <unordered_set>
+
+namespace qm::merge {
+
+namespace {
+
+constexpr std::size_t kMaxRows = 1000;
+constexpr std::size_t kMaxPathSize = 32767;
+constexpr std::string_view kTargetDir = "TARGETDIR";
+
+/// The folders that the installer defines, sorted. GlobalAssemblyCache, which authoring tools know
+/// too, is not one of them: an installer makes a folder of that name below TARGETDIR.
+constexpr std::string_view kPredefinedFolders[] = {
+    "AdminToolsFolder",   "AppDataFolder",        "CommonAppDataFolder", "CommonFiles64Folder",
+    "CommonFilesFolder",  "DesktopFolder",        "FavoritesFolder",     "FontsFolder",
+    "LocalAppDataFolder", "MyPicturesFolder",     "NetHoodFolder",       "PersonalFolder",
+    "PrintHoodFolder",    "ProgramFiles64Folder", "ProgramFilesFolder",  "ProgramMenuFolder",
+    "RecentFolder",       "SendToFolder",         "StartMenuFolder",     "StartupFolder",
+    "System16Folder",     "System64Folder",       "SystemFolder",        "TempFolder",
+    "TemplateFolder",     "WindowsFolder",        "WindowsVolume"};
+
+std::string_view RemoveSuffix(std::string_view key) noexcept {
+  return key.substr(0, key.find('.'));
+}
+
+std::string_view TrimBackslashes(std::string_view path) noexcept {
+  const std::size_t first = std::min(path.find_first_not_of('\\'), path.size());
+  return path.substr(first, path.find_last_not_of('\\') + 1 - first);
+}
+
+/// Returns the long name of the target part of a DefaultDir, "target:source", each "short|long".
+std::string_view GetTargetName(std::string_view defaultDir) noexcept {
+  const std::string_view target = defaultDir.substr(0, defaultDir.find(':'));
+  const std::size_t bar = target.find('|');
+  return bar == std::string_view::npos ? target : target.substr(bar + 1);
+}
+
+/// Returns the text of a column of a row; empty if the table has no such column.
+std::string_view GetText(const Table& table, std::size_t row, std::optional<std::size_t> column) {
+  return column ? table.Text(row, *column) : std::string_view();
+}
+
+/// The names of the actions that a sequence runs.
+struct SequencedActions {
+  std::unordered_set<std::string_view> always;
+  std::unordered_set<std::string_view> onCondition;
+  bool isKnown = false;  ///< whether the module has such tables
+
+  explicit SequencedActions(const Module& module) {
+    for (const char* const name : {"ModuleInstallExecuteSequence", "ModuleInstallUISequence",
+                                   "InstallExecuteSequence", "InstallUISequence"}) {
+      const Table* const table = module.FindTable(name);
+      const auto action = table ? table->FindColumn("Action") : std::nullopt;
+      if (!action) {
+        continue;
+      }
+      isKnown = true;
+      const auto condition = table->FindColumn("Condition");
+      for (std::size_t row = 0; row < table->RowCount(); ++row) {
+        (GetText(*table, row, condition).empty() ? always : onCondition)
+            .insert(table->Text(row, *action));
+      }
+    }
+  }
+};
+
+}  // namespace
+
+bool IsPredefinedFolder(std::string_view property) noexcept {
+  return std::binary_search(std::begin(kPredefinedFolders), std::end(kPredefinedFolders), property);
+}
+
+/// A walk from a directory to its root, which prepends the name of each row to the path.
+class TargetFolders::Walk {
+ public:
+  explicit Walk(const TargetFolders& folders) : m_folders(folders) {}
+
+  TargetFolder Run(std::string_view directory) {
+    m_key = directory;
+    bool isAtEnd = false;
+    for (std::size_t row = 0; row < kMaxRows && m_pathSize <= kMaxPathSize && !isAtEnd; ++row) {
+      isAtEnd = EnterKey();
+    }
+    if (!isAtEnd) {
+      m_folder.end = FolderEnd::LimitReached;
+    }
+    JoinNames();
+    return std::move(m_folder);
+  }
+
+ private:
+  /// Deals with m_key. Returns true at the end; otherwise m_key is the next one.
+  bool EnterKey() {
+    RecordItem();
+    // The text of an action may refer to what the folder was without it.
+    const auto action = m_folders.m_actions.find(m_key);
+    if (action != m_folders.m_actions.end() && m_usedActions.insert(m_key).second) {
+      m_folder.isSetByAction = true;
+      return EnterText(action->second);
+    }
+    const std::string_view plain = RemoveSuffix(m_key);
+    if (IsPredefinedFolder(plain)) {
+      m_folder.isPredefined = true;
+      return EndAtRoot(plain);
+    }
+    if (!m_visited.insert(m_key).second) {
+      m_folder.end = FolderEnd::Circle;
+      return true;
+    }
+    if (const auto value = m_folders.m_properties.find(m_key);
+        value != m_folders.m_properties.end()) {
+      return EnterText(value->second);
+    }
+    return EnterRow();
+  }
+
+  void RecordItem() {
+    const auto item = m_folders.m_items.find(m_key);
+    if (item != m_folders.m_items.end() && m_folder.item.empty()) {
+      m_folder.item = item->second;
+    }
+  }
+
+  bool EnterRow() {
+    const auto found = m_folders.m_directories.find(m_key);
+    if (found == m_folders.m_directories.end()) {
+      // The product has TARGETDIR, and a property that an action uses need not be a directory.
+      if (m_key != kTargetDir && !m_isProperty) {
+        m_folder.end = FolderEnd::MissingRow;
+      }
+      return EndAtRoot(m_key);
+    }
+    const Directory& row = *found->second;
+    if (row.parent.empty() || row.parent == row.key) {
+      return EndAtRoot(row.key);
+    }
+    const std::string_view name = GetTargetName(row.defaultDir);
+    if (name != ".") {
+      Prepend(name);
+    }
+    if (row.parent == kTargetDir) {
+      m_folder.redirected = row.key;
+    }
+    m_key = row.parent;
+    m_isProperty = false;
+    return false;
+  }
+
+  /// Continues with the text of an action or a property: "[WindowsFolder]winsxs".
+  bool EnterText(std::string_view text) {
+    const std::size_t close = text.find(']');
+    if (text.front() != '[' || close == std::string_view::npos) {
+      Prepend(text);
+      return true;
+    }
+    Prepend(text.substr(close + 1));
+    m_key = text.substr(1, close - 1);
+    m_isProperty = true;
+    return false;
+  }
+
+  bool EndAtRoot(std::string_view root) {
+    m_folder.root = root;
+    return true;
+  }
+
+  void Prepend(std::string_view names) {
+    names = TrimBackslashes(names);
+    if (names.empty()) {
+      return;
+    }
+    m_names.push_back(names);
+    m_pathSize += names.size() + 1;
+  }
+
+  void JoinNames() {
+    m_folder.path.reserve(m_pathSize);
+    for (auto names = m_names.rbegin(); names != m_names.rend(); ++names) {
+      m_folder.path += m_folder.path.empty() ? "" : "\\";
+      m_folder.path += *names;
+    }
+  }
+
+  const TargetFolders& m_folders;
+  std::unordered_set<std::string_view> m_usedActions;
+  std::unordered_set<std::string_view> m_visited;
+  std::string_view m_key;
+  bool m_isProperty = false;              ///< m_key comes from the text of an action or a property
+  std::vector<std::string_view> m_names;  ///< of the path, the last one first
+  std::size_t m_pathSize = 0;
+  TargetFolder m_folder;
+};
+
+TargetFolders::TargetFolders(const Module& module) {
+  m_directories.reserve(module.directories.size());
+  for (const Directory& directory : module.directories) {
+    m_directories.emplace(directory.key, &directory);
+  }
+  ReadActions(module);
+  ReadProperties(module);
+  ReadItems(module);
+}
+
+void TargetFolders::ReadActions(const Module& module) {
+  constexpr long kBaseType = 0x3F;
+  constexpr long kSetProperty = 51;
+  constexpr long kSetDirectory = 35;
+  std::vector<const CustomAction*> actions;
+  for (const CustomAction& action : module.customActions) {
+    const long type = action.type.value_or(0) & kBaseType;
+    if ((type == kSetProperty || type == kSetDirectory) && !action.target.empty()) {
+      actions.push_back(&action);
+    }
+  }
+  if (actions.empty()) {
+    return;
+  }
+  const SequencedActions sequenced(module);
+  const auto add = [&](const std::unordered_set<std::string_view>& names) {
+    for (const CustomAction* const action : actions) {
+      if (!sequenced.isKnown || names.count(action->name) > 0) {
+        m_actions.emplace(action->source, action->target);
+      }
+    }
+  };
+  add(sequenced.always);
+  add(sequenced.onCondition);
+}
+
+void TargetFolders::ReadProperties(const Module& module) {
+  const Table* const table = module.FindTable("Property");
+  const auto property = table ? table->FindColumn("Property") : std::nullopt;
+  const auto value = table ? table->FindColumn("Value") : std::nullopt;
+  if (!property || !value) {
+    return;
+  }
+  for (std::size_t row = 0; row < table->RowCount(); ++row) {
+    const std::string_view key = table->Text(row, *property);
+    // Other properties than those of directories matter only if an action refers to them.
+    if (!table->Text(row, *value).empty() && (m_directories.count(key) > 0 || !m_actions.empty())) {
+      m_properties.emplace(key, table->Text(row, *value));
+    }
+  }
+}
+
+void TargetFolders::ReadItems(const Module& module) {
+  const Table* const table = module.FindTable("ModuleSubstitution");
+  if (!table) {
+    return;
+  }
+  TextMap sources;  // of actions, by name
+  for (const CustomAction& action : module.customActions) {
+    sources.emplace(action.name, action.source);
+  }
+  const auto tableName = table->FindColumn("Table");
+  const auto key = table->FindColumn("Row");
+  const auto value = table->FindColumn("Value");
+  for (std::size_t row = 0; row < table->RowCount(); ++row) {
+    const std::string_view text = GetText(*table, row, value);
+    const std::size_t begin = text.find("[=");
+    const std::size_t end = text.find(']', begin == std::string_view::npos ? 0 : begin);
+    if (begin == std::string_view::npos || end == std::string_view::npos) {
+      continue;
+    }
+    const std::string_view item = text.substr(begin + 2, end - begin - 2);
+    const std::string_view name = GetText(*table, row, tableName);
+    const std::string_view target = GetText(*table, row, key);
+    if (name == "Directory" || name == "Property") {
+      m_items.emplace(target, item);
+    } else if (const auto source = sources.find(target);
+               name == "CustomAction" && source != sources.end()) {
+      m_items.emplace(source->second, item);
+    }
+  }
+}
+
+TargetFolder TargetFolders::Resolve(std::string_view directory) const {
+  return Walk(*this).Run(directory);
+}
+
+std::string FormatTargetFolder(const TargetFolder& folder, const SpellRoot& spell) {
+  if (folder.root.empty()) {
+    return folder.path;
+  }
+  std::string text = spell ? spell(folder.root) : std::string();
+  if (text.empty()) {
+    text = '[' + folder.root + ']';
+  }
+  return text + folder.path;
+}
+
+}  // namespace qm::merge
