@@ -22,6 +22,7 @@
 
 #include <cstdio>
 #include <cstring>
+#include <deque>
 #include <initializer_list>
 #include <iterator>
 #include <string>
@@ -245,9 +246,10 @@ double Tables() {
 }
 
 double Search() {
-  std::vector<qm::merge::ModuleDetails> modules;
+  std::vector<qm::merge::Module> modules;
+  std::deque<std::string> texts;
   ForEachRecord(*NewCatalog(), [&](IMergeModule& module) {
-    modules.emplace_back().files = mmcat::ReadFileTable(module);
+    modules.emplace_back().files = mmcat::ReadFileTable(module, texts);
   });
   return qm::bench::MedianMilliseconds([&] {
     if (qm::merge::FindFiles(modules, "*B*1?.d?l").empty()) {

@@ -1,7 +1,10 @@
 #include "merge/FileSearch.h"
 
 #include <algorithm>
+#include <limits>
+#include <map>
 #include <tuple>
+#include <utility>
 
 #include "text/Fold.h"
 
@@ -16,19 +19,139 @@ void RemoveFirstCharacter(std::string_view& text) noexcept {
   } while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0U) == 0x80U);
 }
 
-}  // namespace
-
-DeliveredFile MakeDeliveredFile(const std::string& fileName, std::string directory, std::string key,
-                                std::string version, std::optional<long> size) {
-  const size_t bar = fileName.find('|');
-  const bool hasBoth = bar != std::string::npos;
-  return {hasBoth ? fileName.substr(bar + 1) : fileName,
-          std::move(directory),
-          hasBoth ? fileName.substr(0, bar) : "",
-          std::move(key),
-          std::move(version),
-          size};
+bool IsAscii(std::string_view text) noexcept {
+  return std::all_of(text.begin(), text.end(),
+                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
 }
+
+/// A pattern that ignores case.
+class NamePattern {
+ public:
+  explicit NamePattern(std::string_view pattern) : m_pattern(text::FoldCase(pattern)) {}
+
+  bool Matches(std::string_view name) {
+    if (name.empty() || m_pattern == "*") {
+      return !name.empty();
+    }
+    if (!IsAscii(name)) {
+      return MatchesPattern(text::FoldCase(name), m_pattern);
+    }
+    m_folded.assign(name);  // keeps its memory: nearly all names take this way
+    for (char& character : m_folded) {
+      if (character >= 'A' && character <= 'Z') {
+        character = static_cast<char>(character - 'A' + 'a');
+      }
+    }
+    return MatchesPattern(m_folded, m_pattern);
+  }
+
+  bool Matches(const DeliveredFile& file) { return Matches(file.name) || Matches(file.shortName); }
+
+ private:
+  std::string m_pattern;
+  std::string m_folded;
+};
+
+/// Collects the deliverers of files.
+class DelivererList {
+ public:
+  explicit DelivererList(const MergeSet& set) : m_set(set) {}
+
+  void AddFile(size_t module, const DeliveredFile& file) {
+    const std::string name = text::FoldCase(file.name);
+    Deliverer& deliverer = FindOrAdd(name, module, m_set.Modules()[module].key);
+    if (deliverer.copies.empty()) {
+      deliverer.file = file.name;
+    }
+    deliverer.copies.push_back(&file);
+    if (!file.shortName.empty()) {
+      m_longNames.emplace(std::pair(text::FoldCase(file.shortName), module), name);
+    }
+  }
+
+  /// Adds an entry. All files must have been added before.
+  void AddEntry(const IndexEntry& entry) {
+    const std::string name = text::FoldCase(entry.name);
+    const std::vector<size_t> positions = m_set.FindByKey(entry.moduleKey);
+    bool isDelivered = false;
+    for (const size_t position : positions) {
+      if (Deliverer* const deliverer = FindDelivering(name, position)) {
+        AddEntry(entry, *deliverer, IndexFault::None);
+        isDelivered = true;
+      }
+    }
+    if (isDelivered) {
+      return;
+    }
+    for (const size_t position : positions) {
+      const Module& module = m_set.Modules()[position];
+      const bool isKnown = module.isPresent && module.failure.empty();
+      AddEntry(entry, FindOrAdd(name, position, module.key),
+               isKnown ? IndexFault::NotDelivered : IndexFault::None);
+    }
+    if (positions.empty()) {
+      AddEntry(entry, FindOrAdd(name, std::nullopt, entry.moduleKey), IndexFault::AbsentModule);
+    }
+  }
+
+  std::vector<Deliverer> Take() {
+    std::vector<Deliverer> list;
+    list.reserve(m_deliverers.size());
+    for (auto& [place, deliverer] : m_deliverers) {
+      std::sort(deliverer.copies.begin(), deliverer.copies.end(),
+                [](const DeliveredFile* a, const DeliveredFile* b) { return a->key < b->key; });
+      list.push_back(std::move(deliverer));
+    }
+    return list;
+  }
+
+ private:
+  /// File, position of the module or SIZE_MAX, key of an absent module. In this order, which is
+  /// that of the result.
+  using Place = std::tuple<std::string, size_t, std::string>;
+
+  static size_t MakePlace(std::optional<size_t> module) noexcept {
+    return module.value_or(std::numeric_limits<size_t>::max());
+  }
+
+  /// Returns the deliverer of a long or short name if the module's File table has it, else null.
+  Deliverer* FindDelivering(const std::string& name, size_t module) {
+    auto found = m_deliverers.find({name, module, ""});
+    if (found == m_deliverers.end()) {
+      const auto longName = m_longNames.find({name, module});
+      if (longName == m_longNames.end()) {
+        return nullptr;
+      }
+      found = m_deliverers.find({longName->second, module, ""});
+    }
+    return found->second.copies.empty() ? nullptr : &found->second;
+  }
+
+  Deliverer& FindOrAdd(const std::string& name, std::optional<size_t> module,
+                       const std::string& key) {
+    Deliverer& deliverer =
+        m_deliverers[{name, MakePlace(module), module ? std::string() : text::FoldCase(key)}];
+    if (deliverer.moduleKey.empty()) {
+      deliverer.module = module;
+      deliverer.moduleKey = key;
+    }
+    return deliverer;
+  }
+
+  static void AddEntry(const IndexEntry& entry, Deliverer& deliverer, IndexFault fault) {
+    if (deliverer.file.empty()) {
+      deliverer.file = entry.name;
+    }
+    deliverer.entries.push_back(&entry);
+    deliverer.fault = fault;
+  }
+
+  const MergeSet& m_set;
+  std::map<Place, Deliverer> m_deliverers;
+  std::map<std::pair<std::string, size_t>, std::string> m_longNames;  ///< by short name and module
+};
+
+}  // namespace
 
 bool HasWildcard(std::string_view pattern) noexcept {
   return pattern.find_first_of("*?") != std::string_view::npos;
@@ -62,17 +185,13 @@ bool MatchesPattern(std::string_view name, std::string_view pattern) noexcept {
   return pattern.find_first_not_of('*') == std::string_view::npos;
 }
 
-std::vector<FoundFile> FindFiles(const std::vector<ModuleDetails>& modules,
-                                 const std::string& pattern) {
-  const std::string wanted = text::FoldCase(pattern);
-  const auto matches = [&](const std::string& name) {
-    return !name.empty() && MatchesPattern(text::FoldCase(name), wanted);
-  };
+std::vector<FoundFile> FindFiles(const std::vector<Module>& modules, std::string_view pattern) {
+  NamePattern wanted(pattern);
   std::vector<FoundFile> found;
   for (size_t position = 0; position < modules.size(); ++position) {
     const auto first = static_cast<std::ptrdiff_t>(found.size());
     for (const DeliveredFile& file : modules[position].files) {
-      if (matches(file.name) || matches(file.shortName)) {
+      if (wanted.Matches(file)) {
         found.push_back({position, &file});
       }
     }
@@ -81,6 +200,21 @@ std::vector<FoundFile> FindFiles(const std::vector<ModuleDetails>& modules,
     });
   }
   return found;
+}
+
+std::vector<Deliverer> FindDeliverers(const MergeSet& set, const std::vector<IndexEntry>& entries,
+                                      std::string_view pattern) {
+  DelivererList list(set);
+  for (const FoundFile& found : FindFiles(set.Modules(), pattern)) {
+    list.AddFile(found.module, *found.file);
+  }
+  NamePattern wanted(pattern);
+  for (const IndexEntry& entry : entries) {
+    if (wanted.Matches(entry.name)) {
+      list.AddEntry(entry);
+    }
+  }
+  return list.Take();
 }
 
 }  // namespace qm::merge

@@ -1,17 +1,14 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
-#include "merge/Findings.h"
+#include "merge/IndexEntry.h"
+#include "merge/MergeSet.h"
 
 namespace qm::merge {
-
-/// Makes the delivered file that a row of the File table describes. `fileName` is as in the table:
-/// "SHORT.TXT|long name.txt", or one name.
-DeliveredFile MakeDeliveredFile(const std::string& fileName, std::string directory, std::string key,
-                                std::string version, std::optional<long> size);
 
 bool HasWildcard(std::string_view pattern) noexcept;
 
@@ -26,7 +23,34 @@ struct FoundFile {
 
 /// Returns the files whose long or short name matches a pattern, ignoring case. Sorted by module,
 /// then by name and key.
-std::vector<FoundFile> FindFiles(const std::vector<ModuleDetails>& modules,
-                                 const std::string& pattern);
+std::vector<FoundFile> FindFiles(const std::vector<Module>& modules, std::string_view pattern);
+
+/// What is wrong with the index entries that name a module for a file.
+enum class IndexFault {
+  None,
+  AbsentModule,  ///< no module of the set has the key
+  NotDelivered   ///< modules of the key are there, and the File table of none has the file
+};
+
+/// A module that delivers a file, by its File table, by an index table, or by both.
+struct Deliverer {
+  std::string file;              ///< long name; as the index has it if no File table does
+  std::optional<size_t> module;  ///< position; std::nullopt if no module of the set has the key
+  std::string moduleKey;         ///< as the module has it; as the index has it if that is absent
+  /// The rows of its File table, sorted by key: one module may install a file several times.
+  std::vector<const DeliveredFile*> copies;
+  std::vector<const IndexEntry*> entries;  ///< those that name the module for this file
+  IndexFault fault = IndexFault::None;
+};
+
+/// Returns every module that delivers a file whose long or short name matches a pattern, ignoring
+/// case: one for each pair of file and module, present or not. `entries` are those of the index
+/// tables of files; they mean modules by the rules of MergeSet::FindByKey. A module that is not
+/// here or could not be read completely is not accused of lacking a file. Sorted by file; then
+/// modules of the set by position, then absent ones by key.
+///
+/// The results point into the modules of `set` and to `entries`, which must outlive them.
+std::vector<Deliverer> FindDeliverers(const MergeSet& set, const std::vector<IndexEntry>& entries,
+                                      std::string_view pattern);
 
 }  // namespace qm::merge

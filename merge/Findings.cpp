@@ -5,6 +5,7 @@
 #include <tuple>
 
 #include "merge/JoinTexts.h"
+#include "merge/TargetFolders.h"
 #include "text/Fold.h"
 
 namespace qm::merge {
@@ -25,9 +26,8 @@ std::string FormatExcludedVersions(const Exclusion& exclusion) {
 
 class ModuleCheck {
  public:
-  ModuleCheck(const MergeSet& set, const std::vector<ModuleDetails>& details,
-              const std::vector<size_t>& scope)
-      : m_set(set), m_details(details), m_scope(scope), m_isInScope(details.size()) {
+  ModuleCheck(const MergeSet& set, const std::vector<size_t>& scope)
+      : m_set(set), m_scope(scope), m_isInScope(set.Modules().size()) {
     for (const size_t position : scope) {
       m_isInScope[position] = true;
     }
@@ -35,6 +35,7 @@ class ModuleCheck {
 
   std::vector<Finding> Run(const ResolveDirectory& resolveDirectory) {
     FindUnreadable();
+    FindChanged();
     FindMissing();
     FindExclusions();
     FindDuplicates();
@@ -45,25 +46,30 @@ class ModuleCheck {
   }
 
  private:
-  const MergeModule& Module(size_t position) const { return m_set.Modules()[position]; }
+  const Module& At(size_t position) const { return m_set.Modules()[position]; }
 
-  /// Returns how findings name a module: by its key, or by its path if it has no ID.
-  const std::string& GetDisplayName(size_t position) const {
-    return Module(position).moduleId.empty() ? m_details[position].path : Module(position).key;
+  const std::string& NameOf(size_t position) const { return GetDisplayName(At(position)); }
+
+  /// Returns the beginning of a sentence about a row of a module: "A:1033 needs", or "A:1033
+  /// carries B:0, which needs".
+  std::string FormatSubject(size_t position, const std::string& carriedFor,
+                            const char* verb) const {
+    return NameOf(position) + (carriedFor.empty() ? " " : " carries " + carriedFor + ", which ") +
+           verb + ' ';
   }
 
   /// Returns what alternative modules have in common: the ID, or the path of a module without an
   /// ID.
   std::string GetAlternativeIdentity(size_t position) const {
-    const std::string& id = Module(position).moduleId;
-    return id.empty() ? m_details[position].path : text::FoldCase(id);
+    const std::string& id = At(position).moduleId;
+    return id.empty() ? At(position).path : text::FoldCase(id);
   }
 
   std::vector<std::string> NamesOf(const std::vector<size_t>& positions) const {
     std::vector<std::string> names;
     names.reserve(positions.size());
     for (const size_t position : positions) {
-      names.push_back(GetDisplayName(position));
+      names.push_back(NameOf(position));
     }
     return names;
   }
@@ -74,9 +80,18 @@ class ModuleCheck {
 
   void FindUnreadable() {
     for (const size_t position : m_scope) {
-      if (!m_details[position].failure.empty()) {
+      if (!At(position).failure.empty()) {
         Add(kUnreadableModule, {position},
-            m_details[position].path + " cannot be read: " + m_details[position].failure);
+            At(position).path + " cannot be read: " + At(position).failure);
+      }
+    }
+  }
+
+  void FindChanged() {
+    for (const size_t position : m_scope) {
+      if (!At(position).change.empty()) {
+        Add(kChangedModule, {position},
+            At(position).path + " is not the file that the catalog read: " + At(position).change);
       }
     }
   }
@@ -85,26 +100,26 @@ class ModuleCheck {
     const MergePlan plan = PlanMerge(m_set, m_scope);
     for (const MissingModule& missing : plan.missing) {
       Add(kMissingDependency, {missing.neededBy},
-          GetDisplayName(missing.neededBy) + " needs " + FormatRequirement(missing.requirement) +
-              ": " + missing.reason);
+          FormatSubject(missing.neededBy, missing.requirement.carriedFor, "needs") +
+              FormatRequirement(missing.requirement) + ": " + missing.reason);
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
       Add(kDependencyCycle, cycle,
           cycle.size() == 1
-              ? GetDisplayName(cycle.front()) + " needs itself"
+              ? NameOf(cycle.front()) + " needs itself"
               : "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
     }
   }
 
   void FindExclusions() {
     for (const size_t position : m_scope) {
-      for (const Exclusion& exclusion : m_details[position].exclusions) {
+      for (const Exclusion& exclusion : At(position).exclusions) {
         for (const size_t other : FindExcludedModules(m_set, position, exclusion)) {
           if (m_isInScope[other]) {
             Add(kExclusion, {position, other},
-                GetDisplayName(position) + " excludes " + FormatExcludedVersions(exclusion) +
-                    " of " + GetDisplayName(other) + ", which has version " +
-                    Quote(Module(other).version));
+                FormatSubject(position, exclusion.carriedFor, "excludes") +
+                    FormatExcludedVersions(exclusion) + " of " + NameOf(other) +
+                    ", which has version " + Quote(At(other).version));
           }
         }
       }
@@ -114,7 +129,7 @@ class ModuleCheck {
   void FindDuplicates() {
     std::set<std::string> seen;
     for (const size_t position : m_scope) {
-      const std::string& id = Module(position).moduleId;
+      const std::string& id = At(position).moduleId;
       if (id.empty() || !seen.insert(text::FoldCase(id)).second) {
         continue;
       }
@@ -122,7 +137,7 @@ class ModuleCheck {
       std::vector<size_t> all;
       for (const size_t same : m_set.FindById(id)) {
         if (m_isInScope[same]) {
-          byKey[text::FoldCase(Module(same).key)].push_back(same);
+          byKey[text::FoldCase(At(same).key)].push_back(same);
           all.push_back(same);
         }
       }
@@ -140,10 +155,10 @@ class ModuleCheck {
     std::vector<std::string> places;
     places.reserve(modules.size());
     for (const size_t position : modules) {
-      places.push_back(m_details[position].path + " (version " + Module(position).version + ')');
+      places.push_back(At(position).path + " (version " + At(position).version + ')');
     }
     Add(kDuplicateModuleKey, {modules.front()},
-        GetDisplayName(modules.front()) + " is there " + std::to_string(modules.size()) +
+        NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
             " times: " + JoinTexts(places, ", "));
   }
 
@@ -151,7 +166,7 @@ class ModuleCheck {
     std::vector<std::string> versions;
     versions.reserve(modules.size());
     for (const size_t position : modules) {
-      versions.push_back(Module(position).version);
+      versions.push_back(At(position).version);
     }
     const auto isLower = [](const auto& a, const auto& b) { return CompareVersionTexts(a, b) < 0; };
     const auto isSame = [](const auto& a, const auto& b) { return CompareVersionTexts(a, b) == 0; };
@@ -166,9 +181,8 @@ class ModuleCheck {
 
   void FindNeededDownloads() {
     for (const size_t position : m_scope) {
-      if (m_details[position].needsDownload) {
-        Add(kNeedsDownload, {position},
-            GetDisplayName(position) + " has to be downloaded, or files of it");
+      if (At(position).needsDownload) {
+        Add(kNeedsDownload, {position}, NameOf(position) + " has to be downloaded, or files of it");
       }
     }
   }
@@ -183,7 +197,7 @@ class ModuleCheck {
     };
     std::map<std::string, std::vector<Delivery>> byName;
     for (const size_t position : m_scope) {
-      for (const DeliveredFile& file : m_details[position].files) {
+      for (const DeliveredFile& file : At(position).files) {
         byName[text::FoldCase(file.name)].push_back({position, &file});
       }
     }
@@ -202,7 +216,7 @@ class ModuleCheck {
         folders.emplace(text::FoldCase(folder), folder);
       }
       for (const auto& [folder, modules] : byFolder) {
-        AddFileConflict(deliveries.front().file->name, folders[folder], modules);
+        AddFileConflict(std::string(deliveries.front().file->name), folders[folder], modules);
       }
     }
   }
@@ -223,7 +237,6 @@ class ModuleCheck {
   }
 
   const MergeSet& m_set;
-  const std::vector<ModuleDetails>& m_details;
   const std::vector<size_t>& m_scope;
   std::vector<bool> m_isInScope;
   std::vector<Finding> m_findings;
@@ -234,8 +247,11 @@ class ModuleCheck {
 std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
                                         const Exclusion& exclusion) {
   std::vector<size_t> excluded;
+  if (exclusion.moduleId.empty()) {
+    return excluded;
+  }
   for (const size_t position : set.FindById(exclusion.moduleId)) {
-    const MergeModule& module = set.Modules()[position];
+    const Module& module = set.Modules()[position];
     if (position != excluding &&
         Excludes(exclusion, module.moduleId, module.language, module.version)) {
       excluded.push_back(position);
@@ -244,10 +260,17 @@ std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
   return excluded;
 }
 
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<ModuleDetails>& details,
-                                  const std::vector<size_t>& scope,
+std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory) {
-  return ModuleCheck(set, details, scope).Run(resolveDirectory);
+  if (resolveDirectory) {
+    return ModuleCheck(set, scope).Run(resolveDirectory);
+  }
+  std::map<size_t, TargetFolders> folders;
+  return ModuleCheck(set, scope).Run([&](size_t module, std::string_view directory) {
+    const TargetFolder folder =
+        folders.try_emplace(module, set.Modules()[module]).first->second.Resolve(directory);
+    return folder.end == FolderEnd::Root ? FormatTargetFolder(folder) : std::string();
+  });
 }
 
 std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries) {

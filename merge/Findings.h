@@ -2,37 +2,13 @@
 
 #include <functional>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "merge/IndexEntry.h"
 #include "merge/MergeSet.h"
 
 namespace qm::merge {
-
-/// A file that a module delivers: a row of its File table.
-struct DeliveredFile {
-  std::string name;       ///< long name
-  std::string directory;  ///< key in the module's Directory table
-  std::string shortName = {};
-  std::string key = {};
-  std::string version = {};
-  std::optional<long> size = {};
-};
-
-/// What a check needs to know about a module beyond its MergeModule.
-struct ModuleDetails {
-  std::string path;
-  std::string failure;  ///< why it cannot be read; empty if it can
-  bool needsDownload = false;
-  std::vector<Exclusion> exclusions;
-  std::vector<DeliveredFile> files;
-};
-
-/// An entry of an index table that names a module.
-struct IndexEntry {
-  std::string table;  ///< "modules.ini"
-  std::string name;   ///< of the entry: a key or a file
-  std::string moduleKey;
-};
 
 /// A finding of a check. `code` is one of the constants below, whose values never change.
 struct Finding {
@@ -50,22 +26,25 @@ inline constexpr char kFileConflict[] = "file-conflict";
 inline constexpr char kUnreadableModule[] = "unreadable-module";
 inline constexpr char kUnknownModule[] = "unknown-module";
 inline constexpr char kNeedsDownload[] = "needs-download";
+inline constexpr char kChangedModule[] = "changed-module";
 
-/// Returns the target path of a directory of the module at position `module`. Called for few
-/// modules only, because it opens the module.
-using ResolveDirectory = std::function<std::string(size_t module, const std::string& directory)>;
+/// Returns the target path of a directory of the module at position `module`; empty if nothing is
+/// known about it.
+using ResolveDirectory = std::function<std::string(size_t module, std::string_view directory)>;
 
 /// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
-/// except that module itself.
+/// except that module itself. An exclusion of no ID excludes none.
 std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
                                         const Exclusion& exclusion);
 
-/// Checks the modules at the positions in `scope`. `details` has their details at the same
-/// positions as `set`. Any module of the set may satisfy a requirement. The findings are sorted by
-/// code, modules and text.
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<ModuleDetails>& details,
-                                  const std::vector<size_t>& scope,
-                                  const ResolveDirectory& resolveDirectory);
+/// Checks the modules at the positions in `scope`. Any module of the set may satisfy a requirement.
+/// Requirements and exclusions of carried modules count, and the finding names the carried one. The
+/// findings are sorted by code, modules and text.
+///
+/// `resolveDirectory` is called for few modules only; without it, the modules' own tables say where
+/// files go.
+std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<size_t>& scope,
+                                  const ResolveDirectory& resolveDirectory = nullptr);
 
 /// Returns one finding for each module that an index table names but the set does not have. A
 /// module that two tables name has two.

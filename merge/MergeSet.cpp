@@ -81,6 +81,9 @@ class Planner {
       return;
     }
     const Requirement& requirement = requirements[visit.nextRequirement++];
+    if (IsMetWithin(m_set.Modules()[module], requirement)) {
+      return;
+    }
     Choice choice = m_set.Choose(requirement);
     if (choice.module) {
       Enter(*choice.module, module, std::move(choice.reason));
@@ -108,7 +111,7 @@ class Planner {
 
 }  // namespace
 
-MergeSet::MergeSet(const std::vector<MergeModule>& modules) : m_modules(modules) {
+MergeSet::MergeSet(const std::vector<Module>& modules) : m_modules(modules) {
   for (size_t position = 0; position < modules.size(); ++position) {
     m_byId[text::FoldCase(modules[position].moduleId)].push_back(position);
   }
@@ -121,18 +124,34 @@ const std::vector<size_t>& MergeSet::FindById(const std::string& moduleId) const
 }
 
 std::vector<size_t> MergeSet::FindByKey(const std::string& key) const {
-  const size_t colon = std::min(key.find(':'), key.size());
-  const std::string language = key.substr(std::min(colon + 1, key.size()));
   std::vector<size_t> positions;
-  for (const size_t position : FindById(key.substr(0, colon))) {
-    if (language.empty() || language == std::to_string(m_modules[position].language)) {
-      positions.push_back(position);
+  const size_t first = std::min(key.find(':'), key.size());
+  AddByIdAndLanguage(key.substr(0, first), key.substr(std::min(first + 1, key.size())), positions);
+  if (first < key.size()) {
+    AddByIdAndLanguage(key, "", positions);
+    const size_t last = key.rfind(':');
+    if (last != first) {
+      AddByIdAndLanguage(key.substr(0, last), key.substr(last + 1), positions);
     }
+    std::sort(positions.begin(), positions.end());
   }
   return positions;
 }
 
+/// Adds the modules of an ID and a language, or of any language if that is empty.
+void MergeSet::AddByIdAndLanguage(const std::string& moduleId, const std::string& language,
+                                  std::vector<size_t>& positions) const {
+  for (const size_t position : FindById(moduleId)) {
+    if (language.empty() || language == std::to_string(m_modules[position].language)) {
+      positions.push_back(position);
+    }
+  }
+}
+
 Choice MergeSet::Choose(const Requirement& requirement) const {
+  if (requirement.moduleId.empty()) {
+    return {std::nullopt, "it names no module"};
+  }
   const std::vector<size_t>& sameId = FindById(requirement.moduleId);
   if (sameId.empty()) {
     return {std::nullopt, "no module has this ID"};
@@ -141,7 +160,7 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
   Field field;
   bool anyLanguageFits = false;
   for (const size_t position : sameId) {
-    const MergeModule& module = m_modules[position];
+    const Module& module = m_modules[position];
     anyLanguageFits = anyLanguageFits || MatchesLanguage(requirement.language, module.language);
     if (!Satisfies(requirement, module.moduleId, module.language, module.version)) {
       continue;
@@ -170,6 +189,20 @@ Choice MergeSet::Choose(const Requirement& requirement) const {
   return {best, ExplainChoice(requirement, field)};
 }
 
+bool IsMetWithin(const Module& module, const Requirement& requirement) {
+  if (requirement.moduleId.empty()) {
+    return false;
+  }
+  const bool isOfCarried = !requirement.carriedFor.empty();
+  return (isOfCarried &&
+          Satisfies(requirement, module.moduleId, module.language, module.version)) ||
+         std::any_of(module.carried.begin(), module.carried.end(),
+                     [&](const ModuleSignature& carried) {
+                       return Satisfies(requirement, carried.moduleId, carried.language.value_or(0),
+                                        carried.version);
+                     });
+}
+
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted) {
   Planner planner(set);
   for (const size_t module : wanted) {
@@ -183,6 +216,9 @@ std::vector<ModuleUser> FindUsers(const MergeSet& set, size_t module) {
   std::vector<std::vector<size_t>> neededBy(modules.size());
   for (size_t position = 0; position < modules.size(); ++position) {
     for (const Requirement& requirement : modules[position].requirements) {
+      if (IsMetWithin(modules[position], requirement)) {
+        continue;
+      }
       if (const auto chosen = set.Choose(requirement).module) {
         neededBy[*chosen].push_back(position);
       }

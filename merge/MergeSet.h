@@ -6,18 +6,9 @@
 #include <string>
 #include <vector>
 
-#include "merge/MergeRules.h"
+#include "merge/Module.h"
 
 namespace qm::merge {
-
-/// What the planning of a merge needs to know about a module. All texts are UTF-8.
-struct MergeModule {
-  std::string key;  ///< "ID:language"
-  std::string moduleId;
-  long language = 0;
-  std::string version;
-  std::vector<Requirement> requirements;
-};
 
 /// The choice of a module for a requirement, and the reason for it.
 struct Choice {
@@ -29,9 +20,9 @@ struct Choice {
 /// list passed to the constructor. The list must outlive the object. Immutable.
 class MergeSet {
  public:
-  explicit MergeSet(const std::vector<MergeModule>& modules);
+  explicit MergeSet(const std::vector<Module>& modules);
 
-  const std::vector<MergeModule>& Modules() const noexcept { return m_modules; }
+  const std::vector<Module>& Modules() const noexcept { return m_modules; }
 
   /// Returns the positions of all modules with an ID, in ascending order. Ignores the case of the
   /// ID.
@@ -40,16 +31,27 @@ class MergeSet {
   /// Returns the positions of the modules that a key means, in ascending order, by the rules of the
   /// catalog's FindModule: "ID" and "ID:" mean every language, "ID:1033" the one language whose
   /// decimal text this is. The first colon separates the two. Ignores the case of the ID.
+  ///
+  /// Also finds modules whose ID holds colons, by the whole ID or by their own key: there the last
+  /// colon separates ID and language.
   std::vector<size_t> FindByKey(const std::string& key) const;
 
   /// Chooses the module of the highest version that satisfies a requirement. Of equal versions, a
-  /// module of exactly the wanted language takes precedence, then the first one.
+  /// module of exactly the wanted language takes precedence, then the first one. A requirement of
+  /// no ID is satisfied by no module, not by one without an ID.
   Choice Choose(const Requirement& requirement) const;
 
  private:
-  const std::vector<MergeModule>& m_modules;
+  void AddByIdAndLanguage(const std::string& moduleId, const std::string& language,
+                          std::vector<size_t>& positions) const;
+
+  const std::vector<Module>& m_modules;
   std::map<std::string, std::vector<size_t>> m_byId;
 };
+
+/// Returns whether a requirement of a module is met by the modules that were merged into it, or,
+/// for a row of one of those, by the module itself. Such a requirement needs no module of the set.
+bool IsMetWithin(const Module& module, const Requirement& requirement);
 
 /// A requirement that no module satisfies.
 struct MissingModule {
@@ -74,8 +76,9 @@ struct MergePlan {
   std::vector<std::vector<size_t>> cycles;
 };
 
-/// Plans the merge of the modules at `wanted` and of everything that they need. Only memory limits
-/// the number of modules and the depth of their requirements.
+/// Plans the merge of the modules at `wanted` and of everything that they need, also for modules
+/// that they carry: merging copies the requirements of those too. Only memory limits the number of
+/// modules and the depth of their requirements.
 MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted);
 
 /// A module that needs another one.

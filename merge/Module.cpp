@@ -2,6 +2,19 @@
 
 namespace qm::merge {
 
+DeliveredFile MakeDeliveredFile(std::string_view fileName, std::string_view directory,
+                                std::string_view key, std::string_view version,
+                                std::optional<long> size) noexcept {
+  const std::size_t bar = fileName.find('|');
+  const bool hasBoth = bar != std::string_view::npos;
+  return {hasBoth ? fileName.substr(bar + 1) : fileName,
+          directory,
+          hasBoth ? fileName.substr(0, bar) : std::string_view(),
+          key,
+          version,
+          size};
+}
+
 const std::string& GetDisplayName(const Module& module) noexcept {
   return module.moduleId.empty() ? module.path : module.key;
 }

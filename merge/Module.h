@@ -40,6 +40,12 @@ struct DeliveredFile {
   std::string_view component = {};
 };
 
+/// Makes a delivered file. `fileName` is as in the File table: "SHORT.TXT|long name.txt", or one
+/// name.
+DeliveredFile MakeDeliveredFile(std::string_view fileName, std::string_view directory,
+                                std::string_view key, std::string_view version,
+                                std::optional<long> size) noexcept;
+
 /// A row of the Component table.
 struct Component {
   std::string_view key;

@@ -280,18 +280,17 @@ class ModuleReader {
   }
 
   void ReadFiles() {
-    ForEachRow(
-        "File", {"File", "Component_", "FileName", "Version", "Language", "FileSize", "Sequence"},
-        5, [&](const WantedRows& rows, std::size_t row) {
-          const std::string_view name = rows.Text(row, 2);
-          const std::size_t bar = name.find('|');
-          const bool hasBoth = bar != std::string_view::npos;
-          m_module.files.push_back({hasBoth ? name.substr(bar + 1) : name,
-                                    FindDirectory(rows.TextNumber(row, 1), rows.Text(row, 1)),
-                                    hasBoth ? name.substr(0, bar) : std::string_view(),
-                                    rows.Text(row, 0), rows.Text(row, 3), rows.Number(row, 5),
-                                    rows.Text(row, 4), rows.Number(row, 6), rows.Text(row, 1)});
-        });
+    ForEachRow("File",
+               {"File", "Component_", "FileName", "Version", "Language", "FileSize", "Sequence"}, 5,
+               [&](const WantedRows& rows, std::size_t row) {
+                 DeliveredFile file = MakeDeliveredFile(
+                     rows.Text(row, 2), FindDirectory(rows.TextNumber(row, 1), rows.Text(row, 1)),
+                     rows.Text(row, 0), rows.Text(row, 3), rows.Number(row, 5));
+                 file.language = rows.Text(row, 4);
+                 file.sequence = rows.Number(row, 6);
+                 file.component = rows.Text(row, 1);
+                 m_module.files.push_back(file);
+               });
   }
 
   /// Returns the directory of a component, by the number of its key and the key itself. The number

@@ -4,7 +4,6 @@
 #include "client/catalog/Properties.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Progress.h"
-#include "merge/FileSearch.h"
 #include "merge/JoinTexts.h"
 
 namespace mmcat {
@@ -47,21 +46,25 @@ void ReadTables(IMergeModule& module, unsigned facts, CatalogFacts& catalog) {
     catalog.mergeModules.back().requirements = ReadRequirements(module);
   }
   if (facts & kExclusionTables) {
-    catalog.moduleDetails.back().exclusions = ReadExclusions(module);
+    catalog.mergeModules.back().exclusions = ReadExclusions(module);
   }
   if (facts & kFileTables) {
-    catalog.moduleDetails.back().files = ReadFileTable(module);
+    catalog.mergeModules.back().files = ReadFileTable(module, catalog.texts);
   }
 }
 
 }  // namespace
 
-std::vector<qm::merge::DeliveredFile> ReadFileTable(IMergeModule& module) {
+std::vector<qm::merge::DeliveredFile> ReadFileTable(IMergeModule& module,
+                                                    std::deque<std::string>& texts) {
   std::vector<qm::merge::DeliveredFile> files;
+  const auto keep = [&](std::string text) -> std::string_view {
+    return texts.emplace_back(std::move(text));
+  };
   ForEachItem<IMMFile>(*ReadObject(module, &IMergeModule::get_Files), [&](IMMFile& file) {
     files.push_back(qm::merge::MakeDeliveredFile(
-        ReadText(file, &IMMFile::get_FileName), ReadText(file, &IMMFile::get_Directory),
-        ReadText(file, &IMMFile::get_Key), ReadText(file, &IMMFile::get_Version),
+        keep(ReadText(file, &IMMFile::get_FileName)), keep(ReadText(file, &IMMFile::get_Directory)),
+        keep(ReadText(file, &IMMFile::get_Key)), keep(ReadText(file, &IMMFile::get_Version)),
         ReadOptionalNumber(file, &IMMFile::get_FileSize)));
   });
   return files;
@@ -76,14 +79,16 @@ CatalogFacts ReadCatalogFacts(unsigned facts, Report& report) {
     progress.CountModule();
     catalog.modules.push_back(ReadModule(module));
     const ListedModule& listed = catalog.modules.back();
-    catalog.mergeModules.push_back(
-        {listed.key, listed.moduleId, listed.language, listed.version, {}});
-    catalog.moduleDetails.emplace_back();
-    catalog.moduleDetails.back().path = listed.path;
+    qm::merge::Module& merged = catalog.mergeModules.emplace_back();
+    merged.key = listed.key;
+    merged.moduleId = listed.moduleId;
+    merged.language = listed.language;
+    merged.version = listed.version;
+    merged.path = listed.path;
     try {
       ReadTables(module, facts, catalog);
     } catch (const ServerFailure& failure) {
-      catalog.moduleDetails.back().failure = failure.what();
+      merged.failure = failure.what();
       report.AddFailure(listed.path, "", failure.HResult(), failure.what());
     }
   });

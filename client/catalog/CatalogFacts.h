@@ -1,5 +1,7 @@
 #pragma once
 
+#include <deque>
+
 #include "client/catalog/ListedModules.h"
 #include "merge/Findings.h"
 
@@ -9,19 +11,21 @@ namespace mmcat {
 enum TablesToRead : unsigned { kRequirementTables = 1, kExclusionTables = 2, kFileTables = 4 };
 
 /// The modules of the catalog with the rows of their tables, in catalog order. An index means the
-/// same module in all three lists.
+/// same module in both lists.
 struct CatalogFacts {
   std::vector<ListedModule> modules;
-  std::vector<qm::merge::MergeModule> mergeModules;
-  std::vector<qm::merge::ModuleDetails> moduleDetails;
+  std::vector<qm::merge::Module> mergeModules;
+  std::deque<std::string> texts;  ///< of the files
 };
 
 /// Reads the catalog and shows progress on a console. A module that cannot be read is added to the
 /// report and has no rows. Throws ServerFailure if the catalog fails.
 CatalogFacts ReadCatalogFacts(unsigned facts, Report& report);
 
-/// Reads the File table of a module. Throws ServerFailure.
-std::vector<qm::merge::DeliveredFile> ReadFileTable(IMergeModule& module);
+/// Reads the File table of a module. The files refer to texts that are added to `texts`. Throws
+/// ServerFailure.
+std::vector<qm::merge::DeliveredFile> ReadFileTable(IMergeModule& module,
+                                                    std::deque<std::string>& texts);
 
 std::vector<std::string> CollectKeys(const std::vector<ListedModule>& modules);
 

@@ -44,7 +44,7 @@ class TargetPaths {
 
   const qm::msidb::TargetDirectoryMap& ResolveDirectories(size_t module) {
     qm::msidb::TargetDirectoryMap& directories = m_directories[module];
-    for (const qm::merge::DeliveredFile& file : m_catalog.moduleDetails[module].files) {
+    for (const qm::merge::DeliveredFile& file : m_catalog.mergeModules[module].files) {
       directories.try_emplace(qm::text::ToWide(file.directory));
     }
     const std::string& path = m_catalog.modules[module].path;
@@ -74,7 +74,7 @@ void ReadDownloads(CatalogFacts& catalog, Report& report) {
       continue;
     }
     try {
-      catalog.moduleDetails[position].needsDownload =
+      catalog.mergeModules[position].needsDownload =
           ReadFlag<IMergeModule2>(*module.object.Get(), &IMergeModule2::get_NeedsDownload);
     } catch (const ServerFailure& failure) {
       report.AddFailure(module.path, "gallery", failure.HResult(), failure.what());
@@ -154,9 +154,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
     return report.Finish(kNothingMatched);
   }
   TargetPaths paths(catalog, report);
-  std::vector<qm::merge::Finding> findings = qm::merge::CheckModules(
-      set, catalog.moduleDetails, scope, [&](size_t module, const std::string& directory) {
-        return paths.FindPath(module, directory);
+  std::vector<qm::merge::Finding> findings =
+      qm::merge::CheckModules(set, scope, [&](size_t module, std::string_view directory) {
+        return paths.FindPath(module, std::string(directory));
       });
   if (keys.empty()) {
     const std::vector<qm::merge::Finding> ofIndexes =

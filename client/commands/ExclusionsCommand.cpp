@@ -19,7 +19,7 @@ std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
   const qm::merge::MergeSet set(catalog.mergeModules);
   std::vector<ListedExclusion> list;
   for (size_t position = 0; position < catalog.modules.size(); ++position) {
-    for (const qm::merge::Exclusion& exclusion : catalog.moduleDetails[position].exclusions) {
+    for (const qm::merge::Exclusion& exclusion : catalog.mergeModules[position].exclusions) {
       list.push_back(
           {position, exclusion, qm::merge::FindExcludedModules(set, position, exclusion)});
     }

@@ -16,8 +16,9 @@ std::string FormatFiles(const CatalogFacts& catalog,
   }
   TextTable table({"Module", "File", "Directory", "Size", "Version"});
   for (const auto& [position, file] : files) {
-    table.AddRow({catalog.modules[position].key, file->name, file->directory,
-                  file->size ? std::to_string(*file->size) : "", file->version});
+    table.AddRow({catalog.modules[position].key, std::string(file->name),
+                  std::string(file->directory), file->size ? std::to_string(*file->size) : "",
+                  std::string(file->version)});
   }
   return table.ToString("");
 }
@@ -51,7 +52,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("files", output);
   const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
   const std::vector<qm::merge::FoundFile> files =
-      qm::merge::FindFiles(catalog.moduleDetails, pattern.empty() ? "*" : pattern);
+      qm::merge::FindFiles(catalog.mergeModules, pattern.empty() ? "*" : pattern);
   const bool nothingMatched = files.empty() && !pattern.empty();
   if (nothingMatched) {
     PrintRemark(pattern + ": no module has a matching file");

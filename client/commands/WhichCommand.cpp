@@ -66,10 +66,11 @@ std::vector<Delivery> FindInIndexes(const Catalog& catalog, const std::string& p
 void FindInFileTables(const std::string& pattern, std::vector<Delivery>& deliveries,
                       Report& report) {
   const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
-  for (const auto& [position, file] : qm::merge::FindFiles(catalog.moduleDetails, pattern)) {
+  for (const auto& [position, file] : qm::merge::FindFiles(catalog.mergeModules, pattern)) {
     const ListedModule& module = catalog.modules[position];
-    deliveries.push_back({file->name, module.key, module.displayName, "File table", file->key,
-                          file->directory, file->version, module.path});
+    deliveries.push_back({std::string(file->name), module.key, module.displayName, "File table",
+                          std::string(file->key), std::string(file->directory),
+                          std::string(file->version), module.path});
   }
 }
 

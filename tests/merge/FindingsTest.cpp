@@ -11,21 +11,14 @@ namespace {
 
 using testing::ElementsAre;
 
-std::vector<std::string> FindingsOf(const std::vector<merge::MergeModule>& modules,
-                                    std::vector<merge::ModuleDetails> details,
-                                    std::vector<size_t> scope = {}) {
-  if (scope.empty()) {
-    for (size_t i = 0; i < modules.size(); ++i) {
-      scope.push_back(i);
-    }
+std::vector<std::string> FindingsOf(const std::vector<merge::Module>& modules) {
+  std::vector<size_t> scope;
+  for (size_t i = 0; i < modules.size(); ++i) {
+    scope.push_back(i);
   }
-  details.resize(modules.size());
   std::vector<std::string> lines;
   const merge::MergeSet set(modules);
-  for (const merge::Finding& finding :
-       merge::CheckModules(set, details, scope, [](size_t, const std::string& directory) {
-         return "[" + directory.substr(0, directory.find('.')) + "]";
-       })) {
+  for (const merge::Finding& finding : merge::CheckModules(set, scope)) {
     std::string line = finding.code;
     for (const std::string& module : finding.modules) {
       line += ' ' + module;
@@ -35,31 +28,75 @@ std::vector<std::string> FindingsOf(const std::vector<merge::MergeModule>& modul
   return lines;
 }
 
-merge::ModuleDetails Files(std::vector<merge::DeliveredFile> files) {
-  merge::ModuleDetails module;
+merge::Module WithFiles(merge::Module module, std::vector<merge::DeliveredFile> files) {
   module.files = std::move(files);
   return module;
 }
 
 TEST(FindingsTest, FilesConflictInOneFolderOnly) {
-  merge::ModuleDetails nameless = Files({{"w.dll", "System.5"}}), other = nameless;
+  merge::Module nameless = WithFiles(Module(""), {{"w.dll", "SystemFolder.5"}});
+  merge::Module other = nameless;
   nameless.path = "1.msm";
   other.path = "2.msm";
-  EXPECT_THAT(FindingsOf({Module(""), Module("")}, {nameless, other}),
-              ElementsAre("file-conflict 1.msm 2.msm | w.dll goes to [System] from 1.msm and from "
-                          "2.msm"));
+  EXPECT_THAT(FindingsOf({nameless, other}),
+              ElementsAre("file-conflict 1.msm 2.msm | w.dll goes to [SystemFolder] from 1.msm and "
+                          "from 2.msm"));
+  merge::Module second = WithFiles(
+      Module("B"), {{"X.DLL", "Sys.2"}, {"y.dll", "WindowsFolder.2"}, {"lost.dll", "Lost.2"}});
+  second.directories = {{"Sys.2", "SystemFolder", "."}};
   EXPECT_THAT(
-      FindingsOf(
-          {Module("A"), Module("B"), Module("C"), Module("A", "1.0", 1031)},
-          {Files({{"x.dll", "System.1"}, {"y.dll", "System.1"}, {"z.dll", "System.1"}}),
-           Files({{"X.DLL", "SYSTEM.2"}, {"y.dll", "Windows.2"}}), Files({{"q.dll", "System.3"}}),
-           Files({{"z.dll", "System.4"}, {"x.dll", "System.4"}})}),
-      ElementsAre("file-conflict A:1033 B:1033 | x.dll goes to [System] from A:1033 and "
+      FindingsOf({WithFiles(Module("A"), {{"x.dll", "SystemFolder.1"},
+                                          {"y.dll", "SystemFolder.1"},
+                                          {"z.dll", "SystemFolder.1"},
+                                          {"lost.dll", "Lost.2"}}),
+                  second, WithFiles(Module("C"), {{"q.dll", "SystemFolder.3"}}),
+                  WithFiles(Module("A", "1.0", 1031),
+                            {{"z.dll", "SystemFolder.4"}, {"x.dll", "SystemFolder.4"}})}),
+      ElementsAre("file-conflict A:1033 B:1033 | x.dll goes to [SystemFolder] from A:1033 and "
                   "from B:1033"));
 }
 
+TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
+  merge::Module host = Module("Host", "1.0", 1033,
+                              {{"Part", 0, "2.0"},  // carried
+                               {"Gone", 0, "", "Part:0"},
+                               {"Host", 0, "", "Part:0"},   // met by the host itself
+                               {"Inner", 0, "", "Part:0"},  // carried as well
+                               {"Part", 0, "3.0"}});        // carried, but too old
+  host.carried = {{"part", 0, "2.0"}, {"Inner", std::nullopt, ""}};
+  host.exclusions = {{"Other", 0, "", "", "Part:0"}, {"", 0, "", ""}};
+  EXPECT_THAT(
+      FindingsOf({host, Module("Other"), Module("")}),
+      ElementsAre("exclusion Host:1033 Other:1033 | Host:1033 carries Part:0, which excludes "
+                  "every version of Other:1033, which has version \"1.0\"",
+                  "missing-dependency Host:1033 | Host:1033 carries Part:0, which needs Gone: "
+                  "no module has this ID",
+                  "missing-dependency Host:1033 | Host:1033 needs Part, at least 3.0: no "
+                  "module has this ID"));
+  const std::vector<merge::Module> modules{host, Module("Part", "1.0", 0)};
+  const merge::MergeSet set(modules);
+  EXPECT_EQ(1u, merge::PlanMerge(set, {0}).modules.size());
+  EXPECT_TRUE(merge::FindUsers(set, 1).empty());
+}
+
+TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
+  merge::Module changed = Module("A");
+  changed.path = "a.msm";
+  changed.change = "its version is 2.0";
+  merge::Module damaged = Module("B");
+  damaged.path = "b.msm";
+  damaged.failure = "Damaged.";
+  damaged.needsDownload = true;
+  EXPECT_THAT(
+      FindingsOf({changed, damaged}),
+      ElementsAre("changed-module A:1033 | a.msm is not the file that the catalog read: its "
+                  "version is 2.0",
+                  "needs-download B:1033 | B:1033 has to be downloaded, or files of it",
+                  "unreadable-module B:1033 | b.msm cannot be read: Damaged."));
+}
+
 TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
-  const std::vector<merge::MergeModule> modules{Module("A")};
+  const std::vector<merge::Module> modules{Module("A")};
   const auto findings =
       merge::CheckIndexes(merge::MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
                                                      {"FilesToModules.ini", "a.dll", "A:"},

@@ -11,8 +11,7 @@ namespace {
 
 using testing::IsEmpty;
 
-std::string Names(const std::vector<merge::MergeModule>& modules,
-                  const std::vector<size_t>& positions) {
+std::string Names(const std::vector<merge::Module>& modules, const std::vector<size_t>& positions) {
   std::string names;
   for (const size_t position : positions) {
     names += (names.empty() ? "" : " ") + modules[position].moduleId;
@@ -21,10 +20,10 @@ std::string Names(const std::vector<merge::MergeModule>& modules,
 }
 
 TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
-  const std::vector<merge::MergeModule> modules{
-      Module("A", "1.0", 1031),  Module("a", "1.9", 2057), Module("A", "1.10", 1033),
-      Module("A", "1.10", 2057), Module("B", "3.0", 0),    Module("D", "1.0", 1033),
-      Module("D", "1.0", 9)};
+  const std::vector<merge::Module> modules{Module("A", "1.0", 1031),  Module("a", "1.9", 2057),
+                                           Module("A", "1.10", 1033), Module("A", "1.10", 2057),
+                                           Module("B", "3.0", 0),     Module("D", "1.0", 1033),
+                                           Module("D", "1.0", 9),     Module("", "9.0", 0)};
   const merge::MergeSet set(modules);
   const struct {
     merge::Requirement requirement;
@@ -41,6 +40,7 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
       {{"D", 9, ""}, 6, "of exactly this language"},
       {{"A", 1033, "2"}, std::nullopt, "every version for 1033 is lower than 2"},
       {{"C", 0, ""}, std::nullopt, "no module has this ID"},
+      {{"", 0, ""}, std::nullopt, "it names no module"},
   };
   for (const auto& [requirement, chosen, reason] : cases) {
     SCOPED_TRACE(requirement.moduleId + ' ' + std::to_string(*requirement.language));
@@ -51,12 +51,18 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
 }
 
 TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
-  const std::vector<merge::MergeModule> modules{Module("A"), Module("B"), Module("a", "1.0", -1),
-                                                Module("A", "2.0"), Module("")};
+  const std::vector<merge::Module> modules{Module("A"),
+                                           Module("B"),
+                                           Module("a", "1.0", -1),
+                                           Module("A", "2.0"),
+                                           Module(""),
+                                           Module("A:1033", "1.0", 0),
+                                           Module("C:D", "1.0", 9)};
   const merge::MergeSet set(modules);
   const std::pair<const char*, std::vector<size_t>> cases[] = {
-      {"A", {0, 2, 3}}, {"a:", {0, 2, 3}}, {"a:1033", {0, 3}}, {"A:-1", {2}},  {"A:01033", {}},
-      {"A:1033:", {}},  {"A:x", {}},       {"C:1033", {}},     {":1033", {4}}, {"", {4}},
+      {"A", {0, 2, 3}}, {"a:", {0, 2, 3}}, {"a:1033", {0, 3, 5}}, {"A:-1", {2}},  {"A:01033", {}},
+      {"A:1033:", {5}}, {"A:x", {}},       {"C:1033", {}},        {":1033", {4}}, {"", {4}},
+      {"c:d", {6}},     {"C:D:9", {6}},    {"C:D:1033", {}},      {"C", {}},      {":", {4}},
   };
   for (const auto& [key, positions] : cases) {
     EXPECT_EQ(positions, set.FindByKey(key)) << key;
@@ -64,7 +70,7 @@ TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
 }
 
 TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
-  const std::vector<merge::MergeModule> modules{
+  const std::vector<merge::Module> modules{
       Module("Top", "1", 0, {{"Left", 0, ""}, {"Right", 0, ""}, {"Gone", 1033, "2"}}),
       Module("Left", "1", 0, {{"Base", 0, ""}}), Module("Right", "1", 0, {{"Base", 0, ""}}),
       Module("Base"), Module("Other", "1", 0, {{"Top", 0, ""}})};
@@ -89,7 +95,7 @@ TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
 
 TEST(MergeSetTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
   for (const size_t length : {1u, 2u, 3u, 3000u}) {
-    std::vector<merge::MergeModule> modules;
+    std::vector<merge::Module> modules;
     for (size_t i = 0; i < length; ++i) {
       modules.push_back(Module("M" + std::to_string(i), "1", 0,
                                {{"M" + std::to_string((i + 1) % length), 0, ""}}));

@@ -9,10 +9,16 @@
 namespace qm::tests {
 
 /// A module of a set, whose key is made of ID and language.
-inline merge::MergeModule Module(const std::string& id, const std::string& version = "1.0",
-                                 long language = 1033,
-                                 std::vector<merge::Requirement> requirements = {}) {
-  return {id + ':' + std::to_string(language), id, language, version, std::move(requirements)};
+inline merge::Module Module(const std::string& id, const std::string& version = "1.0",
+                            long language = 1033,
+                            std::vector<merge::Requirement> requirements = {}) {
+  merge::Module module;
+  module.key = merge::MakeModuleKey(id, language);
+  module.moduleId = id;
+  module.language = language;
+  module.version = version;
+  module.requirements = std::move(requirements);
+  return module;
 }
 
 }  // namespace qm::tests
