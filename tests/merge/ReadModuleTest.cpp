@@ -8,6 +8,7 @@
 #include <functional>
 #include <iterator>
 
+#include "merge/TargetFolders.h"
 #include "tests/support/DatabaseFile.h"
 
 namespace qm::tests {
@@ -199,23 +200,44 @@ TEST(ReadModuleTest, ATableKeepsTheRowsBeforeADamagedOne) {
   EXPECT_EQ(2u, module.requirements.size());
 }
 
+/// Asks for everything that a damaged module may still have.
+void UseModule(const merge::Module& module) {
+  EXPECT_TRUE(module.tables || !module.failure.empty());
+  const merge::TargetFolders folders(module);
+  for (const merge::DeliveredFile& file : module.files) {
+    merge::FormatTargetFolder(folders.Resolve(file.directory));
+  }
+  if (!module.tables) {
+    return;
+  }
+  for (const merge::Table& table : module.tables->All()) {
+    for (size_t row = 0; row < table.RowCount(); ++row) {
+      for (size_t column = 0; column < table.Columns().size(); ++column) {
+        EXPECT_TRUE(!table.IsNull(row, column) || table.Format(row, column).empty());
+      }
+    }
+  }
+}
+
 TEST(ReadModuleTest, NoFileIsReadForLongerThanItsSizeJustifies) {
   for (const auto& entry : std::filesystem::directory_iterator(
            std::filesystem::path(QM_SOURCE_DIR) / "tests/image/corpus/file")) {
     SCOPED_TRACE(entry.path().string());
     std::ifstream stream(entry.path(), std::ios::binary);
     MemorySource source(image::Bytes(std::istreambuf_iterator<char>(stream), {}));
-    const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
+    UseModule(merge::ReadModule(source, merge::DecodeCommonCodePage));
     EXPECT_LE(source.bytesRead, 20 * source.Size() + 8192);
-    EXPECT_TRUE(module.tables || !module.failure.empty());
-    for (size_t i = 0; module.tables && i < module.tables->All().size(); ++i) {
-      const merge::Table& table = module.tables->All()[i];
-      for (size_t row = 0; row < table.RowCount(); ++row) {
-        for (size_t column = 0; column < table.Columns().size(); ++column) {
-          EXPECT_TRUE(!table.IsNull(row, column) || table.Format(row, column).empty());
-        }
-      }
-    }
+  }
+}
+
+TEST(ReadModuleTest, AModuleWithADamagedByteCanBeUsed) {
+  const CompoundFileImage file = WriteCompoundFile(WriteDatabase(Sample()));
+  for (size_t offset = 0; offset < file.bytes.size(); offset += 11) {
+    SCOPED_TRACE(offset);
+    image::Bytes bytes = file.bytes;
+    bytes[offset] = static_cast<std::uint8_t>(bytes[offset] + (offset % 2 == 0 ? 1 : 0x80));
+    MemorySource source(std::move(bytes));
+    UseModule(merge::ReadModule(source, merge::DecodeCommonCodePage));
   }
 }
 
