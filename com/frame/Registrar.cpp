@@ -15,9 +15,9 @@ namespace qm::com {
 
 namespace {
 
-// What differs between the architectures: the keys below which a type library lists the files of each,
-// and the flag that opens the keys that the other one has for itself. CLSID is such a key. ProgIDs and
-// type libraries are shared.
+// What differs between the architectures: the keys below which a type library lists the files of
+// each, and the flag that opens the keys that the other one has for itself. CLSID is such a key.
+// ProgIDs and type libraries are shared.
 #ifdef _WIN64
 constexpr SYSKIND kSystem = SYS_WIN64;
 constexpr wchar_t kOwnFile[] = L"win64";
