@@ -1,15 +1,15 @@
-#include "siblings/Component/Component.h"
+#include "com/component/Component.h"
 #include "siblings/Corvane8/RepositoryMgr.h"
 
-namespace qm::siblings {
+namespace qm::com {
 
-const com::ObjectMap& GetComponentObjects() noexcept {
-  static const com::ObjectMapEntry entries[] = {
+const ObjectMap& GetComponentObjects() noexcept {
+  static const ObjectMapEntry entries[] = {
       {&CLSID_RepositoryMgr, L"Corvane8.RepositoryMgr.1", L"Corvane8.RepositoryMgr",
-       IDS_COMPONENT_DESCRIPTION, &com::CreateComObject<CRepositoryMgr>},
+       IDS_COMPONENT_DESCRIPTION, &CreateComObject<siblings::CRepositoryMgr>},
   };
-  static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;
 }
 
-}  // namespace qm::siblings
+}  // namespace qm::com

@@ -2,13 +2,14 @@
 
 #include <memory>
 
-#include "siblings/Component/ComponentObject.h"
+#include "com/component/ComponentObject.h"
+#include "idl/siblings.h"
 #include "siblings/Corvane8/RepositoryList.h"
 
 namespace qm::siblings {
 
 /// One repository. Keeps the list that contains it alive.
-class CRepository : public ComponentObject<IRepository, &CLSID_RepositoryMgr> {
+class CRepository : public com::ComponentObject<IRepository, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const Repository> repository) noexcept;
 
@@ -20,7 +21,7 @@ class CRepository : public ComponentObject<IRepository, &CLSID_RepositoryMgr> {
 
 /// The repositories of a file, with a cursor. Keeps the list as it was read alive, even after the
 /// manager is gone or the file has changed.
-class Repositories : public ComponentObject<IRepositories, &CLSID_RepositoryMgr> {
+class Repositories : public com::ComponentObject<IRepositories, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const RepositoryList> list) noexcept;
 

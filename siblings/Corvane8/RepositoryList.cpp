@@ -2,8 +2,8 @@
 
 #include <algorithm>
 
-#include "siblings/Component/File.h"
 #include "siblings/Corvane8/XmlReader.h"
+#include "siblings/File.h"
 
 namespace qm::siblings {
 

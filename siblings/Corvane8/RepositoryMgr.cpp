@@ -1,7 +1,7 @@
 #include "siblings/Corvane8/RepositoryMgr.h"
 
-#include "siblings/Component/File.h"
 #include "siblings/Corvane8/Repositories.h"
+#include "siblings/File.h"
 
 namespace qm::siblings {
 

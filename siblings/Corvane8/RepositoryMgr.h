@@ -2,8 +2,9 @@
 
 #include <memory>
 
+#include "com/component/ComponentObject.h"
 #include "common/FileStamp.h"
-#include "siblings/Component/ComponentObject.h"
+#include "idl/siblings.h"
 #include "siblings/Corvane8/RepositoryList.h"
 
 namespace qm::siblings {
@@ -12,7 +13,7 @@ namespace qm::siblings {
 ///
 /// Caches the list until the last-write time or size of the file changes, which each call checks. A
 /// failure is not cached: the next call tries again.
-class CRepositoryMgr : public ComponentObject<IRepositoryMgr, &CLSID_RepositoryMgr> {
+class CRepositoryMgr : public com::ComponentObject<IRepositoryMgr, &CLSID_RepositoryMgr> {
  public:
   STDMETHOD(get_Path)(BSTR* path) override;
   STDMETHOD(put_Path)(BSTR path) override;

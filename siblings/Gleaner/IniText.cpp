@@ -4,7 +4,7 @@
 
 #include <cstring>
 
-#include "siblings/Component/File.h"
+#include "siblings/File.h"
 
 namespace qm::siblings {
 

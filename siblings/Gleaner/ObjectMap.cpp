@@ -1,15 +1,15 @@
-#include "siblings/Component/Component.h"
+#include "com/component/Component.h"
 #include "siblings/Gleaner/IniReader.h"
 
-namespace qm::siblings {
+namespace qm::com {
 
-const com::ObjectMap& GetComponentObjects() noexcept {
-  static const com::ObjectMapEntry entries[] = {
+const ObjectMap& GetComponentObjects() noexcept {
+  static const ObjectMapEntry entries[] = {
       {&CLSID_IniReader, L"Gleaner.IniReader.1", L"Gleaner.IniReader", IDS_COMPONENT_DESCRIPTION,
-       &com::CreateComObject<CIniReader>},
+       &CreateComObject<siblings::CIniReader>},
   };
-  static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;
 }
 
-}  // namespace qm::siblings
+}  // namespace qm::com

@@ -1,6 +1,7 @@
 #pragma once
 
-#include "siblings/Component/ComponentObject.h"
+#include "com/component/ComponentObject.h"
+#include "idl/siblings.h"
 
 namespace qm::siblings {
 
@@ -12,7 +13,7 @@ namespace qm::siblings {
 /// file exists and cannot be read. Environment variables ("%NAME%") are expanded in folders but not
 /// in search paths.
 class CApplicationServices
-    : public ComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
+    : public com::ComponentObject<IApplicationServices, &CLSID_ApplicationServices> {
  public:
   STDMETHOD(get_GalleryRoot)(BSTR* folder) override;
   STDMETHOD(Reserved2)(BSTR* value) override { return AnswerNotImplemented(value); }

@@ -1,16 +1,16 @@
-#include "siblings/Component/Component.h"
+#include "com/component/Component.h"
 #include "siblings/QmAppServices/ApplicationServices.h"
 
-namespace qm::siblings {
+namespace qm::com {
 
-const com::ObjectMap& GetComponentObjects() noexcept {
-  static const com::ObjectMapEntry entries[] = {
+const ObjectMap& GetComponentObjects() noexcept {
+  static const ObjectMapEntry entries[] = {
       {&CLSID_ApplicationServices, L"QmAppServices.ApplicationServices.1",
        L"QmAppServices.ApplicationServices", IDS_COMPONENT_DESCRIPTION,
-       &com::CreateComObject<CApplicationServices>},
+       &CreateComObject<siblings::CApplicationServices>},
   };
-  static const com::ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
+  static const ObjectMap map{entries, std::size(entries), &LIBID_QmSiblingsLib};
   return map;
 }
 
-}  // namespace qm::siblings
+}  // namespace qm::com

@@ -1,13 +1,13 @@
+#include "com/component/Component.h"
 #include "com/error/ErrorHandler.h"
 #include "com/frame/ComServer.h"
 #include "com/frame/DllLock.h"
 #include "com/frame/Registrar.h"
 #include "common/DllLifetime.h"
-#include "siblings/Component/Component.h"
 
 extern "C" BOOL WINAPI DllMain(HINSTANCE instance, DWORD reason, void* reserved) {
   if (reason == DLL_PROCESS_ATTACH) {
-    qm::com::ComServer::Instance().Init(qm::siblings::GetComponentObjects(), instance);
+    qm::com::ComServer::Instance().Init(qm::com::GetComponentObjects(), instance);
   } else if (reason == DLL_PROCESS_DETACH && !reserved) {
     // When the process ends (reserved is not null), other DLLs may be gone already, so nothing is
     // released that needs them.
@@ -24,7 +24,7 @@ STDAPI DllGetClassObject(REFCLSID clsid, REFIID iid, void** out) {
 
 STDAPI DllRegisterServer() {
   return qm::com::RunAtBoundary(GUID_NULL, [] {
-    qm::com::RegisterServer(qm::siblings::GetComponentObjects(),
+    qm::com::RegisterServer(qm::com::GetComponentObjects(),
                             qm::com::ComServer::Instance().DllInstance());
     return S_OK;
   });
@@ -32,7 +32,7 @@ STDAPI DllRegisterServer() {
 
 STDAPI DllUnregisterServer() {
   return qm::com::RunAtBoundary(GUID_NULL, [] {
-    qm::com::UnregisterServer(qm::siblings::GetComponentObjects(),
+    qm::com::UnregisterServer(qm::com::GetComponentObjects(),
                               qm::com::ComServer::Instance().DllInstance());
     return S_OK;
   });

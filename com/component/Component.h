@@ -6,11 +6,11 @@
 
 #include "com/frame/ObjectMap.h"
 
-namespace qm::siblings {
+namespace qm::com {
 
 /// The coclasses that the DLL creates. Every component defines this function.
-const com::ObjectMap& GetComponentObjects() noexcept;
+const ObjectMap& GetComponentObjects() noexcept;
+
+}  // namespace qm::com
 
 #endif
-
-}  // namespace qm::siblings

@@ -1,4 +1,4 @@
-#include "siblings/Component/File.h"
+#include "siblings/File.h"
 
 #include <climits>
 #include <new>
