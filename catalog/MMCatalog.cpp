@@ -142,7 +142,7 @@ STDMETHODIMP CMMCatalog::FindModules(BSTR* key, BSTR version, long, IMergeModule
   return Find(
       [&] {
         com::RaiseIfFailed(key ? S_OK : E_POINTER);
-        ModuleQuery query = ParseModuleKey(*key, version);
+        ModuleQuery query = ParseModuleKey(common::ViewOf(*key), common::ViewOf(version));
         query.language.clear();
         return query;
       },
@@ -174,7 +174,8 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
 
 STDMETHODIMP CMMCatalog::FindModule(BSTR key, BSTR version, long, IMergeModules** modules,
                                     long* count) {
-  return Find([&] { return ParseModuleKey(key, version); }, modules, count);
+  return Find([&] { return ParseModuleKey(common::ViewOf(key), common::ViewOf(version)); }, modules,
+              count);
 }
 
 STDMETHODIMP CMMCatalog::GetModuleForFile(BSTR fileName, BSTR* key) {

@@ -8,7 +8,6 @@
 #include <string>
 
 #include "catalog/CatalogState.h"
-#include "common/Bstr.h"
 #include "common/IgnoringCase.h"
 
 namespace qm::catalog {
@@ -65,15 +64,14 @@ class LookupKeys {
 
 }  // namespace
 
-ModuleQuery ParseModuleKey(BSTR key, BSTR version) {
-  const std::wstring_view text = common::ViewOf(key);
-  const size_t colon = text.find(L':');
+ModuleQuery ParseModuleKey(std::wstring_view key, std::wstring_view version) {
+  const size_t colon = key.find(L':');
   ModuleQuery query;
-  query.moduleId = text.substr(0, colon);
+  query.moduleId = key.substr(0, colon);
   if (colon != std::wstring_view::npos) {
-    query.language = text.substr(colon + 1);
+    query.language = key.substr(colon + 1);
   }
-  query.version = common::ViewOf(version);
+  query.version = version;
   return query;
 }
 

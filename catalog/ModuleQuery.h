@@ -1,5 +1,7 @@
 #pragma once
 
+#include <string_view>
+
 #include "catalog/CatalogModules.h"
 
 namespace qm::catalog {
@@ -11,9 +13,8 @@ struct ModuleQuery {
   common::WideString version;   ///< empty for any version
 };
 
-/// Parses a key, "ID" or "ID:language", which is split at its first colon, and a version. A null
-/// text counts as empty.
-ModuleQuery ParseModuleKey(BSTR key, BSTR version);
+/// Parses a key, "ID" or "ID:language", which is split at its first colon, and a version.
+ModuleQuery ParseModuleKey(std::wstring_view key, std::wstring_view version);
 
 /// Returns the modules of `modules` that match the query, as new objects in the same order. The
 /// caller is behind the ApartmentGate, because matches are looked up in the key table of the
