@@ -17,7 +17,7 @@ function(qm_guid_before variable text declaration)
   set(${variable} "${guid}" PARENT_SCOPE)
 endfunction()
 
-foreach(idl qmmmupdater qmmmupdater2 siblings)
+foreach(idl qmmmupdater qmmmupdater2 siblings mergeset)
   set(idl_file "${PROJECT_SOURCE_DIR}/idl/${idl}.idl")
   set_property(DIRECTORY APPEND PROPERTY CMAKE_CONFIGURE_DEPENDS "${idl_file}")
   file(READ "${idl_file}" ${idl}_text)
@@ -31,6 +31,9 @@ endforeach()
 foreach(class IniReader ApplicationServices RepositoryMgr)
   qm_guid_before(CLSID_${class} "${siblings_text}" "coclass ${class} ")
 endforeach()
+
+qm_guid_before(LIBID_MERGESET "${mergeset_text}" "library QmMergeSetLib ")
+qm_guid_before(CLSID_MergeSet "${mergeset_text}" "coclass MergeSet ")
 
 set(QM_MANIFEST "${CMAKE_RUNTIME_OUTPUT_DIRECTORY}/Quillmark.MergeModules.manifest")
 configure_file("${PROJECT_SOURCE_DIR}/server/Quillmark.MergeModules.manifest.in" "${QM_MANIFEST}" @ONLY)

@@ -25,18 +25,10 @@ void ReadIndexFile(const common::WideString& folder, const wchar_t* file,
     ::SetErrorInfo(0, nullptr);  // a missing index is not a failure
     return;
   }
-  const common::ComPtr<IIniSection> section = FindSection(*reader, sectionName);
-  if (!section) {
-    return;
-  }
-  const common::ComPtr<IIniKeys> keys = GetKeys(*section);
-  const long count = GetKeyCount(*keys);
-  for (long position = 1; position <= count; ++position) {
-    if (const common::ComPtr<IIniKey> key = FindKey(*keys, position)) {
-      const common::WideString name = GetKeyName(*key);
-      table.insert_or_assign(name, GetKeyValue(*key));
-    }
-  }
+  ForEachLine(*reader, sectionName,
+              [&](const common::WideString& name, const common::WideString& value) {
+                table.insert_or_assign(name, value);
+              });
 }
 
 }  // namespace

@@ -22,4 +22,21 @@ common::WideString GetKeyName(IIniKey& key);
 
 common::WideString GetKeyValue(IIniKey& key);
 
+/// Calls `use` with the name and the value of every line of a section, in file order. Does nothing
+/// if there is no such section.
+template <class Use>
+void ForEachLine(IIniReader& reader, const common::WideString& section, Use use) {
+  const common::ComPtr<IIniSection> found = FindSection(reader, section);
+  if (!found) {
+    return;
+  }
+  const common::ComPtr<IIniKeys> keys = GetKeys(*found);
+  const long count = GetKeyCount(*keys);
+  for (long position = 1; position <= count; ++position) {
+    if (const common::ComPtr<IIniKey> key = FindKey(*keys, position)) {
+      use(GetKeyName(*key), GetKeyValue(*key));
+    }
+  }
+}
+
 }  // namespace qm::gallery

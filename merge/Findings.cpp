@@ -75,7 +75,7 @@ class ModuleCheck {
   }
 
   void Add(const char* code, const std::vector<size_t>& modules, std::string text) {
-    m_findings.push_back({code, NamesOf(modules), std::move(text)});
+    m_findings.push_back({code, NamesOf(modules), std::move(text), modules});
   }
 
   void FindUnreadable() {

@@ -13,8 +13,9 @@ namespace qm::merge {
 /// A finding of a check. `code` is one of the constants below, whose values never change.
 struct Finding {
   std::string code;
-  std::vector<std::string> modules;  ///< keys of the modules concerned; a path if one has no ID
-  std::string text;                  ///< a sentence
+  std::vector<std::string> modules;    ///< keys of the modules concerned; a path if one has no ID
+  std::string text;                    ///< a sentence
+  std::vector<size_t> positions = {};  ///< of those modules that the set has
 };
 
 inline constexpr char kMissingDependency[] = "missing-dependency";
@@ -27,6 +28,7 @@ inline constexpr char kUnreadableModule[] = "unreadable-module";
 inline constexpr char kUnknownModule[] = "unknown-module";
 inline constexpr char kNeedsDownload[] = "needs-download";
 inline constexpr char kChangedModule[] = "changed-module";
+inline constexpr char kUnreadableIndex[] = "unreadable-index";
 
 /// Returns the target path of a directory of the module at position `module`; empty if nothing is
 /// known about it.

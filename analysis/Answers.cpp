@@ -1,0 +1,207 @@
+#include "analysis/Answers.h"
+
+#include <algorithm>
+
+#include "analysis/FileItem.h"
+#include "analysis/ModuleItem.h"
+#include "analysis/ModuleRows.h"
+#include "analysis/SetCollection.h"
+#include "com/error/Raise.h"
+#include "merge/JoinTexts.h"
+
+namespace qm::analysis {
+
+namespace {
+
+/// Makes a SAFEARRAY of VARIANTs with texts, which script hosts can read.
+SAFEARRAY* MakeTextArray(const std::vector<std::string>& texts) {
+  SAFEARRAY* const array = ::SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
+  com::RaiseIfFailed(array ? S_OK : E_OUTOFMEMORY);
+  auto* const elements = static_cast<VARIANT*>(array->pvData);
+  for (size_t i = 0; i < texts.size(); ++i) {
+    const std::wstring text = text::ToWide(texts[i]);
+    elements[i].bstrVal = common::TryAllocateBstr(text);
+    if (!elements[i].bstrVal) {
+      ::SafeArrayDestroy(array);
+      com::RaiseHResult(E_OUTOFMEMORY);
+    }
+    elements[i].vt = VT_BSTR;
+  }
+  return array;
+}
+
+}  // namespace
+
+void SetFinding::Init(SharedSet set, const merge::Finding& finding) {
+  m_set = std::move(set);
+  m_finding = finding;
+}
+
+STDMETHODIMP SetFinding::get_Code(BSTR* value) { return AnswerUtf8(value, m_finding.code); }
+STDMETHODIMP SetFinding::get_Text(BSTR* value) { return AnswerUtf8(value, m_finding.text); }
+
+STDMETHODIMP SetFinding::get_ModuleKeys(VARIANT* value) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!value) {
+      return E_POINTER;
+    }
+    ::VariantInit(value);
+    value->parray = MakeTextArray(m_finding.modules);
+    value->vt = VT_ARRAY | VT_VARIANT;
+    return S_OK;
+  });
+}
+
+STDMETHODIMP SetFinding::get_Modules(ISetModules** value) {
+  return Answer(value, [&] { return MakeModules(m_set, m_finding.positions); });
+}
+
+void PlannedModule::Init(SharedSet set, const merge::PlannedModule& planned) {
+  m_set = std::move(set);
+  m_planned = planned;
+}
+
+STDMETHODIMP PlannedModule::get_Module(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_planned.module); });
+}
+STDMETHODIMP PlannedModule::get_NeededBy(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_planned.neededBy); });
+}
+STDMETHODIMP PlannedModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_planned.reason); }
+
+void MissingModule::Init(SharedSet set, const merge::MissingModule& missing) {
+  m_set = std::move(set);
+  m_missing = missing;
+}
+
+STDMETHODIMP MissingModule::get_NeededBy(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_missing.neededBy); });
+}
+STDMETHODIMP MissingModule::get_Requirement(ISetRequirement** value) {
+  return Answer(value, [&] { return MakeObject<SetRequirement>(m_missing.requirement); });
+}
+STDMETHODIMP MissingModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_missing.reason); }
+
+void MergePlan::Init(SharedSet set, merge::MergePlan plan) {
+  m_set = std::move(set);
+  m_plan = std::make_shared<const merge::MergePlan>(std::move(plan));
+}
+
+STDMETHODIMP MergePlan::get_Modules(IPlannedModules** value) {
+  return Answer(value, [&] {
+    return MakeCollection<IPlannedModules, IPlannedModule>(
+        m_plan->modules.size(),
+        [set = m_set, plan = m_plan](size_t at) {
+          return MakeObject<PlannedModule>(set, plan->modules[at]);
+        },
+        [set = m_set, plan = m_plan](size_t at) {
+          return set->ModuleAt(plan->modules[at].module).key;
+        });
+  });
+}
+
+STDMETHODIMP MergePlan::get_Missing(IMissingModules** value) {
+  return Answer(value, [&] {
+    return MakeCollection<IMissingModules, IMissingModule>(
+        m_plan->missing.size(),
+        [set = m_set, plan = m_plan](size_t at) {
+          return MakeObject<MissingModule>(set, plan->missing[at]);
+        },
+        [plan = m_plan](size_t at) { return MakeRequiredKey(plan->missing[at].requirement); });
+  });
+}
+
+STDMETHODIMP MergePlan::get_Cycles(ISetCycles** value) {
+  return Answer(value, [&] {
+    return MakeCollection<ISetCycles, ISetModules>(
+        m_plan->cycles.size(),
+        [set = m_set, plan = m_plan](size_t at) { return MakeModules(set, plan->cycles[at]); },
+        nullptr);
+  });
+}
+
+void ModuleUser::Init(SharedSet set, const merge::ModuleUser& user) noexcept {
+  m_set = std::move(set);
+  m_user = user;
+}
+
+STDMETHODIMP ModuleUser::get_Module(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_user.module); });
+}
+STDMETHODIMP ModuleUser::get_Through(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_user.through); });
+}
+
+void FileDeliverer::Init(SharedSet set, const merge::Deliverer& deliverer) {
+  m_set = std::move(set);
+  m_deliverer = deliverer;
+}
+
+STDMETHODIMP FileDeliverer::get_FileName(BSTR* value) {
+  return AnswerUtf8(value, m_deliverer.file);
+}
+STDMETHODIMP FileDeliverer::get_ModuleKey(BSTR* value) {
+  return AnswerUtf8(value, m_deliverer.moduleKey);
+}
+STDMETHODIMP FileDeliverer::get_Module(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_deliverer.module); });
+}
+STDMETHODIMP FileDeliverer::get_Copies(long* value) {
+  return AnswerNumber(value, static_cast<long>(m_deliverer.copies.size()));
+}
+STDMETHODIMP FileDeliverer::get_Files(ISetFiles** value) {
+  return Answer(value, [&] {
+    std::vector<merge::FoundFile> files;
+    for (const merge::DeliveredFile* const file : m_deliverer.copies) {
+      files.push_back({*m_deliverer.module, file});
+    }
+    return MakeFiles(m_set, std::move(files));
+  });
+}
+STDMETHODIMP FileDeliverer::get_IndexFile(BSTR* value) {
+  return AnswerText(value, [&] {
+    std::vector<std::string> tables;
+    for (const merge::IndexEntry* const entry : m_deliverer.entries) {
+      if (std::find(tables.begin(), tables.end(), entry->table) == tables.end()) {
+        tables.push_back(entry->table);
+      }
+    }
+    return text::ToWide(merge::JoinTexts(tables, ", "));
+  });
+}
+STDMETHODIMP FileDeliverer::get_Problem(BSTR* value) {
+  return AnswerUtf8(value, m_deliverer.fault == merge::IndexFault::AbsentModule
+                               ? "No folder has the module that the index names."
+                           : m_deliverer.fault == merge::IndexFault::NotDelivered
+                               ? "The module that the index names does not deliver the file."
+                               : "");
+}
+
+void GalleryDescriptionItem::Init(SharedSet set, const GalleryDescription& description) noexcept {
+  m_set = std::move(set);
+  m_description = &description;
+}
+
+STDMETHODIMP GalleryDescriptionItem::get_Path(BSTR* value) {
+  return AnswerUtf8(value, m_description->path);
+}
+STDMETHODIMP GalleryDescriptionItem::get_PackageCode(BSTR* value) {
+  return AnswerUtf8(value, m_description->packageCode);
+}
+STDMETHODIMP GalleryDescriptionItem::get_ModuleID(BSTR* value) {
+  return AnswerUtf8(value, m_description->moduleId);
+}
+STDMETHODIMP GalleryDescriptionItem::get_Key(BSTR* value) {
+  return AnswerUtf8(value, m_description->key);
+}
+STDMETHODIMP GalleryDescriptionItem::get_Version(BSTR* value) {
+  return AnswerUtf8(value, m_description->version);
+}
+STDMETHODIMP GalleryDescriptionItem::get_Failure(BSTR* value) {
+  return AnswerUtf8(value, m_description->failure);
+}
+STDMETHODIMP GalleryDescriptionItem::get_FailureCode(long* value) {
+  return AnswerNumber(value, m_description->failureCode);
+}
+
+}  // namespace qm::analysis

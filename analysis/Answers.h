@@ -1,0 +1,117 @@
+#pragma once
+
+#include <vector>
+
+#include "analysis/SetObject.h"
+#include "merge/FileSearch.h"
+#include "merge/Findings.h"
+
+namespace qm::analysis {
+
+/// A finding of a check.
+class SetFinding : public SetObject<ISetFinding> {
+ public:
+  void Init(SharedSet set, const merge::Finding& finding);
+
+  STDMETHOD(get_Code)(BSTR* value) override;
+  STDMETHOD(get_Text)(BSTR* value) override;
+  STDMETHOD(get_ModuleKeys)(VARIANT* value) override;
+  STDMETHOD(get_Modules)(ISetModules** value) override;
+
+ private:
+  SharedSet m_set;
+  merge::Finding m_finding;
+};
+
+/// A module of a plan.
+class PlannedModule : public SetObject<IPlannedModule> {
+ public:
+  void Init(SharedSet set, const merge::PlannedModule& planned);
+
+  STDMETHOD(get_Module)(ISetModule** value) override;
+  STDMETHOD(get_NeededBy)(ISetModule** value) override;
+  STDMETHOD(get_Reason)(BSTR* value) override;
+
+ private:
+  SharedSet m_set;
+  merge::PlannedModule m_planned;
+};
+
+/// A requirement that no module satisfies.
+class MissingModule : public SetObject<IMissingModule> {
+ public:
+  void Init(SharedSet set, const merge::MissingModule& missing);
+
+  STDMETHOD(get_NeededBy)(ISetModule** value) override;
+  STDMETHOD(get_Requirement)(ISetRequirement** value) override;
+  STDMETHOD(get_Reason)(BSTR* value) override;
+
+ private:
+  SharedSet m_set;
+  merge::MissingModule m_missing;
+};
+
+/// The plan of a merge.
+class MergePlan : public SetObject<IMergePlan> {
+ public:
+  void Init(SharedSet set, merge::MergePlan plan);
+
+  STDMETHOD(get_Modules)(IPlannedModules** value) override;
+  STDMETHOD(get_Missing)(IMissingModules** value) override;
+  STDMETHOD(get_Cycles)(ISetCycles** value) override;
+
+ private:
+  SharedSet m_set;
+  std::shared_ptr<const merge::MergePlan> m_plan;
+};
+
+/// A module that needs another one.
+class ModuleUser : public SetObject<IModuleUser> {
+ public:
+  void Init(SharedSet set, const merge::ModuleUser& user) noexcept;
+
+  STDMETHOD(get_Module)(ISetModule** value) override;
+  STDMETHOD(get_Through)(ISetModule** value) override;
+
+ private:
+  SharedSet m_set;
+  merge::ModuleUser m_user{};
+};
+
+/// A module that delivers a file.
+class FileDeliverer : public SetObject<IFileDeliverer> {
+ public:
+  void Init(SharedSet set, const merge::Deliverer& deliverer);
+
+  STDMETHOD(get_FileName)(BSTR* value) override;
+  STDMETHOD(get_ModuleKey)(BSTR* value) override;
+  STDMETHOD(get_Module)(ISetModule** value) override;
+  STDMETHOD(get_Copies)(long* value) override;
+  STDMETHOD(get_Files)(ISetFiles** value) override;
+  STDMETHOD(get_IndexFile)(BSTR* value) override;
+  STDMETHOD(get_Problem)(BSTR* value) override;
+
+ private:
+  SharedSet m_set;
+  merge::Deliverer m_deliverer;
+};
+
+/// A description file of the gallery.
+class GalleryDescriptionItem : public SetObject<IGalleryDescription> {
+ public:
+  void Init(SharedSet set, const GalleryDescription& description) noexcept;
+
+  STDMETHOD(get_Path)(BSTR* value) override;
+  STDMETHOD(get_PackageCode)(BSTR* value) override;
+  STDMETHOD(get_ModuleID)(BSTR* value) override;
+  STDMETHOD(get_Key)(BSTR* value) override;
+  STDMETHOD(get_Version)(BSTR* value) override;
+  STDMETHOD(get_Failure)(BSTR* value) override;
+  STDMETHOD(get_FailureCode)(long* value) override;
+
+ private:
+  SharedSet m_set;
+  const GalleryDescription* m_description = nullptr;
+};
+
+}  // namespace qm::analysis

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "merge/IndexEntry.h"
+
+namespace qm::analysis {
+
+/// The entries of the three index files that name a module.
+struct IndexContents {
+  std::vector<merge::IndexEntry> entries;  ///< file by file, in file order
+  /// Why a file that exists could not be read: its path and a sentence.
+  std::vector<std::string> failures;
+};
+
+/// Reads the index files in the folders that the application services return. A missing file has no
+/// entries. Raises failures of the application services. Throws std::bad_alloc.
+IndexContents ReadIndexFiles();
+
+}  // namespace qm::analysis

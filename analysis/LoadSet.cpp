@@ -1,0 +1,163 @@
+#include "analysis/LoadSet.h"
+
+#include <optional>
+
+#include "analysis/GalleryFiles.h"
+#include "analysis/IndexFiles.h"
+#include "com/error/ErrorHandler.h"
+#include "com/error/Raise.h"
+#include "com/error/win32_exception.h"
+#include "common/Bstr.h"
+#include "common/Path.h"
+#include "idl/qmmmupdater.h"
+#include "merge/ReadModule.h"
+#include "msidb/CodePageText.h"
+#include "msidb/ModuleFile.h"
+#include "text/Utf.h"
+
+namespace qm::analysis {
+
+namespace {
+
+template <class Interface>
+std::string ReadText(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
+  common::UniqueBstr value;
+  com::RaiseIfFailed((object.*property)(value.Put()));
+  return text::ToUtf8(common::ViewOf(value.Get()));
+}
+
+template <class Interface>
+bool ReadFlag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(VARIANT_BOOL*)) {
+  VARIANT_BOOL value = VARIANT_FALSE;
+  com::RaiseIfFailed((object.*property)(&value));
+  return value != VARIANT_FALSE;
+}
+
+/// Reads what the interfaces of the collection say about a module. An object of another maker may
+/// lack the newer interfaces: its modules are present, and come from no folder.
+void ReadIdentity(const common::ComPtr<IMergeModule>& object, merge::Module& module) {
+  module.path = ReadText(*object, &IMergeModule::get_Path);
+  module.key = ReadText(*object, &IMergeModule::get_Key);
+  module.moduleId = ReadText(*object, &IMergeModule::get_ModuleID);
+  com::RaiseIfFailed(object->get_Language(&module.language));
+  module.version = ReadText(*object, &IMergeModule::get_Version);
+  module.displayName = ReadText(*object, &IMergeModule::get_DisplayName);
+  module.packageCode = ReadText(*object, &IMergeModule::get_PackageCode);
+
+  common::ComPtr<IMergeModule2> withState;
+  if (SUCCEEDED(object.QueryInterface(withState.Put())) && withState) {
+    module.isPresent = ReadFlag(*withState, &IMergeModule2::get_Present);
+    module.needsDownload = ReadFlag(*withState, &IMergeModule2::get_NeedsDownload);
+  }
+  common::ComPtr<IMergeModuleTavik> withOrigin;
+  if (SUCCEEDED(object.QueryInterface(withOrigin.Put())) && withOrigin) {
+    module.isFromGallery = !ReadFlag(*withOrigin, &IMergeModuleTavik::get_HasOrigin);
+    module.origin = ReadText(*withOrigin, &IMergeModuleTavik::get_Origin);
+  }
+}
+
+std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t codePage) {
+  if (codePage != CP_ACP && !::IsValidCodePage(codePage)) {
+    return std::nullopt;
+  }
+  return text::ToUtf8(msidb::DecodeCodePageText(bytes, codePage));
+}
+
+std::string Describe(const msidb::FileError& error) {
+  return text::ToUtf8(error.cause.empty() ? com_exception(HResultFromCode(error.code)).description
+                                          : error.cause);
+}
+
+/// Returns how a file differs from what the collection says about it; empty if it does not.
+std::string CompareIdentities(const merge::Module& listed, const merge::Module& read) {
+  const struct {
+    const char* what;
+    const std::string& listed;
+    const std::string& read;
+  } facts[] = {
+      {"module ID", listed.moduleId, read.moduleId},
+      {"version", listed.version, read.version},
+      {"package code", listed.packageCode, read.packageCode},
+  };
+  std::string change;
+  for (const auto& [what, before, now] : facts) {
+    if (before != now) {
+      change += (change.empty() ? "The file was written after it was listed: its " : ", its ") +
+                std::string(what) + " was \"" + before + "\" and is \"" + now + '"';
+    }
+  }
+  return change.empty() ? change : change + '.';
+}
+
+/// Adds what the file of a module contains.
+void ReadFile(merge::Module& module) {
+  try {
+    msidb::ModuleFile file(text::ToWide(module.path));
+    merge::Module read = merge::ReadModule(file, DecodeText);
+    file.RequireUnchanged();
+    if (read.failure.empty()) {
+      read.change = CompareIdentities(module, read);
+    }
+    read.path = std::move(module.path);
+    read.key = std::move(module.key);
+    read.moduleId = std::move(module.moduleId);
+    read.language = module.language;
+    read.version = std::move(module.version);
+    read.displayName = std::move(module.displayName);
+    read.packageCode = std::move(module.packageCode);
+    read.origin = std::move(module.origin);
+    read.isPresent = module.isPresent;
+    read.needsDownload = module.needsDownload;
+    read.isFromGallery = module.isFromGallery;
+    module = std::move(read);
+  } catch (const msidb::FileError& error) {
+    module.failure = Describe(error);
+  }
+}
+
+void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& contents) {
+  contents.objects.push_back(object);
+  contents.modules.emplace_back();
+  merge::Module& module = contents.modules.back();
+  if (const auto failure = com::CaptureFailure([&] { ReadIdentity(object, module); })) {
+    module.failure = text::ToUtf8(failure->description);
+    return;
+  }
+  if (module.isFromGallery && !module.path.empty() &&
+      !common::PathExists(text::ToWide(module.path))) {
+    module.path.clear();
+  }
+  if (!module.path.empty()) {
+    ReadFile(module);
+  } else if (module.isFromGallery) {
+    ReadDescription(module, contents.texts);
+  }
+}
+
+[[noreturn]] void RaiseBrokenCollection(long number) {
+  com::Raise(com_exception(E_UNEXPECTED, common::WideString::Format(
+                                             L"The collection has no module number %ld.", number)));
+}
+
+}  // namespace
+
+SharedSet LoadSet(IMergeModules& collection) {
+  SetData::Contents contents;
+  long count = 0;
+  com::RaiseIfFailed(collection.get_Count(&count));
+  VARIANT index;
+  index.vt = VT_I4;
+  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    common::ComPtr<IMergeModule> object;
+    com::RaiseIfFailed(collection.get_Item(index, object.Put()));
+    if (!object) {
+      RaiseBrokenCollection(index.lVal);
+    }
+    AddModule(object, contents);
+  }
+  contents.indexes = ReadIndexFiles();
+  contents.descriptions = ReadGalleryDescriptions();
+  return std::make_shared<const SetData>(std::move(contents));
+}
+
+}  // namespace qm::analysis

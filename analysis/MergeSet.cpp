@@ -1,0 +1,208 @@
+#include "analysis/MergeSet.h"
+
+#include <algorithm>
+#include <numeric>
+#include <set>
+
+#include "analysis/Answers.h"
+#include "analysis/FileItem.h"
+#include "analysis/LoadSet.h"
+#include "analysis/ModuleItem.h"
+#include "analysis/ModuleRows.h"
+#include "analysis/SetCollection.h"
+#include "com/error/Raise.h"
+#include "com/frame/TextListArgument.h"
+#include "common/Bstr.h"
+
+namespace qm::analysis {
+
+namespace {
+
+bool IsOmitted(const VARIANT& argument) noexcept {
+  return argument.vt == VT_EMPTY ||
+         (argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND);
+}
+
+std::vector<size_t> AllPositions(const SetData& set) {
+  std::vector<size_t> positions(set.Modules().size());
+  std::iota(positions.begin(), positions.end(), size_t{0});
+  return positions;
+}
+
+std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<size_t>& scope) {
+  return merge::CheckModules(set.Index(), scope, [&](size_t module, std::string_view directory) {
+    return set.ResolveFolder(module, directory).end == merge::FolderEnd::Root
+               ? set.SpellTargetPath(module, directory)
+               : std::string();
+  });
+}
+
+/// Adds what is wrong with the indexes.
+void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
+  const IndexContents& indexes = set.Indexes();
+  for (merge::Finding& finding : merge::CheckIndexes(set.Index(), indexes.entries)) {
+    findings.push_back(std::move(finding));
+  }
+  for (const std::string& failure : indexes.failures) {
+    findings.push_back({merge::kUnreadableIndex, {}, failure});
+  }
+  merge::SortFindings(findings);
+}
+
+}  // namespace
+
+const SharedSet& CMergeSet::RequireSet() const {
+  if (!m_set) {
+    com::Raise(com_exception(E_UNEXPECTED, L"No modules are loaded."));
+  }
+  return m_set;
+}
+
+std::vector<size_t> CMergeSet::RequireModules(std::wstring_view key) const {
+  std::vector<size_t> positions = RequireSet()->Index().FindByKey(text::ToUtf8(key));
+  if (positions.empty()) {
+    com::Raise(com_exception(E_INVALIDARG,
+                             common::WideString(L"The set has no module \"") + key + L"\"."));
+  }
+  return positions;
+}
+
+std::vector<size_t> CMergeSet::RequireModules(const VARIANT& keys) const {
+  std::vector<size_t> positions;
+  std::set<size_t> seen;
+  for (const common::WideString& key :
+       com::ParseTextList(keys, L"The argument is neither a module key nor an array of them.")
+           .texts) {
+    for (const size_t position : RequireModules(key)) {
+      if (seen.insert(position).second) {
+        positions.push_back(position);
+      }
+    }
+  }
+  return positions;
+}
+
+STDMETHODIMP CMergeSet::Load(IDispatch* modules) {
+  return MethodBoundary([&]() -> HRESULT {
+    if (!modules) {
+      return E_POINTER;
+    }
+    common::ComPtr<IMergeModules> collection;
+    if (FAILED(common::ComPtr<IDispatch>(modules).QueryInterface(collection.Put())) ||
+        !collection) {
+      com::Raise(com_exception(E_NOINTERFACE, L"The object is no collection of merge modules."));
+    }
+    m_set = LoadSet(*collection);
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMergeSet::get_Modules(ISetModules** modules) {
+  return Answer(modules, [&] { return MakeModules(RequireSet(), AllPositions(*RequireSet())); });
+}
+
+STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
+  return Answer(findings, [&] {
+    const SharedSet set = RequireSet();
+    std::vector<merge::Finding> found;
+    if (IsOmitted(modules)) {
+      found = CheckModules(*set, AllPositions(*set));
+      CheckIndexes(*set, found);
+    } else {
+      found = CheckModules(*set, RequireModules(modules));
+    }
+    const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
+    return MakeCollection<ISetFindings, ISetFinding>(
+        shared->size(),
+        [set, shared](size_t at) { return MakeObject<SetFinding>(set, (*shared)[at]); },
+        [shared](size_t at) { return (*shared)[at].code; });
+  });
+}
+
+STDMETHODIMP CMergeSet::Plan(VARIANT modules, IMergePlan** plan) {
+  return Answer(plan, [&] {
+    const SharedSet set = RequireSet();
+    return MakeObject<MergePlan>(set, merge::PlanMerge(set->Index(), RequireModules(modules)));
+  });
+}
+
+STDMETHODIMP CMergeSet::UsersOf(BSTR moduleKey, IModuleUsers** users) {
+  return Answer(users, [&] {
+    const SharedSet set = RequireSet();
+    std::map<size_t, merge::ModuleUser> found;  // in the order of the set
+    for (const size_t position : RequireModules(common::ViewOf(moduleKey))) {
+      for (const merge::ModuleUser& user : merge::FindUsers(set->Index(), position)) {
+        found.emplace(user.module, user);
+      }
+    }
+    std::vector<merge::ModuleUser> list;
+    for (const auto& [position, user] : found) {
+      list.push_back(user);
+    }
+    const auto shared = std::make_shared<const std::vector<merge::ModuleUser>>(std::move(list));
+    return MakeCollection<IModuleUsers, IModuleUser>(
+        shared->size(),
+        [set, shared](size_t at) { return MakeObject<ModuleUser>(set, (*shared)[at]); },
+        [set, shared](size_t at) { return set->ModuleAt((*shared)[at].module).key; });
+  });
+}
+
+STDMETHODIMP CMergeSet::ExclusionsOf(BSTR moduleKey, ISetExclusions** exclusions) {
+  return Answer(exclusions, [&] {
+    const SharedSet set = RequireSet();
+    const std::wstring_view key = common::ViewOf(moduleKey);
+    const std::vector<size_t> wanted = key.empty() ? std::vector<size_t>() : RequireModules(key);
+    const auto concerns = [&](const ModuleExclusion& row) {
+      const std::vector<size_t> excluded =
+          merge::FindExcludedModules(set->Index(), row.module, *row.exclusion);
+      return std::any_of(wanted.begin(), wanted.end(), [&](size_t position) {
+        return std::find(excluded.begin(), excluded.end(), position) != excluded.end();
+      });
+    };
+    std::vector<ModuleExclusion> rows;
+    for (size_t position = 0; position < set->Modules().size(); ++position) {
+      for (const merge::Exclusion& exclusion : set->ModuleAt(position).exclusions) {
+        const ModuleExclusion row{position, &exclusion};
+        if (key.empty() || concerns(row)) {
+          rows.push_back(row);
+        }
+      }
+    }
+    return MakeExclusions(set, std::move(rows));
+  });
+}
+
+STDMETHODIMP CMergeSet::FindFiles(BSTR pattern, ISetFiles** files) {
+  return Answer(files, [&] {
+    const std::string wanted = text::ToUtf8(common::ViewOf(pattern));
+    return MakeFiles(
+        RequireSet(),
+        merge::FindFiles(RequireSet()->Modules(), wanted.empty() ? "*" : std::string_view(wanted)));
+  });
+}
+
+STDMETHODIMP CMergeSet::FindDeliverers(BSTR fileName, IFileDeliverers** deliverers) {
+  return Answer(deliverers, [&] {
+    const SharedSet set = RequireSet();
+    const auto shared = std::make_shared<const std::vector<merge::Deliverer>>(merge::FindDeliverers(
+        set->Index(), set->Indexes().entries, text::ToUtf8(common::ViewOf(fileName))));
+    return MakeCollection<IFileDeliverers, IFileDeliverer>(
+        shared->size(),
+        [set, shared](size_t at) { return MakeObject<FileDeliverer>(set, (*shared)[at]); },
+        [shared](size_t at) { return (*shared)[at].moduleKey; });
+  });
+}
+
+STDMETHODIMP CMergeSet::get_GalleryDescriptions(IGalleryDescriptions** descriptions) {
+  return Answer(descriptions, [&] {
+    const SharedSet set = RequireSet();
+    return MakeCollection<IGalleryDescriptions, IGalleryDescription>(
+        set->Descriptions().size(),
+        [set](size_t at) {
+          return MakeObject<GalleryDescriptionItem>(set, set->Descriptions()[at]);
+        },
+        [set](size_t at) { return set->Descriptions()[at].packageCode; });
+  });
+}
+
+}  // namespace qm::analysis

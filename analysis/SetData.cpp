@@ -1,0 +1,24 @@
+#include "analysis/SetData.h"
+
+#include "text/Utf.h"
+#include "traits/ProjectTraitsManager.h"
+#include "traits/RootSpelling.h"
+
+namespace qm::analysis {
+
+merge::TargetFolder SetData::ResolveFolder(size_t module, std::string_view directory) const {
+  std::unique_ptr<const merge::TargetFolders>& folders = m_folders[module];
+  if (!folders) {
+    folders = std::make_unique<const merge::TargetFolders>(ModuleAt(module));
+  }
+  return folders->Resolve(directory);
+}
+
+std::string SetData::SpellTargetPath(size_t module, std::string_view directory) const {
+  const traits::ProjectTraits& traits = traits::CProjectTraitsManager::Instance().Current();
+  return merge::FormatTargetFolder(ResolveFolder(module, directory), [&](std::string_view root) {
+    return text::ToUtf8(traits::SpellRoot(traits, text::ToWide(root)));
+  });
+}
+
+}  // namespace qm::analysis
