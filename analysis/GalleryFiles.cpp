@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "com/error/ErrorHandler.h"
+#include "analysis/CaptureFailure.h"
 #include "com/error/Raise.h"
 #include "common/Bstr.h"
 #include "common/FolderFiles.h"
@@ -43,7 +43,7 @@ GalleryDescription Describe(const common::WideString& folder, std::wstring_view 
   GalleryDescription description;
   description.path = text::ToUtf8(common::JoinPath(folder, fileName));
   description.packageCode = text::ToUtf8(fileName.substr(0, fileName.size() - kExtension.size()));
-  if (const auto failure = com::CaptureFailure([&] { ReadIdentity(description); })) {
+  if (const auto failure = CaptureFailure([&] { ReadIdentity(description); })) {
     description.failure = text::ToUtf8(failure->description);
     description.failureCode = failure->hr;
   }
@@ -148,7 +148,7 @@ std::vector<GalleryDescription> ReadGalleryDescriptions() {
 
 void ReadDescription(merge::Module& module,
                      std::vector<std::unique_ptr<const std::string>>& texts) {
-  if (const auto failure = com::CaptureFailure([&] { DescriptionReader(module, texts).Read(); })) {
+  if (const auto failure = CaptureFailure([&] { DescriptionReader(module, texts).Read(); })) {
     module.failure = text::ToUtf8(failure->description);
   }
 }

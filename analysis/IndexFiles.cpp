@@ -1,6 +1,6 @@
 #include "analysis/IndexFiles.h"
 
-#include "com/error/ErrorHandler.h"
+#include "analysis/CaptureFailure.h"
 #include "com/error/Raise.h"
 #include "common/FileIndexEntry.h"
 #include "common/Path.h"
@@ -53,7 +53,7 @@ void AddIndexFile(const common::WideString& folder, const IndexFile& file,
     return;
   }
   std::vector<merge::IndexEntry> entries;
-  if (const auto failure = com::CaptureFailure([&] { ReadIndexFile(path, file, entries); })) {
+  if (const auto failure = CaptureFailure([&] { ReadIndexFile(path, file, entries); })) {
     contents.failures.push_back(text::ToUtf8(path) + ": " + text::ToUtf8(failure->description));
   } else {
     contents.entries.insert(contents.entries.end(), std::make_move_iterator(entries.begin()),

@@ -2,9 +2,9 @@
 
 #include <optional>
 
+#include "analysis/CaptureFailure.h"
 #include "analysis/GalleryFiles.h"
 #include "analysis/IndexFiles.h"
-#include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
 #include "common/Bstr.h"
@@ -119,7 +119,7 @@ void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& co
   contents.objects.push_back(object);
   contents.modules.emplace_back();
   merge::Module& module = contents.modules.back();
-  if (const auto failure = com::CaptureFailure([&] { ReadIdentity(object, module); })) {
+  if (const auto failure = CaptureFailure([&] { ReadIdentity(object, module); })) {
     module.failure = text::ToUtf8(failure->description);
     return;
   }

@@ -32,6 +32,7 @@ struct FixedAnswer {
 };
 std::vector<FixedAnswer> s_answers;
 std::atomic<int> s_heapBlocks = 0;
+int s_replaced = 0;  // how many DLLs call the replacements
 std::atomic<int> s_fileSearches = 0;
 std::set<HANDLE> s_openFiles;
 std::map<void*, void*> s_boundLater;  ///< functions of msi.dll and what replaces them
@@ -297,7 +298,9 @@ bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* re
 
 ReplacedImports::ReplacedImports(HMODULE importer, const char* dll)
     : m_importer(importer), m_dll(dll) {
-  s_heapBlocks = 0;
+  if (s_replaced++ == 0) {
+    s_heapBlocks = 0;
+  }
   s_log.reserve(1000);
   installer::Reset();
   ReplaceSlot(importer, {Address(s_getProcAddress)}, Address(&FindFunction));
@@ -310,6 +313,7 @@ ReplacedImports::ReplacedImports(HMODULE importer, const char* dll)
 }
 
 ReplacedImports::~ReplacedImports() {
+  --s_replaced;
   installer::Reset();
   for (const ImportedFunction& function : kFunctions) {
     if (function.replacement && (!m_dll || std::string_view(function.dll) == m_dll)) {

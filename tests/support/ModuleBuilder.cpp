@@ -26,7 +26,8 @@ const std::map<std::wstring, std::string> kHeaders{
      "ModuleID\tModuleLanguage\tRequiredID\tRequiredLanguage\tRequiredVersion\n"
      "s72\ti2\ts72\tI2\tS32\nModuleDependency\tModuleID\tModuleLanguage\tRequiredID\n"},
     {L"ModuleExclusion",
-     "ModuleID\tModuleLanguage\tExcludedID\tExcludedLanguage\tExcludedMinVersion\tMaxVersion\n"
+     "ModuleID\tModuleLanguage\tExcludedID\tExcludedLanguage\tExcludedMinVersion\tExcludedMaxVersio"
+     "n\n"
      "s72\ti2\ts72\ti2\tS20\tS20\n"
      "ModuleExclusion\tModuleID\tModuleLanguage\tExcludedID\tExcludedLanguage\n"},
     {L"Component", "Component\tComponentId\tDirectory_\ns72\tS38\ts72\nComponent\tComponent\n"},

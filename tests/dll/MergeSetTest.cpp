@@ -1,0 +1,427 @@
+#include <set>
+
+#include "common/Bstr.h"
+#include "idl/mergeset.h"
+#include "tests/support/Answers.h"
+#include "tests/support/CatalogFixture.h"
+
+namespace qm::tests {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using testing::StartsWith;
+
+template <class Interface>
+std::wstring Text(const common::ComPtr<Interface>& object,
+                  HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
+  common::UniqueBstr value;
+  EXPECT_EQ(S_OK, (object.Get()->*property)(value.Put()));
+  return std::wstring(common::ViewOf(value.Get()));
+}
+
+/// The items of a collection, through its enumerator.
+template <class Item, class Collection>
+std::vector<common::ComPtr<Item>> ItemsOf(const common::ComPtr<Collection>& collection) {
+  std::vector<common::ComPtr<Item>> items;
+  common::ComPtr<IUnknown> unknown;
+  common::ComPtr<IEnumVARIANT> enumerator;
+  EXPECT_EQ(S_OK, collection->get__NewEnum(unknown.Put()));
+  EXPECT_EQ(S_OK, unknown.QueryInterface(enumerator.Put()));
+  for (Variant value; enumerator->Next(1, &value, nullptr) == S_OK; ::VariantClear(&value)) {
+    EXPECT_EQ(VT_DISPATCH, value.vt);
+    common::ComPtr<Item> item;
+    EXPECT_EQ(S_OK,
+              value.pdispVal->QueryInterface(__uuidof(Item), reinterpret_cast<void**>(item.Put())));
+    items.push_back(item);
+  }
+  return items;
+}
+
+/// Calls `use` with everything that can be reached from an object by properties without arguments
+/// and by enumeration, each class once. Does not return to modules.
+template <class Use>
+void ForEachReachable(IDispatch* object, std::set<std::wstring>& seen, const Use& use) {
+  common::ComPtr<ITypeInfo> info;
+  common::UniqueBstr name;
+  ASSERT_EQ(S_OK, object->GetTypeInfo(0, LOCALE_NEUTRAL, info.Put()));
+  info->GetDocumentation(MEMBERID_NIL, name.Put(), nullptr, nullptr, nullptr);
+  if (!seen.insert(name.Get()).second) {
+    return;
+  }
+  use(object, *info.Get());
+  TYPEATTR* attributes = nullptr;
+  info->GetTypeAttr(&attributes);
+  for (UINT i = 0; i < attributes->cFuncs; ++i) {
+    FUNCDESC* function = nullptr;
+    info->GetFuncDesc(i, &function);
+    const bool isPlain = function->invkind == INVOKE_PROPERTYGET && function->cParams == 0;
+    const MEMBERID member = function->memid;
+    info->ReleaseFuncDesc(function);
+    Variant value;
+    DISPPARAMS none{};
+    if (!isPlain || FAILED(object->Invoke(member, IID_NULL, LOCALE_NEUTRAL, DISPATCH_PROPERTYGET,
+                                          &none, &value, nullptr, nullptr))) {
+      continue;
+    }
+    common::ComPtr<IEnumVARIANT> enumerator;
+    if (member == DISPID_NEWENUM &&
+        SUCCEEDED(value.punkVal->QueryInterface(__uuidof(IEnumVARIANT),
+                                                reinterpret_cast<void**>(enumerator.Put())))) {
+      Variant first;
+      if (enumerator->Next(1, &first, nullptr) == S_OK) {
+        ForEachReachable(first.pdispVal, seen, use);
+      }
+    } else if (value.vt == VT_DISPATCH && value.pdispVal) {
+      ForEachReachable(value.pdispVal, seen, use);
+    }
+  }
+  info->ReleaseTypeAttr(attributes);
+}
+
+/// A collection of modules by another maker, which may lie about what it has.
+class Collection final : public IMergeModules {
+ public:
+  std::vector<common::ComPtr<IMergeModule>> m_items;
+  long m_surplus = 0;  ///< by which Count is too great
+  HRESULT m_beyond = E_INVALIDARG;
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    const bool known =
+        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(IMergeModules);
+    *out = known ? this : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return 2; }
+  STDMETHOD_(ULONG, Release)() override { return 1; }
+  STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
+  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHOD(GetIDsOfNames)(REFIID, wchar_t**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHOD(Invoke)
+  (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+    return E_NOTIMPL;
+  }
+  STDMETHOD(get_Item)(VARIANT index, IMergeModule** item) override {
+    const size_t position = static_cast<size_t>(index.lVal) - 1;
+    if (position >= m_items.size()) {
+      return m_beyond;
+    }
+    *item = common::ComPtr<IMergeModule>(m_items[position]).Detach();
+    return S_OK;
+  }
+  STDMETHOD(get_Count)(long* count) override {
+    *count = static_cast<long>(m_items.size()) + m_surplus;
+    return S_OK;
+  }
+  STDMETHOD(get__NewEnum)(IUnknown**) override { return E_NOTIMPL; }
+  STDMETHOD(get_Enumerator)(IEnumVARIANT**) override { return E_NOTIMPL; }
+};
+
+class MergeSetTest : public CatalogFixture {
+ protected:
+  void SetUp() override {
+    CatalogFixture::SetUp();
+    SetSearchPath(L"*set");
+    m_sets.Load((ProgramFolder() / L"QmMergeSet.dll").wstring());
+    m_set = m_sets.Create<IMergeSet>(CLSID_MergeSet);
+    ASSERT_TRUE(m_set);
+  }
+  void TearDown() override {
+    m_catalog.Release();
+    m_set.Release();
+    EXPECT_EQ(S_OK, m_sets.DllCanUnloadNow());
+    m_sets.Unload();
+    CatalogFixture::TearDown();
+  }
+
+  /// Makes a module with a file in each of the given directories.
+  void WriteModuleOfFiles(const std::wstring& path, const std::string& id,
+                          const std::vector<std::pair<std::string, std::string>>& files,
+                          const std::string& directories,
+                          const std::vector<TableText>& more = {}) const {
+    std::string components, rows;
+    for (const auto& [name, directory] : files) {
+      components += "C" + name + "\t\t" + directory + "\n";
+      rows += "F" + name + "\tC" + name + "\t" + name + "\t10\t1.0\t1033\t\t1\n";
+    }
+    std::vector<TableText> tables{
+        {L"ModuleSignature", id + "\t1033\t1.0\n"},
+        {L"_SummaryInformation", "7\tIntel;1033\n9\t{" + id + "}\n14\t200\n"},
+        {L"Component", components},
+        {L"File", rows},
+        {L"Directory", directories,
+         "Directory\tDirectory_Parent\tDefaultDir\ns72\tS72\tl255\nDirectory\tDirectory\n"}};
+    tables.insert(tables.end(), more.begin(), more.end());
+    BuildModule(PathOf(path), tables);
+  }
+
+  HRESULT LoadCatalog() {
+    m_catalog = NewCatalog();
+    return m_set->Load(ModulesOf(m_catalog.Get()).Get());
+  }
+
+  common::ComPtr<ISetModule> ModuleOf(const wchar_t* key) const {
+    common::ComPtr<ISetModules> modules;
+    common::ComPtr<ISetModule> module;
+    EXPECT_EQ(S_OK, m_set->get_Modules(modules.Put()));
+    EXPECT_EQ(S_OK, modules->get_Item(Variant(key), module.Put()));
+    return module;
+  }
+
+  /// "module: folder\name", or "(redirected) ..." for each file that matches a pattern.
+  std::vector<std::wstring> FindFiles(const wchar_t* pattern) const {
+    const common::UniqueBstr text(common::TryAllocateBstr(pattern));
+    common::ComPtr<ISetFiles> files;
+    EXPECT_EQ(S_OK, m_set->FindFiles(text.Get(), files.Put()));
+    std::vector<std::wstring> found;
+    for (const auto& file : ItemsOf<ISetFile>(files)) {
+      common::ComPtr<ISetModule> module;
+      VARIANT_BOOL isRedirected = VARIANT_FALSE;
+      EXPECT_EQ(S_OK, file->get_Module(module.Put()));
+      EXPECT_EQ(S_OK, file->get_IsRedirected(&isRedirected));
+      found.push_back(Text(module, &ISetModule::get_Key) + L": " +
+                      Text(file, &ISetFile::get_TargetPath) + L" " +
+                      Text(file, &ISetFile::get_Name) + (isRedirected ? L" (redirected)" : L""));
+    }
+    return found;
+  }
+
+  std::vector<std::wstring> Check(const VARIANT& keys) const {
+    common::ComPtr<ISetFindings> findings;
+    std::vector<std::wstring> codes;
+    if (m_set->Check(keys, findings.Put()) == S_OK) {
+      for (const auto& finding : ItemsOf<ISetFinding>(findings)) {
+        codes.push_back(Text(finding, &ISetFinding::get_Code));
+      }
+    }
+    return codes;
+  }
+  std::vector<std::wstring> CheckAll() const {
+    return Check(Around(VT_ERROR, DISP_E_PARAMNOTFOUND));
+  }
+
+  ComDll m_sets;
+  common::ComPtr<IMergeSet> m_set;
+  common::ComPtr<IMMCatalogCaskel> m_catalog;
+};
+
+TEST_F(MergeSetTest, FoldersAreThoseOfTheInstallerInTheSpellingOfTheProject) {
+  WriteModuleOfFiles(L"set\\a.msm", "A",
+                     {{"one", "SystemFolder.A"}, {"two", "Sub"}, {"three", "Own.A"}},
+                     "TARGETDIR\t\tSourceDir\nSystemFolder.A\tTARGETDIR\t.:whatever\n"
+                     "Sub\tSystemFolder.A\tdrivers\nOwn.A\tTARGETDIR\tOWN~1|Own Folder\n");
+  ASSERT_EQ(S_OK, LoadCatalog());
+  EXPECT_THAT(FindFiles(L"*"), ElementsAre(L"A:1033: [SystemFolder] one", HasSubstr(L"[TARGETDIR]"),
+                                           L"A:1033: [SystemFolder]drivers two"));
+  ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", L"1");
+  EXPECT_THAT(FindFiles(L"t*"),
+              ElementsAre(HasSubstr(L"<TARGETDIR>"), L"A:1033: <WINSYSDIR>drivers two"));
+  ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", nullptr);
+}
+
+TEST_F(MergeSetTest, TablesAreThereByNameWithTypedCells) {
+  WriteModuleOfFiles(L"set\\a.msm", "A", {{"one", "D"}}, "D\t\tSourceDir\n",
+                     {{L"Own", "1\ttext\n-7\t\n", "Number\tText\ni2\tS0\nOwn\tNumber\n"}});
+  ASSERT_EQ(S_OK, LoadCatalog());
+  const common::ComPtr<ISetModule> module = ModuleOf(L"a:1033");
+  EXPECT_EQ(L"Intel", Text(module, &ISetModule::get_Platform));
+  common::ComPtr<ISetTables> tables;
+  common::ComPtr<ISetTable> table;
+  common::ComPtr<ISetRows> rows;
+  ASSERT_EQ(S_OK, module->get_Tables(tables.Put()));
+  ASSERT_EQ(S_OK, tables->get_Item(Variant(L"own"), table.Put()));
+  ASSERT_EQ(S_OK, table->get_Rows(rows.Put()));
+  std::vector<std::wstring> cells;
+  for (const auto& row : ItemsOf<ISetRow>(rows)) {
+    Variant number, text, none;
+    EXPECT_EQ(S_OK, row->get_Item(Variant(L"NUMBER"), &number));
+    EXPECT_EQ(S_OK, row->get_Item(Variant(2), &text));
+    EXPECT_EQ(E_INVALIDARG, row->get_Item(Variant(3), &none));
+    EXPECT_EQ(VT_I4, number.vt);
+    cells.push_back(std::to_wstring(number.lVal) +
+                    (text.vt == VT_NULL ? L" null" : L" " + std::wstring(text.bstrVal)));
+  }
+  EXPECT_THAT(cells, testing::UnorderedElementsAre(L"1 text", L"-7 null"));
+}
+
+TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
+  WriteModule(L"set\\base.msm", "Base");
+  BuildModule(PathOf(L"set\\user.msm"),
+              {{L"ModuleSignature", "User\t1033\t1.0\n"},
+               {L"_SummaryInformation", "9\t{U}\n"},
+               {L"ModuleDependency", "User\t1033\tBASE\t1033\t\nUser\t1033\tAbsent\t0\t2.0\n"}});
+  ASSERT_EQ(S_OK, LoadCatalog());
+  common::ComPtr<IMergePlan> plan;
+  common::ComPtr<IPlannedModules> planned;
+  common::ComPtr<IMissingModules> missing;
+  ASSERT_EQ(S_OK, m_set->Plan(Variant(L"USER"), plan.Put()));
+  ASSERT_EQ(S_OK, plan->get_Modules(planned.Put()));
+  ASSERT_EQ(S_OK, plan->get_Missing(missing.Put()));
+  std::vector<std::wstring> order;
+  for (const auto& step : ItemsOf<IPlannedModule>(planned)) {
+    common::ComPtr<ISetModule> module;
+    EXPECT_EQ(S_OK, step->get_Module(module.Put()));
+    order.push_back(Text(module, &ISetModule::get_Key));
+  }
+  EXPECT_THAT(order, ElementsAre(L"Base:1033", L"User:1033"));
+  long count = 0;
+  EXPECT_EQ(S_OK, missing->get_Count(&count));
+  EXPECT_EQ(1, count);
+
+  const common::UniqueBstr base(common::TryAllocateBstr(L"Base:1033"));
+  common::ComPtr<IModuleUsers> users;
+  ASSERT_EQ(S_OK, m_set->UsersOf(base.Get(), users.Put()));
+  EXPECT_EQ(1u, ItemsOf<IModuleUser>(users).size());
+  EXPECT_THAT(CheckAll(), ElementsAre(L"missing-dependency"));
+  EXPECT_THAT(Check(Variant(L"Base")), ElementsAre());
+  common::ComPtr<ISetFindings> none;
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(L"Nobody"), none.Put()));
+  EXPECT_EQ(L"The set has no module \"Nobody\".", TakeDescription());
+}
+
+TEST_F(MergeSetTest, DamagedAndChangedFilesAreFindingsAndTheOthersAreAnswered) {
+  WriteModule(L"set\\sound.msm", "Sound");
+  WriteModule(L"set\\changed.msm", "Changed");
+  WriteText(L"set\\damaged.msm", "no database");
+  m_catalog = NewCatalog();
+  const common::ComPtr<IMergeModules> modules = ModulesOf(m_catalog.Get());
+  WriteModule(L"set\\changed.msm", "Other");
+  ASSERT_EQ(S_OK, m_set->Load(modules.Get()));
+  EXPECT_THAT(CheckAll(), ElementsAre(L"changed-module", L"unreadable-module"));
+  EXPECT_EQ(L"", Text(ModuleOf(L"Sound:1033"), &ISetModule::get_Failure));
+  EXPECT_THAT(Text(ModuleOf(L"Changed:1033"), &ISetModule::get_Change), HasSubstr(L"\"Other\""));
+}
+
+TEST_F(MergeSetTest, LoadTakesAnyCollectionAndKeepsTheOldSetIfItFails) {
+  WriteModule(L"set\\sound.msm", "Sound");
+  Collection collection;
+  collection.m_items.emplace_back(OpenModule(m_folder / L"set\\sound.msm").Get());
+  collection.m_items.emplace_back(NewModule().Get());  // on which nothing is open
+  ASSERT_EQ(S_OK, m_set->Load(&collection));
+  EXPECT_EQ(L"1.0", Text(ModuleOf(L"Sound:1033"), &ISetModule::get_Version));
+  EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module"));
+
+  collection.m_surplus = 1;
+  EXPECT_EQ(E_INVALIDARG, m_set->Load(&collection));
+  collection.m_beyond = S_OK;  // without an item
+  EXPECT_EQ(E_UNEXPECTED, m_set->Load(&collection));
+  EXPECT_EQ(L"The collection has no module number 3.", TakeDescription());
+  EXPECT_EQ(E_NOINTERFACE, m_set->Load(NewModule().Get()));
+  EXPECT_EQ(E_POINTER, m_set->Load(nullptr));
+  EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module"));
+  collection.m_items.clear();
+  collection.m_surplus = -3;
+  EXPECT_EQ(S_OK, m_set->Load(&collection));
+  EXPECT_THAT(CheckAll(), ElementsAre());
+}
+
+TEST_F(MergeSetTest, NothingIsAnsweredBeforeTheFirstLoad) {
+  common::ComPtr<ISetModules> modules;
+  common::ComPtr<ISetFiles> files;
+  EXPECT_EQ(E_UNEXPECTED, m_set->get_Modules(modules.Put()));
+  EXPECT_EQ(L"No modules are loaded.", TakeDescription());
+  EXPECT_EQ(E_UNEXPECTED, m_set->FindFiles(nullptr, files.Put()));
+  EXPECT_EQ(E_POINTER, m_set->Plan(Variant(L"A"), nullptr));
+}
+
+TEST_F(MergeSetTest, EveryObjectFollowsTheRulesOfComAndRefusesNullPointers) {
+  BuildRichModule(PathOf(L"set\\rich.msm"));
+  ASSERT_EQ(S_OK, LoadCatalog());
+  common::ComPtr<IMergePlan> plan;
+  common::ComPtr<ISetFindings> findings;
+  common::ComPtr<IFileDeliverers> deliverers;
+  const common::UniqueBstr pattern(common::TryAllocateBstr(L"*"));
+  ASSERT_EQ(S_OK, m_set->Plan(Variant(L"Rich.0A1B"), plan.Put()));
+  ASSERT_EQ(S_OK, m_set->Check(Variant(L"Rich.0A1B"), findings.Put()));
+  ASSERT_EQ(S_OK, m_set->FindDeliverers(pattern.Get(), deliverers.Put()));
+  std::set<std::wstring> seen{L"IMergeModule", L"IMergeModule2", L"IMergeModuleTavik"};
+  const std::vector<IDispatch*> roots{m_set.Get(), plan.Get(), findings.Get(), deliverers.Get()};
+  for (IDispatch* const root : roots) {
+    ForEachReachable(root, seen, [](IDispatch* object, ITypeInfo& info) {
+      TYPEATTR* attributes = nullptr;
+      info.GetTypeAttr(&attributes);
+      common::ComPtr<IUnknown> identity, own, viaOwn;
+      common::ComPtr<ISupportErrorInfo> support;
+      EXPECT_EQ(S_OK, object->QueryInterface(__uuidof(IUnknown),
+                                             reinterpret_cast<void**>(identity.Put())));
+      EXPECT_EQ(S_OK,
+                object->QueryInterface(attributes->guid, reinterpret_cast<void**>(own.Put())));
+      EXPECT_EQ(S_OK,
+                own->QueryInterface(__uuidof(IUnknown), reinterpret_cast<void**>(viaOwn.Put())));
+      EXPECT_EQ(identity.Get(), viaOwn.Get());
+      EXPECT_EQ(S_OK, object->QueryInterface(__uuidof(ISupportErrorInfo),
+                                             reinterpret_cast<void**>(support.Put())));
+      EXPECT_EQ(S_OK, support->InterfaceSupportsErrorInfo(attributes->guid));
+      for (UINT i = 0; i < attributes->cFuncs; ++i) {
+        FUNCDESC* function = nullptr;
+        info.GetFuncDesc(i, &function);
+        if (function->invkind == INVOKE_PROPERTYGET && function->cParams == 0) {
+          const size_t slot = static_cast<size_t>(function->oVft) / sizeof(void*) - 6;
+          EXPECT_EQ(E_POINTER, CallSlotWithNull(object, slot, static_cast<void*>(nullptr)))
+              << "slot " << slot;
+        }
+        info.ReleaseFuncDesc(function);
+      }
+      info.ReleaseTypeAttr(attributes);
+    });
+  }
+  // All interfaces but those of things that this set does not have.
+  EXPECT_GE(seen.size(), 28u);
+}
+
+TEST_F(MergeSetTest, AShortageFailsOneCallAndLeavesNothing) {
+  BuildRichModule(PathOf(L"set\\rich.msm"));
+  m_catalog = NewCatalog();
+  const common::ComPtr<IMergeModules> modules = ModulesOf(m_catalog.Get());
+  const common::UniqueBstr pattern(common::TryAllocateBstr(L"*.dll"));
+  ASSERT_EQ(S_OK, m_set->Load(modules.Get()));
+  const auto ask = [&] {
+    common::ComPtr<ISetFiles> files;
+    common::ComPtr<ISetFile> file;
+    common::ComPtr<ISetFindings> findings;
+    common::UniqueBstr folder;
+    HRESULT hr = m_set->Load(modules.Get());
+    hr = FAILED(hr) ? hr : m_set->FindFiles(pattern.Get(), files.Put());
+    hr = FAILED(hr) ? hr : files->get_Item(Variant(1), file.Put());
+    hr = FAILED(hr) ? hr : file->get_TargetPath(folder.Put());
+    return FAILED(hr) ? hr : m_set->Check(Variant(L"Rich.0A1B"), findings.Put());
+  };
+  ASSERT_EQ(S_OK, ask());
+  // What the DLL keeps while it is loaded is there now. Everything else is made and released while
+  // its imports are replaced.
+  m_set.Release();
+  std::optional<ReplacedImports> imports(m_sets.Module());
+  m_set = m_sets.Create<IMergeSet>(CLSID_MergeSet);
+  for (const FaultKind kind : {FaultKind::Heap, FaultKind::Text, FaultKind::File}) {
+    ASSERT_EQ(S_OK, ask());
+    const int blocks = HeapBlocks();
+    int unnoticed = 0;
+    const int runs = SweepFaults(kind, [&](int call) {
+      SCOPED_TRACE("call " + std::to_string(call));
+      const HRESULT hr = ask();
+      const bool failed = FailedFunction() != nullptr;
+      FailNoCall();
+      if (kind == FaultKind::File) {  // a module that cannot be read has no files to be found
+        EXPECT_EQ(failed ? E_INVALIDARG : S_OK, hr);
+      } else if (failed && hr == S_OK) {
+        ++unnoticed;
+      } else {
+        EXPECT_EQ(failed ? E_OUTOFMEMORY : S_OK, hr);
+      }
+      EXPECT_EQ(S_OK, ask());
+      EXPECT_EQ(blocks, HeapBlocks());
+      EXPECT_EQ(0, OpenFiles());
+    });
+    EXPECT_GT(runs, kind == FaultKind::Heap ? 100 : 1);
+    // The server itself drops a gallery description that it cannot open for lack of memory.
+    EXPECT_LE(unnoticed, 2);
+  }
+  m_set.Release();
+  imports.reset();
+  m_set = m_sets.Create<IMergeSet>(CLSID_MergeSet);
+}
+
+}  // namespace
+
+}  // namespace qm::tests
