@@ -36,8 +36,8 @@ struct ImportedFunction {
 /// does not import it.
 bool ReplaceImport(HMODULE importer, const char* dll, const char* name, void* replacement);
 
-/// Makes a DLL or program call the replacements for the life of the object. No answer is set. Counts
-/// begin at 0 with the first of several objects.
+/// Makes a DLL or program call the replacements for the life of the object. No answer is set.
+/// Counts begin at 0 with the first of several objects.
 class ReplacedImports {
  public:
   /// Replaces what `importer` imports from `dll`, or from any DLL if `dll` is null.
