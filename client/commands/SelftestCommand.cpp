@@ -184,7 +184,7 @@ Checks RunChecks(const WideString& samples) {
   Checks checks;
   checks.Add("ordinals of msi.dll", CheckOrdinals);
   for (const wchar_t* file : {L"qmmmupdater.tlb", L"QmMMUpdater2.dll", L"Gleaner.dll",
-                              L"QmAppServices.dll", L"Corvane8.dll"}) {
+                              L"QmAppServices.dll", L"Corvane8.dll", L"QmMergeSet.dll"}) {
     checks.Add("type library of " + qm::text::ToUtf8(file), [&] { return CheckTypeLibrary(file); });
   }
   const struct {
@@ -198,6 +198,7 @@ Checks RunChecks(const WideString& samples) {
       {L"Gleaner.IniReader", L"Gleaner.dll"},
       {L"QmAppServices.ApplicationServices", L"QmAppServices.dll"},
       {L"Corvane8.RepositoryMgr", L"Corvane8.dll"},
+      {L"QmMMUpdater.MergeSet", L"QmMergeSet.dll"},
   };
   for (const auto& [progId, dll] : classes) {
     checks.Add("class " + qm::text::ToUtf8(progId),

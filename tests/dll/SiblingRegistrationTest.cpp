@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "common/Bstr.h"
+#include "idl/mergeset.h"
 #include "idl/siblings.h"
 #include "tests/support/ComDll.h"
 #include "tests/support/TestFolder.h"
@@ -12,10 +13,10 @@ namespace qm::tests {
 
 namespace {
 
-/// The registered path of the library of the components; empty if none is registered.
-std::wstring RegisteredLibrary() {
+/// The registered path of a type library; empty if none is registered.
+std::wstring RegisteredLibrary(REFGUID library = LIBID_QmSiblingsLib) {
   common::UniqueBstr path;
-  ::QueryPathOfRegTypeLib(LIBID_QmSiblingsLib, 1, 0, LOCALE_NEUTRAL, path.Put());
+  ::QueryPathOfRegTypeLib(library, 1, 0, LOCALE_NEUTRAL, path.Put());
   // Up to its terminator, which some systems count as part of the text.
   return path ? path.Get() : L"";
 }
@@ -64,6 +65,18 @@ TEST(SiblingRegistrationTest, ComponentsRegisterTheirClassesAndShareOneLibrary) 
     }
   }
   EXPECT_EQ(S_OK, components.back()->DllUnregisterServer()) << "nothing is left to remove";
+}
+
+TEST(SiblingRegistrationTest, SetsOfModulesHaveALibraryOfTheirOwn) {
+  const ComThread com;
+  const std::wstring path = (ProgramFolder() / L"QmMergeSet.dll").wstring();
+  const ComDll component(path);
+  EXPECT_EQ(S_OK, component.DllRegisterServer());
+  EXPECT_EQ(path, RegisteredLibrary(LIBID_QmMergeSetLib));
+  EXPECT_EQ(S_OK, CreateRegistered(L"QmMMUpdater.MergeSet", __uuidof(IMergeSet)));
+  EXPECT_EQ(S_OK, component.DllUnregisterServer());
+  EXPECT_EQ(L"", RegisteredLibrary(LIBID_QmMergeSetLib));
+  EXPECT_EQ(CO_E_CLASSSTRING, CreateRegistered(L"QmMMUpdater.MergeSet", __uuidof(IMergeSet)));
 }
 
 }  // namespace
