@@ -60,6 +60,7 @@ configure() {
 }
 
 figure() { tools/wine-run "$programs/bench_catalog.exe" "$1" "$(wine_path "$folder")"; }
+set_figure() { tools/wine-run "$programs/bench_set.exe" "$1" "$(wine_path "$folder")"; }
 script() { tools/wine-run "$programs/bench_script.exe" "$(wine_path "bench/$1")" "$(wine_path "$folder")" "${@:2}"; }
 mmcat() { tools/wine-run build/release/bin/mmcat.exe "$@" --folder "$(wine_path "$folder")"; }
 check_modules() { mmcat check || (($? == 1)); }
@@ -105,6 +106,16 @@ measure_catalog() {
       collect "$prefix" figure tables
       collect "$prefix" figure table_calls
       collect "$prefix" figure pass_calls
+      prepare
+      if [[ $size != 29 && $size != 290 ]]; then
+        prepare
+        collect "$prefix" set_figure set_load
+        collect "$prefix" set_figure set_calls
+        if [[ $size == 2900 && $state == settled ]]; then
+          collect "$prefix" set_figure set_find
+          collect "$prefix" set_figure set_loop
+        fi
+      fi
       prepare
       collect "$prefix" figure again
       collect "$prefix" figure pass
@@ -178,6 +189,10 @@ print_catalog() {
     mmcat_list msiinfo_list ms faster 2900:60:100
   catalog_row "\`mmcat check\`, whole process; first list, then every table of every module, through the interfaces" \
     mmcat_check tables ms ratio 2900:1.15:
+  catalog_row "\`MergeSet.Load\` of a catalog that is listed, every table of every module; the bare installer calls for the same" \
+    set_load set_calls ms ratio 2900,real:0.33:
+  catalog_row "\`MergeSet.FindFiles\` with a pattern; a plain loop over the names" \
+    set_find set_loop ms ratio 2900:1.5:
   catalog_row "list when one file changed; the bare installer calls of all" \
     changed list_calls ms ratio 2900:0.02:
   catalog_row "search for a pattern in all File tables that were read" search "" ms value 2900:10:

@@ -1,0 +1,258 @@
+// bench_set FIGURE FOLDER: measures one figure of sets of modules, or a baseline, over a folder of
+// modules and prints it. Times are in milliseconds.
+//
+//   set_load   MergeSet.Load of a catalog that is listed already: every table of every module
+//   set_calls  its baseline: the installer calls for every table of every module, in one pass
+//   set_find   MergeSet.FindFiles with a pattern
+//   set_loop   its baseline: a loop over the file names that compares each with the pattern
+
+#include <windows.h>
+// The headers below need its types.
+#include <msi.h>
+#include <msidefs.h>
+#include <msiquery.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "bench/Measure.h"
+#include "common/Bstr.h"
+#include "common/ComPtr.h"
+#include "idl/mergeset.h"
+#include "idl/qmmmupdater.h"
+#include "idl/qmmmupdater2.h"
+#include "merge/FileSearch.h"
+#include "text/Utf.h"
+
+namespace {
+
+constexpr wchar_t kPattern[] = L"*b*1?.d?l";
+
+[[noreturn]] void Fail(const char* what, long code) {
+  std::fprintf(stderr, "bench_set: %s: 0x%08lX\n", what, static_cast<unsigned long>(code));
+  std::exit(1);
+}
+
+void ThrowIfFailed(const char* what, HRESULT hr) {
+  if (FAILED(hr)) {
+    Fail(what, hr);
+  }
+}
+
+void Require(const char* what, UINT result) {
+  if (result != ERROR_SUCCESS) {
+    Fail(what, static_cast<long>(result));
+  }
+}
+
+/// Creates an object of a DLL in the folder of the programs.
+template <class Interface>
+qm::common::ComPtr<Interface> Create(const wchar_t* dll, REFCLSID clsid) {
+  wchar_t path[MAX_PATH];
+  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
+  *std::wcsrchr(path, L'\\') = L'\0';
+  const HMODULE library = ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\" + dll).c_str());
+  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
+  const auto getClassObject = reinterpret_cast<GetClassObject>(
+      reinterpret_cast<void*>(::GetProcAddress(library, "DllGetClassObject")));
+  qm::common::ComPtr<IClassFactory> factory;
+  qm::common::ComPtr<Interface> object;
+  ThrowIfFailed("class object", getClassObject(clsid, __uuidof(IClassFactory),
+                                               reinterpret_cast<void**>(factory.Put())));
+  ThrowIfFailed("object", factory->CreateInstance(nullptr, __uuidof(Interface),
+                                                  reinterpret_cast<void**>(object.Put())));
+  return object;
+}
+
+/// A set, and the collection that it is loaded with.
+struct Set {
+  qm::common::ComPtr<IMMCatalogVelmora> catalog =
+      Create<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
+  qm::common::ComPtr<IMergeSet> set = Create<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
+  qm::common::ComPtr<IMergeModules> modules;
+
+  Set() { ThrowIfFailed("modules", catalog->get_MergeModules(modules.Put())); }
+  void Load() const { ThrowIfFailed("load", set->Load(modules.Get())); }
+};
+
+double Load() {
+  const Set set;
+  return qm::bench::Milliseconds([&] { set.Load(); });
+}
+
+qm::common::ComPtr<ISetFiles> FindFiles(IMergeSet& set, const wchar_t* pattern) {
+  const qm::common::UniqueBstr text(qm::common::TryAllocateBstr(pattern));
+  qm::common::ComPtr<ISetFiles> files;
+  ThrowIfFailed("find", set.FindFiles(text.Get(), files.Put()));
+  return files;
+}
+
+double Find() {
+  const Set set;
+  set.Load();
+  return qm::bench::MedianMilliseconds([&] {
+    long count = 0;
+    FindFiles(*set.set, kPattern)->get_Count(&count);
+    if (count == 0) {
+      Fail("find", 0);
+    }
+  });
+}
+
+/// The long and short names of all files of a set.
+std::vector<std::string> ReadNames(IMergeSet& set) {
+  std::vector<std::string> names;
+  const qm::common::ComPtr<ISetFiles> files = FindFiles(set, L"");
+  long count = 0;
+  files->get_Count(&count);
+  VARIANT index;
+  index.vt = VT_I4;
+  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    qm::common::ComPtr<ISetFile> file;
+    ThrowIfFailed("file", files->get_Item(index, file.Put()));
+    for (const auto property : {&ISetFile::get_Name, &ISetFile::get_ShortName}) {
+      qm::common::UniqueBstr name;
+      ThrowIfFailed("name", (file.Get()->*property)(name.Put()));
+      names.push_back(qm::text::ToUtf8(qm::common::ViewOf(name.Get())));
+    }
+  }
+  return names;
+}
+
+double Loop() {
+  const Set set;
+  set.Load();
+  const std::vector<std::string> names = ReadNames(*set.set);
+  const std::string pattern = qm::text::ToUtf8(std::wstring_view(kPattern));
+  std::string lower;
+  return qm::bench::MedianMilliseconds([&] {
+    size_t found = 0;
+    for (const std::string& name : names) {
+      lower = name;
+      for (char& character : lower) {
+        character =
+            character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
+      }
+      found += qm::merge::MatchesPattern(lower, pattern);
+    }
+    if (found == 0) {
+      Fail("loop", 0);
+    }
+  });
+}
+
+/// A buffer for any text of a module, so that the baseline allocates nothing itself.
+wchar_t g_text[4096];
+
+std::wstring GetString(MSIHANDLE record, UINT field) {
+  DWORD length = static_cast<DWORD>(std::size(g_text));
+  Require("string", ::MsiRecordGetStringW(record, field, g_text, &length));
+  return {g_text, length};
+}
+
+/// Reads all cells of a table. Of data only the size is asked for.
+void ReadTable(MSIHANDLE database, const std::wstring& name) {
+  MSIHANDLE view = 0;
+  MSIHANDLE types = 0;
+  MSIHANDLE names = 0;
+  MSIHANDLE row = 0;
+  Require("view",
+          ::MsiDatabaseOpenViewW(database, (L"SELECT * FROM `" + name + L"`").c_str(), &view));
+  Require("columns", ::MsiViewGetColumnInfo(view, MSICOLINFO_NAMES, &names));
+  Require("columns", ::MsiViewGetColumnInfo(view, MSICOLINFO_TYPES, &types));
+  std::vector<wchar_t> kinds;
+  for (UINT field = 1; field <= ::MsiRecordGetFieldCount(types); ++field) {
+    GetString(names, field);
+    kinds.push_back(GetString(types, field)[0]);
+  }
+  ::MsiCloseHandle(types);
+  ::MsiCloseHandle(names);
+  Require("execute", ::MsiViewExecute(view, 0));
+  while (::MsiViewFetch(view, &row) == ERROR_SUCCESS) {
+    for (UINT field = 1; field <= kinds.size(); ++field) {
+      const wchar_t kind = kinds[field - 1];
+      if (kind == L'v' || kind == L'V') {
+        ::MsiRecordDataSize(row, field);
+      } else if (kind == L'i' || kind == L'I') {
+        ::MsiRecordGetInteger(row, field);
+      } else {
+        DWORD length = static_cast<DWORD>(std::size(g_text));
+        ::MsiRecordGetStringW(row, field, g_text, &length);
+      }
+    }
+    ::MsiCloseHandle(row);
+  }
+  ::MsiCloseHandle(view);
+}
+
+void ReadModule(const std::wstring& path) {
+  MSIHANDLE database = 0;
+  MSIHANDLE summary = 0;
+  MSIHANDLE view = 0;
+  MSIHANDLE row = 0;
+  Require("open", ::MsiOpenDatabaseW(path.c_str(), MSIDBOPEN_READONLY, &database));
+  Require("summary", ::MsiGetSummaryInformationW(database, nullptr, 0, &summary));
+  for (const UINT property :
+       {PID_SUBJECT, PID_AUTHOR, PID_COMMENTS, PID_TEMPLATE, PID_REVNUMBER, PID_PAGECOUNT}) {
+    UINT type = 0;
+    INT number = 0;
+    FILETIME time;
+    DWORD length = static_cast<DWORD>(std::size(g_text));
+    ::MsiSummaryInfoGetPropertyW(summary, property, &type, &number, &time, g_text, &length);
+  }
+  ::MsiCloseHandle(summary);
+  Require("view", ::MsiDatabaseOpenViewW(database, L"SELECT `Name` FROM `_Tables`", &view));
+  Require("execute", ::MsiViewExecute(view, 0));
+  std::vector<std::wstring> tables;
+  while (::MsiViewFetch(view, &row) == ERROR_SUCCESS) {
+    tables.push_back(GetString(row, 1));
+    ::MsiCloseHandle(row);
+  }
+  ::MsiCloseHandle(view);
+  for (const std::wstring& table : tables) {
+    ReadTable(database, table);
+  }
+  ::MsiCloseHandle(database);
+}
+
+double Calls(const std::wstring& folder) {
+  return qm::bench::Milliseconds([&] {
+    WIN32_FIND_DATAW found;
+    const HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
+    if (find == INVALID_HANDLE_VALUE) {
+      Fail("folder", static_cast<long>(::GetLastError()));
+    }
+    do {
+      ReadModule(folder + L'\\' + found.cFileName);
+    } while (::FindNextFileW(find, &found));
+    ::FindClose(find);
+  });
+}
+
+double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
+  if (figure == L"set_load")
+    return Load();
+  if (figure == L"set_calls")
+    return Calls(folder);
+  if (figure == L"set_find")
+    return Find();
+  if (figure == L"set_loop")
+    return Loop();
+  Fail("unknown figure", 0);
+}
+
+}  // namespace
+
+int wmain(int argc, wchar_t** argv) {
+  if (argc != 3) {
+    std::fputs("usage: bench_set FIGURE FOLDER\n", stderr);
+    return 2;
+  }
+  ::CoInitialize(nullptr);
+  const std::wstring figure = argv[1];
+  qm::bench::PrintRun(std::string(figure.begin(), figure.end()).c_str(),
+                      MeasureFigure(figure, argv[2]));
+  return 0;
+}
