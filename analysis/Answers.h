@@ -5,6 +5,7 @@
 #include "analysis/SetObject.h"
 #include "merge/FileSearch.h"
 #include "merge/Findings.h"
+#include "merge/MergePlan.h"
 
 namespace qm::analysis {
 

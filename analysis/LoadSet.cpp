@@ -82,8 +82,13 @@ std::string CompareIdentities(const merge::Module& listed, const merge::Module& 
   std::string change;
   for (const auto& [what, before, now] : facts) {
     if (before != now) {
-      change += (change.empty() ? "The file was written after it was listed: its " : ", its ") +
-                std::string(what) + " was \"" + before + "\" and is \"" + now + '"';
+      change += change.empty() ? "The file was written after it was listed: its " : ", its ";
+      change.append(what)
+          .append(" was \"")
+          .append(before)
+          .append("\" and is \"")
+          .append(now)
+          .append("\"");
     }
   }
   return change.empty() ? change : change + '.';

@@ -13,6 +13,7 @@
 #include "com/error/Raise.h"
 #include "com/frame/TextListArgument.h"
 #include "common/Bstr.h"
+#include "merge/MergePlan.h"
 
 namespace qm::analysis {
 
@@ -40,8 +41,10 @@ std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<s
 /// Adds what is wrong with the indexes.
 void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   const IndexContents& indexes = set.Indexes();
-  for (merge::Finding& finding : merge::CheckIndexes(set.Index(), indexes.entries)) {
-    findings.push_back(std::move(finding));
+  for (const auto* const entries : {&indexes.displayNames, &indexes.files}) {
+    for (merge::Finding& finding : merge::CheckIndexes(set.Index(), *entries)) {
+      findings.push_back(std::move(finding));
+    }
   }
   for (const std::string& failure : indexes.failures) {
     findings.push_back({merge::kUnreadableIndex, {}, failure});
@@ -136,6 +139,7 @@ STDMETHODIMP CMergeSet::UsersOf(BSTR moduleKey, IModuleUsers** users) {
       }
     }
     std::vector<merge::ModuleUser> list;
+    list.reserve(found.size());
     for (const auto& [position, user] : found) {
       list.push_back(user);
     }
@@ -185,7 +189,7 @@ STDMETHODIMP CMergeSet::FindDeliverers(BSTR fileName, IFileDeliverers** delivere
   return Answer(deliverers, [&] {
     const SharedSet set = RequireSet();
     const auto shared = std::make_shared<const std::vector<merge::Deliverer>>(merge::FindDeliverers(
-        set->Index(), set->Indexes().entries, text::ToUtf8(common::ViewOf(fileName))));
+        set->Index(), set->Indexes().files, text::ToUtf8(common::ViewOf(fileName))));
     return MakeCollection<IFileDeliverers, IFileDeliverer>(
         shared->size(),
         [set, shared](size_t at) { return MakeObject<FileDeliverer>(set, (*shared)[at]); },

@@ -7,7 +7,7 @@
 #include "analysis/IndexFiles.h"
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
-#include "merge/MergeSet.h"
+#include "merge/ModuleIndex.h"
 #include "merge/TargetFolders.h"
 
 namespace qm::analysis {
@@ -54,7 +54,7 @@ class SetData {
   IMergeModule* ObjectAt(size_t position) const noexcept {
     return m_contents.objects[position].Get();
   }
-  const merge::MergeSet& Index() const noexcept { return m_index; }
+  const merge::ModuleIndex& Index() const noexcept { return m_index; }
   const IndexContents& Indexes() const noexcept { return m_contents.indexes; }
   const std::vector<GalleryDescription>& Descriptions() const noexcept {
     return m_contents.descriptions;
@@ -68,7 +68,7 @@ class SetData {
 
  private:
   Contents m_contents;
-  merge::MergeSet m_index;
+  merge::ModuleIndex m_index;
   mutable std::vector<std::unique_ptr<const merge::TargetFolders>> m_folders;
 };
 

@@ -220,7 +220,7 @@ void ReadModule(const std::wstring& path) {
 double Calls(const std::wstring& folder) {
   return qm::bench::Milliseconds([&] {
     WIN32_FIND_DATAW found;
-    const HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
+    HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
     if (find == INVALID_HANDLE_VALUE) {
       Fail("folder", static_cast<long>(::GetLastError()));
     }

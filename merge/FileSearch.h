@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "merge/IndexEntry.h"
-#include "merge/MergeSet.h"
+#include "merge/ModuleIndex.h"
 
 namespace qm::merge {
 
@@ -45,12 +45,13 @@ struct Deliverer {
 
 /// Returns every module that delivers a file whose long or short name matches a pattern, ignoring
 /// case: one for each pair of file and module, present or not. `entries` are those of the index
-/// tables of files; they mean modules by the rules of MergeSet::FindByKey. A module that is not
+/// tables of files; they mean modules by the rules of ModuleIndex::FindByKey. A module that is not
 /// here or could not be read completely is not accused of lacking a file. Sorted by file; then
 /// modules of the set by position, then absent ones by key.
 ///
 /// The results point into the modules of `set` and to `entries`, which must outlive them.
-std::vector<Deliverer> FindDeliverers(const MergeSet& set, const std::vector<IndexEntry>& entries,
+std::vector<Deliverer> FindDeliverers(const ModuleIndex& set,
+                                      const std::vector<IndexEntry>& entries,
                                       std::string_view pattern);
 
 }  // namespace qm::merge

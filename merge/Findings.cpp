@@ -26,7 +26,7 @@ std::string FormatExcludedVersions(const Exclusion& exclusion) {
 
 class ModuleCheck {
  public:
-  ModuleCheck(const MergeSet& set, const std::vector<size_t>& scope)
+  ModuleCheck(const ModuleIndex& set, const std::vector<size_t>& scope)
       : m_set(set), m_scope(scope), m_isInScope(set.Modules().size()) {
     for (const size_t position : scope) {
       m_isInScope[position] = true;
@@ -236,7 +236,7 @@ class ModuleCheck {
     }
   }
 
-  const MergeSet& m_set;
+  const ModuleIndex& m_set;
   const std::vector<size_t>& m_scope;
   std::vector<bool> m_isInScope;
   std::vector<Finding> m_findings;
@@ -244,7 +244,7 @@ class ModuleCheck {
 
 }  // namespace
 
-std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
+std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion) {
   std::vector<size_t> excluded;
   if (exclusion.moduleId.empty()) {
@@ -260,7 +260,7 @@ std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
   return excluded;
 }
 
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<size_t>& scope,
+std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory) {
   if (resolveDirectory) {
     return ModuleCheck(set, scope).Run(resolveDirectory);
@@ -273,7 +273,7 @@ std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<size_t>
   });
 }
 
-std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries) {
+std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<IndexEntry>& entries) {
   std::map<std::pair<std::string, std::string>, std::vector<const IndexEntry*>> unknown;
   for (const IndexEntry& entry : entries) {
     if (set.FindByKey(entry.moduleKey).empty()) {

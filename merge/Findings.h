@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "merge/IndexEntry.h"
-#include "merge/MergeSet.h"
+#include "merge/MergePlan.h"
 
 namespace qm::merge {
 
@@ -36,7 +36,7 @@ using ResolveDirectory = std::function<std::string(size_t module, std::string_vi
 
 /// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
 /// except that module itself. An exclusion of no ID excludes none.
-std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
+std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion);
 
 /// Checks the modules at the positions in `scope`. Any module of the set may satisfy a requirement.
@@ -45,12 +45,12 @@ std::vector<size_t> FindExcludedModules(const MergeSet& set, size_t excluding,
 ///
 /// `resolveDirectory` is called for few modules only; without it, the modules' own tables say where
 /// files go.
-std::vector<Finding> CheckModules(const MergeSet& set, const std::vector<size_t>& scope,
+std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size_t>& scope,
                                   const ResolveDirectory& resolveDirectory = nullptr);
 
 /// Returns one finding for each module that an index table names but the set does not have. A
 /// module that two tables name has two.
-std::vector<Finding> CheckIndexes(const MergeSet& set, const std::vector<IndexEntry>& entries);
+std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<IndexEntry>& entries);
 
 /// Sorts findings by code, modules and text.
 void SortFindings(std::vector<Finding>& findings);

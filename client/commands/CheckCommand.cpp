@@ -93,7 +93,7 @@ std::vector<size_t> MakeAllPositions(size_t count) {
 /// The modules of the keys and everything they need. If a key matches no module, prints a remark
 /// and returns nothing.
 std::vector<size_t> FindScope(const std::vector<std::string>& keys, const CatalogFacts& catalog,
-                              const qm::merge::MergeSet& set) {
+                              const qm::merge::ModuleIndex& set) {
   std::vector<size_t> wanted;
   for (const std::string& key : keys) {
     const std::vector<size_t> positions = set.FindByKey(key);
@@ -145,7 +145,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   CatalogFacts catalog =
       ReadCatalogFacts(kRequirementTables | kExclusionTables | kFileTables, report);
   ReadDownloads(catalog, report);
-  const qm::merge::MergeSet set(catalog.mergeModules);
+  const qm::merge::ModuleIndex set(catalog.mergeModules);
   const std::vector<size_t> scope =
       keys.empty() ? MakeAllPositions(catalog.modules.size()) : FindScope(keys, catalog, set);
   report.Document()["modules"] = scope.size();

@@ -12,7 +12,7 @@ namespace {
 /// What was asked for and what was read, shared by all views.
 struct Question {
   const std::vector<ListedModule>& modules;
-  const qm::merge::MergeSet& set;
+  const qm::merge::ModuleIndex& set;
   std::vector<size_t> wanted;
 };
 
@@ -246,7 +246,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const auto& [key, view] = options;
   Report report("deps", output);
   const CatalogFacts catalog = ReadCatalogFacts(kRequirementTables, report);
-  const qm::merge::MergeSet set(catalog.mergeModules);
+  const qm::merge::ModuleIndex set(catalog.mergeModules);
   const Question question{catalog.modules, set, set.FindByKey(key)};
   if (question.wanted.empty()) {
     PrintUnknownKey(CollectKeys(catalog.modules), key);

@@ -16,7 +16,7 @@ struct ListedExclusion {
 };
 
 std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
-  const qm::merge::MergeSet set(catalog.mergeModules);
+  const qm::merge::ModuleIndex set(catalog.mergeModules);
   std::vector<ListedExclusion> list;
   for (size_t position = 0; position < catalog.modules.size(); ++position) {
     for (const qm::merge::Exclusion& exclusion : catalog.mergeModules[position].exclusions) {

@@ -17,7 +17,7 @@ std::vector<std::string> FindingsOf(const std::vector<merge::Module>& modules) {
     scope.push_back(i);
   }
   std::vector<std::string> lines;
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   for (const merge::Finding& finding : merge::CheckModules(set, scope)) {
     std::string line = finding.code;
     for (const std::string& module : finding.modules) {
@@ -74,7 +74,7 @@ TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
                   "missing-dependency Host:1033 | Host:1033 needs Part, at least 3.0: no "
                   "module has this ID"));
   const std::vector<merge::Module> modules{host, Module("Part", "1.0", 0)};
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   EXPECT_EQ(1u, merge::PlanMerge(set, {0}).modules.size());
   EXPECT_TRUE(merge::FindUsers(set, 1).empty());
 }
@@ -98,10 +98,10 @@ TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
 TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
   const std::vector<merge::Module> modules{Module("A")};
   const auto findings =
-      merge::CheckIndexes(merge::MergeSet(modules), {{"modules.ini", "A:1033", "a:1033"},
-                                                     {"FilesToModules.ini", "a.dll", "A:"},
-                                                     {"FilesToModules.ini", "x.dll", "B:0"},
-                                                     {"FilesToModules.ini", "y.dll", "B:0"}});
+      merge::CheckIndexes(merge::ModuleIndex(modules), {{"modules.ini", "A:1033", "a:1033"},
+                                                        {"FilesToModules.ini", "a.dll", "A:"},
+                                                        {"FilesToModules.ini", "x.dll", "B:0"},
+                                                        {"FilesToModules.ini", "y.dll", "B:0"}});
   ASSERT_EQ(1u, findings.size());
   EXPECT_EQ("FilesToModules.ini names B:0 for \"x.dll\" and 1 more, and no folder has it",
             findings.front().text);

@@ -4,7 +4,7 @@
 #include <utility>
 #include <vector>
 
-#include "merge/MergeSet.h"
+#include "merge/MergePlan.h"
 
 namespace qm::tests {
 

@@ -1,4 +1,4 @@
-#include "merge/MergeSet.h"
+#include "merge/MergePlan.h"
 
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
@@ -19,12 +19,12 @@ std::string Names(const std::vector<merge::Module>& modules, const std::vector<s
   return names;
 }
 
-TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
+TEST(MergePlanTest, TheHighestVersionThatFitsIsChosen) {
   const std::vector<merge::Module> modules{Module("A", "1.0", 1031),  Module("a", "1.9", 2057),
                                            Module("A", "1.10", 1033), Module("A", "1.10", 2057),
                                            Module("B", "3.0", 0),     Module("D", "1.0", 1033),
                                            Module("D", "1.0", 9),     Module("", "9.0", 0)};
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   const struct {
     merge::Requirement requirement;
     std::optional<size_t> chosen;
@@ -50,7 +50,7 @@ TEST(MergeSetTest, TheHighestVersionThatFitsIsChosen) {
   }
 }
 
-TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
+TEST(MergePlanTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
   const std::vector<merge::Module> modules{Module("A"),
                                            Module("B"),
                                            Module("a", "1.0", -1),
@@ -58,7 +58,7 @@ TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
                                            Module(""),
                                            Module("A:1033", "1.0", 0),
                                            Module("C:D", "1.0", 9)};
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   const std::pair<const char*, std::vector<size_t>> cases[] = {
       {"A", {0, 2, 3}}, {"a:", {0, 2, 3}}, {"a:1033", {0, 3, 5}}, {"A:-1", {2}},  {"A:01033", {}},
       {"A:1033:", {5}}, {"A:x", {}},       {"C:1033", {}},        {":1033", {4}}, {"", {4}},
@@ -69,12 +69,12 @@ TEST(MergeSetTest, AKeyMeansEveryLanguageUnlessItNamesOne) {
   }
 }
 
-TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
+TEST(MergePlanTest, APlanListsEveryModuleAfterWhatItNeeds) {
   const std::vector<merge::Module> modules{
       Module("Top", "1", 0, {{"Left", 0, ""}, {"Right", 0, ""}, {"Gone", 1033, "2"}}),
       Module("Left", "1", 0, {{"Base", 0, ""}}), Module("Right", "1", 0, {{"Base", 0, ""}}),
       Module("Base"), Module("Other", "1", 0, {{"Top", 0, ""}})};
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   const merge::MergePlan plan = merge::PlanMerge(set, {0});
   std::vector<size_t> order;
   for (const merge::PlannedModule& planned : plan.modules) {
@@ -93,14 +93,14 @@ TEST(MergeSetTest, APlanListsEveryModuleAfterWhatItNeeds) {
   EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
 }
 
-TEST(MergeSetTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
+TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
   for (const size_t length : {1u, 2u, 3u, 3000u}) {
     std::vector<merge::Module> modules;
     for (size_t i = 0; i < length; ++i) {
       modules.push_back(Module("M" + std::to_string(i), "1", 0,
                                {{"M" + std::to_string((i + 1) % length), 0, ""}}));
     }
-    const merge::MergeSet set(modules);
+    const merge::ModuleIndex set(modules);
     const merge::MergePlan plan = merge::PlanMerge(set, {0});
     EXPECT_EQ(length, plan.modules.size());
     ASSERT_EQ(1u, plan.cycles.size());

@@ -18,9 +18,9 @@ struct Choice {
 
 /// An index of modules by ID, which finds the module for a requirement. Positions are those in the
 /// list passed to the constructor. The list must outlive the object. Immutable.
-class MergeSet {
+class ModuleIndex {
  public:
-  explicit MergeSet(const std::vector<Module>& modules);
+  explicit ModuleIndex(const std::vector<Module>& modules);
 
   const std::vector<Module>& Modules() const noexcept { return m_modules; }
 
@@ -48,47 +48,5 @@ class MergeSet {
   const std::vector<Module>& m_modules;
   std::map<std::string, std::vector<size_t>> m_byId;
 };
-
-/// Returns whether a requirement of a module is met by the modules that were merged into it, or,
-/// for a row of one of those, by the module itself. Such a requirement needs no module of the set.
-bool IsMetWithin(const Module& module, const Requirement& requirement);
-
-/// A requirement that no module satisfies.
-struct MissingModule {
-  size_t neededBy;
-  Requirement requirement;
-  std::string reason;
-};
-
-/// A module of a plan.
-struct PlannedModule {
-  size_t module;
-  std::optional<size_t> neededBy;  ///< module that needed it first; std::nullopt if the caller did
-  std::string reason;              ///< why it was chosen
-};
-
-/// The result of planning a merge.
-struct MergePlan {
-  /// Every module follows all that it needs, except within cycles.
-  std::vector<PlannedModule> modules;
-  std::vector<MissingModule> missing;
-  /// Modules that need one another: each needs the next, and the last needs the first.
-  std::vector<std::vector<size_t>> cycles;
-};
-
-/// Plans the merge of the modules at `wanted` and of everything that they need, also for modules
-/// that they carry: merging copies the requirements of those too. Only memory limits the number of
-/// modules and the depth of their requirements.
-MergePlan PlanMerge(const MergeSet& set, const std::vector<size_t>& wanted);
-
-/// A module that needs another one.
-struct ModuleUser {
-  size_t module;
-  size_t through;  ///< what it needs directly on the shortest path to the other one
-};
-
-/// Returns the modules whose requirements `module` satisfies, directly or through others, in
-/// ascending order.
-std::vector<ModuleUser> FindUsers(const MergeSet& set, size_t module);
 
 }  // namespace qm::merge
