@@ -47,17 +47,17 @@ void ReadIndexFile(const common::WideString& path, const IndexFile& file,
 }
 
 void AddIndexFile(const common::WideString& folder, const IndexFile& file,
-                  IndexContents& contents) {
+                  std::vector<merge::IndexEntry>& all, std::vector<std::string>& failures) {
   const common::WideString path = common::JoinPath(folder, file.name);
   if (folder.empty() || !common::PathExists(path)) {
     return;
   }
   std::vector<merge::IndexEntry> entries;
   if (const auto failure = CaptureFailure([&] { ReadIndexFile(path, file, entries); })) {
-    contents.failures.push_back(text::ToUtf8(path) + ": " + text::ToUtf8(failure->description));
+    failures.push_back(text::ToUtf8(path) + ": " + text::ToUtf8(failure->description));
   } else {
-    contents.entries.insert(contents.entries.end(), std::make_move_iterator(entries.begin()),
-                            std::make_move_iterator(entries.end()));
+    all.insert(all.end(), std::make_move_iterator(entries.begin()),
+               std::make_move_iterator(entries.end()));
   }
 }
 
@@ -70,9 +70,9 @@ IndexContents ReadIndexFiles() {
   const common::WideString files =
       gallery::GetServiceText(*services, &IApplicationServices::get_FileIndexFolder);
   IndexContents contents;
-  AddIndexFile(names, kDisplayNames, contents);
-  AddIndexFile(files, kFiles, contents);
-  AddIndexFile(files, kPlatformFiles, contents);
+  AddIndexFile(names, kDisplayNames, contents.displayNames, contents.failures);
+  AddIndexFile(files, kFiles, contents.files, contents.failures);
+  AddIndexFile(files, kPlatformFiles, contents.files, contents.failures);
   return contents;
 }
 

@@ -7,9 +7,10 @@
 
 namespace qm::analysis {
 
-/// The entries of the three index files that name a module.
+/// The entries of the index files, in file order.
 struct IndexContents {
-  std::vector<merge::IndexEntry> entries;  ///< file by file, in file order
+  std::vector<merge::IndexEntry> displayNames;  ///< those that name a module
+  std::vector<merge::IndexEntry> files;         ///< those that name the module for a file
   /// Why a file that exists could not be read: its path and a sentence.
   std::vector<std::string> failures;
 };

@@ -55,7 +55,7 @@ class NamePattern {
 /// Collects the deliverers of files.
 class DelivererList {
  public:
-  explicit DelivererList(const MergeSet& set) : m_set(set) {}
+  explicit DelivererList(const ModuleIndex& set) : m_set(set) {}
 
   void AddFile(size_t module, const DeliveredFile& file) {
     const std::string name = text::FoldCase(file.name);
@@ -85,7 +85,7 @@ class DelivererList {
     }
     for (const size_t position : positions) {
       const Module& module = m_set.Modules()[position];
-      const bool isKnown = module.isPresent && module.failure.empty();
+      const bool isKnown = !module.path.empty() && module.failure.empty();
       AddEntry(entry, FindOrAdd(name, position, module.key),
                isKnown ? IndexFault::NotDelivered : IndexFault::None);
     }
@@ -146,7 +146,7 @@ class DelivererList {
     deliverer.fault = fault;
   }
 
-  const MergeSet& m_set;
+  const ModuleIndex& m_set;
   std::map<Place, Deliverer> m_deliverers;
   std::map<std::pair<std::string, size_t>, std::string> m_longNames;  ///< by short name and module
 };
@@ -202,7 +202,8 @@ std::vector<FoundFile> FindFiles(const std::vector<Module>& modules, std::string
   return found;
 }
 
-std::vector<Deliverer> FindDeliverers(const MergeSet& set, const std::vector<IndexEntry>& entries,
+std::vector<Deliverer> FindDeliverers(const ModuleIndex& set,
+                                      const std::vector<IndexEntry>& entries,
                                       std::string_view pattern) {
   DelivererList list(set);
   for (const FoundFile& found : FindFiles(set.Modules(), pattern)) {

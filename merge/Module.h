@@ -98,7 +98,7 @@ struct Module {
   // ---- State
 
   bool isFromGallery = false;  ///< listed because a description of the object gallery names it
-  bool isPresent = true;       ///< false for a gallery module that is not on this machine
+  bool isPresent = true;       ///< false if the module or files of it have to be downloaded first
   bool needsDownload = false;  ///< the module, or files of it
   /// Why the file cannot be read, or not completely: one sentence. Empty if all of it was read.
   /// What could be read is there in any case.

@@ -53,7 +53,10 @@ TEST(FileSearchTest, EveryDelivererIsListedOnceAndWrongEntriesAreNamed) {
   modules[0].files = {{"x.dll", "Dir1", "", "K2"}, {"X.dll", "Dir2", "X~1.DLL", "K1"}};
   modules[1].files = {{"y.dll", "Dir", "Y~1.DLL"}, {"other.txt", "Dir"}};
   modules[4].failure = "Damaged.";
-  modules[5].isPresent = false;
+  for (merge::Module& module : modules) {
+    module.path = module.key == "Far:1033" ? "" : "here.msm";
+    module.isPresent = false;  // of some, files have to be downloaded
+  }
   const std::vector<merge::IndexEntry> entries{
       {"1.ini", "X.DLL", "A:1033"},   {"2.ini", "x.dll", "a:1033"},
       {"1.ini", "x.dll", "Gone:0"},   {"2.ini", "X.dll", "gone:0"},
@@ -61,7 +64,7 @@ TEST(FileSearchTest, EveryDelivererIsListedOnceAndWrongEntriesAreNamed) {
       {"1.ini", "x.dll", "Far:1033"}, {"1.ini", "y~1.dll", "B:1033"},
       {"1.ini", "z.txt", "B:1033"},
   };
-  const merge::MergeSet set(modules);
+  const merge::ModuleIndex set(modules);
   const auto lines = [&](const char* pattern) {
     std::vector<std::string> found;
     for (const merge::Deliverer& one : merge::FindDeliverers(set, entries, pattern)) {
