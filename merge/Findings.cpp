@@ -105,9 +105,7 @@ class ModuleCheck {
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
       Add(kDependencyCycle, cycle,
-          cycle.size() == 1
-              ? NameOf(cycle.front()) + " needs itself"
-              : "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
+          "each needs the next, and the last the first: " + JoinTexts(NamesOf(cycle), ", "));
     }
   }
 

@@ -85,9 +85,7 @@ bool IsMetWithin(const Module& module, const Requirement& requirement) {
   if (requirement.moduleId.empty()) {
     return false;
   }
-  const bool isOfCarried = !requirement.carriedFor.empty();
-  return (isOfCarried &&
-          Satisfies(requirement, module.moduleId, module.language, module.version)) ||
+  return Satisfies(requirement, module.moduleId, module.language, module.version) ||
          std::any_of(module.carried.begin(), module.carried.end(),
                      [&](const ModuleSignature& carried) {
                        return Satisfies(requirement, carried.moduleId, carried.language.value_or(0),

@@ -9,8 +9,8 @@
 
 namespace qm::merge {
 
-/// Returns whether a requirement of a module is met by the modules that were merged into it, or,
-/// for a row of one of those, by the module itself. Such a requirement needs no module of the set.
+/// Returns whether a requirement of a module is met by the module itself or by those that were
+/// merged into it. Such a requirement needs no module of the set.
 bool IsMetWithin(const Module& module, const Requirement& requirement);
 
 /// A requirement that no module satisfies.

