@@ -78,7 +78,9 @@ STDMETHODIMP MissingModule::get_NeededBy(ISetModule** value) {
   return Answer(value, [&] { return MakeModule(m_set, m_missing.neededBy); });
 }
 STDMETHODIMP MissingModule::get_Requirement(ISetRequirement** value) {
-  return Answer(value, [&] { return MakeObject<SetRequirement>(m_missing.requirement); });
+  return Answer(value, [&] {
+    return MakeObject<SetRequirement>(m_set, m_missing.neededBy, m_missing.requirement);
+  });
 }
 STDMETHODIMP MissingModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_missing.reason); }
 
@@ -202,6 +204,26 @@ STDMETHODIMP GalleryDescriptionItem::get_Failure(BSTR* value) {
 }
 STDMETHODIMP GalleryDescriptionItem::get_FailureCode(long* value) {
   return AnswerNumber(value, m_description->failureCode);
+}
+
+void SetFailure::Init(SharedSet set, const LoadFailure& failure) noexcept {
+  m_set = std::move(set);
+  m_failure = &failure;
+}
+
+STDMETHODIMP SetFailure::get_Path(BSTR* value) { return AnswerUtf8(value, m_failure->path); }
+STDMETHODIMP SetFailure::get_Text(BSTR* value) { return AnswerUtf8(value, m_failure->text); }
+STDMETHODIMP SetFailure::get_Code(long* value) { return AnswerNumber(value, m_failure->code); }
+STDMETHODIMP SetFailure::get_Module(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, m_failure->module); });
+}
+
+IModuleUsers* MakeUsers(const SharedSet& set, std::vector<merge::ModuleUser> users) {
+  const auto shared = std::make_shared<const std::vector<merge::ModuleUser>>(std::move(users));
+  return MakeCollection<IModuleUsers, IModuleUser>(
+      shared->size(),
+      [set, shared](size_t at) { return MakeObject<ModuleUser>(set, (*shared)[at]); },
+      [set, shared](size_t at) { return set->ModuleAt((*shared)[at].module).key; });
 }
 
 }  // namespace qm::analysis

@@ -115,4 +115,22 @@ class GalleryDescriptionItem : public SetObject<IGalleryDescription> {
   const GalleryDescription* m_description = nullptr;
 };
 
+/// A file that could not be read.
+class SetFailure : public SetObject<ISetFailure> {
+ public:
+  void Init(SharedSet set, const LoadFailure& failure) noexcept;
+
+  STDMETHOD(get_Path)(BSTR* value) override;
+  STDMETHOD(get_Text)(BSTR* value) override;
+  STDMETHOD(get_Code)(long* value) override;
+  STDMETHOD(get_Module)(ISetModule** value) override;
+
+ private:
+  SharedSet m_set;
+  const LoadFailure* m_failure = nullptr;
+};
+
+/// Makes a collection of modules that need another one.
+IModuleUsers* MakeUsers(const SharedSet& set, std::vector<merge::ModuleUser> users);
+
 }  // namespace qm::analysis

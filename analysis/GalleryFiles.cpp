@@ -146,11 +146,14 @@ std::vector<GalleryDescription> ReadGalleryDescriptions() {
   return descriptions;
 }
 
-void ReadDescription(merge::Module& module,
-                     std::vector<std::unique_ptr<const std::string>>& texts) {
-  if (const auto failure = CaptureFailure([&] { DescriptionReader(module, texts).Read(); })) {
-    module.failure = text::ToUtf8(failure->description);
+HRESULT ReadDescription(merge::Module& module,
+                        std::vector<std::unique_ptr<const std::string>>& texts) {
+  const auto failure = CaptureFailure([&] { DescriptionReader(module, texts).Read(); });
+  if (!failure) {
+    return S_OK;
   }
+  module.failure = text::ToUtf8(failure->description);
+  return failure->hr;
 }
 
 }  // namespace qm::analysis

@@ -15,7 +15,8 @@ std::vector<GalleryDescription> ReadGalleryDescriptions();
 
 /// Fills a module that is not on this machine from its description: summary, requirements,
 /// exclusions and files. The texts that its files refer to are added to `texts`. What cannot be
-/// read becomes its failure. Throws std::bad_alloc.
-void ReadDescription(merge::Module& module, std::vector<std::unique_ptr<const std::string>>& texts);
+/// read becomes its failure, whose code is returned, else S_OK. Throws std::bad_alloc.
+HRESULT ReadDescription(merge::Module& module,
+                        std::vector<std::unique_ptr<const std::string>>& texts);
 
 }  // namespace qm::analysis

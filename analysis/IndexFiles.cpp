@@ -47,14 +47,15 @@ void ReadIndexFile(const common::WideString& path, const IndexFile& file,
 }
 
 void AddIndexFile(const common::WideString& folder, const IndexFile& file,
-                  std::vector<merge::IndexEntry>& all, std::vector<std::string>& failures) {
+                  std::vector<merge::IndexEntry>& all, std::vector<LoadFailure>& failures) {
   const common::WideString path = common::JoinPath(folder, file.name);
   if (folder.empty() || !common::PathExists(path)) {
     return;
   }
   std::vector<merge::IndexEntry> entries;
   if (const auto failure = CaptureFailure([&] { ReadIndexFile(path, file, entries); })) {
-    failures.push_back(text::ToUtf8(path) + ": " + text::ToUtf8(failure->description));
+    failures.push_back(
+        {text::ToUtf8(path), text::ToUtf8(failure->description), failure->hr});
   } else {
     all.insert(all.end(), std::make_move_iterator(entries.begin()),
                std::make_move_iterator(entries.end()));

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "analysis/LoadFailure.h"
 #include "merge/IndexEntry.h"
 
 namespace qm::analysis {
@@ -11,8 +12,7 @@ namespace qm::analysis {
 struct IndexContents {
   std::vector<merge::IndexEntry> displayNames;  ///< those that name a module
   std::vector<merge::IndexEntry> files;         ///< those that name the module for a file
-  /// Why a file that exists could not be read: its path and a sentence.
-  std::vector<std::string> failures;
+  std::vector<LoadFailure> failures;            ///< of files that exist
 };
 
 /// Reads the index files in the folders that the application services return. A missing file has no

@@ -10,6 +10,8 @@
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "idl/qmmmupdater.h"
+#include "image/Damage.h"
+#include "image/Database.h"
 #include "merge/ReadModule.h"
 #include "msidb/CodePageText.h"
 #include "msidb/ModuleFile.h"
@@ -94,11 +96,28 @@ std::string CompareIdentities(const merge::Module& listed, const merge::Module& 
   return change.empty() ? change : change + '.';
 }
 
-/// Adds what the file of a module contains.
-void ReadFile(merge::Module& module) {
+/// Reads what a file contains. If the module has a failure, `code` is its Win32 error code.
+merge::Module ReadDatabase(msidb::ModuleFile& file, DWORD& code) {
+  try {
+    code = ERROR_FILE_CORRUPT;
+    image::Database database(file);
+    return merge::ReadModule(database, DecodeText);
+  } catch (const image::Damage& damage) {
+    merge::Module module;
+    module.failure = damage.what();
+    if (damage.Part() == image::DamagedPart::NoDatabase) {
+      code = ERROR_OPEN_FAILED;
+    }
+    return module;
+  }
+}
+
+/// Adds what the file of a module contains. Returns the code of a failure, else S_OK.
+HRESULT ReadFile(merge::Module& module) {
   try {
     msidb::ModuleFile file(text::ToWide(module.path));
-    merge::Module read = merge::ReadModule(file, DecodeText);
+    DWORD code = ERROR_SUCCESS;
+    merge::Module read = ReadDatabase(file, code);
     file.RequireUnchanged();
     if (read.failure.empty()) {
       read.change = CompareIdentities(module, read);
@@ -115,27 +134,38 @@ void ReadFile(merge::Module& module) {
     read.needsDownload = module.needsDownload;
     read.isFromGallery = module.isFromGallery;
     module = std::move(read);
+    return module.failure.empty() ? S_OK : HResultFromCode(code);
   } catch (const msidb::FileError& error) {
     module.failure = Describe(error);
+    return HResultFromCode(error.code);
   }
 }
 
-void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& contents) {
-  contents.objects.push_back(object);
-  contents.modules.emplace_back();
-  merge::Module& module = contents.modules.back();
+/// Reads a module. Returns the code of its failure, else S_OK.
+HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, merge::Module& module,
+                   std::vector<std::unique_ptr<const std::string>>& texts) {
   if (const auto failure = CaptureFailure([&] { ReadIdentity(object, module); })) {
     module.failure = text::ToUtf8(failure->description);
-    return;
+    return failure->hr;
   }
   if (module.isFromGallery && !module.path.empty() &&
       !common::PathExists(text::ToWide(module.path))) {
     module.path.clear();
   }
   if (!module.path.empty()) {
-    ReadFile(module);
-  } else if (module.isFromGallery) {
-    ReadDescription(module, contents.texts);
+    return ReadFile(module);
+  }
+  return module.isFromGallery ? ReadDescription(module, texts) : S_OK;
+}
+
+void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& contents) {
+  contents.objects.push_back(object);
+  contents.modules.emplace_back();
+  merge::Module& module = contents.modules.back();
+  const HRESULT hr = ReadModule(object, module, contents.texts);
+  if (!module.failure.empty()) {
+    contents.failures.push_back({module.path.empty() ? module.key : module.path, module.failure, hr,
+                                 contents.modules.size() - 1});
   }
 }
 
@@ -161,6 +191,8 @@ SharedSet LoadSet(IMergeModules& collection) {
     AddModule(object, contents);
   }
   contents.indexes = ReadIndexFiles();
+  contents.failures.insert(contents.failures.end(), contents.indexes.failures.begin(),
+                           contents.indexes.failures.end());
   contents.descriptions = ReadGalleryDescriptions();
   return std::make_shared<const SetData>(std::move(contents));
 }

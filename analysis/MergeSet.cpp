@@ -46,8 +46,8 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
       findings.push_back(std::move(finding));
     }
   }
-  for (const std::string& failure : indexes.failures) {
-    findings.push_back({merge::kUnreadableIndex, {}, failure});
+  for (const LoadFailure& failure : indexes.failures) {
+    findings.push_back({merge::kUnreadableIndex, {}, failure.path + ": " + failure.text});
   }
   merge::SortFindings(findings);
 }
@@ -143,11 +143,7 @@ STDMETHODIMP CMergeSet::UsersOf(BSTR moduleKey, IModuleUsers** users) {
     for (const auto& [position, user] : found) {
       list.push_back(user);
     }
-    const auto shared = std::make_shared<const std::vector<merge::ModuleUser>>(std::move(list));
-    return MakeCollection<IModuleUsers, IModuleUser>(
-        shared->size(),
-        [set, shared](size_t at) { return MakeObject<ModuleUser>(set, (*shared)[at]); },
-        [set, shared](size_t at) { return set->ModuleAt((*shared)[at].module).key; });
+    return MakeUsers(set, std::move(list));
   });
 }
 
@@ -206,6 +202,22 @@ STDMETHODIMP CMergeSet::get_GalleryDescriptions(IGalleryDescriptions** descripti
           return MakeObject<GalleryDescriptionItem>(set, set->Descriptions()[at]);
         },
         [set](size_t at) { return set->Descriptions()[at].packageCode; });
+  });
+}
+
+STDMETHODIMP CMergeSet::FindModules(BSTR moduleKey, ISetModules** modules) {
+  return Answer(modules, [&] {
+    return MakeModules(RequireSet(),
+                       RequireSet()->Index().FindByKey(text::ToUtf8(common::ViewOf(moduleKey))));
+  });
+}
+
+STDMETHODIMP CMergeSet::get_Failures(ISetFailures** failures) {
+  return Answer(failures, [&] {
+    const SharedSet set = RequireSet();
+    return MakeCollection<ISetFailures, ISetFailure>(
+        set->Failures().size(),
+        [set](size_t at) { return MakeObject<SetFailure>(set, set->Failures()[at]); }, nullptr);
   });
 }
 

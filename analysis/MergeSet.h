@@ -18,6 +18,8 @@ class CMergeSet : public SetObject<IMergeSet> {
   STDMETHOD(FindFiles)(BSTR pattern, ISetFiles** files) override;
   STDMETHOD(FindDeliverers)(BSTR fileName, IFileDeliverers** deliverers) override;
   STDMETHOD(get_GalleryDescriptions)(IGalleryDescriptions** descriptions) override;
+  STDMETHOD(FindModules)(BSTR moduleKey, ISetModules** modules) override;
+  STDMETHOD(get_Failures)(ISetFailures** failures) override;
 
  private:
   /// Returns what was loaded. Raises E_UNEXPECTED if nothing was.

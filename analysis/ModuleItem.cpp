@@ -1,5 +1,6 @@
 #include "analysis/ModuleItem.h"
 
+#include "analysis/Answers.h"
 #include "analysis/FileItem.h"
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
@@ -90,7 +91,7 @@ STDMETHODIMP SetModule::get_Requirements(ISetRequirements** value) {
     return MakeCollection<ISetRequirements, ISetRequirement>(
         Data().requirements.size(),
         [set = m_set, module = m_position](size_t at) {
-          return MakeObject<SetRequirement>(set->ModuleAt(module).requirements[at]);
+          return MakeObject<SetRequirement>(set, module, set->ModuleAt(module).requirements[at]);
         },
         [set = m_set, module = m_position](size_t at) {
           return MakeRequiredKey(set->ModuleAt(module).requirements[at]);
@@ -110,6 +111,15 @@ STDMETHODIMP SetModule::get_Exclusions(ISetExclusions** value) {
 
 STDMETHODIMP SetModule::get_Tables(ISetTables** value) {
   return Answer(value, [&] { return MakeTables(Data().tables); });
+}
+
+STDMETHODIMP SetModule::get_Number(long* value) {
+  return AnswerNumber(value, static_cast<long>(m_position) + 1);
+}
+
+STDMETHODIMP SetModule::get_Users(IModuleUsers** value) {
+  return Answer(value,
+                [&] { return MakeUsers(m_set, merge::FindUsers(m_set->Index(), m_position)); });
 }
 
 ISetModule* MakeModule(const SharedSet& set, std::optional<size_t> position) {

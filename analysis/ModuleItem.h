@@ -36,6 +36,8 @@ class SetModule : public SetObject<ISetModule> {
   STDMETHOD(get_Requirements)(ISetRequirements** value) override;
   STDMETHOD(get_Exclusions)(ISetExclusions** value) override;
   STDMETHOD(get_Tables)(ISetTables** value) override;
+  STDMETHOD(get_Number)(long* value) override;
+  STDMETHOD(get_Users)(IModuleUsers** value) override;
 
  private:
   const merge::Module& Data() const noexcept { return m_set->ModuleAt(m_position); }

@@ -51,6 +51,18 @@ STDMETHODIMP SetCustomAction::get_Target(BSTR* value) {
   return AnswerUtf8(value, m_action->target);
 }
 
+void SetRequirement::Init(SharedSet set, size_t module, merge::Requirement requirement) noexcept {
+  m_set = std::move(set);
+  m_module = module;
+  m_requirement = std::move(requirement);
+}
+
+merge::Choice SetRequirement::Choose() const {
+  return merge::IsMetWithin(m_set->ModuleAt(m_module), m_requirement)
+             ? merge::Choice()
+             : m_set->Index().Choose(m_requirement);
+}
+
 STDMETHODIMP SetRequirement::get_Key(BSTR* value) {
   return AnswerText(value, [&] { return text::ToWide(MakeRequiredKey(m_requirement)); });
 }
@@ -65,6 +77,18 @@ STDMETHODIMP SetRequirement::get_Version(BSTR* value) {
 }
 STDMETHODIMP SetRequirement::get_CarriedFrom(BSTR* value) {
   return AnswerUtf8(value, m_requirement.carriedFor);
+}
+STDMETHODIMP SetRequirement::get_IsMetWithin(VARIANT_BOOL* value) {
+  return Answer(value, [&] {
+    return merge::IsMetWithin(m_set->ModuleAt(m_module), m_requirement) ? VARIANT_TRUE
+                                                                        : VARIANT_FALSE;
+  });
+}
+STDMETHODIMP SetRequirement::get_SatisfiedBy(ISetModule** value) {
+  return Answer(value, [&] { return MakeModule(m_set, Choose().module); });
+}
+STDMETHODIMP SetRequirement::get_Reason(BSTR* value) {
+  return AnswerText(value, [&] { return text::ToWide(Choose().reason); });
 }
 
 void SetExclusion::Init(SharedSet set, const ModuleExclusion& row) noexcept {

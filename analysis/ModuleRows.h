@@ -44,15 +44,23 @@ class SetCustomAction : public SetObject<ISetCustomAction> {
 /// A row of a ModuleDependency table.
 class SetRequirement : public SetObject<ISetRequirement> {
  public:
-  void Init(merge::Requirement requirement) { m_requirement = std::move(requirement); }
+  void Init(SharedSet set, size_t module, merge::Requirement requirement) noexcept;
 
   STDMETHOD(get_Key)(BSTR* value) override;
   STDMETHOD(get_ModuleID)(BSTR* value) override;
   STDMETHOD(get_Language)(long* value) override;
   STDMETHOD(get_Version)(BSTR* value) override;
   STDMETHOD(get_CarriedFrom)(BSTR* value) override;
+  STDMETHOD(get_IsMetWithin)(VARIANT_BOOL* value) override;
+  STDMETHOD(get_SatisfiedBy)(ISetModule** value) override;
+  STDMETHOD(get_Reason)(BSTR* value) override;
 
  private:
+  /// Chooses the module that satisfies it, as a plan does.
+  merge::Choice Choose() const;
+
+  SharedSet m_set;
+  size_t m_module = 0;
   merge::Requirement m_requirement;
 };
 

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "analysis/IndexFiles.h"
+#include "analysis/LoadFailure.h"
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 #include "merge/ModuleIndex.h"
@@ -37,6 +38,7 @@ class SetData {
     std::vector<std::unique_ptr<const std::string>> texts;
     IndexContents indexes;
     std::vector<GalleryDescription> descriptions;
+    std::vector<LoadFailure> failures;  ///< of modules, in their order, then of indexes
   };
 
   explicit SetData(Contents contents)
@@ -59,6 +61,8 @@ class SetData {
   const std::vector<GalleryDescription>& Descriptions() const noexcept {
     return m_contents.descriptions;
   }
+
+  const std::vector<LoadFailure>& Failures() const noexcept { return m_contents.failures; }
 
   /// Returns where an installer makes a directory of a module.
   merge::TargetFolder ResolveFolder(size_t module, std::string_view directory) const;
