@@ -36,7 +36,7 @@ bool ReadFlag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property
 }
 
 /// Reads what the interfaces of the collection say about a module. An object of another maker may
-/// lack the newer interfaces: its modules are present, and come from no folder.
+/// lack the newer interfaces: its modules need no download, and come from no folder.
 void ReadIdentity(const common::ComPtr<IMergeModule>& object, merge::Module& module) {
   module.path = ReadText(*object, &IMergeModule::get_Path);
   module.key = ReadText(*object, &IMergeModule::get_Key);
@@ -48,7 +48,6 @@ void ReadIdentity(const common::ComPtr<IMergeModule>& object, merge::Module& mod
 
   common::ComPtr<IMergeModule2> withState;
   if (SUCCEEDED(object.QueryInterface(withState.Put())) && withState) {
-    module.isPresent = ReadFlag(*withState, &IMergeModule2::get_Present);
     module.needsDownload = ReadFlag(*withState, &IMergeModule2::get_NeedsDownload);
   }
   common::ComPtr<IMergeModuleTavik> withOrigin;
@@ -152,6 +151,8 @@ HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, merge::Module& mo
       !common::PathExists(text::ToWide(module.path))) {
     module.path.clear();
   }
+  // The interfaces call a module present only if all its download files are.
+  module.isPresent = !module.isFromGallery || !module.path.empty();
   if (!module.path.empty()) {
     return ReadFile(module);
   }
