@@ -38,6 +38,15 @@ std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<s
   });
 }
 
+/// Returns the modules of a plan, which are those at `wanted` and what they need.
+std::vector<size_t> AddNeeded(const SetData& set, const std::vector<size_t>& wanted) {
+  std::vector<size_t> scope;
+  for (const merge::PlannedModule& planned : merge::PlanMerge(set.Index(), wanted).modules) {
+    scope.push_back(planned.module);
+  }
+  return scope;
+}
+
 /// Adds what is wrong with the indexes.
 void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   const IndexContents& indexes = set.Indexes();
@@ -112,7 +121,7 @@ STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
       found = CheckModules(*set, AllPositions(*set));
       CheckIndexes(*set, found);
     } else {
-      found = CheckModules(*set, RequireModules(modules));
+      found = CheckModules(*set, AddNeeded(*set, RequireModules(modules)));
     }
     const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
     return MakeCollection<ISetFindings, ISetFinding>(
