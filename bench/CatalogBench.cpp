@@ -11,7 +11,7 @@
 //   pass         its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
 //   changed      a list when one file was rewritten
 //   find         one call of FindModule
-//   search       a search for a pattern in all File tables, which have been read before
+//   search       one call of FindFiles with a pattern, on a set that was loaded before
 //   memory       heap bytes per module
 
 #include <windows.h>
@@ -22,7 +22,6 @@
 
 #include <cstdio>
 #include <cstring>
-#include <deque>
 #include <initializer_list>
 #include <iterator>
 #include <string>
@@ -30,13 +29,12 @@
 
 #include "bench/HeapBytes.h"
 #include "bench/Measure.h"
-#include "client/catalog/CatalogFacts.h"
 #include "client/catalog/Properties.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
+#include "idl/mergeset.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
-#include "merge/FileSearch.h"
 
 namespace {
 
@@ -65,22 +63,27 @@ void Configure(const wchar_t* folder) {
   }
 }
 
-qm::common::ComPtr<IMMCatalogVelmora> NewCatalog() {
+/// Creates an object of a class in a DLL of the build.
+template <class Interface>
+qm::common::ComPtr<Interface> NewObject(const wchar_t* dll, REFCLSID clsid) {
   wchar_t path[MAX_PATH];
   ::GetModuleFileNameW(nullptr, path, MAX_PATH);
   *std::wcsrchr(path, L'\\') = L'\0';
-  const HMODULE server =
-      ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\QmMMUpdater2.dll").c_str());
+  const HMODULE library = ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\" + dll).c_str());
   using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
   const auto getClassObject = reinterpret_cast<GetClassObject>(
-      reinterpret_cast<void*>(::GetProcAddress(server, "DllGetClassObject")));
+      reinterpret_cast<void*>(::GetProcAddress(library, "DllGetClassObject")));
   qm::common::ComPtr<IClassFactory> factory;
-  qm::common::ComPtr<IMMCatalogVelmora> catalog;
-  ThrowIfFailed("class object", getClassObject(CLSID_MMCatalog, __uuidof(IClassFactory),
+  qm::common::ComPtr<Interface> object;
+  ThrowIfFailed("class object", getClassObject(clsid, __uuidof(IClassFactory),
                                                reinterpret_cast<void**>(factory.Put())));
-  ThrowIfFailed("catalog", factory->CreateInstance(nullptr, __uuidof(IMMCatalogVelmora),
-                                                   reinterpret_cast<void**>(catalog.Put())));
-  return catalog;
+  ThrowIfFailed("object", factory->CreateInstance(nullptr, __uuidof(Interface),
+                                                  reinterpret_cast<void**>(object.Put())));
+  return object;
+}
+
+qm::common::ComPtr<IMMCatalogVelmora> NewCatalog() {
+  return NewObject<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
 }
 
 void ListModules(IMMCatalogVelmora& catalog) {
@@ -246,13 +249,15 @@ double Tables() {
 }
 
 double Search() {
-  std::vector<qm::merge::Module> modules;
-  std::deque<std::string> texts;
-  ForEachRecord(*NewCatalog(), [&](IMergeModule& module) {
-    modules.emplace_back().files = mmcat::ReadFileTable(module, texts);
-  });
+  const auto set = NewObject<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
+  qm::common::ComPtr<IMergeModules> modules;
+  ThrowIfFailed("modules", NewCatalog()->get_MergeModules(modules.Put()));
+  ThrowIfFailed("load", set->Load(modules.Get()));
+  const qm::common::UniqueBstr pattern(qm::common::TryAllocateBstr(L"*B*1?.d?l"));
   return qm::bench::MedianMilliseconds([&] {
-    if (qm::merge::FindFiles(modules, "*B*1?.d?l").empty()) {
+    qm::common::ComPtr<ISetFiles> files;
+    ThrowIfFailed("search", set->FindFiles(pattern.Get(), files.Put()));
+    if (mmcat::ReadNumber(*files, &ISetFiles::get_Count) == 0) {
       Fail("search", 0);
     }
   });
