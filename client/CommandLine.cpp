@@ -10,7 +10,6 @@
 #include "client/terminal/Console.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Report.h"
-#include "merge/JoinTexts.h"
 
 namespace mmcat {
 
@@ -76,8 +75,7 @@ class Parser {
     }
     const std::vector<std::string> nearest = FindNearestNames(argument, names);
     PrintRemark(argument + ": unknown command" +
-                (nearest.empty() ? "; see mmcat --help"
-                                 : "; did you mean " + qm::merge::JoinTexts(nearest, " or ")));
+                (nearest.empty() ? "; see mmcat --help" : FormatSuggestion(nearest)));
     return true;
   }
 

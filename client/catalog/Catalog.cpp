@@ -3,7 +3,6 @@
 #include "client/catalog/Properties.h"
 #include "idl/host.h"
 #include "idl/qmmmupdater2.h"
-#include "text/Utf.h"
 
 namespace mmcat {
 
@@ -31,8 +30,7 @@ qm::common::ComPtr<IMergeModules> Catalog::FindModules(const std::string& key,
                                                        const std::string& version) const {
   qm::common::ComPtr<IMergeModules> modules;
   long count = 0;
-  ThrowIfFailed(m_catalog->FindModule(MakeArgument(qm::text::ToWide(key)).Get(),
-                                      MakeArgument(qm::text::ToWide(version)).Get(), 0,
+  ThrowIfFailed(m_catalog->FindModule(MakeArgument(key).Get(), MakeArgument(version).Get(), 0,
                                       modules.Put(), &count));
   return modules;
 }
@@ -41,17 +39,9 @@ qm::common::ComPtr<IMMSources> Catalog::Sources() const {
   return ReadObject<IMMCatalog>(*m_catalog.Get(), &IMMCatalog::get_Sources);
 }
 
-std::string Catalog::FindModuleForFile(const std::string& fileName) const {
-  qm::common::UniqueBstr key;
-  ThrowIfFailed(
-      m_catalog->GetModuleForFile(MakeArgument(qm::text::ToWide(fileName)).Get(), key.Put()));
-  return qm::text::ToUtf8(qm::common::ViewOf(key.Get()));
-}
-
 std::string Catalog::FindDisplayName(const std::string& key) const {
   qm::common::UniqueBstr name;
-  ThrowIfFailed(
-      m_catalog->GetModuleDisplayName(MakeArgument(qm::text::ToWide(key)).Get(), name.Put()));
+  ThrowIfFailed(m_catalog->GetModuleDisplayName(MakeArgument(key).Get(), name.Put()));
   return qm::text::ToUtf8(qm::common::ViewOf(name.Get()));
 }
 

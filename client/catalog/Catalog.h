@@ -28,10 +28,6 @@ class Catalog {
   /// The module search folders.
   qm::common::ComPtr<IMMSources> Sources() const;
 
-  /// The key of the module that delivers a file according to the index tables; empty if they do not
-  /// list the file.
-  std::string FindModuleForFile(const std::string& fileName) const;
-
   /// The display name of a module key according to the index tables, else the key itself.
   std::string FindDisplayName(const std::string& key) const;
 

@@ -4,44 +4,11 @@
 #include <vector>
 
 #include "client/catalog/Properties.h"
-#include "text/Utf.h"
+#include "client/catalog/Value.h"
 
 namespace mmcat {
 
 namespace {
-
-/// Owns a VARIANT.
-class Value {
- public:
-  Value() { ::VariantInit(&m_value); }
-  explicit Value(long number) : Value() {
-    m_value.vt = VT_I4;
-    m_value.lVal = number;
-  }
-  explicit Value(std::wstring_view text) : Value() {
-    m_value.bstrVal = qm::common::TryAllocateBstr(text);
-    ThrowIfFailed(m_value.bstrVal ? S_OK : E_OUTOFMEMORY);
-    m_value.vt = VT_BSTR;
-  }
-  Value(Value&& other) noexcept : m_value(other.m_value) { ::VariantInit(&other.m_value); }
-  ~Value() { ::VariantClear(&m_value); }
-  Value(const Value&) = delete;
-  Value& operator=(const Value&) = delete;
-  Value& operator=(Value&&) = delete;
-
-  VARIANT& Get() { return m_value; }
-
-  /// The object; null if this is Nothing.
-  IDispatch* Object() const { return m_value.vt == VT_DISPATCH ? m_value.pdispVal : nullptr; }
-
-  std::string Text() {
-    ThrowIfFailed(::VariantChangeType(&m_value, &m_value, 0, VT_BSTR));
-    return qm::text::ToUtf8(qm::common::ViewOf(m_value.bstrVal));
-  }
-
- private:
-  VARIANT m_value;
-};
 
 /// Calls a method or reads a property by name, as scripts do.
 template <class... Arguments>

@@ -1,141 +1,104 @@
 #include "client/catalog/ModuleContents.h"
 
+#include <algorithm>
+
 #include "client/catalog/Properties.h"
-#include "msidb/TargetDirectories.h"
-#include "text/Utf.h"
-#include "traits/TargetPath.h"
+#include "client/catalog/Value.h"
+#include "idl/qmmmupdater.h"
 
 namespace mmcat {
 
 namespace {
 
-FileContents ReadItem(IMMFile& file) {
-  return {ReadText(file, &IMMFile::get_Key),
-          ReadText(file, &IMMFile::get_Directory),
-          {},
-          ReadText(file, &IMMFile::get_FileName),
-          ReadOptionalNumber(file, &IMMFile::get_FileSize),
-          ReadText(file, &IMMFile::get_Version),
-          ReadText(file, &IMMFile::get_Language),
-          ReadOptionalNumber(file, &IMMFile::get_Sequence)};
+std::vector<DownloadFileContents> ReadDownloadFiles(IMergeModule2& module) {
+  std::vector<DownloadFileContents> files;
+  ForEachItem<IMMGalleryDownloadFileCaskel>(
+      *ReadObject(module, &IMergeModule2::get_DownloadFiles),
+      [&](IMMGalleryDownloadFileCaskel& file) {
+        files.push_back({ReadText(file, &IMMGalleryDownloadFileCaskel::get_Location),
+                         ReadText(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
+                         ReadText(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
+                         ReadNumber(file, &IMMGalleryDownloadFileCaskel::get_FileSize),
+                         ReadText(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)});
+      });
+  return files;
 }
 
-DependencyContents ReadItem(IMMDependency& dependency) {
-  return {ReadText(dependency, &IMMDependency::get_Key),
-          ReadText(dependency, &IMMDependency::get_ModuleID),
-          ReadOptionalNumber(dependency, &IMMDependency::get_Language),
-          ReadText(dependency, &IMMDependency::get_Version)};
+std::vector<std::string> ReadCustomActions(ISetModule& module) {
+  std::vector<std::string> names;
+  ForEachItem<ISetCustomAction>(*ReadObject(module, &ISetModule::get_CustomActions),
+                                [&](ISetCustomAction& action) {
+                                  names.push_back(ReadText(action, &ISetCustomAction::get_Name));
+                                });
+  return names;
 }
 
-ExclusionContents ReadItem(IMMExclusion& exclusion) {
-  return {ReadText(exclusion, &IMMExclusion::get_Key),
-          ReadText(exclusion, &IMMExclusion::get_ModuleID),
-          ReadText(exclusion, &IMMExclusion::get_Language),
-          ReadText(exclusion, &IMMExclusion::get_MinVersion),
-          ReadText(exclusion, &IMMExclusion::get_MaxVersion)};
+/// Reads the first column of a table. Returns nothing if the module does not have the table.
+std::vector<std::string> ReadFirstColumn(ISetModule& module, const wchar_t* tableName) {
+  Value name{std::wstring_view(tableName)};
+  qm::common::ComPtr<ISetTable> table;
+  const HRESULT hr = ReadObject(module, &ISetModule::get_Tables)->get_Item(name.Get(), table.Put());
+  if (hr == E_INVALIDARG) {
+    return {};
+  }
+  ThrowIfFailed(hr);
+  std::vector<std::string> cells;
+  ForEachItem<ISetRow>(*ReadObject(*table, &ISetTable::get_Rows), [&](ISetRow& row) {
+    Value first(1L);
+    Value cell;
+    ThrowIfFailed(row.get_Item(first.Get(), &cell.Get()));
+    cells.push_back(cell.Text());
+  });
+  return cells;
 }
 
-std::string ReadItem(IMMCustomAction& action) {
-  return ReadText(action, &IMMCustomAction::get_Name);
-}
-
-std::string ReadItem(IMMDialog& dialog) { return ReadText(dialog, &IMMDialog::get_Name); }
-
-DownloadFileContents ReadItem(IMMGalleryDownloadFileCaskel& file) {
-  return {ReadText(file, &IMMGalleryDownloadFileCaskel::get_Location),
-          ReadText(file, &IMMGalleryDownloadFileCaskel::get_MediaLocation),
-          ReadText(file, &IMMGalleryDownloadFileCaskel::get_InternetLocation),
-          ReadNumber(file, &IMMGalleryDownloadFileCaskel::get_FileSize),
-          ReadText(file, &IMMGalleryDownloadFileCaskel::get_CheckSum)};
-}
-
-/// Fills `items` from a collection of the module. A failure leaves it empty and is added to
-/// `failures` under `part`.
-template <class Item, class Module, class Collection, class Value>
-void ReadCollection(Module& module, HRESULT (STDMETHODCALLTYPE Module::*property)(Collection**),
-                    const char* part, std::vector<Value>& items,
-                    std::vector<PartFailure>& failures) {
-  try {
-    std::vector<Value> read;
-    ForEachItem<Item>(*ReadObject(module, property),
-                      [&](Item& item) { read.push_back(ReadItem(item)); });
-    items = std::move(read);
-  } catch (const ServerFailure& failure) {
-    failures.push_back({part, failure});
-  }
-}
-
-/// Fills in where the files are installed. No interface returns that, so this reads the module
-/// file.
-void ResolveTargetPaths(ModuleContents& module) {
-  qm::msidb::TargetDirectoryMap directories;
-  for (const FileContents& file : module.files) {
-    directories.try_emplace(qm::text::ToWide(file.directory));
-  }
-  if (directories.empty()) {
-    return;
-  }
-  const HRESULT hr = qm::msidb::ResolveTargetDirectories(
-      qm::text::ToWide(module.path), qm::traits::MakeTargetPathOptions(), directories);
-  if (FAILED(hr)) {
-    module.failures.push_back({"target paths", ServerFailure::Capture(hr)});
-    return;
-  }
-  for (const auto& [key, directory] : directories) {
-    if (FAILED(directory.result)) {
-      module.failures.push_back(
-          {"target path of " + qm::text::ToUtf8(key),
-           {directory.result, ToOneLine(qm::text::ToUtf8(directory.description))}});
-    }
-  }
-  for (FileContents& file : module.files) {
-    file.targetPath = qm::text::ToUtf8(directories[qm::text::ToWide(file.directory)].path);
-  }
+/// Sorts rows by their keys: tables have no order of their own that would help a reader.
+template <class Facts>
+std::vector<Facts> SortByKey(std::vector<Facts> rows) {
+  std::stable_sort(rows.begin(), rows.end(),
+                   [](const Facts& a, const Facts& b) { return a.key < b.key; });
+  return rows;
 }
 
 }  // namespace
 
-GalleryContents ReadGalleryContents(IMergeModule2& module, std::vector<PartFailure>& failures) {
+GalleryContents ReadGalleryContents(ISetModule& setModule, std::vector<PartFailure>& failures) {
   GalleryContents gallery;
+  const char* part = "gallery";
   try {
-    gallery.present = ReadFlag(module, &IMergeModule2::get_Present);
-    gallery.needsDownload = ReadFlag(module, &IMergeModule2::get_NeedsDownload);
-    gallery.localPath = ReadText(module, &IMergeModule2::get_LocalPath);
+    qm::common::ComPtr<IMergeModule2> module;
+    ThrowIfFailed(ReadObject(setModule, &ISetModule::get_MergeModule).QueryInterface(module.Put()));
+    gallery.present = ReadFlag(*module, &IMergeModule2::get_Present);
+    gallery.needsDownload = ReadFlag(*module, &IMergeModule2::get_NeedsDownload);
+    gallery.localPath = ReadText(*module, &IMergeModule2::get_LocalPath);
+    part = "download files";
+    gallery.downloadFiles = ReadDownloadFiles(*module);
   } catch (const ServerFailure& failure) {
-    failures.push_back({"gallery", failure});
-    return gallery;
+    failures.push_back({part, failure});
   }
-  ReadCollection<IMMGalleryDownloadFileCaskel>(module, &IMergeModule2::get_DownloadFiles,
-                                               "download files", gallery.downloadFiles, failures);
   return gallery;
 }
 
-ModuleContents ReadModuleContents(IMergeModule2& newestModule) {
-  IMergeModule& module = newestModule;
+ModuleContents ReadModuleContents(const ModuleSet& set, size_t position) {
+  const ModuleFacts& facts = set.Modules()[position];
+  ISetModule& module = *facts.object;
   ModuleContents contents;
-  contents.path = ReadText(module, &IMergeModule::get_Path);
-  contents.key = ReadText(module, &IMergeModule::get_Key);
-  contents.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
-  contents.language = ReadOptionalNumber(module, &IMergeModule::get_Language);
-  contents.version = ReadText(module, &IMergeModule::get_Version);
-  contents.displayName = ReadText(module, &IMergeModule::get_DisplayName);
-  contents.subject = ReadText(module, &IMergeModule::get_Subject);
-  contents.author = ReadText(module, &IMergeModule::get_Author);
-  contents.comments = ReadText(module, &IMergeModule::get_Comments);
-  contents.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
-
-  auto& failures = contents.failures;
-  ReadCollection<IMMFile>(module, &IMergeModule::get_Files, "files", contents.files, failures);
-  ResolveTargetPaths(contents);
-  ReadCollection<IMMDependency>(module, &IMergeModule::get_Dependencies, "dependencies",
-                                contents.dependencies, failures);
-  ReadCollection<IMMExclusion>(module, &IMergeModule::get_Exclusions, "exclusions",
-                               contents.exclusions, failures);
-  ReadCollection<IMMCustomAction>(module, &IMergeModule::get_CustomActions, "custom actions",
-                                  contents.customActions, failures);
-  ReadCollection<IMMDialog>(module, &IMergeModule::get_Dialogs, "dialogs", contents.dialogs,
-                            failures);
-  contents.gallery = ReadGalleryContents(newestModule, failures);
+  contents.path = facts.path;
+  contents.key = facts.key;
+  contents.moduleId = facts.moduleId;
+  contents.language = ReadOptionalNumber(module, &ISetModule::get_Language);
+  contents.version = facts.version;
+  contents.displayName = facts.displayName;
+  contents.subject = ReadText(module, &ISetModule::get_Subject);
+  contents.author = ReadText(module, &ISetModule::get_Author);
+  contents.comments = ReadText(module, &ISetModule::get_Comments);
+  contents.packageCode = facts.packageCode;
+  contents.files = SortByKey(set.FilesOf(position));
+  contents.dependencies = SortByKey(set.RequirementsOf(position));
+  contents.exclusions = SortByKey(set.ExclusionsOf(position));
+  contents.customActions = ReadCustomActions(module);
+  contents.dialogs = ReadFirstColumn(module, L"Dialog");
+  contents.gallery = ReadGalleryContents(module, contents.failures);
   return contents;
 }
 

@@ -84,4 +84,9 @@ inline qm::common::UniqueBstr MakeArgument(std::wstring_view text) {
   return value;
 }
 
+/// The same for UTF-8 text.
+inline qm::common::UniqueBstr MakeArgument(const std::string& text) {
+  return MakeArgument(std::wstring_view(qm::text::ToWide(text)));
+}
+
 }  // namespace mmcat

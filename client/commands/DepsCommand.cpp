@@ -1,8 +1,9 @@
 #include <CLI/CLI.hpp>
 #include <set>
 
-#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/UnknownKey.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -11,22 +12,32 @@ namespace {
 
 /// What was asked for and what was read, shared by all views.
 struct Question {
-  const std::vector<ListedModule>& modules;
-  const qm::merge::ModuleIndex& set;
+  const ModuleSet& set;
+  const std::vector<ModuleFacts>& modules;
   std::vector<size_t> wanted;
 };
 
-Json MakeListedModuleJson(const ListedModule& module) {
+/// A requirement as text: "ID:LANGUAGE, at least VERSION".
+std::string FormatRequirement(const RequirementFacts& requirement) {
+  std::string text = requirement.moduleId;
+  if (requirement.language.value_or(0) != 0) {
+    text += ':' + std::to_string(*requirement.language);
+  }
+  return requirement.version.empty() ? text : text + ", at least " + requirement.version;
+}
+
+Json MakeSetModuleJson(const ModuleFacts& module) {
   return {{"key", module.key},
           {"version", module.version},
           {"displayName", module.displayName},
           {"path", module.path}};
 }
 
-Json MakeRequirementJson(const qm::merge::Requirement& requirement) {
+Json MakeRequirementJson(const RequirementFacts& requirement) {
   return {{"moduleId", requirement.moduleId},
           {"language", requirement.language ? Json(*requirement.language) : Json(nullptr)},
-          {"version", requirement.version}};
+          {"version", requirement.version},
+          {"carriedFrom", requirement.carriedFrom}};
 }
 
 // ---- Order
@@ -39,11 +50,11 @@ std::string FormatCycle(const Question& question, const std::vector<size_t>& cyc
   return text + question.modules[cycle.front()].key;
 }
 
-std::string FormatOrder(const Question& question, const qm::merge::MergePlan& plan) {
+std::string FormatOrder(const Question& question, const PlanFacts& plan) {
   TextTable order({"", "Module", "Version", "Needed by", "Reason", "Path"});
   int number = 0;
-  for (const qm::merge::PlannedModule& planned : plan.modules) {
-    const ListedModule& module = question.modules[planned.module];
+  for (const PlannedFacts& planned : plan.modules) {
+    const ModuleFacts& module = question.modules[planned.module];
     order.AddRow({std::to_string(++number), module.key, module.version,
                   planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
                   module.path});
@@ -51,9 +62,9 @@ std::string FormatOrder(const Question& question, const qm::merge::MergePlan& pl
   std::string text = order.ToString("");
   if (!plan.missing.empty()) {
     TextTable missing({"Missing", "Needed by", "Reason"});
-    for (const qm::merge::MissingModule& one : plan.missing) {
-      missing.AddRow({qm::merge::FormatRequirement(one.requirement),
-                      question.modules[one.neededBy].key, one.reason});
+    for (const MissingFacts& one : plan.missing) {
+      missing.AddRow(
+          {FormatRequirement(one.requirement), question.modules[one.neededBy].key, one.reason});
     }
     text += '\n' + missing.ToString("");
   }
@@ -66,17 +77,17 @@ std::string FormatOrder(const Question& question, const qm::merge::MergePlan& pl
   return text;
 }
 
-void AddOrderJson(const Question& question, const qm::merge::MergePlan& plan, Json& document) {
+void AddOrderJson(const Question& question, const PlanFacts& plan, Json& document) {
   Json order = Json::array();
-  for (const qm::merge::PlannedModule& planned : plan.modules) {
-    Json module = MakeListedModuleJson(question.modules[planned.module]);
+  for (const PlannedFacts& planned : plan.modules) {
+    Json module = MakeSetModuleJson(question.modules[planned.module]);
     module["neededBy"] =
         planned.neededBy ? Json(question.modules[*planned.neededBy].key) : Json(nullptr);
     module["reason"] = planned.reason;
     order.push_back(std::move(module));
   }
   Json missing = Json::array();
-  for (const qm::merge::MissingModule& one : plan.missing) {
+  for (const MissingFacts& one : plan.missing) {
     Json requirement = MakeRequirementJson(one.requirement);
     requirement["neededBy"] = question.modules[one.neededBy].key;
     requirement["reason"] = one.reason;
@@ -116,6 +127,7 @@ class TreeWriter {
  private:
   struct Visit {
     size_t module;
+    std::vector<RequirementFacts> requirements;
     size_t nextRequirement = 0;
   };
 
@@ -124,33 +136,33 @@ class TreeWriter {
   }
 
   void Enter(size_t module, const std::string& reason) {
-    const ListedModule& listed = m_question.modules[module];
-    const auto& requirements = m_question.set.Modules()[module].requirements;
+    const ModuleFacts& facts = m_question.modules[module];
+    std::vector<RequirementFacts> requirements = m_question.set.RequirementsOf(module);
     const bool isNew = m_written.insert(module).second;
-    std::string line = listed.key + "  " + listed.version;
+    std::string line = facts.key + "  " + facts.version;
     if (!reason.empty()) {
       line += "  (" + reason + ')';
     }
     AddLine(isNew || requirements.empty() ? line : line + "  see above");
     if (isNew) {
-      m_path.push_back({module});
+      m_path.push_back({module, std::move(requirements)});
     }
   }
 
   void WriteNextRequirement() {
     Visit& visit = m_path.back();
-    const auto& requirements = m_question.set.Modules()[visit.module].requirements;
-    if (visit.nextRequirement == requirements.size()) {
+    if (visit.nextRequirement == visit.requirements.size()) {
       m_path.pop_back();
       return;
     }
-    const qm::merge::Requirement& requirement = requirements[visit.nextRequirement++];
-    const qm::merge::Choice choice = m_question.set.Choose(requirement);
-    if (choice.module) {
-      Enter(*choice.module, choice.reason);
+    const RequirementFacts requirement = visit.requirements[visit.nextRequirement++];
+    if (requirement.isMetWithin) {
+      return;
+    }
+    if (requirement.satisfiedBy) {
+      Enter(*requirement.satisfiedBy, requirement.reason);
     } else {
-      AddLine("missing: " + qm::merge::FormatRequirement(requirement) + "  (" + choice.reason +
-              ')');
+      AddLine("missing: " + FormatRequirement(requirement) + "  (" + requirement.reason + ')');
     }
   }
 
@@ -164,13 +176,13 @@ class TreeWriter {
 
 struct ReverseView {
   size_t needed;
-  std::vector<qm::merge::ModuleUser> users;
+  std::vector<UserFacts> users;
 };
 
 std::vector<ReverseView> FindUsers(const Question& question) {
   std::vector<ReverseView> views;
   for (const size_t wanted : question.wanted) {
-    views.push_back({wanted, qm::merge::FindUsers(question.set, wanted)});
+    views.push_back({wanted, question.set.UsersOf(wanted)});
   }
   return views;
 }
@@ -178,7 +190,7 @@ std::vector<ReverseView> FindUsers(const Question& question) {
 std::string FormatReverse(const Question& question, const std::vector<ReverseView>& views) {
   std::string text;
   for (const ReverseView& view : views) {
-    const ListedModule& needed = question.modules[view.needed];
+    const ModuleFacts& needed = question.modules[view.needed];
     if (view.users.empty()) {
       text += "No module needs " + MakePrintable(needed.key) + ", version " +
               MakePrintable(needed.version) + '\n';
@@ -186,8 +198,8 @@ std::string FormatReverse(const Question& question, const std::vector<ReverseVie
     }
     TextTable table({"Module", "Version", "Through", "Path"});
     table.AddLine(needed.key + "  " + needed.version + " is needed by");
-    for (const qm::merge::ModuleUser& user : view.users) {
-      const ListedModule& module = question.modules[user.module];
+    for (const UserFacts& user : view.users) {
+      const ModuleFacts& module = question.modules[user.module];
       table.AddRow({module.key, module.version,
                     user.through == view.needed ? "" : question.modules[user.through].key,
                     module.path});
@@ -202,12 +214,12 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
   Json list = Json::array();
   for (const ReverseView& view : views) {
     Json users = Json::array();
-    for (const qm::merge::ModuleUser& user : view.users) {
-      Json module = MakeListedModuleJson(question.modules[user.module]);
+    for (const UserFacts& user : view.users) {
+      Json module = MakeSetModuleJson(question.modules[user.module]);
       module["through"] = question.modules[user.through].key;
       users.push_back(std::move(module));
     }
-    Json needed = MakeListedModuleJson(question.modules[view.needed]);
+    Json needed = MakeSetModuleJson(question.modules[view.needed]);
     needed["neededBy"] = std::move(users);
     list.push_back(std::move(needed));
   }
@@ -245,11 +257,11 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const auto& [key, view] = options;
   Report report("deps", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kRequirementTables, report);
-  const qm::merge::ModuleIndex set(catalog.mergeModules);
-  const Question question{catalog.modules, set, set.FindByKey(key)};
+  const ModuleSet set;
+  set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  const Question question{set, set.Modules(), set.FindModules(key)};
   if (question.wanted.empty()) {
-    PrintUnknownKey(CollectKeys(catalog.modules), key);
+    PrintUnknownKey(set.Keys(), key);
     if (view == DepsView::Reverse) {
       AddReverseJson(question, {}, report.Document());
     } else {
@@ -263,7 +275,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
     report.Print(FormatReverse(question, users));
     return report.Finish();
   }
-  const qm::merge::MergePlan plan = qm::merge::PlanMerge(set, question.wanted);
+  const PlanFacts plan = set.Plan({key});
   AddOrderJson(question, plan, report.Document());
   report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : FormatOrder(question, plan));
   return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);

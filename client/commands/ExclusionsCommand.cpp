@@ -1,7 +1,7 @@
 #include <algorithm>
 #include <tuple>
 
-#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
 
@@ -9,76 +9,65 @@ namespace mmcat {
 
 namespace {
 
-struct ListedExclusion {
-  size_t module;  ///< position of the excluding module
-  qm::merge::Exclusion exclusion;
-  std::vector<size_t> hits;  ///< positions of the excluded modules
-};
-
-std::vector<ListedExclusion> ListExclusions(const CatalogFacts& catalog) {
-  const qm::merge::ModuleIndex set(catalog.mergeModules);
-  std::vector<ListedExclusion> list;
-  for (size_t position = 0; position < catalog.modules.size(); ++position) {
-    for (const qm::merge::Exclusion& exclusion : catalog.mergeModules[position].exclusions) {
-      list.push_back(
-          {position, exclusion, qm::merge::FindExcludedModules(set, position, exclusion)});
-    }
-  }
-  std::sort(list.begin(), list.end(), [](const ListedExclusion& a, const ListedExclusion& b) {
-    return std::tie(a.module, a.exclusion.moduleId, a.exclusion.language) <
-           std::tie(b.module, b.exclusion.moduleId, b.exclusion.language);
+std::vector<ExclusionFacts> ListExclusions(const ModuleSet& set) {
+  std::vector<ExclusionFacts> list = set.Exclusions();
+  std::sort(list.begin(), list.end(), [](const ExclusionFacts& a, const ExclusionFacts& b) {
+    return std::tie(a.module, a.moduleId, a.language) < std::tie(b.module, b.moduleId, b.language);
   });
   return list;
 }
 
-std::string FormatExclusions(const CatalogFacts& catalog,
-                             const std::vector<ListedExclusion>& list) {
+std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
+                             const std::vector<ExclusionFacts>& list) {
   if (list.empty()) {
     return "No exclusions\n";
   }
-  TextTable table({"Module", "Excludes", "Language", "From version", "To version", "Affects"});
-  for (const auto& [module, exclusion, hits] : list) {
-    std::string hit;
-    for (const size_t position : hits) {
-      hit += (hit.empty() ? "" : ", ") + catalog.modules[position].key + " " +
-             catalog.modules[position].version;
+  TextTable table(
+      {"Module", "Excludes", "Language", "From version", "To version", "Carried from", "Affects"});
+  for (const ExclusionFacts& exclusion : list) {
+    std::string affected;
+    for (const size_t position : exclusion.excluded) {
+      affected +=
+          (affected.empty() ? "" : ", ") + modules[position].key + " " + modules[position].version;
     }
-    table.AddRow({catalog.modules[module].key, exclusion.moduleId,
+    table.AddRow({modules[exclusion.module].key, exclusion.moduleId,
                   exclusion.language ? std::to_string(*exclusion.language) : "",
-                  exclusion.minVersion, exclusion.maxVersion, hit});
+                  exclusion.minVersion, exclusion.maxVersion, exclusion.carriedFrom, affected});
   }
   return table.ToString("");
 }
 
-Json MakeExclusionsJson(const CatalogFacts& catalog,
-                        const std::vector<ListedExclusion>& exclusions) {
+Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
+                        const std::vector<ExclusionFacts>& exclusions) {
   Json list = Json::array();
-  for (const auto& [module, exclusion, hits] : exclusions) {
-    Json hitModules = Json::array();
-    for (const size_t position : hits) {
-      hitModules.push_back({{"key", catalog.modules[position].key},
-                            {"version", catalog.modules[position].version},
-                            {"path", catalog.modules[position].path}});
+  for (const ExclusionFacts& exclusion : exclusions) {
+    Json affected = Json::array();
+    for (const size_t position : exclusion.excluded) {
+      affected.push_back({{"key", modules[position].key},
+                          {"version", modules[position].version},
+                          {"path", modules[position].path}});
     }
-    list.push_back({{"module", catalog.modules[module].key},
-                    {"path", catalog.modules[module].path},
+    list.push_back({{"module", modules[exclusion.module].key},
+                    {"path", modules[exclusion.module].path},
                     {"moduleId", exclusion.moduleId},
                     {"language", exclusion.language ? Json(*exclusion.language) : Json(nullptr)},
                     {"minVersion", exclusion.minVersion},
                     {"maxVersion", exclusion.maxVersion},
-                    {"hits", std::move(hitModules)}});
+                    {"carriedFrom", exclusion.carriedFrom},
+                    {"hits", std::move(affected)}});
   }
   return list;
 }
 
 ExitCode Run(const OutputOptions& output) {
   Report report("exclusions", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kExclusionTables, report);
-  const std::vector<ListedExclusion> exclusions = ListExclusions(catalog);
+  const ModuleSet set;
+  set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  const std::vector<ExclusionFacts> exclusions = ListExclusions(set);
   if (report.IsJson()) {
-    report.Document()["exclusions"] = MakeExclusionsJson(catalog, exclusions);
+    report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions);
   } else {
-    report.Print(FormatExclusions(catalog, exclusions));
+    report.Print(FormatExclusions(set.Modules(), exclusions));
   }
   return report.Finish();
 }

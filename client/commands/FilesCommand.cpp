@@ -1,39 +1,40 @@
 #include <CLI/CLI.hpp>
 
-#include "client/catalog/CatalogFacts.h"
+#include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
-#include "merge/FileSearch.h"
 
 namespace mmcat {
 
 namespace {
 
-std::string FormatFiles(const CatalogFacts& catalog,
-                        const std::vector<qm::merge::FoundFile>& files) {
+std::string FormatFiles(const std::vector<ModuleFacts>& modules,
+                        const std::vector<FileFacts>& files) {
   if (files.empty()) {
     return "No files\n";
   }
-  TextTable table({"Module", "File", "Directory", "Size", "Version"});
-  for (const auto& [position, file] : files) {
-    table.AddRow({catalog.modules[position].key, std::string(file->name),
-                  std::string(file->directory), file->size ? std::to_string(*file->size) : "",
-                  std::string(file->version)});
+  TextTable table({"Module", "File", "Target path", "Redirected", "Size", "Version"});
+  for (const FileFacts& file : files) {
+    table.AddRow({modules[file.module].key, file.name, file.targetPath,
+                  file.isRedirected ? "yes" : "", file.size ? std::to_string(*file.size) : "",
+                  file.version});
   }
   return table.ToString("");
 }
 
-Json MakeFilesJson(const CatalogFacts& catalog, const std::vector<qm::merge::FoundFile>& files) {
+Json MakeFilesJson(const std::vector<ModuleFacts>& modules, const std::vector<FileFacts>& files) {
   Json list = Json::array();
-  for (const auto& [position, file] : files) {
-    list.push_back({{"module", catalog.modules[position].key},
-                    {"path", catalog.modules[position].path},
-                    {"key", file->key},
-                    {"name", file->name},
-                    {"shortName", file->shortName},
-                    {"directory", file->directory},
-                    {"fileSize", file->size ? Json(*file->size) : Json(nullptr)},
-                    {"version", file->version}});
+  for (const FileFacts& file : files) {
+    list.push_back({{"module", modules[file.module].key},
+                    {"path", modules[file.module].path},
+                    {"key", file.key},
+                    {"name", file.name},
+                    {"shortName", file.shortName},
+                    {"directory", file.directory},
+                    {"targetPath", file.targetPath},
+                    {"isRedirected", file.isRedirected},
+                    {"fileSize", file.size ? Json(*file.size) : Json(nullptr)},
+                    {"version", file.version}});
   }
   return list;
 }
@@ -50,17 +51,17 @@ void AddArguments(CLI::App& parser, Options& options) {
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& pattern = options.pattern;
   Report report("files", output);
-  const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
-  const std::vector<qm::merge::FoundFile> files =
-      qm::merge::FindFiles(catalog.mergeModules, pattern.empty() ? "*" : pattern);
+  const ModuleSet set;
+  set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  const std::vector<FileFacts> files = set.FindFiles(pattern);
   const bool nothingMatched = files.empty() && !pattern.empty();
   if (nothingMatched) {
     PrintRemark(pattern + ": no module has a matching file");
   }
   if (report.IsJson()) {
-    report.Document()["files"] = MakeFilesJson(catalog, files);
+    report.Document()["files"] = MakeFilesJson(set.Modules(), files);
   } else if (!nothingMatched) {
-    report.Print(FormatFiles(catalog, files));
+    report.Print(FormatFiles(set.Modules(), files));
   }
   return report.Finish(nothingMatched ? kNothingMatched : kSuccess);
 }

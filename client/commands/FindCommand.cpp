@@ -1,10 +1,10 @@
 #include <CLI/CLI.hpp>
 
 #include "client/catalog/Catalog.h"
-#include "client/catalog/CatalogFacts.h"
 #include "client/catalog/ListedModules.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
+#include "client/commands/UnknownKey.h"
 
 namespace mmcat {
 

@@ -1,8 +1,7 @@
 #include <map>
 
-#include "client/catalog/Catalog.h"
-#include "client/catalog/GalleryFiles.h"
 #include "client/catalog/ModuleContents.h"
+#include "client/catalog/ModuleSet.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
@@ -15,7 +14,7 @@ namespace {
 
 /// A description file and the module that the catalog made from it.
 struct GalleryEntry {
-  GalleryFile file;
+  DescriptionFacts file;
   const char* state = "";
   std::string note;          ///< why the catalog has no module for it
   std::string supersededBy;  ///< path, or else package code, of the module in its place
@@ -23,31 +22,29 @@ struct GalleryEntry {
   GalleryContents gallery;
 };
 
-/// The modules of the catalog by package code and by key, ignoring case. Of modules that share a
+/// The modules of the set by package code and by key, ignoring case. Of modules that share a
 /// package code or key, only the first is found.
-class CatalogModules {
+class ModuleIndex {
  public:
-  CatalogModules() {
-    ForEachItem<IMergeModule>(*Catalog().Modules(), [this](IMergeModule& module) {
-      m_byPackageCode.emplace(qm::text::FoldCase(ReadText(module, &IMergeModule::get_PackageCode)),
-                              &module);
-      m_byKey.emplace(qm::text::FoldCase(ReadText(module, &IMergeModule::get_Key)), &module);
-    });
+  explicit ModuleIndex(const std::vector<ModuleFacts>& modules) {
+    for (const ModuleFacts& module : modules) {
+      m_byPackageCode.emplace(qm::text::FoldCase(module.packageCode), &module);
+      m_byKey.emplace(qm::text::FoldCase(module.key), &module);
+    }
   }
 
-  qm::common::ComPtr<IMergeModule> FindByPackageCode(const std::string& code) const {
+  /// Returns null if there is no such module.
+  const ModuleFacts* FindByPackageCode(const std::string& code) const {
     return Find(m_byPackageCode, code);
   }
-  qm::common::ComPtr<IMergeModule> FindByKey(const std::string& key) const {
-    return Find(m_byKey, key);
-  }
+  const ModuleFacts* FindByKey(const std::string& key) const { return Find(m_byKey, key); }
 
  private:
-  using Index = std::map<std::string, qm::common::ComPtr<IMergeModule>>;  // by case-folded text
+  using Index = std::map<std::string, const ModuleFacts*>;  // by case-folded text
 
-  static qm::common::ComPtr<IMergeModule> Find(const Index& index, const std::string& text) {
+  static const ModuleFacts* Find(const Index& index, const std::string& text) {
     const auto found = index.find(qm::text::FoldCase(text));
-    return found == index.end() ? qm::common::ComPtr<IMergeModule>() : found->second;
+    return found == index.end() ? nullptr : found->second;
   }
 
   Index m_byPackageCode;
@@ -62,14 +59,12 @@ const char* GetState(const GalleryContents& gallery) noexcept {
 }
 
 /// Fills the entry from the module that the catalog made from the description.
-void FillFromModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
-  qm::common::ComPtr<IMergeModuleTavik> newestModule;
-  ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
-  if (ReadFlag(*newestModule, &IMergeModuleTavik::get_HasOrigin)) {
-    entry.localVersion = ReadText(module, &IMergeModule::get_Version);
+void FillFromModule(GalleryEntry& entry, const ModuleFacts& module, Report& report) {
+  if (!module.isFromGallery) {
+    entry.localVersion = module.version;
   }
   std::vector<PartFailure> failures;
-  entry.gallery = ReadGalleryContents(*newestModule, failures);
+  entry.gallery = ReadGalleryContents(*module.object, failures);
   entry.state = failures.empty() ? GetState(entry.gallery) : "unreadable";
   for (const PartFailure& failed : failures) {
     report.AddFailure(entry.file.path, failed.part, failed.failure.HResult(),
@@ -77,7 +72,7 @@ void FillFromModule(GalleryEntry& entry, IMergeModule& module, Report& report) {
   }
 }
 
-GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& report) {
+GalleryEntry MakeEntry(DescriptionFacts file, const ModuleIndex& modules, Report& report) {
   GalleryEntry entry;
   entry.file = std::move(file);
   if (entry.file.failure) {
@@ -86,19 +81,16 @@ GalleryEntry MakeEntry(GalleryFile file, const CatalogModules& modules, Report& 
     report.AddFailure(entry.file.path, "", failure.HResult(), failure.what());
     return entry;
   }
-  if (const qm::common::ComPtr<IMergeModule> module =
-          modules.FindByPackageCode(entry.file.packageCode)) {
+  if (const ModuleFacts* const module = modules.FindByPackageCode(entry.file.packageCode)) {
     FillFromModule(entry, *module, report);
     return entry;
   }
   entry.state = "not listed";
   if (entry.file.moduleId.empty()) {
     entry.note = "names no module";
-  } else if (const qm::common::ComPtr<IMergeModule> other = modules.FindByKey(entry.file.key)) {
-    entry.supersededBy = ReadText(*other, &IMergeModule::get_Path);
-    if (entry.supersededBy.empty()) {  // another description
-      entry.supersededBy = ReadText(*other, &IMergeModule::get_PackageCode);
-    }
+  } else if (const ModuleFacts* const other = modules.FindByKey(entry.file.key)) {
+    // Without a path, another description took its place.
+    entry.supersededBy = other->path.empty() ? other->packageCode : other->path;
     entry.note = "superseded by " + entry.supersededBy;
   }
   return entry;
@@ -147,9 +139,10 @@ Json MakeGalleryJson(const std::vector<GalleryEntry>& entries) {
 
 ExitCode Run(const OutputOptions& output) {
   Report report("gallery", output);
-  const CatalogModules modules;
+  const ModuleSet set;
+  const ModuleIndex modules(set.Modules());
   std::vector<GalleryEntry> entries;
-  for (GalleryFile& file : ReadGalleryFiles()) {
+  for (DescriptionFacts& file : set.Descriptions()) {
     entries.push_back(MakeEntry(std::move(file), modules, report));
   }
   if (report.IsJson()) {

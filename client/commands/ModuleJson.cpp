@@ -1,5 +1,7 @@
 #include "client/commands/ModuleJson.h"
 
+#include "client/commands/ModuleText.h"
+
 namespace mmcat {
 
 namespace {
@@ -8,30 +10,33 @@ Json MakeNumberOrNull(const std::optional<long>& value) {
   return value ? Json(*value) : Json(nullptr);
 }
 
-Json MakeItemJson(const FileContents& file) {
+Json MakeItemJson(const FileFacts& file) {
   return {{"key", file.key},
           {"directory", file.directory},
           {"targetPath", file.targetPath},
-          {"fileName", file.fileName},
+          {"isRedirected", file.isRedirected},
+          {"fileName", FormatFileName(file)},
           {"fileSize", MakeNumberOrNull(file.size)},
           {"version", file.version},
           {"language", file.language},
           {"sequence", MakeNumberOrNull(file.sequence)}};
 }
 
-Json MakeItemJson(const DependencyContents& dependency) {
+Json MakeItemJson(const RequirementFacts& dependency) {
   return {{"key", dependency.key},
           {"moduleId", dependency.moduleId},
           {"language", MakeNumberOrNull(dependency.language)},
-          {"version", dependency.version}};
+          {"version", dependency.version},
+          {"carriedFrom", dependency.carriedFrom}};
 }
 
-Json MakeItemJson(const ExclusionContents& exclusion) {
+Json MakeItemJson(const ExclusionFacts& exclusion) {
   return {{"key", exclusion.key},
           {"moduleId", exclusion.moduleId},
-          {"language", exclusion.language},
+          {"language", exclusion.language ? std::to_string(*exclusion.language) : ""},
           {"minVersion", exclusion.minVersion},
-          {"maxVersion", exclusion.maxVersion}};
+          {"maxVersion", exclusion.maxVersion},
+          {"carriedFrom", exclusion.carriedFrom}};
 }
 
 Json MakeItemJson(const DownloadFileContents& file) {

@@ -32,29 +32,30 @@ std::string FormatNames(const std::string& heading, const std::vector<std::strin
   return text;
 }
 
-std::string FormatFiles(const std::vector<FileContents>& files) {
+std::string FormatFiles(const std::vector<FileFacts>& files) {
   TextTable table(
       {"Key", "Directory", "Target path", "File name", "Size", "Version", "Language", "Sequence"});
-  for (const FileContents& file : files) {
-    table.AddRow({file.key, file.directory, file.targetPath, file.fileName, FormatCell(file.size),
-                  file.version, file.language, FormatCell(file.sequence)});
+  for (const FileFacts& file : files) {
+    table.AddRow({file.key, file.directory, file.targetPath, FormatFileName(file),
+                  FormatCell(file.size), file.version, file.language, FormatCell(file.sequence)});
   }
   return FormatPartHeading("Files", files.size()) + table.ToString(kIndent);
 }
 
-std::string FormatDependencies(const std::vector<DependencyContents>& dependencies) {
-  TextTable table({"Module ID", "Language", "Version"});
-  for (const DependencyContents& dependency : dependencies) {
-    table.AddRow({dependency.moduleId, FormatCell(dependency.language), dependency.version});
+std::string FormatDependencies(const std::vector<RequirementFacts>& dependencies) {
+  TextTable table({"Module ID", "Language", "Version", "Carried from"});
+  for (const RequirementFacts& dependency : dependencies) {
+    table.AddRow({dependency.moduleId, FormatCell(dependency.language), dependency.version,
+                  dependency.carriedFrom});
   }
   return FormatPartHeading("Dependencies", dependencies.size()) + table.ToString(kIndent);
 }
 
-std::string FormatExclusions(const std::vector<ExclusionContents>& exclusions) {
-  TextTable table({"Module ID", "Language", "From version", "To version"});
-  for (const ExclusionContents& exclusion : exclusions) {
-    table.AddRow(
-        {exclusion.moduleId, exclusion.language, exclusion.minVersion, exclusion.maxVersion});
+std::string FormatExclusions(const std::vector<ExclusionFacts>& exclusions) {
+  TextTable table({"Module ID", "Language", "From version", "To version", "Carried from"});
+  for (const ExclusionFacts& exclusion : exclusions) {
+    table.AddRow({exclusion.moduleId, FormatCell(exclusion.language), exclusion.minVersion,
+                  exclusion.maxVersion, exclusion.carriedFrom});
   }
   return FormatPartHeading("Exclusions", exclusions.size()) + table.ToString(kIndent);
 }
@@ -71,6 +72,10 @@ std::string FormatDownloadFiles(const std::vector<DownloadFileContents>& files) 
 std::string FormatYesOrNo(bool value) { return value ? "yes" : "no"; }
 
 }  // namespace
+
+std::string FormatFileName(const FileFacts& file) {
+  return file.shortName.empty() ? file.name : file.shortName + '|' + file.name;
+}
 
 std::string FormatModule(const ModuleContents& module) {
   std::string text = MarkHeading(MakePrintable(module.key)) + '\n';

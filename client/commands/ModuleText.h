@@ -10,4 +10,7 @@ namespace mmcat {
 /// empty. Marked for colours (Style.h).
 std::string FormatModule(const ModuleContents& module);
 
+/// The names of a file as the File table has them: "SHORT.TXT|long name.txt", or one name.
+std::string FormatFileName(const FileFacts& file);
+
 }  // namespace mmcat

@@ -1,9 +1,9 @@
 #include <CLI/CLI.hpp>
 
 #include "client/catalog/Catalog.h"
-#include "client/catalog/CatalogFacts.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
+#include "client/commands/UnknownKey.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {

@@ -1,17 +1,16 @@
 #include <CLI/CLI.hpp>
 
 #include "client/catalog/Catalog.h"
-#include "client/catalog/CatalogFacts.h"
 #include "client/catalog/FileNames.h"
 #include "client/catalog/ModuleContents.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/ModuleText.h"
+#include "client/commands/UnknownKey.h"
 #include "common/FolderFiles.h"
 #include "common/Path.h"
 #include "idl/qmmmupdater2.h"
-#include "merge/FileSearch.h"
 #include "text/Utf.h"
 
 namespace mmcat {
@@ -33,7 +32,7 @@ bool LooksLikeFile(const std::string& argument) {
 /// The files that match a path with wildcards in its last part, or the path itself if none match.
 /// Windows leaves this expansion to programs.
 std::vector<std::string> ExpandWildcards(const std::string& path) {
-  if (!qm::merge::HasWildcard(path)) {
+  if (path.find_first_of("*?") == std::string::npos) {
     return {path};
   }
   const std::string folder = path.substr(0, path.find_last_of("\\/:") + 1);
@@ -44,64 +43,61 @@ std::vector<std::string> ExpandWildcards(const std::string& path) {
   return files.empty() ? std::vector<std::string>{path} : files;
 }
 
-class ModuleWriter {
+/// Collects the modules to show, from files and from the catalog.
+class ModuleCollector {
  public:
-  explicit ModuleWriter(const OutputOptions& output) : m_report("show", output) {}
+  explicit ModuleCollector(Report& report) : m_report(report) {}
 
-  void ShowFile(const std::string& file) {
-    if (!m_fileModule) {
-      m_fileModule = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
-    }
+  void AddFile(const std::string& file) {
     try {
-      ThrowIfFailed(m_fileModule->Open(
-          MakeArgument(qm::common::ResolveFullPath(qm::text::ToWide(file))).Get()));
-      ShowModule(*m_fileModule, file);
+      const auto module = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
+      ThrowIfFailed(
+          module->Open(MakeArgument(qm::common::ResolveFullPath(qm::text::ToWide(file))).Get()));
+      m_modules.emplace_back(module.Get());
     } catch (const ServerFailure& failure) {
       m_report.AddFailure(file, "", failure.HResult(), failure.what());
     }
   }
 
-  void ShowKey(const std::string& key) {
+  /// Returns false if the catalog has no such module.
+  bool AddKey(const std::string& key) {
+    const size_t before = m_modules.size();
     const Catalog catalog;
-    bool isKnown = false;
-    ForEachItem<IMergeModule>(*catalog.FindModules(key, ""), [&](IMergeModule& module) {
-      isKnown = true;
-      qm::common::ComPtr<IMergeModule2> newerModule;
-      ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newerModule.Put()));
-      ShowModule(*newerModule, ReadText(module, &IMergeModule::get_Path));
-    });
-    if (!isKnown) {
+    ForEachItem<IMergeModule>(*catalog.FindModules(key, ""),
+                              [&](IMergeModule& module) { m_modules.emplace_back(&module); });
+    if (m_modules.size() == before) {
       PrintUnknownKey(catalog.Keys(), key);
-      m_outcome = kNothingMatched;
+      return false;
     }
+    return true;
   }
 
-  ExitCode Finish() {
-    m_report.Document()["modules"] = std::move(m_modules);
-    return m_report.Finish(m_outcome);
-  }
+  ModuleObjects Take() { return std::move(m_modules); }
 
  private:
-  void ShowModule(IMergeModule2& module, const std::string& file) {
-    const ModuleContents description = ReadModuleContents(module);
-    if (m_report.IsJson()) {
-      m_modules.push_back(MakeModuleJson(description));
+  Report& m_report;
+  ModuleObjects m_modules;
+};
+
+void ShowModules(ModuleObjects modules, Report& report) {
+  const ModuleSet set(std::move(modules));
+  set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  Json list = Json::array();
+  for (size_t position = 0; position < set.Modules().size(); ++position) {
+    const ModuleContents contents = ReadModuleContents(set, position);
+    if (report.IsJson()) {
+      list.push_back(MakeModuleJson(contents));
     } else {
       // Separate modules by a blank line.
-      m_report.Print((m_isFirst ? "" : "\n") + FormatModule(description));
-      m_isFirst = false;
+      report.Print((position == 0 ? "" : "\n") + FormatModule(contents));
     }
-    for (const PartFailure& failed : description.failures) {
-      m_report.AddFailure(file, failed.part, failed.failure.HResult(), failed.failure.what());
+    for (const PartFailure& failed : contents.failures) {
+      report.AddFailure(contents.path, failed.part, failed.failure.HResult(),
+                        failed.failure.what());
     }
   }
-
-  Report m_report;
-  qm::common::ComPtr<IMergeModule2> m_fileModule;
-  Json m_modules = Json::array();
-  bool m_isFirst = true;
-  ExitCode m_outcome = kSuccess;
-};
+  report.Document()["modules"] = std::move(list);
+}
 
 struct Options {
   std::vector<std::string> subjects;  ///< files, possibly with wildcards, and keys
@@ -115,17 +111,20 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  ModuleWriter writer(output);
+  Report report("show", output);
+  ModuleCollector modules(report);
+  ExitCode outcome = kSuccess;
   for (const std::string& argument : options.subjects) {
     for (const std::string& subject : ExpandWildcards(argument)) {
       if (IsFile(subject) || LooksLikeFile(subject)) {
-        writer.ShowFile(subject);
-      } else {
-        writer.ShowKey(subject);
+        modules.AddFile(subject);
+      } else if (!modules.AddKey(subject)) {
+        outcome = kNothingMatched;
       }
     }
   }
-  return writer.Finish();
+  ShowModules(modules.Take(), report);
+  return report.Finish(outcome);
 }
 
 }  // namespace

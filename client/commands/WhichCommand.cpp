@@ -1,29 +1,21 @@
 #include <CLI/CLI.hpp>
-#include <algorithm>
-#include <map>
+#include <set>
 
 #include "client/catalog/Catalog.h"
-#include "client/catalog/CatalogFacts.h"
-#include "client/catalog/IndexFiles.h"
+#include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/TextTable.h"
-#include "merge/FileSearch.h"
-#include "text/Fold.h"
 
 namespace mmcat {
 
 namespace {
 
-/// A module that delivers a file. The members below `source` are empty if an index is the source.
+/// A module that delivers a file.
 struct Delivery {
-  std::string file;
-  std::string moduleKey;
+  DelivererFacts facts;
+  bool isPresent = false;
   std::string displayName;
-  std::string source;  ///< an index table, or "File table"
-  std::string fileKey;
-  std::string directory;
-  std::string version;
-  std::string path;  ///< the module file
+  std::string path;  ///< the module file; empty if it is not here
 };
 
 /// The name of a file without its path.
@@ -31,70 +23,90 @@ std::string GetFileName(const std::string& file) {
   return file.substr(file.find_last_of("\\/:") + 1);
 }
 
-/// Asks the catalog, which looks in the index tables. The tables themselves are read for the names
-/// that match a pattern, and for which of them has the answer.
-std::vector<Delivery> FindInIndexes(const Catalog& catalog, const std::string& pattern,
-                                    Report& report) {
-  const std::string wanted = qm::text::FoldCase(pattern);
-  std::map<std::string, std::vector<qm::merge::IndexEntry>>
-      entries;  // by file name, in the order of the tables
-  for (qm::merge::IndexEntry& entry : ReadIndexEntries(report)) {
-    if (entry.table != kDisplayNameIndex &&
-        qm::merge::MatchesPattern(qm::text::FoldCase(entry.name), wanted)) {
-      entries[qm::text::FoldCase(entry.name)].push_back(std::move(entry));
-    }
-  }
-  if (!qm::merge::HasWildcard(pattern)) {
-    entries[wanted];  // ask the catalog in any case
-  }
+/// The name that the indexes have for a module that is in no folder; empty if they have none.
+std::string FindIndexedName(const std::string& key) {
+  const std::string name = Catalog().FindDisplayName(key);
+  return name == key ? "" : name;
+}
+
+std::vector<Delivery> FindDeliveries(const ModuleSet& set, const std::string& pattern) {
   std::vector<Delivery> deliveries;
-  for (const auto& [folded, named] : entries) {
-    const std::string name = named.empty() ? pattern : named.front().name;
-    const std::string key = catalog.FindModuleForFile(name);
-    if (key.empty()) {
-      continue;
+  for (DelivererFacts& facts : set.FindDeliverers(pattern)) {
+    Delivery& delivery = deliveries.emplace_back();
+    if (facts.module) {
+      const ModuleFacts& module = set.Modules()[*facts.module];
+      delivery.isPresent = module.isPresent;
+      delivery.displayName = module.displayName;
+      delivery.path = module.path;
+    } else {
+      delivery.displayName = FindIndexedName(facts.moduleKey);
     }
-    const auto entry = std::find_if(
-        named.begin(), named.end(),
-        [&](const qm::merge::IndexEntry& candidate) { return candidate.moduleKey == key; });
-    deliveries.push_back({name, key, catalog.FindDisplayName(key),
-                          entry == named.end() ? "index" : entry->table, "", "", "", ""});
+    delivery.facts = std::move(facts);
   }
   return deliveries;
 }
 
-void FindInFileTables(const std::string& pattern, std::vector<Delivery>& deliveries,
-                      Report& report) {
-  const CatalogFacts catalog = ReadCatalogFacts(kFileTables, report);
-  for (const auto& [position, file] : qm::merge::FindFiles(catalog.mergeModules, pattern)) {
-    const ListedModule& module = catalog.modules[position];
-    deliveries.push_back({std::string(file->name), module.key, module.displayName, "File table",
-                          std::string(file->key), std::string(file->directory),
-                          std::string(file->version), module.path});
+std::string FormatSource(const DelivererFacts& facts) {
+  return facts.copies.empty()      ? facts.indexFile
+         : facts.indexFile.empty() ? "File table"
+                                   : "File table, " + facts.indexFile;
+}
+
+/// The folders that the module installs the file to, each once.
+std::string FormatTargetPaths(const DelivererFacts& facts) {
+  std::string text;
+  std::set<std::string> seen;
+  for (const FileFacts& copy : facts.copies) {
+    if (seen.insert(copy.targetPath).second) {
+      text += (text.empty() ? "" : ", ") + copy.targetPath;
+    }
   }
+  return text;
 }
 
 std::string FormatDeliveries(const std::vector<Delivery>& deliveries) {
-  TextTable table({"File", "Module", "Display name", "Source", "File key", "Directory", "Version",
-                   "Module path"});
+  TextTable table({"File", "Module", "Display name", "Copies", "Source", "Present", "Target path",
+                   "Problem", "Module path"});
   for (const Delivery& delivery : deliveries) {
-    table.AddRow({delivery.file, delivery.moduleKey, delivery.displayName, delivery.source,
-                  delivery.fileKey, delivery.directory, delivery.version, delivery.path});
+    const DelivererFacts& facts = delivery.facts;
+    table.AddRow({facts.file, facts.moduleKey, delivery.displayName,
+                  std::to_string(facts.copies.size()), FormatSource(facts),
+                  delivery.isPresent ? "yes" : "no", FormatTargetPaths(facts), facts.problem,
+                  delivery.path});
   }
   return table.ToString("");
+}
+
+Json MakeCopiesJson(const std::vector<FileFacts>& copies) {
+  Json list = Json::array();
+  for (const FileFacts& copy : copies) {
+    list.push_back({{"key", copy.key},
+                    {"directory", copy.directory},
+                    {"targetPath", copy.targetPath},
+                    {"isRedirected", copy.isRedirected},
+                    {"fileSize", copy.size ? Json(*copy.size) : Json(nullptr)},
+                    {"version", copy.version}});
+  }
+  return list;
+}
+
+const char* GetSource(const DelivererFacts& facts) {
+  return facts.copies.empty() ? "index" : facts.indexFile.empty() ? "file-table" : "both";
 }
 
 Json MakeDeliveriesJson(const std::vector<Delivery>& deliveries) {
   Json list = Json::array();
   for (const Delivery& delivery : deliveries) {
-    list.push_back({{"file", delivery.file},
-                    {"module", delivery.moduleKey},
+    const DelivererFacts& facts = delivery.facts;
+    list.push_back({{"file", facts.file},
+                    {"module", facts.moduleKey},
                     {"displayName", delivery.displayName},
-                    {"source", delivery.source},
-                    {"fileKey", delivery.fileKey},
-                    {"directory", delivery.directory},
-                    {"version", delivery.version},
-                    {"path", delivery.path}});
+                    {"source", GetSource(facts)},
+                    {"indexFile", facts.indexFile},
+                    {"present", delivery.isPresent},
+                    {"path", delivery.path},
+                    {"copies", MakeCopiesJson(facts.copies)},
+                    {"problem", facts.problem}});
   }
   return list;
 }
@@ -109,12 +121,10 @@ void AddArguments(CLI::App& parser, Options& options) {
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& file = options.file;
-  Report report("which", output);
-  const std::string pattern = GetFileName(file);
-  std::vector<Delivery> deliveries = FindInIndexes(Catalog(), pattern, report);
-  if (deliveries.empty() || qm::merge::HasWildcard(pattern)) {
-    FindInFileTables(pattern, deliveries, report);
-  }
+  Report report("which", output, 2);
+  const ModuleSet set;
+  set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
+  const std::vector<Delivery> deliveries = FindDeliveries(set, GetFileName(file));
   report.Document().update({{"file", file}, {"deliveries", MakeDeliveriesJson(deliveries)}});
   if (deliveries.empty()) {
     PrintRemark(file + ": no module delivers this file");

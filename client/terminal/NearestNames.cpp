@@ -69,4 +69,12 @@ std::vector<std::string> FindNearestNames(const std::string& wanted,
   return nearest;
 }
 
+std::string FormatSuggestion(const std::vector<std::string>& nearestNames) {
+  std::string text;
+  for (const std::string& name : nearestNames) {
+    text += (text.empty() ? "; did you mean " : " or ") + name;
+  }
+  return text;
+}
+
 }  // namespace mmcat

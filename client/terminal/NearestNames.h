@@ -11,4 +11,7 @@ namespace mmcat {
 std::vector<std::string> FindNearestNames(const std::string& wanted,
                                           const std::vector<std::string>& names);
 
+/// The end of a remark that suggests these names: "; did you mean A or B". Empty if there are none.
+std::string FormatSuggestion(const std::vector<std::string>& nearestNames);
+
 }  // namespace mmcat

@@ -9,10 +9,10 @@
 
 namespace mmcat {
 
-Report::Report(const std::string& command, const OutputOptions& options)
+Report::Report(const std::string& command, const OutputOptions& options, int documentVersion)
     : m_format(options.format),
       m_colors(!IsJson() && !options.noColor && EnableColors()),
-      m_document{{"schema", "mmcat/" + command + "/1"}} {}
+      m_document{{"schema", "mmcat/" + command + '/' + std::to_string(documentVersion)}} {}
 
 void Report::Print(const std::string& text) {
   if (!IsJson()) {

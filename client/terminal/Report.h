@@ -26,7 +26,7 @@ class Report {
  public:
   /// `command` is the command's name. The document begins with the member "schema", made of that
   /// name and the version of the document.
-  Report(const std::string& command, const OutputOptions& options);
+  Report(const std::string& command, const OutputOptions& options, int documentVersion = 1);
 
   bool IsJson() const { return m_format == OutputFormat::JsonDocument; }
 

@@ -1,0 +1,190 @@
+#include "client/catalog/ModuleCollection.h"
+
+#include <algorithm>
+#include <memory>
+#include <new>
+
+#include "common/Bstr.h"
+#include "common/CollectionIndex.h"
+#include "common/IgnoringCase.h"
+
+namespace mmcat {
+
+namespace {
+
+/// Counts the references to an object of one interface, which belongs to one thread.
+template <class Interface>
+class Object : public Interface {
+ public:
+  Object() = default;
+  virtual ~Object() = default;
+  Object(const Object&) = delete;
+  Object& operator=(const Object&) = delete;
+
+  STDMETHOD_(ULONG, AddRef)() override { return ++m_references; }
+  STDMETHOD_(ULONG, Release)() override {
+    const ULONG left = --m_references;
+    if (left == 0) {
+      delete this;
+    }
+    return left;
+  }
+
+ protected:
+  /// Answers QueryInterface for IUnknown and the given interfaces, bases of `Interface`.
+  template <class... Interfaces>
+  HRESULT Query(REFIID iid, void** out) {
+    if (!out) {
+      return E_POINTER;
+    }
+    const bool isKnown = iid == __uuidof(IUnknown) || (... || (iid == __uuidof(Interfaces)));
+    *out = isKnown ? static_cast<Interface*>(this) : nullptr;
+    if (!isKnown) {
+      return E_NOINTERFACE;
+    }
+    AddRef();
+    return S_OK;
+  }
+
+ private:
+  ULONG m_references = 1;
+};
+
+using SharedModules = std::shared_ptr<const ModuleObjects>;
+
+class ModuleEnumerator final : public Object<IEnumVARIANT> {
+ public:
+  ModuleEnumerator(SharedModules modules, size_t next)
+      : m_modules(std::move(modules)), m_next(next) {}
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    return Query<IEnumVARIANT>(iid, out);
+  }
+
+  STDMETHOD(Next)(ULONG count, VARIANT* values, ULONG* fetched) override {
+    if (!values || (!fetched && count != 1)) {
+      return E_POINTER;
+    }
+    ULONG copied = 0;
+    for (; copied < count && m_next < m_modules->size(); ++copied, ++m_next) {
+      values[copied].vt = VT_DISPATCH;
+      values[copied].pdispVal = qm::common::ComPtr<IMergeModule>((*m_modules)[m_next]).Detach();
+    }
+    if (fetched) {
+      *fetched = copied;
+    }
+    return copied == count ? S_OK : S_FALSE;
+  }
+
+  STDMETHOD(Skip)(ULONG count) override {
+    const size_t left = m_modules->size() - m_next;
+    m_next += std::min<size_t>(count, left);
+    return count <= left ? S_OK : S_FALSE;
+  }
+
+  STDMETHOD(Reset)() override {
+    m_next = 0;
+    return S_OK;
+  }
+
+  STDMETHOD(Clone)(IEnumVARIANT** clone) override {
+    if (!clone) {
+      return E_POINTER;
+    }
+    *clone = new (std::nothrow) ModuleEnumerator(m_modules, m_next);
+    return *clone ? S_OK : E_OUTOFMEMORY;
+  }
+
+ private:
+  SharedModules m_modules;
+  size_t m_next;
+};
+
+class ModuleCollection final : public Object<IMergeModules> {
+ public:
+  ModuleCollection(ModuleObjects modules, std::function<void()> onItem)
+      : m_modules(std::make_shared<const ModuleObjects>(std::move(modules))),
+        m_onItem(std::move(onItem)) {}
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    return Query<IMergeModules, IDispatch>(iid, out);
+  }
+
+  STDMETHOD(get_Item)(VARIANT index, IMergeModule** item) override {
+    if (!item) {
+      return E_POINTER;
+    }
+    *item = nullptr;
+    const qm::common::CollectionIndex wanted(index);
+    const size_t position = wanted.IsKey() ? Find(wanted.Key()) : wanted.Position();
+    if (position >= m_modules->size()) {
+      return E_INVALIDARG;
+    }
+    if (m_onItem) {
+      m_onItem();
+    }
+    *item = qm::common::ComPtr<IMergeModule>((*m_modules)[position]).Detach();
+    return S_OK;
+  }
+
+  STDMETHOD(get_Count)(long* count) override {
+    if (!count) {
+      return E_POINTER;
+    }
+    *count = static_cast<long>(m_modules->size());
+    return S_OK;
+  }
+
+  STDMETHOD(get__NewEnum)(IUnknown** enumerator) override { return MakeEnumerator(enumerator); }
+  STDMETHOD(get_Enumerator)(IEnumVARIANT** enumerator) override {
+    return MakeEnumerator(enumerator);
+  }
+
+  STDMETHOD(GetTypeInfoCount)(UINT* count) override {
+    if (!count) {
+      return E_POINTER;
+    }
+    *count = 0;
+    return S_OK;
+  }
+  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+  STDMETHOD(Invoke)
+  (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
+    return E_NOTIMPL;
+  }
+
+ private:
+  /// Returns the position of the first module with this key, or the number of modules.
+  size_t Find(std::wstring_view key) const {
+    const auto hasKey = [&](const qm::common::ComPtr<IMergeModule>& module) {
+      qm::common::UniqueBstr text;
+      return SUCCEEDED(module->get_Key(text.Put())) &&
+             qm::common::EqualsIgnoringCase(qm::common::ViewOf(text.Get()), key);
+    };
+    return static_cast<size_t>(std::find_if(m_modules->begin(), m_modules->end(), hasKey) -
+                               m_modules->begin());
+  }
+
+  template <class Interface>
+  HRESULT MakeEnumerator(Interface** enumerator) {
+    if (!enumerator) {
+      return E_POINTER;
+    }
+    *enumerator = new (std::nothrow) ModuleEnumerator(m_modules, 0);
+    return *enumerator ? S_OK : E_OUTOFMEMORY;
+  }
+
+  SharedModules m_modules;
+  std::function<void()> m_onItem;
+};
+
+}  // namespace
+
+qm::common::ComPtr<IMergeModules> MakeModuleCollection(ModuleObjects modules,
+                                                       std::function<void()> onItem) {
+  return qm::common::ComPtr<IMergeModules>::Adopt(
+      new ModuleCollection(std::move(modules), std::move(onItem)));
+}
+
+}  // namespace mmcat

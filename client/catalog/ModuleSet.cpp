@@ -1,0 +1,260 @@
+#include "client/catalog/ModuleSet.h"
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/Properties.h"
+#include "client/catalog/Value.h"
+
+namespace mmcat {
+
+namespace {
+
+using qm::common::ComPtr;
+
+/// The position of a module that an object of the set returned; no value for Nothing.
+std::optional<size_t> PositionOf(const ComPtr<ISetModule>& module) {
+  return module ? std::optional<size_t>(ReadNumber(*module, &ISetModule::get_Number) - 1)
+                : std::nullopt;
+}
+
+template <class Interface>
+std::optional<size_t> ReadOptionalPosition(
+    Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(ISetModule**)) {
+  return PositionOf(ReadObject(object, property));
+}
+
+template <class Interface>
+size_t ReadPosition(Interface& object,
+                    HRESULT (STDMETHODCALLTYPE Interface::*property)(ISetModule**)) {
+  return ReadOptionalPosition(object, property).value();
+}
+
+std::vector<size_t> ReadPositions(ISetModules& modules) {
+  std::vector<size_t> positions;
+  ForEachItem<ISetModule>(modules, [&](ISetModule& module) {
+    positions.push_back(*PositionOf(ComPtr<ISetModule>(&module)));
+  });
+  return positions;
+}
+
+ModuleFacts ReadModuleFacts(ISetModule& module) {
+  return {ReadText(module, &ISetModule::get_Key),
+          ReadText(module, &ISetModule::get_ModuleID),
+          ReadText(module, &ISetModule::get_Version),
+          ReadText(module, &ISetModule::get_DisplayName),
+          ReadText(module, &ISetModule::get_PackageCode),
+          ReadText(module, &ISetModule::get_Path),
+          ReadFlag(module, &ISetModule::get_IsFromGallery),
+          ReadFlag(module, &ISetModule::get_IsPresent),
+          ComPtr<ISetModule>(&module)};
+}
+
+std::vector<FileFacts> ReadFiles(ISetFiles& files) {
+  std::vector<FileFacts> list;
+  ForEachItem<ISetFile>(files, [&](ISetFile& file) {
+    list.push_back(
+        {ReadPosition(file, &ISetFile::get_Module), ReadText(file, &ISetFile::get_Key),
+         ReadText(file, &ISetFile::get_Name), ReadText(file, &ISetFile::get_ShortName),
+         ReadText(file, &ISetFile::get_Directory), ReadText(file, &ISetFile::get_TargetPath),
+         ReadFlag(file, &ISetFile::get_IsRedirected), ReadOptionalNumber(file, &ISetFile::get_Size),
+         ReadText(file, &ISetFile::get_Version), ReadText(file, &ISetFile::get_Language),
+         ReadOptionalNumber(file, &ISetFile::get_Sequence)});
+  });
+  return list;
+}
+
+RequirementFacts ReadRequirement(ISetRequirement& requirement) {
+  return {ReadText(requirement, &ISetRequirement::get_Key),
+          ReadText(requirement, &ISetRequirement::get_ModuleID),
+          ReadOptionalNumber(requirement, &ISetRequirement::get_Language),
+          ReadText(requirement, &ISetRequirement::get_Version),
+          ReadText(requirement, &ISetRequirement::get_CarriedFrom),
+          ReadFlag(requirement, &ISetRequirement::get_IsMetWithin),
+          ReadOptionalPosition(requirement, &ISetRequirement::get_SatisfiedBy),
+          ReadText(requirement, &ISetRequirement::get_Reason)};
+}
+
+std::vector<ExclusionFacts> ReadExclusions(ISetExclusions& exclusions) {
+  std::vector<ExclusionFacts> list;
+  ForEachItem<ISetExclusion>(exclusions, [&](ISetExclusion& exclusion) {
+    list.push_back({ReadPosition(exclusion, &ISetExclusion::get_Module),
+                    ReadText(exclusion, &ISetExclusion::get_Key),
+                    ReadText(exclusion, &ISetExclusion::get_ModuleID),
+                    ReadOptionalNumber(exclusion, &ISetExclusion::get_Language),
+                    ReadText(exclusion, &ISetExclusion::get_MinVersion),
+                    ReadText(exclusion, &ISetExclusion::get_MaxVersion),
+                    ReadText(exclusion, &ISetExclusion::get_CarriedFrom),
+                    ReadPositions(*ReadObject(exclusion, &ISetExclusion::get_ExcludedModules))});
+  });
+  return list;
+}
+
+FindingFacts ReadFinding(ISetFinding& finding) {
+  FindingFacts facts{
+      ReadText(finding, &ISetFinding::get_Code), {}, ReadText(finding, &ISetFinding::get_Text)};
+  Value keys;
+  ThrowIfFailed(finding.get_ModuleKeys(&keys.Get()));
+  facts.moduleKeys = keys.Texts();
+  return facts;
+}
+
+}  // namespace
+
+ModuleSet::ModuleSet() {
+  Progress progress;
+  ModuleObjects modules;
+  ForEachItem<IMergeModule>(*Catalog().Modules(),
+                            [&](IMergeModule& module) { modules.emplace_back(&module); });
+  Load(std::move(modules), progress);
+}
+
+ModuleSet::ModuleSet(ModuleObjects modules) {
+  Progress progress;
+  Load(std::move(modules), progress);
+}
+
+void ModuleSet::Load(ModuleObjects modules, Progress& progress) {
+  progress.SetTotal(modules.size());
+  const ComPtr<IMergeModules> collection =
+      MakeModuleCollection(std::move(modules), [&] { progress.CountModule(); });
+  m_set = CreateObject<IMergeSet>(CLSID_MergeSet, "QmMergeSet.dll");
+  ThrowIfFailed(m_set->Load(collection.Get()));
+  ForEachItem<ISetModule>(*ReadObject(*m_set, &IMergeSet::get_Modules), [&](ISetModule& module) {
+    m_modules.push_back(ReadModuleFacts(module));
+  });
+}
+
+std::vector<std::string> ModuleSet::Keys() const {
+  std::vector<std::string> keys;
+  keys.reserve(m_modules.size());
+  for (const ModuleFacts& module : m_modules) {
+    keys.push_back(module.key);
+  }
+  return keys;
+}
+
+void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
+  ForEachItem<ISetFailure>(
+      *ReadObject(*m_set, &IMergeSet::get_Failures), [&](ISetFailure& failure) {
+        if (files == FailuresOf::ModulesAndIndexes ||
+            ReadObject(failure, &ISetFailure::get_Module)) {
+          report.AddFailure(ReadText(failure, &ISetFailure::get_Path), "",
+                            ReadNumber(failure, &ISetFailure::get_Code),
+                            ToOneLine(ReadText(failure, &ISetFailure::get_Text)));
+        }
+      });
+}
+
+std::vector<size_t> ModuleSet::FindModules(const std::string& key) const {
+  ComPtr<ISetModules> modules;
+  ThrowIfFailed(m_set->FindModules(MakeArgument(key).Get(), modules.Put()));
+  return ReadPositions(*modules);
+}
+
+std::vector<FindingFacts> ModuleSet::Check(const std::vector<std::string>& keys) const {
+  Value argument = keys.empty() ? Value() : Value(keys);
+  ComPtr<ISetFindings> findings;
+  ThrowIfFailed(m_set->Check(argument.Get(), findings.Put()));
+  std::vector<FindingFacts> list;
+  ForEachItem<ISetFinding>(*findings,
+                           [&](ISetFinding& finding) { list.push_back(ReadFinding(finding)); });
+  return list;
+}
+
+PlanFacts ModuleSet::Plan(const std::vector<std::string>& keys) const {
+  Value argument(keys);
+  ComPtr<IMergePlan> plan;
+  ThrowIfFailed(m_set->Plan(argument.Get(), plan.Put()));
+  PlanFacts facts;
+  ForEachItem<IPlannedModule>(
+      *ReadObject(*plan, &IMergePlan::get_Modules), [&](IPlannedModule& planned) {
+        facts.modules.push_back({ReadPosition(planned, &IPlannedModule::get_Module),
+                                 ReadOptionalPosition(planned, &IPlannedModule::get_NeededBy),
+                                 ReadText(planned, &IPlannedModule::get_Reason)});
+      });
+  ForEachItem<IMissingModule>(
+      *ReadObject(*plan, &IMergePlan::get_Missing), [&](IMissingModule& missing) {
+        facts.missing.push_back(
+            {ReadPosition(missing, &IMissingModule::get_NeededBy),
+             ReadRequirement(*ReadObject(missing, &IMissingModule::get_Requirement)),
+             ReadText(missing, &IMissingModule::get_Reason)});
+      });
+  ForEachItem<ISetModules>(*ReadObject(*plan, &IMergePlan::get_Cycles), [&](ISetModules& cycle) {
+    facts.cycles.push_back(ReadPositions(cycle));
+  });
+  return facts;
+}
+
+std::vector<RequirementFacts> ModuleSet::RequirementsOf(size_t module) const {
+  std::vector<RequirementFacts> list;
+  ForEachItem<ISetRequirement>(
+      *ReadObject(*m_modules[module].object, &ISetModule::get_Requirements),
+      [&](ISetRequirement& requirement) { list.push_back(ReadRequirement(requirement)); });
+  return list;
+}
+
+std::vector<UserFacts> ModuleSet::UsersOf(size_t module) const {
+  std::vector<UserFacts> list;
+  ForEachItem<IModuleUser>(*ReadObject(*m_modules[module].object, &ISetModule::get_Users),
+                           [&](IModuleUser& user) {
+                             list.push_back({ReadPosition(user, &IModuleUser::get_Module),
+                                             ReadPosition(user, &IModuleUser::get_Through)});
+                           });
+  return list;
+}
+
+std::vector<ExclusionFacts> ModuleSet::Exclusions() const {
+  ComPtr<ISetExclusions> exclusions;
+  ThrowIfFailed(m_set->ExclusionsOf(nullptr, exclusions.Put()));
+  return ReadExclusions(*exclusions);
+}
+
+std::vector<ExclusionFacts> ModuleSet::ExclusionsOf(size_t module) const {
+  return ReadExclusions(*ReadObject(*m_modules[module].object, &ISetModule::get_Exclusions));
+}
+
+std::vector<FileFacts> ModuleSet::FindFiles(const std::string& pattern) const {
+  ComPtr<ISetFiles> files;
+  ThrowIfFailed(m_set->FindFiles(MakeArgument(pattern).Get(), files.Put()));
+  return ReadFiles(*files);
+}
+
+std::vector<FileFacts> ModuleSet::FilesOf(size_t module) const {
+  return ReadFiles(*ReadObject(*m_modules[module].object, &ISetModule::get_Files));
+}
+
+std::vector<DelivererFacts> ModuleSet::FindDeliverers(const std::string& fileName) const {
+  ComPtr<IFileDeliverers> deliverers;
+  ThrowIfFailed(m_set->FindDeliverers(MakeArgument(fileName).Get(), deliverers.Put()));
+  std::vector<DelivererFacts> list;
+  ForEachItem<IFileDeliverer>(*deliverers, [&](IFileDeliverer& deliverer) {
+    list.push_back({ReadText(deliverer, &IFileDeliverer::get_FileName),
+                    ReadText(deliverer, &IFileDeliverer::get_ModuleKey),
+                    ReadOptionalPosition(deliverer, &IFileDeliverer::get_Module),
+                    ReadFiles(*ReadObject(deliverer, &IFileDeliverer::get_Files)),
+                    ReadText(deliverer, &IFileDeliverer::get_IndexFile),
+                    ReadText(deliverer, &IFileDeliverer::get_Problem)});
+  });
+  return list;
+}
+
+std::vector<DescriptionFacts> ModuleSet::Descriptions() const {
+  std::vector<DescriptionFacts> list;
+  ForEachItem<IGalleryDescription>(
+      *ReadObject(*m_set, &IMergeSet::get_GalleryDescriptions),
+      [&](IGalleryDescription& description) {
+        list.push_back({ReadText(description, &IGalleryDescription::get_Path),
+                        ReadText(description, &IGalleryDescription::get_PackageCode),
+                        ReadText(description, &IGalleryDescription::get_ModuleID),
+                        ReadText(description, &IGalleryDescription::get_Key),
+                        ReadText(description, &IGalleryDescription::get_Version),
+                        {}});
+        const HRESULT code = ReadNumber(description, &IGalleryDescription::get_FailureCode);
+        if (FAILED(code)) {
+          list.back().failure.emplace(
+              code, ToOneLine(ReadText(description, &IGalleryDescription::get_Failure)));
+        }
+      });
+  return list;
+}
+
+}  // namespace mmcat

@@ -1,0 +1,167 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "client/catalog/ModuleCollection.h"
+#include "client/catalog/ServerFailure.h"
+#include "client/terminal/Progress.h"
+#include "client/terminal/Report.h"
+#include "idl/mergeset.h"
+
+namespace mmcat {
+
+// What the set component answers, as plain values. Texts are UTF-8. A number that is null in a
+// module's table has no value. A module is named by its position in ModuleSet::Modules.
+
+/// A module of the set.
+struct ModuleFacts {
+  std::string key;
+  std::string moduleId;
+  std::string version;
+  std::string displayName;
+  std::string packageCode;
+  std::string path;  ///< empty if the module is not on this machine
+  bool isFromGallery = false;
+  bool isPresent = true;
+  qm::common::ComPtr<ISetModule> object;  ///< for further queries
+};
+
+struct FileFacts {
+  size_t module;
+  std::string key;
+  std::string name;  ///< long name, or the only one
+  std::string shortName;
+  std::string directory;   ///< key in the Directory table
+  std::string targetPath;  ///< such as "[SystemFolder]drivers"
+  bool isRedirected;       ///< the user of the module decides where it is
+  std::optional<long> size;
+  std::string version;
+  std::string language;
+  std::optional<long> sequence;
+};
+
+struct RequirementFacts {
+  std::string key;
+  std::string moduleId;
+  std::optional<long> language;
+  std::string version;
+  std::string carriedFrom;  ///< key of a module that was merged into the one with the row
+  bool isMetWithin;
+  std::optional<size_t> satisfiedBy;
+  std::string reason;  ///< why that module was chosen, or why none satisfies it
+};
+
+struct ExclusionFacts {
+  size_t module;
+  std::string key;
+  std::string moduleId;
+  std::optional<long> language;
+  std::string minVersion;
+  std::string maxVersion;
+  std::string carriedFrom;  ///< as in RequirementFacts
+  std::vector<size_t> excluded;
+};
+
+struct FindingFacts {
+  std::string code;
+  std::vector<std::string> moduleKeys;
+  std::string text;
+};
+
+struct PlannedFacts {
+  size_t module;
+  std::optional<size_t> neededBy;
+  std::string reason;
+};
+
+struct MissingFacts {
+  size_t neededBy;
+  RequirementFacts requirement;
+  std::string reason;
+};
+
+struct PlanFacts {
+  std::vector<PlannedFacts> modules;
+  std::vector<MissingFacts> missing;
+  std::vector<std::vector<size_t>> cycles;
+};
+
+struct UserFacts {
+  size_t module;
+  size_t through;
+};
+
+struct DelivererFacts {
+  std::string file;
+  std::string moduleKey;
+  std::optional<size_t> module;  ///< no value if only an index names it
+  std::vector<FileFacts> copies;
+  std::string indexFile;  ///< empty if no index names the module for the file
+  std::string problem;    ///< of the index
+};
+
+struct DescriptionFacts {
+  std::string path;
+  std::string packageCode;
+  std::string moduleId;
+  std::string key;
+  std::string version;
+  std::optional<ServerFailure> failure;
+};
+
+/// A set of modules that the set component has read. Every member throws ServerFailure if a call of
+/// the component fails.
+class ModuleSet {
+ public:
+  /// Loads the modules of the catalog, and shows progress on a console.
+  ModuleSet();
+
+  /// Loads the given modules in the same way.
+  explicit ModuleSet(ModuleObjects modules);
+
+  const std::vector<ModuleFacts>& Modules() const noexcept { return m_modules; }
+
+  std::vector<std::string> Keys() const;
+
+  enum class FailuresOf { Modules, ModulesAndIndexes };
+
+  /// Adds the files that could not be read to the report.
+  void AddFailures(FailuresOf files, Report& report) const;
+
+  /// The modules that a key means, in ascending order.
+  std::vector<size_t> FindModules(const std::string& key) const;
+
+  /// Checks the modules of the keys and what they need; without keys, everything.
+  std::vector<FindingFacts> Check(const std::vector<std::string>& keys) const;
+
+  PlanFacts Plan(const std::vector<std::string>& keys) const;
+
+  std::vector<RequirementFacts> RequirementsOf(size_t module) const;
+
+  std::vector<UserFacts> UsersOf(size_t module) const;
+
+  /// All exclusions, in the order of the modules and their tables.
+  std::vector<ExclusionFacts> Exclusions() const;
+
+  /// The exclusions of one module.
+  std::vector<ExclusionFacts> ExclusionsOf(size_t module) const;
+
+  /// An empty pattern matches every file.
+  std::vector<FileFacts> FindFiles(const std::string& pattern) const;
+
+  std::vector<FileFacts> FilesOf(size_t module) const;
+
+  std::vector<DelivererFacts> FindDeliverers(const std::string& fileName) const;
+
+  std::vector<DescriptionFacts> Descriptions() const;
+
+ private:
+  void Load(ModuleObjects modules, Progress& progress);
+
+  qm::common::ComPtr<IMergeSet> m_set;
+  std::vector<ModuleFacts> m_modules;
+};
+
+}  // namespace mmcat
