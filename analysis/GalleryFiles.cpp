@@ -44,7 +44,7 @@ GalleryDescription Describe(const common::WideString& folder, std::wstring_view 
   description.path = text::ToUtf8(common::JoinPath(folder, fileName));
   description.packageCode = text::ToUtf8(fileName.substr(0, fileName.size() - kExtension.size()));
   if (const auto failure = CaptureFailure([&] { ReadIdentity(description); })) {
-    description.failure = text::ToUtf8(failure->description);
+    description.failure = DescribeFailure(*failure, description.path);
     description.failureCode = failure->hr;
   }
   return description;
@@ -152,7 +152,7 @@ HRESULT ReadDescription(merge::Module& module,
   if (!failure) {
     return S_OK;
   }
-  module.failure = text::ToUtf8(failure->description);
+  module.failure = DescribeFailure(*failure, module.path);
   return failure->hr;
 }
 

@@ -55,7 +55,7 @@ void AddIndexFile(const common::WideString& folder, const IndexFile& file,
   std::vector<merge::IndexEntry> entries;
   if (const auto failure = CaptureFailure([&] { ReadIndexFile(path, file, entries); })) {
     failures.push_back(
-        {text::ToUtf8(path), text::ToUtf8(failure->description), failure->hr});
+        {text::ToUtf8(path), DescribeFailure(*failure, text::ToUtf8(path)), failure->hr});
   } else {
     all.insert(all.end(), std::make_move_iterator(entries.begin()),
                std::make_move_iterator(entries.end()));

@@ -6,6 +6,8 @@
 #include <optional>
 #include <string>
 
+#include "com/error/com_exception.h"
+
 namespace qm::analysis {
 
 /// A file that MergeSet.Load could not read, or not completely.
@@ -15,5 +17,8 @@ struct LoadFailure {
   HRESULT code = E_FAIL;
   std::optional<size_t> module = {};  ///< position; std::nullopt for an index file
 };
+
+/// Returns the description of a failure to read a file as one line without the file's path.
+std::string DescribeFailure(const com_exception& failure, const std::string& path);
 
 }  // namespace qm::analysis

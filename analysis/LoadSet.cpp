@@ -144,7 +144,7 @@ HRESULT ReadFile(merge::Module& module) {
 HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, merge::Module& module,
                    std::vector<std::unique_ptr<const std::string>>& texts) {
   if (const auto failure = CaptureFailure([&] { ReadIdentity(object, module); })) {
-    module.failure = text::ToUtf8(failure->description);
+    module.failure = DescribeFailure(*failure, module.path);
     return failure->hr;
   }
   if (module.isFromGallery && !module.path.empty() &&

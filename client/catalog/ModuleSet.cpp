@@ -133,15 +133,15 @@ std::vector<std::string> ModuleSet::Keys() const {
 }
 
 void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
-  ForEachItem<ISetFailure>(
-      *ReadObject(*m_set, &IMergeSet::get_Failures), [&](ISetFailure& failure) {
-        if (files == FailuresOf::ModulesAndIndexes ||
-            ReadObject(failure, &ISetFailure::get_Module)) {
-          report.AddFailure(ReadText(failure, &ISetFailure::get_Path), "",
-                            ReadNumber(failure, &ISetFailure::get_Code),
-                            ToOneLine(ReadText(failure, &ISetFailure::get_Text)));
-        }
-      });
+  ForEachItem<ISetFailure>(*ReadObject(*m_set, &IMergeSet::get_Failures),
+                           [&](ISetFailure& failure) {
+                             if (files == FailuresOf::ModulesAndIndexes ||
+                                 ReadObject(failure, &ISetFailure::get_Module)) {
+                               report.AddFailure(ReadText(failure, &ISetFailure::get_Path), "",
+                                                 ReadNumber(failure, &ISetFailure::get_Code),
+                                                 ReadText(failure, &ISetFailure::get_Text));
+                             }
+                           });
 }
 
 std::vector<size_t> ModuleSet::FindModules(const std::string& key) const {
@@ -250,8 +250,8 @@ std::vector<DescriptionFacts> ModuleSet::Descriptions() const {
                         {}});
         const HRESULT code = ReadNumber(description, &IGalleryDescription::get_FailureCode);
         if (FAILED(code)) {
-          list.back().failure.emplace(
-              code, ToOneLine(ReadText(description, &IGalleryDescription::get_Failure)));
+          list.back().failure.emplace(code,
+                                      ReadText(description, &IGalleryDescription::get_Failure));
         }
       });
   return list;
