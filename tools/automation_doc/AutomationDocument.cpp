@@ -36,6 +36,15 @@ std::string WrapParagraph(const std::string& text) {
   return lines + text.substr(begin) + "\n\n";
 }
 
+/// Keeps Markdown from reading "<NAME>" as a tag.
+std::string EscapeTags(const std::string& text) {
+  std::string escaped;
+  for (const char c : text) {
+    escaped += c == '<' ? std::string("\\<") : std::string(1, c);
+  }
+  return escaped;
+}
+
 std::string FormatExample(const Examples::Example& example) {
   return "    " + example.line + "\n\n";
 }
@@ -53,7 +62,7 @@ std::string FormatMember(const MemberDescription& member, bool isCppOnly) {
     text = FormatCode(member.signature) + "  \n" +
            WrapParagraph(FormatCode(member.declaration) + ", " + FormatSlot(member));
   }
-  text += WrapParagraph(member.help);
+  text += WrapParagraph(EscapeTags(member.help));
   if (!member.errors.empty()) {
     text += WrapParagraph("Errors: " + member.errors);
   }

@@ -8,7 +8,7 @@
 
 namespace qm::docs {
 
-/// Returns the reference of the automation server in Markdown: `frame`, with its lines
+/// Returns the reference of automation objects in Markdown: `frame`, with its lines
 /// "@CONTENTS@", "@CLASSES@", "@COLLECTIONS@" and "@INTERFACES@" filled in.
 ///
 /// Collections are described once, because they differ only in their elements. Throws

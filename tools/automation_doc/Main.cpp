@@ -1,4 +1,4 @@
-// automation_doc: writes the reference of the automation server from its type libraries.
+// automation_doc: writes the reference of automation objects from their type libraries.
 //
 //   automation_doc FRAME EXAMPLES INTERFACES.tlb CLASSES.tlb MANIFEST OUTPUT
 
