@@ -4,6 +4,10 @@
 //
 // The server must be registered. Exits with 0 if a module delivers the file, otherwise with 1.
 
+if (WScript.Arguments.length < 2) {
+  WScript.Echo("usage: FindFile.js NAME FILE.msm...");
+  WScript.Quit(2);
+}
 var wanted = WScript.Arguments(0).toLowerCase();
 var module = new ActiveXObject("QmMMUpdater.MergeModule2");
 var found = 0;

@@ -4,6 +4,10 @@
 //
 // The server must be registered. Exits with 0 if there is such a module, otherwise with 3.
 
+if (WScript.Arguments.length < 1) {
+  WScript.Echo("usage: FindModule.js ID[:LANGUAGE] [VERSION]");
+  WScript.Quit(2);
+}
 var installerProject = 1;
 var catalog = new ActiveXObject("QmMMUpdater.MMCatalogManager").GetCatalog(installerProject);
 var query = WScript.Arguments(0);

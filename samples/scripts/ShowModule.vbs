@@ -7,6 +7,7 @@
 Option Explicit
 
 Dim module, i, exitCode
+If WScript.Arguments.Count = 0 Then WScript.Echo "usage: ShowModule.vbs FILE.msm...": WScript.Quit 2
 Set module = CreateObject("QmMMUpdater.MergeModule2")
 exitCode = 0
 For i = 0 To WScript.Arguments.Count - 1
