@@ -11,7 +11,6 @@
 //   pass         its baseline: FindFirstFileW/FindNextFileW and CompareFileTime
 //   changed      a list when one file was rewritten
 //   find         one call of FindModule
-//   search       one call of FindFiles with a pattern, on a set that was loaded before
 //   memory       heap bytes per module
 
 #include <windows.h>
@@ -29,12 +28,14 @@
 
 #include "bench/HeapBytes.h"
 #include "bench/Measure.h"
+#include "bench/Objects.h"
 #include "client/catalog/Properties.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
-#include "idl/mergeset.h"
 #include "idl/qmmmupdater.h"
 #include "idl/qmmmupdater2.h"
+
+namespace qm::bench {
 
 namespace {
 
@@ -42,17 +43,6 @@ struct ListedFile {
   std::wstring name;
   FILETIME lastWrite;
 };
-
-[[noreturn]] void Fail(const char* what, long code) {
-  std::fprintf(stderr, "bench_catalog: %s: 0x%08lX\n", what, static_cast<unsigned long>(code));
-  std::exit(1);
-}
-
-void ThrowIfFailed(const char* what, HRESULT hr) {
-  if (FAILED(hr)) {
-    Fail(what, hr);
-  }
-}
 
 /// Makes the application services return `folder` as the module search path and nothing else.
 void Configure(const wchar_t* folder) {
@@ -63,59 +53,21 @@ void Configure(const wchar_t* folder) {
   }
 }
 
-/// Creates an object of a class in a DLL of the build.
-template <class Interface>
-qm::common::ComPtr<Interface> NewObject(const wchar_t* dll, REFCLSID clsid) {
-  wchar_t path[MAX_PATH];
-  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  *std::wcsrchr(path, L'\\') = L'\0';
-  const HMODULE library = ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\" + dll).c_str());
-  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  const auto getClassObject = reinterpret_cast<GetClassObject>(
-      reinterpret_cast<void*>(::GetProcAddress(library, "DllGetClassObject")));
-  qm::common::ComPtr<IClassFactory> factory;
-  qm::common::ComPtr<Interface> object;
-  ThrowIfFailed("class object", getClassObject(clsid, __uuidof(IClassFactory),
-                                               reinterpret_cast<void**>(factory.Put())));
-  ThrowIfFailed("object", factory->CreateInstance(nullptr, __uuidof(Interface),
-                                                  reinterpret_cast<void**>(object.Put())));
-  return object;
-}
-
-qm::common::ComPtr<IMMCatalogVelmora> NewCatalog() {
+common::ComPtr<IMMCatalogVelmora> NewCatalog() {
   return NewObject<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
 }
 
 void ListModules(IMMCatalogVelmora& catalog) {
-  qm::common::ComPtr<IMergeModules> modules;
+  common::ComPtr<IMergeModules> modules;
   ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
 }
 
 long Count(IMMCatalogVelmora& catalog) {
-  qm::common::ComPtr<IMergeModules> modules;
+  common::ComPtr<IMergeModules> modules;
   long count = 0;
   ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
   modules->get_Count(&count);
   return count;
-}
-
-template <class Use>
-void ForEachModule(const std::wstring& folder, Use use) {
-  WIN32_FIND_DATAW found;
-  HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
-  if (find == INVALID_HANDLE_VALUE) {
-    Fail("folder", static_cast<long>(::GetLastError()));
-  }
-  do {
-    use(found);
-  } while (::FindNextFileW(find, &found));
-  ::FindClose(find);
-}
-
-void Require(const char* what, UINT result) {
-  if (result != ERROR_SUCCESS) {
-    Fail(what, static_cast<long>(result));
-  }
 }
 
 /// A buffer for any text of a module, so that the baselines allocate nothing themselves.
@@ -191,12 +143,12 @@ void GetRows(MSIHANDLE database, const ShownTable& table) {
 
 double FirstList() {
   const auto catalog = NewCatalog();
-  return qm::bench::Milliseconds([&] { ListModules(*catalog); });
+  return Milliseconds([&] { ListModules(*catalog); });
 }
 
 template <class Use>
 void ForEachRecord(IMMCatalogVelmora& catalog, Use use) {
-  qm::common::ComPtr<IMergeModules> modules;
+  common::ComPtr<IMergeModules> modules;
   ThrowIfFailed("modules", catalog.get_MergeModules(modules.Put()));
   mmcat::ForEachItem<IMergeModule>(*modules, use);
 }
@@ -205,7 +157,7 @@ template <class Interface>
 void GetTexts(Interface& object,
               std::initializer_list<HRESULT (STDMETHODCALLTYPE Interface::*)(BSTR*)> properties) {
   for (const auto property : properties) {
-    qm::common::UniqueBstr value;
+    common::UniqueBstr value;
     ThrowIfFailed("text", (object.*property)(value.Put()));
   }
 }
@@ -245,26 +197,11 @@ void GetEverything(IMergeModule& module) {
 
 double Tables() {
   const auto catalog = NewCatalog();
-  return qm::bench::Milliseconds([&] { ForEachRecord(*catalog, GetEverything); });
-}
-
-double Search() {
-  const auto set = NewObject<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
-  qm::common::ComPtr<IMergeModules> modules;
-  ThrowIfFailed("modules", NewCatalog()->get_MergeModules(modules.Put()));
-  ThrowIfFailed("load", set->Load(modules.Get()));
-  const qm::common::UniqueBstr pattern(qm::common::TryAllocateBstr(L"*B*1?.d?l"));
-  return qm::bench::MedianMilliseconds([&] {
-    qm::common::ComPtr<ISetFiles> files;
-    ThrowIfFailed("search", set->FindFiles(pattern.Get(), files.Put()));
-    if (mmcat::ReadNumber(*files, &ISetFiles::get_Count) == 0) {
-      Fail("search", 0);
-    }
-  });
+  return Milliseconds([&] { ForEachRecord(*catalog, GetEverything); });
 }
 
 double ListCalls(const std::wstring& folder) {
-  return qm::bench::Milliseconds([&] {
+  return Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
       const std::wstring path = folder + L'\\' + found.cFileName;
       const MSIHANDLE database = OpenDatabase(path);
@@ -291,7 +228,7 @@ void GetTables(MSIHANDLE database) {
 }
 
 double TableCalls(const std::wstring& folder) {
-  return ListCalls(folder) + qm::bench::Milliseconds([&] {
+  return ListCalls(folder) + Milliseconds([&] {
            ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
              const MSIHANDLE database = OpenDatabase(folder + L'\\' + found.cFileName);
              GetTables(database);
@@ -301,7 +238,7 @@ double TableCalls(const std::wstring& folder) {
 }
 
 double PassCalls(const std::wstring& folder) {
-  return qm::bench::Milliseconds([&] {
+  return Milliseconds([&] {
     ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
       const MSIHANDLE database = OpenDatabase(folder + L'\\' + found.cFileName);
       GetSignature(database);
@@ -316,7 +253,7 @@ constexpr int kRepetitions = 20;
 
 double ListAgain() {
   const auto catalog = NewCatalog();
-  return qm::bench::MedianMilliseconds([&] {
+  return MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
              ListModules(*catalog);
            }
@@ -330,7 +267,7 @@ double Pass(const std::wstring& folder) {
     files.push_back({found.cFileName, found.ftLastWriteTime});
   });
   size_t changed = 0;
-  const double time = qm::bench::MedianMilliseconds([&] {
+  const double time = MedianMilliseconds([&] {
     for (int i = 0; i < kRepetitions; ++i) {
       size_t position = 0;
       ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
@@ -361,19 +298,19 @@ double Changed(const std::wstring& folder) {
   std::vector<double> times;
   for (int i = 0; i < 5; ++i) {
     Touch(path);
-    times.push_back(qm::bench::Milliseconds([&] { ListModules(*catalog); }));
+    times.push_back(Milliseconds([&] { ListModules(*catalog); }));
   }
-  return qm::bench::Median(times);
+  return Median(times);
 }
 
 double Find() {
   const auto catalog = NewCatalog();
   ListModules(*catalog);
-  const qm::common::UniqueBstr key(
-      qm::common::TryAllocateBstr(L"library0015.c685a6b2_5c68_494b_8b13_7777875e0015:1033"));
-  return qm::bench::MedianMilliseconds([&] {
+  const common::UniqueBstr key(
+      common::TryAllocateBstr(L"library0015.c685a6b2_5c68_494b_8b13_7777875e0015:1033"));
+  return MedianMilliseconds([&] {
            for (int i = 0; i < kRepetitions; ++i) {
-             qm::common::ComPtr<IMergeModules> modules;
+             common::ComPtr<IMergeModules> modules;
              long count = 0;
              ThrowIfFailed("find",
                            catalog->FindModule(key.Get(), nullptr, 0, modules.Put(), &count));
@@ -391,9 +328,9 @@ double Memory(const wchar_t* folder) {
   ListModules(*NewCatalog());
   Configure(folder);
   const auto catalog = NewCatalog();
-  const size_t before = qm::bench::HeapBytes();
+  const size_t before = HeapBytes();
   ListModules(*catalog);
-  return static_cast<double>(qm::bench::HeapBytes() - before) / Count(*catalog);
+  return static_cast<double>(HeapBytes() - before) / Count(*catalog);
 }
 
 double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
@@ -416,14 +353,14 @@ double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
     return Changed(folder);
   if (figure == L"find")
     return Find();
-  if (figure == L"search")
-    return Search();
   if (figure == L"memory")
     return Memory(folder);
   Fail("unknown figure", 0);
 }
 
 }  // namespace
+
+}  // namespace qm::bench
 
 int wmain(int argc, wchar_t** argv) {
   if (argc != 3) {
@@ -433,6 +370,6 @@ int wmain(int argc, wchar_t** argv) {
   ::CoInitialize(nullptr);
   const std::wstring figure = argv[1];
   qm::bench::PrintRun(std::string(figure.begin(), figure.end()).c_str(),
-                      MeasureFigure(figure, argv[2]));
+                      qm::bench::MeasureFigure(figure, argv[2]));
   return 0;
 }

@@ -13,11 +13,11 @@
 #include <msiquery.h>
 
 #include <cstdio>
-#include <cstdlib>
 #include <string>
 #include <vector>
 
 #include "bench/Measure.h"
+#include "bench/Objects.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "idl/mergeset.h"
@@ -26,52 +26,18 @@
 #include "merge/FileSearch.h"
 #include "text/Utf.h"
 
+namespace qm::bench {
+
 namespace {
 
 constexpr wchar_t kPattern[] = L"*b*1?.d?l";
 
-[[noreturn]] void Fail(const char* what, long code) {
-  std::fprintf(stderr, "bench_set: %s: 0x%08lX\n", what, static_cast<unsigned long>(code));
-  std::exit(1);
-}
-
-void ThrowIfFailed(const char* what, HRESULT hr) {
-  if (FAILED(hr)) {
-    Fail(what, hr);
-  }
-}
-
-void Require(const char* what, UINT result) {
-  if (result != ERROR_SUCCESS) {
-    Fail(what, static_cast<long>(result));
-  }
-}
-
-/// Creates an object of a DLL in the folder of the programs.
-template <class Interface>
-qm::common::ComPtr<Interface> Create(const wchar_t* dll, REFCLSID clsid) {
-  wchar_t path[MAX_PATH];
-  ::GetModuleFileNameW(nullptr, path, MAX_PATH);
-  *std::wcsrchr(path, L'\\') = L'\0';
-  const HMODULE library = ::LoadLibraryW((std::wstring(path) + L"\\..\\bin\\" + dll).c_str());
-  using GetClassObject = HRESULT(STDAPICALLTYPE*)(REFCLSID, REFIID, void**);
-  const auto getClassObject = reinterpret_cast<GetClassObject>(
-      reinterpret_cast<void*>(::GetProcAddress(library, "DllGetClassObject")));
-  qm::common::ComPtr<IClassFactory> factory;
-  qm::common::ComPtr<Interface> object;
-  ThrowIfFailed("class object", getClassObject(clsid, __uuidof(IClassFactory),
-                                               reinterpret_cast<void**>(factory.Put())));
-  ThrowIfFailed("object", factory->CreateInstance(nullptr, __uuidof(Interface),
-                                                  reinterpret_cast<void**>(object.Put())));
-  return object;
-}
-
 /// A set, and the collection that it is loaded with.
 struct Set {
-  qm::common::ComPtr<IMMCatalogVelmora> catalog =
-      Create<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
-  qm::common::ComPtr<IMergeSet> set = Create<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
-  qm::common::ComPtr<IMergeModules> modules;
+  common::ComPtr<IMMCatalogVelmora> catalog =
+      NewObject<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
+  common::ComPtr<IMergeSet> set = NewObject<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
+  common::ComPtr<IMergeModules> modules;
 
   Set() { ThrowIfFailed("modules", catalog->get_MergeModules(modules.Put())); }
   void Load() const { ThrowIfFailed("load", set->Load(modules.Get())); }
@@ -79,12 +45,12 @@ struct Set {
 
 double Load() {
   const Set set;
-  return qm::bench::Milliseconds([&] { set.Load(); });
+  return Milliseconds([&] { set.Load(); });
 }
 
-qm::common::ComPtr<ISetFiles> FindFiles(IMergeSet& set, const wchar_t* pattern) {
-  const qm::common::UniqueBstr text(qm::common::TryAllocateBstr(pattern));
-  qm::common::ComPtr<ISetFiles> files;
+common::ComPtr<ISetFiles> FindFiles(IMergeSet& set, const wchar_t* pattern) {
+  const common::UniqueBstr text(common::TryAllocateBstr(pattern));
+  common::ComPtr<ISetFiles> files;
   ThrowIfFailed("find", set.FindFiles(text.Get(), files.Put()));
   return files;
 }
@@ -92,7 +58,7 @@ qm::common::ComPtr<ISetFiles> FindFiles(IMergeSet& set, const wchar_t* pattern) 
 double Find() {
   const Set set;
   set.Load();
-  return qm::bench::MedianMilliseconds([&] {
+  return MedianMilliseconds([&] {
     long count = 0;
     FindFiles(*set.set, kPattern)->get_Count(&count);
     if (count == 0) {
@@ -104,18 +70,18 @@ double Find() {
 /// The long and short names of all files of a set.
 std::vector<std::string> ReadNames(IMergeSet& set) {
   std::vector<std::string> names;
-  const qm::common::ComPtr<ISetFiles> files = FindFiles(set, L"");
+  const common::ComPtr<ISetFiles> files = FindFiles(set, L"");
   long count = 0;
   files->get_Count(&count);
   VARIANT index;
   index.vt = VT_I4;
   for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
-    qm::common::ComPtr<ISetFile> file;
+    common::ComPtr<ISetFile> file;
     ThrowIfFailed("file", files->get_Item(index, file.Put()));
     for (const auto property : {&ISetFile::get_Name, &ISetFile::get_ShortName}) {
-      qm::common::UniqueBstr name;
+      common::UniqueBstr name;
       ThrowIfFailed("name", (file.Get()->*property)(name.Put()));
-      names.push_back(qm::text::ToUtf8(qm::common::ViewOf(name.Get())));
+      names.push_back(text::ToUtf8(common::ViewOf(name.Get())));
     }
   }
   return names;
@@ -125,9 +91,9 @@ double Loop() {
   const Set set;
   set.Load();
   const std::vector<std::string> names = ReadNames(*set.set);
-  const std::string pattern = qm::text::ToUtf8(std::wstring_view(kPattern));
+  const std::string pattern = text::ToUtf8(std::wstring_view(kPattern));
   std::string lower;
-  return qm::bench::MedianMilliseconds([&] {
+  return MedianMilliseconds([&] {
     size_t found = 0;
     for (const std::string& name : names) {
       lower = name;
@@ -135,7 +101,7 @@ double Loop() {
         character =
             character >= 'A' && character <= 'Z' ? static_cast<char>(character + 32) : character;
       }
-      found += qm::merge::MatchesPattern(lower, pattern);
+      found += merge::MatchesPattern(lower, pattern);
     }
     if (found == 0) {
       Fail("loop", 0);
@@ -218,16 +184,10 @@ void ReadModule(const std::wstring& path) {
 }
 
 double Calls(const std::wstring& folder) {
-  return qm::bench::Milliseconds([&] {
-    WIN32_FIND_DATAW found;
-    HANDLE find = ::FindFirstFileW((folder + L"\\*.msm").c_str(), &found);
-    if (find == INVALID_HANDLE_VALUE) {
-      Fail("folder", static_cast<long>(::GetLastError()));
-    }
-    do {
+  return Milliseconds([&] {
+    ForEachModule(folder, [&](const WIN32_FIND_DATAW& found) {
       ReadModule(folder + L'\\' + found.cFileName);
-    } while (::FindNextFileW(find, &found));
-    ::FindClose(find);
+    });
   });
 }
 
@@ -245,6 +205,8 @@ double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
 
 }  // namespace
 
+}  // namespace qm::bench
+
 int wmain(int argc, wchar_t** argv) {
   if (argc != 3) {
     std::fputs("usage: bench_set FIGURE FOLDER\n", stderr);
@@ -253,6 +215,6 @@ int wmain(int argc, wchar_t** argv) {
   ::CoInitialize(nullptr);
   const std::wstring figure = argv[1];
   qm::bench::PrintRun(std::string(figure.begin(), figure.end()).c_str(),
-                      MeasureFigure(figure, argv[2]));
+                      qm::bench::MeasureFigure(figure, argv[2]));
   return 0;
 }

@@ -140,7 +140,7 @@ measure_catalog() {
 # the age of the files.
 measure_generated() {
   local figure
-  for figure in changed search find memory; do
+  for figure in changed find memory; do
     collect "$1" figure "$figure"
   done
 }
@@ -195,7 +195,6 @@ print_catalog() {
     set_find set_loop ms ratio 2900:1.5:
   catalog_row "list when one file changed; the bare installer calls of all" \
     changed list_calls ms ratio 2900:0.02:
-  catalog_row "search for a pattern in all File tables that were read" search "" ms value 2900:10:
   catalog_row "\`FindModule\`" find "" ms value 2900:0.2:
   catalog_row "memory of a module, tables unread" memory "" bytes value 290,2900:1400:1024
   for size in 290 2900; do
