@@ -5,6 +5,10 @@
 #include <initializer_list>
 
 #include "image/Database.h"
+#include "merge/FileSearch.h"
+#include "merge/Findings.h"
+#include "merge/ReadModule.h"
+#include "merge/TargetFolders.h"
 #include "tests/support/DatabaseFile.h"
 
 namespace qm::tests {
@@ -138,11 +142,28 @@ void RunSummary(const image::Bytes& input) {
   });
 }
 
+/// Reads a module and asks a set of two copies of it everything.
+void RunModule(const image::Bytes& input) {
+  MemorySource source = SourceOf(input);
+  const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
+  RequireBoundedCost(source);
+  Require(module.failure.size() < 2000);
+  const merge::TargetFolders folders(module);
+  for (const merge::Directory& directory : module.directories) {
+    Require(merge::FormatTargetFolder(folders.Resolve(directory.key)).size() < 70000);
+  }
+  const std::vector<merge::Module> modules{module, module};
+  const merge::ModuleIndex index(modules);
+  merge::CheckModules(index, {0, 1});
+  merge::FindDeliverers(index, {}, "*");
+}
+
 }  // namespace
 
-const FuzzTarget kFuzzTargets[4] = {{"compound_file", "file", RunCompoundFile},
+const FuzzTarget kFuzzTargets[5] = {{"compound_file", "file", RunCompoundFile},
                                     {"database", "file", RunDatabase},
                                     {"string_pool", "pool", RunStringPool},
-                                    {"summary", "summary", RunSummary}};
+                                    {"summary", "summary", RunSummary},
+                                    {"module", "file", RunModule}};
 
 }  // namespace qm::tests

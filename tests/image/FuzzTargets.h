@@ -13,6 +13,6 @@ struct FuzzTarget {
   void (*run)(const image::Bytes& input);
 };
 
-extern const FuzzTarget kFuzzTargets[4];
+extern const FuzzTarget kFuzzTargets[5];
 
 }  // namespace qm::tests
