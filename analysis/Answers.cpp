@@ -7,25 +7,29 @@
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
 #include "com/error/Raise.h"
+#include "common/UniqueHandle.h"
 #include "merge/JoinTexts.h"
 
 namespace qm::analysis {
 
 namespace {
 
+struct ArrayTraits {
+  using Handle = SAFEARRAY*;
+  static constexpr Handle None() noexcept { return nullptr; }
+  static void Close(Handle array) noexcept { ::SafeArrayDestroy(array); }
+};
+
 /// Makes a SAFEARRAY of VARIANTs with texts, which script hosts can read.
-SAFEARRAY* MakeTextArray(const std::vector<std::string>& texts) {
-  SAFEARRAY* const array = ::SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size()));
+common::UniqueHandle<ArrayTraits> MakeTextArray(const std::vector<std::string>& texts) {
+  common::UniqueHandle<ArrayTraits> array(
+      ::SafeArrayCreateVector(VT_VARIANT, 0, static_cast<ULONG>(texts.size())));
   com::RaiseIfFailed(array ? S_OK : E_OUTOFMEMORY);
-  auto* const elements = static_cast<VARIANT*>(array->pvData);
-  for (size_t i = 0; i < texts.size(); ++i) {
-    const std::wstring text = text::ToWide(texts[i]);
-    elements[i].bstrVal = common::TryAllocateBstr(text);
-    if (!elements[i].bstrVal) {
-      ::SafeArrayDestroy(array);
-      com::RaiseHResult(E_OUTOFMEMORY);
-    }
-    elements[i].vt = VT_BSTR;
+  auto* element = static_cast<VARIANT*>(array.Get()->pvData);
+  for (const std::string& text : texts) {
+    element->bstrVal = com::AllocateBstr(text::ToWide(text)).Release();
+    element->vt = VT_BSTR;
+    ++element;
   }
   return array;
 }
@@ -41,12 +45,8 @@ STDMETHODIMP SetFinding::get_Code(BSTR* value) { return AnswerUtf8(value, m_find
 STDMETHODIMP SetFinding::get_Text(BSTR* value) { return AnswerUtf8(value, m_finding.text); }
 
 STDMETHODIMP SetFinding::get_ModuleKeys(VARIANT* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    ::VariantInit(value);
-    value->parray = MakeTextArray(m_finding.modules);
+  return FillOut(value, [&] {
+    value->parray = MakeTextArray(m_finding.modules).Release();
     value->vt = VT_ARRAY | VT_VARIANT;
     return S_OK;
   });
@@ -173,7 +173,7 @@ STDMETHODIMP FileDeliverer::get_IndexFile(BSTR* value) {
 }
 STDMETHODIMP FileDeliverer::get_Problem(BSTR* value) {
   return AnswerUtf8(value, m_deliverer.fault == merge::IndexFault::AbsentModule
-                               ? "No folder has the module that the index names."
+                               ? "The set does not have the module that the index names."
                            : m_deliverer.fault == merge::IndexFault::NotDelivered
                                ? "The module that the index names does not deliver the file."
                                : "");

@@ -9,6 +9,7 @@
 #include "com/error/win32_exception.h"
 #include "common/Bstr.h"
 #include "common/Path.h"
+#include "common/SystemMessage.h"
 #include "idl/qmmmupdater.h"
 #include "image/Damage.h"
 #include "image/Database.h"
@@ -64,9 +65,11 @@ std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t code
   return text::ToUtf8(msidb::DecodeCodePageText(bytes, codePage));
 }
 
-std::string Describe(const msidb::FileError& error) {
-  return text::ToUtf8(error.cause.empty() ? com_exception(HResultFromCode(error.code)).description
-                                          : error.cause);
+std::string Describe(const msidb::FileError& error, const std::string& path) {
+  const common::UniqueLocalText message = common::FormatSystemMessage(error.code);
+  return DescribeFailure({HResultFromCode(error.code),
+                          error.cause.empty() ? common::WideString(message.Get()) : error.cause},
+                         path);
 }
 
 /// Returns how a file differs from what the collection says about it; empty if it does not.
@@ -135,7 +138,7 @@ HRESULT ReadFile(merge::Module& module) {
     module = std::move(read);
     return module.failure.empty() ? S_OK : HResultFromCode(code);
   } catch (const msidb::FileError& error) {
-    module.failure = Describe(error);
+    module.failure = Describe(error, module.path);
     return HResultFromCode(error.code);
   }
 }
@@ -165,12 +168,14 @@ void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& co
   merge::Module& module = contents.modules.back();
   const HRESULT hr = ReadModule(object, module, contents.texts);
   if (!module.failure.empty()) {
-    contents.failures.push_back({module.path.empty() ? module.key : module.path, module.failure, hr,
-                                 contents.modules.size() - 1});
+    contents.failures.push_back(
+        {merge::GetFileInSentence(module), module.failure, hr, contents.modules.size() - 1});
   }
 }
 
+/// Raises E_UNEXPECTED for an element that the collection counts and does not have.
 [[noreturn]] void RaiseBrokenCollection(long number) {
+  ::SetErrorInfo(0, nullptr);
   com::Raise(com_exception(E_UNEXPECTED, common::WideString::Format(
                                              L"The collection has no module number %ld.", number)));
 }
@@ -181,14 +186,18 @@ SharedSet LoadSet(IMergeModules& collection) {
   SetData::Contents contents;
   long count = 0;
   com::RaiseIfFailed(collection.get_Count(&count));
+  if (count < 0) {
+    com::Raise(com_exception(E_UNEXPECTED, L"The collection has a negative number of modules."));
+  }
   VARIANT index;
   index.vt = VT_I4;
   for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
     common::ComPtr<IMergeModule> object;
-    com::RaiseIfFailed(collection.get_Item(index, object.Put()));
-    if (!object) {
+    const HRESULT hr = collection.get_Item(index, object.Put());
+    if (hr == E_INVALIDARG || (SUCCEEDED(hr) && !object)) {
       RaiseBrokenCollection(index.lVal);
     }
+    com::RaiseIfFailed(hr);
     AddModule(object, contents);
   }
   contents.indexes = ReadIndexFiles();

@@ -62,17 +62,9 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   merge::SortFindings(findings);
 }
 
-}  // namespace
-
-const SharedSet& CMergeSet::RequireSet() const {
-  if (!m_set) {
-    com::Raise(com_exception(E_UNEXPECTED, L"No modules are loaded."));
-  }
-  return m_set;
-}
-
-std::vector<size_t> CMergeSet::RequireModules(std::wstring_view key) const {
-  std::vector<size_t> positions = RequireSet()->Index().FindByKey(text::ToUtf8(key));
+/// Returns the positions of the modules that a key means. Raises E_INVALIDARG if no module has it.
+std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
+  std::vector<size_t> positions = set.Index().FindByKey(text::ToUtf8(key));
   if (positions.empty()) {
     com::Raise(com_exception(E_INVALIDARG,
                              common::WideString(L"The set has no module \"") + key + L"\"."));
@@ -80,19 +72,35 @@ std::vector<size_t> CMergeSet::RequireModules(std::wstring_view key) const {
   return positions;
 }
 
-std::vector<size_t> CMergeSet::RequireModules(const VARIANT& keys) const {
+/// Returns the same for several keys, each position once.
+std::vector<size_t> RequireModules(const SetData& set,
+                                   const std::vector<common::WideString>& keys) {
   std::vector<size_t> positions;
   std::set<size_t> seen;
-  for (const common::WideString& key :
-       com::ParseTextList(keys, L"The argument is neither a module key nor an array of them.")
-           .texts) {
-    for (const size_t position : RequireModules(key)) {
+  for (const common::WideString& key : keys) {
+    for (const size_t position : RequireModules(set, std::wstring_view(key))) {
       if (seen.insert(position).second) {
         positions.push_back(position);
       }
     }
   }
   return positions;
+}
+
+/// Reads a key or a list of keys. Call this before the set is used: an array object of a script may
+/// run code, which may load another one.
+std::vector<common::WideString> ReadKeys(const VARIANT& keys) {
+  return com::ParseTextList(keys, L"The argument is neither a module key nor an array of them.")
+      .texts;
+}
+
+}  // namespace
+
+const SharedSet& CMergeSet::RequireSet() const {
+  if (!m_set) {
+    com::Raise(com_exception(E_UNEXPECTED, L"No modules are loaded."));
+  }
+  return m_set;
 }
 
 STDMETHODIMP CMergeSet::Load(IDispatch* modules) {
@@ -103,7 +111,7 @@ STDMETHODIMP CMergeSet::Load(IDispatch* modules) {
     common::ComPtr<IMergeModules> collection;
     if (FAILED(common::ComPtr<IDispatch>(modules).QueryInterface(collection.Put())) ||
         !collection) {
-      com::Raise(com_exception(E_NOINTERFACE, L"The object is no collection of merge modules."));
+      com::Raise(com_exception(E_NOINTERFACE, L"The object is not a collection of merge modules."));
     }
     m_set = LoadSet(*collection);
     return S_OK;
@@ -116,13 +124,14 @@ STDMETHODIMP CMergeSet::get_Modules(ISetModules** modules) {
 
 STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
   return Answer(findings, [&] {
+    const bool isWhole = IsOmitted(modules);
+    const std::vector<common::WideString> keys =
+        isWhole ? std::vector<common::WideString>() : ReadKeys(modules);
     const SharedSet set = RequireSet();
-    std::vector<merge::Finding> found;
-    if (IsOmitted(modules)) {
-      found = CheckModules(*set, AllPositions(*set));
+    std::vector<merge::Finding> found = CheckModules(
+        *set, isWhole ? AllPositions(*set) : AddNeeded(*set, RequireModules(*set, keys)));
+    if (isWhole) {
       CheckIndexes(*set, found);
-    } else {
-      found = CheckModules(*set, AddNeeded(*set, RequireModules(modules)));
     }
     const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
     return MakeCollection<ISetFindings, ISetFinding>(
@@ -134,26 +143,17 @@ STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
 
 STDMETHODIMP CMergeSet::Plan(VARIANT modules, IMergePlan** plan) {
   return Answer(plan, [&] {
+    const std::vector<common::WideString> keys = ReadKeys(modules);
     const SharedSet set = RequireSet();
-    return MakeObject<MergePlan>(set, merge::PlanMerge(set->Index(), RequireModules(modules)));
+    return MakeObject<MergePlan>(set, merge::PlanMerge(set->Index(), RequireModules(*set, keys)));
   });
 }
 
 STDMETHODIMP CMergeSet::UsersOf(BSTR moduleKey, IModuleUsers** users) {
   return Answer(users, [&] {
     const SharedSet set = RequireSet();
-    std::map<size_t, merge::ModuleUser> found;  // in the order of the set
-    for (const size_t position : RequireModules(common::ViewOf(moduleKey))) {
-      for (const merge::ModuleUser& user : merge::FindUsers(set->Index(), position)) {
-        found.emplace(user.module, user);
-      }
-    }
-    std::vector<merge::ModuleUser> list;
-    list.reserve(found.size());
-    for (const auto& [position, user] : found) {
-      list.push_back(user);
-    }
-    return MakeUsers(set, std::move(list));
+    return MakeUsers(
+        set, merge::FindUsers(set->Index(), RequireModules(*set, common::ViewOf(moduleKey))));
   });
 }
 
@@ -161,7 +161,8 @@ STDMETHODIMP CMergeSet::ExclusionsOf(BSTR moduleKey, ISetExclusions** exclusions
   return Answer(exclusions, [&] {
     const SharedSet set = RequireSet();
     const std::wstring_view key = common::ViewOf(moduleKey);
-    const std::vector<size_t> wanted = key.empty() ? std::vector<size_t>() : RequireModules(key);
+    const std::vector<size_t> wanted =
+        key.empty() ? std::vector<size_t>() : RequireModules(*set, key);
     const auto concerns = [&](const ModuleExclusion& row) {
       const std::vector<size_t> excluded =
           merge::FindExcludedModules(set->Index(), row.module, *row.exclusion);

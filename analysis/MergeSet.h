@@ -25,13 +25,6 @@ class CMergeSet : public SetObject<IMergeSet> {
   /// Returns what was loaded. Raises E_UNEXPECTED if nothing was.
   const SharedSet& RequireSet() const;
 
-  /// Returns the positions of the modules that a key means. Raises E_INVALIDARG if no module has
-  /// it.
-  std::vector<size_t> RequireModules(std::wstring_view key) const;
-
-  /// Returns the same for a key or a list of keys, each position once.
-  std::vector<size_t> RequireModules(const VARIANT& keys) const;
-
   SharedSet m_set;
 };
 

@@ -73,11 +73,7 @@ void SetRow::Init(SharedTables tables, const merge::Table& table, size_t row) no
 }
 
 STDMETHODIMP SetRow::get_Item(VARIANT column, VARIANT* value) {
-  return MethodBoundary([&]() -> HRESULT {
-    if (!value) {
-      return E_POINTER;
-    }
-    ::VariantInit(value);
+  return FillOut(value, [&] {
     const size_t position = FindColumn(m_table->Columns(), common::CollectionIndex(column));
     if (position == m_table->Columns().size()) {
       return E_INVALIDARG;

@@ -48,7 +48,7 @@ class ModuleCheck {
  private:
   const Module& At(size_t position) const { return m_set.Modules()[position]; }
 
-  const std::string& NameOf(size_t position) const { return GetDisplayName(At(position)); }
+  const std::string& NameOf(size_t position) const { return GetNameInSentence(At(position)); }
 
   /// Returns the beginning of a sentence about a row of a module: "A:1033 needs", or "A:1033
   /// carries B:0, which needs".
@@ -82,7 +82,7 @@ class ModuleCheck {
     for (const size_t position : m_scope) {
       if (!At(position).failure.empty()) {
         Add(kUnreadableModule, {position},
-            At(position).path + " cannot be read: " + At(position).failure);
+            GetFileInSentence(At(position)) + " cannot be read: " + At(position).failure);
       }
     }
   }
@@ -91,7 +91,8 @@ class ModuleCheck {
     for (const size_t position : m_scope) {
       if (!At(position).change.empty()) {
         Add(kChangedModule, {position},
-            At(position).path + " is not the file that the catalog read: " + At(position).change);
+            GetFileInSentence(At(position)) +
+                " is not the file that was listed: " + At(position).change);
       }
     }
   }
@@ -156,7 +157,7 @@ class ModuleCheck {
       places.push_back(At(position).path + " (version " + At(position).version + ')');
     }
     Add(kDuplicateModuleKey, {modules.front()},
-        NameOf(modules.front()) + " is there " + std::to_string(modules.size()) +
+        NameOf(modules.front()) + " is in the set " + std::to_string(modules.size()) +
             " times: " + JoinTexts(places, ", "));
   }
 
@@ -172,7 +173,7 @@ class ModuleCheck {
     versions.erase(std::unique(versions.begin(), versions.end(), isSame), versions.end());
     if (versions.size() > 1) {
       Add(kSeveralVersions, modules,
-          id + " is there in " + std::to_string(versions.size()) +
+          id + " is in the set in " + std::to_string(versions.size()) +
               " versions: " + JoinTexts(versions, ", "));
     }
   }
@@ -285,7 +286,7 @@ std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<Inde
     findings.push_back({kUnknownModule,
                         {place.second},
                         place.first + " names " + place.second + " for " +
-                            Quote(lines.front()->name) + more + ", and no folder has it"});
+                            Quote(lines.front()->name) + more + ", and the set does not have it"});
   }
   return findings;
 }

@@ -101,7 +101,7 @@ MergePlan PlanMerge(const ModuleIndex& set, const std::vector<size_t>& wanted) {
   return planner.Take();
 }
 
-std::vector<ModuleUser> FindUsers(const ModuleIndex& set, size_t module) {
+std::vector<ModuleUser> FindUsers(const ModuleIndex& set, const std::vector<size_t>& targets) {
   const auto& modules = set.Modules();
   std::vector<std::vector<size_t>> neededBy(modules.size());
   for (size_t position = 0; position < modules.size(); ++position) {
@@ -115,7 +115,9 @@ std::vector<ModuleUser> FindUsers(const ModuleIndex& set, size_t module) {
     }
   }
   std::vector<bool> isFound(modules.size());
-  isFound[module] = true;
+  for (const size_t target : targets) {
+    isFound[target] = true;
+  }
   std::vector<ModuleUser> found;
   const auto addUsersOf = [&](size_t needed) {
     for (const size_t user : neededBy[needed]) {
@@ -125,7 +127,9 @@ std::vector<ModuleUser> FindUsers(const ModuleIndex& set, size_t module) {
       }
     }
   };
-  addUsersOf(module);
+  for (const size_t target : targets) {
+    addUsersOf(target);
+  }
   for (size_t next = 0; next < found.size(); ++next) {
     addUsersOf(found[next].module);
   }

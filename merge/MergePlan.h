@@ -41,14 +41,14 @@ struct MergePlan {
 /// modules and the depth of their requirements.
 MergePlan PlanMerge(const ModuleIndex& set, const std::vector<size_t>& wanted);
 
-/// A module that needs another one.
+/// A module that needs one of others.
 struct ModuleUser {
   size_t module;
-  size_t through;  ///< what it needs directly on the shortest path to the other one
+  size_t through;  ///< what it needs directly on the shortest path to the nearest of them
 };
 
-/// Returns the modules whose requirements `module` satisfies, directly or through others, in
-/// ascending order.
-std::vector<ModuleUser> FindUsers(const ModuleIndex& set, size_t module);
+/// Returns the modules that need one of the modules at `targets`, directly or through others, in
+/// ascending order and without the targets.
+std::vector<ModuleUser> FindUsers(const ModuleIndex& set, const std::vector<size_t>& targets);
 
 }  // namespace qm::merge

@@ -15,8 +15,13 @@ DeliveredFile MakeDeliveredFile(std::string_view fileName, std::string_view dire
           size};
 }
 
-const std::string& GetDisplayName(const Module& module) noexcept {
-  return module.moduleId.empty() ? module.path : module.key;
+const std::string& GetNameInSentence(const Module& module) noexcept {
+  static const std::string none = "(a module without ID and path)";
+  return !module.moduleId.empty() ? module.key : module.path.empty() ? none : module.path;
+}
+
+const std::string& GetFileInSentence(const Module& module) noexcept {
+  return module.path.empty() ? GetNameInSentence(module) : module.path;
 }
 
 std::string MakeModuleKey(const std::string& moduleId, long language) {

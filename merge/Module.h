@@ -98,7 +98,7 @@ struct Module {
   // ---- State
 
   bool isFromGallery = false;  ///< listed because a description of the object gallery names it
-  bool isPresent = true;       ///< false if the module or files of it have to be downloaded first
+  bool isPresent = true;       ///< false for a gallery module whose file is not on this machine
   bool needsDownload = false;  ///< the module, or files of it
   /// Why the file cannot be read, or not completely: one sentence. Empty if all of it was read.
   /// What could be read is there in any case.
@@ -128,8 +128,12 @@ struct Module {
   }
 };
 
-/// Returns how findings name a module: by its key, or by its path if it has no ID.
-const std::string& GetDisplayName(const Module& module) noexcept;
+/// Returns how sentences name a module: by its key, or by its path if it has no ID; "(a module
+/// without ID and path)" if it has neither.
+const std::string& GetNameInSentence(const Module& module) noexcept;
+
+/// Returns how sentences name the file of a module: by its path, or as above if it has none.
+const std::string& GetFileInSentence(const Module& module) noexcept;
 
 /// Makes the key "ID:language".
 std::string MakeModuleKey(const std::string& moduleId, long language);

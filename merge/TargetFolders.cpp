@@ -85,7 +85,10 @@ class TargetFolders::Walk {
     for (std::size_t row = 0; row < kMaxRows && m_pathSize <= kMaxPathSize && !isAtEnd; ++row) {
       isAtEnd = EnterKey();
     }
-    if (!isAtEnd) {
+    if (!isAtEnd || m_pathSize > kMaxPathSize) {
+      m_folder.root.clear();
+      m_names.clear();
+      m_pathSize = 0;
       m_folder.end = FolderEnd::LimitReached;
     }
     JoinNames();

@@ -14,7 +14,7 @@ enum class FolderEnd {
   Root,         ///< at a root: a predefined folder, TARGETDIR, a property, or a full path
   MissingRow,   ///< a directory has no row
   Circle,       ///< a directory lies below itself
-  LimitReached  ///< more rows or characters than an installer takes
+  LimitReached  ///< more rows or characters than an installer takes: root and path are empty
 };
 
 /// Where an installer makes a folder of a module: a root, and a path below it. The root is a

@@ -25,8 +25,18 @@ Value Call(IDispatch* object, const wchar_t* name, Arguments... arguments) {
   }
   DISPPARAMS parameters{reversed.data(), nullptr, static_cast<UINT>(reversed.size()), 0};
   Value result;
-  ThrowIfFailed(object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
-                               &parameters, &result.Get(), nullptr, nullptr));
+  EXCEPINFO exception{};
+  const HRESULT hr =
+      object->Invoke(id, IID_NULL, LOCALE_NEUTRAL, DISPATCH_METHOD | DISPATCH_PROPERTYGET,
+                     &parameters, &result.Get(), &exception, nullptr);
+  const qm::common::UniqueBstr source(exception.bstrSource);
+  const qm::common::UniqueBstr description(exception.bstrDescription);
+  const qm::common::UniqueBstr helpFile(exception.bstrHelpFile);
+  if (hr == DISP_E_EXCEPTION && description) {
+    throw ServerFailure(exception.scode,
+                        ToOneLine(qm::text::ToUtf8(qm::common::ViewOf(description.Get()))));
+  }
+  ThrowIfFailed(hr);
   return result;
 }
 

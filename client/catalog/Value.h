@@ -47,8 +47,11 @@ class Value {
   /// The object; null if this is Nothing.
   IDispatch* Object() const { return m_value.vt == VT_DISPATCH ? m_value.pdispVal : nullptr; }
 
-  /// The value as UTF-8 text.
+  /// The value as UTF-8 text; empty for null.
   std::string Text() {
+    if (m_value.vt == VT_NULL || m_value.vt == VT_EMPTY) {
+      return {};
+    }
     ThrowIfFailed(::VariantChangeType(&m_value, &m_value, 0, VT_BSTR));
     return qm::text::ToUtf8(qm::common::ViewOf(m_value.bstrVal));
   }

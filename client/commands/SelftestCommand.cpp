@@ -4,10 +4,12 @@
 
 #include "client/catalog/FileNames.h"
 #include "client/catalog/InstallerObject.h"
+#include "client/catalog/ModuleCollection.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "common/Path.h"
 #include "common/UniqueHandle.h"
+#include "idl/mergeset.h"
 #include "idl/qmmmupdater2.h"
 #include "msidb/InstallerOrdinals.h"
 #include "text/Utf.h"
@@ -25,7 +27,7 @@ struct Check {
   std::string failure;  ///< empty if the check passed
 };
 
-std::string Quote(const ServerFailure& failure) {
+std::string Describe(const ServerFailure& failure) {
   return FormatHResult(failure.HResult()) + ' ' + failure.what();
 }
 
@@ -38,7 +40,7 @@ class Checks {
     try {
       m_checks.push_back({subject, check()});
     } catch (const ServerFailure& failure) {
-      m_checks.push_back({subject, Quote(failure)});
+      m_checks.push_back({subject, Describe(failure)});
     }
   }
   const std::vector<Check>& All() const { return m_checks; }
@@ -155,6 +157,23 @@ std::string CheckSample(const WideString& folder, const std::wstring& name) {
              : "contains " + byServer + " instead of " + known->second;
 }
 
+/// Reads a sample into a set, which asks all components what is needed to spell a folder.
+std::string CheckTargetPath(const WideString& path) {
+  const auto module = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
+  ThrowIfFailed(module->Open(MakeArgument(path).Get()));
+  const auto set = CreateObject<IMergeSet>(CLSID_MergeSet, "QmMergeSet.dll");
+  ThrowIfFailed(set->Load(MakeModuleCollection({module.Get()}).Get()));
+  qm::common::ComPtr<ISetFiles> files;
+  ThrowIfFailed(set->FindFiles(nullptr, files.Put()));
+  std::string folder;
+  ForEachItem<ISetFile>(
+      *files, [&](ISetFile& file) { folder = ReadText(file, &ISetFile::get_TargetPath); });
+  // The second is the spelling in script-based projects.
+  return folder == "[SystemFolder]" || folder == "<WINSYSDIR>"
+             ? ""
+             : '"' + folder + "\" instead of \"[SystemFolder]\"";
+}
+
 /// The search folder of the samples: that of the package, or that of a build.
 WideString FindSamples() {
   for (const wchar_t* place : {L"..\\..\\samples\\modules", L"..\\samples\\modules"}) {
@@ -175,6 +194,8 @@ void CheckSamples(const WideString& folder, Checks& checks) {
       });
     }
   }
+  checks.Add("target path in TinyZip.msm",
+             [&] { return CheckTargetPath(qm::common::JoinPath(folder, L"TinyZip.msm")); });
   for (const std::wstring& name : names) {
     checks.Add("sample " + qm::text::ToUtf8(name), [&] { return CheckSample(folder, name); });
   }

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <optional>
 #include <set>
 
 #include "client/catalog/Catalog.h"
@@ -24,12 +25,13 @@ std::string GetFileName(const std::string& file) {
 }
 
 /// The name that the indexes have for a module that is in no folder; empty if they have none.
-std::string FindIndexedName(const std::string& key) {
-  const std::string name = Catalog().FindDisplayName(key);
+std::string FindIndexedName(const Catalog& catalog, const std::string& key) {
+  const std::string name = catalog.FindDisplayName(key);
   return name == key ? "" : name;
 }
 
 std::vector<Delivery> FindDeliveries(const ModuleSet& set, const std::string& pattern) {
+  std::optional<Catalog> catalog;  // made when first needed
   std::vector<Delivery> deliveries;
   for (DelivererFacts& facts : set.FindDeliverers(pattern)) {
     Delivery& delivery = deliveries.emplace_back();
@@ -39,7 +41,10 @@ std::vector<Delivery> FindDeliveries(const ModuleSet& set, const std::string& pa
       delivery.displayName = module.displayName;
       delivery.path = module.path;
     } else {
-      delivery.displayName = FindIndexedName(facts.moduleKey);
+      if (!catalog) {
+        catalog.emplace();
+      }
+      delivery.displayName = FindIndexedName(*catalog, facts.moduleKey);
     }
     delivery.facts = std::move(facts);
   }

@@ -22,12 +22,15 @@ Progress::Progress() : m_isShown(IsConsole(STD_ERROR_HANDLE)) {
   }
 }
 
-void Progress::CountModule() {
+void Progress::CountModule() noexcept {
   ++m_begun;
   if (!m_isShown || ::GetTickCount64() < m_nextTime) {
     return;
   }
-  Show("reading " + std::to_string(m_begun) + " of " + std::to_string(m_total) + " modules");
+  try {
+    Show("reading " + std::to_string(m_begun) + " of " + std::to_string(m_total) + " modules");
+  } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody misses it
+  }
 }
 
 void Progress::Show(const std::string& text) {

@@ -21,7 +21,7 @@ class Progress {
   void SetTotal(size_t total) noexcept { m_total = total; }
 
   /// Counts a module that is about to be read.
-  void CountModule();
+  void CountModule() noexcept;
 
   /// Erases the line, so that something else can be printed to stderr.
   static void Erase() noexcept;

@@ -14,7 +14,7 @@
 #include <comdef.h>
 #include <fcntl.h>
 #include <io.h>
-#include <stdio.h>
+#include <cstdio>
 
 #include "idl/mergeset.h"
 #include "idl/qmmmupdater.h"

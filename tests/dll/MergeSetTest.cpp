@@ -11,7 +11,6 @@ namespace {
 
 using testing::ElementsAre;
 using testing::HasSubstr;
-using testing::StartsWith;
 
 template <class Interface>
 std::wstring Text(const common::ComPtr<Interface>& object,
@@ -302,18 +301,25 @@ TEST_F(MergeSetTest, LoadTakesAnyCollectionAndKeepsTheOldSetIfItFails) {
   EXPECT_EQ(L"1.0", Text(ModuleOf(L"Sound:1033"), &ISetModule::get_Version));
   EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module"));
 
+  const common::ComPtr<ISetModule> sound = ModuleOf(L"Sound:1033");
   collection.m_surplus = 1;
-  EXPECT_EQ(E_INVALIDARG, m_set->Load(&collection));
-  collection.m_beyond = S_OK;  // without an item
-  EXPECT_EQ(E_UNEXPECTED, m_set->Load(&collection));
-  EXPECT_EQ(L"The collection has no module number 3.", TakeDescription());
+  for (const HRESULT beyond : {E_INVALIDARG, S_OK}) {  // refused, or without an item
+    collection.m_beyond = beyond;
+    EXPECT_EQ(E_UNEXPECTED, m_set->Load(&collection));
+    EXPECT_EQ(L"The collection has no module number 3.", TakeDescription());
+  }
+  collection.m_beyond = E_ABORT;
+  EXPECT_EQ(E_ABORT, m_set->Load(&collection));
   EXPECT_EQ(E_NOINTERFACE, m_set->Load(NewModule().Get()));
   EXPECT_EQ(E_POINTER, m_set->Load(nullptr));
   EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module"));
   collection.m_items.clear();
   collection.m_surplus = -3;
+  EXPECT_EQ(E_UNEXPECTED, m_set->Load(&collection));
+  collection.m_surplus = 0;
   EXPECT_EQ(S_OK, m_set->Load(&collection));
   EXPECT_THAT(CheckAll(), ElementsAre());
+  EXPECT_EQ(L"1.0", Text(sound, &ISetModule::get_Version)) << "objects keep what they were made of";
 }
 
 TEST_F(MergeSetTest, NothingIsAnsweredBeforeTheFirstLoad) {
@@ -380,12 +386,16 @@ TEST_F(MergeSetTest, AShortageFailsOneCallAndLeavesNothing) {
     common::ComPtr<ISetFiles> files;
     common::ComPtr<ISetFile> file;
     common::ComPtr<ISetFindings> findings;
+    common::ComPtr<ISetFinding> finding;
     common::UniqueBstr folder;
+    Variant keys;
     HRESULT hr = m_set->Load(modules.Get());
     hr = FAILED(hr) ? hr : m_set->FindFiles(pattern.Get(), files.Put());
     hr = FAILED(hr) ? hr : files->get_Item(Variant(1), file.Put());
     hr = FAILED(hr) ? hr : file->get_TargetPath(folder.Put());
-    return FAILED(hr) ? hr : m_set->Check(Variant(L"Rich.0A1B"), findings.Put());
+    hr = FAILED(hr) ? hr : m_set->Check(Variant(L"Rich.0A1B"), findings.Put());
+    hr = FAILED(hr) ? hr : findings->get_Item(Variant(1), finding.Put());
+    return FAILED(hr) ? hr : finding->get_ModuleKeys(&keys);
   };
   ASSERT_EQ(S_OK, ask());
   // What the DLL keeps while it is loaded is there now. Everything else is made and released while

@@ -77,7 +77,7 @@ TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
   const std::vector<merge::Module> modules{host, Module("Part", "1.0", 0)};
   const merge::ModuleIndex set(modules);
   EXPECT_EQ(1u, merge::PlanMerge(set, {0}).modules.size());
-  EXPECT_TRUE(merge::FindUsers(set, 1).empty());
+  EXPECT_TRUE(merge::FindUsers(set, {1}).empty());
 }
 
 TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
@@ -90,7 +90,7 @@ TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
   damaged.needsDownload = true;
   EXPECT_THAT(
       FindingsOf({changed, damaged}),
-      ElementsAre("changed-module A:1033 | a.msm is not the file that the catalog read: its "
+      ElementsAre("changed-module A:1033 | a.msm is not the file that was listed: its "
                   "version is 2.0",
                   "needs-download B:1033 | B:1033 has to be downloaded, or files of it",
                   "unreadable-module B:1033 | b.msm cannot be read: Damaged."));
@@ -104,7 +104,7 @@ TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
                                                         {"FilesToModules.ini", "x.dll", "B:0"},
                                                         {"FilesToModules.ini", "y.dll", "B:0"}});
   ASSERT_EQ(1u, findings.size());
-  EXPECT_EQ("FilesToModules.ini names B:0 for \"x.dll\" and 1 more, and no folder has it",
+  EXPECT_EQ("FilesToModules.ini names B:0 for \"x.dll\" and 1 more, and the set does not have it",
             findings.front().text);
 }
 

@@ -87,7 +87,7 @@ TEST(MergePlanTest, APlanListsEveryModuleAfterWhatItNeeds) {
   EXPECT_EQ(0u, plan.missing.front().neededBy);
   EXPECT_EQ("Gone", plan.missing.front().requirement.moduleId);
   std::string users;
-  for (const merge::ModuleUser& user : merge::FindUsers(set, 3)) {
+  for (const merge::ModuleUser& user : merge::FindUsers(set, {3})) {
     users += modules[user.module].moduleId + "-" + modules[user.through].moduleId + " ";
   }
   EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
@@ -105,7 +105,7 @@ TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
     EXPECT_EQ(length, plan.modules.size());
     ASSERT_EQ(1u, plan.cycles.size());
     EXPECT_EQ(length, plan.cycles.front().size());
-    EXPECT_EQ(length - 1, merge::FindUsers(set, 0).size());
+    EXPECT_EQ(length - 1, merge::FindUsers(set, {0}).size());
   }
 }
 

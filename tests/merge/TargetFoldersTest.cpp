@@ -113,8 +113,13 @@ TEST(TargetFoldersTest, AWalkOfAnyLengthEnds) {
     }
     const merge::TargetFolder folder = merge::TargetFolders(module).Resolve("D0");
     EXPECT_EQ(merge::FolderEnd::LimitReached, folder.end);
-    EXPECT_LT(folder.path.size(), 40000u);
+    EXPECT_EQ("", folder.root + folder.path);
   }
+  const std::string target(60000, 't');
+  merge::Module module;
+  module.directories.push_back({"D", "SystemFolder", "n"});
+  module.customActions.push_back({"A", 51, "D", target});
+  EXPECT_EQ("", merge::FormatTargetFolder(merge::TargetFolders(module).Resolve("D")));
 }
 
 TEST(TargetFoldersTest, ARootIsSpelledByTheProject) {
