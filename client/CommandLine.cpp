@@ -6,6 +6,7 @@
 
 #include "client/Help.h"
 #include "client/catalog/CatalogSettings.h"
+#include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/NearestNames.h"
@@ -21,6 +22,10 @@ constexpr char kExamples[] =
     "  mmcat deps Charmap.3128F3C8:1033       what a module needs, in merge order\n"
     "  mmcat show C:\\Modules\\Charmap.msm      everything about a module\n"
     "  mmcat list --json                      output for other programs\n";
+
+std::string ValidatePathSpelling(const std::string& spelling) {
+  return spelling == "native" || spelling == "windows" ? "" : spelling + ": not native or windows";
+}
 
 /// Parses the shared options and those of the command that was given.
 class Parser {
@@ -95,6 +100,16 @@ class Parser {
     };
     parser.add_flag("--json", chooseJson, "Print one JSON document");
     parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
+    // Options are handled in the order in which they are added, this one before any with a path.
+    parser
+        .add_option_function<std::string>(
+            "--paths",
+            [](const std::string& spelling) {
+              UsePathSpelling(spelling == "windows" ? PathSpelling::Windows : PathSpelling::Native);
+            },
+            "Spelling of paths in the output (default: native)")
+        ->type_name("native|windows")
+        ->check(CLI::Validator(ValidatePathSpelling, ""));
   }
 
   void AddCatalogOptions(CLI::App& parser) {

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include "client/catalog/PathSpelling.h"
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Report.h"
 #include "common/FolderFiles.h"
@@ -34,13 +35,14 @@ qm::common::WideString ResolveFolder(const std::optional<std::string>& folder) {
   if (!folder || folder->empty()) {
     return {};
   }
-  qm::common::WideString path = qm::common::ResolveFullPath(qm::text::ToWide(*folder));
+  qm::common::WideString path = qm::common::ResolveFullPath(ToSystemPath(*folder));
   const DWORD code = qm::common::ProbeFolder(path);
   const qm::common::ListingOutcome listing = qm::common::ClassifyListing(code);
   if (listing == qm::common::ListingOutcome::Missing) {
-    PrintRemark(qm::text::ToUtf8(path) + ": folder not found");
+    PrintRemark(SpellPath(qm::text::ToUtf8(path)) + ": folder not found");
   } else if (listing == qm::common::ListingOutcome::Unavailable) {
-    PrintRemark(qm::text::ToUtf8(path) + ": cannot list the folder: " + FormatSystemError(code));
+    PrintRemark(SpellPath(qm::text::ToUtf8(path)) +
+                ": cannot list the folder: " + FormatSystemError(code));
   }
   return path;
 }
@@ -51,7 +53,8 @@ std::string ValidateSearchFolder(const std::string& folder) {
   if (folder.empty()) {
     return "the folder is empty";  // probably an unset shell variable
   }
-  const std::string path = qm::text::ToUtf8(qm::common::ResolveFullPath(qm::text::ToWide(folder)));
+  const std::string path =
+      SpellPath(qm::text::ToUtf8(qm::common::ResolveFullPath(ToSystemPath(folder))));
   return path.find_first_of(",%") == std::string::npos
              ? ""
              : path + ": a search folder must not contain a comma or a percent sign";

@@ -9,15 +9,15 @@ ListedModule ReadModule(IMergeModule& module) {
   qm::common::ComPtr<IMergeModuleTavik> newestModule;
   ThrowIfFailed(qm::common::ComPtr<IMergeModule>(&module).QueryInterface(newestModule.Put()));
   ListedModule listed;
-  listed.path = ReadText(module, &IMergeModule::get_Path);
+  listed.path = ReadPath(module, &IMergeModule::get_Path);
   listed.key = ReadText(module, &IMergeModule::get_Key);
   listed.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
   listed.language = ReadNumber(module, &IMergeModule::get_Language);
   listed.version = ReadText(module, &IMergeModule::get_Version);
-  listed.displayName = ReadText(module, &IMergeModule::get_DisplayName);
+  listed.displayName = ReadDisplayName(module, &IMergeModule::get_Path);
   listed.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
   listed.fromGallery = !ReadFlag(*newestModule, &IMergeModuleTavik::get_HasOrigin);
-  listed.origin = ReadText(*newestModule, &IMergeModuleTavik::get_Origin);
+  listed.origin = ReadPath(*newestModule, &IMergeModuleTavik::get_Origin);
   listed.object = std::move(newestModule);
   return listed;
 }
@@ -27,7 +27,7 @@ namespace {
 /// The name of a file below the folder heading that it is listed under; the path of a gallery
 /// module.
 std::string ShortenPath(const ListedModule& module) {
-  const size_t slash = module.path.find_last_of('\\');
+  const size_t slash = module.path.find_last_of("\\/");
   return module.fromGallery || slash == std::string::npos ? module.path
                                                           : module.path.substr(slash + 1);
 }

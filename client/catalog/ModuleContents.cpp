@@ -70,7 +70,7 @@ GalleryContents ReadGalleryContents(ISetModule& setModule, std::vector<PartFailu
     ThrowIfFailed(ReadObject(setModule, &ISetModule::get_MergeModule).QueryInterface(module.Put()));
     gallery.present = ReadFlag(*module, &IMergeModule2::get_Present);
     gallery.needsDownload = ReadFlag(*module, &IMergeModule2::get_NeedsDownload);
-    gallery.localPath = ReadText(*module, &IMergeModule2::get_LocalPath);
+    gallery.localPath = ReadPath(*module, &IMergeModule2::get_LocalPath);
     part = "download files";
     gallery.downloadFiles = ReadDownloadFiles(*module);
   } catch (const ServerFailure& failure) {

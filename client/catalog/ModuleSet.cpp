@@ -40,9 +40,9 @@ ModuleFacts ReadModuleFacts(ISetModule& module) {
   return {ReadText(module, &ISetModule::get_Key),
           ReadText(module, &ISetModule::get_ModuleID),
           ReadText(module, &ISetModule::get_Version),
-          ReadText(module, &ISetModule::get_DisplayName),
+          ReadDisplayName(module, &ISetModule::get_Path),
           ReadText(module, &ISetModule::get_PackageCode),
-          ReadText(module, &ISetModule::get_Path),
+          ReadPath(module, &ISetModule::get_Path),
           ReadFlag(module, &ISetModule::get_IsFromGallery),
           ReadFlag(module, &ISetModule::get_IsPresent),
           ComPtr<ISetModule>(&module)};
@@ -89,11 +89,15 @@ std::vector<ExclusionFacts> ReadExclusions(ISetExclusions& exclusions) {
 }
 
 FindingFacts ReadFinding(ISetFinding& finding) {
-  FindingFacts facts{
-      ReadText(finding, &ISetFinding::get_Code), {}, ReadText(finding, &ISetFinding::get_Text)};
+  FindingFacts facts{ReadText(finding, &ISetFinding::get_Code),
+                     {},
+                     SpellPathsIn(ReadText(finding, &ISetFinding::get_Text))};
   Value keys;
   ThrowIfFailed(finding.get_ModuleKeys(&keys.Get()));
   facts.moduleKeys = keys.Texts();
+  for (std::string& key : facts.moduleKeys) {
+    key = SpellPath(key);  // a module without a key has its path
+  }
   return facts;
 }
 
@@ -133,15 +137,15 @@ std::vector<std::string> ModuleSet::Keys() const {
 }
 
 void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
-  ForEachItem<ISetFailure>(*ReadObject(*m_set, &IMergeSet::get_Failures),
-                           [&](ISetFailure& failure) {
-                             if (files == FailuresOf::ModulesAndIndexes ||
-                                 ReadObject(failure, &ISetFailure::get_Module)) {
-                               report.AddFailure(ReadText(failure, &ISetFailure::get_Path), "",
-                                                 ReadNumber(failure, &ISetFailure::get_Code),
-                                                 ReadText(failure, &ISetFailure::get_Text));
-                             }
-                           });
+  ForEachItem<ISetFailure>(
+      *ReadObject(*m_set, &IMergeSet::get_Failures), [&](ISetFailure& failure) {
+        if (files == FailuresOf::ModulesAndIndexes ||
+            ReadObject(failure, &ISetFailure::get_Module)) {
+          report.AddFailure(ReadPath(failure, &ISetFailure::get_Path), "",
+                            ReadNumber(failure, &ISetFailure::get_Code),
+                            SpellPathsIn(ReadText(failure, &ISetFailure::get_Text)));
+        }
+      });
 }
 
 std::vector<size_t> ModuleSet::FindModules(const std::string& key) const {
@@ -242,7 +246,7 @@ std::vector<DescriptionFacts> ModuleSet::Descriptions() const {
   ForEachItem<IGalleryDescription>(
       *ReadObject(*m_set, &IMergeSet::get_GalleryDescriptions),
       [&](IGalleryDescription& description) {
-        list.push_back({ReadText(description, &IGalleryDescription::get_Path),
+        list.push_back({ReadPath(description, &IGalleryDescription::get_Path),
                         ReadText(description, &IGalleryDescription::get_PackageCode),
                         ReadText(description, &IGalleryDescription::get_ModuleID),
                         ReadText(description, &IGalleryDescription::get_Key),
@@ -250,8 +254,8 @@ std::vector<DescriptionFacts> ModuleSet::Descriptions() const {
                         {}});
         const HRESULT code = ReadNumber(description, &IGalleryDescription::get_FailureCode);
         if (FAILED(code)) {
-          list.back().failure.emplace(code,
-                                      ReadText(description, &IGalleryDescription::get_Failure));
+          list.back().failure.emplace(
+              code, SpellPathsIn(ReadText(description, &IGalleryDescription::get_Failure)));
         }
       });
   return list;

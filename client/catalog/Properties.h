@@ -3,6 +3,7 @@
 #include <optional>
 #include <string>
 
+#include "client/catalog/PathSpelling.h"
 #include "client/catalog/ServerFailure.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
@@ -19,6 +20,20 @@ std::string ReadText(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*p
   qm::common::UniqueBstr value;
   ThrowIfFailed((object.*property)(value.Put()));
   return qm::text::ToUtf8(qm::common::ViewOf(value.Get()));
+}
+
+/// The full path of a file or folder, as the user spells it.
+template <class Interface>
+std::string ReadPath(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
+  return SpellPath(ReadText(object, property));
+}
+
+/// A display name, which is the path of the object if it has no other name.
+template <class Interface>
+std::string ReadDisplayName(Interface& object,
+                            HRESULT (STDMETHODCALLTYPE Interface::*path)(BSTR*)) {
+  const std::string name = ReadText(object, &Interface::get_DisplayName);
+  return name == ReadText(object, path) ? SpellPath(name) : name;
 }
 
 template <class Interface>

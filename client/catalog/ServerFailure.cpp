@@ -1,5 +1,6 @@
 #include "client/catalog/ServerFailure.h"
 
+#include "client/catalog/PathSpelling.h"
 #include "common/Bstr.h"
 #include "common/ComPtr.h"
 #include "common/SystemMessage.h"
@@ -29,7 +30,7 @@ ServerFailure ServerFailure::Capture(HRESULT hr) {
     info->GetDescription(description.Put());
   }
   if (description) {
-    return {hr, ToOneLine(qm::text::ToUtf8(qm::common::ViewOf(description.Get())))};
+    return {hr, SpellPathsIn(ToOneLine(qm::text::ToUtf8(qm::common::ViewOf(description.Get()))))};
   }
   const qm::common::UniqueLocalText text = qm::common::FormatSystemMessage(static_cast<DWORD>(hr));
   return {hr, text ? ToOneLine(qm::text::ToUtf8(text.Get())) : "Unknown error"};

@@ -107,7 +107,7 @@ std::string CheckClass(const wchar_t* progId, const wchar_t* dll) {
   const WideString loaded = FindLoadedFile(dll);
   const bool isOurs =
       qm::common::CompareFileNames(qm::common::ParentFolder(loaded), ProgramFolder()) == 0;
-  return isOurs ? "" : "was created by " + qm::text::ToUtf8(loaded);
+  return isOurs ? "" : "was created by " + SpellPath(qm::text::ToUtf8(loaded));
 }
 
 ModuleIdentity ReadByServer(const WideString& path) {
@@ -190,7 +190,7 @@ void CheckSamples(const WideString& folder, Checks& checks) {
   for (const auto& [name, contents] : KnownSamples()) {
     if (std::find(names.begin(), names.end(), name) == names.end()) {
       checks.Add("sample " + qm::text::ToUtf8(name), [&, &folder = folder] {
-        return "not found in \"" + qm::text::ToUtf8(folder) + '"';
+        return "not found in \"" + SpellPath(qm::text::ToUtf8(folder)) + '"';
       });
     }
   }
@@ -259,10 +259,9 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  const WideString samples =
-      options.samples.empty()
-          ? FindSamples()
-          : qm::common::ResolveFullPath(WideString(qm::text::ToWide(options.samples)));
+  const WideString samples = options.samples.empty()
+                                 ? FindSamples()
+                                 : qm::common::ResolveFullPath(ToSystemPath(options.samples));
   const std::string system = DescribeSystem();
   const Checks checks = RunChecks(samples);
 

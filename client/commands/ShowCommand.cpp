@@ -18,7 +18,7 @@ namespace mmcat {
 namespace {
 
 bool IsFile(const std::string& path) {
-  const DWORD attributes = ::GetFileAttributesW(qm::text::ToWide(path).c_str());
+  const DWORD attributes = ::GetFileAttributesW(ToSystemPath(path).c_str());
   return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
 }
 
@@ -37,7 +37,7 @@ std::vector<std::string> ExpandWildcards(const std::string& path) {
   }
   const std::string folder = path.substr(0, path.find_last_of("\\/:") + 1);
   std::vector<std::string> files;
-  for (const std::wstring& name : FindFileNames(qm::text::ToWide(path))) {
+  for (const std::wstring& name : FindFileNames(ToSystemPath(path))) {
     files.push_back(folder + qm::text::ToUtf8(name));
   }
   return files.empty() ? std::vector<std::string>{path} : files;
@@ -52,7 +52,7 @@ class ModuleCollector {
     try {
       const auto module = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
       ThrowIfFailed(
-          module->Open(MakeArgument(qm::common::ResolveFullPath(qm::text::ToWide(file))).Get()));
+          module->Open(MakeArgument(qm::common::ResolveFullPath(ToSystemPath(file))).Get()));
       m_modules.emplace_back(module.Get());
     } catch (const ServerFailure& failure) {
       m_report.AddFailure(file, "", failure.HResult(), failure.what());

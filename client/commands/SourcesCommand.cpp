@@ -19,8 +19,8 @@ struct ListedSource {
 ListedSource ReadSource(IMMSource& source) {
   return {ReadFlag(source, &IMMSource::get_SecondPass) ? 2 : 1,
           ReadNumber(*ReadObject(source, &IMMSource::get_MergeModules), &IMergeModules::get_Count),
-          ReadText(source, &IMMSource::get_DisplayName), ReadText(source, &IMMSource::get_Folder),
-          ReadText(source, &IMMSource::get_Entry)};
+          ReadDisplayName(source, &IMMSource::get_Folder), ReadPath(source, &IMMSource::get_Folder),
+          ReadPath(source, &IMMSource::get_Entry)};
 }
 
 std::string FormatSources(const std::vector<ListedSource>& sources) {
