@@ -5,6 +5,7 @@
 #include <sstream>
 
 #include "client/Help.h"
+#include "client/ResponseFile.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
@@ -46,6 +47,12 @@ class Parser {
   }
 
   CommandLine Read(std::vector<std::string> arguments) {
+    try {
+      arguments = ExpandResponseFiles(arguments);
+    } catch (const std::runtime_error& failure) {
+      PrintRemark(failure.what());
+      return kUsage;
+    }
     if (!arguments.empty() && IsUnknownCommand(arguments.front())) {
       return kUsage;
     }
