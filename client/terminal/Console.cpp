@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cwchar>
+#include <iterator>
 #include <string_view>
 
 #include "text/Utf.h"
@@ -11,6 +13,20 @@ namespace mmcat {
 namespace {
 
 bool g_consoleFailed = false;
+
+bool IsConsole(DWORD standardHandle) noexcept {
+  DWORD mode = 0;
+  return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
+}
+
+/// Returns whether a pipe leads to a terminal.
+bool IsRelayed(DWORD standardHandle) noexcept {
+  wchar_t terminals[32];
+  const DWORD size = ::GetEnvironmentVariableW(L"QM_TERMINAL", terminals, 32);
+  return size > 0 && size < 32 &&
+         std::wcsstr(terminals, standardHandle == STD_OUTPUT_HANDLE ? L"stdout" : L"stderr") &&
+         ::GetFileType(::GetStdHandle(standardHandle)) == FILE_TYPE_PIPE;
+}
 
 HANDLE GetOutputHandle() noexcept { return ::GetStdHandle(STD_OUTPUT_HANDLE); }
 
@@ -46,14 +62,28 @@ void WriteTo(DWORD standardHandle, FILE* stream, const std::string& text) {
     WriteToConsole(standardHandle, text);
   } else {
     std::fwrite(text.data(), 1, text.size(), stream);
+    if (::GetFileType(::GetStdHandle(standardHandle)) != FILE_TYPE_DISK) {
+      std::fflush(stream);  // somebody may be reading along
+    }
   }
 }
 
 }  // namespace
 
-bool IsConsole(DWORD standardHandle) noexcept {
-  DWORD mode = 0;
-  return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
+bool IsTerminal(DWORD standardHandle) noexcept {
+  return IsConsole(standardHandle) || IsRelayed(standardHandle);
+}
+
+size_t GetTerminalWidth(DWORD standardHandle) noexcept {
+  constexpr size_t kUnknown = 80;
+  CONSOLE_SCREEN_BUFFER_INFO console;
+  if (::GetConsoleScreenBufferInfo(::GetStdHandle(standardHandle), &console)) {
+    return static_cast<size_t>(console.dwSize.X);
+  }
+  wchar_t columns[16];
+  const DWORD size = ::GetEnvironmentVariableW(L"COLUMNS", columns, 16);
+  const long width = size > 0 && size < 16 ? std::wcstol(columns, nullptr, 10) : 0;
+  return width > 0 ? static_cast<size_t>(width) : kUnknown;
 }
 
 void WriteOutput(const std::string& text) { WriteTo(STD_OUTPUT_HANDLE, stdout, text); }
@@ -67,10 +97,32 @@ bool FlushOutput() noexcept {
   return std::fflush(stdout) == 0 && !std::ferror(stdout) && !g_consoleFailed;
 }
 
+void EraseErrorLine() noexcept {
+  if (!IsConsole(STD_ERROR_HANDLE)) {
+    constexpr char kErase[] = "\r\x1b[K";
+    std::fwrite(kErase, 1, sizeof kErase - 1, stderr);
+    std::fflush(stderr);
+    return;
+  }
+  // Older consoles know no control sequences. The last column stays free: writing to it would begin
+  // another line.
+  wchar_t blank[256];
+  const size_t width = std::min(GetTerminalWidth(STD_ERROR_HANDLE) - 1, std::size(blank) - 2);
+  std::fill_n(blank, width + 2, L' ');
+  blank[0] = blank[width + 1] = L'\r';
+  DWORD written = 0;
+  ::WriteConsoleW(::GetStdHandle(STD_ERROR_HANDLE), blank, static_cast<DWORD>(width + 2), &written,
+                  nullptr);
+}
+
 bool EnableColors() noexcept {
+  if (AreColorsForbidden()) {
+    return false;
+  }
   DWORD mode = 0;
-  return !AreColorsForbidden() && ::GetConsoleMode(GetOutputHandle(), &mode) &&
-         ::SetConsoleMode(GetOutputHandle(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING);
+  return ::GetConsoleMode(GetOutputHandle(), &mode)
+             ? ::SetConsoleMode(GetOutputHandle(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0
+             : IsRelayed(STD_OUTPUT_HANDLE);
 }
 
 ConsoleMode::ConsoleMode() noexcept {

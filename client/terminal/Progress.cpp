@@ -1,6 +1,5 @@
 #include "client/terminal/Progress.h"
 
-#include <algorithm>
 #include <utility>
 
 #include "client/terminal/Console.h"
@@ -10,21 +9,20 @@ namespace mmcat {
 namespace {
 
 constexpr ULONGLONG kInterval = 100;  // milliseconds
-constexpr size_t kLongest = 60;       // longer than any text shown
 
-size_t g_width = 0;  // of the text on the line, in characters
+bool g_isShown = false;
 
 }  // namespace
 
-Progress::Progress() : m_isShown(IsConsole(STD_ERROR_HANDLE)) {
-  if (m_isShown) {
+Progress::Progress() : m_isTerminal(IsTerminal(STD_ERROR_HANDLE)) {
+  if (m_isTerminal) {
     Show("reading the list of modules");
   }
 }
 
 void Progress::CountModule() noexcept {
   ++m_begun;
-  if (!m_isShown || ::GetTickCount64() < m_nextTime) {
+  if (!m_isTerminal || ::GetTickCount64() < m_nextTime) {
     return;
   }
   try {
@@ -35,20 +33,14 @@ void Progress::CountModule() noexcept {
 
 void Progress::Show(const std::string& text) {
   Erase();
-  WriteError(text);
-  g_width = text.size();
+  WriteError(text.substr(0, GetTerminalWidth(STD_ERROR_HANDLE) - 1));  // on one line
+  g_isShown = true;
   m_nextTime = ::GetTickCount64() + kInterval;
 }
 
 void Progress::Erase() noexcept {
-  wchar_t blank[kLongest + 2];
-  const size_t width = std::min(std::exchange(g_width, 0), kLongest);
-  if (width > 0) {
-    std::fill_n(blank, width + 2, L' ');
-    blank[0] = blank[width + 1] = L'\r';
-    DWORD written = 0;
-    ::WriteConsoleW(::GetStdHandle(STD_ERROR_HANDLE), blank, static_cast<DWORD>(width + 2),
-                    &written, nullptr);
+  if (std::exchange(g_isShown, false)) {
+    EraseErrorLine();
   }
 }
 

@@ -8,7 +8,7 @@
 namespace mmcat {
 
 /// Shows on stderr how many modules of the catalog have been read, such as "reading 1200 of 2900
-/// modules", if stderr is a console, and erases the line at the end. Only one object at a time.
+/// modules", if stderr is a terminal, and erases the line at the end. Only one object at a time.
 class Progress {
  public:
   /// Shows that the list of modules is being read.
@@ -31,7 +31,7 @@ class Progress {
 
   size_t m_total = 0;
   size_t m_begun = 0;
-  bool m_isShown;
+  bool m_isTerminal;
   ULONGLONG m_nextTime = 0;
 };
 
