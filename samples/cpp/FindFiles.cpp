@@ -14,7 +14,9 @@
 #include <comdef.h>
 #include <fcntl.h>
 #include <io.h>
+
 #include <cstdio>
+#include <cwchar>
 
 #include "idl/mergeset.h"
 #include "idl/qmmmupdater.h"
@@ -53,7 +55,7 @@ long PrintFiles(const wchar_t* pattern) {
     Check(files->get_Item(_variant_t(number), &file));
     Check(file->get_Name(name.GetAddress()));
     Check(file->get_TargetPath(folder.GetAddress()));
-    ::wprintf(L"%ls in %ls\n", name.GetBSTR(), folder.GetBSTR());
+    std::wprintf(L"%ls in %ls\n", name.GetBSTR(), folder.GetBSTR());
   }
   return count;
 }
@@ -71,8 +73,8 @@ int wmain(int argc, wchar_t** argv) {
   try {
     exitCode = PrintFiles(argv[1]) > 0 ? 0 : 3;
   } catch (const _com_error& failure) {
-    ::fwprintf(stderr, L"FindFiles: 0x%08lX %ls\n", static_cast<unsigned long>(failure.Error()),
-               (_bstr_t(L"") + failure.Description()).GetBSTR());
+    std::fwprintf(stderr, L"FindFiles: 0x%08lX %ls\n", static_cast<unsigned long>(failure.Error()),
+                  (_bstr_t(L"") + failure.Description()).GetBSTR());
   }
   ::CoUninitialize();
   return exitCode;

@@ -88,12 +88,11 @@ TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
   damaged.path = "b.msm";
   damaged.failure = "Damaged.";
   damaged.needsDownload = true;
-  EXPECT_THAT(
-      FindingsOf({changed, damaged}),
-      ElementsAre("changed-module A:1033 | a.msm is not the file that was listed: its "
-                  "version is 2.0",
-                  "needs-download B:1033 | B:1033 has to be downloaded, or files of it",
-                  "unreadable-module B:1033 | b.msm cannot be read: Damaged."));
+  EXPECT_THAT(FindingsOf({changed, damaged}),
+              ElementsAre("changed-module A:1033 | a.msm is not the file that was listed: its "
+                          "version is 2.0",
+                          "needs-download B:1033 | B:1033 has to be downloaded, or files of it",
+                          "unreadable-module B:1033 | b.msm cannot be read: Damaged."));
 }
 
 TEST(FindingsTest, IndexEntriesOfAnUnknownModuleAreReportedOnce) {
