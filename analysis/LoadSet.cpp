@@ -76,10 +76,11 @@ std::string Describe(const msidb::FileError& error, const std::string& path) {
 std::string CompareIdentities(const merge::Module& listed, const merge::Module& read) {
   const struct {
     const char* what;
-    const std::string& listed;
-    const std::string& read;
+    std::string listed;
+    std::string read;
   } facts[] = {
       {"module ID", listed.moduleId, read.moduleId},
+      {"language", std::to_string(listed.language), std::to_string(read.language)},
       {"version", listed.version, read.version},
       {"package code", listed.packageCode, read.packageCode},
   };

@@ -15,8 +15,16 @@ merge::TargetFolder SetData::ResolveFolder(size_t module, std::string_view direc
 }
 
 std::string SetData::SpellTargetPath(size_t module, std::string_view directory) const {
-  const traits::ProjectTraits& traits = traits::CProjectTraitsManager::Instance().Current();
-  return merge::FormatTargetFolder(ResolveFolder(module, directory), [&](std::string_view root) {
+  const int type = traits::GetActiveProjectType();
+  const bool isKnown = type == static_cast<int>(traits::ProjectType::Installer) ||
+                       type == static_cast<int>(traits::ProjectType::Script);
+  const merge::TargetFolder folder = ResolveFolder(module, directory);
+  if (!isKnown) {
+    return merge::FormatTargetFolder(folder);
+  }
+  const traits::ProjectTraits& traits =
+      traits::CProjectTraitsManager::Instance().ForType(static_cast<traits::ProjectType>(type));
+  return merge::FormatTargetFolder(folder, [&](std::string_view root) {
     return text::ToUtf8(traits::SpellRoot(traits, text::ToWide(root)));
   });
 }

@@ -67,7 +67,8 @@ class SetData {
   /// Returns where an installer makes a directory of a module.
   merge::TargetFolder ResolveFolder(size_t module, std::string_view directory) const;
 
-  /// Returns the same as the active project spells it. Raises as traits::GetActiveProjectType does.
+  /// Returns the same as the active project spells it; "[Key]" for the root in a project of unknown
+  /// type. Raises as traits::GetActiveProjectType does.
   std::string SpellTargetPath(size_t module, std::string_view directory) const;
 
  private:

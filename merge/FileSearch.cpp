@@ -30,8 +30,8 @@ class NamePattern {
   explicit NamePattern(std::string_view pattern) : m_pattern(text::FoldCase(pattern)) {}
 
   bool Matches(std::string_view name) {
-    if (name.empty() || m_pattern == "*") {
-      return !name.empty();
+    if (name.empty()) {
+      return false;
     }
     if (!IsAscii(name)) {
       return MatchesPattern(text::FoldCase(name), m_pattern);
@@ -45,7 +45,9 @@ class NamePattern {
     return MatchesPattern(m_folded, m_pattern);
   }
 
-  bool Matches(const DeliveredFile& file) { return Matches(file.name) || Matches(file.shortName); }
+  bool Matches(const DeliveredFile& file) {
+    return m_pattern == "*" || Matches(file.name) || Matches(file.shortName);
+  }
 
  private:
   std::string m_pattern;

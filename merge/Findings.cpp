@@ -197,7 +197,9 @@ class ModuleCheck {
     std::map<std::string, std::vector<Delivery>> byName;
     for (const size_t position : m_scope) {
       for (const DeliveredFile& file : At(position).files) {
-        byName[text::FoldCase(file.name)].push_back({position, &file});
+        if (!file.name.empty()) {
+          byName[text::FoldCase(file.name)].push_back({position, &file});
+        }
       }
     }
     for (const auto& [name, deliveries] : byName) {

@@ -1,12 +1,16 @@
 #include "merge/MergePlan.h"
 
 #include <algorithm>
+#include <set>
+#include <utility>
 
 #include "text/Fold.h"
 
 namespace qm::merge {
 
 namespace {
+
+constexpr size_t kMaxCycleModules = 100000;
 
 /// Walks requirements depth first. Keeps an explicit stack, so that the thread's stack does not
 /// limit the depth.
@@ -62,7 +66,13 @@ class Planner {
     }
   }
 
+  /// Records the cycle that a requirement of the last module on the path closes, once for each pair
+  /// of modules.
   void RecordCycle(size_t module) {
+    if (m_cycleModules >= kMaxCycleModules ||
+        !m_closed.emplace(m_path.back().planned.module, module).second) {
+      return;
+    }
     const auto first = std::find_if(m_path.begin(), m_path.end(), [&](const Visit& visit) {
       return visit.planned.module == module;
     });
@@ -70,12 +80,15 @@ class Planner {
     for (auto visit = first; visit != m_path.end(); ++visit) {
       cycle.push_back(visit->planned.module);
     }
+    m_cycleModules += cycle.size();
     m_plan.cycles.push_back(std::move(cycle));
   }
 
   const ModuleIndex& m_set;
   std::vector<State> m_states;
   std::vector<Visit> m_path;
+  std::set<std::pair<size_t, size_t>> m_closed;  ///< modules whose requirement closed a cycle
+  size_t m_cycleModules = 0;
   MergePlan m_plan;
 };
 

@@ -32,6 +32,12 @@ std::string_view TrimBackslashes(std::string_view path) noexcept {
   return path.substr(first, path.find_last_not_of('\\') + 1 - first);
 }
 
+/// Removes backslashes from the end of a full path, except for that of "C:\" itself.
+std::string_view TrimFullPath(std::string_view path) noexcept {
+  const std::size_t end = path.find_last_not_of('\\') + 1;
+  return path.substr(0, end > 0 && end < path.size() && path[end - 1] == ':' ? end + 1 : end);
+}
+
 /// Returns the long name of the target part of a DefaultDir, "target:source", each "short|long".
 std::string_view GetTargetName(std::string_view defaultDir) noexcept {
   const std::string_view target = defaultDir.substr(0, defaultDir.find(':'));
@@ -157,7 +163,7 @@ class TargetFolders::Walk {
   bool EnterText(std::string_view text) {
     const std::size_t close = text.find(']');
     if (text.front() != '[' || close == std::string_view::npos) {
-      Prepend(text);
+      PrependUntrimmed(TrimFullPath(text));
       return true;
     }
     Prepend(text.substr(close + 1));
@@ -176,6 +182,10 @@ class TargetFolders::Walk {
     if (names.empty()) {
       return;
     }
+    PrependUntrimmed(names);
+  }
+
+  void PrependUntrimmed(std::string_view names) {
     m_names.push_back(names);
     m_pathSize += names.size() + 1;
   }
@@ -183,7 +193,7 @@ class TargetFolders::Walk {
   void JoinNames() {
     m_folder.path.reserve(m_pathSize);
     for (auto names = m_names.rbegin(); names != m_names.rend(); ++names) {
-      m_folder.path += m_folder.path.empty() ? "" : "\\";
+      m_folder.path += m_folder.path.empty() || m_folder.path.back() == '\\' ? "" : "\\";
       m_folder.path += *names;
     }
   }

@@ -1,3 +1,5 @@
+#include <functional>
+#include <optional>
 #include <set>
 
 #include "common/Bstr.h"
@@ -117,6 +119,40 @@ class Collection final : public IMergeModules {
   STDMETHOD(get_Enumerator)(IEnumVARIANT**) override { return E_NOTIMPL; }
 };
 
+/// An array of a script with one element, a key, which runs code when it is read.
+class ScriptArray final : public IDispatch {
+ public:
+  explicit ScriptArray(std::function<void()> whenRead) : m_whenRead(std::move(whenRead)) {}
+
+  STDMETHOD(QueryInterface)(REFIID, void** out) override {
+    *out = this;
+    return S_OK;
+  }
+  STDMETHOD_(ULONG, AddRef)() override { return 2; }
+  STDMETHOD_(ULONG, Release)() override { return 1; }
+  STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
+  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHOD(GetIDsOfNames)(REFIID, wchar_t** names, UINT, LCID, DISPID* id) override {
+    *id = std::wstring_view(*names) == L"length" ? 1 : 2;
+    return S_OK;
+  }
+  STDMETHOD(Invoke)
+  (DISPID id, REFIID, LCID, WORD, DISPPARAMS*, VARIANT* result, EXCEPINFO*, UINT*) override {
+    if (id == 1) {
+      result->vt = VT_I4;
+      result->lVal = 1;
+      return S_OK;
+    }
+    m_whenRead();
+    result->vt = VT_BSTR;
+    result->bstrVal = ::SysAllocString(L"Last");
+    return S_OK;
+  }
+
+ private:
+  std::function<void()> m_whenRead;
+};
+
 class MergeSetTest : public CatalogFixture {
  protected:
   void SetUp() override {
@@ -216,6 +252,8 @@ TEST_F(MergeSetTest, FoldersAreThoseOfTheInstallerInTheSpellingOfTheProject) {
   ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", L"1");
   EXPECT_THAT(FindFiles(L"t*"),
               ElementsAre(HasSubstr(L"<TARGETDIR>"), L"A:1033: <WINSYSDIR>drivers two"));
+  ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", L"7");
+  EXPECT_THAT(FindFiles(L"two"), ElementsAre(L"A:1033: [SystemFolder]drivers two"));
   ::SetEnvironmentVariableW(L"QM_PROJECT_TYPE", nullptr);
 }
 
@@ -320,6 +358,27 @@ TEST_F(MergeSetTest, LoadTakesAnyCollectionAndKeepsTheOldSetIfItFails) {
   EXPECT_EQ(S_OK, m_set->Load(&collection));
   EXPECT_THAT(CheckAll(), ElementsAre());
   EXPECT_EQ(L"1.0", Text(sound, &ISetModule::get_Version)) << "objects keep what they were made of";
+}
+
+TEST_F(MergeSetTest, AnArgumentMayLoadAnotherSet) {
+  for (const wchar_t* const name : {L"set\\a.msm", L"set\\b.msm", L"set\\c.msm"}) {
+    WriteModule(name, "Other" + std::to_string(name[4]));
+  }
+  WriteModule(L"set\\z.msm", "Last");
+  Collection small;
+  small.m_items.emplace_back(OpenModule(m_folder / L"set\\z.msm").Get());
+  for (const bool growing : {true, false}) {
+    ASSERT_EQ(S_OK, growing ? m_set->Load(&small) : LoadCatalog());
+    ScriptArray keys([&] { EXPECT_EQ(S_OK, growing ? LoadCatalog() : m_set->Load(&small)); });
+    common::ComPtr<IMergePlan> plan;
+    common::ComPtr<IPlannedModules> planned;
+    long count = 0;
+    ASSERT_EQ(S_OK, m_set->Plan(Around(VT_DISPATCH, &keys), plan.Put()));
+    EXPECT_EQ(S_OK, plan->get_Modules(planned.Put()));
+    EXPECT_EQ(S_OK, planned->get_Count(&count));
+    EXPECT_EQ(1, count);
+    EXPECT_THAT(Check(Around(VT_DISPATCH, &keys)), ElementsAre());
+  }
 }
 
 TEST_F(MergeSetTest, NothingIsAnsweredBeforeTheFirstLoad) {

@@ -93,6 +93,27 @@ TEST(MergePlanTest, APlanListsEveryModuleAfterWhatItNeeds) {
   EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
 }
 
+TEST(MergePlanTest, ACycleIsReportedOnceWhateverManyRowsCloseIt) {
+  const std::vector<merge::Module> modules{
+      Module("A", "1", 0, {{"B", 0, ""}}),
+      Module("B", "1", 0, {{"A", 0, ""}, {"A", 9, ""}, {"A", std::nullopt, "0.5"}})};
+  EXPECT_EQ(1u, merge::PlanMerge(merge::ModuleIndex(modules), {0, 1}).cycles.size());
+
+  std::vector<merge::Module> all;
+  for (int i = 0; i < 600; ++i) {
+    std::vector<merge::Requirement> others;
+    for (int j = 0; j < 600; ++j) {
+      others.push_back({"M" + std::to_string(j), 0, ""});
+    }
+    all.push_back(Module("M" + std::to_string(i), "1", 0, others));
+  }
+  size_t count = 0;
+  for (const auto& cycle : merge::PlanMerge(merge::ModuleIndex(all), {0}).cycles) {
+    count += cycle.size();
+  }
+  EXPECT_LT(count, 101000u);
+}
+
 TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
   for (const size_t length : {2u, 3u, 3000u}) {
     std::vector<merge::Module> modules;

@@ -99,7 +99,7 @@ TEST(TargetFoldersTest, ADirectoryIsWhereAnInstallerMakesIt) {
   }
 }
 
-TEST(TargetFoldersTest, AWalkOfAnyLengthEnds) {
+TEST(TargetFoldersTest, AWalkOfAnyLengthEndsAndAFullPathStaysWhole) {
   const size_t count = 2000;
   const std::string name(200, 'n');
   std::vector<std::string> keys;
@@ -114,6 +114,16 @@ TEST(TargetFoldersTest, AWalkOfAnyLengthEnds) {
     const merge::TargetFolder folder = merge::TargetFolders(module).Resolve("D0");
     EXPECT_EQ(merge::FolderEnd::LimitReached, folder.end);
     EXPECT_EQ("", folder.root + folder.path);
+  }
+  for (const std::string_view path : {"C:\\", "\\\\server\\share\\dir", "C:\\x"}) {
+    merge::Module fixed;
+    fixed.directories.push_back({"D", "TARGETDIR", "n"});
+    fixed.directories.push_back({"E", "D", "sub"});
+    fixed.customActions.push_back({"A", 51, "D", path});
+    const merge::TargetFolders folders(fixed);
+    EXPECT_EQ(path, merge::FormatTargetFolder(folders.Resolve("D")));
+    EXPECT_EQ(std::string(path) + (path.back() == '\\' ? "sub" : "\\sub"),
+              merge::FormatTargetFolder(folders.Resolve("E")));
   }
   const std::string target(60000, 't');
   merge::Module module;
