@@ -47,9 +47,10 @@ void BuildModule(const qm::common::WideString& folder, const qm::common::WideStr
            "9\t{C685A6B2-5C68-494B-8B13-7777875E" +
            Number(number) + "}\r\n"},
       {L"Component.idt",
-       "Component\tComponentId\tDirectory_\r\ns72\tS38\ts72\r\nComponent\tComponent\r\n"
+       "Component\tComponentId\tDirectory_\tAttributes\tCondition\tKeyPath\r\n"
+       "s72\tS38\ts72\ti2\tS255\tS72\r\nComponent\tComponent\r\n"
        "Main." +
-           suffix + "\t\tSystemFolder." + suffix + "\r\n"},
+           suffix + "\t\tSystemFolder." + suffix + "\t0\t\tDll." + suffix + "\r\n"},
       {L"File.idt",
        "File\tComponent_\tFileName\tFileSize\tVersion\tLanguage\tAttributes\tSequence\r\n"
        "s72\ts72\tl255\ti4\tS72\tS20\tI2\ti2\r\nFile\tFile\r\n"
