@@ -60,17 +60,25 @@ std::string SpellFolder(const std::string& folder) {
   if (found != known.end()) {
     return found->second;
   }
-  const bool isRoot = folder.size() < kRootSize;
-  const std::unique_ptr<char, HeapDeleter> native(
-      GetWinePaths().toNative(qm::text::ToWide(isRoot ? folder + '\\' : folder).c_str()));
+  std::string existing = folder;
+  std::string missing;  // what the file system does not have
   std::string spelled;
-  if (native) {
-    spelled = native.get();
-  } else if (!isRoot) {  // a folder that contains it does not exist
-    const size_t slash = folder.find_last_of('\\');
-    spelled = SpellFolder(folder.substr(0, slash)) + '/' + folder.substr(slash + 1);
+  while (true) {
+    const bool isRoot = existing.size() < kRootSize;
+    const std::unique_ptr<char, HeapDeleter> native(
+        GetWinePaths().toNative(qm::text::ToWide(isRoot ? existing + '\\' : existing).c_str()));
+    if (native) {
+      spelled = native.get();
+    }
+    if (native || isRoot) {
+      break;
+    }
+    const size_t slash = existing.find_last_of('\\');
+    missing = '/' + existing.substr(slash + 1) + missing;
+    existing.resize(slash);
   }
   spelled.erase(spelled.find_last_not_of('/') + 1);
+  spelled += missing;
   return known[folder] = spelled;
 }
 
