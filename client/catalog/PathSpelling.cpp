@@ -74,7 +74,7 @@ std::string SpellFolder(const std::string& folder) {
       break;
     }
     const size_t slash = existing.find_last_of('\\');
-    missing = '/' + existing.substr(slash + 1) + missing;
+    missing.insert(0, existing.substr(slash + 1)).insert(0, 1, '/');
     existing.resize(slash);
   }
   spelled.erase(spelled.find_last_not_of('/') + 1);

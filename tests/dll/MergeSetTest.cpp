@@ -177,8 +177,9 @@ class MergeSetTest : public CatalogFixture {
                           const std::vector<TableText>& more = {}) const {
     std::string components, rows;
     for (const auto& [name, directory] : files) {
-      components += "C" + name + "\t\t" + directory + "\n";
-      rows += "F" + name + "\tC" + name + "\t" + name + "\t10\t1.0\t1033\t\t1\n";
+      components.append("C").append(name).append("\t\t").append(directory).append("\n");
+      rows.append("F").append(name).append("\tC").append(name).append("\t").append(name).append(
+          "\t10\t1.0\t1033\t\t1\n");
     }
     std::vector<TableText> tables{
         {L"ModuleSignature", id + "\t1033\t1.0\n"},

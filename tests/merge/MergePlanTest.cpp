@@ -100,8 +100,10 @@ TEST(MergePlanTest, ACycleIsReportedOnceWhateverManyRowsCloseIt) {
   EXPECT_EQ(1u, merge::PlanMerge(merge::ModuleIndex(modules), {0, 1}).cycles.size());
 
   std::vector<merge::Module> all;
+  all.reserve(600);
   for (int i = 0; i < 600; ++i) {
     std::vector<merge::Requirement> others;
+    others.reserve(600);
     for (int j = 0; j < 600; ++j) {
       others.push_back({"M" + std::to_string(j), 0, ""});
     }

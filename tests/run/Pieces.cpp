@@ -14,7 +14,7 @@ int main(int argc, char** argv) {
   }
   std::vector<char> piece(std::strtoul(argv[2], nullptr, 10));
   ::_setmode(::_fileno(stdout), _O_BINARY);
-  for (size_t size; (size = std::fread(piece.data(), 1, piece.size(), file)) > 0;) {
+  for (size_t size = 0; (size = std::fread(piece.data(), 1, piece.size(), file)) > 0;) {
     std::fwrite(piece.data(), 1, size, stdout);
     std::fflush(stdout);
   }
