@@ -79,7 +79,7 @@ STDMETHODIMP MissingModule::get_NeededBy(ISetModule** value) {
 }
 STDMETHODIMP MissingModule::get_Requirement(ISetRequirement** value) {
   return Answer(value, [&] {
-    return MakeObject<SetRequirement>(m_set, m_missing.neededBy, m_missing.requirement);
+    return com::MakeObject<SetRequirement>(m_set, m_missing.neededBy, m_missing.requirement);
   });
 }
 STDMETHODIMP MissingModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_missing.reason); }
@@ -94,7 +94,7 @@ STDMETHODIMP MergePlan::get_Modules(IPlannedModules** value) {
     return MakeCollection<IPlannedModules, IPlannedModule>(
         m_plan->modules.size(),
         [set = m_set, plan = m_plan](size_t at) {
-          return MakeObject<PlannedModule>(set, plan->modules[at]);
+          return com::MakeObject<PlannedModule>(set, plan->modules[at]);
         },
         [set = m_set, plan = m_plan](size_t at) {
           return set->ModuleAt(plan->modules[at].module).key;
@@ -107,7 +107,7 @@ STDMETHODIMP MergePlan::get_Missing(IMissingModules** value) {
     return MakeCollection<IMissingModules, IMissingModule>(
         m_plan->missing.size(),
         [set = m_set, plan = m_plan](size_t at) {
-          return MakeObject<MissingModule>(set, plan->missing[at]);
+          return com::MakeObject<MissingModule>(set, plan->missing[at]);
         },
         [plan = m_plan](size_t at) { return MakeRequiredKey(plan->missing[at].requirement); });
   });
@@ -222,7 +222,7 @@ IModuleUsers* MakeUsers(const SharedSet& set, std::vector<merge::ModuleUser> use
   const auto shared = std::make_shared<const std::vector<merge::ModuleUser>>(std::move(users));
   return MakeCollection<IModuleUsers, IModuleUser>(
       shared->size(),
-      [set, shared](size_t at) { return MakeObject<ModuleUser>(set, (*shared)[at]); },
+      [set, shared](size_t at) { return com::MakeObject<ModuleUser>(set, (*shared)[at]); },
       [set, shared](size_t at) { return set->ModuleAt((*shared)[at].module).key; });
 }
 

@@ -32,7 +32,8 @@ class Elements {
     return common::ComPtr<IDispatch>::Adopt(m_make(position));
   }
 
-  /// Returns the position of the first element with a key, ignoring case; Count() if there is none.
+  /// Returns the position of the first element with a key, ignoring case; Count() if no element
+  /// has it.
   size_t Find(std::wstring_view key);
 
  private:

@@ -48,7 +48,8 @@ STDMETHODIMP SetFile::get_Sequence(long* value) {
 ISetFiles* MakeFiles(const SharedSet& set, std::vector<merge::FoundFile> files) {
   const auto shared = std::make_shared<const std::vector<merge::FoundFile>>(std::move(files));
   return MakeCollection<ISetFiles, ISetFile>(
-      shared->size(), [set, shared](size_t at) { return MakeObject<SetFile>(set, (*shared)[at]); },
+      shared->size(),
+      [set, shared](size_t at) { return com::MakeObject<SetFile>(set, (*shared)[at]); },
       [shared](size_t at) { return std::string((*shared)[at].file->key); });
 }
 

@@ -106,15 +106,11 @@ class DescriptionReader {
     long size = 0;
     long language = 0;
     m_description.GetFile(index, key.Put(), name.Put(), version.Put(), &size, &language);
-    merge::DeliveredFile file;
-    file.key = Keep(Text(key));
-    const std::string_view names = Keep(Text(name));
-    const size_t bar = names.find('|');
-    file.name = bar == std::string_view::npos ? names : names.substr(bar + 1);
-    file.shortName = bar == std::string_view::npos ? std::string_view() : names.substr(0, bar);
-    file.version = Keep(Text(version));
+    const std::string_view keptKey = Keep(Text(key));
+    const std::string_view keptName = Keep(Text(name));
+    merge::DeliveredFile file =
+        merge::MakeDeliveredFile(keptName, {}, keptKey, Keep(Text(version)), size);
     file.language = Keep(std::to_string(language));
-    file.size = size;
     m_module.files.push_back(file);
   }
 

@@ -32,9 +32,8 @@ std::vector<size_t> AllPositions(const SetData& set) {
 
 std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<size_t>& scope) {
   return merge::CheckModules(set.Index(), scope, [&](size_t module, std::string_view directory) {
-    return set.ResolveFolder(module, directory).end == merge::FolderEnd::Root
-               ? set.SpellTargetPath(module, directory)
-               : std::string();
+    const merge::TargetFolder folder = set.ResolveFolder(module, directory);
+    return folder.end == merge::FolderEnd::Root ? SetData::SpellFolder(folder) : std::string();
   });
 }
 
@@ -136,7 +135,7 @@ STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
     const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
     return MakeCollection<ISetFindings, ISetFinding>(
         shared->size(),
-        [set, shared](size_t at) { return MakeObject<SetFinding>(set, (*shared)[at]); },
+        [set, shared](size_t at) { return com::MakeObject<SetFinding>(set, (*shared)[at]); },
         [shared](size_t at) { return (*shared)[at].code; });
   });
 }
@@ -145,7 +144,8 @@ STDMETHODIMP CMergeSet::Plan(VARIANT modules, IMergePlan** plan) {
   return Answer(plan, [&] {
     const std::vector<common::WideString> keys = ReadKeys(modules);
     const SharedSet set = RequireSet();
-    return MakeObject<MergePlan>(set, merge::PlanMerge(set->Index(), RequireModules(*set, keys)));
+    return com::MakeObject<MergePlan>(set,
+                                      merge::PlanMerge(set->Index(), RequireModules(*set, keys)));
   });
 }
 
@@ -199,7 +199,7 @@ STDMETHODIMP CMergeSet::FindDeliverers(BSTR fileName, IFileDeliverers** delivere
         set->Index(), set->Indexes().files, text::ToUtf8(common::ViewOf(fileName))));
     return MakeCollection<IFileDeliverers, IFileDeliverer>(
         shared->size(),
-        [set, shared](size_t at) { return MakeObject<FileDeliverer>(set, (*shared)[at]); },
+        [set, shared](size_t at) { return com::MakeObject<FileDeliverer>(set, (*shared)[at]); },
         [shared](size_t at) { return (*shared)[at].moduleKey; });
   });
 }
@@ -210,7 +210,7 @@ STDMETHODIMP CMergeSet::get_GalleryDescriptions(IGalleryDescriptions** descripti
     return MakeCollection<IGalleryDescriptions, IGalleryDescription>(
         set->Descriptions().size(),
         [set](size_t at) {
-          return MakeObject<GalleryDescriptionItem>(set, set->Descriptions()[at]);
+          return com::MakeObject<GalleryDescriptionItem>(set, set->Descriptions()[at]);
         },
         [set](size_t at) { return set->Descriptions()[at].packageCode; });
   });
@@ -228,7 +228,8 @@ STDMETHODIMP CMergeSet::get_Failures(ISetFailures** failures) {
     const SharedSet set = RequireSet();
     return MakeCollection<ISetFailures, ISetFailure>(
         set->Failures().size(),
-        [set](size_t at) { return MakeObject<SetFailure>(set, set->Failures()[at]); }, nullptr);
+        [set](size_t at) { return com::MakeObject<SetFailure>(set, set->Failures()[at]); },
+        nullptr);
   });
 }
 

@@ -65,7 +65,7 @@ STDMETHODIMP SetModule::get_Components(ISetComponents** value) {
     return MakeCollection<ISetComponents, ISetComponent>(
         Data().components.size(),
         [set = m_set, module = m_position](size_t at) {
-          return MakeObject<SetComponent>(set, module, set->ModuleAt(module).components[at]);
+          return com::MakeObject<SetComponent>(set, module, set->ModuleAt(module).components[at]);
         },
         [set = m_set, module = m_position](size_t at) {
           return std::string(set->ModuleAt(module).components[at].key);
@@ -78,7 +78,7 @@ STDMETHODIMP SetModule::get_CustomActions(ISetCustomActions** value) {
     return MakeCollection<ISetCustomActions, ISetCustomAction>(
         Data().customActions.size(),
         [set = m_set, module = m_position](size_t at) {
-          return MakeObject<SetCustomAction>(set, set->ModuleAt(module).customActions[at]);
+          return com::MakeObject<SetCustomAction>(set, set->ModuleAt(module).customActions[at]);
         },
         [set = m_set, module = m_position](size_t at) {
           return std::string(set->ModuleAt(module).customActions[at].name);
@@ -91,7 +91,8 @@ STDMETHODIMP SetModule::get_Requirements(ISetRequirements** value) {
     return MakeCollection<ISetRequirements, ISetRequirement>(
         Data().requirements.size(),
         [set = m_set, module = m_position](size_t at) {
-          return MakeObject<SetRequirement>(set, module, set->ModuleAt(module).requirements[at]);
+          return com::MakeObject<SetRequirement>(set, module,
+                                                 set->ModuleAt(module).requirements[at]);
         },
         [set = m_set, module = m_position](size_t at) {
           return MakeRequiredKey(set->ModuleAt(module).requirements[at]);
@@ -123,7 +124,7 @@ STDMETHODIMP SetModule::get_Users(IModuleUsers** value) {
 }
 
 ISetModule* MakeModule(const SharedSet& set, std::optional<size_t> position) {
-  return position ? MakeObject<SetModule>(set, *position) : nullptr;
+  return position ? com::MakeObject<SetModule>(set, *position) : nullptr;
 }
 
 ISetModules* MakeModules(const SharedSet& set, std::vector<size_t> positions) {

@@ -131,7 +131,7 @@ ISetExclusions* MakeExclusions(const SharedSet& set, std::vector<ModuleExclusion
   const auto shared = std::make_shared<const std::vector<ModuleExclusion>>(std::move(rows));
   return MakeCollection<ISetExclusions, ISetExclusion>(
       shared->size(),
-      [set, shared](size_t at) { return MakeObject<SetExclusion>(set, (*shared)[at]); },
+      [set, shared](size_t at) { return com::MakeObject<SetExclusion>(set, (*shared)[at]); },
       [shared](size_t at) {
         const merge::Exclusion& exclusion = *(*shared)[at].exclusion;
         return merge::MakeModuleKey(exclusion.moduleId, exclusion.language.value_or(0));

@@ -41,7 +41,7 @@ class SetCollection : public SetObject<Collection> {
 template <class Collection, class Item>
 Collection* MakeCollection(size_t count, std::function<Item*(size_t)> make,
                            Elements::GetKey getKey) {
-  return MakeObject<SetCollection<Collection, Item>>(
+  return com::MakeObject<SetCollection<Collection, Item>>(
       std::make_shared<Elements>(count, std::move(make), std::move(getKey)));
 }
 

@@ -14,11 +14,10 @@ merge::TargetFolder SetData::ResolveFolder(size_t module, std::string_view direc
   return folders->Resolve(directory);
 }
 
-std::string SetData::SpellTargetPath(size_t module, std::string_view directory) const {
+std::string SetData::SpellFolder(const merge::TargetFolder& folder) {
   const int type = traits::GetActiveProjectType();
   const bool isKnown = type == static_cast<int>(traits::ProjectType::Installer) ||
                        type == static_cast<int>(traits::ProjectType::Script);
-  const merge::TargetFolder folder = ResolveFolder(module, directory);
   if (!isKnown) {
     return merge::FormatTargetFolder(folder);
   }

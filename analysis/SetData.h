@@ -67,9 +67,14 @@ class SetData {
   /// Returns where an installer makes a directory of a module.
   merge::TargetFolder ResolveFolder(size_t module, std::string_view directory) const;
 
-  /// Returns the same as the active project spells it; "[Key]" for the root in a project of unknown
+  /// Returns a folder as the active project spells it; "[Key]" for the root in a project of unknown
   /// type. Raises as traits::GetActiveProjectType does.
-  std::string SpellTargetPath(size_t module, std::string_view directory) const;
+  static std::string SpellFolder(const merge::TargetFolder& folder);
+
+  /// Returns the spelling of the folder of a directory of a module.
+  std::string SpellTargetPath(size_t module, std::string_view directory) const {
+    return SpellFolder(ResolveFolder(module, directory));
+  }
 
  private:
   Contents m_contents;

@@ -27,12 +27,4 @@ class SetObject : public com::ComponentObject<Interface, &CLSID_MergeSet> {
   }
 };
 
-/// Creates an object and calls its Init. The caller owns the reference.
-template <class Object, class... Content>
-com::ComObject<Object>* MakeObject(Content&&... content) {
-  auto object = com::ComObject<Object>::Create();
-  object->Init(std::forward<Content>(content)...);
-  return object.Detach();
-}
-
 }  // namespace qm::analysis

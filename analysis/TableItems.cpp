@@ -95,7 +95,7 @@ STDMETHODIMP SetTable::get_Columns(ISetColumns** value) {
     return MakeCollection<ISetColumns, ISetColumn>(
         m_table->Columns().size(),
         [tables = m_tables, table = m_table](size_t at) {
-          return MakeObject<SetColumn>(tables, table->Columns()[at]);
+          return com::MakeObject<SetColumn>(tables, table->Columns()[at]);
         },
         [tables = m_tables, table = m_table](size_t at) {
           return std::string(table->Columns()[at].name);
@@ -108,7 +108,7 @@ STDMETHODIMP SetTable::get_Rows(ISetRows** value) {
     return MakeCollection<ISetRows, ISetRow>(
         m_table->RowCount(),
         [tables = m_tables, table = m_table](size_t at) {
-          return MakeObject<SetRow>(tables, *table, at);
+          return com::MakeObject<SetRow>(tables, *table, at);
         },
         nullptr);
   });
@@ -119,7 +119,7 @@ STDMETHODIMP SetTable::get_Failure(BSTR* value) { return AnswerUtf8(value, m_tab
 ISetTables* MakeTables(const SharedTables& tables) {
   return MakeCollection<ISetTables, ISetTable>(
       tables ? tables->All().size() : 0,
-      [tables](size_t at) { return MakeObject<SetTable>(tables, tables->All()[at]); },
+      [tables](size_t at) { return com::MakeObject<SetTable>(tables, tables->All()[at]); },
       [tables](size_t at) { return std::string(tables->All()[at].Name()); });
 }
 

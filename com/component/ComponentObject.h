@@ -1,7 +1,5 @@
 #pragma once
 
-#include <utility>
-
 #include "com/error/ErrorHandler.h"
 #include "com/error/SupportErrorInfo.h"
 #include "com/frame/ComObject.h"
@@ -19,16 +17,6 @@ class ComponentObject : public DispatchImpl<Interface>,
  public:
   using InterfaceMap = com::InterfaceMap<Via<Interface, Interface, IDispatch>,
                                          Via<ISupportErrorInfo, ISupportErrorInfo>>;
-
- protected:
-  /// Creates an object of one of the component's classes and calls its Init. The caller owns the
-  /// reference.
-  template <class Object, class... Content>
-  static ComObject<Object>* Create(Content&&... content) {
-    auto object = ComObject<Object>::Create();
-    object->Init(std::forward<Content>(content)...);
-    return object.Detach();
-  }
 };
 
 }  // namespace qm::com

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <new>
+#include <utility>
 
 #include "com/error/ErrorHandler.h"
 #include "com/error/Raise.h"
@@ -78,6 +79,14 @@ class ComObject final : private ReferenceCount, public Base {
     return object;
   }
 };
+
+/// Creates an object in its stand-alone form and calls its Init. The caller owns the reference.
+template <class Object, class... Content>
+ComObject<Object>* MakeObject(Content&&... content) {
+  auto object = ComObject<Object>::Create();
+  object->Init(std::forward<Content>(content)...);
+  return object.Detach();
+}
 
 /// The form of an implementation inside an aggregated object. It delegates IUnknown to the outer
 /// object.

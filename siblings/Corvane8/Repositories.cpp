@@ -29,7 +29,7 @@ IRepository* Repositories::MoveTo(size_t position) {
     return nullptr;
   }
   const std::shared_ptr<const Repository> found(m_pList, &(*m_pList)[position]);
-  IRepository* const repository = Create<CRepository>(found);
+  IRepository* const repository = com::MakeObject<CRepository>(found);
   m_next = position + 1;
   return repository;
 }

@@ -22,7 +22,7 @@ STDMETHODIMP CRepositoryMgr::put_Path(BSTR path) {
 STDMETHODIMP CRepositoryMgr::GetRepositories(IRepositories** repositories) {
   return Answer(repositories, [&] {
     ReloadIfChanged();
-    return Create<Repositories>(m_pList);
+    return com::MakeObject<Repositories>(m_pList);
   });
 }
 

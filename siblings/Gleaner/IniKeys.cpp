@@ -29,7 +29,7 @@ STDMETHODIMP IniKeys::get_Item(VARIANT index, IIniKey** key) {
     const IniDocument::Key* const found = wanted.IsKey()
                                               ? m_pFile->FindKey(*m_pSection, wanted.Key())
                                               : m_pFile->GetKey(*m_pSection, wanted.Position());
-    return found ? Create<IniKey>(m_pFile, *found) : nullptr;
+    return found ? com::MakeObject<IniKey>(m_pFile, *found) : nullptr;
   });
 }
 

@@ -6,8 +6,8 @@ namespace qm::siblings {
 
 STDMETHODIMP CIniReader::get_Sections(IIniSections** sections) {
   return Answer(sections, [&] {
-    return Create<IniSections>(m_pFile ? m_pFile
-                                       : std::make_shared<const IniDocument>(std::wstring()));
+    return com::MakeObject<IniSections>(
+        m_pFile ? m_pFile : std::make_shared<const IniDocument>(std::wstring()));
   });
 }
 

@@ -16,7 +16,7 @@ STDMETHODIMP IniSection::get_Name(BSTR* name) {
 }
 
 STDMETHODIMP IniSection::get_Keys(IIniKeys** keys) {
-  return Answer(keys, [&] { return Create<IniKeys>(m_pFile, *m_pSection); });
+  return Answer(keys, [&] { return com::MakeObject<IniKeys>(m_pFile, *m_pSection); });
 }
 
 void IniSections::Init(std::shared_ptr<const IniDocument> file) noexcept {
@@ -29,7 +29,7 @@ STDMETHODIMP IniSections::get_Item(VARIANT index, IIniSection** section) {
     const IniDocument::Section* const found = wanted.IsKey()
                                                   ? m_pFile->FindSection(wanted.Key())
                                                   : m_pFile->GetSection(wanted.Position());
-    return found ? Create<IniSection>(m_pFile, *found) : nullptr;
+    return found ? com::MakeObject<IniSection>(m_pFile, *found) : nullptr;
   });
 }
 
