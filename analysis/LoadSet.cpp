@@ -1,5 +1,6 @@
 #include "analysis/LoadSet.h"
 
+#include <algorithm>
 #include <optional>
 
 #include "analysis/CaptureFailure.h"
@@ -21,6 +22,9 @@
 namespace qm::analysis {
 
 namespace {
+
+/// The most modules that memory is reserved for: a collection may count elements that it lacks.
+constexpr long kMaxReserved = 10000;
 
 template <class Interface>
 std::string ReadText(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property)(BSTR*)) {
@@ -74,13 +78,15 @@ std::string Describe(const msidb::FileError& error, const std::string& path) {
 
 /// Returns how a file differs from what the collection says about it; empty if it does not.
 std::string CompareIdentities(const merge::Module& listed, const merge::Module& read) {
+  const std::string listedLanguage = std::to_string(listed.language);
+  const std::string readLanguage = std::to_string(read.language);
   const struct {
     const char* what;
-    std::string listed;
-    std::string read;
+    std::string_view listed;
+    std::string_view read;
   } facts[] = {
       {"module ID", listed.moduleId, read.moduleId},
-      {"language", std::to_string(listed.language), std::to_string(read.language)},
+      {"language", listedLanguage, readLanguage},
       {"version", listed.version, read.version},
       {"package code", listed.packageCode, read.packageCode},
   };
@@ -125,17 +131,7 @@ HRESULT ReadFile(merge::Module& module) {
     if (read.failure.empty()) {
       read.change = CompareIdentities(module, read);
     }
-    read.path = std::move(module.path);
-    read.key = std::move(module.key);
-    read.moduleId = std::move(module.moduleId);
-    read.language = module.language;
-    read.version = std::move(module.version);
-    read.displayName = std::move(module.displayName);
-    read.packageCode = std::move(module.packageCode);
-    read.origin = std::move(module.origin);
-    read.isPresent = module.isPresent;
-    read.needsDownload = module.needsDownload;
-    read.isFromGallery = module.isFromGallery;
+    static_cast<merge::ModuleListing&>(read) = std::move(module);
     module = std::move(read);
     return module.failure.empty() ? S_OK : HResultFromCode(code);
   } catch (const msidb::FileError& error) {
@@ -190,6 +186,7 @@ SharedSet LoadSet(IMergeModules& collection) {
   if (count < 0) {
     com::Raise(com_exception(E_UNEXPECTED, L"The collection has a negative number of modules."));
   }
+  contents.modules.reserve(static_cast<size_t>(std::min(count, kMaxReserved)));
   VARIANT index;
   index.vt = VT_I4;
   for (index.lVal = 1; index.lVal <= count; ++index.lVal) {

@@ -164,9 +164,9 @@ void CompoundFile::ReadHeader() {
 /// Reads the whole tree of the root's entries. It need not be balanced: some writers make it a
 /// list, in which a search would take linear time.
 void CompoundFile::ReadDirectory() {
-  const std::vector<std::uint32_t> sectors =
-      ReadChain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory");
-  const Bytes directory = ReadSectors(sectors, sectors.size() * SectorSize());
+  ReadChain(m_header.firstDirectory, m_sectorCount, DamagedPart::Structure, "The directory",
+            m_chain);
+  const Bytes directory = ReadSectors(m_chain);
   const std::size_t count = directory.size() / kEntrySize;
   const auto entryAt = [&](std::size_t index) {
     return Entry(directory.data() + kEntrySize * index, m_header.majorVersion);
@@ -183,10 +183,12 @@ void CompoundFile::ReadDirectory() {
     const std::u16string_view* below;
   };
   m_names.reserve(count * Entry::kNameSize / 2);  // never reallocated: views refer to it
-  std::vector<std::u16string_view> names(count);
-  std::vector<bool> isVisited(count);
-  isVisited[0] = true;
-  std::vector<Subtree> waiting{{entryAt(0).Child(), nullptr, nullptr}};
+  m_streams.reserve(count);
+  std::vector<std::u16string_view> names(count);  // of the visited entries; the data is null before
+  names[0] = m_names;
+  std::vector<Subtree> waiting;
+  waiting.reserve(count + 1);
+  waiting.push_back({entryAt(0).Child(), nullptr, nullptr});
   while (!waiting.empty()) {
     const auto [index, above, below] = waiting.back();
     waiting.pop_back();
@@ -197,10 +199,9 @@ void CompoundFile::ReadDirectory() {
       ThrowDamage(DamagedPart::Structure, "The directory refers to entry ", index, " of ", count,
                   '.');
     }
-    if (isVisited[index]) {
+    if (names[index].data()) {
       ThrowDamage(DamagedPart::Structure, "The directory refers to entry ", index, " twice.");
     }
-    isVisited[index] = true;
     const Entry entry = entryAt(index);
     const std::size_t begin = m_names.size();
     entry.AppendName(m_names);
@@ -217,11 +218,11 @@ void CompoundFile::ReadDirectory() {
   // Of several streams with the same name the first one counts. Their order is that of their names
   // in m_names.
   std::sort(m_streams.begin(), m_streams.end(), [](const NamedStream& a, const NamedStream& b) {
-    return IsLess(a.name, b.name) ||
-           (!IsLess(b.name, a.name) && std::less<>()(a.name.data(), b.name.data()));
+    return IsBefore(a.name, b.name) ||
+           (!IsBefore(b.name, a.name) && std::less<>()(a.name.data(), b.name.data()));
   });
   const auto isSame = [](const NamedStream& before, const NamedStream& after) {
-    return !IsLess(before.name, after.name);
+    return !IsBefore(before.name, after.name);
   };
   m_streams.erase(std::unique(m_streams.begin(), m_streams.end(), isSame), m_streams.end());
 }
@@ -276,35 +277,36 @@ void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::si
   std::memset(bytes + present, 0xFF, count - present);
 }
 
-/// Reads `size` bytes from units of `unit` bytes at these offsets. Adjacent units are read at once.
-Bytes CompoundFile::ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
-                                std::uint64_t size) {
+/// Reads `size` bytes from sectors of `sectorSize` bytes, which lie where `offsetOf` says. Sectors
+/// that follow one another in the file are read at once.
+template <class FindOffset>
+Bytes CompoundFile::ReadExtents(const std::vector<std::uint32_t>& sectors, std::size_t sectorSize,
+                                std::uint64_t size, FindOffset offsetOf) {
   Bytes bytes(static_cast<std::size_t>(size));
   std::size_t done = 0;
-  for (std::size_t first = 0; first < offsets.size();) {
+  for (std::size_t first = 0; first < sectors.size();) {
+    const std::uint64_t begin = offsetOf(sectors[first]);
     std::size_t end = first + 1;
-    while (end < offsets.size() && offsets[end] == offsets[end - 1] + unit) {
+    while (end < sectors.size() && offsetOf(sectors[end]) == begin + (end - first) * sectorSize) {
       ++end;
     }
-    const std::size_t count = std::min((end - first) * unit, bytes.size() - done);
-    ReadPadded(offsets[first], bytes.data() + done, count);
+    const std::size_t count = std::min((end - first) * sectorSize, bytes.size() - done);
+    ReadPadded(begin, bytes.data() + done, count);
     done += count;
     first = end;
   }
   return bytes;
 }
 
-Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size) {
+/// Reads whole sectors.
+Bytes CompoundFile::ReadSectors(const std::vector<std::uint32_t>& sectors) {
+  const std::uint64_t size = sectors.size() * SectorSize();
   if (size > kMaxReadSize) {
     ThrowDamage(DamagedPart::Structure, "The directory or the mini stream's allocation table has ",
                 size, " bytes, and ", kMaxReadSize, " are read at most.");
   }
-  std::vector<std::uint64_t> offsets;
-  offsets.reserve(sectors.size());
-  for (const std::uint32_t sector : sectors) {
-    offsets.push_back(OffsetOf(sector));
-  }
-  return ReadExtents(offsets, static_cast<std::size_t>(SectorSize()), size);
+  return ReadExtents(sectors, static_cast<std::size_t>(SectorSize()), size,
+                     [this](std::uint32_t sector) { return OffsetOf(sector); });
 }
 
 /// Returns the sector that holds part `index` of the allocation table. The header lists the first
@@ -362,13 +364,13 @@ std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
   return ReadU32(m_miniTable.data() + 4 * std::size_t{sector});
 }
 
-/// Returns the sectors of a chain up to its end, but `most` at most. Each must be less than
+/// Sets `sectors` to those of a chain up to its end, but `most` at most. Each must be less than
 /// `sectorCount`.
 template <class Next>
-std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most,
-                                                     std::uint64_t sectorCount, DamagedPart part,
-                                                     const Subject& subject, Next next) {
-  std::vector<std::uint32_t> sectors;
+void CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most, std::uint64_t sectorCount,
+                               DamagedPart part, const Subject& subject,
+                               std::vector<std::uint32_t>& sectors, Next next) {
+  sectors.clear();
   sectors.reserve(static_cast<std::size_t>(std::min<std::uint64_t>(most, 16)));
   // An endless chain returns to the sector remembered at the last power of two (Brent's method).
   std::uint32_t remembered = kEndOfChain;
@@ -399,20 +401,19 @@ std::vector<std::uint32_t> CompoundFile::FollowChain(std::uint32_t first, std::u
       ThrowDamage(part, subject, " comes back to sector ", *twice, '.');
     }
   }
-  return sectors;
 }
 
-std::vector<std::uint32_t> CompoundFile::ReadChain(std::uint32_t first, std::uint64_t most,
-                                                   DamagedPart part, const Subject& subject) {
-  return FollowChain(first, most, m_sectorCount, part, subject,
-                     [this](std::uint32_t sector) { return NextSector(sector); });
+void CompoundFile::ReadChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+                             const Subject& subject, std::vector<std::uint32_t>& sectors) {
+  FollowChain(first, most, m_sectorCount, part, subject, sectors,
+              [this](std::uint32_t sector) { return NextSector(sector); });
 }
 
-std::vector<std::uint32_t> CompoundFile::ReadMiniChain(std::uint32_t first, std::uint64_t most,
-                                                       DamagedPart part, const Subject& subject) {
+void CompoundFile::ReadMiniChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+                                 const Subject& subject, std::vector<std::uint32_t>& sectors) {
   const std::uint64_t sectorCount = m_miniStream.size() * (SectorSize() / kMiniSectorSize);
-  return FollowChain(first, most, sectorCount, part, subject,
-                     [this](std::uint32_t sector) { return NextMiniSector(sector); });
+  FollowChain(first, most, sectorCount, part, subject, sectors,
+              [this](std::uint32_t sector) { return NextMiniSector(sector); });
 }
 
 /// Returns the offset in the file of `sector`, which must be one of the mini stream's.
@@ -425,10 +426,10 @@ std::uint64_t CompoundFile::MiniOffsetOf(std::uint32_t sector) const noexcept {
 std::optional<CompoundFile::Stream> CompoundFile::FindStream(std::u16string_view name) const {
   const auto found = std::lower_bound(m_streams.begin(), m_streams.end(), name,
                                       [](const NamedStream& stream, std::u16string_view wanted) {
-                                        return IsLess(stream.name, wanted);
+                                        return IsBefore(stream.name, wanted);
                                       });
-  return found == m_streams.end() || IsLess(name, found->name) ? std::nullopt
-                                                               : std::optional(found->stream);
+  return found == m_streams.end() || IsBefore(name, found->name) ? std::nullopt
+                                                                 : std::optional(found->stream);
 }
 
 Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& subject) {
@@ -449,25 +450,27 @@ Bytes CompoundFile::Read(const Stream& stream, DamagedPart part, const Subject& 
   }
   const std::uint64_t unit = isMini ? kMiniSectorSize : SectorSize();
   const std::uint64_t needed = (stream.size + unit - 1) / unit;
-  const std::vector<std::uint32_t> sectors =
-      isMini ? ReadMiniChain(stream.firstSector, needed, part, subject)
-             : ReadChain(stream.firstSector, needed, part, subject);
-  if (sectors.size() < needed) {
-    ThrowDamage(part, subject, " ends after ", sectors.size(), " of ", needed,
+  if (isMini) {
+    ReadMiniChain(stream.firstSector, needed, part, subject, m_chain);
+  } else {
+    ReadChain(stream.firstSector, needed, part, subject, m_chain);
+  }
+  if (m_chain.size() < needed) {
+    ThrowDamage(part, subject, " ends after ", m_chain.size(), " of ", needed,
                 isMini ? " mini sectors." : " sectors.");
   }
-  std::vector<std::uint64_t> offsets;
-  offsets.reserve(sectors.size());
+  const auto offsetOf = [&](std::uint32_t sector) {
+    return isMini ? MiniOffsetOf(sector) : OffsetOf(sector);
+  };
   std::uint64_t left = stream.size;
-  for (const std::uint32_t sector : sectors) {
-    offsets.push_back(isMini ? MiniOffsetOf(sector) : OffsetOf(sector));
+  for (const std::uint32_t sector : m_chain) {
     const std::uint64_t count = std::min(unit, left);
-    if (offsets.back() + count > m_source.Size()) {
+    if (offsetOf(sector) + count > m_source.Size()) {
       ThrowDamage(part, subject, " reaches beyond the end of the file.");
     }
     left -= count;
   }
-  return ReadExtents(offsets, static_cast<std::size_t>(unit), stream.size);
+  return ReadExtents(m_chain, static_cast<std::size_t>(unit), stream.size, offsetOf);
 }
 
 void CompoundFile::LoadMiniStream() {
@@ -479,11 +482,10 @@ void CompoundFile::LoadMiniStream() {
                 " bytes of a file of ", m_source.Size(), '.');
   }
   const std::uint64_t needed = (m_root.size + SectorSize() - 1) >> m_header.sectorShift;
-  m_miniStream = ReadChain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream");
-  const std::vector<std::uint32_t> table =
-      ReadChain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
-                "The mini stream's allocation table");
-  m_miniTable = ReadSectors(table, table.size() * SectorSize());
+  ReadChain(m_root.firstSector, needed, DamagedPart::Structure, "The mini stream", m_miniStream);
+  ReadChain(m_header.firstMiniTable, m_sectorCount, DamagedPart::Structure,
+            "The mini stream's allocation table", m_chain);
+  m_miniTable = ReadSectors(m_chain);
   m_isMiniStreamLoaded = true;
 }
 
@@ -503,10 +505,9 @@ void CompoundFile::VerifyStreams() {
     }
   };
   const auto takeChain = [&](std::uint32_t first, const Subject& subject) {
-    const std::vector<std::uint32_t> sectors =
-        ReadChain(first, m_sectorCount, DamagedPart::Structure, subject);
-    take(isTaken, sectors, subject);
-    return sectors.size();
+    ReadChain(first, m_sectorCount, DamagedPart::Structure, subject, m_chain);
+    take(isTaken, m_chain, subject);
+    return m_chain.size();
   };
   for (std::uint32_t index = 0; index < m_header.tableSectors; ++index) {
     take(isTaken, {FindTableSector(index)}, "The allocation table");
@@ -524,10 +525,10 @@ void CompoundFile::VerifyStreams() {
     }
     std::size_t count = 0;
     if (isMini) {
-      const std::vector<std::uint32_t> sectors =
-          ReadMiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, subject);
-      take(isMiniTaken, sectors, subject);
-      count = sectors.size();
+      ReadMiniChain(stream.firstSector, isMiniTaken.size(), DamagedPart::Structure, subject,
+                    m_chain);
+      take(isMiniTaken, m_chain, subject);
+      count = m_chain.size();
     } else {
       count = takeChain(stream.firstSector, subject);
     }

@@ -84,6 +84,7 @@ class CompoundFile {
     Bytes bytes;
   };
 
+  /// The order of the directory: shorter names first, then ignoring the case of ASCII letters.
   static bool IsBefore(std::u16string_view a, std::u16string_view b) noexcept;
 
   void ReadHeader();
@@ -100,9 +101,10 @@ class CompoundFile {
   const Bytes& LoadPage(std::uint64_t number);
   void ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
   void ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::size_t count);
-  Bytes ReadExtents(const std::vector<std::uint64_t>& offsets, std::size_t unit,
-                    std::uint64_t size);
-  Bytes ReadSectors(const std::vector<std::uint32_t>& sectors, std::uint64_t size);
+  template <class FindOffset>
+  Bytes ReadExtents(const std::vector<std::uint32_t>& sectors, std::size_t sectorSize,
+                    std::uint64_t size, FindOffset offsetOf);
+  Bytes ReadSectors(const std::vector<std::uint32_t>& sectors);
 
   std::uint32_t FindTableSector(std::uint32_t index);
   std::uint32_t NextSector(std::uint32_t sector);
@@ -110,13 +112,13 @@ class CompoundFile {
   void LoadMiniStream();
 
   template <class Next>
-  std::vector<std::uint32_t> FollowChain(std::uint32_t first, std::uint64_t most,
-                                         std::uint64_t sectorCount, DamagedPart part,
-                                         const Subject& subject, Next next);
-  std::vector<std::uint32_t> ReadChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
-                                       const Subject& subject);
-  std::vector<std::uint32_t> ReadMiniChain(std::uint32_t first, std::uint64_t most,
-                                           DamagedPart part, const Subject& subject);
+  void FollowChain(std::uint32_t first, std::uint64_t most, std::uint64_t sectorCount,
+                   DamagedPart part, const Subject& subject, std::vector<std::uint32_t>& sectors,
+                   Next next);
+  void ReadChain(std::uint32_t first, std::uint64_t most, DamagedPart part, const Subject& subject,
+                 std::vector<std::uint32_t>& sectors);
+  void ReadMiniChain(std::uint32_t first, std::uint64_t most, DamagedPart part,
+                     const Subject& subject, std::vector<std::uint32_t>& sectors);
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
@@ -129,13 +131,16 @@ class CompoundFile {
   std::uint32_t m_nextTableList = 0;                 ///< the sector with the next part of that list
   std::map<std::uint32_t, Bytes> m_table;            ///< sectors of the allocation table, by index
   std::u16string m_names;                            ///< of all directory entries, concatenated
-  std::vector<NamedStream> m_streams;  ///< sorted by name, ignoring the case of ASCII letters
-  bool m_hasSizesOfNames = true;       ///< whether every name ends where its entry says
-  bool m_isInOrder = true;  ///< whether a search of the directory's tree finds every stream
-  Stream m_root{};          ///< the mini stream
+  std::vector<NamedStream> m_streams;                ///< sorted as IsBefore does
+  bool m_hasSizesOfNames = true;  ///< whether every name ends where its entry says
+  bool m_isInOrder = true;        ///< whether a search of the directory's tree finds every stream
+  Stream m_root{};                ///< the mini stream
   bool m_isMiniStreamLoaded = false;
   Bytes m_miniTable;
   std::vector<std::uint32_t> m_miniStream;  ///< its sectors
+  /// The sectors of what was read last. A member because a file of many small streams would
+  /// otherwise spend most of its time on allocating lists.
+  std::vector<std::uint32_t> m_chain;
 };
 
 }  // namespace qm::image

@@ -55,8 +55,9 @@ std::optional<std::size_t> TableDefinition::FindColumn(std::string_view column) 
 
 TableRows::TableRows(TableDefinition table, Bytes bytes, const StringPool& strings)
     : m_table(std::move(table)), m_bytes(std::move(bytes)), m_strings(strings) {
-  std::size_t rowSize = 0;
-  for (const Column& column : m_table.columns) {
+  unsigned rowSize = 0;
+  for (Column& column : m_table.columns) {
+    column.offset = rowSize;
     rowSize += column.size;
   }
   if (rowSize == 0 || m_bytes.size() % rowSize != 0) {
@@ -64,17 +65,12 @@ TableRows::TableRows(TableDefinition table, Bytes bytes, const StringPool& strin
                 " bytes, which is not a whole number of rows of ", rowSize, '.');
   }
   m_count = m_bytes.size() / rowSize;
-  std::size_t start = 0;
-  m_columnStarts.reserve(m_table.columns.size());
-  for (const Column& column : m_table.columns) {
-    m_columnStarts.push_back(start);
-    start += m_count * column.size;
-  }
 }
 
 std::uint32_t TableRows::Cell(std::size_t row, std::size_t column) const noexcept {
   const unsigned size = m_table.columns[column].size;
-  const std::uint8_t* const cell = m_bytes.data() + m_columnStarts[column] + row * size;
+  const std::uint8_t* const cell =
+      m_bytes.data() + m_table.columns[column].offset * m_count + row * size;
   std::uint32_t value = 0;
   for (unsigned i = size; i > 0; --i) {
     value = value << 8U | cell[i - 1];
@@ -255,7 +251,8 @@ Column Database::MakeColumn(const ColumnRow& row) const {
                 Quote(m_strings.Text(row.table)), " has numbers of ", row.type & kSizeBits,
                 " bytes.");
   }
-  return {name, ColumnKind::Integer, IntegerCellSize(row.type), isKey, isNullable};
+  const unsigned size = IntegerCellSize(row.type);
+  return {name, ColumnKind::Integer, size, isKey, isNullable, size};
 }
 
 TableRows Database::ReadTable(std::string_view name) {

@@ -28,7 +28,8 @@ struct Column {
   unsigned size;  ///< of a cell, in bytes
   bool isKey;     ///< part of the primary key
   bool isNullable = false;
-  unsigned width = 0;  ///< Text: greatest number of characters, 0 for any number
+  unsigned width = 0;   ///< Text: greatest number of characters, 0 for any; Integer: `size`
+  unsigned offset = 0;  ///< of a cell in a row, in bytes; TableRows sets it
 };
 
 /// A table as the database defines it.
@@ -65,9 +66,11 @@ class TableRows {
   /// Returns the number of the string in a cell of a Text column; 0 for null.
   std::uint32_t StringNumber(std::size_t row, std::size_t column) const;
 
-  /// Returns the rows as the file has them, column after column. The object must not be used
-  /// afterwards.
-  Bytes TakeBytes() noexcept { return std::move(m_bytes); }
+  /// Returns the columns, and the rows as the file has them: column after column. The object must
+  /// not be used afterwards.
+  std::pair<std::vector<Column>, Bytes> Take() noexcept {
+    return {std::move(m_table.columns), std::move(m_bytes)};
+  }
 
   /// Returns whether a cell of any column is null.
   bool IsNull(std::size_t row, std::size_t column) const noexcept { return Cell(row, column) == 0; }
@@ -76,9 +79,8 @@ class TableRows {
   std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
 
   TableDefinition m_table;
-  Bytes m_bytes;
+  Bytes m_bytes;  ///< column after column
   const StringPool& m_strings;
-  std::vector<std::size_t> m_columnStarts;  ///< in m_bytes, which has column after column
   std::size_t m_count;
 };
 

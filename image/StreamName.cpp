@@ -1,5 +1,7 @@
 #include "image/StreamName.h"
 
+#include <array>
+
 namespace qm::image {
 
 namespace {
@@ -13,25 +15,37 @@ constexpr std::string_view kCharacters =
     "0123456789ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz._";
 static_assert(kCharacters.size() == 64);
 
+/// The codes of the ASCII characters; -1 for those that are not packed.
+constexpr auto kCodes = [] {
+  std::array<signed char, 0x80> codes{};
+  for (signed char& code : codes) {
+    code = -1;
+  }
+  for (std::size_t code = 0; code < kCharacters.size(); ++code) {
+    codes[static_cast<unsigned char>(kCharacters[code])] = static_cast<signed char>(code);
+  }
+  return codes;
+}();
+
 /// Returns the code of a character, or -1 if it is not packed.
 int EncodeCharacter(char16_t character) noexcept {
-  const std::size_t code =
-      character < 0x80 ? kCharacters.find(static_cast<char>(character)) : std::string_view::npos;
-  return code == std::string_view::npos ? -1 : static_cast<int>(code);
+  return character < kCodes.size() ? kCodes[character] : -1;
 }
 
-}  // namespace
-
-std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind) {
+/// Encodes a name of UTF-16 or ASCII.
+template <class Name>
+std::u16string Encode(Name name, StreamKind kind) {
+  const auto at = [&](std::size_t i) { return static_cast<char16_t>(name[i]); };
   std::u16string encoded;
+  encoded.reserve(name.size() / 2 + 2);
   if (kind == StreamKind::Table) {
     encoded += kTableMark;
   }
   for (std::size_t i = 0; i < name.size(); ++i) {
-    const int first = EncodeCharacter(name[i]);
-    const int second = i + 1 < name.size() ? EncodeCharacter(name[i + 1]) : -1;
+    const int first = EncodeCharacter(at(i));
+    const int second = i + 1 < name.size() ? EncodeCharacter(at(i + 1)) : -1;
     if (first < 0) {
-      encoded += name[i];
+      encoded += at(i);
     } else if (second < 0) {
       encoded += static_cast<char16_t>(kFirstSingle + first);
     } else {
@@ -42,8 +56,14 @@ std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind) {
   return encoded;
 }
 
+}  // namespace
+
+std::u16string EncodeStreamName(std::u16string_view name, StreamKind kind) {
+  return Encode(name, kind);
+}
+
 std::u16string EncodeStreamName(std::string_view name, StreamKind kind) {
-  return EncodeStreamName(std::u16string(name.begin(), name.end()), kind);
+  return Encode(name, kind);
 }
 
 std::string DecodeStreamName(std::u16string_view encoded) {

@@ -35,8 +35,13 @@ class StringPool {
   /// Returns the number of a string from the view that Text() returned for it; 0 for empty text.
   std::uint32_t FindNumber(std::string_view text) const noexcept;
 
-  /// The size of the data in bytes.
-  std::size_t Size() const noexcept { return m_data.size(); }
+  /// All strings, one after another.
+  std::string_view Data() const noexcept {
+    return {reinterpret_cast<const char*>(m_data.data()), m_data.size()};
+  }
+
+  /// The end of each string in Data(), by its number.
+  const std::vector<std::uint32_t>& Ends() const noexcept { return m_ends; }
 
   /// The number of bytes in the data that belong to no string.
   std::size_t UnusedBytes() const noexcept { return m_data.size() - m_ends.back(); }

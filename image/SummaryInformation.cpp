@@ -11,6 +11,7 @@ namespace {
 constexpr std::size_t kHeaderSize = 28;    // with the number of sections
 constexpr std::size_t kSectionEntry = 20;  // a format identifier and an offset
 constexpr std::size_t kPropertyEntry = 8;  // a number and an offset
+constexpr std::size_t kTextHeader = 8;     // the type and the size of a text
 
 constexpr std::uint32_t kCodePageProperty = 1;
 constexpr std::uint32_t kNull = 0;
@@ -47,48 +48,54 @@ SummaryInformation::SummaryInformation(Bytes stream) : m_stream(std::move(stream
     ThrowDamage(DamagedPart::Summary, "The summary information claims ", count, " properties in ",
                 size, " bytes.");
   }
+  m_properties.reserve(count);
   for (std::uint32_t i = 0; i < count; ++i) {
     const std::uint8_t* const entry = bytes + section + kPropertyEntry * (std::size_t{i} + 1);
     const std::uint32_t number = ReadU32(entry);
     const std::uint32_t offset = ReadU32(entry + 4);
-    if (offset > size || size - offset < 8) {
+    if (offset > size || size - offset < kTextHeader) {
       ThrowDamage(DamagedPart::Summary, "Property ", number,
                   " of the summary information begins at byte ", offset, " of ", size, '.');
     }
     const std::uint8_t* const value = bytes + section + offset;
     const std::uint32_t type = ReadU32(value);
-    m_texts.erase(number);  // of several properties with one number the last one counts
-    m_integers.erase(number);
+    m_properties.push_back(
+        {number, type, ReadU32(value + 4), section + std::size_t{offset} + kTextHeader});
     if (number == kCodePageProperty && type == kSmallInteger) {
       m_codePage = ReadU16(value + 4);
     } else if (type == kText) {
       const std::uint32_t length = ReadU32(value + 4);
-      if (length > size - offset - 8) {
+      if (length > size - offset - kTextHeader) {
         ThrowDamage(DamagedPart::Summary, "Property ", number,
                     " of the summary information claims ", length, " bytes of ", size, '.');
       }
-      m_texts.insert_or_assign(number, Extent{section + std::size_t{offset} + 8, length});
-    } else if (type == kInteger) {
-      m_integers.insert_or_assign(number, static_cast<std::int32_t>(ReadU32(value + 4)));
-    } else if (type != kNull && type != kSmallInteger && type != kTime) {
+    } else if (type != kNull && type != kSmallInteger && type != kInteger && type != kTime) {
       m_unknown = number;
     }
   }
 }
 
 std::optional<std::string_view> SummaryInformation::Text(std::uint32_t property) const {
-  const auto found = m_texts.find(property);
-  if (found == m_texts.end()) {
+  const Property* const found = Find(property, kText);
+  if (!found) {
     return std::nullopt;
   }
-  const auto [offset, size] = found->second;
-  const std::string_view text(reinterpret_cast<const char*>(m_stream.data()) + offset, size);
+  const std::string_view text(reinterpret_cast<const char*>(m_stream.data()) + found->text,
+                              found->value);
   return text.substr(0, text.find('\0'));
 }
 
 std::optional<std::int32_t> SummaryInformation::Integer(std::uint32_t property) const {
-  const auto found = m_integers.find(property);
-  return found == m_integers.end() ? std::nullopt : std::optional(found->second);
+  const Property* const found = Find(property, kInteger);
+  return found ? std::optional(static_cast<std::int32_t>(found->value)) : std::nullopt;
+}
+
+const SummaryInformation::Property* SummaryInformation::Find(std::uint32_t number,
+                                                             std::uint32_t type) const noexcept {
+  const auto found =
+      std::find_if(m_properties.rbegin(), m_properties.rend(),
+                   [&](const Property& property) { return property.number == number; });
+  return found == m_properties.rend() || found->type != type ? nullptr : &*found;
 }
 
 }  // namespace qm::image

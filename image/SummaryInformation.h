@@ -2,9 +2,9 @@
 
 #include <cstddef>
 #include <cstdint>
-#include <map>
 #include <optional>
 #include <string_view>
+#include <vector>
 
 #include "image/ByteSource.h"
 #include "image/Damage.h"
@@ -32,16 +32,20 @@ class SummaryInformation {
   std::optional<std::uint32_t> FindPropertyOfUnknownType() const noexcept { return m_unknown; }
 
  private:
-  struct Extent {
-    std::size_t offset;
-    std::size_t size;  ///< with what follows the first zero
+  struct Property {
+    std::uint32_t number;
+    std::uint32_t type;
+    std::uint32_t value;  ///< an integer, or the size of a text with what follows the first zero
+    std::size_t text;     ///< its offset in m_stream
   };
+
+  /// Returns the last property with a number if it is of this type, else null.
+  const Property* Find(std::uint32_t number, std::uint32_t type) const noexcept;
 
   Bytes m_stream;
   std::uint32_t m_codePage = 0;
   std::optional<std::uint32_t> m_unknown;
-  std::map<std::uint32_t, Extent> m_texts;
-  std::map<std::uint32_t, std::int32_t> m_integers;
+  std::vector<Property> m_properties;  ///< in the order of the file
 };
 
 }  // namespace qm::image

@@ -6,6 +6,7 @@
 #include <tuple>
 #include <utility>
 
+#include "text/Ascii.h"
 #include "text/Fold.h"
 
 namespace qm::merge {
@@ -19,11 +20,6 @@ void RemoveFirstCharacter(std::string_view& text) noexcept {
   } while (!text.empty() && (static_cast<unsigned char>(text.front()) & 0xC0U) == 0x80U);
 }
 
-bool IsAscii(std::string_view text) noexcept {
-  return std::all_of(text.begin(), text.end(),
-                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
 /// A pattern that ignores case.
 class NamePattern {
  public:
@@ -33,7 +29,7 @@ class NamePattern {
     if (name.empty()) {
       return false;
     }
-    if (!IsAscii(name)) {
+    if (!text::IsAscii(name)) {
       return MatchesPattern(text::FoldCase(name), m_pattern);
     }
     m_folded.assign(name);  // keeps its memory: nearly all names take this way

@@ -74,18 +74,23 @@ struct CustomAction {
   std::string_view target;
 };
 
-struct Module {
-  // ---- Identity. ReadModule takes it from the file; whoever lists modules may overwrite it.
-
+/// What a list of modules says about one of them. ReadModule takes the identity from the file and
+/// leaves the rest as it is.
+struct ModuleListing {
   std::string key;  ///< "ID:language"
   std::string moduleId;
   long language = 0;
   std::string version;
   std::string displayName;
-  std::string packageCode;  ///< "{GUID}"
-  std::string path;         ///< of the module file; set by whoever lists the module
-  std::string origin;       ///< the search folder; empty for a gallery module
+  std::string packageCode;     ///< "{GUID}"
+  std::string path;            ///< of the module file; set by whoever lists the module
+  std::string origin;          ///< the search folder; empty for a gallery module
+  bool isFromGallery = false;  ///< listed because a description of the object gallery names it
+  bool isPresent = true;       ///< false for a gallery module whose file is not on this machine
+  bool needsDownload = false;  ///< the module, or files of it
+};
 
+struct Module : ModuleListing {
   // ---- What the summary information says
 
   std::string subject;
@@ -97,9 +102,6 @@ struct Module {
 
   // ---- State
 
-  bool isFromGallery = false;  ///< listed because a description of the object gallery names it
-  bool isPresent = true;       ///< false for a gallery module whose file is not on this machine
-  bool needsDownload = false;  ///< the module, or files of it
   /// Why the file cannot be read, or not completely: one sentence. Empty if all of it was read.
   /// What could be read is there in any case.
   std::string failure;

@@ -2,37 +2,15 @@
 
 #include <algorithm>
 #include <limits>
+#include <tuple>
 #include <utility>
 
+#include "text/Ascii.h"
 #include "text/Utf.h"
 
 namespace qm::merge {
 
 namespace {
-
-constexpr std::uint32_t kUtf8 = 65001;
-
-bool IsAscii(std::string_view bytes) noexcept {
-  return std::all_of(bytes.begin(), bytes.end(),
-                     [](char byte) { return static_cast<unsigned char>(byte) < 0x80; });
-}
-
-/// Returns whether bytes below 0x80 are the characters of ASCII in this code page. True for the
-/// code pages of nearly all modules, whose keys and names are mostly ASCII.
-bool IsAsciiSuperset(std::uint32_t codePage) noexcept {
-  switch (codePage) {
-    case 0:
-    case kUtf8:
-    case 874:
-    case 932:
-    case 936:
-    case 949:
-    case 950:
-      return true;
-    default:
-      return codePage >= 1250 && codePage <= 1258;
-  }
-}
 
 /// Converts bytes of a code page that nobody knows.
 std::string ReplaceAllButAscii(std::string_view bytes) {
@@ -61,20 +39,9 @@ std::optional<std::size_t> Table::FindColumn(std::string_view name) const noexce
              : std::optional(static_cast<std::size_t>(found - m_columns.begin()));
 }
 
-unsigned Table::CellSize(const Column& column) const noexcept {
-  switch (column.kind) {
-    case image::ColumnKind::Text:
-      return m_owner->m_referenceSize;
-    case image::ColumnKind::Integer:
-      return column.width;
-    default:
-      return 2;
-  }
-}
-
 std::uint32_t Table::Cell(std::size_t row, std::size_t column) const noexcept {
-  const unsigned size = CellSize(m_columns[column]);
-  return ReadNumber(m_cells.data() + m_columnStarts[column] + row * size, size);
+  const unsigned size = m_columns[column].size;
+  return ReadNumber(m_cells.data() + m_columns[column].offset * m_rowsInFile + row * size, size);
 }
 
 std::uint32_t Table::TextNumber(std::size_t row, std::size_t column) const noexcept {
@@ -92,7 +59,7 @@ std::optional<std::int32_t> Table::Number(std::size_t row, std::size_t column) c
     return std::nullopt;
   }
   // Numbers are stored with an offset, so that 0 means null.
-  return static_cast<std::int32_t>(cell - (1U << (8 * m_columns[column].width - 1)));
+  return static_cast<std::int32_t>(cell - (1U << (8 * m_columns[column].size - 1)));
 }
 
 std::optional<std::uint64_t> Table::StreamSize(std::size_t row, std::size_t column) const noexcept {
@@ -146,15 +113,20 @@ class ModuleTables::Reader {
   void ReadTexts() {
     const image::StringPool& pool = m_database.Strings();
     m_tables.m_codePage = pool.CodePage();
-    m_tables.m_referenceSize = pool.ReferenceSize();
+    const std::string_view data = pool.Data();
+    const bool isAsciiSuperset = text::IsAsciiSuperset(pool.CodePage());
+    if (isAsciiSuperset && text::IsAscii(data) && data.find('\0') == data.npos) {
+      m_tables.m_texts.assign(data.begin(), data.end());
+      m_tables.m_ends = pool.Ends();
+      return;
+    }
     m_tables.m_ends.reserve(pool.EndNumber());
-    m_tables.m_texts.reserve(pool.Size());
-    const bool isAsciiSuperset = IsAsciiSuperset(pool.CodePage());
+    m_tables.m_texts.reserve(data.size());
     m_tables.m_ends.push_back(0);
     for (std::uint32_t number = 1; number < pool.EndNumber(); ++number) {
       std::string_view bytes = pool.Text(number);
       bytes = bytes.substr(0, bytes.find('\0'));  // where the installer ends it
-      if (bytes.empty() || (isAsciiSuperset && IsAscii(bytes))) {
+      if (bytes.empty() || (isAsciiSuperset && text::IsAscii(bytes))) {
         AddText(bytes);
       } else {
         AddText(Decode(bytes));
@@ -208,17 +180,7 @@ class ModuleTables::Reader {
   }
 
   void ReadRows(image::TableRows rows, Table& table) {
-    const std::vector<image::Column>& columns = rows.Definition().columns;
-    table.m_columns.reserve(columns.size());
-    table.m_columnStarts.reserve(columns.size());
-    std::size_t start = 0;
-    for (const image::Column& column : columns) {
-      const unsigned width = column.kind == image::ColumnKind::Integer ? column.size : column.width;
-      table.m_columns.push_back(
-          {Convert(column.name), column.kind, width, column.isNullable, column.isKey});
-      table.m_columnStarts.push_back(start);
-      start += rows.Count() * column.size;
-    }
+    table.m_rowsInFile = rows.Count();
     try {
       for (; table.m_rowCount < rows.Count(); ++table.m_rowCount) {
         ReadRow(rows, table.m_rowCount, table);
@@ -227,23 +189,27 @@ class ModuleTables::Reader {
       table.m_failure = damage.what();
       AddFailure(table.m_failure);
     }
-    table.m_cells = rows.TakeBytes();
+    std::tie(table.m_columns, table.m_cells) = rows.Take();
+    for (Column& column : table.m_columns) {
+      column.name = Convert(column.name);
+    }
   }
 
   /// Checks the texts of a row and measures its data.
   void ReadRow(const image::TableRows& rows, std::size_t row, Table& table) {
-    for (std::size_t column = 0; column < table.m_columns.size(); ++column) {
-      if (table.m_columns[column].kind == image::ColumnKind::Text) {
+    const std::vector<Column>& columns = rows.Definition().columns;
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+      if (columns[column].kind == image::ColumnKind::Text) {
         rows.StringNumber(row, column);
       }
     }
-    for (std::size_t column = 0; column < table.m_columns.size(); ++column) {
-      if (table.m_columns[column].kind == image::ColumnKind::Stream) {
+    for (std::size_t column = 0; column < columns.size(); ++column) {
+      if (columns[column].kind == image::ColumnKind::Stream) {
         const auto size = m_database.FindStreamSize(rows, row, column, [&](std::string_view bytes) {
-          return text::ToUtf16(IsAscii(bytes) ? std::string(bytes) : Decode(bytes));
+          return text::ToUtf16(text::IsAscii(bytes) ? std::string(bytes) : Decode(bytes));
         });
         if (size) {
-          table.m_streams.push_back({row * table.m_columns.size() + column, *size});
+          table.m_streams.push_back({row * columns.size() + column, *size});
         }
       }
     }

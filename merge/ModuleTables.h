@@ -17,14 +17,8 @@ namespace qm::merge {
 using DecodeText =
     std::function<std::optional<std::string>(std::string_view bytes, std::uint32_t codePage)>;
 
-/// A column of a table.
-struct Column {
-  std::string_view name;
-  image::ColumnKind kind;
-  unsigned width;  ///< Text: greatest number of characters, 0 for any; Integer: bytes, 2 or 4
-  bool isNullable;
-  bool isKey;  ///< part of the primary key
-};
+/// A column of a table, with its name as UTF-8.
+using image::Column;
 
 /// A table of a module. Rows and columns are numbered from 0 and must exist. Immutable. Belongs to
 /// its ModuleTables, which all views depend on.
@@ -71,14 +65,13 @@ class Table {
     std::uint64_t size;
   };
 
-  unsigned CellSize(const Column& column) const noexcept;
   std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
 
   const class ModuleTables* m_owner = nullptr;
   std::string_view m_name;
   std::vector<Column> m_columns;
-  std::vector<std::size_t> m_columnStarts;  ///< in m_cells
   std::size_t m_rowCount = 0;
+  std::size_t m_rowsInFile = 0;   ///< with those that cannot be read
   image::Bytes m_cells;           ///< column after column, as in the file
   std::vector<Stream> m_streams;  ///< sorted by cell
   std::string m_failure;
@@ -117,7 +110,6 @@ class ModuleTables {
   std::string_view Text(std::uint32_t number) const noexcept;
 
   std::uint32_t m_codePage = 0;
-  unsigned m_referenceSize = 2;       ///< of the number of a text in a cell, in bytes
   std::vector<char> m_texts;          ///< one after another
   std::vector<std::uint32_t> m_ends;  ///< of each text, from text 0 on
   std::vector<Table> m_tables;

@@ -1,12 +1,15 @@
 #include "merge/ReadModule.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cstdint>
+#include <initializer_list>
 #include <limits>
-#include <unordered_map>
 #include <utility>
+#include <vector>
 
+#include "text/Ascii.h"
 #include "text/Fold.h"
 #include "text/Utf.h"
 
@@ -53,19 +56,21 @@ class WantedRows {
   /// The total size of keys and names of a table, for the same reason.
   static constexpr std::size_t kMaxSizeOfNames = 64 << 20;
 
-  WantedRows(const Table& table, std::vector<std::string_view> names) : m_table(table) {
+  using Names = std::initializer_list<std::string_view>;
+
+  /// There are at most 8 names.
+  WantedRows(const Table& table, Names names) : m_table(table) {
+    auto* column = m_columns.begin();
     for (const std::string_view name : names) {
-      m_columns.push_back(table.FindColumn(name));
-    }
-    for (std::size_t i = 0; i < names.size(); ++i) {
-      if (!m_columns[i] && m_missing.empty()) {
-        m_missing = names[i];
+      *column = table.FindColumn(name);
+      if (!*column++ && m_missing.empty()) {
+        m_missing = name;
       }
     }
   }
 
   /// The name of the first wanted column that the table does not have; empty if it has all.
-  const std::string& MissingColumn() const noexcept { return m_missing; }
+  std::string_view MissingColumn() const noexcept { return m_missing; }
 
   /// The text of a column, by its position in the list of names; empty if the table lacks it.
   std::string_view Text(std::size_t row, std::size_t column) const noexcept {
@@ -75,10 +80,6 @@ class WantedRows {
   /// The same as a string, for a column that may hold numbers too.
   std::string String(std::size_t row, std::size_t column) const {
     return m_columns[column] ? m_table.Format(row, *m_columns[column]) : std::string();
-  }
-
-  std::uint32_t TextNumber(std::size_t row, std::size_t column) const noexcept {
-    return m_columns[column] ? m_table.TextNumber(row, *m_columns[column]) : 0;
   }
 
   /// The number of a column; that of its text where the table has texts.
@@ -108,8 +109,8 @@ class WantedRows {
 
  private:
   const Table& m_table;
-  std::vector<std::optional<std::size_t>> m_columns;
-  std::string m_missing;
+  std::array<std::optional<std::size_t>, 8> m_columns;
+  std::string_view m_missing;
 };
 
 class ModuleReader {
@@ -160,6 +161,9 @@ class ModuleReader {
   std::string DecodeProperty(const image::SummaryInformation& summary,
                              std::uint32_t property) const {
     const std::string_view bytes = summary.Text(property).value_or("");
+    if (text::IsAsciiSuperset(summary.CodePage()) && text::IsAscii(bytes)) {
+      return std::string(bytes);
+    }
     if (auto text = m_decode(bytes, summary.CodePage())) {
       return *std::move(text);
     }
@@ -180,16 +184,15 @@ class ModuleReader {
 
   /// Calls `use` for every row of a table, whose first `names` columns must be names.
   template <class Use>
-  void ForEachRow(const char* table, std::vector<std::string_view> columns, std::size_t names,
-                  Use use) {
+  void ForEachRow(const char* table, WantedRows::Names columns, std::size_t names, Use use) {
     const Table* const found = m_module.FindTable(table);
     if (!found || (!found->Failure().empty() && found->RowCount() == 0)) {
       return;
     }
-    const WantedRows rows(*found, std::move(columns));
+    const WantedRows rows(*found, columns);
     if (!rows.MissingColumn().empty()) {
-      AddFailure(std::string("Table \"") + table + "\" has no column \"" + rows.MissingColumn() +
-                 "\".");
+      AddFailure(std::string("Table \"") + table + "\" has no column \"" +
+                 std::string(rows.MissingColumn()) + "\".");
     }
     std::size_t left = WantedRows::kMaxSizeOfNames;
     for (std::size_t row = 0; row < found->RowCount(); ++row) {
@@ -275,17 +278,17 @@ class ModuleReader {
                  m_module.components.push_back({rows.Text(row, 0), rows.Text(row, 3),
                                                 rows.Text(row, 1), rows.Number(row, 5),
                                                 rows.Text(row, 4), rows.Text(row, 2)});
-                 m_directories.emplace(rows.TextNumber(row, 0), rows.Text(row, 1));
                });
   }
 
   void ReadFiles() {
+    SortComponents();
     ForEachRow("File",
                {"File", "Component_", "FileName", "Version", "Language", "FileSize", "Sequence"}, 5,
                [&](const WantedRows& rows, std::size_t row) {
-                 DeliveredFile file = MakeDeliveredFile(
-                     rows.Text(row, 2), FindDirectory(rows.TextNumber(row, 1), rows.Text(row, 1)),
-                     rows.Text(row, 0), rows.Text(row, 3), rows.Number(row, 5));
+                 DeliveredFile file =
+                     MakeDeliveredFile(rows.Text(row, 2), FindDirectory(rows.Text(row, 1)),
+                                       rows.Text(row, 0), rows.Text(row, 3), rows.Number(row, 5));
                  file.language = rows.Text(row, 4);
                  file.sequence = rows.Number(row, 6);
                  file.component = rows.Text(row, 1);
@@ -293,20 +296,21 @@ class ModuleReader {
                });
   }
 
-  /// Returns the directory of a component, by the number of its key and the key itself. The number
-  /// is enough unless the file has the key twice.
-  std::string_view FindDirectory(std::uint32_t number, std::string_view component) {
-    const auto [known, isNew] = m_directories.try_emplace(number);
-    if (isNew) {
-      if (m_directoriesByKey.empty()) {
-        for (const Component& one : m_module.components) {
-          m_directoriesByKey.emplace(one.key, one.directory);
-        }
-      }
-      const auto found = m_directoriesByKey.find(component);
-      known->second = found == m_directoriesByKey.end() ? std::string_view() : found->second;
+  void SortComponents() {
+    for (const Component& component : m_module.components) {
+      m_componentsByKey.push_back(&component);
     }
-    return known->second;
+    std::stable_sort(m_componentsByKey.begin(), m_componentsByKey.end(),
+                     [](const Component* a, const Component* b) { return a->key < b->key; });
+  }
+
+  /// Returns the directory of the first component with a key; empty if there is none.
+  std::string_view FindDirectory(std::string_view component) const noexcept {
+    const auto found = std::lower_bound(
+        m_componentsByKey.begin(), m_componentsByKey.end(), component,
+        [](const Component* one, std::string_view wanted) { return one->key < wanted; });
+    return found == m_componentsByKey.end() || (*found)->key != component ? std::string_view()
+                                                                          : (*found)->directory;
   }
 
   void ReadCustomActions() {
@@ -320,22 +324,8 @@ class ModuleReader {
   image::Database& m_database;
   const DecodeText& m_decode;
   Module m_module;
-  std::unordered_map<std::uint32_t, std::string_view> m_directories;  ///< by text number of the key
-  std::unordered_map<std::string_view, std::string_view> m_directoriesByKey;
+  std::vector<const Component*> m_componentsByKey;  ///< of m_module
 };
-
-void AppendUtf8(std::string& text, unsigned character) {
-  if (character < 0x80) {
-    text += static_cast<char>(character);
-  } else if (character < 0x800) {
-    text += static_cast<char>(0xC0U | character >> 6U);
-    text += static_cast<char>(0x80U | (character & 0x3FU));
-  } else {
-    text += static_cast<char>(0xE0U | character >> 12U);
-    text += static_cast<char>(0x80U | (character >> 6U & 0x3FU));
-    text += static_cast<char>(0x80U | (character & 0x3FU));
-  }
-}
 
 /// The characters of Windows-1252 from 0x80 to 0x9F; the others are those of ISO 8859-1.
 constexpr char16_t kWindows1252[] = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2026, 0x2020, 0x2021,
@@ -373,14 +363,14 @@ std::optional<std::string> DecodeCommonCodePage(std::string_view bytes, std::uin
   if (codePage != 0 && codePage != 1252 && codePage != kLatin1) {
     return std::nullopt;
   }
-  std::string text;
+  std::u16string text;
   text.reserve(bytes.size());
   for (const char byte : bytes) {
     const auto value = static_cast<unsigned char>(byte);
     const bool isMapped = codePage != kLatin1 && value >= 0x80 && value < 0xA0;
-    AppendUtf8(text, isMapped ? kWindows1252[value - 0x80] : value);
+    text += isMapped ? kWindows1252[value - 0x80] : char16_t{value};
   }
-  return text;
+  return text::ToUtf8(text);
 }
 
 }  // namespace qm::merge

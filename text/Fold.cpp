@@ -5,6 +5,7 @@
 #include <cstdint>
 #include <iterator>
 
+#include "text/Ascii.h"
 #include "text/Utf.h"
 
 namespace qm::text {
@@ -124,8 +125,7 @@ char16_t FoldCase(char16_t unit) noexcept { return FoldUnit(unit); }
 std::u16string FoldCase(std::u16string_view text) { return FoldUnits(text); }
 
 std::string FoldCase(std::string_view text) {
-  const auto isAscii = [](char c) { return static_cast<unsigned char>(c) < 0x80; };
-  if (!std::all_of(text.begin(), text.end(), isAscii)) {
+  if (!IsAscii(text)) {
     return ToUtf8(FoldCase(ToUtf16(text)));
   }
   std::string folded(text);

@@ -1,5 +1,6 @@
 #include "text/Utf.h"
 
+#include <algorithm>
 #include <cstddef>
 #include <cstdint>
 
@@ -87,11 +88,22 @@ char32_t ReadUtf8(std::string_view text, std::size_t& at) noexcept {
   return character;
 }
 
+/// Converts the ASCII characters at the beginning of a text: nearly all texts consist of them.
+template <class Out, class In>
+std::basic_string<Out> ConvertAsciiPrefix(std::basic_string_view<In> text) {
+  const auto end =
+      std::find_if(text.begin(), text.end(), [](In unit) { return unit < 0 || unit >= 0x80; });
+  std::basic_string<Out> out;
+  out.reserve(text.size());
+  out.resize(static_cast<std::size_t>(end - text.begin()));
+  std::transform(text.begin(), end, out.begin(), [](In unit) { return static_cast<Out>(unit); });
+  return out;
+}
+
 template <class Unit>
 std::string Narrow(std::basic_string_view<Unit> text) {
-  std::string out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size(); ++at) {
+  auto out = ConvertAsciiPrefix<char>(text);
+  for (std::size_t at = out.size(); at < text.size(); ++at) {
     char32_t character = text[at];
     if (IsHighSurrogate(character) && at + 1 < text.size() && IsLowSurrogate(text[at + 1])) {
       character = 0x10000 + ((character & 0x3FF) << 10) + (text[++at] & 0x3FF);
@@ -105,9 +117,8 @@ std::string Narrow(std::basic_string_view<Unit> text) {
 
 template <class Unit>
 std::basic_string<Unit> Widen(std::string_view text) {
-  std::basic_string<Unit> out;
-  out.reserve(text.size());
-  for (std::size_t at = 0; at < text.size();) {
+  auto out = ConvertAsciiPrefix<Unit>(text);
+  for (std::size_t at = out.size(); at < text.size();) {
     AppendUtf16(ReadUtf8(text, at), out);
   }
   return out;
