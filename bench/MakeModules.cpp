@@ -1,6 +1,8 @@
 // make_modules FOLDER COUNT: builds merge modules for benchmarks, named Module0001.msm and so on.
-// Each has an ID and a summary of its own. Existing modules are kept.
+// Each has an ID and a summary of its own, and needs the one with half its number. The last one
+// also needs the first 300. Existing modules are kept.
 
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
 #include <string>
@@ -27,9 +29,26 @@ std::string Number(int number) {
   return text;
 }
 
+std::string MakeSuffix(int number) {
+  return Number(number) + ".C685A6B2_5C68_494B_8B13_7777875E" + Number(number);
+}
+
+/// Makes a row of ModuleDependency.
+std::string MakeDependency(const std::string& id, int required) {
+  return id + "\t1033\tLibrary" + MakeSuffix(required) + "\t1033\t2.0\r\n";
+}
+
+std::string MakeDependencies(const std::string& id, int number, bool isLast) {
+  std::string rows = MakeDependency(id, number / 2);
+  for (int required = 1; isLast && required <= std::min(300, number - 1); ++required) {
+    rows += required == number / 2 ? "" : MakeDependency(id, required);
+  }
+  return rows;
+}
+
 void BuildModule(const qm::common::WideString& folder, const qm::common::WideString& path,
-                 int number) {
-  const std::string suffix = Number(number) + ".C685A6B2_5C68_494B_8B13_7777875E" + Number(number);
+                 int number, int count) {
+  const std::string suffix = MakeSuffix(number);
   const std::string id = "Library" + suffix;
   const struct {
     const wchar_t* name;
@@ -62,8 +81,7 @@ void BuildModule(const qm::common::WideString& folder, const qm::common::WideStr
        "ModuleID\tModuleLanguage\tRequiredID\tRequiredLanguage\tRequiredVersion\r\n"
        "s72\ti2\ts72\ti2\tS32\r\nModuleDependency\tModuleID\tModuleLanguage\tRequiredID\t"
        "RequiredLanguage\r\n" +
-           id + "\t1033\tLibrary" + Number(number / 2) + ".C685A6B2_5C68_494B_8B13_7777875E" +
-           Number(number / 2) + "\t1033\t2.0\r\n"},
+           MakeDependencies(id, number, number == count)},
   };
   {
     qm::msidb::Database database = qm::msidb::Database::Open(path + L".new", MSIDBOPEN_CREATE);
@@ -95,7 +113,7 @@ int wmain(int argc, wchar_t** argv) {
       const qm::common::WideString path =
           qm::common::JoinPath(folder, qm::common::WideString::Format(L"Module%04d.msm", number));
       if (!qm::common::PathExists(path)) {
-        BuildModule(folder, path, number);
+        BuildModule(folder, path, number, count);
       }
     }
     return S_OK;

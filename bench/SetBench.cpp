@@ -3,6 +3,8 @@
 //
 //   set_load   MergeSet.Load of a catalog that is listed already: every table of every module
 //   set_calls  its baseline: the installer calls for every table of every module, in one pass
+//   set_check  MergeSet.Check of a loaded set
+//   set_plan   MergeSet.Plan of the module with the most requirements
 //   set_find   MergeSet.FindFiles with a pattern
 //   set_loop   its baseline: a loop over the file names that compares each with the pattern
 
@@ -46,6 +48,65 @@ struct Set {
 double Load() {
   const Set set;
   return Milliseconds([&] { set.Load(); });
+}
+
+double Check() {
+  const Set set;
+  set.Load();
+  VARIANT all;
+  all.vt = VT_ERROR;
+  all.scode = DISP_E_PARAMNOTFOUND;
+  return Milliseconds([&] {
+    common::ComPtr<ISetFindings> findings;
+    ThrowIfFailed("check", set.set->Check(all, findings.Put()));
+    long count = 0;
+    findings->get_Count(&count);
+  });
+}
+
+/// Returns the key of the module with the most requirements.
+common::UniqueBstr FindHub(IMergeSet& set) {
+  common::ComPtr<ISetModules> modules;
+  ThrowIfFailed("modules", set.get_Modules(modules.Put()));
+  long count = 0;
+  modules->get_Count(&count);
+  common::UniqueBstr hub;
+  long most = 0;
+  VARIANT index;
+  index.vt = VT_I4;
+  for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    common::ComPtr<ISetModule> module;
+    common::ComPtr<ISetRequirements> requirements;
+    long found = 0;
+    ThrowIfFailed("module", modules->get_Item(index, module.Put()));
+    ThrowIfFailed("requirements", module->get_Requirements(requirements.Put()));
+    requirements->get_Count(&found);
+    if (found > most) {
+      most = found;
+      ThrowIfFailed("key", module->get_Key(hub.Put()));
+    }
+  }
+  return hub;
+}
+
+double Plan() {
+  const Set set;
+  set.Load();
+  const common::UniqueBstr hub = FindHub(*set.set);
+  VARIANT key;
+  key.vt = VT_BSTR;
+  key.bstrVal = hub.Get();
+  return Milliseconds([&] {
+    common::ComPtr<IMergePlan> plan;
+    common::ComPtr<IPlannedModules> modules;
+    long count = 0;
+    ThrowIfFailed("plan", set.set->Plan(key, plan.Put()));
+    ThrowIfFailed("plan", plan->get_Modules(modules.Put()));
+    modules->get_Count(&count);
+    if (count == 0) {
+      Fail("plan", 0);
+    }
+  });
 }
 
 common::ComPtr<ISetFiles> FindFiles(IMergeSet& set, const wchar_t* pattern) {
@@ -196,6 +257,10 @@ double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
     return Load();
   if (figure == L"set_calls")
     return Calls(folder);
+  if (figure == L"set_check")
+    return Check();
+  if (figure == L"set_plan")
+    return Plan();
   if (figure == L"set_find")
     return Find();
   if (figure == L"set_loop")
