@@ -283,6 +283,39 @@ TEST_F(MergeSetTest, TablesAreThereByNameWithTypedCells) {
   EXPECT_THAT(cells, testing::UnorderedElementsAre(L"1 text", L"-7 null"));
 }
 
+TEST_F(MergeSetTest, AnEnumeratorSkipsStartsAgainAndIsCopiedWithItsPlace) {
+  WriteModuleOfFiles(L"set\\a.msm", "A", {{"one", "D"}, {"three", "D"}, {"two", "D"}},
+                     "D\t\tSourceDir\n");
+  ASSERT_EQ(S_OK, LoadCatalog());
+  common::ComPtr<ISetFiles> files;
+  common::ComPtr<IUnknown> unknown;
+  common::ComPtr<IEnumVARIANT> enumerator;
+  common::ComPtr<IEnumVARIANT> clone;
+  ASSERT_EQ(S_OK, ModuleOf(L"A:1033")->get_Files(files.Put()));
+  ASSERT_EQ(S_OK, files->get__NewEnum(unknown.Put()));
+  ASSERT_EQ(S_OK, unknown.QueryInterface(enumerator.Put()));
+  const auto countLeft = [](IEnumVARIANT& of) {
+    int left = 0;
+    for (Variant value; of.Next(1, &value, nullptr) == S_OK; ::VariantClear(&value)) {
+      ++left;
+    }
+    return left;
+  };
+  EXPECT_EQ(S_OK, enumerator->Skip(2));
+  EXPECT_EQ(S_OK, enumerator->Clone(clone.Put()));
+  EXPECT_EQ(S_OK, enumerator->Skip(1));
+  EXPECT_EQ(S_FALSE, enumerator->Skip(1));
+  EXPECT_EQ(1, countLeft(*clone.Get()));
+  EXPECT_EQ(S_OK, enumerator->Reset());
+  VARIANT values[4] = {};
+  ULONG fetched = 0;
+  EXPECT_EQ(S_FALSE, enumerator->Next(4, values, &fetched));
+  EXPECT_EQ(3u, fetched);
+  for (VARIANT& value : values) {
+    ::VariantClear(&value);
+  }
+}
+
 TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
   WriteModule(L"set\\base.msm", "Base");
   BuildModule(PathOf(L"set\\user.msm"),
