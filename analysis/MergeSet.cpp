@@ -55,8 +55,8 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
     }
   }
   for (const LoadFailure& failure : indexes.failures) {
-    findings.push_back(
-        {merge::kUnreadableIndex, {}, failure.path + " cannot be read: " + failure.text});
+    findings.push_back(merge::MakeFinding(merge::kUnreadableIndex,
+                                          failure.path + " cannot be read: " + failure.text));
   }
   merge::SortFindings(findings);
 }

@@ -74,8 +74,12 @@ class ModuleCheck {
     return names;
   }
 
-  void Add(const char* code, const std::vector<size_t>& modules, std::string text) {
-    m_findings.push_back({code, NamesOf(modules), std::move(text), modules});
+  /// Adds a finding. The reference is valid until the next one is added.
+  Finding& Add(const char* code, const std::vector<size_t>& modules, std::string text) {
+    Finding& finding = m_findings.emplace_back(MakeFinding(code, std::move(text)));
+    finding.modules = NamesOf(modules);
+    finding.positions = modules;
+    return finding;
   }
 
   void FindUnreadable() {
@@ -102,7 +106,8 @@ class ModuleCheck {
     for (const MissingModule& missing : plan.missing) {
       Add(kMissingDependency, {missing.neededBy},
           FormatSubject(missing.neededBy, missing.requirement.carriedFor, "needs") +
-              FormatRequirement(missing.requirement) + ": " + missing.reason);
+              FormatRequirement(missing.requirement) + ": " + missing.reason)
+          .required = missing.requirement;
     }
     for (const std::vector<size_t>& cycle : plan.cycles) {
       Add(kDependencyCycle, cycle,
@@ -118,7 +123,8 @@ class ModuleCheck {
             Add(kExclusion, {position, other},
                 FormatSubject(position, exclusion.carriedFor, "excludes") +
                     FormatExcludedVersions(exclusion) + " of " + NameOf(other) +
-                    ", which has version " + Quote(At(other).version));
+                    ", which has version " + Quote(At(other).version))
+                .versions = {At(other).version};
           }
         }
       }
@@ -152,13 +158,16 @@ class ModuleCheck {
       return;
     }
     std::vector<std::string> places;
+    std::vector<FindingValue> values;
     places.reserve(modules.size());
     for (const size_t position : modules) {
       places.push_back(At(position).path + " (version " + At(position).version + ')');
+      values.push_back({position, "Version", At(position).version});
     }
     Add(kDuplicateModuleKey, {modules.front()},
         NameOf(modules.front()) + " is in the set " + std::to_string(modules.size()) +
-            " times: " + JoinTexts(places, ", "));
+            " times: " + JoinTexts(places, ", "))
+        .values = std::move(values);
   }
 
   void AddVersions(const std::string& id, const std::vector<size_t>& modules) {
@@ -172,9 +181,10 @@ class ModuleCheck {
     std::stable_sort(versions.begin(), versions.end(), isLower);
     versions.erase(std::unique(versions.begin(), versions.end(), isSame), versions.end());
     if (versions.size() > 1) {
-      Add(kSeveralVersions, modules,
-          id + " is in the set in " + std::to_string(versions.size()) +
-              " versions: " + JoinTexts(versions, ", "));
+      Finding& finding = Add(kSeveralVersions, modules,
+                             id + " is in the set in " + std::to_string(versions.size()) +
+                                 " versions: " + JoinTexts(versions, ", "));
+      finding.versions = std::move(versions);
     }
   }
 
@@ -232,8 +242,11 @@ class ModuleCheck {
       }
     }
     if (!folder.empty() && modules.size() > 1) {
-      Add(kFileConflict, modules,
-          file + " goes to " + folder + " from " + JoinTexts(NamesOf(modules), " and from "));
+      Finding& finding =
+          Add(kFileConflict, modules,
+              file + " goes to " + folder + " from " + JoinTexts(NamesOf(modules), " and from "));
+      finding.file = file;
+      finding.folder = folder;
     }
   }
 
@@ -244,6 +257,16 @@ class ModuleCheck {
 };
 
 }  // namespace
+
+Finding MakeFinding(const char* code, std::string text) {
+  const FindingCode& entry = GetFindingCode(code);
+  Finding finding;
+  finding.code = code;
+  finding.severity = entry.severity;
+  finding.mergeError = entry.mergeError;
+  finding.text = std::move(text);
+  return finding;
+}
 
 std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion) {
@@ -285,10 +308,10 @@ std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<Inde
   for (const auto& [place, lines] : unknown) {
     const std::string more =
         lines.size() == 1 ? "" : " and " + std::to_string(lines.size() - 1) + " more";
-    findings.push_back({kUnknownModule,
-                        {place.second},
-                        place.first + " names " + place.second + " for " +
-                            Quote(lines.front()->name) + more + ", and the set does not have it"});
+    Finding& finding = findings.emplace_back(MakeFinding(
+        kUnknownModule, place.first + " names " + place.second + " for " +
+                            Quote(lines.front()->name) + more + ", and the set does not have it"));
+    finding.modules = {place.second};
   }
   return findings;
 }

@@ -1,34 +1,47 @@
 #pragma once
 
 #include <functional>
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
 
+#include "merge/FindingCodes.h"
 #include "merge/IndexEntry.h"
 #include "merge/MergePlan.h"
 
 namespace qm::merge {
 
-/// A finding of a check. `code` is one of the constants below, whose values never change.
-struct Finding {
-  std::string code;
-  std::vector<std::string> modules;    ///< keys of the modules concerned; a path if one has no ID
-  std::string text;                    ///< a sentence
-  std::vector<size_t> positions = {};  ///< of those modules that the set has
+/// A value that a finding is about. Where two rows collide, both values stand side by side.
+struct FindingValue {
+  std::optional<size_t> module;  ///< position of the module that has it
+  std::string column;            ///< of the table, or what the value is
+  std::string value;
 };
 
-inline constexpr char kMissingDependency[] = "missing-dependency";
-inline constexpr char kDependencyCycle[] = "dependency-cycle";
-inline constexpr char kExclusion[] = "exclusion";
-inline constexpr char kDuplicateModuleKey[] = "duplicate-key";
-inline constexpr char kSeveralVersions[] = "several-versions";
-inline constexpr char kFileConflict[] = "file-conflict";
-inline constexpr char kUnreadableModule[] = "unreadable-module";
-inline constexpr char kUnknownModule[] = "unknown-module";
-inline constexpr char kNeedsDownload[] = "needs-download";
-inline constexpr char kChangedModule[] = "changed-module";
-inline constexpr char kUnreadableIndex[] = "unreadable-index";
+/// A finding of a check. The code and the severity say what it means; the rest depends on the code
+/// and is empty where it does not apply.
+struct Finding {
+  std::string code;  ///< one of merge/FindingCodes.h
+  Severity severity = Severity::Error;
+  long mergeError =
+      0;  ///< the installer's number for this kind of merge conflict; 0 if it has none
+  std::vector<std::string> modules =
+      {};                              ///< keys of the modules concerned; a path if one has no ID
+  std::string text = {};               ///< a sentence
+  std::vector<size_t> positions = {};  ///< of those modules that the set has
+  /// A requirement of the first module.
+  std::optional<Requirement> required = {};
+  std::string file = {};    ///< long name
+  std::string folder = {};  ///< where the file goes, as TargetPath spells it
+  std::string table = {};
+  std::string key = {};  ///< primary key of a row of the table; columns are joined by "/"
+  std::vector<std::string> versions = {};
+  std::vector<FindingValue> values = {};
+};
+
+/// Makes a finding with the severity and the merge error of its code.
+Finding MakeFinding(const char* code, std::string text);
 
 /// Returns the target path of a directory of the module at position `module`; empty if nothing is
 /// known about it.

@@ -88,16 +88,38 @@ std::vector<ExclusionFacts> ReadExclusions(ISetExclusions& exclusions) {
   return list;
 }
 
+std::vector<std::string> ReadTexts(ISetFinding& finding,
+                                   HRESULT (STDMETHODCALLTYPE ISetFinding::*property)(VARIANT*)) {
+  Value texts;
+  ThrowIfFailed((finding.*property)(&texts.Get()));
+  return texts.Texts();
+}
+
 FindingFacts ReadFinding(ISetFinding& finding) {
-  FindingFacts facts{ReadText(finding, &ISetFinding::get_Code),
-                     {},
-                     SpellPathsIn(ReadText(finding, &ISetFinding::get_Text))};
-  Value keys;
-  ThrowIfFailed(finding.get_ModuleKeys(&keys.Get()));
-  facts.moduleKeys = keys.Texts();
+  FindingFacts facts;
+  facts.code = ReadText(finding, &ISetFinding::get_Code);
+  facts.severity = ReadText(finding, &ISetFinding::get_Severity);
+  facts.mergeErrorType = ReadNumber(finding, &ISetFinding::get_MergeErrorType);
+  facts.text = SpellPathsIn(ReadText(finding, &ISetFinding::get_Text));
+  facts.moduleKeys = ReadTexts(finding, &ISetFinding::get_ModuleKeys);
   for (std::string& key : facts.moduleKeys) {
     key = SpellPath(key);  // a module without a key has its path
   }
+  facts.modules = ReadPositions(*ReadObject(finding, &ISetFinding::get_Modules));
+  if (const auto required = ReadObject(finding, &ISetFinding::get_Required)) {
+    facts.required = ReadRequirement(*required);
+  }
+  facts.file = ReadText(finding, &ISetFinding::get_File);
+  facts.folder = ReadText(finding, &ISetFinding::get_Folder);
+  facts.table = ReadText(finding, &ISetFinding::get_Table);
+  facts.key = ReadText(finding, &ISetFinding::get_RowKey);
+  facts.versions = ReadTexts(finding, &ISetFinding::get_Versions);
+  ForEachItem<ISetFindingValue>(
+      *ReadObject(finding, &ISetFinding::get_Values), [&](ISetFindingValue& value) {
+        facts.values.push_back({ReadOptionalPosition(value, &ISetFindingValue::get_Module),
+                                ReadText(value, &ISetFindingValue::get_Column),
+                                ReadText(value, &ISetFindingValue::get_Value)});
+      });
   return facts;
 }
 

@@ -64,10 +64,28 @@ struct ExclusionFacts {
   std::vector<size_t> excluded;
 };
 
+/// A value that a finding is about.
+struct FindingValueFacts {
+  std::optional<size_t> module;
+  std::string column;
+  std::string value;
+};
+
 struct FindingFacts {
   std::string code;
-  std::vector<std::string> moduleKeys;
+  std::string severity;     ///< "error", "warning" or "note"
+  long mergeErrorType = 0;  ///< 0 if the installer has no number for it
   std::string text;
+  std::vector<std::string> moduleKeys;
+  std::vector<size_t> modules;
+  // What it is about. Empty where that does not apply.
+  std::optional<RequirementFacts> required;
+  std::string file;
+  std::string folder;
+  std::string table;
+  std::string key;  ///< of the row
+  std::vector<std::string> versions;
+  std::vector<FindingValueFacts> values;
 };
 
 struct PlannedFacts {

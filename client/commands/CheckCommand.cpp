@@ -17,17 +17,64 @@ std::string FormatCount(size_t count, const std::string& what) {
 std::string FormatFindings(const std::vector<FindingFacts>& findings, size_t modules) {
   std::string text;
   for (const FindingFacts& finding : findings) {
-    text += MarkHighlight(finding.code) + ": " + MakePrintable(finding.text) + '\n';
+    text += finding.severity + ' ' + MarkHighlight(finding.code) + ": " +
+            MakePrintable(finding.text) + '\n';
   }
   return text + (findings.empty() ? "No findings" : FormatCount(findings.size(), "finding")) +
          " in " + FormatCount(modules, "module") + '\n';
 }
 
-Json MakeFindingsJson(const std::vector<FindingFacts>& findings) {
+Json MakeRequiredJson(const RequirementFacts& required) {
+  return {{"key", required.key},
+          {"moduleId", required.moduleId},
+          {"language", required.language ? Json(*required.language) : Json(nullptr)},
+          {"version", required.version},
+          {"carriedFrom", required.carriedFrom}};
+}
+
+Json MakeValuesJson(const std::vector<FindingValueFacts>& values, const ModuleSet& set) {
+  Json list = Json::array();
+  for (const FindingValueFacts& value : values) {
+    list.push_back({{"module", value.module ? set.Modules()[*value.module].key : ""},
+                    {"column", value.column},
+                    {"value", value.value}});
+  }
+  return list;
+}
+
+/// A finding as JSON. Members that say what it is about are there only if they apply.
+Json MakeFindingJson(const FindingFacts& finding, const ModuleSet& set) {
+  Json json = {{"code", finding.code},
+               {"severity", finding.severity},
+               {"mergeErrorType",
+                finding.mergeErrorType == 0 ? Json(nullptr) : Json(finding.mergeErrorType)},
+               {"modules", finding.moduleKeys},
+               {"text", finding.text}};
+  if (finding.required) {
+    json["required"] = MakeRequiredJson(*finding.required);
+  }
+  const std::pair<const char*, const std::string&> texts[] = {{"file", finding.file},
+                                                              {"folder", finding.folder},
+                                                              {"table", finding.table},
+                                                              {"key", finding.key}};
+  for (const auto& [name, value] : texts) {
+    if (!value.empty()) {
+      json[name] = value;
+    }
+  }
+  if (!finding.versions.empty()) {
+    json["versions"] = finding.versions;
+  }
+  if (!finding.values.empty()) {
+    json["values"] = MakeValuesJson(finding.values, set);
+  }
+  return json;
+}
+
+Json MakeFindingsJson(const std::vector<FindingFacts>& findings, const ModuleSet& set) {
   Json list = Json::array();
   for (const FindingFacts& finding : findings) {
-    list.push_back(
-        {{"code", finding.code}, {"modules", finding.moduleKeys}, {"text", finding.text}});
+    list.push_back(MakeFindingJson(finding, set));
   }
   return list;
 }
@@ -56,7 +103,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const size_t modules = keys.empty() ? set.Modules().size() : set.Plan(keys).modules.size();
   const std::vector<FindingFacts> findings = set.Check(keys);
   report.Document()["modules"] = modules;
-  report.Document()["findings"] = MakeFindingsJson(findings);
+  report.Document()["findings"] = MakeFindingsJson(findings, set);
   report.Print(FormatFindings(findings, modules));
   return report.Finish(findings.empty() ? kSuccess : kFindings);
 }

@@ -1,6 +1,6 @@
 ' Prepares what the examples of docs/mergeset.md talk of.
 Dim catalog, loaded, mergeSet, module, file, component, action, requirement, exclusion, table, column, row
-Dim finding, plan, planned, missing, cycle, user, deliverer, description, failure
+Dim finding, value, plan, planned, missing, cycle, user, deliverer, description, failure
 Set catalog = CreateObject("QmMMUpdater.MMCatalog")
 Set loaded = CreateObject("QmMMUpdater.MergeSet")
 loaded.Load catalog.MergeModules
@@ -20,7 +20,10 @@ Sub Prepare()
   Set table = module.Tables("Directory")
   Set column = table.Columns(1)
   Set row = table.Rows(1)
-  Set finding = mergeSet.Check().Item(1)
+  For Each finding In mergeSet.Check()
+    If finding.Values.Count > 0 Then Exit For
+  Next
+  Set value = finding.Values(1)
   Set plan = mergeSet.Plan(Array(module.Key, user.Module.Key))
   Set planned = plan.Modules(1)
   Set missing = plan.Missing(1)

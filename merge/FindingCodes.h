@@ -1,0 +1,44 @@
+#pragma once
+
+#include <string_view>
+#include <vector>
+
+namespace qm::merge {
+
+enum class Severity {
+  Error,    ///< the merge fails, or what it makes is installed wrongly
+  Warning,  ///< probably not what the authors want
+  Note
+};
+
+// Codes of findings. Programs rely on the values, which never change.
+inline constexpr char kMissingDependency[] = "missing-dependency";
+inline constexpr char kDependencyCycle[] = "dependency-cycle";
+inline constexpr char kExclusion[] = "exclusion";
+inline constexpr char kDuplicateModuleKey[] = "duplicate-key";
+inline constexpr char kSeveralVersions[] = "several-versions";
+inline constexpr char kFileConflict[] = "file-conflict";
+inline constexpr char kUnreadableModule[] = "unreadable-module";
+inline constexpr char kUnknownModule[] = "unknown-module";
+inline constexpr char kNeedsDownload[] = "needs-download";
+inline constexpr char kChangedModule[] = "changed-module";
+inline constexpr char kUnreadableIndex[] = "unreadable-index";
+
+/// What holds for every finding of a code.
+struct FindingCode {
+  std::string_view code;
+  Severity severity;  ///< unless the case makes it a lower one
+  long mergeError;    ///< the installer's number for this kind of merge conflict; 0 if it has none
+  std::string_view title;
+};
+
+/// All codes, sorted.
+const std::vector<FindingCode>& FindingCodes();
+
+/// Returns the entry of a code, which must be one of the constants.
+const FindingCode& GetFindingCode(std::string_view code);
+
+/// Returns "error", "warning" or "note".
+const char* GetSeverityName(Severity severity) noexcept;
+
+}  // namespace qm::merge
