@@ -30,11 +30,15 @@ std::vector<size_t> AllPositions(const SetData& set) {
   return positions;
 }
 
-std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<size_t>& scope) {
-  return merge::CheckModules(set.Index(), scope, [&](size_t module, std::string_view directory) {
-    const merge::TargetFolder folder = set.ResolveFolder(module, directory);
-    return folder.end == merge::FolderEnd::Root ? SetData::SpellFolder(folder) : std::string();
-  });
+std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<size_t>& scope,
+                                         merge::CheckedAs checkedAs) {
+  merge::CheckOptions options;
+  options.checkedAs = checkedAs;
+  options.resolve = [&](size_t module, std::string_view directory) {
+    return set.ResolveFolder(module, directory);
+  };
+  options.spell = SetData::SpellFolder;
+  return merge::CheckModules(set.Index(), scope, options);
 }
 
 /// Returns the modules of a plan, which are those at `wanted` and what they need.
@@ -127,10 +131,13 @@ STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
     const std::vector<common::WideString> keys =
         isWhole ? std::vector<common::WideString>() : ReadKeys(modules);
     const SharedSet set = RequireSet();
-    std::vector<merge::Finding> found = CheckModules(
-        *set, isWhole ? AllPositions(*set) : AddNeeded(*set, RequireModules(*set, keys)));
+    std::vector<merge::Finding> found;
     if (isWhole) {
+      found = CheckModules(*set, AllPositions(*set), merge::CheckedAs::Catalog);
       CheckIndexes(*set, found);
+    } else {
+      found =
+          CheckModules(*set, AddNeeded(*set, RequireModules(*set, keys)), merge::CheckedAs::Merge);
     }
     const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
     return MakeCollection<ISetFindings, ISetFinding>(

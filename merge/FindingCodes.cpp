@@ -8,22 +8,44 @@ namespace {
 
 // The installer's kinds of merge conflict that are found here.
 constexpr long kNoMergeError = 0;
+constexpr long kLanguageError = 1;
 constexpr long kExclusionError = 3;
 constexpr long kRowError = 4;
+constexpr long kPlatformError = 14;
 
 }  // namespace
 
 const std::vector<FindingCode>& FindingCodes() {
   static const std::vector<FindingCode> codes = {
       {kChangedModule, Severity::Warning, kNoMergeError, "A file is not the one that was listed"},
+      {kComponentConflict, Severity::Error, kNoMergeError,
+       "Different components have the same identifier"},
       {kDependencyCycle, Severity::Warning, kNoMergeError, "Modules need one another"},
+      {kDirectoryCycle, Severity::Error, kNoMergeError, "A directory lies below itself"},
+      {kDuplicateFile, Severity::Error, kNoMergeError,
+       "A module installs a file twice to one folder"},
       {kDuplicateModuleKey, Severity::Error, kRowError, "Several modules have the same key"},
+      {kDuplicatePackageCode, Severity::Warning, kNoMergeError,
+       "Different modules have the same package code"},
       {kExclusion, Severity::Error, kExclusionError, "A module excludes another one"},
       {kFileConflict, Severity::Error, kNoMergeError,
        "Different components install a file of the same name to one folder"},
+      {kMalformedVersion, Severity::Warning, kNoMergeError, "A version is not one"},
+      {kMissingComponent, Severity::Error, kNoMergeError, "A file has no component"},
       {kMissingDependency, Severity::Error, kNoMergeError, "No module satisfies a requirement"},
+      {kMissingDirectory, Severity::Error, kNoMergeError, "A directory has no row"},
       {kNeedsDownload, Severity::Warning, kNoMergeError, "A module has to be downloaded"},
+      {kPlatformConflict, Severity::Error, kPlatformError,
+       "A module needs one for another platform"},
+      {kRowConflict, Severity::Error, kRowError, "Rows of the same key differ"},
+      {kSeveralLanguages, Severity::Error, kNoMergeError,
+       "One merge has a module in several languages"},
       {kSeveralVersions, Severity::Error, kNoMergeError, "A module is there in several versions"},
+      {kShortNameConflict, Severity::Warning, kNoMergeError,
+       "Different files have the same short name in one folder"},
+      {kTableConflict, Severity::Error, kNoMergeError, "A table has different columns"},
+      {kTemplateLanguage, Severity::Warning, kLanguageError,
+       "A module is not for its own language"},
       {kUnknownModule, Severity::Warning, kNoMergeError,
        "An index names a module that is not there"},
       {kUnreadableIndex, Severity::Warning, kNoMergeError, "An index file cannot be read"},

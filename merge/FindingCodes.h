@@ -23,6 +23,19 @@ inline constexpr char kUnknownModule[] = "unknown-module";
 inline constexpr char kNeedsDownload[] = "needs-download";
 inline constexpr char kChangedModule[] = "changed-module";
 inline constexpr char kUnreadableIndex[] = "unreadable-index";
+inline constexpr char kRowConflict[] = "row-conflict";
+inline constexpr char kTableConflict[] = "table-conflict";
+inline constexpr char kComponentConflict[] = "component-conflict";
+inline constexpr char kShortNameConflict[] = "short-name-conflict";
+inline constexpr char kDuplicateFile[] = "duplicate-file";
+inline constexpr char kMissingComponent[] = "missing-component";
+inline constexpr char kMissingDirectory[] = "missing-directory";
+inline constexpr char kDirectoryCycle[] = "directory-cycle";
+inline constexpr char kPlatformConflict[] = "platform-conflict";
+inline constexpr char kDuplicatePackageCode[] = "duplicate-package-code";
+inline constexpr char kTemplateLanguage[] = "template-language";
+inline constexpr char kMalformedVersion[] = "malformed-version";
+inline constexpr char kSeveralLanguages[] = "several-languages";
 
 /// What holds for every finding of a code.
 struct FindingCode {

@@ -9,6 +9,7 @@
 #include "merge/FindingCodes.h"
 #include "merge/IndexEntry.h"
 #include "merge/MergePlan.h"
+#include "merge/TargetFolders.h"
 
 namespace qm::merge {
 
@@ -38,34 +39,50 @@ struct Finding {
   std::string key = {};  ///< primary key of a row of the table; columns are joined by "/"
   std::vector<std::string> versions = {};
   std::vector<FindingValue> values = {};
+  /// Stands for findings of its code that are not listed, and is the last of it.
+  bool isRest = false;
 };
 
 /// Makes a finding with the severity and the merge error of its code.
 Finding MakeFinding(const char* code, std::string text);
-
-/// Returns the target path of a directory of the module at position `module`; empty if nothing is
-/// known about it.
-using ResolveDirectory = std::function<std::string(size_t module, std::string_view directory)>;
 
 /// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
 /// except that module itself. An exclusion of no ID excludes none.
 std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion);
 
-/// Checks the modules at the positions in `scope`. Any module of the set may satisfy a requirement.
-/// Requirements and exclusions of carried modules count, and the finding names the carried one. The
-/// findings are sorted by code, modules and text.
+/// What the checked modules are to one another.
+enum class CheckedAs {
+  Catalog,  ///< anything may be merged with anything; modules of one ID are alternatives
+  Merge     ///< all are merged into one package
+};
+
+struct CheckOptions {
+  CheckedAs checkedAs = CheckedAs::Catalog;
+  /// Returns where a directory of the module at a position is. Without it, the modules' own tables
+  /// are walked.
+  std::function<TargetFolder(size_t module, std::string_view directory)> resolve = nullptr;
+  /// Returns how a folder is spelled in findings; "[Root]path" without it.
+  std::function<std::string(const TargetFolder&)> spell = nullptr;
+};
+
+/// Checks the modules at the positions in `scope`: what would go wrong if they were merged.
+/// Requirements and exclusions of carried modules count, and the finding names the carried one. In
+/// a catalog, any module of the set may satisfy a requirement; in a merge, those that are merged.
 ///
-/// `resolveDirectory` is called for few modules only; without it, the modules' own tables say where
-/// files go.
+/// A merge adds the rows of one module after the other, and refuses a row whose primary key is
+/// already there with other values. Rows of modules with the same ID are not compared: one finding
+/// says that these modules are alternatives.
+///
+/// The findings are in the order of SortFindings. Their number is bounded, see FindingList.
 std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size_t>& scope,
-                                  const ResolveDirectory& resolveDirectory = nullptr);
+                                  const CheckOptions& options = {});
 
 /// Returns one finding for each module that an index table names but the set does not have. A
 /// module that two tables name has two.
 std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<IndexEntry>& entries);
 
-/// Sorts findings by code, modules and text.
+/// Sorts findings by code, modules and text. The one that stands for the rest of a code is last.
 void SortFindings(std::vector<Finding>& findings);
 
 }  // namespace qm::merge

@@ -39,7 +39,7 @@ unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(lang
 bool HasSublanguage(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
 
 bool IsSameId(const std::string& a, const std::string& b) {
-  return text::FoldCase(a) == text::FoldCase(b);
+  return a == b || text::FoldCase(a) == text::FoldCase(b);
 }
 
 bool IsAtLeast(const std::string& version, const std::string& bound) {

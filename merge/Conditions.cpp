@@ -1,0 +1,168 @@
+#include "merge/Conditions.h"
+
+#include <algorithm>
+#include <string>
+#include <vector>
+
+namespace qm::merge {
+
+namespace {
+
+/// An operand or a comparison, such as VersionNT or VersionNT>=600.
+struct Literal {
+  std::string text;
+  bool isNegated = false;
+};
+
+bool IsSpace(char character) noexcept {
+  return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+/// Splits a condition at white space. Parentheses are tokens of their own; quoted text is kept.
+std::vector<std::string> SplitTokens(std::string_view condition) {
+  std::vector<std::string> tokens;
+  bool isQuoted = false;
+  bool isInside = false;
+  for (const char character : condition) {
+    isQuoted = isQuoted != (character == '"');
+    if (!isQuoted && IsSpace(character)) {
+      isInside = false;
+    } else if (!isQuoted && (character == '(' || character == ')')) {
+      tokens.emplace_back(1, character);
+      isInside = false;
+    } else if (isInside) {
+      tokens.back() += character;
+    } else {
+      tokens.emplace_back(1, character);
+      isInside = true;
+    }
+  }
+  return tokens;
+}
+
+bool IsOperator(const std::string& token, std::string_view name) noexcept {
+  return std::equal(
+      token.begin(), token.end(), name.begin(), name.end(), [](char actual, char wanted) {
+        return (actual >= 'a' && actual <= 'z' ? actual - 'a' + 'A' : actual) == wanted;
+      });
+}
+
+using Token = std::vector<std::string>::const_iterator;
+
+std::string JoinTokens(Token begin, Token end) {
+  std::string text;
+  for (; begin != end; ++begin) {
+    text += *begin;
+    text += ' ';
+  }
+  return text;
+}
+
+/// Removes parentheses around the whole.
+void StripParentheses(Token& begin, Token& end) {
+  while (end - begin > 1 && *begin == "(") {
+    int depth = 0;
+    const Token close = std::find_if(begin, end, [&](const std::string& token) {
+      depth += token == "(" ? 1 : token == ")" ? -1 : 0;
+      return depth == 0;
+    });
+    if (close == end || close + 1 != end) {
+      return;
+    }
+    ++begin;
+    --end;
+  }
+}
+
+Literal ParseLiteral(Token begin, Token end) {
+  Literal literal;
+  StripParentheses(begin, end);
+  while (begin != end && IsOperator(*begin, "NOT")) {
+    literal.isNegated = !literal.isNegated;
+    ++begin;
+    StripParentheses(begin, end);
+  }
+  literal.text = JoinTokens(begin, end);
+  return literal;
+}
+
+/// Parses a condition with other operators than AND, or with AND in parentheses.
+Literal ParseWhole(Token begin, Token end) {
+  if (end - begin > 1 && IsOperator(*begin, "NOT")) {
+    Token innerBegin = begin + 1;
+    Token innerEnd = end;
+    StripParentheses(innerBegin, innerEnd);
+    if (innerEnd != end) {
+      return {JoinTokens(innerBegin, innerEnd), true};
+    }
+  }
+  return {JoinTokens(begin, end), false};
+}
+
+/// Returns texts that must all hold for a condition to hold.
+std::vector<Literal> ParseParts(std::string_view condition) {
+  const std::vector<std::string> tokens = SplitTokens(condition);
+  Token begin = tokens.begin();
+  Token end = tokens.end();
+  StripParentheses(begin, end);
+  std::vector<Literal> parts;
+  if (begin == end) {
+    return parts;
+  }
+  parts.push_back(ParseWhole(begin, end));
+  const bool isPlain = std::none_of(begin, end, [](const std::string& token) {
+    return token == "(" || IsOperator(token, "OR") || IsOperator(token, "XOR") ||
+           IsOperator(token, "EQV") || IsOperator(token, "IMP");
+  });
+  const auto isAnd = [](const std::string& token) { return IsOperator(token, "AND"); };
+  while (isPlain && begin != end) {
+    const Token next = std::find_if(begin, end, isAnd);
+    parts.push_back(ParseLiteral(begin, next));
+    begin = next == end ? end : next + 1;
+  }
+  return parts;
+}
+
+bool Is(const Literal& literal, std::string_view operand, bool isNegated) noexcept {
+  return literal.isNegated == isNegated && literal.text.size() == operand.size() + 1 &&
+         literal.text.compare(0, operand.size(), operand) == 0;
+}
+
+/// Whether two literals never hold both. VersionNT64 is set only where VersionNT is, and Version9X
+/// only where neither is.
+bool AreExclusive(const Literal& a, const Literal& b) {
+  if (a.text == b.text) {
+    return a.isNegated != b.isNegated;
+  }
+  const auto areNamed = [&](std::string_view first, std::string_view second, bool isNegated) {
+    return (Is(a, first, false) && Is(b, second, isNegated)) ||
+           (Is(b, first, false) && Is(a, second, isNegated));
+  };
+  return areNamed("Version9X", "VersionNT", false) || areNamed("Version9X", "VersionNT64", false) ||
+         areNamed("VersionNT64", "VersionNT", true);
+}
+
+}  // namespace
+
+ConditionRelation CompareConditions(std::string_view a, std::string_view b) {
+  const std::vector<Literal> partsOfA = ParseParts(a);
+  const std::vector<Literal> partsOfB = ParseParts(b);
+  if (partsOfA.empty() || partsOfB.empty() || a == b) {
+    return ConditionRelation::Overlapping;
+  }
+  for (const Literal& partOfA : partsOfA) {
+    for (const Literal& partOfB : partsOfB) {
+      if (AreExclusive(partOfA, partOfB)) {
+        return ConditionRelation::Exclusive;
+      }
+    }
+  }
+  const auto isSame = [](const Literal& left, const Literal& right) {
+    return left.text == right.text && left.isNegated == right.isNegated;
+  };
+  return std::equal(partsOfA.begin(), partsOfA.end(), partsOfB.begin(), partsOfB.end(), isSame)
+             ? ConditionRelation::Overlapping
+             : ConditionRelation::Unknown;
+}
+
+}  // namespace qm::merge

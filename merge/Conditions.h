@@ -1,0 +1,19 @@
+#pragma once
+
+#include <string_view>
+
+namespace qm::merge {
+
+/// How two conditions of the installer relate, as far as that is plain from their texts.
+enum class ConditionRelation {
+  Overlapping,  ///< both can hold: they are the same, or one is empty
+  Exclusive,    ///< never hold both: X and NOT X, VersionNT and Version9X
+  Unknown
+};
+
+/// Compares two conditions. Understands operands and comparisons that are joined by AND and may be
+/// negated; anything else only if one text is the negation of the other. Ignores the case of
+/// operators and the amount of white space.
+ConditionRelation CompareConditions(std::string_view a, std::string_view b);
+
+}  // namespace qm::merge

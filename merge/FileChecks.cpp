@@ -1,0 +1,466 @@
+#include <algorithm>
+#include <map>
+#include <unordered_map>
+
+#include "merge/Checks.h"
+#include "merge/Conditions.h"
+#include "merge/Hashing.h"
+
+namespace qm::merge {
+
+namespace {
+
+/// Finds components of modules by their keys.
+class ComponentLookup {
+ public:
+  explicit ComponentLookup(const CheckedModules& modules) : m_modules(modules) {}
+
+  /// Returns a component; null if the module has no row for it.
+  const Component* Find(size_t module, std::string_view key) {
+    const auto [found, isNew] = m_components.try_emplace(module);
+    if (isNew) {
+      for (const Component& component : m_modules.At(module).components) {
+        found->second.emplace(component.key, &component);
+      }
+    }
+    const auto component = found->second.find(key);
+    return component == found->second.end() ? nullptr : component->second;
+  }
+
+ private:
+  using ByKey = std::unordered_map<std::string_view, const Component*>;
+
+  const CheckedModules& m_modules;
+  std::unordered_map<size_t, ByKey> m_components;
+};
+
+/// How the conditions of several things relate that collide if they are installed together.
+struct Conditions {
+  ConditionRelation relation = ConditionRelation::Exclusive;
+  std::string first, second;  ///< two that may both hold
+};
+
+/// Compares every two of the first conditions: Exclusive if no two can hold together, Overlapping
+/// if two surely can.
+Conditions CompareAll(const std::vector<std::string_view>& texts) {
+  Conditions result;
+  const size_t count = std::min(texts.size(), FindingList::kMaxModules);
+  for (size_t i = 0; i < count; ++i) {
+    for (size_t j = i + 1; j < count; ++j) {
+      const ConditionRelation relation = CompareConditions(texts[i], texts[j]);
+      if (relation == ConditionRelation::Overlapping) {
+        return {relation, std::string(texts[i]), std::string(texts[j])};
+      }
+      if (relation == ConditionRelation::Unknown &&
+          result.relation == ConditionRelation::Exclusive) {
+        result = {relation, std::string(texts[i]), std::string(texts[j])};
+      }
+    }
+  }
+  return result;
+}
+
+/// Makes a finding a warning that quotes the conditions if it is not known whether both hold.
+void AddConditions(const Conditions& conditions, Finding& finding) {
+  if (conditions.relation == ConditionRelation::Unknown) {
+    finding.text += ", unless the conditions " + QuoteShort(conditions.first) + " and " +
+                    QuoteShort(conditions.second) + " never hold together";
+    LimitSeverity(finding, Severity::Warning);
+  }
+}
+
+/// A name under which a module installs a file.
+struct InstalledName {
+  std::uint64_t hash;
+  size_t module;
+  const DeliveredFile* file;
+};
+
+/// A file in a folder where it may collide.
+struct PlacedFile {
+  size_t module;
+  const DeliveredFile* file;
+  const Component* component;  ///< null if it has no row
+  TargetFolder folder;
+};
+
+std::string_view GetShortName(const DeliveredFile& file) noexcept {
+  return file.shortName.empty() ? file.name : file.shortName;
+}
+
+class FileCheck {
+ public:
+  FileCheck(const CheckedModules& modules, FindingList& findings)
+      : m_modules(modules), m_findings(findings), m_components(modules) {}
+
+  void Run() {
+    ForEachName([](const DeliveredFile& file) { return file.name; },
+                [&](const std::vector<PlacedFile>& files) { CheckLongName(files); });
+    ForEachName([](const DeliveredFile& file) { return GetShortName(file); },
+                [&](const std::vector<PlacedFile>& files) { CheckShortName(files); });
+  }
+
+ private:
+  /// Calls `check` with the files of each folder that have the same name and may be installed
+  /// together: files of one module, or of modules of different IDs.
+  template <class GetName, class Check>
+  void ForEachName(GetName getName, Check check) {
+    std::vector<InstalledName> names;
+    for (const size_t position : m_modules.Scope()) {
+      for (const DeliveredFile& file : m_modules.At(position).files) {
+        if (!getName(file).empty()) {
+          names.push_back({HashFolded(getName(file)), position, &file});
+        }
+      }
+    }
+    std::stable_sort(
+        names.begin(), names.end(),
+        [](const InstalledName& a, const InstalledName& b) { return a.hash < b.hash; });
+    for (auto begin = names.begin(); begin != names.end();) {
+      const auto end = std::find_if(begin, names.end(), [&](const InstalledName& name) {
+        return name.hash != begin->hash ||
+               !IsSameFolded(getName(*name.file), getName(*begin->file));
+      });
+      if (MayCollide(begin, end)) {
+        for (const std::vector<PlacedFile>& files : GroupByFolder(begin, end)) {
+          check(files);
+        }
+      }
+      begin = end;
+    }
+  }
+
+  using NameIterator = std::vector<InstalledName>::const_iterator;
+
+  /// Returns whether one of the names belongs to another ID than the first, or two to one module.
+  bool MayCollide(NameIterator begin, NameIterator end) const {
+    for (NameIterator name = begin + 1; name != end; ++name) {
+      if (name->module == name[-1].module ||
+          !m_modules.AreAlternatives(name->module, begin->module)) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  std::vector<std::vector<PlacedFile>> GroupByFolder(NameIterator begin, NameIterator end) {
+    std::unordered_map<std::string, size_t> numbers;
+    std::vector<std::vector<PlacedFile>> groups;
+    for (NameIterator name = begin; name != end; ++name) {
+      TargetFolder folder = m_modules.Resolve(name->module, name->file->directory);
+      const std::optional<std::string> text = NormalizeFolder(folder);
+      if (!text || name->file->directory.empty()) {
+        continue;
+      }
+      const auto [number, isNew] = numbers.emplace(*text, groups.size());
+      if (isNew) {
+        groups.emplace_back();
+      }
+      groups[number->second].push_back({name->module, name->file,
+                                        m_components.Find(name->module, name->file->component),
+                                        std::move(folder)});
+    }
+    return groups;
+  }
+
+  // ---- Long names
+
+  void CheckLongName(const std::vector<PlacedFile>& files) {
+    CheckWithinModules(files,
+                       [&](const std::vector<const PlacedFile*>& same) { AddDuplicate(same); });
+    const std::vector<const PlacedFile*> sides =
+        ChooseSides(files, [&](const auto& side, const auto& file) {
+          return m_modules.AreAlternatives(side.module, file.module) || IsSameResource(side, file);
+        });
+    const Conditions conditions = CompareAll(ConditionsOf(sides));
+    if (sides.size() < 2 || conditions.relation == ConditionRelation::Exclusive ||
+        !m_findings.Admit(kFileConflict)) {
+      return;
+    }
+    const std::vector<size_t> modules = ModulesOf(sides);
+    const std::string folder = m_modules.Spell(sides.front()->folder);
+    Finding& finding =
+        m_findings.Add(kFileConflict, modules,
+                       std::string(sides.front()->file->name) + " goes to " + folder + " from " +
+                           m_findings.JoinNames(modules, " and from "));
+    finding.file = sides.front()->file->name;
+    finding.folder = folder;
+    AddValues(sides, finding);
+    AddConditions(conditions, finding);
+    LimitIfRedirected(sides, finding);
+  }
+
+  void AddDuplicate(const std::vector<const PlacedFile*>& same) {
+    const Conditions conditions = CompareAll(ConditionsOf(same));
+    if (conditions.relation == ConditionRelation::Exclusive || !m_findings.Admit(kDuplicateFile)) {
+      return;
+    }
+    const PlacedFile& first = *same.front();
+    const std::string folder = m_modules.Spell(first.folder);
+    std::vector<std::string> keys;
+    for (const PlacedFile* const file : same) {
+      keys.push_back(Shorten(file->file->key));
+    }
+    Finding& finding = m_findings.Add(
+        kDuplicateFile, {first.module},
+        m_findings.NameOf(first.module) + " installs " + std::string(first.file->name) + " to " +
+            folder + " " + std::to_string(same.size()) + " times: " + JoinSome(keys, ", "));
+    finding.file = first.file->name;
+    finding.folder = folder;
+    finding.table = "File";
+    AddValues(same, finding);
+    AddConditions(conditions, finding);
+  }
+
+  // ---- Short names
+
+  void CheckShortName(const std::vector<PlacedFile>& files) {
+    const std::vector<const PlacedFile*> sides = ChooseSides(files, [&](const auto& side,
+                                                                        const auto& file) {
+      return (side.module != file.module && m_modules.AreAlternatives(side.module, file.module)) ||
+             IsSameFolded(side.file->name, file.file->name);
+    });
+    if (sides.size() < 2 ||
+        CompareAll(ConditionsOf(sides)).relation == ConditionRelation::Exclusive ||
+        !m_findings.Admit(kShortNameConflict)) {
+      return;
+    }
+    std::vector<std::string> names;
+    for (const PlacedFile* const side : sides) {
+      names.push_back(std::string(side->file->name) + " of " + m_findings.NameOf(side->module));
+    }
+    const std::string folder = m_modules.Spell(sides.front()->folder);
+    Finding& finding = m_findings.Add(kShortNameConflict, ModulesOf(sides),
+                                      "files have the short name " +
+                                          std::string(GetShortName(*sides.front()->file)) + " in " +
+                                          folder + ": " + JoinSome(names, ", "));
+    finding.file = sides.front()->file->name;
+    finding.folder = folder;
+    for (const PlacedFile* const side : sides) {
+      finding.values.push_back(
+          {side->module, "FileName",
+           Shorten(GetShortName(*side->file)) + '|' + Shorten(side->file->name)});
+    }
+  }
+
+  // ---- Common
+
+  /// Returns whether both are one row of the package, or one component: the installer counts the
+  /// modules that share it. Differences between the two are found elsewhere.
+  static bool IsSameResource(const PlacedFile& a, const PlacedFile& b) {
+    const auto isRow = [](const PlacedFile& file) {
+      return !file.file->key.empty() && !file.file->component.empty();
+    };
+    if (isRow(a) && isRow(b) && a.file->key == b.file->key &&
+        a.file->component == b.file->component) {
+      return true;
+    }
+    return a.component && b.component && !a.component->componentId.empty() &&
+           IsSameFolded(a.component->componentId, b.component->componentId);
+  }
+
+  /// Returns the first of those files that are not the same as a file before them.
+  template <class IsSame>
+  static std::vector<const PlacedFile*> ChooseSides(const std::vector<PlacedFile>& files,
+                                                    IsSame isSame) {
+    std::vector<const PlacedFile*> sides;
+    for (const PlacedFile& file : files) {
+      if (sides.size() < FindingList::kMaxModules &&
+          std::none_of(sides.begin(), sides.end(),
+                       [&](const PlacedFile* side) { return isSame(*side, file); })) {
+        sides.push_back(&file);
+      }
+    }
+    return sides;
+  }
+
+  /// Calls `check` with the files of each module that has several.
+  template <class Check>
+  static void CheckWithinModules(const std::vector<PlacedFile>& files, Check check) {
+    std::map<size_t, std::vector<const PlacedFile*>> byModule;
+    for (const PlacedFile& file : files) {
+      byModule[file.module].push_back(&file);
+    }
+    for (const auto& [module, ofModule] : byModule) {
+      if (ofModule.size() > 1) {
+        check(ofModule);
+      }
+    }
+  }
+
+  static std::vector<std::string_view> ConditionsOf(const std::vector<const PlacedFile*>& files) {
+    std::vector<std::string_view> conditions;
+    for (const PlacedFile* const file : files) {
+      conditions.push_back(file->component ? file->component->condition : std::string_view());
+    }
+    return conditions;
+  }
+
+  static std::vector<size_t> ModulesOf(const std::vector<const PlacedFile*>& files) {
+    std::vector<size_t> modules;
+    for (const PlacedFile* const file : files) {
+      if (std::find(modules.begin(), modules.end(), file->module) == modules.end()) {
+        modules.push_back(file->module);
+      }
+    }
+    return modules;
+  }
+
+  /// Adds what tells the files apart.
+  static void AddValues(const std::vector<const PlacedFile*>& files, Finding& finding) {
+    const size_t count = std::min(files.size(), FindingList::kMaxModules);
+    const auto add = [&](const char* column, auto getValue) {
+      for (size_t i = 0; i < count; ++i) {
+        finding.values.push_back({files[i]->module, column, Shorten(getValue(*files[i]))});
+      }
+    };
+    add("Component", [](const PlacedFile& file) { return file.file->component; });
+    add("Version", [](const PlacedFile& file) { return file.file->version; });
+  }
+
+  /// The product can put each of the folders elsewhere.
+  static void LimitIfRedirected(const std::vector<const PlacedFile*>& files, Finding& finding) {
+    if (std::any_of(files.begin(), files.end(),
+                    [](const PlacedFile* file) { return file->folder.IsRedirected(); })) {
+      LimitSeverity(finding, Severity::Warning);
+    }
+  }
+
+  const CheckedModules& m_modules;
+  FindingList& m_findings;
+  ComponentLookup m_components;
+};
+
+// ---- Components
+
+struct IdentifiedComponent {
+  std::uint64_t hash;
+  size_t module;
+  const Component* component;
+};
+
+class ComponentCheck {
+ public:
+  ComponentCheck(const CheckedModules& modules, FindingList& findings)
+      : m_modules(modules), m_findings(findings) {}
+
+  void Run() {
+    std::vector<IdentifiedComponent> components;
+    for (const size_t position : m_modules.Scope()) {
+      for (const Component& component : m_modules.At(position).components) {
+        if (!component.componentId.empty()) {
+          components.push_back({HashFolded(component.componentId), position, &component});
+        }
+      }
+    }
+    std::stable_sort(components.begin(), components.end(),
+                     [](const auto& a, const auto& b) { return a.hash < b.hash; });
+    for (auto begin = components.begin(); begin != components.end();) {
+      const auto end = std::find_if(begin, components.end(), [&](const auto& component) {
+        return component.hash != begin->hash ||
+               !IsSameFolded(component.component->componentId, begin->component->componentId);
+      });
+      if (end - begin > 1) {
+        CheckOneId({begin, end});
+      }
+      begin = end;
+    }
+  }
+
+ private:
+  /// Rows with the same key are one row of the package: CheckRows compares them.
+  void CheckOneId(const std::vector<IdentifiedComponent>& components) {
+    std::vector<const IdentifiedComponent*> sides;
+    for (const IdentifiedComponent& component : components) {
+      if (sides.size() < FindingList::kMaxModules &&
+          std::none_of(sides.begin(), sides.end(), [&](const IdentifiedComponent* side) {
+            return side->component->key == component.component->key ||
+                   (side->module != component.module &&
+                    m_modules.AreAlternatives(side->module, component.module));
+          })) {
+        sides.push_back(&component);
+      }
+    }
+    std::vector<std::string_view> texts;
+    for (const IdentifiedComponent* const side : sides) {
+      texts.push_back(side->component->condition);
+    }
+    const Conditions conditions = CompareAll(texts);
+    if (sides.size() > 1 && conditions.relation != ConditionRelation::Exclusive &&
+        m_findings.Admit(kComponentConflict)) {
+      AddConflict(sides, conditions);
+    }
+  }
+
+  void AddConflict(const std::vector<const IdentifiedComponent*>& sides,
+                   const Conditions& conditions) {
+    std::vector<size_t> modules;
+    std::vector<std::string> names;
+    for (const IdentifiedComponent* const side : sides) {
+      if (std::find(modules.begin(), modules.end(), side->module) == modules.end()) {
+        modules.push_back(side->module);
+      }
+      names.push_back(Shorten(side->component->key) + " of " + m_findings.NameOf(side->module));
+    }
+    Finding& finding = m_findings.Add(kComponentConflict, modules,
+                                      "components have the identifier " +
+                                          Shorten(sides.front()->component->componentId) + ": " +
+                                          JoinSome(names, ", "));
+    finding.table = "Component";
+    const bool isSameKey = AddColumn(sides, "Component", finding, [](const auto& side) {
+      return std::string(side.component->key);
+    });
+    const bool isSameFolder = AddColumn(sides, "Folder", finding, [&](const auto& side) {
+      return m_modules.Spell(m_modules.Resolve(side.module, side.component->directory));
+    });
+    const bool isSameKeyPath =
+        AddColumn(sides, "KeyPath", finding, [&](const auto& side) { return FormatKeyPath(side); });
+    if (!isSameKey && isSameFolder && isSameKeyPath) {
+      // Either row installs the same, so that only the count of users is wrong.
+      LimitSeverity(finding, Severity::Warning);
+    }
+    AddConditions(conditions, finding);
+  }
+
+  /// Adds the values of all sides. Returns whether they are the same.
+  template <class GetValue>
+  static bool AddColumn(const std::vector<const IdentifiedComponent*>& sides, const char* column,
+                        Finding& finding, GetValue getValue) {
+    std::vector<std::string> values;
+    for (const IdentifiedComponent* const side : sides) {
+      values.push_back(getValue(*side));
+    }
+    const bool isSame = std::all_of(values.begin(), values.end(), [&](const std::string& value) {
+      return IsSameFolded(value, values.front());
+    });
+    for (size_t i = 0; !isSame && i < sides.size(); ++i) {
+      finding.values.push_back({sides[i]->module, column, Shorten(values[i])});
+    }
+    return isSame;
+  }
+
+  /// Returns the name of the key file, since keys of files differ between modules; the key of
+  /// another kind of key path.
+  std::string FormatKeyPath(const IdentifiedComponent& side) const {
+    const std::vector<DeliveredFile>& files = m_modules.At(side.module).files;
+    const auto found = std::find_if(files.begin(), files.end(), [&](const DeliveredFile& file) {
+      return file.key == side.component->keyPath;
+    });
+    return std::string(found == files.end() ? side.component->keyPath : found->name);
+  }
+
+  const CheckedModules& m_modules;
+  FindingList& m_findings;
+};
+
+}  // namespace
+
+void CheckFiles(const CheckedModules& modules, FindingList& findings) {
+  FileCheck(modules, findings).Run();
+}
+
+void CheckComponents(const CheckedModules& modules, FindingList& findings) {
+  ComponentCheck(modules, findings).Run();
+}
+
+}  // namespace qm::merge
