@@ -1,6 +1,7 @@
 #include "merge/Conditions.h"
 
 #include <algorithm>
+#include <iterator>
 #include <string>
 #include <vector>
 
@@ -16,6 +17,17 @@ struct Literal {
 
 bool IsSpace(char character) noexcept {
   return character == ' ' || character == '\t' || character == '\r' || character == '\n';
+}
+
+/// Returns an operator in upper case, and any other token unchanged.
+std::string NormalizeToken(const std::string& token) {
+  std::string upper = token;
+  std::transform(upper.begin(), upper.end(), upper.begin(), [](char character) {
+    return character >= 'a' && character <= 'z' ? static_cast<char>(character - 'a' + 'A')
+                                                : character;
+  });
+  static constexpr std::string_view kOperators[] = {"AND", "EQV", "IMP", "NOT", "OR", "XOR"};
+  return std::binary_search(std::begin(kOperators), std::end(kOperators), upper) ? upper : token;
 }
 
 /// Splits a condition at white space. Parentheses are tokens of their own; quoted text is kept.
@@ -37,14 +49,8 @@ std::vector<std::string> SplitTokens(std::string_view condition) {
       isInside = true;
     }
   }
+  std::transform(tokens.begin(), tokens.end(), tokens.begin(), NormalizeToken);
   return tokens;
-}
-
-bool IsOperator(const std::string& token, std::string_view name) noexcept {
-  return std::equal(
-      token.begin(), token.end(), name.begin(), name.end(), [](char actual, char wanted) {
-        return (actual >= 'a' && actual <= 'z' ? actual - 'a' + 'A' : actual) == wanted;
-      });
 }
 
 using Token = std::vector<std::string>::const_iterator;
@@ -77,7 +83,7 @@ void StripParentheses(Token& begin, Token& end) {
 Literal ParseLiteral(Token begin, Token end) {
   Literal literal;
   StripParentheses(begin, end);
-  while (begin != end && IsOperator(*begin, "NOT")) {
+  while (begin != end && *begin == "NOT") {
     literal.isNegated = !literal.isNegated;
     ++begin;
     StripParentheses(begin, end);
@@ -88,7 +94,7 @@ Literal ParseLiteral(Token begin, Token end) {
 
 /// Parses a condition with other operators than AND, or with AND in parentheses.
 Literal ParseWhole(Token begin, Token end) {
-  if (end - begin > 1 && IsOperator(*begin, "NOT")) {
+  if (end - begin > 1 && *begin == "NOT") {
     Token innerBegin = begin + 1;
     Token innerEnd = end;
     StripParentheses(innerBegin, innerEnd);
@@ -111,10 +117,9 @@ std::vector<Literal> ParseParts(std::string_view condition) {
   }
   parts.push_back(ParseWhole(begin, end));
   const bool isPlain = std::none_of(begin, end, [](const std::string& token) {
-    return token == "(" || IsOperator(token, "OR") || IsOperator(token, "XOR") ||
-           IsOperator(token, "EQV") || IsOperator(token, "IMP");
+    return token == "(" || token == "OR" || token == "XOR" || token == "EQV" || token == "IMP";
   });
-  const auto isAnd = [](const std::string& token) { return IsOperator(token, "AND"); };
+  const auto isAnd = [](const std::string& token) { return token == "AND"; };
   while (isPlain && begin != end) {
     const Token next = std::find_if(begin, end, isAnd);
     parts.push_back(ParseLiteral(begin, next));
@@ -132,7 +137,7 @@ bool Is(const Literal& literal, std::string_view operand, bool isNegated) noexce
 /// only where neither is.
 bool AreExclusive(const Literal& a, const Literal& b) {
   if (a.text == b.text) {
-    return a.isNegated != b.isNegated;
+    return a.isNegated != b.isNegated && !a.text.empty();
   }
   const auto areNamed = [&](std::string_view first, std::string_view second, bool isNegated) {
     return (Is(a, first, false) && Is(b, second, isNegated)) ||

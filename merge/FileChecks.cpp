@@ -94,17 +94,22 @@ class FileCheck {
       : m_modules(modules), m_findings(findings), m_components(modules) {}
 
   void Run() {
-    ForEachName([](const DeliveredFile& file) { return file.name; },
+    const auto always = [](const InstalledName&, const InstalledName&) { return true; };
+    ForEachName([](const DeliveredFile& file) { return file.name; }, always,
                 [&](const std::vector<PlacedFile>& files) { CheckLongName(files); });
-    ForEachName([](const DeliveredFile& file) { return GetShortName(file); },
+    const auto isOtherFile = [](const InstalledName& a, const InstalledName& b) {
+      return !IsSameFolded(a.file->name, b.file->name);
+    };
+    ForEachName([](const DeliveredFile& file) { return GetShortName(file); }, isOtherFile,
                 [&](const std::vector<PlacedFile>& files) { CheckShortName(files); });
   }
 
  private:
   /// Calls `check` with the files of each folder that have the same name and may be installed
-  /// together: files of one module, or of modules of different IDs.
-  template <class GetName, class Check>
-  void ForEachName(GetName getName, Check check) {
+  /// together: files of one module, or of modules of different IDs. Folders are resolved only for
+  /// names that `isRelevant` holds for, with the first file of the name and another one.
+  template <class GetName, class IsRelevant, class Check>
+  void ForEachName(GetName getName, IsRelevant isRelevant, Check check) {
     std::vector<InstalledName> names;
     for (const size_t position : m_modules.Scope()) {
       for (const DeliveredFile& file : m_modules.At(position).files) {
@@ -121,7 +126,8 @@ class FileCheck {
         return name.hash != begin->hash ||
                !IsSameFolded(getName(*name.file), getName(*begin->file));
       });
-      if (MayCollide(begin, end)) {
+      if (MayCollide(begin, end) &&
+          std::any_of(begin + 1, end, [&](const auto& name) { return isRelevant(*begin, name); })) {
         for (const std::vector<PlacedFile>& files : GroupByFolder(begin, end)) {
           check(files);
         }

@@ -160,9 +160,9 @@ class TableCheck {
   TableCheck(const CheckedModules& modules, FindingList& findings)
       : m_modules(modules), m_findings(findings) {}
 
-  void Run(std::string_view name, const std::vector<ModuleTable>& tables) {
+  void Run(std::string_view name, TableKind kind, const std::vector<ModuleTable>& tables) {
     m_name = name;
-    m_kind = GetKind(name);
+    m_kind = kind;
     m_pairs.clear();
     CompareColumnsOf(tables);
     if (m_comparable.size() > 1) {
@@ -607,8 +607,13 @@ std::vector<std::string_view> ReadIgnoredTables(const Module& module) {
 }  // namespace
 
 void CheckRows(const CheckedModules& modules, FindingList& findings) {
+  struct Named {
+    std::string_view name;
+    TableKind kind;
+    std::vector<ModuleTable> tables;
+  };
   std::unordered_map<std::string_view, size_t> numbers;
-  std::vector<std::pair<std::string_view, std::vector<ModuleTable>>> tables;
+  std::vector<Named> named;
   for (const size_t position : modules.Scope()) {
     const Module& module = modules.At(position);
     if (!module.tables) {
@@ -617,21 +622,23 @@ void CheckRows(const CheckedModules& modules, FindingList& findings) {
     const std::vector<std::string_view> ignored = ReadIgnoredTables(module);
     const Table* const substitutions = module.FindTable("ModuleSubstitution");
     for (const Table& table : module.tables->All()) {
-      if (table.RowCount() == 0 || GetKind(table.Name()) == TableKind::NotMerged ||
-          std::binary_search(ignored.begin(), ignored.end(), table.Name())) {
+      if (table.RowCount() == 0) {
         continue;
       }
-      const auto [found, isNew] = numbers.emplace(table.Name(), tables.size());
+      const auto [found, isNew] = numbers.emplace(table.Name(), named.size());
       if (isNew) {
-        tables.emplace_back(table.Name(), std::vector<ModuleTable>());
+        named.push_back({table.Name(), GetKind(table.Name()), {}});
       }
-      tables[found->second].second.push_back({position, &table, substitutions});
+      if (named[found->second].kind != TableKind::NotMerged &&
+          !std::binary_search(ignored.begin(), ignored.end(), table.Name())) {
+        named[found->second].tables.push_back({position, &table, substitutions});
+      }
     }
   }
   TableCheck check(modules, findings);
-  for (const auto& [name, ofModules] : tables) {
-    if (ofModules.size() > 1) {
-      check.Run(name, ofModules);
+  for (const Named& one : named) {
+    if (one.tables.size() > 1) {
+      check.Run(one.name, one.kind, one.tables);
     }
   }
 }

@@ -14,11 +14,26 @@ std::string FormatCount(size_t count, const std::string& what) {
   return std::to_string(count) + ' ' + what + (count == 1 ? "" : "s");
 }
 
-std::string FormatFindings(const std::vector<FindingFacts>& findings, size_t modules) {
+/// The values of a finding side by side, with the files of their modules.
+std::string FormatValues(const std::vector<FindingValueFacts>& values, const ModuleSet& set) {
+  if (values.empty()) {
+    return {};
+  }
+  TextTable table({"Column", "Value", "Module", "Module path"});
+  for (const FindingValueFacts& value : values) {
+    const ModuleFacts* const module = value.module ? &set.Modules()[*value.module] : nullptr;
+    table.AddRow(
+        {value.column, value.value, module ? module->key : "", module ? module->path : ""});
+  }
+  return table.ToString("    ");
+}
+
+std::string FormatFindings(const std::vector<FindingFacts>& findings, size_t modules,
+                           const ModuleSet& set) {
   std::string text;
   for (const FindingFacts& finding : findings) {
     text += finding.severity + ' ' + MarkHighlight(finding.code) + ": " +
-            MakePrintable(finding.text) + '\n';
+            MakePrintable(finding.text) + '\n' + FormatValues(finding.values, set);
   }
   return text + (findings.empty() ? "No findings" : FormatCount(findings.size(), "finding")) +
          " in " + FormatCount(modules, "module") + '\n';
@@ -104,7 +119,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<FindingFacts> findings = set.Check(keys);
   report.Document()["modules"] = modules;
   report.Document()["findings"] = MakeFindingsJson(findings, set);
-  report.Print(FormatFindings(findings, modules));
+  report.Print(FormatFindings(findings, modules, set));
   return report.Finish(findings.empty() ? kSuccess : kFindings);
 }
 

@@ -1,0 +1,613 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <filesystem>
+#include <fstream>
+#include <iterator>
+#include <map>
+
+#include "merge/Conditions.h"
+#include "merge/FindingList.h"
+#include "merge/Findings.h"
+#include "merge/ReadModule.h"
+#include "tests/support/DatabaseFile.h"
+#include "tests/support/MergeModules.h"
+
+namespace qm::tests {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::HasSubstr;
+using Rows = std::vector<std::vector<Cell>>;
+using Columns = std::vector<std::pair<std::string, unsigned>>;
+using Lines = std::vector<std::string>;
+
+/// Some rows of a table. Without columns, the table has those of the installer.
+struct SomeRows {
+  std::string table;
+  Rows rows;
+  Columns columns = {};
+};
+
+const Columns& ColumnsOf(const std::string& table) {
+  static const Columns sequence = {{"Action", kText | kKey},
+                                   {"Sequence", kShort | kNullable},
+                                   {"BaseAction", kText | kNullable},
+                                   {"After", kShort | kNullable},
+                                   {"Condition", kText | kNullable}};
+  static const std::map<std::string, Columns> all = {
+      {"ModuleSignature",
+       {{"ModuleID", kText | kKey}, {"Language", kShort | kKey}, {"Version", kText}}},
+      {"ModuleDependency",
+       {{"ModuleID", kText | kKey},
+        {"ModuleLanguage", kShort | kKey},
+        {"RequiredID", kText | kKey},
+        {"RequiredLanguage", kShort | kKey},
+        {"RequiredVersion", kText | kNullable}}},
+      {"Directory",
+       {{"Directory", kText | kKey},
+        {"Directory_Parent", kText | kNullable},
+        {"DefaultDir", kText}}},
+      {"Component",
+       {{"Component", kText | kKey},
+        {"ComponentId", kText | kNullable},
+        {"Directory_", kText},
+        {"Attributes", kShort},
+        {"Condition", kText | kNullable},
+        {"KeyPath", kText | kNullable}}},
+      {"File",
+       {{"File", kText | kKey},
+        {"Component_", kText},
+        {"FileName", kText},
+        {"FileSize", kLong},
+        {"Version", kText | kNullable},
+        {"Language", kText | kNullable},
+        {"Sequence", kShort}}},
+      {"ModuleInstallExecuteSequence", sequence},
+      {"ModuleIgnoreTable", {{"Table", kText | kKey}}},
+      {"ModuleSubstitution",
+       {{"Table", kText | kKey},
+        {"Row", kText | kKey},
+        {"Column", kText | kKey},
+        {"Value", kText | kNullable}}},
+  };
+  static const Columns other = {{"Key", kText | kKey}, {"Value", kText | kNullable}};
+  const auto found = all.find(table);
+  return found == all.end() ? other : found->second;
+}
+
+/// Makes a module that is read from a file with some rows, and with TARGETDIR.
+merge::Module Make(const std::string& id, const std::vector<SomeRows>& tables,
+                   const std::string& version = "1.0", long language = 1033,
+                   const std::string& templateText = "Intel;1033,1031") {
+  std::vector<SomeRows> all{
+      {"ModuleSignature", {{id, static_cast<std::int32_t>(language), version}}},
+      {"Directory", {{"TARGETDIR", nullptr, "SourceDir"}}}};
+  for (const SomeRows& some : tables) {
+    const auto same = std::find_if(all.begin(), all.end(),
+                                   [&](const SomeRows& one) { return one.table == some.table; });
+    if (same == all.end()) {
+      all.push_back(some);
+    } else {
+      same->rows.insert(same->rows.end(), some.rows.begin(), some.rows.end());
+    }
+  }
+  DatabaseImage image;
+  for (SomeRows& some : all) {
+    image.tables.push_back({some.table, some.columns.empty() ? ColumnsOf(some.table) : some.columns,
+                            std::move(some.rows)});
+  }
+  std::vector<Stream> streams = WriteDatabase(image);
+  streams.push_back(WriteSummary(1252, {{7, templateText}}));
+  MemorySource source = WriteCompoundFile(std::move(streams)).Source();
+  merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
+  EXPECT_EQ("", module.failure);
+  module.path = id + ".msm";
+  return module;
+}
+
+/// A component of a folder, and a file that is its key path.
+struct OneFile {
+  std::string name = "a.dll";
+  std::string directory = "SystemFolder";
+  std::string suffix = {};  ///< of the keys
+  std::string componentId = {};
+  Cell condition = nullptr;
+  std::string version = "1.0";
+};
+
+std::vector<SomeRows> MakeFile(const OneFile& file, const Rows& directories = {}) {
+  return {
+      {"Component",
+       {{"C" + file.suffix, file.componentId.empty() ? Cell() : Cell(file.componentId),
+         file.directory, 0, file.condition, "F" + file.suffix}}},
+      {"File", {{"F" + file.suffix, "C" + file.suffix, file.name, 1, file.version, nullptr, 1}}},
+      {"Directory", directories}};
+}
+
+std::vector<merge::Finding> Check(const std::vector<merge::Module>& modules,
+                                  merge::CheckedAs checkedAs = merge::CheckedAs::Catalog) {
+  std::vector<size_t> scope;
+  for (size_t i = 0; i < modules.size(); ++i) {
+    scope.push_back(i);
+  }
+  merge::CheckOptions options;
+  options.checkedAs = checkedAs;
+  const merge::ModuleIndex set(modules);
+  return merge::CheckModules(set, scope, options);
+}
+
+/// "error row-conflict File F A:1033 B:1033" for each finding.
+Lines Summarize(const std::vector<merge::Finding>& findings) {
+  Lines lines;
+  for (const merge::Finding& finding : findings) {
+    std::string line = merge::GetSeverityName(finding.severity) + (' ' + finding.code);
+    for (const std::string* part : {&finding.table, &finding.key}) {
+      line += part->empty() ? "" : ' ' + *part;
+    }
+    for (const std::string& module : finding.modules) {
+      line += ' ' + module;
+    }
+    lines.push_back(std::move(line));
+  }
+  return lines;
+}
+
+/// Sets of modules and the findings that a check of the catalog has.
+struct Case {
+  const char* what;
+  std::vector<merge::Module> modules;
+  Lines findings;
+};
+
+void CheckAll(const std::vector<Case>& cases) {
+  for (const Case& one : cases) {
+    EXPECT_EQ(one.findings, Summarize(Check(one.modules))) << one.what;
+  }
+}
+
+/// A and B with some rows each.
+std::vector<merge::Module> Pair(const std::vector<SomeRows>& rowsOfA,
+                                const std::vector<SomeRows>& rowsOfB) {
+  return {Make("A", rowsOfA), Make("B", rowsOfB)};
+}
+
+TEST(CheckTest, RowsOfOneKeyMustBeEqual) {
+  const std::string action = "ModuleInstallExecuteSequence";
+  const Columns data = {{"Key", kText | kKey}, {"Data", kData | kNullable}};
+  CheckAll({
+      {"another version",
+       Pair(MakeFile({}), MakeFile({"a.dll", "SystemFolder", "", "", {}, "2.0"})),
+       {"error row-conflict File F A:1033 B:1033"}},
+      {"another sequence",
+       Pair({{"File", {{"F", "C", "a.dll", 1, "1.0", nullptr, 1}}}, MakeFile({})[0]},
+            {{"File", {{"F", "C", "a.dll", 1, "1.0", nullptr, 7}}}, MakeFile({})[0]}),
+       {}},
+      {"another condition",
+       Pair(MakeFile({}), MakeFile({"a.dll", "SystemFolder", "", "", "Privileged"})),
+       {"error row-conflict Component C A:1033 B:1033"}},
+      {"another spelling of a folder",
+       Pair({{"Directory", {{"SystemFolder", "TARGETDIR", "."}}}},
+            {{"Directory", {{"SystemFolder", "TARGETDIR", "SYSTEM|System32"}}}}),
+       {"warning row-conflict Directory SystemFolder A:1033 B:1033"}},
+      {"another folder",
+       Pair({{"Directory", {{"Bin", "TARGETDIR", "bin"}}}},
+            {{"Directory", {{"Bin", "TARGETDIR", "lib"}}}}),
+       {"error row-conflict Directory Bin A:1033 B:1033"}},
+      {"equal rows, null and empty",
+       Pair({{"Property", {{"P", "1"}, {"Q", nullptr}}}},
+            {{"Property", {{"P", "1"}, {"Q", nullptr}}}}),
+       {}},
+      {"a value and null",
+       Pair({{"Any", {{"P", "1"}}}}, {{"Any", {{"P", nullptr}}}}),
+       {"error row-conflict Any P A:1033 B:1033"}},
+      {"only one of them merges the table",
+       Pair({{"Any", {{"P", "1"}}}}, {{"Any", {{"P", "2"}}}, {"ModuleIgnoreTable", {{"Any"}}}}),
+       {}},
+      {"tables that are not merged",
+       Pair({{"_Validation", {{"P", "1"}}}, {"ModuleConfiguration", {{"P", "1"}}}},
+            {{"_Validation", {{"P", "2"}}}, {"ModuleConfiguration", {{"P", "2"}}}}),
+       {}},
+      {"texts that are shown",
+       Pair({{"ActionText", {{"P", "1"}}}}, {{"ActionText", {{"P", "2"}}}}),
+       {"warning row-conflict ActionText P A:1033 B:1033"}},
+      {"numbers of standard actions",
+       Pair({{action, {{"InstallFiles", 4000, nullptr, nullptr, "A"}}}},
+            {{action, {{"InstallFiles", 4001, nullptr, nullptr, "B"}}}}),
+       {}},
+      {"the place of another action",
+       Pair({{action, {{"Mine", nullptr, "InstallFiles", 1, nullptr}}}},
+            {{action, {{"Mine", nullptr, "InstallFiles", 0, nullptr}}}}),
+       {"error row-conflict ModuleInstallExecuteSequence Mine A:1033 B:1033"}},
+      {"a value that the user gives",
+       Pair({{"Property", {{"P", "1"}}},
+             {"ModuleSubstitution", {{"Property", "P", "Value", "[=I]"}}}},
+            {{"Property", {{"P", "2"}}}}),
+       {"warning row-conflict Property P A:1033 B:1033"}},
+      {"the size of data",
+       {Make("A", {{"Binary", {{"B", 1}}, data}}), Make("B", {{"Binary", {{"B", nullptr}}, data}})},
+       {"error row-conflict Binary B A:1033 B:1033"}},
+      {"one module carried in two versions",
+       Pair({{"ModuleSignature", {{"Part", 0, "1.0"}}}},
+            {{"ModuleSignature", {{"Part", 0, "2.0"}}}}),
+       {"error row-conflict ModuleSignature Part/0 A:1033 B:1033"}},
+      {"alternatives",
+       {Make("A", {{"Any", {{"P", "1"}}}}), Make("A", {{"Any", {{"P", "2"}}}}, "1.0", 1031)},
+       {}},
+      {"alternatives of which one agrees",
+       {Make("A", {{"Any", {{"P", "1"}}}}), Make("A", {{"Any", {{"P", "2"}}}}, "1.0", 1031),
+        Make("B", {{"Any", {{"P", "2"}}}})},
+       {}},
+      {"alternatives of which none agrees",
+       {Make("A", {{"Any", {{"P", "1"}}}}), Make("A", {{"Any", {{"P", "2"}}}}, "1.0", 1031),
+        Make("B", {{"Any", {{"P", "3"}}}})},
+       {"error row-conflict Any P A:1033 B:1033"}},
+  });
+}
+
+TEST(CheckTest, BothSidesOfACollisionAreThere) {
+  const std::vector<merge::Finding> findings =
+      Check({Make("A", MakeFile({"a.dll", "SystemFolder", "", "", {}, "1.0"})),
+             Make("B", MakeFile({"b.dll", "SystemFolder", "", "", {}, "2.0"}))});
+  ASSERT_EQ(1u, findings.size());
+  const merge::Finding& finding = findings.front();
+  EXPECT_EQ(
+      "row F of table File differs: FileName is \"a.dll\" in A:1033 and \"b.dll\" in B:1033, "
+      "Version is \"1.0\" in A:1033 and \"2.0\" in B:1033",
+      finding.text);
+  EXPECT_EQ(4, finding.mergeError);
+  EXPECT_THAT(finding.positions, ElementsAre(0u, 1u));
+  ASSERT_EQ(4u, finding.values.size());
+  EXPECT_EQ(1u, finding.values[3].module);
+  EXPECT_EQ("Version 2.0", finding.values[3].column + ' ' + finding.values[3].value);
+}
+
+TEST(CheckTest, TablesMustHaveTheSameColumns) {
+  const Columns wide = {
+      {"Key", kText | kKey}, {"Value", kText | kNullable}, {"X", kLong | kNullable}};
+  const Columns wider = {
+      {"Key", kText | kKey}, {"Value", kText | kNullable}, {"X", kShort | kNullable}};
+  const Columns other = {{"Key", kText | kKey}, {"Number", kShort}};
+  const merge::Module plain = Make("A", {{"Any", {{"P", "1"}}}});
+  CheckAll({
+      {"other columns",
+       {plain, Make("B", {{"Any", {{"P", 1}}, other}})},
+       {"error table-conflict Any A:1033 B:1033"}},
+      {"more columns with values",
+       {plain, Make("B", {{"Any", {{"P", "1", 7}}, wide}})},
+       {"error row-conflict Any P A:1033 B:1033", "warning table-conflict Any A:1033 B:1033"}},
+      {"more columns without", {plain, Make("B", {{"Any", {{"P", "1", nullptr}}, wide}})}, {}},
+      {"other widths",
+       {Make("A", {{"Any", {{"P", "1", 7}}, wide}}), Make("B", {{"Any", {{"P", "1", 7}}, wider}})},
+       {}},
+  });
+}
+
+TEST(CheckTest, OneComponentIdMeansOneComponent) {
+  const auto with = [](const OneFile& file) {
+    return MakeFile(file, {{"Bin", "TARGETDIR", "bin"}});
+  };
+  CheckAll({
+      {"shared",
+       Pair(with({"a.dll", "SystemFolder", "", "{1}"}), with({"a.dll", "SystemFolder", "", "{1}"})),
+       {}},
+      {"other keys",
+       Pair(with({"a.dll", "SystemFolder.A", ".A", "{a}"}),
+            with({"A.DLL", "SystemFolder.B", ".B", "{A}"})),
+       {"warning component-conflict Component A:1033 B:1033"}},
+      {"another folder",
+       Pair(with({"a.dll", "SystemFolder", ".A", "{1}"}), with({"a.dll", "Bin", ".B", "{1}"})),
+       {"error component-conflict Component A:1033 B:1033"}},
+      {"another key path",
+       Pair(with({"a.dll", "Bin", ".A", "{1}"}), with({"b.dll", "Bin", ".B", "{1}"})),
+       {"error component-conflict Component A:1033 B:1033"}},
+      {"one key, another key path",
+       Pair(with({"a.dll", "Bin", "", "{1}"}), with({"b.dll", "Bin", "", "{1}"})),
+       {"error row-conflict File F A:1033 B:1033"}},
+      {"never both",
+       Pair(with({"a.dll", "Bin", ".A", "{1}", "VersionNT64"}),
+            with({"b.dll", "Bin", ".B", "{1}", "NOT VersionNT64"})),
+       {}},
+      {"perhaps both",
+       Pair(with({"a.dll", "Bin", ".A", "{1}", "X=1"}), with({"b.dll", "Bin", ".B", "{1}", "Y=1"})),
+       {"warning component-conflict Component A:1033 B:1033"}},
+      {"within a module",
+       {Make("A", {{"Component",
+                    {{"C", "{1}", "TARGETDIR", 0, nullptr, nullptr},
+                     {"D", "{1}", "SystemFolder", 0, nullptr, nullptr}}}})},
+       {"error component-conflict Component A:1033"}},
+  });
+}
+
+TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
+  const auto first = MakeFile({"a.dll", "SystemFolder", ".A"});
+  const auto second = [](const std::string& directory, const Rows& directories,
+                         const OneFile& file = {}) {
+    return MakeFile({file.name, directory, ".B", file.componentId, file.condition}, directories);
+  };
+  const Lines conflict{"error file-conflict A:1033 B:1033"};
+  const Lines perhaps{"warning file-conflict A:1033 B:1033"};
+  CheckAll({
+      {"suffix and case", Pair(first, second("SystemFolder.0A1B", {}, {"A.DLL"})), conflict},
+      {"a directory of no name", Pair(first, second("Sys.B", {{"Sys.B", "SystemFolder", "."}})),
+       conflict},
+      {"another folder", Pair(first, second("Sub.B", {{"Sub.B", "SystemFolder", "SUB|sub"}})), {}},
+      {"names of both lengths",
+       Pair(MakeFile({"a.dll", "X.A", ".A"}, {{"X.A", "SystemFolder", "PLAIN|Some Folder:src"}}),
+            second("X.B", {{"X.B", "SystemFolder.9", "some folder"}})),
+       conflict},
+      {"a property of its own",
+       Pair(MakeFile({"a.dll", "FontsFolder", ".A"}),
+            second("X.B", {{"X.B", "WindowsFolder", "Fonts"}})),
+       conflict},
+      {"a folder that the product chooses",
+       Pair(MakeFile({"a.dll", "X.A", ".A"}, {{"X.A", "TARGETDIR", "bin"}}),
+            second("X.B", {{"X.B", "TARGETDIR", "bin"}})),
+       perhaps},
+      {"one component",
+       Pair(MakeFile({"a.dll", "SystemFolder", "", "{1}"}),
+            MakeFile({"a.dll", "SystemFolder", "", "{1}"})),
+       {}},
+      {"never both",
+       Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "Version9X"}),
+            second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT AND Privileged"})),
+       {}},
+      {"perhaps both",
+       Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "X"}),
+            second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT"})),
+       perhaps},
+  });
+  EXPECT_THAT(Check(Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "X"}),
+                         second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT"})))
+                  .front()
+                  .text,
+              HasSubstr("unless the conditions \"X\" and \"VersionNT\" never hold together"));
+}
+
+TEST(CheckTest, NamesAreUniqueInTheFoldersOfAModule) {
+  const auto two = [](const char* nameOfFirst, const char* nameOfSecond, Cell condition = nullptr,
+                      Cell other = nullptr) {
+    std::vector<SomeRows> rows = MakeFile({nameOfFirst, "SystemFolder", "1", "", condition});
+    for (const SomeRows& some : MakeFile({nameOfSecond, "SystemFolder.A", "2", "", other})) {
+      rows.push_back(some);
+    }
+    return std::vector<merge::Module>{Make("A", rows)};
+  };
+  CheckAll({
+      {"one file twice", two("a.dll", "A.DLL"), {"error duplicate-file File A:1033"}},
+      {"never both", two("a.dll", "a.dll", "VersionNT", "NOT (VersionNT)"), {}},
+      {"perhaps both", two("a.dll", "a.dll", "X", "Y"), {"warning duplicate-file File A:1033"}},
+      {"short names",
+       two("FIRST~1.TXT|first one.txt", "first~1.txt|first two.txt"),
+       {"warning short-name-conflict A:1033"}},
+      {"a short name and a name",
+       two("FIRST.TXT", "FIRST.TXT|first two.txt"),
+       {"warning short-name-conflict A:1033"}},
+      {"other names", two("FIRST~1.TXT|first one.txt", "FIRST~2.TXT|first two.txt"), {}},
+      {"short names of two modules",
+       Pair(MakeFile({"LONG~1.TXT|long one.txt", "SystemFolder", ".A"}),
+            MakeFile({"LONG~1.TXT|long two.txt", "SystemFolder", ".B"})),
+       {"warning short-name-conflict A:1033 B:1033"}},
+  });
+}
+
+TEST(CheckTest, RowsReferToRowsThatAreThere) {
+  const SomeRows stray{"File", {{"F", "Gone", "a.dll", 1, nullptr, nullptr, 1}}};
+  const auto directories = [](Rows rows) {
+    return std::vector<merge::Module>{Make("A", {{"Directory", std::move(rows)}})};
+  };
+  CheckAll({
+      {"no component", {Make("A", {stray})}, {"error missing-component File F A:1033"}},
+      {"a component of another module",
+       {Make("A", {stray}),
+        Make("B", {{"Component", {{"Gone", nullptr, "TARGETDIR", 0, nullptr, nullptr}}}})},
+       {}},
+      {"circle",
+       directories({{"X", "Y", "x"}, {"Y", "X", "y"}, {"Z", "X", "z"}}),
+       {"error directory-cycle Directory X A:1033"}},
+      {"roots and chains", directories({{"X", "X", "x"}, {"Y", "X", "y"}, {"Z", "Y", "z"}}), {}},
+      {"no parent",
+       directories({{"X", "Gone", "x"}}),
+       {"error missing-directory Directory X A:1033"}},
+      {"a parent that the installer sets", directories({{"X", "SystemFolder.A", "x"}}), {}},
+      {"no directory of a component",
+       {Make("A", {{"Component", {{"C", nullptr, "Gone", 0, nullptr, nullptr}}}})},
+       {"error missing-directory Component C A:1033"}},
+  });
+}
+
+TEST(CheckTest, VersionsAreUpToFourNumbers) {
+  for (const char* const version : {"1", "1.2.3.4", "0.0", "65535.0"}) {
+    EXPECT_THAT(Summarize(Check({Make("A", {}, version)})), ElementsAre()) << version;
+  }
+  for (const char* const version :
+       {"", "x", "1.", ".1", "1..2", "1.2.3.4.5", "65536", "1.0a", "-1", "99999999999999999999"}) {
+    EXPECT_THAT(Summarize(Check({Make("A", {}, version)})),
+                ElementsAre("warning malformed-version ModuleSignature A:1033"))
+        << version;
+  }
+  EXPECT_THAT(
+      Summarize(Check({Make("A", {{"ModuleDependency", {{"A", 1033, "A", 0, "new"}}},
+                                  MakeFile({"a.dll", "SystemFolder", "1", "", {}, "F2"})[0],
+                                  MakeFile({"a.dll", "SystemFolder", "1", "", {}, "F2"})[1],
+                                  MakeFile({"b.dll", "SystemFolder", "2", "", {}, "F3"})[0],
+                                  MakeFile({"b.dll", "SystemFolder", "2", "", {}, "F3"})[1]})})),
+      ElementsAre("warning malformed-version File F2 A:1033",
+                  "warning malformed-version ModuleDependency A:1033"));
+}
+
+TEST(CheckTest, LanguagesPackageCodesAndPlatformsFit) {
+  const auto with = [](const char* id, const char* code, const char* version = "1.0") {
+    merge::Module module = Make(id, {}, version);
+    module.packageCode = code;
+    return module;
+  };
+  const auto needs = [](const char* id, const char* other, const char* platform) {
+    return Make(id, {{"ModuleDependency", {{id, 1033, other, 0, nullptr}}}}, "1.0", 1033, platform);
+  };
+  const auto on = [](const char* id, const char* platform) {
+    return Make(id, {}, "1.0", 1033, platform);
+  };
+  CheckAll({
+      {"the template has another language",
+       {Make("A", {}, "1.0", 1033, "Intel;1031,2057")},
+       {"warning template-language A:1033"}},
+      {"a primary language", {Make("A", {}, "1.0", 1033, "Intel;9")}, {}},
+      {"every language", {Make("A", {}, "1.0", 1033, "Intel;0")}, {}},
+      {"no language", {Make("A", {}, "1.0", 1033, "Intel")}, {}},
+      {"one code of two modules",
+       {with("A", "{1A}"), with("B", "{1a}")},
+       {"warning duplicate-package-code A:1033 B:1033"}},
+      {"one code of two versions",
+       {with("A", "{1}"), with("A", "{1}", "2.0")},
+       {"warning duplicate-key A:1033", "warning duplicate-package-code A:1033 A:1033",
+        "note several-versions A:1033 A:1033"}},
+      {"copies", {with("A", "{1}"), with("A", "{1}")}, {"warning duplicate-key A:1033"}},
+      {"no codes", {with("A", ""), with("B", "")}, {}},
+      {"x86 needs x64",
+       {needs("A", "B", "Intel;1033"), on("B", "x64;1033")},
+       {"error platform-conflict A:1033 B:1033"}},
+      {"x64 needs x86",
+       {needs("A", "B", "x64;1033"), on("B", ";1033")},
+       {"note platform-conflict A:1033 B:1033"}},
+      {"one platform, two names", {needs("A", "B", "x64;1033"), on("B", "AMD64;1033")}, {}},
+      {"one of two fits",
+       {needs("A", "B", "Intel;1033"), on("B", "x64;1033"), on("B", "Intel;1033")},
+       {"warning duplicate-key B:1033"}},
+      {"not needed", {on("A", "Intel;1033"), on("B", "x64;1033")}, {}},
+  });
+  EXPECT_EQ(14, Check({needs("A", "B", "Intel;1033"), on("B", "x64;1033")}).front().mergeError);
+}
+
+TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
+  const auto merge = [](const std::vector<merge::Module>& modules) {
+    return Summarize(Check(modules, merge::CheckedAs::Merge));
+  };
+  EXPECT_THAT(merge({Module("A"), Module("A", "1.0", 1031)}),
+              ElementsAre("error several-languages A:1031 A:1033"));
+  EXPECT_THAT(merge({Module("A"), Module("A", "2.0")}),
+              ElementsAre("error duplicate-key A:1033", "error several-versions A:1033 A:1033"));
+  EXPECT_THAT(Summarize(Check({Module("A"), Module("A", "1.0", 1031)})), ElementsAre());
+
+  const std::vector<merge::Module> modules{Module("A", "1.0", 1033, {{"B", 0, "1.0"}}),
+                                           Module("B", "1.0"), Module("B", "2.0", 1031)};
+  const merge::ModuleIndex set(modules);
+  merge::CheckOptions options;
+  options.checkedAs = merge::CheckedAs::Merge;
+  EXPECT_THAT(Summarize(merge::CheckModules(set, {0, 1}, options)), ElementsAre());
+  const std::vector<merge::Finding> alone = merge::CheckModules(set, {0}, options);
+  EXPECT_THAT(Summarize(alone), ElementsAre("error missing-dependency A:1033"));
+  EXPECT_EQ("A:1033 needs B, at least 1.0: B:1031 would do, but is not merged", alone.front().text);
+  EXPECT_EQ("B", alone.front().required->moduleId);
+
+  merge::Module jealous = Module("A");
+  jealous.exclusions = {{"A", 0, "", "0.9"}};
+  EXPECT_THAT(Summarize(Check({jealous, Module("A", "0.5")})),
+              ElementsAre("warning duplicate-key A:1033", "note exclusion A:1033 A:1033",
+                          "note several-versions A:1033 A:1033"));
+}
+
+TEST(CheckTest, HoweverManyCollideTheFindingsAreBounded) {
+  std::vector<merge::Module> modules;
+  for (int i = 0; i < 3000; ++i) {
+    modules.push_back(Make("M" + std::to_string(i), {{"Any", {{"P", std::to_string(i)}}}}));
+  }
+  const std::vector<merge::Finding> one = Check(modules);
+  ASSERT_EQ(1u, one.size());
+  EXPECT_EQ(8u, one.front().modules.size());
+  EXPECT_THAT(one.front().text, HasSubstr("; it has 3000 different values in all"));
+
+  Rows rows, others;
+  for (int i = 0; i < 10000; ++i) {
+    rows.push_back({std::to_string(i), "1"});
+    others.push_back({std::to_string(i), "2"});
+  }
+  const std::vector<merge::Finding> many = Check(Pair({{"Any", rows}}, {{"Any", others}}));
+  ASSERT_EQ(21u, many.size());
+  EXPECT_TRUE(std::any_of(many.begin(), many.end(), [](const merge::Finding& finding) {
+    return finding.text == "9980 more rows of table Any differ between A:1033 and B:1033";
+  }));
+
+  merge::Module needy = Module("A");
+  for (int i = 0; i < 10000; ++i) {
+    needy.requirements.push_back({"Gone" + std::to_string(i), 0, ""});
+  }
+  const std::vector<merge::Finding> missing = Check({needy});
+  ASSERT_EQ(merge::FindingList::kMaxFindings + 1, missing.size());
+  EXPECT_TRUE(missing.back().isRest);
+  EXPECT_EQ("9000 more findings of this kind are not listed", missing.back().text);
+}
+
+TEST(CheckTest, ConditionsAreComparedWhereThatIsPlain) {
+  using merge::ConditionRelation;
+  const struct {
+    const char *a, *b;
+    ConditionRelation relation;
+  } cases[] = {
+      {"", "X", ConditionRelation::Overlapping},
+      {"VersionNT  and Privileged", "(VersionNT AND Privileged)", ConditionRelation::Overlapping},
+      {"X", "NOT X", ConditionRelation::Exclusive},
+      {"NOT (X OR Y)", "X OR Y", ConditionRelation::Exclusive},
+      {"NOT (X AND Y)", "X AND Y", ConditionRelation::Exclusive},
+      {"not Version9X AND X", "Version9X AND Y", ConditionRelation::Exclusive},
+      {"VersionNT64", "Version9X", ConditionRelation::Exclusive},
+      {"VersionNT64", "NOT VersionNT", ConditionRelation::Exclusive},
+      {"NOT VersionNT64", "VersionNT", ConditionRelation::Unknown},
+      {"NOT NOT X", "NOT X", ConditionRelation::Exclusive},
+      {"NOT (X) OR (Y)", "(X) OR (Y)", ConditionRelation::Unknown},
+      {"X=\"a AND b\"", "NOT X=\"a AND b\"", ConditionRelation::Exclusive},
+      {"X=1", "X=2", ConditionRelation::Unknown},
+      {"versionnt", "Version9X", ConditionRelation::Unknown},
+      {"(((", "NOT", ConditionRelation::Unknown},
+      {"X AND", "Y AND NOT", ConditionRelation::Unknown},
+  };
+  for (const auto& one : cases) {
+    EXPECT_EQ(one.relation, merge::CompareConditions(one.a, one.b)) << one.a << " / " << one.b;
+    EXPECT_EQ(one.relation, merge::CompareConditions(one.b, one.a)) << one.b << " / " << one.a;
+  }
+}
+
+TEST(CheckTest, EveryCodeIsDescribed) {
+  std::ifstream stream(std::filesystem::path(QM_SOURCE_DIR) / "docs/findings.md");
+  const std::string text(std::istreambuf_iterator<char>(stream), {});
+  std::string_view before;
+  for (const merge::FindingCode& code : merge::FindingCodes()) {
+    EXPECT_LT(before, code.code);
+    before = code.code;
+    EXPECT_EQ(&code, &merge::GetFindingCode(code.code));
+    const size_t section = text.find("\n## " + std::string(code.code) + "\n");
+    ASSERT_NE(std::string::npos, section) << code.code;
+    const std::string body = text.substr(section, text.find("\n## ", section + 1) - section);
+    for (const char* const part : {"**Means:** ", "**Severity:** ", "**The installer:** ",
+                                   "**Change:** ", "**Example:** "}) {
+      EXPECT_NE(std::string::npos, body.find(part)) << code.code << ' ' << part;
+    }
+    EXPECT_NE(std::string::npos, body.find(merge::GetSeverityName(code.severity))) << code.code;
+  }
+}
+
+TEST(CheckTest, ModulesOfOthersHaveTheFindingsThatTheirTablesJustify) {
+  const std::filesystem::path folder =
+      std::filesystem::path(QM_SOURCE_DIR).parent_path() / "shared/modules";
+  if (!std::filesystem::exists(folder)) {
+    GTEST_SKIP() << "shared/modules is not beside this tree";
+  }
+  std::vector<merge::Module> modules;
+  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+    if (entry.path().extension() == ".msm") {
+      std::ifstream stream(entry.path(), std::ios::binary);
+      MemorySource source(image::Bytes(std::istreambuf_iterator<char>(stream), {}));
+      modules.push_back(merge::ReadModule(source, merge::DecodeCommonCodePage));
+      modules.back().path = entry.path().filename().string();
+    }
+  }
+  ASSERT_LE(12u, modules.size());
+  // Rows that several of them have are equal, and files of one name go to different folders.
+  EXPECT_THAT(Summarize(Check(modules)), ElementsAre("error unreadable-module MergeModule.msm"));
+}
+
+}  // namespace
+
+}  // namespace qm::tests
