@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <sstream>
+#include <stdexcept>
 
 #include "client/Help.h"
 #include "client/ResponseFile.h"
@@ -39,8 +40,8 @@ class Parser {
     m_app.set_version_flag("--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
         "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage,\n"
-        "3 nothing matched, 4 a module could not be read, 5 the server failed,\n"
-        "6 the output could not be written.");
+        "3 nothing matched or no modules, 4 a module or folder could not be read,\n"
+        "5 the server failed, 6 the output could not be written.");
     for (const Command* command : Commands()) {
       Add(*command);
     }
@@ -67,8 +68,13 @@ class Parser {
       WriteError(remarks.str());
       return exitCode == 0 ? kSuccess : kUsage;
     }
-    return [run = m_run, settings = m_settings, output = m_output] {
-      ApplyCatalogSettings(settings);
+    return [run = m_run, settings = m_settings, output = m_output]() mutable {
+      try {
+        output.failures = ApplyCatalogSettings(settings);
+      } catch (const std::length_error& failure) {
+        PrintRemark(failure.what());
+        return kUsage;
+      }
       return run(output);
     };
   }
@@ -120,15 +126,23 @@ class Parser {
   }
 
   void AddCatalogOptions(CLI::App& parser) {
-    const auto add = [&parser](const char* option, auto& value, const char* help) {
-      return parser.add_option(option, value, help)->type_name("DIR")->group("Where to look");
+    constexpr char kGroup[] = "Where to look";
+    const auto add = [&](const char* option, auto& value, auto* validate, const char* help) {
+      return parser.add_option(option, value, help)
+          ->type_name("DIR")
+          ->check(CLI::Validator(validate, ""))
+          ->group(kGroup);
     };
-    add("--folder", m_settings.folders, "Module search folder; can be repeated")
-        ->allow_extra_args(false)
-        ->check(CLI::Validator(ValidateSearchFolder, ""));
-    add("--gallery", m_settings.galleryRoot, "Root of the object gallery");
-    add("--index", m_settings.indexFolder, "Folder of the index tables");
-    add("--data", m_settings.dataFolder, "Folder that contains Repositories\\Repositories.xml");
+    CLI::Option* const folder = add("--folder", m_settings.folders, ValidateSearchFolder,
+                                    "Module search folder; can be repeated")
+                                    ->allow_extra_args(false);
+    parser.add_flag("--recursive", m_settings.isRecursive, "Also search the folders below these")
+        ->needs(folder)
+        ->group(kGroup);
+    add("--gallery", m_settings.galleryRoot, ValidateFolder, "Root of the object gallery");
+    add("--index", m_settings.indexFolder, ValidateFolder, "Folder of the index tables");
+    add("--data", m_settings.dataFolder, ValidateFolder,
+        "Folder that contains Repositories\\Repositories.xml");
     parser.footer(
         "By default the catalog is that of this machine. Any of these options replaces it\n"
         "entirely.");

@@ -4,23 +4,30 @@
 #include <string>
 #include <vector>
 
+#include "client/terminal/Report.h"
+
 namespace mmcat {
 
-/// Where the catalog looks, in place of the settings of this machine. Paths are UTF-8; an empty
-/// path means no folder.
+/// Where the catalog looks, in place of the settings of this machine. Paths are UTF-8 and valid.
 struct CatalogSettings {
   std::vector<std::string> folders;  ///< module search folders, in search order
+  bool isRecursive = false;          ///< search the folders below these, too
   std::optional<std::string> galleryRoot;
   std::optional<std::string> indexFolder;
   std::optional<std::string> dataFolder;  ///< contains Repositories\Repositories.xml
 };
 
-/// Returns why a folder cannot be part of a module search path, or an empty text if it can.
+/// Returns why a path names no folder of this machine, or an empty text if it names one.
+std::string ValidateFolder(const std::string& folder);
+
+/// The same for a folder of the module search path, which cannot have every name.
 std::string ValidateSearchFolder(const std::string& folder);
 
 /// Applies the settings to the application services of this process. If any setting is given, the
-/// others are cleared; if none is, nothing changes. Call this before creating a Catalog. Prints a
-/// remark for each folder that does not exist or cannot be listed. Throws ServerFailure.
-void ApplyCatalogSettings(const CatalogSettings& settings);
+/// others are cleared; if none is, nothing changes. Call this before creating a Catalog. Returns
+/// the folders that could not be searched. Prints a remark for each search folder with modules in
+/// folders below it that are not searched. Throws std::length_error if a search path cannot name
+/// all folders, with a text for the user, and ServerFailure.
+std::vector<FileFailure> ApplyCatalogSettings(const CatalogSettings& settings);
 
 }  // namespace mmcat

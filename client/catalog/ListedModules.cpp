@@ -46,7 +46,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
       qm::common::ComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());
       if (FAILED(hr)) {
-        report.AddFailure(listed.path, "", hr, ServerFailure::Capture(hr).what());
+        report.AddFailure({listed.path, "", hr, ServerFailure::Capture(hr).what()});
       }
     }
   });
@@ -54,9 +54,6 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
 }
 
 std::string FormatModules(const std::vector<ListedModule>& modules) {
-  if (modules.empty()) {
-    return "No modules\n";
-  }
   TextTable table({"Key", "Version", "Language", "File", "Display name"});
   const ListedModule* previous = nullptr;
   for (const ListedModule& module : modules) {

@@ -30,7 +30,8 @@ ListedModule ReadModule(IMergeModule& module);
 /// listed too, and its failure added to the report. Throws ServerFailure.
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report);
 
-/// The modules as a text table, below a line for each folder that they come from.
+/// The modules, of which there is at least one, as a text table, below a line for each folder that
+/// they come from.
 std::string FormatModules(const std::vector<ListedModule>& modules);
 
 /// The modules as a JSON array.

@@ -163,9 +163,9 @@ void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
       *ReadObject(*m_set, &IMergeSet::get_Failures), [&](ISetFailure& failure) {
         if (files == FailuresOf::ModulesAndIndexes ||
             ReadObject(failure, &ISetFailure::get_Module)) {
-          report.AddFailure(ReadPath(failure, &ISetFailure::get_Path), "",
-                            ReadNumber(failure, &ISetFailure::get_Code),
-                            SpellPathsIn(ReadText(failure, &ISetFailure::get_Text)));
+          report.AddFailure({ReadPath(failure, &ISetFailure::get_Path), "",
+                             ReadNumber(failure, &ISetFailure::get_Code),
+                             SpellPathsIn(ReadText(failure, &ISetFailure::get_Text))});
         }
       });
 }

@@ -2,6 +2,7 @@
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/NoModules.h"
 #include "client/commands/UnknownKey.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
@@ -119,8 +120,11 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<FindingFacts> findings = set.Check(keys);
   report.Document()["modules"] = modules;
   report.Document()["findings"] = MakeFindingsJson(findings, set);
-  report.Print(FormatFindings(findings, modules, set));
-  return report.Finish(findings.empty() ? kSuccess : kFindings);
+  const ExitCode outcome = RequireModules(set.Modules().size());
+  if (outcome == kSuccess || !findings.empty()) {
+    report.Print(FormatFindings(findings, modules, set));
+  }
+  return report.Finish(outcome == kSuccess && !findings.empty() ? kFindings : outcome);
 }
 
 }  // namespace

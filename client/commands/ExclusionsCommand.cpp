@@ -3,6 +3,7 @@
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/NoModules.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -64,12 +65,13 @@ ExitCode Run(const OutputOptions& output) {
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   const std::vector<ExclusionFacts> exclusions = ListExclusions(set);
+  const ExitCode outcome = RequireModules(set.Modules().size());
   if (report.IsJson()) {
     report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions);
-  } else {
+  } else if (outcome == kSuccess) {
     report.Print(FormatExclusions(set.Modules(), exclusions));
   }
-  return report.Finish();
+  return report.Finish(outcome);
 }
 
 }  // namespace

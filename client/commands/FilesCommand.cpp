@@ -2,6 +2,7 @@
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/NoModules.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -54,16 +55,17 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   const std::vector<FileFacts> files = set.FindFiles(pattern);
-  const bool nothingMatched = files.empty() && !pattern.empty();
-  if (nothingMatched) {
+  ExitCode outcome = RequireModules(set.Modules().size());
+  if (outcome == kSuccess && files.empty() && !pattern.empty()) {
     PrintRemark(pattern + ": no module has a matching file");
+    outcome = kNothingMatched;
   }
   if (report.IsJson()) {
     report.Document()["files"] = MakeFilesJson(set.Modules(), files);
-  } else if (!nothingMatched) {
+  } else if (outcome == kSuccess) {
     report.Print(FormatFiles(set.Modules(), files));
   }
-  return report.Finish(nothingMatched ? kNothingMatched : kSuccess);
+  return report.Finish(outcome);
 }
 
 }  // namespace

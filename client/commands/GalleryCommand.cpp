@@ -5,6 +5,7 @@
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
+#include "client/commands/NoModules.h"
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"
 
@@ -67,8 +68,8 @@ void FillFromModule(GalleryEntry& entry, const ModuleFacts& module, Report& repo
   entry.gallery = ReadGalleryContents(*module.object, failures);
   entry.state = failures.empty() ? GetState(entry.gallery) : "unreadable";
   for (const PartFailure& failed : failures) {
-    report.AddFailure(entry.file.path, failed.part, failed.failure.HResult(),
-                      failed.failure.what());
+    report.AddFailure(
+        {entry.file.path, failed.part, failed.failure.HResult(), failed.failure.what()});
   }
 }
 
@@ -78,7 +79,7 @@ GalleryEntry MakeEntry(DescriptionFacts file, const ModuleIndex& modules, Report
   if (entry.file.failure) {
     entry.state = "unreadable";
     const ServerFailure& failure = *entry.file.failure;
-    report.AddFailure(entry.file.path, "", failure.HResult(), failure.what());
+    report.AddFailure({entry.file.path, "", failure.HResult(), failure.what()});
     return entry;
   }
   if (const ModuleFacts* const module = modules.FindByPackageCode(entry.file.packageCode)) {
@@ -145,12 +146,13 @@ ExitCode Run(const OutputOptions& output) {
   for (DescriptionFacts& file : set.Descriptions()) {
     entries.push_back(MakeEntry(std::move(file), modules, report));
   }
+  const ExitCode outcome = entries.empty() ? RequireModules(set.Modules().size()) : kSuccess;
   if (report.IsJson()) {
     report.Document()["descriptions"] = MakeGalleryJson(entries);
-  } else {
+  } else if (outcome == kSuccess) {
     report.Print(FormatGallery(entries));
   }
-  return report.Finish();
+  return report.Finish(outcome);
 }
 
 }  // namespace

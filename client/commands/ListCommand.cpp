@@ -1,6 +1,7 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ListedModules.h"
 #include "client/commands/Commands.h"
+#include "client/commands/NoModules.h"
 
 namespace mmcat {
 
@@ -9,12 +10,13 @@ namespace {
 ExitCode Run(const OutputOptions& output) {
   Report report("list", output);
   const std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
+  const ExitCode outcome = RequireModules(modules.size());
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);
-  } else {
+  } else if (!modules.empty()) {
     report.Print(FormatModules(modules));
   }
-  return report.Finish();
+  return report.Finish(outcome);
 }
 
 }  // namespace

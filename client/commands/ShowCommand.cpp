@@ -55,7 +55,7 @@ class ModuleCollector {
           module->Open(MakeArgument(qm::common::ResolveFullPath(ToSystemPath(file))).Get()));
       m_modules.emplace_back(module.Get());
     } catch (const ServerFailure& failure) {
-      m_report.AddFailure(file, "", failure.HResult(), failure.what());
+      m_report.AddFailure({file, "", failure.HResult(), failure.what()});
     }
   }
 
@@ -92,8 +92,8 @@ void ShowModules(ModuleObjects modules, Report& report) {
       report.Print((position == 0 ? "" : "\n") + FormatModule(contents));
     }
     for (const PartFailure& failed : contents.failures) {
-      report.AddFailure(contents.path, failed.part, failed.failure.HResult(),
-                        failed.failure.what());
+      report.AddFailure(
+          {contents.path, failed.part, failed.failure.HResult(), failed.failure.what()});
     }
   }
   report.Document()["modules"] = std::move(list);

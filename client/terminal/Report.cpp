@@ -12,7 +12,11 @@ namespace mmcat {
 Report::Report(const std::string& command, const OutputOptions& options, int documentVersion)
     : m_format(options.format),
       m_colors(!IsJson() && !options.noColor && EnableColors()),
-      m_document{{"schema", "mmcat/" + command + '/' + std::to_string(documentVersion)}} {}
+      m_document{{"schema", "mmcat/" + command + '/' + std::to_string(documentVersion)}} {
+  for (const FileFailure& failure : options.failures) {
+    AddFailure(failure);
+  }
+}
 
 void Report::Print(const std::string& text) {
   if (!IsJson()) {
@@ -20,14 +24,15 @@ void Report::Print(const std::string& text) {
   }
 }
 
-void Report::AddFailure(const std::string& file, const std::string& part, HRESULT result,
-                        const std::string& description) {
-  m_errors.push_back({{"file", file},
-                      {"part", part},
-                      {"hresult", FormatHResult(result)},
-                      {"description", description}});
-  const std::string subject = part.empty() ? file : file + ": " + part;
-  PrintRemark(subject + ": " + FormatHResult(result) + ' ' + description);
+void Report::AddFailure(const FileFailure& failure) {
+  const std::string result = FormatHResult(failure.result);
+  m_errors.push_back({{"file", failure.file},
+                      {"part", failure.part},
+                      {"hresult", result},
+                      {"description", failure.description}});
+  const std::string subject =
+      failure.part.empty() ? failure.file : failure.file + ": " + failure.part;
+  PrintRemark(subject + ": " + result + ' ' + failure.description);
 }
 
 ExitCode Report::Finish(ExitCode outcome) {

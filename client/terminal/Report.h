@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <string>
+#include <vector>
 
 #include "client/terminal/ExitCode.h"
 
@@ -14,10 +15,19 @@ using Json = nlohmann::ordered_json;
 
 enum class OutputFormat { PlainText, JsonDocument };
 
+/// A file or folder that could not be read. Texts are UTF-8.
+struct FileFailure {
+  std::string file;
+  std::string part;  ///< what of it; empty for the file itself
+  HRESULT result = E_FAIL;
+  std::string description;  ///< on one line
+};
+
 /// How a run prints its results.
 struct OutputOptions {
   OutputFormat format = OutputFormat::PlainText;
-  bool noColor = false;  ///< even on a terminal that shows them
+  bool noColor = false;               ///< even on a terminal that shows them
+  std::vector<FileFailure> failures;  ///< from before the command began; its report has them first
 };
 
 /// The output of a command: results on stdout, as text or as one JSON document, and failures on
@@ -36,10 +46,8 @@ class Report {
   /// Prints text to stdout, which may be marked (Style.h). Does nothing if the output is JSON.
   void Print(const std::string& text);
 
-  /// Reports a failure to read `file`, or `part` of it unless that is empty. The description is
-  /// UTF-8 on one line.
-  void AddFailure(const std::string& file, const std::string& part, HRESULT result,
-                  const std::string& description);
+  /// Adds a failure to the document, and prints it to stderr.
+  void AddFailure(const FileFailure& failure);
 
   /// Prints the document if the output is JSON. Returns the exit code of a command with this
   /// outcome: failures take precedence over findings, and kNothingMatched over failures.
