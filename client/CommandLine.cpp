@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <map>
 #include <sstream>
 #include <stdexcept>
 
@@ -100,18 +101,39 @@ class Parser {
   void Add(const Command& command) {
     CLI::App& parser = *m_app.add_subcommand(command.name, command.summary);
     parser.formatter(std::make_shared<HelpFormatter>(command.examples));
-    AddOutputOptions(parser);
+    AddOutputOptions(parser, command.formats);
     parser.callback([this, run = command.prepare(parser)] { m_run = run; });
     AddCatalogOptions(parser);
   }
 
-  void AddOutputOptions(CLI::App& parser) {
+  void AddOutputOptions(CLI::App& parser, const std::vector<OutputFormat>& moreFormats) {
     const auto chooseJson = [this](std::int64_t given) {
       if (given > 0) {  // a flag may also be given as "--json=false"
         m_output.format = OutputFormat::JsonDocument;
       }
     };
-    parser.add_flag("--json", chooseJson, "Print one JSON document");
+    CLI::Option* const json = parser.add_flag("--json", chooseJson, "The same as --format json");
+    std::map<std::string, OutputFormat> formats;
+    std::string names;
+    const auto addFormat = [&](OutputFormat format) {
+      names += (names.empty() ? "" : "|") + std::string(NameOf(format));
+      formats[NameOf(format)] = format;
+    };
+    addFormat(OutputFormat::PlainText);
+    addFormat(OutputFormat::JsonDocument);
+    std::for_each(moreFormats.begin(), moreFormats.end(), addFormat);
+    parser
+        .add_option_function<std::string>(
+            "--format",
+            [this, formats](const std::string& name) { m_output.format = formats.at(name); },
+            "What to print (default: text)")
+        ->type_name(names)
+        ->excludes(json)
+        ->check(CLI::Validator(
+            [formats, names](const std::string& name) {
+              return formats.count(name) > 0 ? "" : name + ": not one of " + names;
+            },
+            ""));
     parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
     // Options are handled in the order in which they are added, this one before any with a path.
     parser

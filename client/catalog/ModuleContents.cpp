@@ -3,7 +3,7 @@
 #include <algorithm>
 
 #include "client/catalog/Properties.h"
-#include "client/catalog/Value.h"
+#include "client/catalog/TableRows.h"
 #include "idl/qmmmupdater.h"
 
 namespace mmcat {
@@ -35,20 +35,8 @@ std::vector<std::string> ReadCustomActions(ISetModule& module) {
 
 /// Reads the first column of a table. Returns nothing if the module does not have the table.
 std::vector<std::string> ReadFirstColumn(ISetModule& module, const wchar_t* tableName) {
-  Value name{std::wstring_view(tableName)};
-  qm::common::ComPtr<ISetTable> table;
-  const HRESULT hr = ReadObject(module, &ISetModule::get_Tables)->get_Item(name.Get(), table.Put());
-  if (hr == E_INVALIDARG) {
-    return {};
-  }
-  ThrowIfFailed(hr);
   std::vector<std::string> cells;
-  ForEachItem<ISetRow>(*ReadObject(*table, &ISetTable::get_Rows), [&](ISetRow& row) {
-    Value first(1L);
-    Value cell;
-    ThrowIfFailed(row.get_Item(first.Get(), &cell.Get()));
-    cells.push_back(cell.Text());
-  });
+  ForEachRow(module, tableName, [&](ISetRow& row) { cells.push_back(ReadCell(row, 1L).Text()); });
   return cells;
 }
 

@@ -2,6 +2,7 @@
 
 #include <windows.h>
 
+#include <optional>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -46,6 +47,11 @@ class Value {
 
   /// The object; null if this is Nothing.
   IDispatch* Object() const { return m_value.vt == VT_DISPATCH ? m_value.pdispVal : nullptr; }
+
+  /// The number; no value if this is something else.
+  std::optional<long> Number() const {
+    return m_value.vt == VT_I4 ? std::optional<long>(m_value.lVal) : std::nullopt;
+  }
 
   /// The value as UTF-8 text; empty for null.
   std::string Text() {

@@ -5,6 +5,7 @@ namespace mmcat {
 // Each is defined by the source of its name, such as ListCommand.cpp.
 extern const Command kListCommand;
 extern const Command kFilesCommand;
+extern const Command kInventoryCommand;
 extern const Command kExclusionsCommand;
 extern const Command kSourcesCommand;
 extern const Command kGalleryCommand;
@@ -18,9 +19,9 @@ extern const Command kSelftestCommand;
 
 const std::vector<const Command*>& Commands() {
   static const std::vector<const Command*> commands{
-      &kListCommand,    &kFilesCommand, &kExclusionsCommand, &kSourcesCommand,
-      &kGalleryCommand, &kCheckCommand, &kShowCommand,       &kFindCommand,
-      &kWhichCommand,   &kNameCommand,  &kDepsCommand,       &kSelftestCommand,
+      &kListCommand,    &kFilesCommand, &kInventoryCommand, &kExclusionsCommand, &kSourcesCommand,
+      &kGalleryCommand, &kCheckCommand, &kShowCommand,      &kFindCommand,       &kWhichCommand,
+      &kNameCommand,    &kDepsCommand,  &kSelftestCommand,
   };
   return commands;
 }

@@ -17,12 +17,13 @@ namespace mmcat {
 using CommandRun = std::function<ExitCode(const OutputOptions&)>;
 
 /// What the command line and the help need to know about a command of mmcat. The options that all
-/// commands share, such as --json and --folder, are added by the command line itself.
+/// commands share, such as --format and --folder, are added by the command line itself.
 struct Command {
   const char* name;
   const char* summary;   ///< one line, without a full stop
   const char* examples;  ///< lines of the help, indented by two blanks, each with its line break
   CommandRun (*prepare)(CLI::App& parser);  ///< a PrepareCommand
+  std::vector<OutputFormat> formats = {};   ///< besides text and the JSON document
 };
 
 /// All commands, in the order of the help.

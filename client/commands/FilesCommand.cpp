@@ -3,6 +3,7 @@
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -62,6 +63,10 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   }
   if (report.IsJson()) {
     report.Document()["files"] = MakeFilesJson(set.Modules(), files);
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatCsv({"module", "path", "key", "name", "shortName", "directory",
+                                     "targetPath", "isRedirected", "fileSize", "version"},
+                                    MakeFilesJson(set.Modules(), files)));
   } else if (outcome == kSuccess) {
     report.Print(FormatFiles(set.Modules(), files));
   }
@@ -76,6 +81,7 @@ extern const Command kFilesCommand = {
     "  mmcat files --folder C:\\Modules\n"
     "  mmcat files \"msg*.dll\"\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

@@ -2,6 +2,7 @@
 #include "client/catalog/ListedModules.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
+#include "client/terminal/Csv.h"
 
 namespace mmcat {
 
@@ -13,6 +14,10 @@ ExitCode Run(const OutputOptions& output) {
   const ExitCode outcome = RequireModules(modules.size());
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatCsv({"key", "moduleId", "language", "version", "displayName",
+                                     "packageCode", "fromGallery", "origin", "path"},
+                                    MakeModulesJson(modules)));
   } else if (!modules.empty()) {
     report.Print(FormatModules(modules));
   }
@@ -25,8 +30,10 @@ extern const Command kListCommand = {
     "list",
     "List all modules in the catalog",
     "  mmcat list\n"
-    "  mmcat list --folder C:\\Modules --folder D:\\More\n",
+    "  mmcat list --folder C:\\Modules --folder D:\\More\n"
+    "  mmcat list --format csv > modules.csv\n",
     PrepareCommand<Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

@@ -1,14 +1,12 @@
 #include "client/commands/ModuleJson.h"
 
+#include <sstream>
+
 #include "client/commands/ModuleText.h"
 
 namespace mmcat {
 
 namespace {
-
-Json MakeNumberOrNull(const std::optional<long>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
 
 Json MakeItemJson(const FileFacts& file) {
   return {{"key", file.key},
@@ -18,7 +16,7 @@ Json MakeItemJson(const FileFacts& file) {
           {"fileName", FormatFileName(file)},
           {"fileSize", MakeNumberOrNull(file.size)},
           {"version", file.version},
-          {"language", file.language},
+          {"languages", MakeLanguagesJson(file.language)},
           {"sequence", MakeNumberOrNull(file.sequence)}};
 }
 
@@ -33,7 +31,7 @@ Json MakeItemJson(const RequirementFacts& dependency) {
 Json MakeItemJson(const ExclusionFacts& exclusion) {
   return {{"key", exclusion.key},
           {"moduleId", exclusion.moduleId},
-          {"language", exclusion.language ? std::to_string(*exclusion.language) : ""},
+          {"language", MakeNumberOrNull(exclusion.language)},
           {"minVersion", exclusion.minVersion},
           {"maxVersion", exclusion.maxVersion},
           {"carriedFrom", exclusion.carriedFrom}};
@@ -57,6 +55,26 @@ Json MakeListJson(const std::vector<Item>& items) {
 }
 
 }  // namespace
+
+Json MakeLanguagesJson(const std::string& languages) {
+  Json list = Json::array();
+  std::istringstream rest(languages);
+  for (std::string part; std::getline(rest, part, ',');) {
+    const size_t start = part.find_first_not_of(' ');
+    part = start == std::string::npos ? ""
+                                      : part.substr(start, part.find_last_not_of(' ') + 1 - start);
+    constexpr size_t kMostDigits = 9;
+    if (!part.empty() && part.size() <= kMostDigits &&
+        part.find_first_not_of("0123456789") == std::string::npos) {
+      list.push_back(std::stol(part));
+    }
+  }
+  return list;
+}
+
+Json MakeNumberOrNull(const std::optional<long>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
 
 Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files) {
   return MakeListJson(files);

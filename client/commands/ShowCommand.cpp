@@ -111,7 +111,7 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  Report report("show", output);
+  Report report("show", output, 2);
   ModuleCollector modules(report);
   ExitCode outcome = kSuccess;
   for (const std::string& argument : options.subjects) {

@@ -5,6 +5,7 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -116,6 +117,24 @@ Json MakeDeliveriesJson(const std::vector<Delivery>& deliveries) {
   return list;
 }
 
+/// The deliveries as CSV, with a row for each copy of a file, or one if only an index names it.
+std::string FormatDeliveriesCsv(const std::vector<Delivery>& deliveries) {
+  Json rows = Json::array();
+  for (const Json& delivery : MakeDeliveriesJson(deliveries)) {
+    for (const Json& copy : delivery["copies"]) {
+      rows.push_back(delivery);
+      rows.back().update(copy);
+    }
+    if (delivery["copies"].empty()) {
+      rows.push_back(delivery);
+    }
+  }
+  return FormatCsv(
+      {"file", "module", "displayName", "source", "indexFile", "present", "path", "key",
+       "directory", "targetPath", "isRedirected", "fileSize", "version", "problem"},
+      rows);
+}
+
 struct Options {
   std::string file;  ///< a name or path, possibly with wildcards
 };
@@ -131,6 +150,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
   const std::vector<Delivery> deliveries = FindDeliveries(set, GetFileName(file));
   report.Document().update({{"file", file}, {"deliveries", MakeDeliveriesJson(deliveries)}});
+  if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatDeliveriesCsv(deliveries));
+  }
   if (deliveries.empty()) {
     PrintRemark(file + ": no module delivers this file");
     return report.Finish(kNothingMatched);
@@ -147,6 +169,7 @@ extern const Command kWhichCommand = {
     "  mmcat which msgbox.dll\n"
     "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

@@ -11,7 +11,7 @@ namespace mmcat {
 
 Report::Report(const std::string& command, const OutputOptions& options, int documentVersion)
     : m_format(options.format),
-      m_colors(!IsJson() && !options.noColor && EnableColors()),
+      m_colors(m_format == OutputFormat::PlainText && !options.noColor && EnableColors()),
       m_document{{"schema", "mmcat/" + command + '/' + std::to_string(documentVersion)}} {
   for (const FileFailure& failure : options.failures) {
     AddFailure(failure);
@@ -19,10 +19,12 @@ Report::Report(const std::string& command, const OutputOptions& options, int doc
 }
 
 void Report::Print(const std::string& text) {
-  if (!IsJson()) {
+  if (m_format == OutputFormat::PlainText) {
     WriteOutput(m_colors ? text : RemoveMarks(text));
   }
 }
+
+void Report::PrintConverted(const std::string& output) { WriteOutput(output); }
 
 void Report::AddFailure(const FileFailure& failure) {
   const std::string result = FormatHResult(failure.result);
@@ -39,9 +41,13 @@ ExitCode Report::Finish(ExitCode outcome) {
   const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
   if (IsJson()) {
     m_document["errors"] = std::move(m_errors);
-    WriteOutput(m_document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n');
+    WriteOutput(FormatJson(m_document));
   }
   return someUnreadable ? kSomeUnreadable : outcome;
+}
+
+std::string FormatJson(const Json& document) {
+  return document.dump(2, ' ', false, Json::error_handler_t::replace) + '\n';
 }
 
 std::string FormatHResult(HRESULT hr) {

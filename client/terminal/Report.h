@@ -7,13 +7,12 @@
 #include <vector>
 
 #include "client/terminal/ExitCode.h"
+#include "client/terminal/OutputFormat.h"
 
 namespace mmcat {
 
 /// Keeps members in the order in which they were added.
 using Json = nlohmann::ordered_json;
-
-enum class OutputFormat { PlainText, JsonDocument };
 
 /// A file or folder that could not be read. Texts are UTF-8.
 struct FileFailure {
@@ -30,21 +29,25 @@ struct OutputOptions {
   std::vector<FileFailure> failures;  ///< from before the command began; its report has them first
 };
 
-/// The output of a command: results on stdout, as text or as one JSON document, and failures on
-/// stderr. The document lists the failures too, in its last member, "errors".
+/// The output of a command: results on stdout, in one of the formats, and failures on stderr. The
+/// JSON document lists the failures too, in its last member, "errors".
 class Report {
  public:
   /// `command` is the command's name. The document begins with the member "schema", made of that
   /// name and the version of the document.
   Report(const std::string& command, const OutputOptions& options, int documentVersion = 1);
 
+  OutputFormat Format() const { return m_format; }
   bool IsJson() const { return m_format == OutputFormat::JsonDocument; }
 
   /// The document, to which commands add their members. "errors" is added by Finish.
   Json& Document() { return m_document; }
 
-  /// Prints text to stdout, which may be marked (Style.h). Does nothing if the output is JSON.
+  /// Prints text to stdout, which may be marked (Style.h). Does nothing in other formats.
   void Print(const std::string& text);
+
+  /// Prints the whole output in a format that is neither text nor the JSON document.
+  void PrintConverted(const std::string& output);
 
   /// Adds a failure to the document, and prints it to stderr.
   void AddFailure(const FileFailure& failure);
@@ -59,6 +62,10 @@ class Report {
   Json m_document;
   Json m_errors = Json::array();
 };
+
+/// JSON as text with an indent of two blanks and a line break at its end. What is not well-formed
+/// UTF-8 becomes U+FFFD.
+std::string FormatJson(const Json& document);
 
 /// An HRESULT as text, such as "0x8007065B".
 std::string FormatHResult(HRESULT hr);
