@@ -12,7 +12,9 @@ ListedModule ReadModule(IMergeModule& module) {
   listed.path = ReadPath(module, &IMergeModule::get_Path);
   listed.key = ReadText(module, &IMergeModule::get_Key);
   listed.moduleId = ReadText(module, &IMergeModule::get_ModuleID);
-  listed.language = ReadNumber(module, &IMergeModule::get_Language);
+  if (!listed.moduleId.empty()) {
+    listed.language = ReadNumber(module, &IMergeModule::get_Language);
+  }
   listed.version = ReadText(module, &IMergeModule::get_Version);
   listed.displayName = ReadDisplayName(module, &IMergeModule::get_Path);
   listed.packageCode = ReadText(module, &IMergeModule::get_PackageCode);
@@ -61,7 +63,8 @@ std::string FormatModules(const std::vector<ListedModule>& modules) {
       table.AddLine(module.fromGallery ? "Object gallery" : module.origin);
     }
     previous = &module;
-    table.AddRow({module.key, module.version, std::to_string(module.language), ShortenPath(module),
+    table.AddRow({module.key, module.version,
+                  module.language ? std::to_string(*module.language) : "", ShortenPath(module),
                   module.displayName});
   }
   return table.ToString("  ");
@@ -72,7 +75,7 @@ Json MakeModulesJson(const std::vector<ListedModule>& modules) {
   for (const ListedModule& module : modules) {
     list.push_back({{"key", module.key},
                     {"moduleId", module.moduleId},
-                    {"language", module.language},
+                    {"language", MakeNumberOrNull(module.language)},
                     {"version", module.version},
                     {"displayName", module.displayName},
                     {"packageCode", module.packageCode},

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -13,7 +14,7 @@ namespace mmcat {
 struct ListedModule {
   std::string key;
   std::string moduleId;
-  long language = 0;
+  std::optional<long> language;  ///< no value for a file that cannot be read
   std::string version;
   std::string displayName;
   std::string packageCode;

@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <numeric>
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
@@ -43,7 +44,7 @@ std::string FormatFindings(const std::vector<FindingFacts>& findings, size_t mod
 Json MakeRequiredJson(const RequirementFacts& required) {
   return {{"key", required.key},
           {"moduleId", required.moduleId},
-          {"language", required.language ? Json(*required.language) : Json(nullptr)},
+          {"language", MakeNumberOrNull(required.language)},
           {"version", required.version},
           {"carriedFrom", required.carriedFrom}};
 }
@@ -95,6 +96,32 @@ Json MakeFindingsJson(const std::vector<FindingFacts>& findings, const ModuleSet
   return list;
 }
 
+/// The modules that are checked: those of the keys and what they need, or all.
+std::vector<size_t> FindScope(const ModuleSet& set, const std::vector<std::string>& keys) {
+  std::vector<size_t> scope;
+  if (keys.empty()) {
+    scope.resize(set.Modules().size());
+    std::iota(scope.begin(), scope.end(), 0);
+    return scope;
+  }
+  for (const PlannedFacts& planned : set.Plan(keys).modules) {
+    scope.push_back(planned.module);
+  }
+  return scope;
+}
+
+Json MakeScopeJson(const ModuleSet& set, const std::vector<size_t>& scope) {
+  Json list = Json::array();
+  for (const size_t position : scope) {
+    const ModuleFacts& module = set.Modules()[position];
+    list.push_back({{"key", module.key},
+                    {"version", module.version},
+                    {"displayName", module.displayName},
+                    {"path", module.path}});
+  }
+  return list;
+}
+
 struct Options {
   std::vector<std::string> keys;  ///< empty for the whole catalog
 };
@@ -105,10 +132,10 @@ void AddArguments(CLI::App& parser, Options& options) {
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<std::string>& keys = options.keys;
-  Report report("check", output);
+  Report report("check", output, 2);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
-  report.Document()["modules"] = 0;
+  report.Document()["modules"] = Json::array();
   report.Document()["findings"] = Json::array();
   for (const std::string& key : keys) {
     if (set.FindModules(key).empty()) {
@@ -116,13 +143,13 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
       return report.Finish(kNothingMatched);
     }
   }
-  const size_t modules = keys.empty() ? set.Modules().size() : set.Plan(keys).modules.size();
+  const std::vector<size_t> modules = FindScope(set, keys);
   const std::vector<FindingFacts> findings = set.Check(keys);
-  report.Document()["modules"] = modules;
+  report.Document()["modules"] = MakeScopeJson(set, modules);
   report.Document()["findings"] = MakeFindingsJson(findings, set);
   const ExitCode outcome = RequireModules(set.Modules().size());
   if (outcome == kSuccess || !findings.empty()) {
-    report.Print(FormatFindings(findings, modules, set));
+    report.Print(FormatFindings(findings, modules.size(), set));
   }
   return report.Finish(outcome == kSuccess && !findings.empty() ? kFindings : outcome);
 }

@@ -35,7 +35,7 @@ Json MakeSetModuleJson(const ModuleFacts& module) {
 
 Json MakeRequirementJson(const RequirementFacts& requirement) {
   return {{"moduleId", requirement.moduleId},
-          {"language", requirement.language ? Json(*requirement.language) : Json(nullptr)},
+          {"language", MakeNumberOrNull(requirement.language)},
           {"version", requirement.version},
           {"carriedFrom", requirement.carriedFrom}};
 }

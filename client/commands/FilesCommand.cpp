@@ -35,7 +35,7 @@ Json MakeFilesJson(const std::vector<ModuleFacts>& modules, const std::vector<Fi
                     {"directory", file.directory},
                     {"targetPath", file.targetPath},
                     {"isRedirected", file.isRedirected},
-                    {"fileSize", file.size ? Json(*file.size) : Json(nullptr)},
+                    {"fileSize", MakeNumberOrNull(file.size)},
                     {"version", file.version}});
   }
   return list;

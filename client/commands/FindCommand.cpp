@@ -36,7 +36,7 @@ void RemarkNotFound(const Catalog& catalog, const Options& options) {
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  Report report("find", output);
+  Report report("find", output, 2);
   const Catalog catalog;
   const std::vector<ListedModule> modules =
       ReadModules(*catalog.FindModules(options.key, options.version), report);

@@ -9,7 +9,7 @@ namespace mmcat {
 namespace {
 
 ExitCode Run(const OutputOptions& output) {
-  Report report("list", output);
+  Report report("list", output, 2);
   const std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
   const ExitCode outcome = RequireModules(modules.size());
   if (report.IsJson()) {

@@ -72,10 +72,6 @@ Json MakeLanguagesJson(const std::string& languages) {
   return list;
 }
 
-Json MakeNumberOrNull(const std::optional<long>& value) {
-  return value ? Json(*value) : Json(nullptr);
-}
-
 Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files) {
   return MakeListJson(files);
 }

@@ -1,6 +1,5 @@
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -16,9 +15,6 @@ Json MakeModuleJson(const ModuleContents& module);
 /// The language identifiers of a file, which are separated by commas, as a JSON array of numbers.
 /// Anything else in the text is left out.
 Json MakeLanguagesJson(const std::string& languages);
-
-/// A number, or null if there is none.
-Json MakeNumberOrNull(const std::optional<long>& value);
 
 /// The download files of a module as a JSON array.
 Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files);

@@ -39,7 +39,7 @@ Json MakeSourcesJson(const std::vector<ListedSource>& sources) {
   Json list = Json::array();
   for (const ListedSource& source : sources) {
     list.push_back({{"pass", source.pass},
-                    {"modules", source.modules},
+                    {"moduleCount", source.modules},
                     {"displayName", source.displayName},
                     {"folder", source.folder},
                     {"entry", source.entry}});
@@ -51,7 +51,7 @@ ExitCode Run(const OutputOptions& output) {
   std::vector<ListedSource> sources;
   ForEachItem<IMMSource>(*Catalog().Sources(),
                          [&](IMMSource& source) { sources.push_back(ReadSource(source)); });
-  Report report("sources", output);
+  Report report("sources", output, 2);
   report.Document()["sources"] = MakeSourcesJson(sources);
   report.Print(FormatSources(sources));
   return report.Finish();

@@ -90,7 +90,7 @@ Json MakeCopiesJson(const std::vector<FileFacts>& copies) {
                     {"directory", copy.directory},
                     {"targetPath", copy.targetPath},
                     {"isRedirected", copy.isRedirected},
-                    {"fileSize", copy.size ? Json(*copy.size) : Json(nullptr)},
+                    {"fileSize", MakeNumberOrNull(copy.size)},
                     {"version", copy.version}});
   }
   return list;

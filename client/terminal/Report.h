@@ -3,6 +3,7 @@
 #include <windows.h>
 
 #include <nlohmann/json.hpp>
+#include <optional>
 #include <string>
 #include <vector>
 
@@ -62,6 +63,11 @@ class Report {
   Json m_document;
   Json m_errors = Json::array();
 };
+
+/// A number as JSON, or null if there is none.
+inline Json MakeNumberOrNull(const std::optional<long>& value) {
+  return value ? Json(*value) : Json(nullptr);
+}
 
 /// JSON as text with an indent of two blanks and a line break at its end. What is not well-formed
 /// UTF-8 becomes U+FFFD.
