@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <cstring>
 #include <map>
 #include <sstream>
 #include <stdexcept>
@@ -69,7 +70,14 @@ class Parser {
       WriteError(remarks.str());
       return exitCode == 0 ? kSuccess : kUsage;
     }
-    return [run = m_run, settings = m_settings, output = m_output]() mutable {
+    return [run = m_run, settings = m_settings, output = m_output,
+            outputFile = m_outputFile]() mutable {
+      if (!outputFile.empty()) {
+        if (const int error = RedirectOutput(ToSystemPath(outputFile).c_str())) {
+          PrintRemark(outputFile + ": " + std::strerror(error));
+          return kOutputFailed;
+        }
+      }
       try {
         output.failures = ApplyCatalogSettings(settings);
       } catch (const std::length_error& failure) {
@@ -134,6 +142,8 @@ class Parser {
               return formats.count(name) > 0 ? "" : name + ": not one of " + names;
             },
             ""));
+    parser.add_option("--output", m_outputFile, "File to print to instead of stdout")
+        ->type_name("FILE");
     parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
     // Options are handled in the order in which they are added, this one before any with a path.
     parser
@@ -173,6 +183,7 @@ class Parser {
   CLI::App m_app;
   CatalogSettings m_settings;
   OutputOptions m_output;
+  std::string m_outputFile;  ///< empty for stdout
   CommandRun m_run;
 };
 

@@ -1,45 +1,20 @@
 #include "client/ResponseFile.h"
 
-#include <fcntl.h>
-#include <io.h>
-
 #include <algorithm>
-#include <cerrno>
-#include <cstdio>
-#include <cstring>
-#include <memory>
 #include <stdexcept>
 
-#include "client/catalog/PathSpelling.h"
+#include "client/catalog/TextFile.h"
 
 namespace mmcat {
 
 namespace {
 
-struct FileCloser {
-  void operator()(FILE* file) const noexcept { std::fclose(file); }
-};
-
-std::string ReadAll(const std::string& path) {
-  std::unique_ptr<FILE, FileCloser> file;
-  FILE* stream = stdin;
-  if (path == "-") {
-    ::_setmode(::_fileno(stdin), _O_BINARY);
-  } else {
-    file.reset(::_wfopen(ToSystemPath(path).c_str(), L"rb"));
-    stream = file.get();
+std::string ReadArguments(const std::string& path) {
+  try {
+    return ReadTextFile(path);
+  } catch (const std::runtime_error& failure) {
+    throw std::runtime_error("@" + path + ": cannot read the arguments: " + failure.what());
   }
-  std::string text;
-  char buffer[4096];
-  size_t size = 1;
-  while (stream && size > 0) {
-    size = std::fread(buffer, 1, sizeof buffer, stream);
-    text.append(buffer, size);
-  }
-  if (!stream || std::ferror(stream)) {
-    throw std::runtime_error("@" + path + ": cannot read the arguments: " + std::strerror(errno));
-  }
-  return text;
 }
 
 /// Adds what each separator of a text ends, and what follows the last one.
@@ -60,7 +35,7 @@ std::vector<std::string> ExpandResponseFiles(const std::vector<std::string>& arg
       expanded.push_back(argument);
       continue;
     }
-    const std::string text = ReadAll(argument.substr(1));
+    const std::string text = ReadArguments(argument.substr(1));
     if (text.find('\0') != std::string::npos) {
       AddPieces(text, '\0', expanded);
       continue;

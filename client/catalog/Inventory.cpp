@@ -4,7 +4,7 @@
 #include <array>
 #include <map>
 
-#include "client/catalog/FileHash.h"
+#include "client/catalog/Hash.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/TableRows.h"
 

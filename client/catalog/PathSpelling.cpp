@@ -6,6 +6,7 @@
 #include <map>
 #include <memory>
 
+#include "common/Path.h"
 #include "text/Utf.h"
 
 namespace mmcat {
@@ -115,6 +116,10 @@ std::string SpellPathsIn(const std::string& message) {
     position = end;
   }
   return text;
+}
+
+std::string ResolveUserPath(const std::string& path) {
+  return SpellPath(qm::text::ToUtf8(qm::common::ResolveFullPath(ToSystemPath(path))));
 }
 
 qm::common::WideString ToSystemPath(const std::string& path) {

@@ -23,6 +23,9 @@ std::string SpellPath(const std::string& path);
 /// Spells the full paths in a message for the user.
 std::string SpellPathsIn(const std::string& message);
 
+/// The full path of a file or folder that the user gave, as they spell it.
+std::string ResolveUserPath(const std::string& path);
+
 /// The path that Windows functions understand for a path that the user gave, in either spelling. A
 /// relative path stays relative.
 qm::common::WideString ToSystemPath(const std::string& path);

@@ -1,10 +1,21 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <iterator>
+#include <map>
 #include <numeric>
+#include <stdexcept>
 
+#include "client/catalog/CatalogSettings.h"
 #include "client/catalog/ModuleSet.h"
+#include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/commands/UnknownKey.h"
+#include "client/findings/Annotations.h"
+#include "client/findings/BaselineFile.h"
+#include "client/findings/CheckJson.h"
+#include "client/findings/JUnit.h"
+#include "client/findings/Sarif.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
 
@@ -17,83 +28,42 @@ std::string FormatCount(size_t count, const std::string& what) {
 }
 
 /// The values of a finding side by side, with the files of their modules.
-std::string FormatValues(const std::vector<FindingValueFacts>& values, const ModuleSet& set) {
+std::string FormatValues(const std::vector<FindingValueFacts>& values,
+                         const std::vector<ModuleFacts>& modules) {
   if (values.empty()) {
     return {};
   }
   TextTable table({"Column", "Value", "Module", "Module path"});
   for (const FindingValueFacts& value : values) {
-    const ModuleFacts* const module = value.module ? &set.Modules()[*value.module] : nullptr;
+    const ModuleFacts* const module = value.module ? &modules[*value.module] : nullptr;
     table.AddRow(
         {value.column, value.value, module ? module->key : "", module ? module->path : ""});
   }
   return table.ToString("    ");
 }
 
-std::string FormatFindings(const std::vector<FindingFacts>& findings, size_t modules,
-                           const ModuleSet& set) {
+std::string FormatFindings(const CheckResult& result) {
   std::string text;
-  for (const FindingFacts& finding : findings) {
-    text += finding.severity + ' ' + MarkHighlight(finding.code) + ": " +
-            MakePrintable(finding.text) + '\n' + FormatValues(finding.values, set);
-  }
-  return text + (findings.empty() ? "No findings" : FormatCount(findings.size(), "finding")) +
-         " in " + FormatCount(modules, "module") + '\n';
-}
-
-Json MakeRequiredJson(const RequirementFacts& required) {
-  return {{"key", required.key},
-          {"moduleId", required.moduleId},
-          {"language", MakeNumberOrNull(required.language)},
-          {"version", required.version},
-          {"carriedFrom", required.carriedFrom}};
-}
-
-Json MakeValuesJson(const std::vector<FindingValueFacts>& values, const ModuleSet& set) {
-  Json list = Json::array();
-  for (const FindingValueFacts& value : values) {
-    list.push_back({{"module", value.module ? set.Modules()[*value.module].key : ""},
-                    {"column", value.column},
-                    {"value", value.value}});
-  }
-  return list;
-}
-
-/// A finding as JSON. Members that say what it is about are there only if they apply.
-Json MakeFindingJson(const FindingFacts& finding, const ModuleSet& set) {
-  Json json = {{"code", finding.code},
-               {"severity", finding.severity},
-               {"mergeErrorType",
-                finding.mergeErrorType == 0 ? Json(nullptr) : Json(finding.mergeErrorType)},
-               {"modules", finding.moduleKeys},
-               {"text", finding.text}};
-  if (finding.required) {
-    json["required"] = MakeRequiredJson(*finding.required);
-  }
-  const std::pair<const char*, const std::string&> texts[] = {{"file", finding.file},
-                                                              {"folder", finding.folder},
-                                                              {"table", finding.table},
-                                                              {"key", finding.key}};
-  for (const auto& [name, value] : texts) {
-    if (!value.empty()) {
-      json[name] = value;
+  std::map<FindingStatus, size_t> counts;
+  for (const JudgedFinding& finding : result.findings) {
+    ++counts[finding.status];
+    if (finding.status == FindingStatus::New) {
+      text += finding.facts.severity + ' ' + MarkHighlight(finding.facts.code) + ": " +
+              MakePrintable(finding.facts.text) + '\n' +
+              FormatValues(finding.facts.values, result.modules);
     }
   }
-  if (!finding.versions.empty()) {
-    json["versions"] = finding.versions;
+  const size_t newOnes = counts[FindingStatus::New];
+  const std::string what = newOnes == result.findings.size() ? "finding" : "new finding";
+  text += (newOnes == 0 ? "No " + what + 's' : FormatCount(newOnes, what)) + " in " +
+          FormatCount(result.scope.size(), "module");
+  if (const size_t known = counts[FindingStatus::Baseline]; known > 0) {
+    text += ", " + std::to_string(known) + " in the baseline";
   }
-  if (!finding.values.empty()) {
-    json["values"] = MakeValuesJson(finding.values, set);
+  if (const size_t ignored = counts[FindingStatus::Ignored]; ignored > 0) {
+    text += ", " + std::to_string(ignored) + " ignored";
   }
-  return json;
-}
-
-Json MakeFindingsJson(const std::vector<FindingFacts>& findings, const ModuleSet& set) {
-  Json list = Json::array();
-  for (const FindingFacts& finding : findings) {
-    list.push_back(MakeFindingJson(finding, set));
-  }
-  return list;
+  return text + '\n';
 }
 
 /// The modules that are checked: those of the keys and what they need, or all.
@@ -110,48 +80,200 @@ std::vector<size_t> FindScope(const ModuleSet& set, const std::vector<std::strin
   return scope;
 }
 
-Json MakeScopeJson(const ModuleSet& set, const std::vector<size_t>& scope) {
-  Json list = Json::array();
-  for (const size_t position : scope) {
-    const ModuleFacts& module = set.Modules()[position];
-    list.push_back({{"key", module.key},
-                    {"version", module.version},
-                    {"displayName", module.displayName},
-                    {"path", module.path}});
-  }
-  return list;
-}
-
 struct Options {
   std::vector<std::string> keys;  ///< empty for the whole catalog
+  FailOn failOn = FailOn::Warning;
+  std::vector<IgnoreRule> ignored;
+  std::string baseline;  ///< a file; empty for none
+  bool writesBaseline = false;
+  bool prunesBaseline = false;
+  std::string base = ".";  ///< the folder that paths in other formats are relative to
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
+  constexpr char kGroup[] = "What counts";
   parser.add_option("KEY", options.keys, "Modules to merge, ID or ID:LANGUAGE (default: all)");
+  static const std::map<std::string, FailOn> kSeverities{{"error", FailOn::Error},
+                                                         {"warning", FailOn::Warning},
+                                                         {"note", FailOn::Note},
+                                                         {"never", FailOn::Never}};
+  parser
+      .add_option_function<std::string>(
+          "--fail-on",
+          [&options](const std::string& severity) { options.failOn = kSeverities.at(severity); },
+          "Lowest severity that makes the exit code 1 (default: warning)")
+      ->type_name("error|warning|note|never")
+      ->check(CLI::Validator(
+          [](const std::string& severity) {
+            return kSeverities.count(severity) > 0
+                       ? ""
+                       : severity + ": not one of error, warning, note, never";
+          },
+          ""))
+      ->group(kGroup);
+  parser
+      .add_option_function<std::vector<std::string>>(
+          "--ignore",
+          [&options](const std::vector<std::string>& rules) {
+            std::transform(rules.begin(), rules.end(), std::back_inserter(options.ignored),
+                           ParseIgnoreRule);
+          },
+          "Findings that do not count: a code, or CODE:KEY with the key of a module or row, or the "
+          "name of a file; can be repeated")
+      ->type_name("CODE[:KEY]")
+      ->allow_extra_args(false)
+      ->group(kGroup);
+  CLI::Option* const baseline =
+      parser
+          .add_option("--baseline", options.baseline, "File of known findings, which do not count")
+          ->type_name("FILE")
+          ->group(kGroup);
+  CLI::Option* const write = parser
+                                 .add_flag("--write-baseline", options.writesBaseline,
+                                           "Write all present findings to the baseline")
+                                 ->needs(baseline)
+                                 ->group(kGroup);
+  parser
+      .add_flag("--prune-baseline", options.prunesBaseline,
+                "Remove from the baseline what matches no finding any more")
+      ->needs(baseline)
+      ->excludes(write)
+      ->group(kGroup);
+  parser
+      .add_option("--relative-to", options.base,
+                  "Folder that paths in formats of build servers are relative to (default: the "
+                  "current one)")
+      ->type_name("DIR")
+      ->check(CLI::Validator(ValidateFolder, ""));
+}
+
+/// Prints what of the baseline and of the rules matches no finding. It might hide another one.
+void PrintUnmatched(const Options& options, const Judgement& judgement) {
+  constexpr size_t kMost = 10;
+  for (const IgnoreRule& rule : judgement.unmatchedRules) {
+    PrintRemark("--ignore " + rule.text + ": no finding matches");
+  }
+  const std::vector<BaselineEntry>& entries = judgement.unmatched;
+  for (size_t i = 0; i < std::min(entries.size(), kMost); ++i) {
+    PrintRemark(options.baseline + ": no finding matches " + FormatIdentity(entries[i].identity) +
+                (entries[i].count == 1 ? "" : " (" + std::to_string(entries[i].count) + " times)"));
+  }
+  if (entries.size() > kMost) {
+    PrintRemark(options.baseline + ": nor " + std::to_string(entries.size() - kMost) +
+                " more entries");
+  }
+}
+
+/// Writes or prunes the baseline if the options say so, and judges the findings accordingly. Throws
+/// std::runtime_error if it cannot be written.
+void UpdateBaseline(const Options& options, const std::vector<BaselineEntry>& known,
+                    bool isComplete, Judgement& judgement) {
+  if (options.writesBaseline) {
+    WriteBaseline(options.baseline, MakeBaseline(judgement.findings, known));
+    for (JudgedFinding& finding : judgement.findings) {
+      finding.status =
+          finding.status == FindingStatus::New ? FindingStatus::Baseline : finding.status;
+    }
+    judgement.unmatched.clear();
+  } else if (options.prunesBaseline && !isComplete) {
+    PrintRemark(options.baseline +
+                ": not pruned, because files that cannot be read may have findings too");
+  } else if (options.prunesBaseline && !judgement.unmatched.empty()) {
+    WriteBaseline(options.baseline, judgement.matched);
+  }
+}
+
+/// Accepts that modules cannot be read if the findings that say so do not count.
+void AcceptKnownFailures(const CheckResult& result, Report& report) {
+  for (const JudgedFinding& finding : result.findings) {
+    if (finding.status != FindingStatus::New && finding.facts.code == "unreadable-module") {
+      for (const size_t position : finding.facts.modules) {
+        report.AcceptFailures(result.modules[position].path);
+      }
+    }
+  }
+}
+
+std::string FormatAs(OutputFormat format, const CheckResult& result) {
+  switch (format) {
+    case OutputFormat::Sarif:
+      if (const size_t count = CountLeftOutOfSarif(result); count > 0) {
+        PrintRemark(std::to_string(count) + " findings are left out of the SARIF log");
+      }
+      return FormatSarif(result);
+    case OutputFormat::JUnit:
+      return FormatJUnit(result);
+    case OutputFormat::GitHub:
+      return FormatGitHub(result);
+    case OutputFormat::GitLab:
+      return FormatGitLab(result);
+    case OutputFormat::Azure:
+      return FormatAzure(result);
+    case OutputFormat::TeamCity:
+      return FormatTeamCity(result);
+    default:
+      return "";
+  }
+}
+
+void PrintResult(const CheckResult& result, Report& report) {
+  if (report.IsJson()) {
+    AddCheckJson(result, report.Document());
+  } else if (report.Format() != OutputFormat::PlainText) {
+    report.PrintConverted(FormatAs(report.Format(), result));
+  } else if (!result.scope.empty() || !result.findings.empty()) {
+    report.Print(FormatFindings(result));
+  }
+}
+
+ExitCode CheckSet(const ModuleSet& set, const Options& options,
+                  const std::vector<BaselineEntry>& baseline, Report& report) {
+  Judgement judgement = JudgeFindings(set.Check(options.keys), baseline, options.ignored);
+  ExitCode outcome = RequireModules(set.Modules().size());
+  if (outcome == kSuccess) {
+    try {
+      UpdateBaseline(options, baseline, report.Failures().empty(), judgement);
+    } catch (const std::runtime_error& failure) {
+      PrintRemark(failure.what());
+      return kOutputFailed;
+    }
+    PrintUnmatched(options, judgement);
+  }
+  const CheckResult result{set.Modules(),
+                           FindScope(set, options.keys),
+                           std::move(judgement.findings),
+                           std::move(judgement.unmatched),
+                           report.Failures(),
+                           options.failOn,
+                           ResolveUserPath(options.base)};
+  AcceptKnownFailures(result, report);
+  PrintResult(result, report);
+  const bool fails =
+      std::any_of(result.findings.begin(), result.findings.end(),
+                  [&](const JudgedFinding& finding) { return Fails(finding, options.failOn); });
+  return report.Finish(outcome == kSuccess && fails ? kFindings : outcome);
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  const std::vector<std::string>& keys = options.keys;
+  std::vector<BaselineEntry> baseline;
+  try {
+    baseline = ReadBaseline(options.baseline,
+                            options.writesBaseline ? IfMissing::Empty : IfMissing::Throw);
+  } catch (const std::runtime_error& failure) {
+    PrintRemark(failure.what());
+    return kUsage;
+  }
   Report report("check", output, 2);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
-  report.Document()["modules"] = Json::array();
-  report.Document()["findings"] = Json::array();
-  for (const std::string& key : keys) {
+  for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
       PrintUnknownKey(set.Keys(), key);
+      AddCheckJson(CheckResult{set.Modules()}, report.Document());
       return report.Finish(kNothingMatched);
     }
   }
-  const std::vector<size_t> modules = FindScope(set, keys);
-  const std::vector<FindingFacts> findings = set.Check(keys);
-  report.Document()["modules"] = MakeScopeJson(set, modules);
-  report.Document()["findings"] = MakeFindingsJson(findings, set);
-  const ExitCode outcome = RequireModules(set.Modules().size());
-  if (outcome == kSuccess || !findings.empty()) {
-    report.Print(FormatFindings(findings, modules.size(), set));
-  }
-  return report.Finish(outcome == kSuccess && !findings.empty() ? kFindings : outcome);
+  return CheckSet(set, options, baseline, report);
 }
 
 }  // namespace
@@ -160,8 +282,12 @@ extern const Command kCheckCommand = {
     "check",
     "Report what is wrong in the catalog or in a set of modules",
     "  mmcat check --folder C:\\Modules\n"
-    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    these two and what they need\n",
+    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    these two and what they need\n"
+    "  mmcat check --baseline known.json --write-baseline\n"
+    "  mmcat check --baseline known.json --format sarif > check.sarif\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {OutputFormat::Sarif, OutputFormat::JUnit, OutputFormat::GitHub, OutputFormat::GitLab,
+     OutputFormat::Azure, OutputFormat::TeamCity},
 };
 
 }  // namespace mmcat

@@ -1,6 +1,7 @@
 #include "client/terminal/Console.h"
 
 #include <algorithm>
+#include <cerrno>
 #include <cstdio>
 #include <cwchar>
 #include <iterator>
@@ -84,6 +85,10 @@ size_t GetTerminalWidth(DWORD standardHandle) noexcept {
   const DWORD size = ::GetEnvironmentVariableW(L"COLUMNS", columns, 16);
   const long width = size > 0 && size < 16 ? std::wcstol(columns, nullptr, 10) : 0;
   return width > 0 ? static_cast<size_t>(width) : kUnknown;
+}
+
+int RedirectOutput(const wchar_t* path) noexcept {
+  return ::_wfreopen(path, L"w", stdout) ? 0 : errno;
 }
 
 void WriteOutput(const std::string& text) { WriteTo(STD_OUTPUT_HANDLE, stdout, text); }

@@ -18,6 +18,10 @@ bool IsTerminal(DWORD standardHandle) noexcept;
 /// The width in characters of the terminal behind a standard handle; 80 if it is unknown.
 size_t GetTerminalWidth(DWORD standardHandle) noexcept;
 
+/// Makes a file stdout, in place of what it was; the file need not exist. Returns the C library's
+/// error code, or 0.
+int RedirectOutput(const wchar_t* path) noexcept;
+
 /// Writes to stdout, which may buffer the text until FlushOutput if it is a file.
 void WriteOutput(const std::string& text);
 

@@ -1,6 +1,8 @@
 #include "client/terminal/Report.h"
 
+#include <algorithm>
 #include <cstdio>
+#include <utility>
 
 #include "client/terminal/Console.h"
 #include "client/terminal/Progress.h"
@@ -26,24 +28,29 @@ void Report::Print(const std::string& text) {
 
 void Report::PrintConverted(const std::string& output) { WriteOutput(output); }
 
-void Report::AddFailure(const FileFailure& failure) {
-  const std::string result = FormatHResult(failure.result);
-  m_errors.push_back({{"file", failure.file},
-                      {"part", failure.part},
-                      {"hresult", result},
-                      {"description", failure.description}});
+void Report::AddFailure(FileFailure failure) {
   const std::string subject =
       failure.part.empty() ? failure.file : failure.file + ": " + failure.part;
-  PrintRemark(subject + ": " + result + ' ' + failure.description);
+  PrintRemark(subject + ": " + FormatHResult(failure.result) + ' ' + failure.description);
+  m_failures.push_back(std::move(failure));
 }
 
 ExitCode Report::Finish(ExitCode outcome) {
-  const bool someUnreadable = outcome != kNothingMatched && !m_errors.empty();
   if (IsJson()) {
-    m_document["errors"] = std::move(m_errors);
+    Json errors = Json::array();
+    for (const FileFailure& failure : m_failures) {
+      errors.push_back({{"file", failure.file},
+                        {"part", failure.part},
+                        {"hresult", FormatHResult(failure.result)},
+                        {"description", failure.description}});
+    }
+    m_document["errors"] = std::move(errors);
     WriteOutput(FormatJson(m_document));
   }
-  return someUnreadable ? kSomeUnreadable : outcome;
+  const bool someUnreadable =
+      std::any_of(m_failures.begin(), m_failures.end(),
+                  [&](const FileFailure& failure) { return m_accepted.count(failure.file) == 0; });
+  return someUnreadable && outcome != kNothingMatched ? kSomeUnreadable : outcome;
 }
 
 std::string FormatJson(const Json& document) {

@@ -4,6 +4,7 @@
 
 #include <nlohmann/json.hpp>
 #include <optional>
+#include <set>
 #include <string>
 #include <vector>
 
@@ -51,7 +52,12 @@ class Report {
   void PrintConverted(const std::string& output);
 
   /// Adds a failure to the document, and prints it to stderr.
-  void AddFailure(const FileFailure& failure);
+  void AddFailure(FileFailure failure);
+
+  const std::vector<FileFailure>& Failures() const { return m_failures; }
+
+  /// Keeps the failures of a file, which the user accepts, from deciding the exit code.
+  void AcceptFailures(const std::string& file) { m_accepted.insert(file); }
 
   /// Prints the document if the output is JSON. Returns the exit code of a command with this
   /// outcome: failures take precedence over findings, and kNothingMatched over failures.
@@ -61,7 +67,8 @@ class Report {
   OutputFormat m_format;
   bool m_colors;
   Json m_document;
-  Json m_errors = Json::array();
+  std::vector<FileFailure> m_failures;
+  std::set<std::string> m_accepted;
 };
 
 /// A number as JSON, or null if there is none.

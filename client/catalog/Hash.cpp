@@ -1,4 +1,4 @@
-#include "client/catalog/FileHash.h"
+#include "client/catalog/Hash.h"
 
 #include <windows.h>
 // Needs the types of windows.h.
@@ -33,6 +33,31 @@ void ThrowUnless(BOOL succeeded) {
   ThrowIfFailed(succeeded ? S_OK : HRESULT_FROM_WIN32(::GetLastError()));
 }
 
+class Sha256 {
+ public:
+  Sha256() {
+    ThrowIfNotDone(
+        ::BCryptOpenAlgorithmProvider(m_algorithm.Put(), BCRYPT_SHA256_ALGORITHM, nullptr, 0));
+    ThrowIfNotDone(::BCryptCreateHash(m_algorithm.Get(), m_hash.Put(), nullptr, 0, nullptr, 0, 0));
+  }
+
+  void Add(const char* bytes, size_t size) {
+    // The function only reads them.
+    auto* const input = const_cast<UCHAR*>(reinterpret_cast<const UCHAR*>(bytes));
+    ThrowIfNotDone(::BCryptHashData(m_hash.Get(), input, static_cast<ULONG>(size), 0));
+  }
+
+  std::string Finish() {
+    std::array<UCHAR, 32> digest{};
+    ThrowIfNotDone(::BCryptFinishHash(m_hash.Get(), digest.data(), digest.size(), 0));
+    return FormatHex(digest.data(), digest.size());
+  }
+
+ private:
+  qm::common::UniqueHandle<AlgorithmTraits> m_algorithm;
+  qm::common::UniqueHandle<HashTraits> m_hash;  // closed first
+};
+
 }  // namespace
 
 std::string FormatHex(const unsigned char* bytes, size_t size) {
@@ -45,26 +70,26 @@ std::string FormatHex(const unsigned char* bytes, size_t size) {
   return text;
 }
 
+std::string HashBytes(std::string_view bytes) {
+  Sha256 hash;
+  hash.Add(bytes.data(), bytes.size());
+  return hash.Finish();
+}
+
 std::string HashFile(const qm::common::WideString& path) {
   const qm::common::UniqueFile file(::CreateFileW(
       qm::common::ToExtendedPath(path).c_str(), GENERIC_READ, FILE_SHARE_READ | FILE_SHARE_DELETE,
       nullptr, OPEN_EXISTING, FILE_FLAG_SEQUENTIAL_SCAN, nullptr));
   ThrowUnless(file ? TRUE : FALSE);
-  qm::common::UniqueHandle<AlgorithmTraits> algorithm;
-  ThrowIfNotDone(
-      ::BCryptOpenAlgorithmProvider(algorithm.Put(), BCRYPT_SHA256_ALGORITHM, nullptr, 0));
-  qm::common::UniqueHandle<HashTraits> hash;
-  ThrowIfNotDone(::BCryptCreateHash(algorithm.Get(), hash.Put(), nullptr, 0, nullptr, 0, 0));
-  std::vector<UCHAR> buffer(65536);
+  Sha256 hash;
+  std::vector<char> buffer(65536);
   DWORD size = 0;
   do {
     ThrowUnless(
         ::ReadFile(file.Get(), buffer.data(), static_cast<DWORD>(buffer.size()), &size, nullptr));
-    ThrowIfNotDone(::BCryptHashData(hash.Get(), buffer.data(), size, 0));
+    hash.Add(buffer.data(), size);
   } while (size > 0);
-  std::array<UCHAR, 32> digest{};
-  ThrowIfNotDone(::BCryptFinishHash(hash.Get(), digest.data(), digest.size(), 0));
-  return FormatHex(digest.data(), digest.size());
+  return hash.Finish();
 }
 
 }  // namespace mmcat

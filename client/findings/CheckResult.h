@@ -1,0 +1,28 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "client/findings/JudgeFindings.h"
+
+namespace mmcat {
+
+/// What a check found, for all formats. Texts are UTF-8.
+struct CheckResult {
+  const std::vector<ModuleFacts>& modules;  ///< of the set
+  std::vector<size_t> scope = {};           ///< positions of those that were checked
+  std::vector<JudgedFinding> findings = {};
+  std::vector<BaselineEntry> unmatchedBaseline = {};
+  std::vector<FileFailure> failures = {};
+  FailOn failOn = FailOn::Warning;
+  std::string base = {};  ///< the folder that paths are relative to, a full path
+};
+
+/// Where a finding is shown: the file of its first module, relative to the folder of the result. A
+/// finding without a file has a name there that tells what it is about; it is never empty.
+std::string LocateFinding(const CheckResult& result, const FindingFacts& finding);
+
+/// The same for a module.
+std::string LocateModule(const CheckResult& result, const ModuleFacts& module);
+
+}  // namespace mmcat
