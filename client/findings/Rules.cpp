@@ -2,6 +2,25 @@
 
 namespace mmcat {
 
-Rule FindRule(const std::string& code) { return {code, code}; }
+namespace {
+
+constexpr struct {
+  const char* code;
+  const char* title;
+  const char* help;
+} kRules[] = {
+#include "client/FindingRules.inc"
+};
+
+}  // namespace
+
+Rule FindRule(const std::string& code) {
+  for (const auto& rule : kRules) {
+    if (code == rule.code) {
+      return {rule.title, rule.help};
+    }
+  }
+  return {code, code};
+}
 
 }  // namespace mmcat

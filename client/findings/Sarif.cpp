@@ -1,6 +1,7 @@
 #include "client/findings/Sarif.h"
 
 #include <algorithm>
+#include <cstring>
 #include <map>
 
 #include "client/findings/Location.h"
@@ -40,6 +41,16 @@ std::vector<const JudgedFinding*> ChooseFindings(const std::vector<JudgedFinding
 
 Json MakeMessage(const std::string& text) { return {{"text", text}}; }
 
+/// Markdown without the marks of headings and code.
+std::string RemoveMarkup(std::string markdown) {
+  for (const char* mark : {"**", "`"}) {
+    for (size_t at = markdown.find(mark); at != std::string::npos; at = markdown.find(mark, at)) {
+      markdown.erase(at, std::strlen(mark));
+    }
+  }
+  return markdown;
+}
+
 Json MakeRulesJson(const std::vector<const JudgedFinding*>& findings, RuleNumbers& numbers) {
   for (const JudgedFinding* finding : findings) {
     numbers[finding->facts.code] = 0;
@@ -51,7 +62,7 @@ Json MakeRulesJson(const std::vector<const JudgedFinding*>& findings, RuleNumber
     rules.push_back({{"id", code},
                      {"shortDescription", MakeMessage(rule.title)},
                      {"fullDescription", MakeMessage(rule.title + '.')},
-                     {"help", {{"text", rule.help}, {"markdown", rule.help}}},
+                     {"help", {{"text", RemoveMarkup(rule.help)}, {"markdown", rule.help}}},
                      {"properties", {{"tags", Json::array({"merge-modules"})}}}});
   }
   return rules;
