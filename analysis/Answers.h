@@ -6,6 +6,7 @@
 #include "merge/FileSearch.h"
 #include "merge/Findings.h"
 #include "merge/MergePlan.h"
+#include "merge/ModuleUsers.h"
 
 namespace qm::analysis {
 

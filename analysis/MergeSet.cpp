@@ -159,8 +159,7 @@ STDMETHODIMP CMergeSet::Plan(VARIANT modules, IMergePlan** plan) {
 STDMETHODIMP CMergeSet::UsersOf(BSTR moduleKey, IModuleUsers** users) {
   return Answer(users, [&] {
     const SharedSet set = RequireSet();
-    return MakeUsers(
-        set, merge::FindUsers(set->Index(), RequireModules(*set, common::ViewOf(moduleKey))));
+    return MakeUsers(set, set->Users().Find(RequireModules(*set, common::ViewOf(moduleKey))));
   });
 }
 

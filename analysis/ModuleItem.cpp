@@ -120,7 +120,7 @@ STDMETHODIMP SetModule::get_Number(long* value) {
 
 STDMETHODIMP SetModule::get_Users(IModuleUsers** value) {
   return Answer(value,
-                [&] { return MakeUsers(m_set, merge::FindUsers(m_set->Index(), {m_position})); });
+                [&] { return MakeUsers(m_set, m_set->Users().Find({m_position})); });
 }
 
 ISetModule* MakeModule(const SharedSet& set, std::optional<size_t> position) {

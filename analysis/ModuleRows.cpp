@@ -58,9 +58,9 @@ void SetRequirement::Init(SharedSet set, size_t module, merge::Requirement requi
 }
 
 merge::Choice SetRequirement::Choose() const {
-  return merge::IsMetWithin(m_set->ModuleAt(m_module), m_requirement)
-             ? merge::Choice()
-             : m_set->Index().Choose(m_requirement);
+  const merge::Module& module = m_set->ModuleAt(m_module);
+  return merge::IsMetWithin(module, m_requirement) ? merge::Choice()
+                                                   : m_set->Index().Choose(m_requirement, module);
 }
 
 STDMETHODIMP SetRequirement::get_Key(BSTR* value) {

@@ -6,6 +6,13 @@
 
 namespace qm::analysis {
 
+const merge::ModuleUsers& SetData::Users() const {
+  if (!m_users) {
+    m_users = std::make_unique<const merge::ModuleUsers>(m_index);
+  }
+  return *m_users;
+}
+
 merge::TargetFolder SetData::ResolveFolder(size_t module, std::string_view directory) const {
   std::unique_ptr<const merge::TargetFolders>& folders = m_folders[module];
   if (!folders) {

@@ -9,6 +9,7 @@
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 #include "merge/ModuleIndex.h"
+#include "merge/ModuleUsers.h"
 #include "merge/TargetFolders.h"
 
 namespace qm::analysis {
@@ -64,6 +65,9 @@ class SetData {
 
   const std::vector<LoadFailure>& Failures() const noexcept { return m_contents.failures; }
 
+  /// Returns who needs whom.
+  const merge::ModuleUsers& Users() const;
+
   /// Returns where an installer makes a directory of a module.
   merge::TargetFolder ResolveFolder(size_t module, std::string_view directory) const;
 
@@ -80,6 +84,7 @@ class SetData {
   Contents m_contents;
   merge::ModuleIndex m_index;
   mutable std::vector<std::unique_ptr<const merge::TargetFolders>> m_folders;
+  mutable std::unique_ptr<const merge::ModuleUsers> m_users;
 };
 
 using SharedSet = std::shared_ptr<const SetData>;

@@ -1,6 +1,8 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -12,6 +14,26 @@ namespace qm::merge {
 /// Returns whether a requirement of a module is met by the module itself or by those that were
 /// merged into it. Such a requirement needs no module of the set.
 bool IsMetWithin(const Module& module, const Requirement& requirement);
+
+/// Modules that must not be merged together, or one that must not be merged at all.
+struct Objection {
+  std::vector<size_t> modules;  ///< positions
+  std::string text;             ///< a sentence that says why
+};
+
+/// Returns the objections to merging the modules at `plan`. Each should name as few modules as
+/// possible. Missing modules and exclusions are known without it.
+using FindObjections = std::function<std::vector<Objection>(const std::vector<size_t>& plan)>;
+
+/// How long a search for a plan may take: it looks at this many candidates of requirements at most
+/// (about a second), and asks for objections this many times.
+inline constexpr std::uint64_t kMaxPlanSteps = 5'000'000;
+inline constexpr int kMaxPlanRounds = 100;
+
+struct PlanOptions {
+  FindObjections findObjections = nullptr;
+  std::uint64_t maxSteps = kMaxPlanSteps;
+};
 
 /// A requirement that no module satisfies.
 struct MissingModule {
@@ -25,6 +47,8 @@ struct PlannedModule {
   size_t module;
   std::optional<size_t> neededBy;  ///< module that needed it first; std::nullopt if the caller did
   std::string reason;              ///< why it was chosen
+  /// The modules that satisfy everything that the plan needs this one for, best first.
+  std::vector<size_t> alternatives = {};
 };
 
 /// The result of planning a merge.
@@ -35,21 +59,31 @@ struct MergePlan {
   /// Modules that need one another: each needs the next, and the last needs the first. Ends after
   /// 100,000 modules in all: where everything needs everything, the cycles are without number.
   std::vector<std::vector<size_t>> cycles;
+  /// Set if no plan is better. Not set if the search ended at its bound.
+  bool isProven = true;
 };
 
 /// Plans the merge of the modules at `wanted` and of everything that they need, also for modules
 /// that they carry: merging copies the requirements of those too. Only memory limits the number of
 /// modules and the depth of their requirements.
-MergePlan PlanMerge(const ModuleIndex& set, const std::vector<size_t>& wanted);
-
-/// A module that needs one of others.
-struct ModuleUser {
-  size_t module;
-  size_t through;  ///< what it needs directly on the shortest path to the nearest of them
-};
-
-/// Returns the modules that need one of the modules at `targets`, directly or through others, in
-/// ascending order and without the targets.
-std::vector<ModuleUser> FindUsers(const ModuleIndex& set, const std::vector<size_t>& targets);
+///
+/// The plan has all of `wanted`, and of all such plans it is the best one. Goals, of which an
+/// earlier one outweighs all later ones:
+///
+/// 1. the fewest requirements that no module of the set satisfies,
+/// 2. the fewest objections: exclusions within the plan, combinations that `findObjections`
+/// returns,
+///    and modules whose only candidates are of a wrong platform,
+/// 3. the fewest modules beyond the first of an ID,
+/// 4. modules of the platform of those that need them,
+/// 5. modules in the language of those that need them, then neutral ones,
+/// 6. the highest versions: for each module counts how many higher versions of its ID the set has,
+/// 7. the fewest modules,
+/// 8. the first of equal modules in the set.
+///
+/// `findObjections` is asked only if there is a choice, and again for each plan that its answers
+/// lead to.
+MergePlan PlanMerge(const ModuleIndex& set, const std::vector<size_t>& wanted,
+                    const PlanOptions& options = {});
 
 }  // namespace qm::merge

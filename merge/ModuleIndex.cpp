@@ -1,6 +1,7 @@
 #include "merge/ModuleIndex.h"
 
 #include <algorithm>
+#include <tuple>
 
 #include "merge/JoinTexts.h"
 #include "text/Fold.h"
@@ -9,47 +10,63 @@ namespace qm::merge {
 
 namespace {
 
-/// The number of modules that satisfy a requirement, and how far each rule narrowed them down.
-struct Field {
-  size_t candidates = 0;
-  size_t ofBestVersion = 0;
-  size_t ofBestVersionAndLanguage = 0;  ///< exactly the wanted language, if a module has it
-};
+/// Returns the platform of a module, "intel" or another text; empty if it is unknown. A template
+/// without a platform is for Intel.
+std::string GetPlatform(const Module& module) {
+  std::string platform = text::FoldCase(module.platform);
+  return platform.empty() && module.tables ? "intel" : platform == "amd64" ? "x64" : platform;
+}
 
-/// Returns the reason why a module was chosen from those that satisfy the requirement.
-std::string ExplainChoice(const Requirement& requirement, const Field& field) {
-  if (field.candidates == 1) {
-    return "the only one";
+PlatformMatch MatchPlatform(const std::string& wanted, const std::string& platform) {
+  return wanted.empty() || platform.empty() || wanted == platform ? PlatformMatch::Same
+         : platform == "intel"                                    ? PlatformMatch::Other
+                                                                  : PlatformMatch::Wrong;
+}
+
+LanguageMatch MatchLanguage(long wanted, long language) {
+  if (language == wanted) {
+    return LanguageMatch::Exact;
   }
-  std::vector<std::string> reasons;
-  if (field.ofBestVersion < field.candidates) {
-    reasons.push_back("the highest version of " + std::to_string(field.candidates));
+  if (language == 0) {
+    return LanguageMatch::Neutral;
   }
-  if (field.ofBestVersionAndLanguage < field.ofBestVersion) {
-    reasons.emplace_back(requirement.language == 0 ? "language-neutral"
-                                                   : "of exactly this language");
-  }
-  if (field.ofBestVersionAndLanguage > 1) {
-    reasons.push_back("the first of " + std::to_string(field.ofBestVersionAndLanguage));
-  }
-  if (!requirement.version.empty()) {
-    reasons.push_back("at least " + requirement.version);
-  }
-  return JoinTexts(reasons, ", ");
+  return wanted != 0 && (MatchesLanguage(wanted, language) || MatchesLanguage(language, wanted))
+             ? LanguageMatch::Covering
+             : LanguageMatch::Other;
 }
 
 }  // namespace
 
-ModuleIndex::ModuleIndex(const std::vector<Module>& modules) : m_modules(modules) {
+ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
+    : m_modules(modules), m_ranks(modules.size()) {
   for (size_t position = 0; position < modules.size(); ++position) {
-    m_byId[text::FoldCase(modules[position].moduleId)].push_back(position);
+    m_byId[text::FoldCase(modules[position].moduleId)].inOrder.push_back(position);
   }
+  for (auto& [id, same] : m_byId) {
+    same.byVersion = same.inOrder;
+    std::stable_sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
+      return CompareVersionTexts(modules[a].version, modules[b].version) > 0;
+    });
+    size_t higher = 0;
+    const Module* previous = nullptr;
+    for (size_t at = 0; at < same.byVersion.size(); ++at) {
+      const Module& module = modules[same.byVersion[at]];
+      higher += previous && CompareVersionTexts(previous->version, module.version) != 0 ? 1 : 0;
+      m_ranks[same.byVersion[at]] = {higher, at};
+      previous = &module;
+    }
+  }
+}
+
+const ModuleIndex::SameId* ModuleIndex::Find(const std::string& moduleId) const {
+  const auto found = m_byId.find(text::FoldCase(moduleId));
+  return found == m_byId.end() ? nullptr : &found->second;
 }
 
 const std::vector<size_t>& ModuleIndex::FindById(const std::string& moduleId) const {
   static const std::vector<size_t> none;
-  const auto found = m_byId.find(text::FoldCase(moduleId));
-  return found == m_byId.end() ? none : found->second;
+  const SameId* const same = Find(moduleId);
+  return same ? same->inOrder : none;
 }
 
 std::vector<size_t> ModuleIndex::FindByKey(const std::string& key) const {
@@ -77,45 +94,123 @@ void ModuleIndex::AddByIdAndLanguage(const std::string& moduleId, const std::str
   }
 }
 
+std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requirement,
+                                                   const Module& user) const {
+  std::vector<Candidate> candidates;
+  const SameId* const same = requirement.moduleId.empty() ? nullptr : Find(requirement.moduleId);
+  if (!same) {
+    return candidates;
+  }
+  const auto isHighEnough = [&](size_t position) {
+    return requirement.version.empty() ||
+           CompareVersionTexts(m_modules[position].version, requirement.version) >= 0;
+  };
+  const auto end =
+      std::partition_point(same->byVersion.begin(), same->byVersion.end(), isHighEnough);
+  const long language = MatchesLanguage(requirement.language, user.language)
+                            ? user.language
+                            : requirement.language.value_or(0);
+  const std::string platform = GetPlatform(user);
+  for (auto position = same->byVersion.begin(); position != end; ++position) {
+    const Module& module = m_modules[*position];
+    if (MatchesLanguage(requirement.language, module.language)) {
+      candidates.push_back({*position, MatchPlatform(platform, GetPlatform(module)),
+                            MatchLanguage(language, module.language)});
+    }
+  }
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](const Candidate& a, const Candidate& b) {
+                     return std::tie(a.platform, a.language) < std::tie(b.platform, b.language);
+                   });
+  if (!candidates.empty() && candidates.front().platform != PlatformMatch::Wrong) {
+    const auto isWrong = [](const Candidate& one) { return one.platform == PlatformMatch::Wrong; };
+    candidates.erase(std::find_if(candidates.begin(), candidates.end(), isWrong), candidates.end());
+  }
+  return candidates;
+}
+
 Choice ModuleIndex::Choose(const Requirement& requirement) const {
+  static const Module anyone;
+  return Choose(requirement, anyone);
+}
+
+Choice ModuleIndex::Choose(const Requirement& requirement, const Module& user) const {
+  const std::vector<Candidate> candidates = FindCandidates(requirement, user);
+  if (candidates.empty()) {
+    return {std::nullopt, ExplainMissing(requirement)};
+  }
+  const size_t chosen = candidates.front().module;
+  return {chosen, ExplainChoice(*this, requirement, candidates, chosen)};
+}
+
+std::string ModuleIndex::ExplainMissing(const Requirement& requirement) const {
   if (requirement.moduleId.empty()) {
-    return {std::nullopt, "it names no module"};
+    return "it names no module";
   }
   const std::vector<size_t>& sameId = FindById(requirement.moduleId);
   if (sameId.empty()) {
-    return {std::nullopt, "no module has this ID"};
+    return "no module has this ID";
   }
-  std::optional<size_t> best;
-  Field field;
-  bool anyLanguageFits = false;
-  for (const size_t position : sameId) {
-    const Module& module = m_modules[position];
-    anyLanguageFits = anyLanguageFits || MatchesLanguage(requirement.language, module.language);
-    if (!Satisfies(requirement, module.moduleId, module.language, module.version)) {
+  const std::string language = std::to_string(requirement.language.value_or(0));
+  if (std::none_of(sameId.begin(), sameId.end(), [&](size_t position) {
+        return MatchesLanguage(requirement.language, m_modules[position].language);
+      })) {
+    return "no module of this ID is for " + language;
+  }
+  return "every version " + (language == "0" ? "" : "for " + language + ' ') + "is lower than " +
+         requirement.version;
+}
+
+std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement,
+                          const std::vector<Candidate>& candidates, size_t chosen) {
+  if (candidates.size() == 1) {
+    return "the only one";
+  }
+  const auto isChosen = [&](const Candidate& one) { return one.module == chosen; };
+  const Candidate& choice = *std::find_if(candidates.begin(), candidates.end(), isChosen);
+  const std::string& version = set.Modules()[chosen].version;
+  bool isPlatformRare = false;
+  bool isLanguageRare = false;
+  bool isHighest = true;
+  size_t sameVersion = 0;
+  size_t ofLanguage = 0;
+  size_t equal = 0;
+  for (const Candidate& one : candidates) {
+    isPlatformRare = isPlatformRare || one.platform > choice.platform;
+    if (one.platform != choice.platform) {
       continue;
     }
-    ++field.candidates;
-    const bool isExact = requirement.language == module.language;
-    const bool isBestExact = best && requirement.language == m_modules[*best].language;
-    const int order = best ? CompareVersionTexts(module.version, m_modules[*best].version) : 1;
-    field.ofBestVersion = order > 0 ? 1 : field.ofBestVersion + (order == 0);
-    if (order > 0 || (order == 0 && isExact && !isBestExact)) {
-      best = position;
-      field.ofBestVersionAndLanguage = 1;
-    } else if (order == 0 && isExact == isBestExact) {
-      ++field.ofBestVersionAndLanguage;
+    isLanguageRare = isLanguageRare || one.language > choice.language;
+    if (one.language != choice.language) {
+      continue;
     }
+    ++ofLanguage;
+    const int order = CompareVersionTexts(version, set.Modules()[one.module].version);
+    isHighest = isHighest && order >= 0;
+    sameVersion += order == 0 ? 1 : 0;
+    equal += order == 0 && one.module >= chosen ? 1 : 0;
   }
-  if (!best && !anyLanguageFits) {
-    return {best, "no module of this ID is for " + std::to_string(*requirement.language)};
+  std::vector<std::string> reasons;
+  if (isPlatformRare) {
+    reasons.push_back("for " + set.Modules()[chosen].platform);
   }
-  if (!best) {
-    const bool anyLanguage = requirement.language.value_or(0) == 0;
-    return {best, "every version " +
-                      (anyLanguage ? "" : "for " + std::to_string(*requirement.language) + ' ') +
-                      "is lower than " + requirement.version};
+  if (isLanguageRare) {
+    reasons.emplace_back(choice.language == LanguageMatch::Exact &&
+                                 set.Modules()[chosen].language != 0
+                             ? "of exactly this language"
+                         : choice.language == LanguageMatch::Covering ? "of this language"
+                                                                      : "language-neutral");
   }
-  return {best, ExplainChoice(requirement, field)};
+  if (isHighest && sameVersion < ofLanguage) {
+    reasons.push_back("the highest version of " + std::to_string(ofLanguage));
+  }
+  if (isHighest && sameVersion > 1 && equal == sameVersion) {
+    reasons.push_back("the first of " + std::to_string(sameVersion));
+  }
+  if (!requirement.version.empty()) {
+    reasons.push_back("at least " + requirement.version);
+  }
+  return JoinTexts(reasons, ", ");
 }
 
 }  // namespace qm::merge

@@ -1,6 +1,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <map>
 #include <optional>
 #include <string>
@@ -14,6 +15,34 @@ namespace qm::merge {
 struct Choice {
   std::optional<size_t> module;  ///< position; std::nullopt if no module satisfies it
   std::string reason;            ///< "the highest version of 3", "no module has this ID", ...
+};
+
+/// How well the platform of a module fits the module that needs it.
+enum class PlatformMatch : std::uint8_t {
+  Same,   ///< or unknown for one of them
+  Other,  ///< a 32-bit module for a 64-bit one: they can be merged into one package
+  Wrong,  ///< a 64-bit module for one of another platform
+};
+
+/// How near the language of a module is to the language that is wanted.
+enum class LanguageMatch : std::uint8_t {
+  Exact,
+  Covering,  ///< one of the two is a primary language and means the other
+  Neutral,
+  Other,
+};
+
+/// A module that satisfies a requirement.
+struct Candidate {
+  size_t module;
+  PlatformMatch platform;
+  LanguageMatch language;
+};
+
+/// Where the version of a module stands among the modules of its ID.
+struct VersionRank {
+  size_t higherVersions;  ///< different ones
+  size_t modulesBefore;   ///< of a higher version, or of the same and earlier in the set
 };
 
 /// An index of modules by ID, which finds the module for a requirement. Positions are those in the
@@ -36,17 +65,41 @@ class ModuleIndex {
   /// colon separates ID and language.
   std::vector<size_t> FindByKey(const std::string& key) const;
 
-  /// Chooses the module of the highest version that satisfies a requirement. Of equal versions, a
-  /// module of exactly the wanted language takes precedence, then the first one. A requirement of
-  /// no ID is satisfied by no module, not by one without an ID.
+  /// Returns the modules that satisfy a requirement of `user`, best first: by platform, language,
+  /// highest version and order. The wanted language is that of `user`, or that of the requirement
+  /// if the two do not match. Modules of a wrong platform are returned only if no others satisfy
+  /// it. A requirement of no ID is satisfied by no module, not by one without an ID.
+  std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const;
+
+  /// Chooses the best of these modules, whatever else is merged.
+  Choice Choose(const Requirement& requirement, const Module& user) const;
+
+  /// Chooses for a neutral module of unknown platform.
   Choice Choose(const Requirement& requirement) const;
 
+  VersionRank RankOf(size_t position) const noexcept { return m_ranks[position]; }
+
+  /// Returns why no module satisfies a requirement that has no candidates.
+  std::string ExplainMissing(const Requirement& requirement) const;
+
  private:
+  struct SameId {
+    std::vector<size_t> inOrder;
+    std::vector<size_t> byVersion;  ///< the highest first
+  };
+
+  const SameId* Find(const std::string& moduleId) const;
   void AddByIdAndLanguage(const std::string& moduleId, const std::string& language,
                           std::vector<size_t>& positions) const;
 
   const std::vector<Module>& m_modules;
-  std::map<std::string, std::vector<size_t>> m_byId;
+  std::map<std::string, SameId> m_byId;
+  std::vector<VersionRank> m_ranks;  ///< by position
 };
+
+/// Returns why the module at `chosen` was chosen from the candidates of a requirement: "the highest
+/// version of 3, at least 1.9".
+std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement,
+                          const std::vector<Candidate>& candidates, size_t chosen);
 
 }  // namespace qm::merge

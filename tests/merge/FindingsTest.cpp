@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "merge/ModuleUsers.h"
 #include "tests/support/MergeModules.h"
 
 namespace qm::tests {
@@ -77,7 +78,7 @@ TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
   const std::vector<merge::Module> modules{host, Module("Part", "1.0", 0)};
   const merge::ModuleIndex set(modules);
   EXPECT_EQ(1u, merge::PlanMerge(set, {0}).modules.size());
-  EXPECT_TRUE(merge::FindUsers(set, {1}).empty());
+  EXPECT_TRUE(merge::ModuleUsers(set).Find({1}).empty());
 }
 
 TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {

@@ -3,6 +3,9 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
+
+#include "merge/ModuleUsers.h"
 #include "tests/support/MergeModules.h"
 
 namespace qm::tests {
@@ -42,9 +45,10 @@ TEST(MergePlanTest, TheHighestVersionThatFitsIsChosen) {
       {{"C", 0, ""}, std::nullopt, "no module has this ID"},
       {{"", 0, ""}, std::nullopt, "it names no module"},
   };
+  const merge::Module user = Module("User", "1", 0);
   for (const auto& [requirement, chosen, reason] : cases) {
     SCOPED_TRACE(requirement.moduleId + ' ' + std::to_string(*requirement.language));
-    const merge::Choice choice = set.Choose(requirement);
+    const merge::Choice choice = set.Choose(requirement, user);
     EXPECT_EQ(chosen, choice.module);
     EXPECT_EQ(reason, choice.reason);
   }
@@ -87,10 +91,99 @@ TEST(MergePlanTest, APlanListsEveryModuleAfterWhatItNeeds) {
   EXPECT_EQ(0u, plan.missing.front().neededBy);
   EXPECT_EQ("Gone", plan.missing.front().requirement.moduleId);
   std::string users;
-  for (const merge::ModuleUser& user : merge::FindUsers(set, {3})) {
+  for (const merge::ModuleUser& user : merge::ModuleUsers(set).Find({3})) {
     users += modules[user.module].moduleId + "-" + modules[user.through].moduleId + " ";
   }
   EXPECT_EQ("Top-Left Left-Base Right-Base Other-Top ", users);
+}
+
+TEST(MergePlanTest, APlanSatisfiesAllRequirementsWithTheModulesThatFitBest) {
+  const auto excluding = [](merge::Module module, const char* id, const char* minVersion) {
+    module.exclusions.push_back({id, std::nullopt, minVersion, ""});
+    return module;
+  };
+  const auto onPlatform = [](merge::Module module, const char* platform) {
+    module.platform = platform;
+    return module;
+  };
+  const struct {
+    const char* name;
+    std::vector<merge::Module> modules;
+    std::string plan;  ///< key, version and reason of each module that was not asked for
+  } cases[] = {
+      {"one version of a base that satisfies two modules",
+       {Module("P", "1", 0, {{"L", 0, ""}, {"R", 0, ""}}), Module("L", "1", 0, {{"B", 0, ""}}),
+        Module("R", "1", 0, {{"B", 1031, ""}}), Module("B", "2", 1033), Module("B", "1", 1031)},
+       "B:1031 1 the only one for all that need it\n"
+       "L:0 1 the only one\nR:0 1 the only one\n"},
+      {"the language of the product before a higher version",
+       {Module("P", "1", 1033, {{"B", 0, ""}}), Module("B", "3", 1031), Module("B", "1", 1033),
+        Module("B", "2", 1033)},
+       "B:1033 2 of exactly this language, the highest version of 2\n"},
+      {"a neutral module before one of another language",
+       {Module("P", "1", 1033, {{"B", std::nullopt, "1"}}), Module("B", "3", 1031),
+        Module("B", "2", 0)},
+       "B:0 2 language-neutral, at least 1\n"},
+      {"a lower version where the higher one is excluded",
+       {excluding(Module("P", "1", 0, {{"B", 0, ""}}), "B", "2"), Module("B", "2", 0),
+        Module("B", "1", 0)},
+       "B:0 1 rather than B:0 2, which cannot be merged with P:0\n"},
+      {"a lower version where the higher one excludes a module",
+       {Module("P", "1", 0, {{"B", 0, ""}}), excluding(Module("B", "2", 0), "P", ""),
+        Module("B", "1", 0)},
+       "B:0 1 rather than B:0 2, which cannot be merged with P:0\n"},
+      {"a lower version that lacks nothing",
+       {Module("P", "1", 0, {{"B", 0, ""}}), Module("B", "2", 0, {{"Gone", 0, ""}}),
+        Module("B", "1", 0)},
+       "B:0 1 rather than B:0 2, which needs a module that is missing\n"},
+      {"a module of the same platform",
+       {onPlatform(Module("P", "1", 0, {{"B", 0, ""}}), "Intel"),
+        onPlatform(Module("B", "2", 0), "x64"), onPlatform(Module("B", "1", 0), "Intel")},
+       "B:0 1 the only one\n"},
+  };
+  for (const auto& [name, modules, expected] : cases) {
+    SCOPED_TRACE(name);
+    const merge::MergePlan plan = merge::PlanMerge(merge::ModuleIndex(modules), {0});
+    std::string text;
+    for (const merge::PlannedModule& planned : plan.modules) {
+      if (planned.neededBy) {
+        const merge::Module& module = modules[planned.module];
+        text += module.key + ' ' + module.version + ' ' + planned.reason + '\n';
+      }
+    }
+    EXPECT_EQ(expected, text);
+    EXPECT_TRUE(plan.isProven);
+  }
+}
+
+TEST(MergePlanTest, AlternativesSatisfyEverythingThatAModuleIsNeededFor) {
+  const std::vector<merge::Module> modules{Module("P", "1", 0, {{"B", 0, ""}, {"B", 0, "2"}}),
+                                           Module("B", "1", 0), Module("B", "2", 0),
+                                           Module("B", "3", 0), Module("B", "3", 0)};
+  const merge::MergePlan plan = merge::PlanMerge(merge::ModuleIndex(modules), {0});
+  EXPECT_EQ(3u, plan.modules.front().module);
+  EXPECT_EQ("the highest version of 3, the first of 2", plan.modules.front().reason);
+  EXPECT_EQ((std::vector<size_t>{4, 2}), plan.modules.front().alternatives);
+}
+
+TEST(MergePlanTest, ASearchThatEndsAtItsBoundSaysSo) {
+  std::vector<merge::Module> modules;
+  for (int i = 0; i < 60; ++i) {
+    for (int version = 1; version <= 2; ++version) {
+      modules.push_back(Module("M" + std::to_string(i), std::to_string(version), 0,
+                               {{"M" + std::to_string((i + version) % 60), 0, ""},
+                                {"M" + std::to_string((i * 7 + version) % 60), 0, ""}}));
+      modules.back().exclusions.push_back({"M" + std::to_string((i * 11 + version) % 60),
+                                           std::nullopt, version == 1 ? "2" : "",
+                                           version == 1 ? "" : "1"});
+    }
+  }
+  const merge::ModuleIndex set(modules);
+  merge::PlanOptions options;
+  options.maxSteps = 1000;
+  const merge::MergePlan plan = merge::PlanMerge(set, {0}, options);
+  EXPECT_FALSE(plan.isProven);
+  EXPECT_THAT(plan.missing, IsEmpty());
 }
 
 TEST(MergePlanTest, ACycleIsReportedOnceWhateverManyRowsCloseIt) {
@@ -116,6 +209,24 @@ TEST(MergePlanTest, ACycleIsReportedOnceWhateverManyRowsCloseIt) {
   EXPECT_LT(count, 101000u);
 }
 
+TEST(MergePlanTest, LongChainsOfChoicesArePlanned) {
+  constexpr int kLength = 3000;
+  std::vector<merge::Module> modules;
+  for (int i = 0; i < kLength; ++i) {
+    for (const char* const version : {"1", "2", "2"}) {
+      modules.push_back(
+          Module("M" + std::to_string(i), version, 0, {{"M" + std::to_string(i + 1), 0, ""}}));
+    }
+  }
+  modules.push_back(Module("M" + std::to_string(kLength), "1", 0));
+  modules.back().exclusions.push_back({"M1500", std::nullopt, "2", ""});
+  const merge::MergePlan plan = merge::PlanMerge(merge::ModuleIndex(modules), {0});
+  EXPECT_TRUE(plan.isProven);
+  EXPECT_EQ(kLength + 1u, plan.modules.size());
+  EXPECT_TRUE(std::any_of(plan.modules.begin(), plan.modules.end(),
+                          [](const merge::PlannedModule& one) { return one.module == 4500; }));
+}
+
 TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
   for (const size_t length : {2u, 3u, 3000u}) {
     std::vector<merge::Module> modules;
@@ -128,7 +239,7 @@ TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
     EXPECT_EQ(length, plan.modules.size());
     ASSERT_EQ(1u, plan.cycles.size());
     EXPECT_EQ(length, plan.cycles.front().size());
-    EXPECT_EQ(length - 1, merge::FindUsers(set, {0}).size());
+    EXPECT_EQ(length - 1, merge::ModuleUsers(set).Find({0}).size());
   }
 }
 

@@ -1,0 +1,392 @@
+#include "merge/PlanConflicts.h"
+
+#include <algorithm>
+#include <iterator>
+#include <optional>
+#include <utility>
+
+#include "merge/JoinTexts.h"
+#include "merge/PlanSolver.h"
+
+namespace qm::merge {
+
+namespace {
+
+using Numbers = PlanSolver::Numbers;
+
+constexpr std::uint32_t kNone = PlanProblem::kNone;
+
+std::string FormatExcludedVersions(const Exclusion& exclusion) {
+  if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
+    return "every version";
+  }
+  return exclusion.maxVersion.empty() ? "versions from " + exclusion.minVersion
+         : exclusion.minVersion.empty()
+             ? "versions up to " + exclusion.maxVersion
+             : "versions from " + exclusion.minVersion + " to " + exclusion.maxVersion;
+}
+
+/// What is wrong with a plan: modules that object to one another, or one that lacks others.
+struct Violation {
+  bool isMissing = false;
+  Numbers modules;
+};
+
+class ConflictFinder {
+ public:
+  ConflictFinder(const ModuleIndex& set, const std::vector<size_t>& wanted,
+                 const PlanOptions& options)
+      : m_solver(set, wanted, PlanProblem::Extent::AnySubset, options),
+        m_problem(m_solver.Problem()),
+        m_isIgnored(m_problem.Modules().size()) {
+    for (const size_t position : wanted) {
+      const std::uint32_t module = m_problem.FindModule(position);
+      if (std::find(m_wanted.begin(), m_wanted.end(), module) == m_wanted.end()) {
+        m_wanted.push_back(module);
+      }
+    }
+  }
+
+  std::vector<PlanConflict> Find() {
+    std::vector<PlanConflict> conflicts;
+    Numbers plan = Solve(m_wanted);
+    while (conflicts.size() < kMaxPlanConflicts && MaySolve()) {
+      std::optional<Violation> violation = FindViolation(plan);
+      if (!violation) {
+        break;
+      }
+      const Numbers wanted = Minimize(plan, *violation);
+      Numbers smallest = Solve(wanted);
+      if (std::optional<Violation> first = FindViolation(smallest)) {
+        violation = std::move(first);
+      } else {  // only if the search ended at its bound
+        smallest = plan;
+      }
+      std::vector<Description> described = Describe(wanted, smallest, *violation);
+      Ignore(*violation);
+      plan = Solve(m_wanted);
+      for (Description& one : described) {
+        if (conflicts.size() < kMaxPlanConflicts) {
+          AddFixWithModule(*violation, one.missing, plan, one.conflict);
+          conflicts.push_back(std::move(one.conflict));
+        }
+      }
+    }
+    return conflicts;
+  }
+
+ private:
+  struct Description {
+    PlanConflict conflict;
+    const Requirement* missing;  ///< what no module satisfies; null for an objection
+  };
+
+  bool MaySolve() const { return m_plans < kMaxConflictPlans && m_steps < kMaxConflictSteps; }
+
+  Numbers Solve(const Numbers& wanted) {
+    Numbers plan = m_solver.Solve(wanted).modules;
+    ++m_plans;
+    m_steps += m_solver.Search().Steps();
+    return plan;
+  }
+
+  const Module& ModuleAt(std::uint32_t module) const {
+    return m_problem.Set().Modules()[m_problem.Modules()[module].position];
+  }
+
+  const std::string& NameOf(std::uint32_t module) const {
+    return GetNameInSentence(ModuleAt(module));
+  }
+
+  /// Returns the ID and version of a module, for telling it from others of its ID.
+  std::string DescribeVersion(std::uint32_t module) const {
+    return NameOf(module) + ' ' + ModuleAt(module).version;
+  }
+
+  /// Returns the first thing that is wrong with a plan.
+  std::optional<Violation> FindViolation(const Numbers& plan) const {
+    for (const std::uint32_t module : plan) {
+      if (m_problem.Modules()[module].cost[PlanCost::Missing] > 0 && !m_isIgnored[module]) {
+        return Violation{true, {module}};
+      }
+    }
+    Numbers objection = m_solver.Search().FindObjection(plan);
+    return objection.empty() ? std::nullopt : std::optional(Violation{false, std::move(objection)});
+  }
+
+  bool IsClean(const Numbers& plan) const { return !FindViolation(plan); }
+
+  /// Returns wanted modules without any of which no violation remains. Begins with those from which
+  /// a violation is reached, and leaves out one after the other.
+  Numbers Minimize(const Numbers& plan, const Violation& violation) {
+    Numbers sources;
+    for (const Numbers& chain : FindChains(m_wanted, plan, violation.modules)) {
+      sources.push_back(chain.front());
+    }
+    Numbers needed;
+    std::copy_if(m_wanted.begin(), m_wanted.end(), std::back_inserter(needed),
+                 [&](std::uint32_t module) {
+                   return std::find(sources.begin(), sources.end(), module) != sources.end();
+                 });
+    if (needed.empty() || IsClean(Solve(needed))) {
+      needed = m_wanted;
+    }
+    for (size_t at = 0; needed.size() > 1 && at < needed.size() && MaySolve();) {
+      Numbers fewer = needed;
+      fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(at));
+      if (IsClean(Solve(fewer))) {
+        ++at;
+      } else {
+        needed = std::move(fewer);
+      }
+    }
+    return needed;
+  }
+
+  /// Returns the shortest chain from a wanted module to each target that a plan has.
+  std::vector<Numbers> FindChains(const Numbers& wanted, const Numbers& plan,
+                                  const Numbers& targets) const {
+    std::vector<std::uint32_t> neededBy(m_problem.Modules().size(), kNone);
+    Numbers queue;
+    const auto visit = [&](std::uint32_t module, std::uint32_t user) {
+      if (neededBy[module] == kNone) {
+        neededBy[module] = user;
+        queue.push_back(module);
+      }
+    };
+    for (const std::uint32_t module : wanted) {
+      visit(module, module);
+    }
+    for (size_t next = 0; next < queue.size(); ++next) {
+      for (const std::uint32_t need : m_problem.Modules()[queue[next]].needs) {
+        if (const std::uint32_t provider = m_solver.FindProvider(plan, need); provider != kNone) {
+          visit(provider, queue[next]);
+        }
+      }
+    }
+    std::vector<Numbers> chains;
+    for (const std::uint32_t target : targets) {
+      if (neededBy[target] == kNone) {
+        continue;
+      }
+      Numbers chain{target};
+      while (neededBy[chain.back()] != chain.back()) {
+        chain.push_back(neededBy[chain.back()]);
+      }
+      std::reverse(chain.begin(), chain.end());
+      chains.push_back(std::move(chain));
+    }
+    return chains;
+  }
+
+  std::vector<size_t> PositionsOf(const Numbers& modules) const {
+    std::vector<size_t> positions;
+    positions.reserve(modules.size());
+    for (const std::uint32_t module : modules) {
+      positions.push_back(m_problem.Modules()[module].position);
+    }
+    return positions;
+  }
+
+  std::vector<size_t> InOrderOfSet(const Numbers& modules) const {
+    std::vector<size_t> positions = PositionsOf(modules);
+    std::sort(positions.begin(), positions.end());
+    return positions;
+  }
+
+  /// Describes a violation of the plan for some of the wanted modules: one conflict for each
+  /// requirement that lacks a module, or one for an objection.
+  std::vector<Description> Describe(const Numbers& wanted, const Numbers& plan,
+                                    const Violation& violation) {
+    PlanConflict conflict;
+    conflict.wanted = PositionsOf(wanted);
+    conflict.modules = PositionsOf(violation.modules);
+    Numbers onChains;
+    for (const Numbers& chain : FindChains(wanted, plan, violation.modules)) {
+      conflict.chains.push_back(PositionsOf(chain));
+      onChains.insert(onChains.end(), chain.begin() + 1, chain.end());
+    }
+    for (const std::uint32_t module : wanted) {
+      AddFixWithout(module, wanted, plan, conflict);
+    }
+    const std::string others = ExplainOthers(wanted, onChains, violation);
+    if (!violation.isMissing) {
+      conflict.text = ExplainObjection(violation.modules) + others;
+      return {{conflict, nullptr}};
+    }
+    std::vector<Description> descriptions;
+    const std::uint32_t user = violation.modules.front();
+    for (const Requirement* const requirement : FindMissing(user)) {
+      conflict.text = NameOf(user) + " needs " + FormatRequirement(*requirement) + ": " +
+                      m_problem.Set().ExplainMissing(*requirement) + others;
+      descriptions.push_back({conflict, requirement});
+    }
+    return descriptions;
+  }
+
+  /// Returns the first requirements of a module that no module satisfies.
+  std::vector<const Requirement*> FindMissing(std::uint32_t module) const {
+    const std::vector<std::uint32_t>& needs = m_problem.Modules()[module].rowNeeds;
+    std::vector<const Requirement*> missing;
+    for (size_t row = 0; row < needs.size() && missing.size() < kMaxPlanConflicts; ++row) {
+      if (needs[row] != kNone && m_problem.Needs()[needs[row]].candidates.empty()) {
+        missing.push_back(&ModuleAt(module).requirements[row]);
+      }
+    }
+    return missing;
+  }
+
+  /// Returns the row with which one module excludes another; null if it has none.
+  const Exclusion* FindExclusion(std::uint32_t excluding, std::uint32_t excluded) const {
+    const Module& module = ModuleAt(excluded);
+    for (const Exclusion& row : ModuleAt(excluding).exclusions) {
+      if (!row.moduleId.empty() &&
+          Excludes(row, module.moduleId, module.language, module.version)) {
+        return &row;
+      }
+    }
+    return nullptr;
+  }
+
+  std::string ExplainObjection(const Numbers& modules) const {
+    if (const std::string& text = m_solver.FindText(modules); !text.empty()) {
+      return text;
+    }
+    for (const auto& [excluding, excluded] :
+         {std::pair(modules.front(), modules.back()), {modules.back(), modules.front()}}) {
+      if (const Exclusion* const row = FindExclusion(excluding, excluded)) {
+        return NameOf(excluding) + " excludes " + FormatExcludedVersions(*row) + " of " +
+               NameOf(excluded) + ", which has version " + ModuleAt(excluded).version;
+      }
+    }
+    std::vector<std::string> names;
+    for (const std::uint32_t module : modules) {
+      names.push_back(NameOf(module));
+    }
+    return JoinTexts(names, " and ") + " cannot be merged together";
+  }
+
+  /// Returns what else is wrong if another candidate is taken for a module on a chain: one sentence
+  /// for each of the last few, each planned.
+  std::string ExplainOthers(const Numbers& wanted, const Numbers& onChains,
+                            const Violation& violation) {
+    constexpr size_t kMaxOthers = 3;
+    std::string text;
+    size_t tried = 0;
+    for (auto module = onChains.rbegin();
+         module != onChains.rend() && tried < kMaxOthers && MaySolve(); ++module, ++tried) {
+      m_solver.Search().Avoid(*module);
+      const Numbers plan = Solve(wanted);
+      m_solver.Search().Permit(*module);
+      const auto isOther = [&](std::uint32_t one) {
+        return m_problem.Modules()[one].id == m_problem.Modules()[*module].id;
+      };
+      const auto other = std::find_if(plan.begin(), plan.end(), isOther);
+      const std::optional<Violation> first = FindViolation(plan);
+      if (other == plan.end() || !first || std::binary_search(plan.begin(), plan.end(), *module)) {
+        continue;
+      }
+      if (first->modules != violation.modules) {
+        text += "; with " + DescribeVersion(*other) + " instead of " + DescribeVersion(*module) +
+                ", " +
+                (first->isMissing ? NameOf(first->modules.front()) + " lacks a module"
+                                  : ExplainObjection(first->modules));
+      }
+    }
+    return text;
+  }
+
+  /// Plans without one of the wanted modules and adds that as a fix.
+  void AddFixWithout(std::uint32_t dropped, const Numbers& wanted, const Numbers& before,
+                     PlanConflict& conflict) {
+    if (m_wanted.size() == 1 || !MaySolve()) {
+      return;
+    }
+    Numbers rest = m_wanted;
+    rest.erase(std::remove(rest.begin(), rest.end(), dropped), rest.end());
+    const Numbers plan = Solve(rest);
+    const bool isClean = IsClean(plan);
+    Numbers others = wanted;
+    others.erase(std::remove(others.begin(), others.end(), dropped), others.end());
+    if (!isClean && !others.empty() && !IsClean(Solve(others))) {
+      return;
+    }
+    PlanFix fix;
+    fix.drop = PositionsOf({dropped});
+    fix.modules = InOrderOfSet(plan);
+    fix.text = "without " + NameOf(dropped) +
+               (isClean ? " the rest can be merged" : " this conflict does not arise");
+    for (const std::uint32_t module : plan) {
+      const auto isLower = [&](std::uint32_t one) {
+        return m_problem.Modules()[one].id == m_problem.Modules()[module].id &&
+               CompareVersionTexts(ModuleAt(one).version, ModuleAt(module).version) < 0;
+      };
+      if (!std::binary_search(before.begin(), before.end(), module) &&
+          std::any_of(before.begin(), before.end(), isLower)) {
+        fix.text += ", with " + DescribeVersion(module);
+      }
+    }
+    conflict.fixes.push_back(std::move(fix));
+  }
+
+  void Ignore(const Violation& violation) {
+    if (violation.isMissing) {
+      m_isIgnored[violation.modules.front()] = true;
+      m_solver.Search().IgnoreMissing(violation.modules.front());
+    } else {
+      m_solver.Search().RemoveObjection(violation.modules);
+    }
+  }
+
+  /// Adds the module that would end a conflict if the set had it. `plan` is what can be planned
+  /// then.
+  void AddFixWithModule(const Violation& violation, const Requirement* missing, const Numbers& plan,
+                        PlanConflict& conflict) {
+    std::string lacking;
+    if (missing) {
+      lacking = missing->moduleId.empty() ? "" : FormatWanted(*missing);
+    } else if (violation.modules.size() == 2) {
+      const auto isWanted = [&](std::uint32_t module) {
+        return std::find(m_wanted.begin(), m_wanted.end(), module) != m_wanted.end();
+      };
+      const std::uint32_t first = violation.modules.front();
+      const std::uint32_t second = violation.modules.back();
+      for (const auto& [excluding, excluded] : {std::pair(first, second), {second, first}}) {
+        if (lacking.empty() && !isWanted(excluded) && FindExclusion(excluding, excluded)) {
+          lacking =
+              ModuleAt(excluded).moduleId + " that " + NameOf(excluding) + " does not exclude";
+        }
+      }
+    }
+    if (!lacking.empty()) {
+      conflict.fixes.push_back({"a module " + lacking + " is missing", {}, InOrderOfSet(plan)});
+    }
+  }
+
+  static std::string FormatWanted(const Requirement& requirement) {
+    std::string text = requirement.moduleId;
+    if (requirement.language.value_or(0) != 0) {
+      text += " for " + std::to_string(*requirement.language);
+    }
+    return requirement.version.empty()
+               ? text
+               : text + " with version " + requirement.version + " or higher";
+  }
+
+  PlanSolver m_solver;
+  const PlanProblem& m_problem;
+  Numbers m_wanted;
+  std::vector<bool> m_isIgnored;  ///< by module: what it lacks
+  size_t m_plans = 0;
+  std::uint64_t m_steps = 0;
+};
+
+}  // namespace
+
+std::vector<PlanConflict> FindPlanConflicts(const ModuleIndex& set,
+                                            const std::vector<size_t>& wanted,
+                                            const PlanOptions& options) {
+  return ConflictFinder(set, wanted, options).Find();
+}
+
+}  // namespace qm::merge

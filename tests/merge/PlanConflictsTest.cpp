@@ -1,0 +1,88 @@
+#include "merge/PlanConflicts.h"
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include "tests/support/MergeModules.h"
+
+namespace qm::tests {
+
+namespace {
+
+using testing::ElementsAre;
+using testing::IsEmpty;
+
+merge::Module Excluding(merge::Module module, std::vector<merge::Exclusion> exclusions) {
+  module.exclusions = std::move(exclusions);
+  return module;
+}
+
+/// Returns a conflict as text: what it is, its chains and its fixes, one a line.
+std::string Describe(const std::vector<merge::Module>& modules,
+                     const merge::PlanConflict& conflict) {
+  std::string text = conflict.text + '\n';
+  for (const std::vector<size_t>& chain : conflict.chains) {
+    for (const size_t module : chain) {
+      text += (module == chain.front() ? "" : " -> ") + modules[module].moduleId;
+    }
+    text += '\n';
+  }
+  for (const merge::PlanFix& fix : conflict.fixes) {
+    text += "fix: " + fix.text + '\n';
+  }
+  return text;
+}
+
+TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
+  const struct {
+    const char* name;
+    std::vector<merge::Module> modules;
+    std::vector<size_t> wanted;
+    std::vector<std::string> conflicts;
+  } cases[] = {
+      {"a choice without conflict",
+       {Module("P", "1", 0, {{"Y", 0, ""}, {"Z", 0, ""}}), Module("Y", "1", 0), Module("Y", "2", 0),
+        Excluding(Module("Z", "1", 0), {{"Y", 0, "2", ""}})},
+       {0},
+       {}},
+      {"an exclusion between what two wanted modules need",
+       {Module("P", "1", 0, {{"Y", 0, "2"}}), Module("Q", "1", 0, {{"Z", 0, ""}}),
+        Module("Y", "2", 0), Excluding(Module("Z", "1", 0), {{"Y", 0, "2", ""}}),
+        Module("Other", "1", 0)},
+       {0, 4, 1},
+       {"Z:0 excludes versions from 2 of Y:0, which has version 2\n"
+        "P -> Y\nQ -> Z\n"
+        "fix: without P:0 the rest can be merged\n"
+        "fix: without Q:0 the rest can be merged\n"
+        "fix: a module Y that Z:0 does not exclude is missing\n"}},
+      {"dropping a module allows a higher version",
+       {Module("P", "1", 0, {{"Y", 0, ""}}), Excluding(Module("Q", "1", 0), {{"Y", 0, "", ""}}),
+        Module("Y", "2", 0), Module("Y", "1", 0)},
+       {0, 1},
+       {"Q:0 excludes every version of Y:0, which has version 2; with Y:0 1 instead of Y:0 2, "
+        "Q:0 excludes every version of Y:0, which has version 1\n"
+        "Q\nP -> Y\n"
+        "fix: without P:0 the rest can be merged\n"
+        "fix: without Q:0 the rest can be merged\n"
+        "fix: a module Y that Q:0 does not exclude is missing\n"}},
+      {"two independent conflicts",
+       {Module("P", "1", 0, {{"Y", 1031, "2"}, {"Gone", 0, ""}}), Module("Y", "1", 0)},
+       {0},
+       {"P:0 needs Y:1031, at least 2: no module of this ID is for 1031\nP\n"
+        "fix: a module Y for 1031 with version 2 or higher is missing\n",
+        "P:0 needs Gone: no module has this ID\nP\nfix: a module Gone is missing\n"}},
+  };
+  for (const auto& [name, modules, wanted, conflicts] : cases) {
+    SCOPED_TRACE(name);
+    std::vector<std::string> texts;
+    for (const merge::PlanConflict& conflict :
+         merge::FindPlanConflicts(merge::ModuleIndex(modules), wanted)) {
+      texts.push_back(Describe(modules, conflict));
+    }
+    EXPECT_EQ(conflicts, texts);
+  }
+}
+
+}  // namespace
+
+}  // namespace qm::tests

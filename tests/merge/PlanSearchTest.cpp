@@ -1,0 +1,168 @@
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <array>
+#include <random>
+
+#include "merge/MergePlan.h"
+#include "tests/support/MergeModules.h"
+
+namespace qm::tests {
+
+namespace {
+
+/// A small set with objections, from a seed.
+struct RandomSet {
+  std::vector<merge::Module> modules;
+  std::vector<size_t> wanted;
+  std::vector<std::vector<size_t>> objections;
+
+  explicit RandomSet(unsigned seed) {
+    std::mt19937 random(seed);
+    const auto below = [&](unsigned limit) { return static_cast<unsigned>(random() % limit); };
+    const long languages[] = {0, 9, 1031, 1033};
+    const char* const ids[] = {"A", "B", "C", "D"};
+    const size_t count = 6 + below(3);
+    for (size_t i = 0; i < count; ++i) {
+      merge::Module module =
+          Module(ids[below(4)], std::to_string(1 + below(3)), languages[below(4)]);
+      module.platform = below(4) == 0 ? "x64" : "Intel";
+      for (unsigned row = below(4); row > 0; --row) {
+        module.requirements.push_back({below(12) == 0 ? "Gone" : ids[below(4)],
+                                       below(3) == 0 ? languages[below(4)] : 0,
+                                       below(2) == 0 ? std::to_string(1 + below(3)) : ""});
+      }
+      if (below(3) == 0) {
+        const std::string lowest = below(2) == 0 ? "2" : "";
+        module.exclusions.push_back(
+            {ids[below(4)], std::nullopt, lowest, lowest.empty() ? "2" : ""});
+      }
+      modules.push_back(module);
+    }
+    wanted.push_back(below(static_cast<unsigned>(count)));
+    if (const size_t second = below(static_cast<unsigned>(count)); second != wanted.front()) {
+      wanted.push_back(second);
+    }
+    for (unsigned i = below(4); i > 0; --i) {
+      std::vector<size_t> together;
+      for (unsigned size = 1 + below(3); size > 0; --size) {
+        together.push_back(below(static_cast<unsigned>(count)));
+      }
+      std::sort(together.begin(), together.end());
+      together.erase(std::unique(together.begin(), together.end()), together.end());
+      objections.push_back(together);
+    }
+    std::sort(objections.begin(), objections.end());
+    objections.erase(std::unique(objections.begin(), objections.end()), objections.end());
+  }
+};
+
+using Cost = std::array<long, 8>;
+
+/// Returns what a plan costs by the goals that PlanMerge documents; std::nullopt if it lacks a
+/// module that the set has.
+std::optional<Cost> CostOf(const RandomSet& set, const merge::ModuleIndex& index,
+                           const std::vector<bool>& plan) {
+  Cost cost{};
+  const auto& modules = set.modules;
+  std::vector<std::vector<size_t>> objections = set.objections;
+  for (size_t i = 0; i < modules.size(); ++i) {
+    if (!plan[i]) {
+      continue;
+    }
+    std::vector<std::string> needs;
+    for (const merge::Requirement& requirement : modules[i].requirements) {
+      if (merge::IsMetWithin(modules[i], requirement)) {
+        continue;
+      }
+      const auto candidates = index.FindCandidates(requirement, modules[i]);
+      cost[0] += candidates.empty() ? 1 : 0;
+      const std::string text = requirement.moduleId + '/' + requirement.version + '/' +
+                               std::to_string(*requirement.language);
+      if (candidates.empty() || std::find(needs.begin(), needs.end(), text) != needs.end()) {
+        continue;
+      }
+      needs.push_back(text);
+      const auto taken = std::find_if(candidates.begin(), candidates.end(),
+                                      [&](const auto& one) { return plan[one.module]; });
+      if (taken == candidates.end()) {
+        return std::nullopt;
+      }
+      cost[1] += taken->platform == merge::PlatformMatch::Wrong ? 1 : 0;
+      cost[3] += taken->platform == merge::PlatformMatch::Other ? 1 : 0;
+      cost[4] += static_cast<long>(taken->language);
+    }
+    std::vector<std::string> higher;
+    bool isFirst = true;
+    for (size_t j = 0; j < modules.size(); ++j) {
+      const bool isSameId = modules[i].moduleId == modules[j].moduleId;
+      const bool isHigher = isSameId && modules[j].version > modules[i].version;
+      isFirst = isFirst && !(isSameId && j < i && plan[j]);
+      cost[7] +=
+          isHigher || (isSameId && j < i && modules[j].version == modules[i].version) ? 1 : 0;
+      if (isHigher && std::find(higher.begin(), higher.end(), modules[j].version) == higher.end()) {
+        higher.push_back(modules[j].version);
+      }
+      for (const merge::Exclusion& row : modules[i].exclusions) {
+        if (i != j && plan[j] &&
+            merge::Excludes(row, modules[j].moduleId, modules[j].language, modules[j].version)) {
+          objections.push_back({std::min(i, j), std::max(i, j)});
+        }
+      }
+    }
+    cost[2] += isFirst ? 0 : 1;
+    cost[5] += static_cast<long>(higher.size());
+    ++cost[6];
+  }
+  std::sort(objections.begin(), objections.end());
+  objections.erase(std::unique(objections.begin(), objections.end()), objections.end());
+  cost[1] += std::count_if(objections.begin(), objections.end(), [&](const auto& together) {
+    return std::all_of(together.begin(), together.end(), [&](size_t at) { return plan[at]; });
+  });
+  return cost;
+}
+
+merge::FindObjections Objecting(const std::vector<std::vector<size_t>>& objections) {
+  return [&objections](const std::vector<size_t>& plan) {
+    std::vector<merge::Objection> found;
+    for (const std::vector<size_t>& together : objections) {
+      if (std::includes(plan.begin(), plan.end(), together.begin(), together.end())) {
+        found.push_back({together, ""});
+      }
+    }
+    return found;
+  };
+}
+
+TEST(PlanSearchTest, NoPlanThatAnExhaustiveSearchFindsIsBetter) {
+  for (unsigned seed = 0; seed < 1000; ++seed) {
+    SCOPED_TRACE(seed);
+    const RandomSet set(seed);
+    const merge::ModuleIndex index(set.modules);
+    merge::PlanOptions options;
+    options.findObjections = Objecting(set.objections);
+    const merge::MergePlan plan = merge::PlanMerge(index, set.wanted, options);
+    std::vector<bool> planned(set.modules.size());
+    for (const merge::PlannedModule& module : plan.modules) {
+      planned[module.module] = true;
+    }
+    std::optional<Cost> best;
+    for (unsigned bits = 0; bits < 1U << set.modules.size(); ++bits) {
+      std::vector<bool> other(set.modules.size());
+      for (size_t i = 0; i < other.size(); ++i) {
+        other[i] = (bits >> i & 1U) != 0;
+      }
+      if (std::all_of(set.wanted.begin(), set.wanted.end(), [&](size_t at) { return other[at]; })) {
+        const std::optional<Cost> cost = CostOf(set, index, other);
+        best = cost && (!best || *cost < *best) ? cost : best;
+      }
+    }
+    ASSERT_TRUE(plan.isProven);
+    ASSERT_EQ(*best, CostOf(set, index, planned));
+  }
+}
+
+}  // namespace
+
+}  // namespace qm::tests
