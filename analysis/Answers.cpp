@@ -101,84 +101,6 @@ STDMETHODIMP SetFindingValue::get_Module(ISetModule** value) {
 STDMETHODIMP SetFindingValue::get_Column(BSTR* value) { return AnswerUtf8(value, m_value.column); }
 STDMETHODIMP SetFindingValue::get_Value(BSTR* value) { return AnswerUtf8(value, m_value.value); }
 
-void PlannedModule::Init(SharedSet set, const merge::PlannedModule& planned) {
-  m_set = std::move(set);
-  m_planned = planned;
-}
-
-STDMETHODIMP PlannedModule::get_Module(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_planned.module); });
-}
-STDMETHODIMP PlannedModule::get_NeededBy(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_planned.neededBy); });
-}
-STDMETHODIMP PlannedModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_planned.reason); }
-
-void MissingModule::Init(SharedSet set, const merge::MissingModule& missing) {
-  m_set = std::move(set);
-  m_missing = missing;
-}
-
-STDMETHODIMP MissingModule::get_NeededBy(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_missing.neededBy); });
-}
-STDMETHODIMP MissingModule::get_Requirement(ISetRequirement** value) {
-  return Answer(value, [&] {
-    return com::MakeObject<SetRequirement>(m_set, m_missing.neededBy, m_missing.requirement);
-  });
-}
-STDMETHODIMP MissingModule::get_Reason(BSTR* value) { return AnswerUtf8(value, m_missing.reason); }
-
-void MergePlan::Init(SharedSet set, merge::MergePlan plan) {
-  m_set = std::move(set);
-  m_plan = std::make_shared<const merge::MergePlan>(std::move(plan));
-}
-
-STDMETHODIMP MergePlan::get_Modules(IPlannedModules** value) {
-  return Answer(value, [&] {
-    return MakeCollection<IPlannedModules, IPlannedModule>(
-        m_plan->modules.size(),
-        [set = m_set, plan = m_plan](size_t at) {
-          return com::MakeObject<PlannedModule>(set, plan->modules[at]);
-        },
-        [set = m_set, plan = m_plan](size_t at) {
-          return set->ModuleAt(plan->modules[at].module).key;
-        });
-  });
-}
-
-STDMETHODIMP MergePlan::get_Missing(IMissingModules** value) {
-  return Answer(value, [&] {
-    return MakeCollection<IMissingModules, IMissingModule>(
-        m_plan->missing.size(),
-        [set = m_set, plan = m_plan](size_t at) {
-          return com::MakeObject<MissingModule>(set, plan->missing[at]);
-        },
-        [plan = m_plan](size_t at) { return MakeRequiredKey(plan->missing[at].requirement); });
-  });
-}
-
-STDMETHODIMP MergePlan::get_Cycles(ISetCycles** value) {
-  return Answer(value, [&] {
-    return MakeCollection<ISetCycles, ISetModules>(
-        m_plan->cycles.size(),
-        [set = m_set, plan = m_plan](size_t at) { return MakeModules(set, plan->cycles[at]); },
-        nullptr);
-  });
-}
-
-void ModuleUser::Init(SharedSet set, const merge::ModuleUser& user) noexcept {
-  m_set = std::move(set);
-  m_user = user;
-}
-
-STDMETHODIMP ModuleUser::get_Module(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_user.module); });
-}
-STDMETHODIMP ModuleUser::get_Through(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_user.through); });
-}
-
 void FileDeliverer::Init(SharedSet set, const merge::Deliverer& deliverer) {
   m_set = std::move(set);
   m_deliverer = deliverer;
@@ -261,14 +183,6 @@ STDMETHODIMP SetFailure::get_Text(BSTR* value) { return AnswerUtf8(value, m_fail
 STDMETHODIMP SetFailure::get_Code(long* value) { return AnswerNumber(value, m_failure->code); }
 STDMETHODIMP SetFailure::get_Module(ISetModule** value) {
   return Answer(value, [&] { return MakeModule(m_set, m_failure->module); });
-}
-
-IModuleUsers* MakeUsers(const SharedSet& set, std::vector<merge::ModuleUser> users) {
-  const auto shared = std::make_shared<const std::vector<merge::ModuleUser>>(std::move(users));
-  return MakeCollection<IModuleUsers, IModuleUser>(
-      shared->size(),
-      [set, shared](size_t at) { return com::MakeObject<ModuleUser>(set, (*shared)[at]); },
-      [set, shared](size_t at) { return set->ModuleAt((*shared)[at].module).key; });
 }
 
 }  // namespace qm::analysis

@@ -5,8 +5,6 @@
 #include "analysis/SetObject.h"
 #include "merge/FileSearch.h"
 #include "merge/Findings.h"
-#include "merge/MergePlan.h"
-#include "merge/ModuleUsers.h"
 
 namespace qm::analysis {
 
@@ -46,61 +44,6 @@ class SetFindingValue : public SetObject<ISetFindingValue> {
  private:
   SharedSet m_set;
   merge::FindingValue m_value;
-};
-
-/// A module of a plan.
-class PlannedModule : public SetObject<IPlannedModule> {
- public:
-  void Init(SharedSet set, const merge::PlannedModule& planned);
-
-  STDMETHOD(get_Module)(ISetModule** value) override;
-  STDMETHOD(get_NeededBy)(ISetModule** value) override;
-  STDMETHOD(get_Reason)(BSTR* value) override;
-
- private:
-  SharedSet m_set;
-  merge::PlannedModule m_planned;
-};
-
-/// A requirement that no module satisfies.
-class MissingModule : public SetObject<IMissingModule> {
- public:
-  void Init(SharedSet set, const merge::MissingModule& missing);
-
-  STDMETHOD(get_NeededBy)(ISetModule** value) override;
-  STDMETHOD(get_Requirement)(ISetRequirement** value) override;
-  STDMETHOD(get_Reason)(BSTR* value) override;
-
- private:
-  SharedSet m_set;
-  merge::MissingModule m_missing;
-};
-
-/// The plan of a merge.
-class MergePlan : public SetObject<IMergePlan> {
- public:
-  void Init(SharedSet set, merge::MergePlan plan);
-
-  STDMETHOD(get_Modules)(IPlannedModules** value) override;
-  STDMETHOD(get_Missing)(IMissingModules** value) override;
-  STDMETHOD(get_Cycles)(ISetCycles** value) override;
-
- private:
-  SharedSet m_set;
-  std::shared_ptr<const merge::MergePlan> m_plan;
-};
-
-/// A module that needs another one.
-class ModuleUser : public SetObject<IModuleUser> {
- public:
-  void Init(SharedSet set, const merge::ModuleUser& user) noexcept;
-
-  STDMETHOD(get_Module)(ISetModule** value) override;
-  STDMETHOD(get_Through)(ISetModule** value) override;
-
- private:
-  SharedSet m_set;
-  merge::ModuleUser m_user{};
 };
 
 /// A module that delivers a file.
@@ -153,8 +96,5 @@ class SetFailure : public SetObject<ISetFailure> {
   SharedSet m_set;
   const LoadFailure* m_failure = nullptr;
 };
-
-/// Makes a collection of modules that need another one.
-IModuleUsers* MakeUsers(const SharedSet& set, std::vector<merge::ModuleUser> users);
 
 }  // namespace qm::analysis

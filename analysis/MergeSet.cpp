@@ -5,15 +5,17 @@
 #include <set>
 
 #include "analysis/Answers.h"
+#include "analysis/CheckOptions.h"
 #include "analysis/FileItem.h"
 #include "analysis/LoadSet.h"
 #include "analysis/ModuleItem.h"
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
+#include "analysis/SetModuleUser.h"
+#include "analysis/SetPlan.h"
 #include "com/error/Raise.h"
 #include "com/frame/TextListArgument.h"
 #include "common/Bstr.h"
-#include "merge/MergePlan.h"
 
 namespace qm::analysis {
 
@@ -32,19 +34,15 @@ std::vector<size_t> AllPositions(const SetData& set) {
 
 std::vector<merge::Finding> CheckModules(const SetData& set, const std::vector<size_t>& scope,
                                          merge::CheckedAs checkedAs) {
-  merge::CheckOptions options;
+  merge::CheckOptions options = MakeCheckOptions(set);
   options.checkedAs = checkedAs;
-  options.resolve = [&](size_t module, std::string_view directory) {
-    return set.ResolveFolder(module, directory);
-  };
-  options.spell = SetData::SpellFolder;
   return merge::CheckModules(set.Index(), scope, options);
 }
 
 /// Returns the modules of a plan, which are those at `wanted` and what they need.
 std::vector<size_t> AddNeeded(const SetData& set, const std::vector<size_t>& wanted) {
   std::vector<size_t> scope;
-  for (const merge::PlannedModule& planned : merge::PlanMerge(set.Index(), wanted).modules) {
+  for (const merge::PlannedModule& planned : PlanModules(set, wanted).modules) {
     scope.push_back(planned.module);
   }
   return scope;
@@ -151,8 +149,7 @@ STDMETHODIMP CMergeSet::Plan(VARIANT modules, IMergePlan** plan) {
   return Answer(plan, [&] {
     const std::vector<common::WideString> keys = ReadKeys(modules);
     const SharedSet set = RequireSet();
-    return com::MakeObject<MergePlan>(set,
-                                      merge::PlanMerge(set->Index(), RequireModules(*set, keys)));
+    return com::MakeObject<SetPlan>(set, RequireModules(*set, keys));
   });
 }
 

@@ -1,9 +1,9 @@
 #include "analysis/ModuleItem.h"
 
-#include "analysis/Answers.h"
 #include "analysis/FileItem.h"
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
+#include "analysis/SetModuleUser.h"
 #include "analysis/TableItems.h"
 
 namespace qm::analysis {
@@ -119,8 +119,7 @@ STDMETHODIMP SetModule::get_Number(long* value) {
 }
 
 STDMETHODIMP SetModule::get_Users(IModuleUsers** value) {
-  return Answer(value,
-                [&] { return MakeUsers(m_set, m_set->Users().Find({m_position})); });
+  return Answer(value, [&] { return MakeUsers(m_set, m_set->Users().Find({m_position})); });
 }
 
 ISetModule* MakeModule(const SharedSet& set, std::optional<size_t> position) {

@@ -2,7 +2,9 @@
 
 #include "analysis/ModuleItem.h"
 #include "analysis/SetCollection.h"
+#include "analysis/SetModuleUser.h"
 #include "merge/Findings.h"
+#include "merge/MergePlan.h"
 
 namespace qm::analysis {
 
@@ -91,6 +93,10 @@ STDMETHODIMP SetRequirement::get_Reason(BSTR* value) {
   return AnswerText(value, [&] { return text::ToWide(Choose().reason); });
 }
 
+STDMETHODIMP SetRequirement::get_Text(BSTR* value) {
+  return AnswerText(value, [&] { return text::ToWide(merge::FormatRequirement(m_requirement)); });
+}
+
 void SetExclusion::Init(SharedSet set, const ModuleExclusion& row) noexcept {
   m_set = std::move(set);
   m_row = row;
@@ -125,6 +131,10 @@ STDMETHODIMP SetExclusion::get_ExcludedModules(ISetModules** value) {
     return MakeModules(m_set,
                        merge::FindExcludedModules(m_set->Index(), m_row.module, *m_row.exclusion));
   });
+}
+
+STDMETHODIMP SetExclusion::get_BroughtInBy(IModuleUsers** value) {
+  return Answer(value, [&] { return MakeUsers(m_set, m_set->Users().Find({m_row.module})); });
 }
 
 ISetExclusions* MakeExclusions(const SharedSet& set, std::vector<ModuleExclusion> rows) {

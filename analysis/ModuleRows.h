@@ -54,9 +54,10 @@ class SetRequirement : public SetObject<ISetRequirement> {
   STDMETHOD(get_IsMetWithin)(VARIANT_BOOL* value) override;
   STDMETHOD(get_SatisfiedBy)(ISetModule** value) override;
   STDMETHOD(get_Reason)(BSTR* value) override;
+  STDMETHOD(get_Text)(BSTR* value) override;
 
  private:
-  /// Chooses the module that satisfies it, as a plan does.
+  /// Chooses the module that satisfies it best.
   merge::Choice Choose() const;
 
   SharedSet m_set;
@@ -82,6 +83,7 @@ class SetExclusion : public SetObject<ISetExclusion> {
   STDMETHOD(get_MaxVersion)(BSTR* value) override;
   STDMETHOD(get_CarriedFrom)(BSTR* value) override;
   STDMETHOD(get_ExcludedModules)(ISetModules** value) override;
+  STDMETHOD(get_BroughtInBy)(IModuleUsers** value) override;
 
  private:
   SharedSet m_set;

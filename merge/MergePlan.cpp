@@ -39,8 +39,16 @@ class PlanWriter {
   }
 
   MergePlan Take() {
+    std::vector<std::uint32_t> lastUsers(m_problem.Modules().size(), kNone);
     for (const std::uint32_t module : m_order) {
       m_plan.modules.push_back(Explain(module));
+      for (const std::uint32_t need : At(module).needs) {
+        const std::uint32_t provider = m_providers[need];
+        if (lastUsers[provider] != module) {
+          lastUsers[provider] = module;
+          m_plan.modules.back().needs.push_back(At(provider).position);
+        }
+      }
     }
     return std::move(m_plan);
   }

@@ -49,6 +49,8 @@ struct PlannedModule {
   std::string reason;              ///< why it was chosen
   /// The modules that satisfy everything that the plan needs this one for, best first.
   std::vector<size_t> alternatives = {};
+  /// The modules of the plan that satisfy its requirements, in their order and each once.
+  std::vector<size_t> needs = {};
 };
 
 /// The result of planning a merge.

@@ -64,13 +64,12 @@ std::vector<FileFacts> ReadFiles(ISetFiles& files) {
 
 RequirementFacts ReadRequirement(ISetRequirement& requirement) {
   return {ReadText(requirement, &ISetRequirement::get_Key),
+          ReadText(requirement, &ISetRequirement::get_Text),
           ReadText(requirement, &ISetRequirement::get_ModuleID),
           ReadOptionalNumber(requirement, &ISetRequirement::get_Language),
           ReadText(requirement, &ISetRequirement::get_Version),
           ReadText(requirement, &ISetRequirement::get_CarriedFrom),
-          ReadFlag(requirement, &ISetRequirement::get_IsMetWithin),
-          ReadOptionalPosition(requirement, &ISetRequirement::get_SatisfiedBy),
-          ReadText(requirement, &ISetRequirement::get_Reason)};
+          ReadFlag(requirement, &ISetRequirement::get_IsMetWithin)};
 }
 
 std::vector<ExclusionFacts> ReadExclusions(ISetExclusions& exclusions) {
@@ -193,9 +192,12 @@ PlanFacts ModuleSet::Plan(const std::vector<std::string>& keys) const {
   PlanFacts facts;
   ForEachItem<IPlannedModule>(
       *ReadObject(*plan, &IMergePlan::get_Modules), [&](IPlannedModule& planned) {
-        facts.modules.push_back({ReadPosition(planned, &IPlannedModule::get_Module),
-                                 ReadOptionalPosition(planned, &IPlannedModule::get_NeededBy),
-                                 ReadText(planned, &IPlannedModule::get_Reason)});
+        facts.modules.push_back(
+            {ReadPosition(planned, &IPlannedModule::get_Module),
+             ReadOptionalPosition(planned, &IPlannedModule::get_NeededBy),
+             ReadText(planned, &IPlannedModule::get_Reason),
+             ReadPositions(*ReadObject(planned, &IPlannedModule::get_Alternatives)),
+             ReadPositions(*ReadObject(planned, &IPlannedModule::get_Needs))});
       });
   ForEachItem<IMissingModule>(
       *ReadObject(*plan, &IMergePlan::get_Missing), [&](IMissingModule& missing) {
@@ -207,7 +209,30 @@ PlanFacts ModuleSet::Plan(const std::vector<std::string>& keys) const {
   ForEachItem<ISetModules>(*ReadObject(*plan, &IMergePlan::get_Cycles), [&](ISetModules& cycle) {
     facts.cycles.push_back(ReadPositions(cycle));
   });
+  facts.isProven = ReadFlag(*plan, &IMergePlan::get_IsProven);
+  facts.object = std::move(plan);
   return facts;
+}
+
+std::vector<ConflictFacts> ModuleSet::ConflictsOf(const PlanFacts& plan) const {
+  std::vector<ConflictFacts> list;
+  ForEachItem<IPlanConflict>(
+      *ReadObject(*plan.object, &IMergePlan::get_Conflicts), [&](IPlanConflict& conflict) {
+        ConflictFacts facts{SpellPathsIn(ReadText(conflict, &IPlanConflict::get_Text)),
+                            ReadPositions(*ReadObject(conflict, &IPlanConflict::get_Modules)),
+                            {},
+                            {}};
+        ForEachItem<ISetModules>(
+            *ReadObject(conflict, &IPlanConflict::get_Chains),
+            [&](ISetModules& chain) { facts.chains.push_back(ReadPositions(chain)); });
+        ForEachItem<IPlanFix>(*ReadObject(conflict, &IPlanConflict::get_Fixes), [&](IPlanFix& fix) {
+          facts.fixes.push_back({SpellPathsIn(ReadText(fix, &IPlanFix::get_Text)),
+                                 ReadPositions(*ReadObject(fix, &IPlanFix::get_Drop)),
+                                 ReadPositions(*ReadObject(fix, &IPlanFix::get_Modules))});
+        });
+        list.push_back(std::move(facts));
+      });
+  return list;
 }
 
 std::vector<RequirementFacts> ModuleSet::RequirementsOf(size_t module) const {
@@ -220,11 +245,12 @@ std::vector<RequirementFacts> ModuleSet::RequirementsOf(size_t module) const {
 
 std::vector<UserFacts> ModuleSet::UsersOf(size_t module) const {
   std::vector<UserFacts> list;
-  ForEachItem<IModuleUser>(*ReadObject(*m_modules[module].object, &ISetModule::get_Users),
-                           [&](IModuleUser& user) {
-                             list.push_back({ReadPosition(user, &IModuleUser::get_Module),
-                                             ReadPosition(user, &IModuleUser::get_Through)});
-                           });
+  ForEachItem<IModuleUser>(
+      *ReadObject(*m_modules[module].object, &ISetModule::get_Users), [&](IModuleUser& user) {
+        list.push_back({ReadPosition(user, &IModuleUser::get_Module),
+                        ReadPosition(user, &IModuleUser::get_Through),
+                        ReadPositions(*ReadObject(user, &IModuleUser::get_Chain))});
+      });
   return list;
 }
 

@@ -44,13 +44,12 @@ struct FileFacts {
 
 struct RequirementFacts {
   std::string key;
+  std::string text;  ///< "ID:1033, at least 2.0"
   std::string moduleId;
   std::optional<long> language;
   std::string version;
   std::string carriedFrom;  ///< key of a module that was merged into the one with the row
   bool isMetWithin;
-  std::optional<size_t> satisfiedBy;
-  std::string reason;  ///< why that module was chosen, or why none satisfies it
 };
 
 struct ExclusionFacts {
@@ -92,6 +91,8 @@ struct PlannedFacts {
   size_t module;
   std::optional<size_t> neededBy;
   std::string reason;
+  std::vector<size_t> alternatives;  ///< the others that would do, best first
+  std::vector<size_t> needs;         ///< what the plan takes for its requirements
 };
 
 struct MissingFacts {
@@ -100,15 +101,31 @@ struct MissingFacts {
   std::string reason;
 };
 
+struct FixFacts {
+  std::string text;
+  std::vector<size_t> drop;
+  std::vector<size_t> modules;  ///< of the plan with this fix
+};
+
+struct ConflictFacts {
+  std::string text;
+  std::vector<size_t> modules;
+  std::vector<std::vector<size_t>> chains;
+  std::vector<FixFacts> fixes;
+};
+
 struct PlanFacts {
   std::vector<PlannedFacts> modules;
   std::vector<MissingFacts> missing;
   std::vector<std::vector<size_t>> cycles;
+  bool isProven = true;
+  qm::common::ComPtr<IMergePlan> object;  ///< for further queries
 };
 
 struct UserFacts {
   size_t module;
   size_t through;
+  std::vector<size_t> chain;  ///< from the module to the one that it needs
 };
 
 struct DelivererFacts {
@@ -155,6 +172,9 @@ class ModuleSet {
   std::vector<FindingFacts> Check(const std::vector<std::string>& keys) const;
 
   PlanFacts Plan(const std::vector<std::string>& keys) const;
+
+  /// Why there is no plan to which nobody objects.
+  std::vector<ConflictFacts> ConflictsOf(const PlanFacts& plan) const;
 
   std::vector<RequirementFacts> RequirementsOf(size_t module) const;
 

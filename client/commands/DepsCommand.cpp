@@ -1,4 +1,6 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
+#include <map>
 #include <set>
 
 #include "client/catalog/ModuleSet.h"
@@ -17,13 +19,24 @@ struct Question {
   std::vector<size_t> wanted;
 };
 
-/// A requirement as text: "ID:LANGUAGE, at least VERSION".
-std::string FormatRequirement(const RequirementFacts& requirement) {
-  std::string text = requirement.moduleId;
-  if (requirement.language.value_or(0) != 0) {
-    text += ':' + std::to_string(*requirement.language);
+std::string NameOf(const Question& question, size_t position) {
+  return question.modules[position].key + ' ' + question.modules[position].version;
+}
+
+std::string JoinKeys(const Question& question, const std::vector<size_t>& chain) {
+  std::string text;
+  for (const size_t position : chain) {
+    text += (text.empty() ? "" : " -> ") + question.modules[position].key;
   }
-  return requirement.version.empty() ? text : text + ", at least " + requirement.version;
+  return text;
+}
+
+Json MakeKeysJson(const Question& question, const std::vector<size_t>& positions) {
+  Json keys = Json::array();
+  for (const size_t position : positions) {
+    keys.push_back(question.modules[position].key);
+  }
+  return keys;
 }
 
 Json MakeSetModuleJson(const ModuleFacts& module) {
@@ -43,14 +56,46 @@ Json MakeRequirementJson(const RequirementFacts& requirement) {
 // ---- Order
 
 std::string FormatCycle(const Question& question, const std::vector<size_t>& cycle) {
-  std::string text;
-  for (const size_t position : cycle) {
-    text += question.modules[position].key + " -> ";
-  }
-  return text + question.modules[cycle.front()].key;
+  return JoinKeys(question, cycle) + " -> " + question.modules[cycle.front()].key;
 }
 
-std::string FormatOrder(const Question& question, const PlanFacts& plan) {
+/// Lists the modules for which others would have done.
+std::string FormatChoices(const Question& question, const PlanFacts& plan) {
+  TextTable choices({"Chosen", "Others that would do"});
+  bool isEmpty = true;
+  for (const PlannedFacts& planned : plan.modules) {
+    std::string others;
+    for (const size_t other : planned.alternatives) {
+      others += (others.empty() ? "" : ", ") + NameOf(question, other);
+    }
+    if (!others.empty()) {
+      choices.AddRow({NameOf(question, planned.module), others});
+      isEmpty = false;
+    }
+  }
+  return isEmpty ? "" : '\n' + choices.ToString("");
+}
+
+/// Lists what keeps the modules from being merged, with the chains that lead there and the fixes.
+std::string FormatConflicts(const Question& question, const PlanFacts& plan,
+                            const std::vector<ConflictFacts>& conflicts) {
+  std::string text;
+  for (const ConflictFacts& conflict : conflicts) {
+    text += (text.empty() ? "\nConflicts\n  " : "  ") + MakePrintable(conflict.text) + '\n';
+    for (const std::vector<size_t>& chain : conflict.chains) {
+      if (chain.size() > 1) {
+        text += "    " + MakePrintable(JoinKeys(question, chain)) + '\n';
+      }
+    }
+    for (const FixFacts& fix : conflict.fixes) {
+      text += "    fix: " + MakePrintable(fix.text) + '\n';
+    }
+  }
+  return plan.isProven ? text : text + "\nNot proven: there may be a better plan\n";
+}
+
+std::string FormatOrder(const Question& question, const PlanFacts& plan,
+                        const std::vector<ConflictFacts>& conflicts) {
   TextTable order({"", "Module", "Version", "Needed by", "Reason", "Path"});
   int number = 0;
   for (const PlannedFacts& planned : plan.modules) {
@@ -59,12 +104,11 @@ std::string FormatOrder(const Question& question, const PlanFacts& plan) {
                   planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
                   module.path});
   }
-  std::string text = order.ToString("");
+  std::string text = order.ToString("") + FormatChoices(question, plan);
   if (!plan.missing.empty()) {
     TextTable missing({"Missing", "Needed by", "Reason"});
     for (const MissingFacts& one : plan.missing) {
-      missing.AddRow(
-          {FormatRequirement(one.requirement), question.modules[one.neededBy].key, one.reason});
+      missing.AddRow({one.requirement.text, question.modules[one.neededBy].key, one.reason});
     }
     text += '\n' + missing.ToString("");
   }
@@ -74,16 +118,42 @@ std::string FormatOrder(const Question& question, const PlanFacts& plan) {
       text += "  " + MakePrintable(FormatCycle(question, cycle)) + '\n';
     }
   }
-  return text;
+  return text + FormatConflicts(question, plan, conflicts);
 }
 
-void AddOrderJson(const Question& question, const PlanFacts& plan, Json& document) {
+Json MakeConflictsJson(const Question& question, const std::vector<ConflictFacts>& conflicts) {
+  Json list = Json::array();
+  for (const ConflictFacts& conflict : conflicts) {
+    Json chains = Json::array();
+    for (const std::vector<size_t>& chain : conflict.chains) {
+      chains.push_back(MakeKeysJson(question, chain));
+    }
+    Json fixes = Json::array();
+    for (const FixFacts& fix : conflict.fixes) {
+      fixes.push_back({{"text", fix.text},
+                       {"drop", MakeKeysJson(question, fix.drop)},
+                       {"modules", MakeKeysJson(question, fix.modules)}});
+    }
+    list.push_back({{"text", conflict.text},
+                    {"modules", MakeKeysJson(question, conflict.modules)},
+                    {"chains", std::move(chains)},
+                    {"fixes", std::move(fixes)}});
+  }
+  return list;
+}
+
+void AddOrderJson(const Question& question, const PlanFacts& plan,
+                  const std::vector<ConflictFacts>& conflicts, Json& document) {
   Json order = Json::array();
   for (const PlannedFacts& planned : plan.modules) {
     Json module = MakeSetModuleJson(question.modules[planned.module]);
     module["neededBy"] =
         planned.neededBy ? Json(question.modules[*planned.neededBy].key) : Json(nullptr);
     module["reason"] = planned.reason;
+    module["alternatives"] = Json::array();
+    for (const size_t other : planned.alternatives) {
+      module["alternatives"].push_back(MakeSetModuleJson(question.modules[other]));
+    }
     order.push_back(std::move(module));
   }
   Json missing = Json::array();
@@ -95,30 +165,35 @@ void AddOrderJson(const Question& question, const PlanFacts& plan, Json& documen
   }
   Json cycles = Json::array();
   for (const std::vector<size_t>& cycle : plan.cycles) {
-    Json keys = Json::array();
-    for (const size_t position : cycle) {
-      keys.push_back(question.modules[position].key);
-    }
-    cycles.push_back(std::move(keys));
+    cycles.push_back(MakeKeysJson(question, cycle));
   }
   document.update({{"order", std::move(order)},
                    {"missing", std::move(missing)},
-                   {"cycles", std::move(cycles)}});
+                   {"cycles", std::move(cycles)},
+                   {"proven", plan.isProven},
+                   {"conflicts", MakeConflictsJson(question, conflicts)}});
 }
 
 // ---- Tree
 
-/// Writes each module above what it needs. Keeps a stack of its own, since a chain of dependencies
-/// can have any length.
+/// Writes each module of a plan above what it needs. Keeps a stack of its own, since a chain of
+/// dependencies can have any length.
 class TreeWriter {
  public:
-  explicit TreeWriter(const Question& question) : m_question(question) {}
+  TreeWriter(const Question& question, const PlanFacts& plan) : m_question(question) {
+    for (const PlannedFacts& planned : plan.modules) {
+      m_planned.emplace(planned.module, &planned);
+    }
+    for (const MissingFacts& missing : plan.missing) {
+      m_missing.emplace(missing.neededBy, &missing);
+    }
+  }
 
   std::string Write() {
     for (const size_t wanted : m_question.wanted) {
       Enter(wanted, "");
       while (!m_path.empty()) {
-        WriteNextRequirement();
+        WriteNext();
       }
     }
     return std::move(m_text);
@@ -126,9 +201,8 @@ class TreeWriter {
 
  private:
   struct Visit {
-    size_t module;
-    std::vector<RequirementFacts> requirements;
-    size_t nextRequirement = 0;
+    const PlannedFacts* planned;
+    size_t nextNeed = 0;
   };
 
   void AddLine(const std::string& text) {
@@ -137,36 +211,37 @@ class TreeWriter {
 
   void Enter(size_t module, const std::string& reason) {
     const ModuleFacts& facts = m_question.modules[module];
-    std::vector<RequirementFacts> requirements = m_question.set.RequirementsOf(module);
+    const PlannedFacts* const planned = m_planned.at(module);
     const bool isNew = m_written.insert(module).second;
+    const bool isLeaf = planned->needs.empty() && m_missing.count(module) == 0;
     std::string line = facts.key + "  " + facts.version;
     if (!reason.empty()) {
       line += "  (" + reason + ')';
     }
-    AddLine(isNew || requirements.empty() ? line : line + "  see above");
+    AddLine(isNew || isLeaf ? line : line + "  see above");
     if (isNew) {
-      m_path.push_back({module, std::move(requirements)});
+      m_path.push_back({planned});
+      const auto [first, last] = m_missing.equal_range(module);
+      for (auto missing = first; missing != last; ++missing) {
+        AddLine("missing: " + missing->second->requirement.text + "  (" + missing->second->reason +
+                ')');
+      }
     }
   }
 
-  void WriteNextRequirement() {
+  void WriteNext() {
     Visit& visit = m_path.back();
-    if (visit.nextRequirement == visit.requirements.size()) {
+    if (visit.nextNeed == visit.planned->needs.size()) {
       m_path.pop_back();
       return;
     }
-    const RequirementFacts requirement = visit.requirements[visit.nextRequirement++];
-    if (requirement.isMetWithin) {
-      return;
-    }
-    if (requirement.satisfiedBy) {
-      Enter(*requirement.satisfiedBy, requirement.reason);
-    } else {
-      AddLine("missing: " + FormatRequirement(requirement) + "  (" + requirement.reason + ')');
-    }
+    const size_t needed = visit.planned->needs[visit.nextNeed++];
+    Enter(needed, m_planned.at(needed)->reason);
   }
 
   const Question& m_question;
+  std::map<size_t, const PlannedFacts*> m_planned;
+  std::multimap<size_t, const MissingFacts*> m_missing;  ///< by the module that needs it
   std::vector<Visit> m_path;
   std::set<size_t> m_written;
   std::string m_text;
@@ -196,12 +271,12 @@ std::string FormatReverse(const Question& question, const std::vector<ReverseVie
               MakePrintable(needed.version) + '\n';
       continue;
     }
-    TextTable table({"Module", "Version", "Through", "Path"});
+    TextTable table({"Module", "Version", "Chain", "Path"});
     table.AddLine(needed.key + "  " + needed.version + " is needed by");
     for (const UserFacts& user : view.users) {
       const ModuleFacts& module = question.modules[user.module];
       table.AddRow({module.key, module.version,
-                    user.through == view.needed ? "" : question.modules[user.through].key,
+                    user.through == view.needed ? "" : JoinKeys(question, user.chain),
                     module.path});
     }
     text += table.ToString("  ");
@@ -217,6 +292,7 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
     for (const UserFacts& user : view.users) {
       Json module = MakeSetModuleJson(question.modules[user.module]);
       module["through"] = question.modules[user.through].key;
+      module["chain"] = MakeKeysJson(question, user.chain);
       users.push_back(std::move(module));
     }
     Json needed = MakeSetModuleJson(question.modules[view.needed]);
@@ -235,12 +311,12 @@ enum class DepsView {
 };
 
 struct Options {
-  std::string key;
+  std::vector<std::string> keys;
   DepsView view = DepsView::Order;
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("KEY", options.key, kKeyHelp)->required();
+  parser.add_option("KEY", options.keys, kKeyHelp)->required();
   const auto addView = [&](const char* name, DepsView view, const char* help) {
     const auto choose = [&options, view](std::int64_t given) {
       if (given > 0) {  // a flag may also be given as "--tree=false"
@@ -250,43 +326,63 @@ void AddArguments(CLI::App& parser, Options& options) {
     return parser.add_flag(name, choose, help);
   };
   addView("--tree", DepsView::Tree, "Print a tree, each module above what it needs");
-  addView("--reverse", DepsView::Reverse, "List the modules that need this one instead")
+  addView("--reverse", DepsView::Reverse, "List the modules that need these instead")
       ->excludes("--tree");
 }
 
+/// Finds the modules that keys mean, each once. Returns false if one of them means none.
+bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
+                std::vector<size_t>& wanted) {
+  for (const std::string& key : keys) {
+    const std::vector<size_t> found = set.FindModules(key);
+    if (found.empty()) {
+      PrintUnknownKey(set.Keys(), key);
+      wanted.clear();
+      return false;
+    }
+    for (const size_t position : found) {
+      if (std::find(wanted.begin(), wanted.end(), position) == wanted.end()) {
+        wanted.push_back(position);
+      }
+    }
+  }
+  return true;
+}
+
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  const auto& [key, view] = options;
+  const auto& [keys, view] = options;
   Report report("deps", output);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
-  const Question question{set, set.Modules(), set.FindModules(key)};
-  if (question.wanted.empty()) {
-    PrintUnknownKey(set.Keys(), key);
-    if (view == DepsView::Reverse) {
-      AddReverseJson(question, {}, report.Document());
-    } else {
-      AddOrderJson(question, {}, report.Document());
-    }
-    return report.Finish(kNothingMatched);
-  }
+  Question question{set, set.Modules(), {}};
+  const bool isKnown = FindWanted(set, keys, question.wanted);
   if (view == DepsView::Reverse) {
     const std::vector<ReverseView> users = FindUsers(question);
     AddReverseJson(question, users, report.Document());
     report.Print(FormatReverse(question, users));
-    return report.Finish();
+    return report.Finish(isKnown ? kSuccess : kNothingMatched);
   }
-  const PlanFacts plan = set.Plan({key});
-  AddOrderJson(question, plan, report.Document());
-  report.Print(view == DepsView::Tree ? TreeWriter(question).Write() : FormatOrder(question, plan));
-  return report.Finish(plan.missing.empty() && plan.cycles.empty() ? kSuccess : kFindings);
+  if (!isKnown) {
+    AddOrderJson(question, {}, {}, report.Document());
+    return report.Finish(kNothingMatched);
+  }
+  const PlanFacts plan = set.Plan(keys);
+  const std::vector<ConflictFacts> conflicts = set.ConflictsOf(plan);
+  AddOrderJson(question, plan, conflicts, report.Document());
+  report.Print(view == DepsView::Tree
+                   ? TreeWriter(question, plan).Write() + FormatConflicts(question, plan, conflicts)
+                   : FormatOrder(question, plan, conflicts));
+  const bool isClean = plan.missing.empty() && plan.cycles.empty() && conflicts.empty();
+  return report.Finish(isClean ? kSuccess : kFindings);
 }
 
 }  // namespace
 
 extern const Command kDepsCommand = {
     "deps",
-    "List what a module needs, in merge order",
+    "List what modules need, in merge order",
     "  mmcat deps Charmap.3128F3C8            everything to merge, in this order\n"
+    "  mmcat deps Charmap.3128F3C8 Zip.DC6CE4A1    both, planned together\n"
     "  mmcat deps Charmap.3128F3C8 --tree\n"
     "  mmcat deps Charmap.3128F3C8 --reverse  what breaks without it\n",
     PrepareCommand<Options, AddArguments, Run>,

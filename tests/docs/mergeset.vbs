@@ -1,6 +1,6 @@
 ' Prepares what the examples of docs/mergeset.md talk of.
 Dim catalog, loaded, mergeSet, module, file, component, action, requirement, exclusion, table, column, row
-Dim finding, value, plan, planned, missing, cycle, user, deliverer, description, failure
+Dim conflict, fix, chain, needed, other, finding, value, plan, planned, missing, cycle, user, deliverer, description, failure
 Set catalog = CreateObject("QmMMUpdater.MMCatalog")
 Set loaded = CreateObject("QmMMUpdater.MergeSet")
 loaded.Load catalog.MergeModules
@@ -28,6 +28,8 @@ Sub Prepare()
   Set planned = plan.Modules(1)
   Set missing = plan.Missing(1)
   Set cycle = plan.Cycles(1)
+  Set conflict = plan.Conflicts(1)
+  Set fix = conflict.Fixes(1)
   Set deliverer = mergeSet.FindDeliverers(file.Name)(1)
   Set description = mergeSet.GalleryDescriptions(1)
 End Sub
