@@ -69,7 +69,8 @@ RequirementFacts ReadRequirement(ISetRequirement& requirement) {
           ReadOptionalNumber(requirement, &ISetRequirement::get_Language),
           ReadText(requirement, &ISetRequirement::get_Version),
           ReadText(requirement, &ISetRequirement::get_CarriedFrom),
-          ReadFlag(requirement, &ISetRequirement::get_IsMetWithin)};
+          ReadFlag(requirement, &ISetRequirement::get_IsMetWithin),
+          ReadOptionalPosition(requirement, &ISetRequirement::get_SatisfiedBy)};
 }
 
 std::vector<ExclusionFacts> ReadExclusions(ISetExclusions& exclusions) {

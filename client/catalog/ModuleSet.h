@@ -50,6 +50,7 @@ struct RequirementFacts {
   std::string version;
   std::string carriedFrom;  ///< key of a module that was merged into the one with the row
   bool isMetWithin;
+  std::optional<size_t> satisfiedBy;  ///< by the best module for it, whatever else is merged
 };
 
 struct ExclusionFacts {
