@@ -204,6 +204,7 @@ class FileCheck {
     const PlacedFile& first = *same.front();
     const std::string folder = m_modules.Spell(first.folder);
     std::vector<std::string> keys;
+    keys.reserve(same.size());
     for (const PlacedFile* const file : same) {
       keys.push_back(Shorten(file->file->key));
     }
@@ -232,6 +233,7 @@ class FileCheck {
       return;
     }
     std::vector<std::string> names;
+    names.reserve(sides.size());
     for (const PlacedFile* const side : sides) {
       names.push_back(std::string(side->file->name) + " of " + m_findings.NameOf(side->module));
     }
@@ -296,6 +298,7 @@ class FileCheck {
 
   static std::vector<std::string_view> ConditionsOf(const std::vector<const PlacedFile*>& files) {
     std::vector<std::string_view> conditions;
+    conditions.reserve(files.size());
     for (const PlacedFile* const file : files) {
       conditions.push_back(file->component ? file->component->condition : std::string_view());
     }
@@ -388,6 +391,7 @@ class ComponentCheck {
       }
     }
     std::vector<std::string_view> texts;
+    texts.reserve(sides.size());
     for (const IdentifiedComponent* const side : sides) {
       texts.push_back(side->component->condition);
     }
@@ -433,6 +437,7 @@ class ComponentCheck {
   static bool AddColumn(const std::vector<const IdentifiedComponent*>& sides, const char* column,
                         Finding& finding, GetValue getValue) {
     std::vector<std::string> values;
+    values.reserve(sides.size());
     for (const IdentifiedComponent* const side : sides) {
       values.push_back(getValue(*side));
     }

@@ -35,10 +35,12 @@ Finding& FindingList::Add(const char* code, const std::vector<std::size_t>& modu
 std::vector<Finding> FindingList::Take() {
   for (const auto& [code, count] : m_counts) {
     if (count.unlisted > 0 || !count.isComplete) {
+      const std::string number = std::to_string(count.unlisted) + " more";
       Finding& rest = m_findings.emplace_back(
-          MakeFinding(std::string(code).c_str(), (count.isComplete ? "" : "at least ") +
-                                                     std::to_string(count.unlisted) +
-                                                     " more findings of this kind are not listed"));
+          MakeFinding(std::string(code).c_str(), (count.isComplete     ? number
+                                                  : count.unlisted > 0 ? "at least " + number
+                                                                       : "more") +
+                                                     " findings of this kind are not listed"));
       rest.isRest = true;
     }
   }

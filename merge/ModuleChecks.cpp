@@ -203,6 +203,7 @@ class IdentityCheck {
       return;
     }
     std::vector<size_t> modules;
+    modules.reserve(languages.size());
     for (const auto& [language, position] : languages) {
       modules.push_back(position);
     }
@@ -219,6 +220,7 @@ class IdentityCheck {
 
   void AddVersions(const std::vector<size_t>& positions) {
     std::vector<std::string> versions;
+    versions.reserve(positions.size());
     for (const size_t position : positions) {
       versions.push_back(m_modules.At(position).version);
     }
@@ -281,6 +283,7 @@ void CheckPackageCodes(const CheckedModules& modules, FindingList& findings) {
       continue;
     }
     std::vector<std::string> places;
+    places.reserve(same.size());
     for (const size_t other : same) {
       places.push_back(findings.NameOf(other) + " (" + GetFileInSentence(modules.At(other)) + ')');
     }

@@ -159,8 +159,12 @@ class RequirementCheck {
         if (states[needed] == State::New) {
           states[needed] = State::Open;
           path.emplace_back(needed, 0);
-        } else if (states[needed] == State::Open && closed.emplace(module, needed).second) {
-          AddCycle(path, needed);
+        } else if (states[needed] == State::Open) {
+          if (m_findings.IsFull(kDependencyCycle)) {
+            m_findings.EndSearch(kDependencyCycle);
+          } else if (closed.emplace(module, needed).second) {
+            AddCycle(path, needed);
+          }
         }
       }
     }

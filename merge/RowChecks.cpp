@@ -187,6 +187,7 @@ class TableCheck {
   void CompareColumnsOf(const std::vector<ModuleTable>& tables) {
     std::vector<ColumnGroup> groups;
     std::vector<size_t> groupOf;
+    groupOf.reserve(tables.size());
     for (const ModuleTable& table : tables) {
       groupOf.push_back(AddToGroup(table, groups));
     }
@@ -306,7 +307,8 @@ class TableCheck {
 
   bool IsMerged(const Table& table, size_t row) const {
     if (m_kind == TableKind::Sequence) {
-      return m_baseAction && !table.IsNull(row, *m_baseAction);
+      return m_baseAction && *m_baseAction < table.Columns().size() &&
+             !table.IsNull(row, *m_baseAction);
     }
     return m_kind != TableKind::Directory || table.Text(row, m_keyColumns.front()) != "TARGETDIR";
   }
@@ -482,6 +484,7 @@ class TableCheck {
       return;
     }
     std::vector<size_t> modules;
+    modules.reserve(sides.size());
     for (const RowRef& side : sides) {
       modules.push_back(side.owner->module);
     }
