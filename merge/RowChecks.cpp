@@ -1,5 +1,5 @@
 #include <algorithm>
-#include <array>
+#include <deque>
 #include <map>
 #include <unordered_map>
 
@@ -58,6 +58,8 @@ struct ModuleTable {
   size_t module;
   const Table* table;
   const Table* substitutions;  ///< ModuleSubstitution of the module; null if it has none
+  size_t name;                 ///< position in TableCollector::Names()
+  size_t group = SIZE_MAX;     ///< position in NamedTables::groups; SIZE_MAX if there are too many
 };
 
 struct RowRef {
@@ -148,8 +150,157 @@ std::string FormatColumns(const Table& table) {
   return Shorten(JoinTexts(names, ", "));
 }
 
-/// Compares the rows of all tables of one name. Rows of the same key are found by their hashes, in
-/// one pass; only those are looked at any further.
+/// Tables of one name with the same columns.
+struct ColumnGroup {
+  const ModuleTable* first;
+  const ModuleTable* other = nullptr;  ///< the first one of another ID, if there is one
+  size_t count = 1;
+};
+
+/// The tables of one name, and their rows whose keys have the same hash.
+struct NamedTables {
+  std::string_view name;
+  TableKind kind;
+  std::vector<const ModuleTable*> tables = {};
+  std::vector<ColumnGroup> groups = {};
+  std::vector<std::vector<RowRef>> rowsOfKeys = {};
+};
+
+/// Collects the merged tables of all modules and hashes the keys of their rows. Module by module,
+/// since the texts of one are close together in memory; everything later looks only at rows that
+/// meet others.
+class TableCollector {
+ public:
+  /// Kinds of columns of one table that are told apart.
+  static constexpr size_t kMaxGroups = 8;
+
+  explicit TableCollector(const CheckedModules& modules) : m_modules(modules) {}
+
+  void Add(size_t position) {
+    const Module& module = m_modules.At(position);
+    if (!module.tables) {
+      return;
+    }
+    const std::vector<std::string_view> ignored = ReadIgnoredTables(module);
+    const Table* const substitutions = module.FindTable("ModuleSubstitution");
+    for (const Table& table : module.tables->All()) {
+      if (table.RowCount() == 0) {
+        continue;
+      }
+      const auto [found, isNew] = m_numbers.emplace(table.Name(), m_names.size());
+      if (isNew) {
+        m_names.push_back({table.Name(), GetKind(table.Name())});
+      }
+      NamedTables& named = m_names[found->second];
+      if (named.kind != TableKind::NotMerged &&
+          !std::binary_search(ignored.begin(), ignored.end(), table.Name())) {
+        ModuleTable& added =
+            m_tables.emplace_back(ModuleTable{position, &table, substitutions, found->second});
+        added.group = AddToGroup(added, named.groups);
+        named.tables.push_back(&added);
+        HashRows(added, named.kind);
+      }
+    }
+  }
+
+  /// Returns the names with the rows that may collide.
+  const std::vector<NamedTables>& Finish() {
+    constexpr std::uint32_t kNone = UINT32_MAX;
+    size_t slots = 16;
+    while (slots < m_rows.size() * 2) {
+      slots *= 2;
+    }
+    std::vector<std::uint32_t> first(slots, kNone);         // rows, by hash
+    std::unordered_map<std::uint32_t, size_t> listOfFirst;  // of those that met another one
+    for (std::uint32_t added = 0; added < m_rows.size(); ++added) {
+      const HashedRow& row = m_rows[added];
+      size_t slot = row.hash & (slots - 1);
+      while (first[slot] != kNone && m_rows[first[slot]].hash != row.hash) {
+        slot = (slot + 1) & (slots - 1);
+      }
+      if (first[slot] == kNone) {
+        first[slot] = added;
+        continue;
+      }
+      auto& lists = m_names[row.ref.owner->name].rowsOfKeys;
+      const auto [list, isNew] = listOfFirst.emplace(first[slot], lists.size());
+      if (isNew) {
+        lists.push_back({m_rows[first[slot]].ref});
+      }
+      lists[list->second].push_back(row.ref);
+    }
+    return m_names;
+  }
+
+ private:
+  struct HashedRow {
+    std::uint64_t hash;  ///< of the name of the table and the key
+    RowRef ref;
+  };
+
+  /// The tables that a module keeps out of a merge.
+  static std::vector<std::string_view> ReadIgnoredTables(const Module& module) {
+    std::vector<std::string_view> names;
+    const Table* const table = module.FindTable("ModuleIgnoreTable");
+    const auto column = table ? table->FindColumn("Table") : std::nullopt;
+    for (size_t row = 0; column && row < table->RowCount(); ++row) {
+      names.push_back(table->Text(row, *column));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  /// Returns the position of the group; SIZE_MAX if there are too many of them already.
+  size_t AddToGroup(const ModuleTable& table, std::vector<ColumnGroup>& groups) const {
+    for (ColumnGroup& group : groups) {
+      if (CompareColumns(*group.first->table, *table.table) == ColumnRelation::Same) {
+        ++group.count;
+        if (!group.other && !m_modules.AreAlternatives(group.first->module, table.module)) {
+          group.other = &table;
+        }
+        return static_cast<size_t>(&group - groups.data());
+      }
+    }
+    if (groups.size() == kMaxGroups) {
+      return SIZE_MAX;
+    }
+    groups.push_back({&table});
+    return groups.size() - 1;
+  }
+
+  void HashRows(const ModuleTable& owner, TableKind kind) {
+    const Table& table = *owner.table;
+    const std::vector<Column>& columns = table.Columns();
+    const auto baseAction =
+        kind == TableKind::Sequence ? table.FindColumn("BaseAction") : std::nullopt;
+    const auto directory =
+        kind == TableKind::Directory ? table.FindColumn("Directory") : std::nullopt;
+    const auto isKey = [](const Column& column) { return column.isKey; };
+    const bool canDiffer = std::any_of(columns.begin(), columns.end(), isKey) &&
+                           !std::all_of(columns.begin(), columns.end(), isKey);
+    for (std::uint32_t row = 0; canDiffer && row < table.RowCount(); ++row) {
+      if ((kind == TableKind::Sequence && (!baseAction || table.IsNull(row, *baseAction))) ||
+          (directory && table.Text(row, *directory) == "TARGETDIR")) {
+        continue;
+      }
+      std::uint64_t hash = HashNumber(kHashSeed, owner.name);
+      for (size_t column = 0; column < columns.size(); ++column) {
+        if (columns[column].isKey) {
+          hash = HashCell(hash, table, row, column);
+        }
+      }
+      m_rows.push_back({hash, {&owner, row}});
+    }
+  }
+
+  const CheckedModules& m_modules;
+  std::deque<ModuleTable> m_tables;  ///< does not move them
+  std::unordered_map<std::string_view, size_t> m_numbers;
+  std::vector<NamedTables> m_names;
+  std::vector<HashedRow> m_rows;
+};
+
+/// Compares the tables of one name: their columns, and the rows whose keys met.
 class TableCheck {
  public:
   /// Rows of one pair of modules and one table that are listed. One more finding counts the others.
@@ -160,59 +311,43 @@ class TableCheck {
   TableCheck(const CheckedModules& modules, FindingList& findings)
       : m_modules(modules), m_findings(findings) {}
 
-  void Run(std::string_view name, TableKind kind, const std::vector<ModuleTable>& tables) {
-    m_name = name;
-    m_kind = kind;
+  void Run(const NamedTables& named) {
+    m_name = named.name;
+    m_kind = named.kind;
     m_pairs.clear();
-    CompareColumnsOf(tables);
-    if (m_comparable.size() > 1) {
-      FindColumns();
-      CompareRows();
-      AddRest();
+    CompareColumnsOf(named);
+    FindColumns(named);
+    for (const std::vector<RowRef>& rows : named.rowsOfKeys) {
+      CompareRowsOfKey(rows);
     }
+    AddRest();
   }
 
  private:
   // ---- Columns
 
-  /// Tables with the same columns.
-  struct ColumnGroup {
-    const ModuleTable* first;
-    const ModuleTable* other = nullptr;  ///< the first one of another ID, if there is one
-    size_t count = 1;
-  };
-
   /// Compares the columns of all tables with those that most have. Keeps the tables whose rows can
   /// be compared.
-  void CompareColumnsOf(const std::vector<ModuleTable>& tables) {
-    std::vector<ColumnGroup> groups;
-    std::vector<size_t> groupOf;
-    groupOf.reserve(tables.size());
-    for (const ModuleTable& table : tables) {
-      groupOf.push_back(AddToGroup(table, groups));
-    }
+  void CompareColumnsOf(const NamedTables& named) {
+    const std::vector<ColumnGroup>& groups = named.groups;
     const auto isSmaller = [](const ColumnGroup& a, const ColumnGroup& b) {
       return a.count < b.count;
     };
     const ColumnGroup& most = *std::max_element(groups.begin(), groups.end(), isSmaller);
     std::vector<ColumnRelation> relations;
     size_t fewest = most.first->table->Columns().size();
+    m_isComparable.clear();
     for (const ColumnGroup& group : groups) {
       relations.push_back(CompareColumns(*most.first->table, *group.first->table));
+      m_isComparable.push_back(relations.back() != ColumnRelation::Different);
       if (relations.back() == ColumnRelation::Extended) {
         fewest = std::min(fewest, group.first->table->Columns().size());
-      }
-    }
-    m_comparable.clear();
-    for (size_t i = 0; i < tables.size(); ++i) {
-      if (groupOf[i] < groups.size() && relations[groupOf[i]] != ColumnRelation::Different) {
-        m_comparable.push_back(&tables[i]);
       }
     }
     // More columns do no harm as long as nothing is in them.
     const bool isExtended =
         std::count(relations.begin(), relations.end(), ColumnRelation::Extended) > 0 &&
-        HasValuesFrom(fewest);
+        HasValuesFrom(named, fewest);
     std::vector<const ModuleTable*> sides{most.first};
     bool areCompatible = true;
     for (size_t i = 0; i < groups.size(); ++i) {
@@ -230,36 +365,24 @@ class TableCheck {
     }
   }
 
+  bool IsComparable(const ModuleTable& table) const {
+    return table.group < m_isComparable.size() && m_isComparable[table.group];
+  }
+
   /// Returns whether a row of the comparable tables has a value in a column from this one on.
-  bool HasValuesFrom(size_t firstColumn) const {
-    return std::any_of(m_comparable.begin(), m_comparable.end(), [&](const ModuleTable* table) {
-      for (size_t column = firstColumn; column < table->table->Columns().size(); ++column) {
-        for (size_t row = 0; row < table->table->RowCount(); ++row) {
-          if (!table->table->IsNull(row, column)) {
+  bool HasValuesFrom(const NamedTables& named, size_t firstColumn) const {
+    return std::any_of(named.tables.begin(), named.tables.end(), [&](const ModuleTable* owner) {
+      const Table& table = *owner->table;
+      for (size_t column = firstColumn; IsComparable(*owner) && column < table.Columns().size();
+           ++column) {
+        for (size_t row = 0; row < table.RowCount(); ++row) {
+          if (!table.IsNull(row, column)) {
             return true;
           }
         }
       }
       return false;
     });
-  }
-
-  /// Returns the position of the group; SIZE_MAX if there are too many of them already.
-  size_t AddToGroup(const ModuleTable& table, std::vector<ColumnGroup>& groups) const {
-    for (ColumnGroup& group : groups) {
-      if (CompareColumns(*group.first->table, *table.table) == ColumnRelation::Same) {
-        ++group.count;
-        if (!group.other && !m_modules.AreAlternatives(group.first->module, table.module)) {
-          group.other = &table;
-        }
-        return static_cast<size_t>(&group - groups.data());
-      }
-    }
-    if (groups.size() == kMaxSides) {
-      return SIZE_MAX;
-    }
-    groups.push_back({&table});
-    return groups.size() - 1;
   }
 
   void AddTableConflict(const std::vector<const ModuleTable*>& sides, bool areCompatible) {
@@ -283,14 +406,17 @@ class TableCheck {
 
   // ---- Rows
 
-  void FindColumns() {
-    const ModuleTable& widest = **std::max_element(
-        m_comparable.begin(), m_comparable.end(), [](const ModuleTable* a, const ModuleTable* b) {
-          return a->table->Columns().size() < b->table->Columns().size();
-        });
+  void FindColumns(const NamedTables& named) {
+    const Table* widest = nullptr;
+    for (size_t i = 0; i < named.groups.size(); ++i) {
+      const Table& table = *named.groups[i].first->table;
+      if (m_isComparable[i] && (!widest || table.Columns().size() > widest->Columns().size())) {
+        widest = &table;
+      }
+    }
     m_keyColumns.clear();
     m_valueColumns.clear();
-    const std::vector<Column>& columns = widest.table->Columns();
+    const std::vector<Column>& columns = widest->Columns();
     for (size_t i = 0; i < columns.size(); ++i) {
       const bool isNumbering = (m_kind == TableKind::File || m_kind == TableKind::Sequence) &&
                                columns[i].name == "Sequence";
@@ -301,77 +427,6 @@ class TableCheck {
       }
     }
     m_columns = &columns;
-    m_baseAction =
-        m_kind == TableKind::Sequence ? widest.table->FindColumn("BaseAction") : std::nullopt;
-  }
-
-  bool IsMerged(const Table& table, size_t row) const {
-    if (m_kind == TableKind::Sequence) {
-      return m_baseAction && *m_baseAction < table.Columns().size() &&
-             !table.IsNull(row, *m_baseAction);
-    }
-    return m_kind != TableKind::Directory || table.Text(row, m_keyColumns.front()) != "TARGETDIR";
-  }
-
-  /// A row in the list of rows, and the next one of the same key.
-  struct Entry {
-    RowRef ref;
-    std::uint64_t hash;
-    std::uint32_t next = kNone;
-    std::uint32_t last = kNone;  ///< of the first one of a key: the last one
-  };
-  static constexpr std::uint32_t kNone = UINT32_MAX;
-
-  void CompareRows() {
-    if (m_valueColumns.empty() || m_keyColumns.empty()) {
-      return;
-    }
-    size_t count = 0;
-    for (const ModuleTable* const table : m_comparable) {
-      count += table->table->RowCount();
-    }
-    size_t slots = 16;
-    while (slots < count * 2) {
-      slots *= 2;
-    }
-    m_slots.assign(slots, kNone);
-    m_entries.clear();
-    m_entries.reserve(count);
-    m_repeated.clear();
-    for (const ModuleTable* const table : m_comparable) {
-      for (std::uint32_t row = 0; row < table->table->RowCount(); ++row) {
-        if (IsMerged(*table->table, row)) {
-          Insert({table, row});
-        }
-      }
-    }
-    for (const std::uint32_t first : m_repeated) {
-      CompareRowsOfKey(first);
-    }
-  }
-
-  void Insert(const RowRef& ref) {
-    std::uint64_t hash = kHashSeed;
-    for (const size_t column : m_keyColumns) {
-      hash = HashCell(hash, *ref.owner->table, ref.row, column);
-    }
-    const auto added = static_cast<std::uint32_t>(m_entries.size());
-    m_entries.push_back({ref, hash});
-    for (size_t slot = hash & (m_slots.size() - 1);; slot = (slot + 1) & (m_slots.size() - 1)) {
-      if (m_slots[slot] == kNone) {
-        m_slots[slot] = added;
-        return;
-      }
-      Entry& first = m_entries[m_slots[slot]];
-      if (first.hash == hash && IsSameKey(first.ref, ref)) {
-        if (first.last == kNone) {
-          m_repeated.push_back(m_slots[slot]);
-        }
-        m_entries[first.last == kNone ? m_slots[slot] : first.last].next = added;
-        first.last = added;
-        return;
-      }
-    }
   }
 
   bool IsSameKey(const RowRef& a, const RowRef& b) const {
@@ -395,35 +450,33 @@ class TableCheck {
     return hash;
   }
 
-  /// Rows of one key with the same values.
-  struct Variant {
-    std::uint64_t hash;
-    RowRef first;
-  };
-
-  void CompareRowsOfKey(std::uint32_t firstEntry) {
-    const RowRef& first = m_entries[firstEntry].ref;
+  /// Compares rows whose keys have the same hash.
+  void CompareRowsOfKey(const std::vector<RowRef>& candidates) {
+    std::vector<RowRef> rows;
+    for (const RowRef& ref : candidates) {
+      if (IsComparable(*ref.owner) && (rows.empty() || IsSameKey(rows.front(), ref))) {
+        rows.push_back(ref);
+      }
+    }
     bool differs = false;
     bool areAlternatives = true;
-    for (std::uint32_t at = m_entries[firstEntry].next; at != kNone; at = m_entries[at].next) {
-      const RowRef& other = m_entries[at].ref;
-      areAlternatives =
-          areAlternatives && m_modules.AreAlternatives(first.owner->module, other.owner->module);
-      differs = differs || !HasSameValues(first, other);
+    for (const RowRef& row : rows) {
+      areAlternatives = areAlternatives &&
+                        m_modules.AreAlternatives(rows.front().owner->module, row.owner->module);
+      differs = differs || !HasSameValues(rows.front(), row);
     }
     if (differs && !areAlternatives) {
-      AddConflict(firstEntry);
+      AddConflictOf(rows);
     }
   }
 
   /// Adds a finding for rows of modules of several IDs, which have several variants.
-  void AddConflict(std::uint32_t firstEntry) {
+  void AddConflictOf(const std::vector<RowRef>& rows) {
     // Modules that exist in alternatives do not collide if some choice of them agrees.
     std::map<std::uint64_t, std::vector<RowRef>> variants;
     std::vector<std::uint64_t> order;
     std::vector<size_t> identities;
-    for (std::uint32_t at = firstEntry; at != kNone; at = m_entries[at].next) {
-      const RowRef& ref = m_entries[at].ref;
+    for (const RowRef& ref : rows) {
       const std::uint64_t hash = HashValues(ref);
       std::vector<RowRef>& variant = variants[hash];
       if (variant.empty()) {
@@ -584,64 +637,24 @@ class TableCheck {
   FindingList& m_findings;
   std::string_view m_name;
   TableKind m_kind = TableKind::Rows;
-  std::vector<const ModuleTable*> m_comparable;
+  std::vector<bool> m_isComparable;  ///< by group of columns
   const std::vector<Column>* m_columns = nullptr;
   std::vector<size_t> m_keyColumns;
   std::vector<size_t> m_valueColumns;
-  std::optional<size_t> m_baseAction;
-  std::vector<Entry> m_entries;
-  std::vector<std::uint32_t> m_slots;     ///< of entries that are the first of their key, by hash
-  std::vector<std::uint32_t> m_repeated;  ///< those of keys with several rows
   std::map<std::pair<size_t, size_t>, size_t> m_pairs;  ///< colliding rows of two modules
 };
-
-/// The tables that a module keeps out of a merge.
-std::vector<std::string_view> ReadIgnoredTables(const Module& module) {
-  std::vector<std::string_view> names;
-  const Table* const table = module.FindTable("ModuleIgnoreTable");
-  const auto column = table ? table->FindColumn("Table") : std::nullopt;
-  for (size_t row = 0; column && row < table->RowCount(); ++row) {
-    names.push_back(table->Text(row, *column));
-  }
-  std::sort(names.begin(), names.end());
-  return names;
-}
 
 }  // namespace
 
 void CheckRows(const CheckedModules& modules, FindingList& findings) {
-  struct Named {
-    std::string_view name;
-    TableKind kind;
-    std::vector<ModuleTable> tables;
-  };
-  std::unordered_map<std::string_view, size_t> numbers;
-  std::vector<Named> named;
+  TableCollector collector(modules);
   for (const size_t position : modules.Scope()) {
-    const Module& module = modules.At(position);
-    if (!module.tables) {
-      continue;
-    }
-    const std::vector<std::string_view> ignored = ReadIgnoredTables(module);
-    const Table* const substitutions = module.FindTable("ModuleSubstitution");
-    for (const Table& table : module.tables->All()) {
-      if (table.RowCount() == 0) {
-        continue;
-      }
-      const auto [found, isNew] = numbers.emplace(table.Name(), named.size());
-      if (isNew) {
-        named.push_back({table.Name(), GetKind(table.Name()), {}});
-      }
-      if (named[found->second].kind != TableKind::NotMerged &&
-          !std::binary_search(ignored.begin(), ignored.end(), table.Name())) {
-        named[found->second].tables.push_back({position, &table, substitutions});
-      }
-    }
+    collector.Add(position);
   }
   TableCheck check(modules, findings);
-  for (const Named& one : named) {
-    if (one.tables.size() > 1) {
-      check.Run(one.name, one.kind, one.tables);
+  for (const NamedTables& named : collector.Finish()) {
+    if (named.tables.size() > 1) {
+      check.Run(named);
     }
   }
 }
