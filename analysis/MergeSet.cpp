@@ -59,6 +59,7 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   for (const LoadFailure& failure : indexes.failures) {
     findings.push_back(merge::MakeFinding(merge::kUnreadableIndex,
                                           failure.path + " cannot be read: " + failure.text));
+    findings.back().file = failure.path.substr(failure.path.find_last_of('\\') + 1);
   }
   merge::SortFindings(findings);
 }

@@ -183,12 +183,26 @@ void UpdateBaseline(const Options& options, const std::vector<BaselineEntry>& kn
   }
 }
 
-/// Accepts that modules cannot be read if the findings that say so do not count.
+/// Returns whether a finding says that a file cannot be read.
+bool SaysUnreadable(const FindingFacts& finding, const std::string& file,
+                    const CheckResult& result) {
+  if (finding.code == "unreadable-index") {
+    return file.substr(file.find_last_of("\\/") + 1) == finding.file;
+  }
+  return finding.code == "unreadable-module" &&
+         std::any_of(finding.modules.begin(), finding.modules.end(),
+                     [&](size_t position) { return result.modules[position].path == file; });
+}
+
+/// Accepts that files cannot be read if the findings that say so do not count.
 void AcceptKnownFailures(const CheckResult& result, Report& report) {
   for (const JudgedFinding& finding : result.findings) {
-    if (finding.status != FindingStatus::New && finding.facts.code == "unreadable-module") {
-      for (const size_t position : finding.facts.modules) {
-        report.AcceptFailures(result.modules[position].path);
+    if (finding.status == FindingStatus::New) {
+      continue;
+    }
+    for (const FileFailure& failure : result.failures) {
+      if (SaysUnreadable(finding.facts, failure.file, result)) {
+        report.AcceptFailures(failure.file);
       }
     }
   }
