@@ -44,8 +44,9 @@ ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
   }
   for (auto& [id, same] : m_byId) {
     same.byVersion = same.inOrder;
-    std::stable_sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
-      return CompareVersionTexts(modules[a].version, modules[b].version) > 0;
+    std::sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
+      const int order = CompareVersionTexts(modules[a].version, modules[b].version);
+      return order != 0 ? order > 0 : a < b;
     });
     size_t higher = 0;
     const Module* previous = nullptr;
@@ -118,10 +119,10 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
                             MatchLanguage(language, module.language)});
     }
   }
-  std::stable_sort(candidates.begin(), candidates.end(),
-                   [](const Candidate& a, const Candidate& b) {
-                     return std::tie(a.platform, a.language) < std::tie(b.platform, b.language);
-                   });
+  std::sort(candidates.begin(), candidates.end(), [&](const Candidate& a, const Candidate& b) {
+    return std::tie(a.platform, a.language, m_ranks[a.module].modulesBefore) <
+           std::tie(b.platform, b.language, m_ranks[b.module].modulesBefore);
+  });
   if (!candidates.empty() && candidates.front().platform != PlatformMatch::Wrong) {
     const auto isWrong = [](const Candidate& one) { return one.platform == PlatformMatch::Wrong; };
     candidates.erase(std::find_if(candidates.begin(), candidates.end(), isWrong), candidates.end());

@@ -7,6 +7,7 @@
 
 #include "merge/JoinTexts.h"
 #include "merge/PlanSolver.h"
+#include "text/Fold.h"
 
 namespace qm::merge {
 
@@ -98,9 +99,19 @@ class ConflictFinder {
     return GetNameInSentence(ModuleAt(module));
   }
 
-  /// Returns the ID and version of a module, for telling it from others of its ID.
+  /// Returns the key and version of a module, for telling it from others of its ID.
   std::string DescribeVersion(std::uint32_t module) const {
     return NameOf(module) + ' ' + ModuleAt(module).version;
+  }
+
+  /// Returns the key of a wanted module, with its version and path if others have the same key.
+  std::string DescribeWanted(std::uint32_t module) const {
+    const auto hasSameKey = [&](std::uint32_t other) {
+      return text::FoldCase(ModuleAt(other).key) == text::FoldCase(ModuleAt(module).key);
+    };
+    return std::count_if(m_wanted.begin(), m_wanted.end(), hasSameKey) < 2
+               ? NameOf(module)
+               : DescribeVersion(module) + " (" + GetFileInSentence(ModuleAt(module)) + ')';
   }
 
   /// Returns the first thing that is wrong with a plan.
@@ -306,6 +317,12 @@ class ConflictFinder {
     rest.erase(std::remove(rest.begin(), rest.end(), dropped), rest.end());
     const Numbers plan = Solve(rest);
     const bool isClean = IsClean(plan);
+    const bool isMergeable =
+        isClean &&
+        std::none_of(m_ignored.begin(), m_ignored.end(), [&](const Violation& violation) {
+          return std::includes(plan.begin(), plan.end(), violation.modules.begin(),
+                               violation.modules.end());
+        });
     Numbers others = wanted;
     others.erase(std::remove(others.begin(), others.end(), dropped), others.end());
     if (!isClean && !others.empty() && !IsClean(Solve(others))) {
@@ -314,14 +331,15 @@ class ConflictFinder {
     PlanFix fix;
     fix.drop = PositionsOf({dropped});
     fix.modules = InOrderOfSet(plan);
-    fix.text = "without " + NameOf(dropped) +
-               (isClean ? " the rest can be merged" : " this conflict does not arise");
+    fix.text = "without " + DescribeWanted(dropped) +
+               (isMergeable ? " the rest can be merged" : " this conflict does not arise");
     for (const std::uint32_t module : plan) {
       const auto isLower = [&](std::uint32_t one) {
         return m_problem.Modules()[one].id == m_problem.Modules()[module].id &&
                CompareVersionTexts(ModuleAt(one).version, ModuleAt(module).version) < 0;
       };
-      if (!std::binary_search(before.begin(), before.end(), module) &&
+      if (std::find(m_wanted.begin(), m_wanted.end(), module) == m_wanted.end() &&
+          !std::binary_search(before.begin(), before.end(), module) &&
           std::any_of(before.begin(), before.end(), isLower)) {
         fix.text += ", with " + DescribeVersion(module);
       }
@@ -330,6 +348,7 @@ class ConflictFinder {
   }
 
   void Ignore(const Violation& violation) {
+    m_ignored.push_back(violation);
     if (violation.isMissing) {
       m_isIgnored[violation.modules.front()] = true;
       m_solver.Search().IgnoreMissing(violation.modules.front());
@@ -377,6 +396,7 @@ class ConflictFinder {
   const PlanProblem& m_problem;
   Numbers m_wanted;
   std::vector<bool> m_isIgnored;  ///< by module: what it lacks
+  std::vector<Violation> m_ignored;
   size_t m_plans = 0;
   std::uint64_t m_steps = 0;
 };

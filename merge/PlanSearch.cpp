@@ -674,8 +674,9 @@ PlanSearch::Entry PlanSearch::Enter(Part part, const PlanCost& limit, Answer& an
   for (const std::uint32_t module : frame.choices) {
     ordered.emplace_back(EstimateCost(module), module);
   }
-  std::stable_sort(ordered.begin(), ordered.end(),
-                   [](const auto& a, const auto& b) { return a.first < b.first; });
+  std::sort(ordered.begin(), ordered.end(), [](const auto& a, const auto& b) {
+    return a.first < b.first || (!(b.first < a.first) && a.second < b.second);
+  });
   std::transform(ordered.begin(), ordered.end(), frame.choices.begin(),
                  [](const auto& one) { return one.second; });
   frame.part = std::move(part);

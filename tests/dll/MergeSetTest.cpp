@@ -343,7 +343,36 @@ TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
   const common::UniqueBstr base(common::TryAllocateBstr(L"Base:1033"));
   common::ComPtr<IModuleUsers> users;
   ASSERT_EQ(S_OK, m_set->UsersOf(base.Get(), users.Put()));
-  EXPECT_EQ(1u, ItemsOf<IModuleUser>(users).size());
+  ASSERT_EQ(1u, ItemsOf<IModuleUser>(users).size());
+  const auto keysOf = [](const common::ComPtr<ISetModules>& modules) {
+    std::vector<std::wstring> keys;
+    for (const auto& module : ItemsOf<ISetModule>(modules)) {
+      keys.push_back(Text(module, &ISetModule::get_Key));
+    }
+    return keys;
+  };
+  common::ComPtr<ISetModules> modules;
+  EXPECT_EQ(S_OK, ItemsOf<IModuleUser>(users).front()->get_Chain(modules.Put()));
+  EXPECT_THAT(keysOf(modules), ElementsAre(L"User:1033", L"Base:1033"));
+  EXPECT_EQ(S_OK, ItemsOf<IPlannedModule>(planned).back()->get_Needs(modules.Put()));
+  EXPECT_THAT(keysOf(modules), ElementsAre(L"Base:1033"));
+
+  common::ComPtr<IPlanConflicts> conflicts;
+  common::ComPtr<IModuleChains> chains;
+  common::ComPtr<IPlanFixes> fixes;
+  ASSERT_EQ(S_OK, plan->get_Conflicts(conflicts.Put()));
+  ASSERT_EQ(1u, ItemsOf<IPlanConflict>(conflicts).size());
+  const common::ComPtr<IPlanConflict> conflict = ItemsOf<IPlanConflict>(conflicts).front();
+  EXPECT_EQ(L"User:1033 needs Absent, at least 2.0: no module has this ID",
+            Text(conflict, &IPlanConflict::get_Text));
+  ASSERT_EQ(S_OK, conflict->get_Chains(chains.Put()));
+  EXPECT_THAT(keysOf(ItemsOf<ISetModules>(chains).front()), ElementsAre(L"User:1033"));
+  ASSERT_EQ(S_OK, conflict->get_Fixes(fixes.Put()));
+  const common::ComPtr<IPlanFix> fix = ItemsOf<IPlanFix>(fixes).front();
+  EXPECT_EQ(L"a module Absent with version 2.0 or higher is missing",
+            Text(fix, &IPlanFix::get_Text));
+  EXPECT_EQ(S_OK, fix->get_Modules(modules.Put()));
+  EXPECT_THAT(keysOf(modules), testing::UnorderedElementsAre(L"Base:1033", L"User:1033"));
   EXPECT_THAT(CheckAll(), ElementsAre(L"missing-dependency"));
   EXPECT_THAT(Check(Variant(L"Base")), ElementsAre());
   common::ComPtr<ISetFindings> none;
