@@ -14,6 +14,7 @@
 #include "client/commands/Commands.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/NearestNames.h"
+#include "client/terminal/Page.h"
 #include "client/terminal/Report.h"
 
 namespace mmcat {
@@ -84,6 +85,9 @@ class Parser {
         PrintRemark(failure.what());
         return kUsage;
       }
+      if (!output.wide) {
+        UsePage(PageOfTerminal());
+      }
       return run(output);
     };
   }
@@ -145,6 +149,7 @@ class Parser {
     parser.add_option("--output", m_outputFile, "File to print to instead of stdout")
         ->type_name("FILE");
     parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
+    parser.add_flag("--wide", m_output.wide, "Shorten nothing to fit the terminal");
     // Options are handled in the order in which they are added, this one before any with a path.
     parser
         .add_option_function<std::string>(

@@ -26,12 +26,22 @@ ListedModule ReadModule(IMergeModule& module) {
 
 namespace {
 
-/// The name of a file below the folder heading that it is listed under; the path of a gallery
-/// module.
-std::string ShortenPath(const ListedModule& module) {
-  const size_t slash = module.path.find_last_of("\\/");
-  return module.fromGallery || slash == std::string::npos ? module.path
-                                                          : module.path.substr(slash + 1);
+size_t MeasureFolder(const std::string& path) {
+  const size_t slash = path.find_last_of("\\/");
+  return slash == std::string::npos ? 0 : slash;
+}
+
+/// The folder heading that a module is listed under.
+std::string FormatFolder(const ListedModule& module) {
+  const std::string folder = module.path.substr(0, MeasureFolder(module.path));
+  return !module.fromGallery ? module.origin
+         : folder.empty()    ? "Object gallery"
+                             : "Object gallery: " + folder;
+}
+
+std::string GetFileName(const std::string& path) {
+  const size_t folder = MeasureFolder(path);
+  return path.substr(folder == 0 ? 0 : folder + 1);
 }
 
 }  // namespace
@@ -56,16 +66,18 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
 }
 
 std::string FormatModules(const std::vector<ListedModule>& modules) {
-  TextTable table({"Key", "Version", "Language", "File", "Display name"});
-  const ListedModule* previous = nullptr;
+  TextTable table({"File", "Display name", "Version", "Language", "Key"});
+  std::string previous;
   for (const ListedModule& module : modules) {
-    if (!previous || module.origin != previous->origin) {
-      table.AddLine(module.fromGallery ? "Object gallery" : module.origin);
+    const std::string folder = FormatFolder(module);
+    if (folder != previous) {
+      table.AddLine(folder);
+      previous = folder;
     }
-    previous = &module;
-    table.AddRow({module.key, module.version,
-                  module.language ? std::to_string(*module.language) : "", ShortenPath(module),
-                  module.displayName});
+    // A module without a name has its path instead, which these lines already say.
+    const std::string name = module.displayName == module.path ? "" : module.displayName;
+    table.AddRow({GetFileName(module.path), name, module.version,
+                  module.language ? std::to_string(*module.language) : "", module.key});
   }
   return table.ToString("  ");
 }

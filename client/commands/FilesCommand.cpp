@@ -1,25 +1,57 @@
 #include <CLI/CLI.hpp>
+#include <map>
+#include <tuple>
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
+#include "text/Fold.h"
 
 namespace mmcat {
 
 namespace {
+
+/// Copies of one file in one module.
+struct ListedFile {
+  const FileFacts* first = nullptr;
+  size_t copies = 0;
+  std::string targetPaths;  ///< separated by commas
+};
+
+/// Joins the rows of a module that differ in nothing but where they go.
+std::vector<ListedFile> JoinCopies(const std::vector<FileFacts>& files) {
+  using Identity = std::tuple<size_t, std::string, std::optional<long>, std::string, bool>;
+  std::map<Identity, size_t> positions;
+  std::vector<ListedFile> list;
+  for (const FileFacts& file : files) {
+    const auto [found, isNew] = positions.try_emplace(
+        {file.module, qm::text::FoldCase(file.name), file.size, file.version, file.isRedirected},
+        list.size());
+    if (isNew) {
+      list.push_back({&file, 1, file.targetPath});
+    } else {
+      ListedFile& listed = list[found->second];
+      ++listed.copies;
+      listed.targetPaths += ", " + file.targetPath;
+    }
+  }
+  return list;
+}
 
 std::string FormatFiles(const std::vector<ModuleFacts>& modules,
                         const std::vector<FileFacts>& files) {
   if (files.empty()) {
     return "No files\n";
   }
-  TextTable table({"Module", "File", "Target path", "Redirected", "Size", "Version"});
-  for (const FileFacts& file : files) {
-    table.AddRow({modules[file.module].key, file.name, file.targetPath,
-                  file.isRedirected ? "yes" : "", file.size ? std::to_string(*file.size) : "",
-                  file.version});
+  TextTable table({"File", "Module", "Version", "Size", "Redirected", "Target path"});
+  for (const ListedFile& listed : JoinCopies(files)) {
+    const FileFacts& file = *listed.first;
+    const std::string copies = listed.copies > 1 ? " (x" + std::to_string(listed.copies) + ')' : "";
+    table.AddRow({file.name + copies, modules[file.module].key, file.version,
+                  file.size ? std::to_string(*file.size) : "", file.isRedirected ? "yes" : "",
+                  listed.targetPaths});
   }
   return table.ToString("");
 }

@@ -101,11 +101,11 @@ std::string FormatGallery(const std::vector<GalleryEntry>& entries) {
   if (entries.empty()) {
     return "No gallery descriptions\n";
   }
-  TextTable table({"State", "Module", "Version", "Local version", "Package code", "Local path"});
+  TextTable table({"Module", "State", "Version", "Local version", "Package code", "Local path"});
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
-    table.AddRow({entry.state, entry.file.key, entry.file.version, entry.localVersion,
+    table.AddRow({entry.file.key, entry.state, entry.file.version, entry.localVersion,
                   entry.file.packageCode,
                   entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
     if (!entry.gallery.downloadFiles.empty()) {

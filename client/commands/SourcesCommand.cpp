@@ -27,10 +27,10 @@ std::string FormatSources(const std::vector<ListedSource>& sources) {
   if (sources.empty()) {
     return "No search folders\n";
   }
-  TextTable table({"Pass", "Modules", "Display name", "Folder", "Entry"});
+  TextTable table({"Folder", "Modules", "Pass", "Display name", "Entry"});
   for (const ListedSource& source : sources) {
-    table.AddRow({std::to_string(source.pass), std::to_string(source.modules), source.displayName,
-                  source.folder, source.entry});
+    table.AddRow({source.folder, std::to_string(source.modules), std::to_string(source.pass),
+                  source.displayName, source.entry});
   }
   return table.ToString("");
 }

@@ -58,26 +58,33 @@ std::string FormatSource(const DelivererFacts& facts) {
                                    : "File table, " + facts.indexFile;
 }
 
-/// The folders that the module installs the file to, each once.
-std::string FormatTargetPaths(const DelivererFacts& facts) {
+/// A text of the copies of a file, each once.
+std::string JoinDistinct(const std::vector<FileFacts>& copies, std::string FileFacts::*member) {
   std::string text;
   std::set<std::string> seen;
-  for (const FileFacts& copy : facts.copies) {
-    if (seen.insert(copy.targetPath).second) {
-      text += (text.empty() ? "" : ", ") + copy.targetPath;
+  for (const FileFacts& copy : copies) {
+    if (!(copy.*member).empty() && seen.insert(copy.*member).second) {
+      text += (text.empty() ? "" : ", ") + copy.*member;
     }
   }
   return text;
 }
 
+std::string FormatCopies(const DelivererFacts& facts) {
+  const size_t copies = facts.copies.size();
+  return copies > 1 ? facts.file + " (x" + std::to_string(copies) + ')' : facts.file;
+}
+
 std::string FormatDeliveries(const std::vector<Delivery>& deliveries) {
-  TextTable table({"File", "Module", "Display name", "Copies", "Source", "Present", "Target path",
-                   "Problem", "Module path"});
+  TextTable table({"File", "Module file", "Display name", "Version", "Present", "Source", "Problem",
+                   "Target path", "Module", "Module path"});
   for (const Delivery& delivery : deliveries) {
     const DelivererFacts& facts = delivery.facts;
-    table.AddRow({facts.file, facts.moduleKey, delivery.displayName,
-                  std::to_string(facts.copies.size()), FormatSource(facts),
-                  delivery.isPresent ? "yes" : "no", FormatTargetPaths(facts), facts.problem,
+    const std::string name = delivery.displayName == delivery.path ? "" : delivery.displayName;
+    table.AddRow({FormatCopies(facts), GetFileName(delivery.path), name,
+                  JoinDistinct(facts.copies, &FileFacts::version),
+                  delivery.isPresent ? "yes" : "no", FormatSource(facts), facts.problem,
+                  JoinDistinct(facts.copies, &FileFacts::targetPath), facts.moduleKey,
                   delivery.path});
   }
   return table.ToString("");

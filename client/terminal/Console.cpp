@@ -20,12 +20,16 @@ bool IsConsole(DWORD standardHandle) noexcept {
   return ::GetConsoleMode(::GetStdHandle(standardHandle), &mode) != 0;
 }
 
+/// Returns whether QM_TERMINAL has a word.
+bool IsInTerminalVariable(const wchar_t* word) noexcept {
+  wchar_t words[32];
+  const DWORD size = ::GetEnvironmentVariableW(L"QM_TERMINAL", words, 32);
+  return size > 0 && size < 32 && std::wcsstr(words, word);
+}
+
 /// Returns whether a pipe leads to a terminal.
 bool IsRelayed(DWORD standardHandle) noexcept {
-  wchar_t terminals[32];
-  const DWORD size = ::GetEnvironmentVariableW(L"QM_TERMINAL", terminals, 32);
-  return size > 0 && size < 32 &&
-         std::wcsstr(terminals, standardHandle == STD_OUTPUT_HANDLE ? L"stdout" : L"stderr") &&
+  return IsInTerminalVariable(standardHandle == STD_OUTPUT_HANDLE ? L"stdout" : L"stderr") &&
          ::GetFileType(::GetStdHandle(standardHandle)) == FILE_TYPE_PIPE;
 }
 
@@ -89,6 +93,18 @@ size_t GetTerminalWidth(DWORD standardHandle) noexcept {
 
 int RedirectOutput(const wchar_t* path) noexcept {
   return ::_wfreopen(path, L"w", stdout) ? 0 : errno;
+}
+
+bool CanShowEllipsis() noexcept {
+  if (!IsConsole(STD_OUTPUT_HANDLE)) {
+    return !IsInTerminalVariable(L"ascii");
+  }
+  // UTF-8 has every character, and a conversion to it reports no replacement.
+  BOOL isReplaced = FALSE;
+  const UINT codePage = ::GetConsoleOutputCP();
+  return codePage == CP_UTF8 || (::WideCharToMultiByte(codePage, WC_NO_BEST_FIT_CHARS, L"\u2026", 1,
+                                                       nullptr, 0, nullptr, &isReplaced) > 0 &&
+                                 !isReplaced);
 }
 
 void WriteOutput(const std::string& text) { WriteTo(STD_OUTPUT_HANDLE, stdout, text); }

@@ -10,7 +10,8 @@ namespace mmcat {
 // console gets UTF-16; bytes would be reinterpreted by its code page.
 //
 // A terminal is a console, or a pipe to a program that passes on what it reads to a terminal. Such
-// a program (tools/wine-run) says so in the variables QM_TERMINAL and COLUMNS.
+// a program (tools/wine-run) says so in the variables QM_TERMINAL, which has the word "ascii" if
+// the terminal shows no other characters, and COLUMNS.
 
 /// Returns whether a standard handle (STD_OUTPUT_HANDLE, STD_ERROR_HANDLE) is a terminal.
 bool IsTerminal(DWORD standardHandle) noexcept;
@@ -21,6 +22,9 @@ size_t GetTerminalWidth(DWORD standardHandle) noexcept;
 /// Makes a file stdout, in place of what it was; the file need not exist. Returns the C library's
 /// error code, or 0.
 int RedirectOutput(const wchar_t* path) noexcept;
+
+/// Returns whether the terminal of stdout shows U+2026, the ellipsis.
+bool CanShowEllipsis() noexcept;
 
 /// Writes to stdout, which may buffer the text until FlushOutput if it is a file.
 void WriteOutput(const std::string& text);

@@ -5,9 +5,11 @@
 #include <utility>
 
 #include "client/terminal/Console.h"
+#include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
+#include "client/terminal/TextWidth.h"
 
 namespace mmcat {
 
@@ -22,7 +24,9 @@ Report::Report(const std::string& command, const OutputOptions& options, int doc
 
 void Report::Print(const std::string& text) {
   if (m_format == OutputFormat::PlainText) {
-    WriteOutput(m_colors ? text : RemoveMarks(text));
+    const std::optional<size_t> width = CurrentPage().width;
+    const std::string page = width ? WrapLines(text, *width) : text;
+    WriteOutput(m_colors ? page : RemoveMarks(page));
   }
 }
 
@@ -65,7 +69,9 @@ std::string FormatHResult(HRESULT hr) {
 
 void PrintRemark(const std::string& text) {
   Progress::Erase();
-  WriteError("mmcat: " + MakePrintable(text) + '\n');
+  const std::string line = "mmcat: " + MakePrintable(text) + '\n';
+  WriteError(IsTerminal(STD_ERROR_HANDLE) ? WrapLines(line, GetTerminalWidth(STD_ERROR_HANDLE) - 1)
+                                          : line);
 }
 
 }  // namespace mmcat

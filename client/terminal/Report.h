@@ -28,6 +28,7 @@ struct FileFailure {
 struct OutputOptions {
   OutputFormat format = OutputFormat::PlainText;
   bool noColor = false;               ///< even on a terminal that shows them
+  bool wide = false;                  ///< whole lines, even on a terminal that breaks them
   std::vector<FileFailure> failures;  ///< from before the command began; its report has them first
 };
 

@@ -10,6 +10,11 @@ std::string MakePrintable(std::string text);
 
 /// Lays out rows of UTF-8 text in columns as wide as their widest cell. Control characters in cells
 /// become blanks.
+///
+/// On a page of limited width (Page.h), the table fits it: columns without a value are left out;
+/// a column whose cells are all equal becomes a line above the table; a single row that is too wide
+/// becomes a list of its cells. If that is not enough, columns are left out from the right, and
+/// cells are shortened in their middle. So what identifies a row comes first.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::string> headings) { AddRow(std::move(headings)); }

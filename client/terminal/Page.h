@@ -1,0 +1,24 @@
+#pragma once
+
+#include <optional>
+#include <string>
+
+namespace mmcat {
+
+/// How text is laid out for its reader.
+struct Page {
+  /// The columns that a line can take; no value for output that is not read on a terminal, where
+  /// nothing is shortened or broken.
+  std::optional<size_t> width;
+  std::string ellipsis = "…";
+};
+
+/// The page that the terminal of stdout offers; an unlimited one if stdout is none.
+Page PageOfTerminal();
+
+/// Lays out text for a page from now on. The default is one without limits.
+void UsePage(Page page) noexcept;
+
+const Page& CurrentPage() noexcept;
+
+}  // namespace mmcat

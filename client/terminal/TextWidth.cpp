@@ -1,0 +1,213 @@
+#include "client/terminal/TextWidth.h"
+
+#include <algorithm>
+#include <iterator>
+
+namespace mmcat {
+
+namespace {
+
+struct Range {
+  char32_t first;
+  char32_t last;
+};
+
+// The blocks whose characters take no column: combining marks, joiners, selectors.
+constexpr Range kZeroWidth[] = {
+    {0x0300, 0x036F}, {0x0483, 0x0489}, {0x0591, 0x05BD}, {0x0610, 0x061A},   {0x064B, 0x065F},
+    {0x200B, 0x200F}, {0x202A, 0x202E}, {0x2060, 0x2064}, {0x20D0, 0x20FF},   {0x3099, 0x309A},
+    {0xFE00, 0xFE0F}, {0xFE20, 0xFE2F}, {0xFEFF, 0xFEFF}, {0xE0100, 0xE01EF},
+};
+
+// The blocks whose characters take two columns: East Asian scripts, full-width forms, emoji.
+constexpr Range kDoubleWidth[] = {
+    {0x1100, 0x115F},   {0x231A, 0x231B},   {0x2329, 0x232A},   {0x23E9, 0x23EC},
+    {0x2E80, 0x303E},   {0x3041, 0x33FF},   {0x3400, 0x4DBF},   {0x4E00, 0x9FFF},
+    {0xA000, 0xA4CF},   {0xA960, 0xA97F},   {0xAC00, 0xD7A3},   {0xF900, 0xFAFF},
+    {0xFE10, 0xFE19},   {0xFE30, 0xFE6F},   {0xFF01, 0xFF60},   {0xFFE0, 0xFFE6},
+    {0x16FE0, 0x18CFF}, {0x1B000, 0x1B2FF}, {0x1F300, 0x1F64F}, {0x1F680, 0x1F6FF},
+    {0x1F900, 0x1F9FF}, {0x20000, 0x3FFFD},
+};
+
+template <size_t N>
+bool IsIn(const Range (&ranges)[N], char32_t character) noexcept {
+  const auto* const range =
+      std::lower_bound(std::begin(ranges), std::end(ranges), character,
+                       [](const Range& one, char32_t wanted) { return one.last < wanted; });
+  return range != std::end(ranges) && range->first <= character;
+}
+
+/// A piece of text that is never divided: a character, or a mark for colours.
+struct Piece {
+  size_t bytes;
+  size_t columns;
+};
+
+Piece ReadPiece(std::string_view text) noexcept {
+  const auto lead = static_cast<unsigned char>(text.front());
+  if (lead == 0x1B) {
+    return {std::min(text.find('m'), text.size() - 1) + 1, 0};
+  }
+  const size_t bytes = std::min<size_t>(lead < 0xC0   ? 1
+                                        : lead < 0xE0 ? 2
+                                        : lead < 0xF0 ? 3
+                                                      : 4,
+                                        text.size());
+  constexpr unsigned kLeadBits[] = {0x7F, 0x7F, 0x1F, 0x0F, 0x07};
+  char32_t character = lead & kLeadBits[bytes];
+  for (size_t i = 1; i < bytes; ++i) {
+    character = character << 6U | (static_cast<unsigned char>(text[i]) & 0x3FU);
+  }
+  return {bytes, IsIn(kZeroWidth, character) ? 0U : IsIn(kDoubleWidth, character) ? 2U : 1U};
+}
+
+/// The last part of a path, with the slash before it; empty if the text is no path.
+std::string_view LastPart(std::string_view text) noexcept {
+  const size_t slash = text.find_last_of("\\/");
+  return slash == std::string_view::npos || slash == 0 ? "" : text.substr(slash);
+}
+
+/// The parts of a module key such as "TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033".
+struct KeyParts {
+  std::string_view name;      ///< with its dot; empty if the text is no key with a GUID
+  std::string_view language;  ///< with its colon
+};
+
+KeyParts SplitKey(std::string_view text) noexcept {
+  constexpr size_t kGuidDigits = 32;
+  const size_t dot = text.rfind('.');
+  if (dot == std::string_view::npos) {
+    return {};
+  }
+  const size_t end =
+      std::min(text.find_first_not_of("0123456789ABCDEFabcdef_", dot + 1), text.size());
+  const bool isKey = end - dot > kGuidDigits && (end == text.size() || text[end] == ':');
+  return isKey ? KeyParts{text.substr(0, dot + 1), text.substr(end)} : KeyParts{};
+}
+
+std::string ShortenBetween(std::string_view text, size_t start, size_t end,
+                           const std::string& ellipsis) {
+  return std::string(TakeStart(text, start)) + ellipsis + std::string(TakeEnd(text, end));
+}
+
+/// Where the text behind the first gap of a line begins, in bytes; 0 if there is no gap, or only
+/// one in the right half of the page.
+size_t FindSecondColumn(std::string_view line, size_t start, size_t width) noexcept {
+  const size_t gap = line.find("  ", start);
+  const size_t second = gap == std::string_view::npos ? gap : line.find_first_not_of(' ', gap);
+  return second != std::string_view::npos && MeasureWidth(line.substr(0, second)) <= width / 2
+             ? second
+             : 0;
+}
+
+/// The bytes of the longest beginning of a word that fits, broken where a reader expects it.
+size_t BreakWord(std::string_view word, size_t width) noexcept {
+  const std::string_view fitting = TakeStart(word, width);
+  const size_t separator = fitting.find_last_of("/\\._");
+  const bool isUseful = separator != std::string_view::npos && separator >= fitting.size() / 2;
+  return isUseful ? separator + 1 : std::max(fitting.size(), ReadPiece(word).bytes);
+}
+
+void WrapLine(std::string_view line, size_t width, std::string& text) {
+  const size_t start = std::min(line.find_first_not_of(' '), line.size());
+  const size_t second = FindSecondColumn(line, start, width);
+  const size_t hanging =
+      second > 0 ? MeasureWidth(line.substr(0, second)) : std::min(start + 2, width / 2);
+  const std::string indent(hanging, ' ');
+  std::string prefix(line.substr(0, std::min(start, width / 2)));
+  line.remove_prefix(start);
+  size_t kept = second > 0 ? second - start : 0;  // never broken: up to the second column
+  while (prefix.size() + MeasureWidth(line) > width) {
+    const size_t room = width - prefix.size();
+    const std::string_view fitting = TakeStart(line, room);
+    // A blank just behind the edge ends the line there.
+    size_t end = line[fitting.size()] == ' ' ? fitting.size() : fitting.rfind(' ');
+    if (end == std::string_view::npos || end <= kept) {
+      const size_t used = MeasureWidth(line.substr(0, kept));
+      end = kept + BreakWord(line.substr(kept), room - used);
+    }
+    text += prefix;
+    text += line.substr(0, end);
+    text.erase(text.find_last_not_of(' ') + 1);
+    text += '\n';
+    line.remove_prefix(std::min(line.find_first_not_of(' ', end), line.size()));
+    prefix = indent;
+    kept = 0;
+  }
+  if (!line.empty()) {
+    text += prefix;
+    text += line;
+    text += '\n';
+  }
+}
+
+}  // namespace
+
+size_t MeasureWidth(std::string_view text) noexcept {
+  size_t width = 0;
+  while (!text.empty()) {
+    const Piece piece = ReadPiece(text);
+    width += piece.columns;
+    text.remove_prefix(piece.bytes);
+  }
+  return width;
+}
+
+std::string_view TakeStart(std::string_view text, size_t width) noexcept {
+  size_t bytes = 0;
+  while (bytes < text.size()) {
+    const Piece piece = ReadPiece(text.substr(bytes));
+    if (piece.columns > width) {
+      break;
+    }
+    width -= piece.columns;
+    bytes += piece.bytes;
+  }
+  return text.substr(0, bytes);
+}
+
+std::string_view TakeEnd(std::string_view text, size_t width) noexcept {
+  size_t left = MeasureWidth(text);
+  while (left > width) {
+    const Piece piece = ReadPiece(text);
+    left -= piece.columns;
+    text.remove_prefix(piece.bytes);
+  }
+  return text;
+}
+
+std::string ShortenMiddle(const std::string& text, size_t width, const std::string& ellipsis) {
+  if (MeasureWidth(text) <= width) {
+    return text;
+  }
+  const size_t room = width - std::min(MeasureWidth(ellipsis), width);
+  const size_t part = MeasureWidth(LastPart(text));
+  if (part > 0 && part <= room) {
+    return ShortenBetween(text, room - part, part, ellipsis);
+  }
+  constexpr size_t kDigits = 3;  // of the GUID, at least
+  const KeyParts key = SplitKey(text);
+  const size_t language = MeasureWidth(key.language);
+  if (!key.name.empty() && MeasureWidth(key.name) + kDigits + language <= room) {
+    return ShortenBetween(text, room - language, language, ellipsis);
+  }
+  return ShortenBetween(text, room - room / 3, room / 3, ellipsis);
+}
+
+std::string WrapLines(const std::string& text, size_t width) {
+  std::string wrapped;
+  for (size_t start = 0; start < text.size();) {
+    const size_t end = std::min(text.find('\n', start), text.size());
+    const std::string_view line = std::string_view(text).substr(start, end - start);
+    if (MeasureWidth(line) <= width) {
+      wrapped += line;
+      wrapped += end < text.size() ? "\n" : "";
+    } else {
+      WrapLine(line, width, wrapped);
+    }
+    start = end + 1;
+  }
+  return wrapped;
+}
+
+}  // namespace mmcat

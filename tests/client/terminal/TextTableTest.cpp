@@ -1,0 +1,94 @@
+#include "client/terminal/TextTable.h"
+
+#include <gtest/gtest.h>
+
+#include "client/terminal/Page.h"
+#include "client/terminal/Style.h"
+#include "client/terminal/TextWidth.h"
+
+namespace mmcat {
+
+namespace {
+
+class TextTableTest : public testing::Test {
+ protected:
+  ~TextTableTest() override { UsePage({}); }
+
+  static std::string Format(const TextTable& table) { return RemoveMarks(table.ToString(" ")); }
+};
+
+constexpr char kZip[] = "TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033";
+constexpr char kPen[] = "PenHolder.F6BAAFB1_0E4A_4B63_8C53_E8D5D7A1D7C2:1033";
+
+TEST_F(TextTableTest, ColumnsWithoutLimitAreWholeAndAlignCharactersOfAnyWidth) {
+  TextTable table({"Name", "Key"});
+  table.AddRow({"e\u0301t\u00e9", kZip});
+  table.AddRow({"\u6f22\u5b57", kPen});
+  EXPECT_EQ(Format(table), std::string(" Name  Key\n e\u0301t\u00e9   ") + kZip +
+                               "\n \u6f22\u5b57  " + kPen + '\n');
+}
+
+TEST_F(TextTableTest, APageLeavesOutWhatSaysNothingAndNamesWhatItHasNoRoomFor) {
+  UsePage({50});
+  TextTable table({"Name", "Key", "Same", "Nothing", "Path"});
+  table.AddRow({"one", kZip, "yes", "", "/a/rather/long/path/of/some/file.txt"});
+  table.AddRow({"two", kPen, "yes", "", "/another/rather/long/path/of/it.txt"});
+  EXPECT_EQ(Format(table),
+            "Same: yes\n"
+            " Name  Key                   Path\n"
+            " one   TinyZip.DC6CE4…:1033  /a/rather/l\u2026/file.txt\n"
+            " two   PenHolder.F6BA…:1033  /another/rath\u2026/it.txt\n");
+  UsePage({40});
+  EXPECT_EQ(Format(table),
+            "Same: yes\n"
+            " Name  Key\n"
+            " one   TinyZip.DC6CE4A1310E463AA8F\u2026:1033\n"
+            " two   PenHolder.F6BAAFB1_0E4A_4B6\u2026:1033\n"
+            "(--wide adds Path)\n");
+}
+
+TEST_F(TextTableTest, ASingleRowThatIsTooWideBecomesAList) {
+  UsePage({40});
+  TextTable table({"Name", "Key"});
+  table.AddRow({"one", kZip});
+  EXPECT_EQ(Format(table), std::string(" Name  one\n Key   ") + kZip + '\n');
+}
+
+TEST(TextWidthTest, LongWordsAreShortenedWhereTheirReaderMissesLeast) {
+  const struct {
+    const char* text;
+    size_t width;
+    const char* expected;
+  } cases[] = {
+      {kZip, 20, "TinyZip.DC6CE4\u2026:1033"},
+      {kZip, 12, "TinyZip.\u2026033"},  // no room for the parts of a key
+      {"C:\\Modules\\More\\TinyZip.msm", 20, "C:\\Modu\u2026\\TinyZip.msm"},
+      {"C:\\Modules\\A very long name.msm", 10, "C:\\Mod\u2026msm"},
+      {"\u6f22\u5b57\u6f22\u5b57\u6f22\u5b57", 6, "\u6f22\u5b57\u2026"},
+      {"fits", 4, "fits"},
+  };
+  for (const auto& [text, width, expected] : cases) {
+    EXPECT_EQ(ShortenMiddle(text, width, "\u2026"), expected) << text << " in " << width;
+  }
+}
+
+TEST(TextWidthTest, LinesBreakBetweenWordsAndContinueBelowTheirSecondColumn) {
+  const struct {
+    const char* text;
+    const char* expected;
+  } cases[] = {
+      {"short\n\nlines\n", "short\n\nlines\n"},
+      {"one two three four five\n", "one two three four\n  five\n"},
+      {"  Name    one two three\n", "  Name    one two\n          three\n"},
+      {"  Path    /folder/of/some/file\n",
+       "  Path    /folder/\n          of/some/\n          file\n"},
+      {"\x1b[1mone two three\x1b[0m four five\n", "\x1b[1mone two three\x1b[0m four\n  five\n"},
+  };
+  for (const auto& [text, expected] : cases) {
+    EXPECT_EQ(WrapLines(text, 20), expected);
+  }
+}
+
+}  // namespace
+
+}  // namespace mmcat
