@@ -24,20 +24,59 @@ std::vector<DownloadFileContents> ReadDownloadFiles(IMergeModule2& module) {
   return files;
 }
 
-std::vector<std::string> ReadCustomActions(ISetModule& module) {
-  std::vector<std::string> names;
-  ForEachItem<ISetCustomAction>(*ReadObject(module, &ISetModule::get_CustomActions),
-                                [&](ISetCustomAction& action) {
-                                  names.push_back(ReadText(action, &ISetCustomAction::get_Name));
-                                });
-  return names;
+std::vector<ComponentContents> ReadComponents(ISetModule& module) {
+  std::vector<ComponentContents> components;
+  ForEachItem<ISetComponent>(
+      *ReadObject(module, &ISetModule::get_Components), [&](ISetComponent& component) {
+        components.push_back({ReadText(component, &ISetComponent::get_Key),
+                              ReadText(component, &ISetComponent::get_ComponentID),
+                              ReadText(component, &ISetComponent::get_Directory),
+                              ReadText(component, &ISetComponent::get_TargetPath),
+                              ReadText(component, &ISetComponent::get_Condition),
+                              ReadText(component, &ISetComponent::get_KeyPath),
+                              ReadFlag(component, &ISetComponent::get_Is64Bit)});
+      });
+  return components;
 }
 
-/// Reads the first column of a table. Returns nothing if the module does not have the table.
-std::vector<std::string> ReadFirstColumn(ISetModule& module, const wchar_t* tableName) {
-  std::vector<std::string> cells;
-  ForEachRow(module, tableName, [&](ISetRow& row) { cells.push_back(ReadCell(row, 1L).Text()); });
-  return cells;
+std::vector<CustomActionContents> ReadCustomActions(ISetModule& module) {
+  std::vector<CustomActionContents> actions;
+  ForEachItem<ISetCustomAction>(
+      *ReadObject(module, &ISetModule::get_CustomActions), [&](ISetCustomAction& action) {
+        actions.push_back({ReadText(action, &ISetCustomAction::get_Name),
+                           ReadOptionalNumber(action, &ISetCustomAction::get_Type),
+                           ReadText(action, &ISetCustomAction::get_Source),
+                           ReadText(action, &ISetCustomAction::get_Target)});
+      });
+  return actions;
+}
+
+std::vector<ConfigurableItem> ReadConfigurableItems(ISetModule& module) {
+  std::vector<ConfigurableItem> items;
+  ForEachRow(module, L"ModuleConfiguration", [&](ISetRow& row) {
+    items.push_back({ReadCell(row, L"Name").Text(), ReadCell(row, L"Format").Number(),
+                     ReadCell(row, L"Type").Text(), ReadCell(row, L"DefaultValue").Text(),
+                     ReadCell(row, L"DisplayName").Text(), ReadCell(row, L"Description").Text()});
+  });
+  return items;
+}
+
+std::vector<std::string> ReadDialogs(ISetModule& module) {
+  std::vector<std::string> dialogs;
+  ForEachRow(module, L"Dialog", [&](ISetRow& row) { dialogs.push_back(ReadCell(row, 1L).Text()); });
+  return dialogs;
+}
+
+std::vector<TableContents> ReadTables(ISetModule& module) {
+  std::vector<TableContents> tables;
+  ForEachItem<ISetTable>(*ReadObject(module, &ISetModule::get_Tables), [&](ISetTable& table) {
+    tables.push_back({ReadText(table, &ISetTable::get_Name),
+                      ReadNumber(*ReadObject(table, &ISetTable::get_Rows), &ISetRows::get_Count),
+                      SpellPathsIn(ReadText(table, &ISetTable::get_Failure))});
+  });
+  std::sort(tables.begin(), tables.end(),
+            [](const TableContents& a, const TableContents& b) { return a.name < b.name; });
+  return tables;
 }
 
 /// Sorts rows by their keys: tables have no order of their own that would help a reader.
@@ -81,11 +120,16 @@ ModuleContents ReadModuleContents(const ModuleSet& set, size_t position) {
   contents.author = ReadText(module, &ISetModule::get_Author);
   contents.comments = ReadText(module, &ISetModule::get_Comments);
   contents.packageCode = facts.packageCode;
+  contents.platform = ReadText(module, &ISetModule::get_Platform);
+  contents.minimumInstaller = ReadOptionalNumber(module, &ISetModule::get_MinimumInstaller);
+  contents.components = SortByKey(ReadComponents(module));
   contents.files = SortByKey(set.FilesOf(position));
   contents.dependencies = SortByKey(set.RequirementsOf(position));
   contents.exclusions = SortByKey(set.ExclusionsOf(position));
   contents.customActions = ReadCustomActions(module);
-  contents.dialogs = ReadFirstColumn(module, L"Dialog");
+  contents.configurableItems = ReadConfigurableItems(module);
+  contents.dialogs = ReadDialogs(module);
+  contents.tables = ReadTables(module);
   contents.gallery = ReadGalleryContents(module, contents.failures);
   return contents;
 }

@@ -20,6 +20,39 @@ struct DownloadFileContents {
   std::string checkSum;
 };
 
+struct ComponentContents {
+  std::string key;
+  std::string componentId;
+  std::string directory;
+  std::string targetPath;
+  std::string condition;
+  std::string keyPath;
+  bool is64Bit = false;
+};
+
+struct CustomActionContents {
+  std::string name;
+  std::optional<long> type;
+  std::string source;
+  std::string target;
+};
+
+/// A value that the user of a module can set: a row of its ModuleConfiguration table.
+struct ConfigurableItem {
+  std::string name;
+  std::optional<long> format;
+  std::string type;
+  std::string defaultValue;
+  std::string displayName;
+  std::string description;
+};
+
+struct TableContents {
+  std::string name;
+  long rows = 0;
+  std::string failure;  ///< why it cannot be read; empty if it was read
+};
+
 /// What the object gallery knows about a module.
 struct GalleryContents {
   bool present = true;
@@ -45,11 +78,16 @@ struct ModuleContents {
   std::string author;
   std::string comments;
   std::string packageCode;
+  std::string platform;                  ///< such as "Intel"; empty if the module names none
+  std::optional<long> minimumInstaller;  ///< 100 times the version of the installer
   std::vector<FileFacts> files;
+  std::vector<ComponentContents> components;
   std::vector<RequirementFacts> dependencies;
   std::vector<ExclusionFacts> exclusions;
-  std::vector<std::string> customActions;
+  std::vector<CustomActionContents> customActions;
+  std::vector<ConfigurableItem> configurableItems;
   std::vector<std::string> dialogs;
+  std::vector<TableContents> tables;  ///< by name
   GalleryContents gallery;
   std::vector<PartFailure> failures;  ///< of `gallery`
 };

@@ -2,6 +2,7 @@
 
 #include <sstream>
 
+#include "client/commands/CustomActionType.h"
 #include "client/commands/ModuleText.h"
 
 namespace mmcat {
@@ -35,6 +36,37 @@ Json MakeItemJson(const ExclusionFacts& exclusion) {
           {"minVersion", exclusion.minVersion},
           {"maxVersion", exclusion.maxVersion},
           {"carriedFrom", exclusion.carriedFrom}};
+}
+
+Json MakeItemJson(const ComponentContents& component) {
+  return {{"key", component.key},
+          {"componentId", component.componentId},
+          {"directory", component.directory},
+          {"targetPath", component.targetPath},
+          {"condition", component.condition},
+          {"is64Bit", component.is64Bit},
+          {"keyPath", component.keyPath}};
+}
+
+Json MakeItemJson(const CustomActionContents& action) {
+  return {{"name", action.name},
+          {"type", MakeNumberOrNull(action.type)},
+          {"description", DescribeCustomActionType(action.type)},
+          {"source", action.source},
+          {"target", action.target}};
+}
+
+Json MakeItemJson(const ConfigurableItem& item) {
+  return {{"name", item.name},
+          {"format", MakeNumberOrNull(item.format)},
+          {"type", item.type},
+          {"defaultValue", item.defaultValue},
+          {"displayName", item.displayName},
+          {"description", item.description}};
+}
+
+Json MakeItemJson(const TableContents& table) {
+  return {{"name", table.name}, {"rows", table.rows}, {"failure", table.failure}};
 }
 
 Json MakeItemJson(const DownloadFileContents& file) {
@@ -77,6 +109,10 @@ Json MakeDownloadFilesJson(const std::vector<DownloadFileContents>& files) {
 }
 
 Json MakeModuleJson(const ModuleContents& module) {
+  Json actionNames = Json::array();
+  for (const CustomActionContents& action : module.customActions) {
+    actionNames.push_back(action.name);
+  }
   return {{"path", module.path},
           {"key", module.key},
           {"moduleId", module.moduleId},
@@ -90,8 +126,14 @@ Json MakeModuleJson(const ModuleContents& module) {
           {"files", MakeListJson(module.files)},
           {"dependencies", MakeListJson(module.dependencies)},
           {"exclusions", MakeListJson(module.exclusions)},
-          {"customActions", module.customActions},
+          {"customActions", std::move(actionNames)},
           {"dialogs", module.dialogs},
+          {"platform", module.platform},
+          {"minimumInstaller", MakeNumberOrNull(module.minimumInstaller)},
+          {"components", MakeListJson(module.components)},
+          {"actions", MakeListJson(module.customActions)},
+          {"configurableItems", MakeListJson(module.configurableItems)},
+          {"tables", MakeListJson(module.tables)},
           {"present", module.gallery.present},
           {"needsDownload", module.gallery.needsDownload},
           {"localPath", module.gallery.localPath},

@@ -1,7 +1,14 @@
 #include "client/commands/ModuleText.h"
 
+#include <algorithm>
+#include <iterator>
+#include <utility>
+
+#include "client/commands/CustomActionType.h"
+#include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
+#include "client/terminal/TextWidth.h"
 
 namespace mmcat {
 
@@ -32,12 +39,144 @@ std::string FormatNames(const std::string& heading, const std::vector<std::strin
   return text;
 }
 
+std::string FormatInstaller(const ModuleContents& module) {
+  const std::optional<long>& version = module.minimumInstaller;
+  return version
+             ? std::to_string(*version / 100) + '.' + std::to_string(*version % 100) + " or later"
+             : "";
+}
+
+std::string FormatComponents(const std::vector<ComponentContents>& components) {
+  TextTable table({"Key", "64-bit", "Condition", "Target path", "Key path", "Component ID"});
+  for (const ComponentContents& component : components) {
+    table.AddRow({component.key, component.is64Bit ? "yes" : "", component.condition,
+                  component.targetPath, component.keyPath, component.componentId});
+  }
+  return FormatPartHeading("Components", components.size()) + table.ToString(kIndent);
+}
+
+std::string FormatCustomActions(const std::vector<CustomActionContents>& actions) {
+  TextTable table({"Name", "What it does", "Type", "Source", "Target"});
+  for (const CustomActionContents& action : actions) {
+    table.AddRow({action.name, DescribeCustomActionType(action.type), FormatCell(action.type),
+                  action.source, action.target});
+  }
+  return FormatPartHeading("Custom actions", actions.size()) + table.ToString(kIndent);
+}
+
+/// The format of a configurable item (ModuleConfiguration.Format) in words.
+std::string FormatItemFormat(const std::optional<long>& format) {
+  constexpr const char* kFormats[] = {"text", "key", "number", "bits"};
+  return format && *format >= 0 && *format < 4 ? kFormats[*format] : FormatCell(format);
+}
+
+std::string FormatConfigurableItems(const std::vector<ConfigurableItem>& items) {
+  TextTable table({"Name", "Format", "Default", "Display name", "Type", "Description"});
+  for (const ConfigurableItem& item : items) {
+    table.AddRow({item.name, FormatItemFormat(item.format), item.defaultValue, item.displayName,
+                  item.type, item.description});
+  }
+  return FormatPartHeading("Configurable items", items.size()) + table.ToString(kIndent);
+}
+
+std::string FormatTables(const std::vector<TableContents>& tables) {
+  TextTable table({"Name", "Rows", "Failure"});
+  for (const TableContents& one : tables) {
+    table.AddRow({one.name, std::to_string(one.rows), one.failure});
+  }
+  return FormatPartHeading("Tables", tables.size()) + table.ToString(kIndent);
+}
+
+/// A number, then names for as many lines as the page has room for: "4: one (x2), two and 1 more".
+/// Empty if there are no names.
+std::string FormatList(const std::vector<std::string>& names) {
+  constexpr size_t kLines = 3;
+  constexpr size_t kHeading = 18;  // columns before the names
+  constexpr size_t kRest = 14;     // columns of " and 100 more"
+  constexpr size_t kLongest = 60;  // columns of a name
+  const Page& page = CurrentPage();
+  std::vector<std::pair<std::string, size_t>> counted;
+  for (const std::string& name : names) {
+    const auto same = std::find_if(counted.begin(), counted.end(),
+                                   [&](const auto& one) { return one.first == name; });
+    if (same == counted.end()) {
+      counted.emplace_back(name, 1);
+    } else {
+      ++same->second;
+    }
+  }
+  std::string text = names.empty() ? "" : std::to_string(names.size()) + ": ";
+  size_t left = names.size();
+  for (const auto& [name, count] : counted) {
+    std::string piece = page.width ? ShortenMiddle(name, kLongest, page.ellipsis) : name;
+    piece += count > 1 ? " (x" + std::to_string(count) + ')' : "";
+    const bool isFirst = left == names.size();
+    if (page.width && !isFirst &&
+        MeasureWidth(text + piece) + kRest > kLines * (*page.width - kHeading)) {
+      return text + " and " + std::to_string(left) + " more";
+    }
+    text += (isFirst ? "" : ", ") + piece;
+    left -= count;
+  }
+  return text;
+}
+
+/// The same for what `getName` makes of items.
+template <class Item, class GetName>
+std::string FormatList(const std::vector<Item>& items, GetName getName) {
+  std::vector<std::string> names;
+  std::transform(items.begin(), items.end(), std::back_inserter(names), getName);
+  return FormatList(names);
+}
+
+/// The name of a row without the GUID that makes it unique among modules.
+std::string RemoveGuid(const std::string& name) {
+  constexpr size_t kGuidSize = 36;
+  const size_t dot = name.rfind('.');
+  const bool hasGuid =
+      dot != std::string::npos && name.size() - dot == kGuidSize + 1 &&
+      name.find_first_not_of("0123456789ABCDEFabcdef_", dot + 1) == std::string::npos;
+  return hasGuid ? name.substr(0, dot) : name;
+}
+
+std::string FormatRequirementName(const RequirementFacts& requirement) {
+  return requirement.version.empty() ? requirement.moduleId
+                                     : requirement.moduleId + " from " + requirement.version;
+}
+
+std::string FormatComponentCounts(const std::vector<ComponentContents>& components) {
+  const auto countIf = [&](auto condition) {
+    return std::count_if(components.begin(), components.end(), condition);
+  };
+  const auto wide = countIf([](const ComponentContents& one) { return one.is64Bit; });
+  const auto conditional =
+      countIf([](const ComponentContents& one) { return !one.condition.empty(); });
+  return components.empty()
+             ? ""
+             : std::to_string(components.size()) +
+                   (wide > 0 ? ", " + std::to_string(wide) + " of them 64-bit" : "") +
+                   (conditional > 0 ? ", " + std::to_string(conditional) + " with a condition"
+                                    : "");
+}
+
+std::string FormatIdentity(const ModuleContents& module) {
+  std::string text = MarkHeading(MakePrintable(module.key)) + '\n';
+  text += FormatField("Display name", module.displayName);
+  text += FormatField("Module ID", module.moduleId);
+  text += FormatField("Version", module.version);
+  text += FormatField("Language", FormatCell(module.language));
+  text += FormatField("Platform", module.platform);
+  text += FormatField("Installer", FormatInstaller(module));
+  text += FormatField("Author", module.author);
+  return text;
+}
+
 std::string FormatFiles(const std::vector<FileFacts>& files) {
   TextTable table(
-      {"Key", "Directory", "Target path", "File name", "Size", "Version", "Language", "Sequence"});
+      {"File name", "Version", "Size", "Target path", "Key", "Directory", "Language", "Sequence"});
   for (const FileFacts& file : files) {
-    table.AddRow({file.key, file.directory, file.targetPath, FormatFileName(file),
-                  FormatCell(file.size), file.version, file.language, FormatCell(file.sequence)});
+    table.AddRow({FormatFileName(file), file.version, FormatCell(file.size), file.targetPath,
+                  file.key, file.directory, file.language, FormatCell(file.sequence)});
   }
   return FormatPartHeading("Files", files.size()) + table.ToString(kIndent);
 }
@@ -77,38 +216,53 @@ std::string FormatFileName(const FileFacts& file) {
   return file.shortName.empty() ? file.name : file.shortName + '|' + file.name;
 }
 
+std::string FormatModuleSummary(const ModuleContents& module) {
+  std::string text = FormatIdentity(module);
+  text += FormatField("Path", module.path);
+  if (module.gallery.needsDownload || !module.gallery.present) {
+    text += FormatField("Needs download", FormatYesOrNo(module.gallery.needsDownload));
+  }
+  text += FormatField("Files", FormatList(module.files, [](const auto& one) { return one.name; }));
+  text += FormatField("Needs", FormatList(module.dependencies, FormatRequirementName));
+  text += FormatField("Excludes",
+                      FormatList(module.exclusions, [](const auto& one) { return one.moduleId; }));
+  text += FormatField("Components", FormatComponentCounts(module.components));
+  text +=
+      FormatField("Custom actions", FormatList(module.customActions, [](const auto& one) {
+                    return RemoveGuid(one.name) + " (" + DescribeCustomActionType(one.type) + ')';
+                  }));
+  text += FormatField("Configurable", FormatList(module.configurableItems, [](const auto& one) {
+                        return RemoveGuid(one.name) + " (" + FormatItemFormat(one.format) + ')';
+                      }));
+  text += FormatField("Dialogs", FormatList(module.dialogs, RemoveGuid));
+  text += FormatField("Tables", FormatList(module.tables, [](const auto& one) {
+                        return one.name + ' ' +
+                               (one.failure.empty() ? std::to_string(one.rows) : "(damaged)");
+                      }));
+  return text;
+}
+
 std::string FormatModule(const ModuleContents& module) {
-  std::string text = MarkHeading(MakePrintable(module.key)) + '\n';
-  text += FormatField("Display name", module.displayName);
-  text += FormatField("Module ID", module.moduleId);
-  text += FormatField("Language", FormatCell(module.language));
-  text += FormatField("Version", module.version);
+  std::string text = FormatIdentity(module);
   text += FormatField("Subject", module.subject);
-  text += FormatField("Author", module.author);
   text += FormatField("Comments", module.comments);
   text += FormatField("Package code", module.packageCode);
   text += FormatField("Path", module.path);
   text += FormatField("Present", FormatYesOrNo(module.gallery.present));
   text += FormatField("Needs download", FormatYesOrNo(module.gallery.needsDownload));
   text += FormatField("Local path", module.gallery.localPath);
-  if (!module.files.empty()) {
-    text += FormatFiles(module.files);
-  }
-  if (!module.dependencies.empty()) {
-    text += FormatDependencies(module.dependencies);
-  }
-  if (!module.exclusions.empty()) {
-    text += FormatExclusions(module.exclusions);
-  }
-  if (!module.customActions.empty()) {
-    text += FormatNames("Custom actions", module.customActions);
-  }
-  if (!module.dialogs.empty()) {
-    text += FormatNames("Dialogs", module.dialogs);
-  }
-  if (!module.gallery.downloadFiles.empty()) {
-    text += FormatDownloadFiles(module.gallery.downloadFiles);
-  }
+  const auto add = [&](const auto& items, auto format) {
+    text += items.empty() ? "" : format(items);
+  };
+  add(module.files, FormatFiles);
+  add(module.components, FormatComponents);
+  add(module.dependencies, FormatDependencies);
+  add(module.exclusions, FormatExclusions);
+  add(module.customActions, FormatCustomActions);
+  add(module.configurableItems, FormatConfigurableItems);
+  add(module.dialogs, [](const auto& names) { return FormatNames("Dialogs", names); });
+  add(module.gallery.downloadFiles, FormatDownloadFiles);
+  add(module.tables, FormatTables);
   return text;
 }
 

@@ -43,6 +43,8 @@ std::vector<std::string> ExpandWildcards(const std::string& path) {
   return files.empty() ? std::vector<std::string>{path} : files;
 }
 
+enum class ShowDepth { Summary, Everything };
+
 /// Collects the modules to show, from files and from the catalog.
 class ModuleCollector {
  public:
@@ -79,7 +81,7 @@ class ModuleCollector {
   ModuleObjects m_modules;
 };
 
-void ShowModules(ModuleObjects modules, Report& report) {
+void ShowModules(ModuleObjects modules, ShowDepth depth, Report& report) {
   const ModuleSet set(std::move(modules));
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   Json list = Json::array();
@@ -89,7 +91,9 @@ void ShowModules(ModuleObjects modules, Report& report) {
       list.push_back(MakeModuleJson(contents));
     } else {
       // Separate modules by a blank line.
-      report.Print((position == 0 ? "" : "\n") + FormatModule(contents));
+      report.Print((position == 0 ? "" : "\n") + (depth == ShowDepth::Everything
+                                                      ? FormatModule(contents)
+                                                      : FormatModuleSummary(contents)));
     }
     for (const PartFailure& failed : contents.failures) {
       report.AddFailure(
@@ -101,6 +105,7 @@ void ShowModules(ModuleObjects modules, Report& report) {
 
 struct Options {
   std::vector<std::string> subjects;  ///< files, possibly with wildcards, and keys
+  bool full = false;
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
@@ -108,6 +113,7 @@ void AddArguments(CLI::App& parser, Options& options) {
       .add_option("FILE", options.subjects,
                   "Module files, or modules in the catalog by ID or ID:LANGUAGE")
       ->required();
+  parser.add_flag("--full", options.full, "Everything: all files, components, actions and tables");
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -123,7 +129,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
       }
     }
   }
-  ShowModules(modules.Take(), report);
+  ShowModules(modules.Take(), options.full ? ShowDepth::Everything : ShowDepth::Summary, report);
   return report.Finish(outcome);
 }
 
@@ -131,7 +137,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kShowCommand = {
     "show",
-    "Show the identity, summary and tables of modules",
+    "Show what modules contain",
     "  mmcat show C:\\Modules\\*.msm\n"
     "  mmcat show Charmap.3128F3C8:1033       a module in the catalog\n",
     PrepareCommand<Options, AddArguments, Run>,
