@@ -1,8 +1,11 @@
 #include "client/catalog/Catalog.h"
 
+#include "client/catalog/ModuleCollection.h"
 #include "client/catalog/Properties.h"
+#include "client/catalog/Value.h"
 #include "idl/host.h"
 #include "idl/qmmmupdater2.h"
+#include "text/Fold.h"
 
 namespace mmcat {
 
@@ -18,12 +21,14 @@ qm::common::ComPtr<IMergeModules> Catalog::Modules() const {
   return ReadObject<IMMCatalog>(*m_catalog.Get(), &IMMCatalog::get_MergeModules);
 }
 
-std::vector<std::string> Catalog::Keys() const {
-  std::vector<std::string> keys;
+std::vector<NamedModule> Catalog::Names() const {
+  std::vector<NamedModule> names;
   ForEachItem<IMergeModule>(*Modules(), [&](IMergeModule& module) {
-    keys.push_back(ReadText(module, &IMergeModule::get_Key));
+    names.push_back({ReadText(module, &IMergeModule::get_Key),
+                     ReadText(module, &IMergeModule::get_ModuleID),
+                     ReadPath(module, &IMergeModule::get_Path)});
   });
-  return keys;
+  return names;
 }
 
 qm::common::ComPtr<IMergeModules> Catalog::FindModules(const std::string& key,
@@ -33,6 +38,36 @@ qm::common::ComPtr<IMergeModules> Catalog::FindModules(const std::string& key,
   ThrowIfFailed(m_catalog->FindModule(MakeArgument(key).Get(), MakeArgument(version).Get(), 0,
                                       modules.Put(), &count));
   return modules;
+}
+
+qm::common::ComPtr<IMergeModules> Catalog::FindNamedModules(const std::string& word,
+                                                            const std::string& version) const {
+  if (ReadNumber(*FindModules(word, ""), &IMergeModules::get_Count) > 0) {
+    return FindModules(word, version);
+  }
+  const std::vector<NamedModule> names = Names();
+  std::vector<size_t> positions;
+  if (HasWildcard(word)) {
+    for (size_t i = 0; i < names.size(); ++i) {
+      if (MatchesPattern(word, names[i])) {
+        positions.push_back(i);
+      }
+    }
+  } else {
+    positions = MatchName(names, word).modules;
+  }
+  ModuleObjects found;
+  const qm::common::ComPtr<IMergeModules> all = Modules();
+  for (const size_t position : positions) {
+    Value index(static_cast<long>(position) + 1);
+    qm::common::ComPtr<IMergeModule> module;
+    ThrowIfFailed(all->get_Item(index.Get(), module.Put()));
+    if (version.empty() || qm::text::FoldCase(ReadText(*module, &IMergeModule::get_Version)) ==
+                               qm::text::FoldCase(version)) {
+      found.push_back(std::move(module));
+    }
+  }
+  return MakeModuleCollection(std::move(found));
 }
 
 qm::common::ComPtr<IMMSources> Catalog::Sources() const {

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "client/catalog/ModuleNames.h"
 #include "common/ComPtr.h"
 #include "idl/qmmmupdater.h"
 
@@ -18,12 +19,17 @@ class Catalog {
   /// All modules, in catalog order.
   qm::common::ComPtr<IMergeModules> Modules() const;
 
-  /// The keys of all modules, in catalog order.
-  std::vector<std::string> Keys() const;
+  /// What all modules can be named by, in catalog order.
+  std::vector<NamedModule> Names() const;
 
   /// The modules with a key, "ID" or "ID:language". An empty version matches all versions.
   qm::common::ComPtr<IMergeModules> FindModules(const std::string& key,
                                                 const std::string& version) const;
+
+  /// The same for a word, which is a key or an ID as FindModules finds them; or else a pattern of
+  /// keys, IDs or file names (* and ?), or a name of ModuleNames.h.
+  qm::common::ComPtr<IMergeModules> FindNamedModules(const std::string& word,
+                                                     const std::string& version) const;
 
   /// The module search folders.
   qm::common::ComPtr<IMMSources> Sources() const;

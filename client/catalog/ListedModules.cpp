@@ -1,5 +1,6 @@
 #include "client/catalog/ListedModules.h"
 
+#include "client/catalog/ModuleNames.h"
 #include "client/catalog/Properties.h"
 #include "client/terminal/TextTable.h"
 
@@ -26,22 +27,13 @@ ListedModule ReadModule(IMergeModule& module) {
 
 namespace {
 
-size_t MeasureFolder(const std::string& path) {
-  const size_t slash = path.find_last_of("\\/");
-  return slash == std::string::npos ? 0 : slash;
-}
-
 /// The folder heading that a module is listed under.
 std::string FormatFolder(const ListedModule& module) {
-  const std::string folder = module.path.substr(0, MeasureFolder(module.path));
+  const size_t name = GetFileName(module.path).size();
+  const std::string folder = module.path.substr(0, module.path.size() - name);
   return !module.fromGallery ? module.origin
          : folder.empty()    ? "Object gallery"
-                             : "Object gallery: " + folder;
-}
-
-std::string GetFileName(const std::string& path) {
-  const size_t folder = MeasureFolder(path);
-  return path.substr(folder == 0 ? 0 : folder + 1);
+                             : "Object gallery: " + folder.substr(0, folder.size() - 1);
 }
 
 }  // namespace

@@ -149,13 +149,13 @@ void ModuleSet::Load(ModuleObjects modules, Progress& progress) {
   });
 }
 
-std::vector<std::string> ModuleSet::Keys() const {
-  std::vector<std::string> keys;
-  keys.reserve(m_modules.size());
+std::vector<NamedModule> ModuleSet::Names() const {
+  std::vector<NamedModule> names;
+  names.reserve(m_modules.size());
   for (const ModuleFacts& module : m_modules) {
-    keys.push_back(module.key);
+    names.push_back({module.key, module.moduleId, module.path});
   }
-  return keys;
+  return names;
 }
 
 void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
@@ -170,14 +170,37 @@ void ModuleSet::AddFailures(FailuresOf files, Report& report) const {
       });
 }
 
-std::vector<size_t> ModuleSet::FindModules(const std::string& key) const {
+std::vector<size_t> ModuleSet::FindByKey(const std::string& key) const {
   ComPtr<ISetModules> modules;
   ThrowIfFailed(m_set->FindModules(MakeArgument(key).Get(), modules.Put()));
   return ReadPositions(*modules);
 }
 
-std::vector<FindingFacts> ModuleSet::Check(const std::vector<std::string>& keys) const {
-  Value argument = keys.empty() ? Value() : Value(keys);
+std::vector<size_t> ModuleSet::FindModules(const std::string& word) const {
+  std::vector<size_t> found = FindByKey(word);
+  return found.empty() ? MatchName(Names(), word).modules : found;
+}
+
+std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& words) const {
+  std::vector<std::string> keys;
+  for (const std::string& word : words) {
+    if (!FindByKey(word).empty()) {
+      keys.push_back(word);
+      continue;
+    }
+    const std::vector<size_t> named = MatchName(Names(), word).modules;
+    for (const size_t position : named) {
+      keys.push_back(m_modules[position].key);
+    }
+    if (named.empty()) {
+      keys.push_back(word);  // the set component says what is wrong with it
+    }
+  }
+  return keys;
+}
+
+std::vector<FindingFacts> ModuleSet::Check(const std::vector<std::string>& words) const {
+  Value argument = words.empty() ? Value() : Value(ResolveKeys(words));
   ComPtr<ISetFindings> findings;
   ThrowIfFailed(m_set->Check(argument.Get(), findings.Put()));
   std::vector<FindingFacts> list;
@@ -186,8 +209,8 @@ std::vector<FindingFacts> ModuleSet::Check(const std::vector<std::string>& keys)
   return list;
 }
 
-PlanFacts ModuleSet::Plan(const std::vector<std::string>& keys) const {
-  Value argument(keys);
+PlanFacts ModuleSet::Plan(const std::vector<std::string>& words) const {
+  Value argument(ResolveKeys(words));
   ComPtr<IMergePlan> plan;
   ThrowIfFailed(m_set->Plan(argument.Get(), plan.Put()));
   PlanFacts facts;

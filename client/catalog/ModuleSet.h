@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "client/catalog/ModuleCollection.h"
+#include "client/catalog/ModuleNames.h"
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
@@ -159,20 +160,24 @@ class ModuleSet {
 
   const std::vector<ModuleFacts>& Modules() const noexcept { return m_modules; }
 
-  std::vector<std::string> Keys() const;
+  /// What the modules can be named by.
+  std::vector<NamedModule> Names() const;
 
   enum class FailuresOf { Modules, ModulesAndIndexes };
 
   /// Adds the files that could not be read to the report.
   void AddFailures(FailuresOf files, Report& report) const;
 
-  /// The modules that a key means, in ascending order.
-  std::vector<size_t> FindModules(const std::string& key) const;
+  // A word for modules is a key or an ID, as the set component finds them, or else a name of
+  // ModuleNames.h. The set takes only words that name a module.
 
-  /// Checks the modules of the keys and what they need; without keys, everything.
-  std::vector<FindingFacts> Check(const std::vector<std::string>& keys) const;
+  /// The modules that a word names, in ascending order.
+  std::vector<size_t> FindModules(const std::string& word) const;
 
-  PlanFacts Plan(const std::vector<std::string>& keys) const;
+  /// Checks the modules of the words and what they need; without words, everything.
+  std::vector<FindingFacts> Check(const std::vector<std::string>& words) const;
+
+  PlanFacts Plan(const std::vector<std::string>& words) const;
 
   /// Why there is no plan to which nobody objects.
   std::vector<ConflictFacts> ConflictsOf(const PlanFacts& plan) const;
@@ -198,6 +203,9 @@ class ModuleSet {
 
  private:
   void Load(ModuleObjects modules, Progress& progress);
+  std::vector<size_t> FindByKey(const std::string& key) const;
+  /// The keys that the set component knows for words.
+  std::vector<std::string> ResolveKeys(const std::vector<std::string>& words) const;
 
   qm::common::ComPtr<IMergeSet> m_set;
   std::vector<ModuleFacts> m_modules;

@@ -282,7 +282,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
-      PrintUnknownKey(set.Keys(), key);
+      PrintUnknownKey(set.Names(), key);
       AddCheckJson(CheckResult{set.Modules()}, report.Document());
       return report.Finish(kNothingMatched);
     }

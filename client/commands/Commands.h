@@ -45,7 +45,7 @@ CommandRun PrepareCommand(CLI::App& /*parser*/) {
   return Run;
 }
 
-/// Help of an argument that is a module key.
-inline constexpr char kKeyHelp[] = "Module ID, or ID:LANGUAGE for one language";
+/// Help of an argument that is a module.
+inline constexpr char kKeyHelp[] = "Module: ID or its beginning, ID:LANGUAGE, or file";
 
 }  // namespace mmcat

@@ -336,7 +336,7 @@ bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
   for (const std::string& key : keys) {
     const std::vector<size_t> found = set.FindModules(key);
     if (found.empty()) {
-      PrintUnknownKey(set.Keys(), key);
+      PrintUnknownKey(set.Names(), key);
       wanted.clear();
       return false;
     }

@@ -16,19 +16,22 @@ struct Options {
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("KEY", options.key, kKeyHelp)->required();
+  parser
+      .add_option("KEY", options.key, "Module as in the other commands, or a pattern with * and ?")
+      ->required();
   parser.add_option("--version", options.version, "Only this version");
 }
 
 void RemarkNotFound(const Catalog& catalog, const Options& options) {
   std::string versions;
   if (!options.version.empty()) {
-    ForEachItem<IMergeModule>(*catalog.FindModules(options.key, ""), [&](IMergeModule& module) {
-      versions += (versions.empty() ? "" : ", ") + ReadText(module, &IMergeModule::get_Version);
-    });
+    ForEachItem<IMergeModule>(
+        *catalog.FindNamedModules(options.key, ""), [&](IMergeModule& module) {
+          versions += (versions.empty() ? "" : ", ") + ReadText(module, &IMergeModule::get_Version);
+        });
   }
   if (versions.empty()) {
-    PrintUnknownKey(catalog.Keys(), options.key);
+    PrintUnknownKey(catalog.Names(), options.key);
   } else {
     PrintRemark(options.key + ": the catalog has no version " + options.version + ", only " +
                 versions);
@@ -39,7 +42,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("find", output, 2);
   const Catalog catalog;
   const std::vector<ListedModule> modules =
-      ReadModules(*catalog.FindModules(options.key, options.version), report);
+      ReadModules(*catalog.FindNamedModules(options.key, options.version), report);
   if (modules.empty()) {
     RemarkNotFound(catalog, options);
   }
@@ -55,7 +58,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 extern const Command kFindCommand = {
     "find",
-    "List the modules with an ID",
+    "List the modules with a name",
     "  mmcat find Charmap.3128F3C8            in every language\n"
     "  mmcat find Charmap.3128F3C8:1031 --version 2.4.1.0\n",
     PrepareCommand<Options, AddArguments, Run>,

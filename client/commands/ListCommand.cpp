@@ -1,5 +1,9 @@
+#include <CLI/CLI.hpp>
+#include <algorithm>
+
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ListedModules.h"
+#include "client/catalog/ModuleNames.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/terminal/Csv.h"
@@ -8,10 +12,52 @@ namespace mmcat {
 
 namespace {
 
-ExitCode Run(const OutputOptions& output) {
+struct Options {
+  std::vector<std::string> patterns;  ///< empty for all modules
+};
+
+void AddArguments(CLI::App& parser, Options& options) {
+  parser.add_option("PATTERN", options.patterns,
+                    "Only modules with this in their key, name or file; * and ? are wildcards");
+}
+
+/// Returns whether the module matches a pattern as a whole, or contains a word without wildcards.
+bool Matches(const ListedModule& module, const std::string& word) {
+  const std::string pattern = HasWildcard(word) ? word : '*' + word + '*';
+  return MatchesPattern(pattern, module.displayName) ||
+         MatchesPattern(pattern, NamedModule{module.key, module.moduleId, module.path});
+}
+
+/// Leaves the modules that match one of the patterns. Prints a remark for a pattern that none does.
+ExitCode Select(const std::vector<std::string>& patterns, std::vector<ListedModule>& modules) {
+  std::vector<bool> isWanted(modules.size(), patterns.empty());
+  ExitCode outcome = kSuccess;
+  for (const std::string& pattern : patterns) {
+    bool isMatched = false;
+    for (size_t i = 0; i < modules.size(); ++i) {
+      const bool matches = Matches(modules[i], pattern);
+      isWanted[i] = isWanted[i] || matches;
+      isMatched = isMatched || matches;
+    }
+    if (!isMatched) {
+      PrintRemark(pattern + ": no module matches");
+      outcome = kNothingMatched;
+    }
+  }
+  size_t position = 0;
+  modules.erase(std::remove_if(modules.begin(), modules.end(),
+                               [&](const ListedModule&) { return !isWanted[position++]; }),
+                modules.end());
+  return outcome;
+}
+
+ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("list", output, 2);
-  const std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
-  const ExitCode outcome = RequireModules(modules.size());
+  std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
+  ExitCode outcome = RequireModules(modules.size());
+  if (outcome == kSuccess) {
+    outcome = Select(options.patterns, modules);
+  }
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);
   } else if (report.Format() == OutputFormat::Csv) {
@@ -28,11 +74,11 @@ ExitCode Run(const OutputOptions& output) {
 
 extern const Command kListCommand = {
     "list",
-    "List all modules in the catalog",
+    "List the modules in the catalog",
     "  mmcat list\n"
     "  mmcat list --folder C:\\Modules --folder D:\\More\n"
     "  mmcat list --format csv > modules.csv\n",
-    PrepareCommand<Run>,
+    PrepareCommand<Options, AddArguments, Run>,
     {OutputFormat::Csv},
 };
 

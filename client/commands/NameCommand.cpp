@@ -17,7 +17,7 @@ std::string FindDisplayName(const Catalog& catalog, const std::string& key) {
   if (indexed != key) {
     return indexed;
   }
-  const qm::common::ComPtr<IMergeModules> modules = catalog.FindModules(key, "");
+  const qm::common::ComPtr<IMergeModules> modules = catalog.FindNamedModules(key, "");
   if (ReadNumber(*modules, &IMergeModules::get_Count) == 0) {
     return "";
   }
@@ -34,7 +34,7 @@ struct Options {
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("KEY", options.key, "Module key, ID:LANGUAGE")->required();
+  parser.add_option("KEY", options.key, kKeyHelp)->required();
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -44,7 +44,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string displayName = FindDisplayName(catalog, key);
   report.Document().update({{"key", key}, {"displayName", displayName}});
   if (displayName.empty()) {
-    PrintUnknownKey(catalog.Keys(), key);
+    PrintUnknownKey(catalog.Names(), key);
     return report.Finish(kNothingMatched);
   }
   report.Print(MakePrintable(displayName) + '\n');

@@ -4,6 +4,7 @@
 #include "client/catalog/FileNames.h"
 #include "client/catalog/ModuleContents.h"
 #include "client/catalog/Properties.h"
+#include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/ModuleText.h"
@@ -16,11 +17,6 @@
 namespace mmcat {
 
 namespace {
-
-bool IsFile(const std::string& path) {
-  const DWORD attributes = ::GetFileAttributesW(ToSystemPath(path).c_str());
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
 
 /// Returns whether an argument that is not an existing file is meant as one. For a missing file the
 /// system's error explains more than "unknown key".
@@ -58,17 +54,25 @@ class ModuleCollector {
       m_modules.emplace_back(module.Get());
     } catch (const ServerFailure& failure) {
       m_report.AddFailure({file, "", failure.HResult(), failure.what()});
+      const std::string advice = AdviseOnFile(file);
+      if (!qm::common::HasExtension(qm::text::ToWide(file), L".msm") && !advice.empty()) {
+        PrintRemark(file + ": " + advice);
+      }
     }
   }
 
-  /// Returns false if the catalog has no such module.
-  bool AddKey(const std::string& key) {
+  /// Adds the modules that a word names. Prints a remark and returns false if there are none.
+  bool AddNamed(const std::string& word) {
     const size_t before = m_modules.size();
     const Catalog catalog;
-    ForEachItem<IMergeModule>(*catalog.FindModules(key, ""),
+    ForEachItem<IMergeModule>(*catalog.FindNamedModules(word, ""),
                               [&](IMergeModule& module) { m_modules.emplace_back(&module); });
+    if (m_modules.size() == before && LooksLikeFile(word) && !IsFolder(word)) {
+      AddFile(word);
+      return true;
+    }
     if (m_modules.size() == before) {
-      PrintUnknownKey(catalog.Keys(), key);
+      PrintUnknownKey(catalog.Names(), word);
       return false;
     }
     return true;
@@ -110,8 +114,7 @@ struct Options {
 
 void AddArguments(CLI::App& parser, Options& options) {
   parser
-      .add_option("FILE", options.subjects,
-                  "Module files, or modules in the catalog by ID or ID:LANGUAGE")
+      .add_option("FILE", options.subjects, "Module files, or modules of the catalog by any name")
       ->required();
   parser.add_flag("--full", options.full, "Everything: all files, components, actions and tables");
 }
@@ -122,9 +125,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   ExitCode outcome = kSuccess;
   for (const std::string& argument : options.subjects) {
     for (const std::string& subject : ExpandWildcards(argument)) {
-      if (IsFile(subject) || LooksLikeFile(subject)) {
+      if (IsFile(subject)) {
         modules.AddFile(subject);
-      } else if (!modules.AddKey(subject)) {
+      } else if (!modules.AddNamed(subject)) {
         outcome = kNothingMatched;
       }
     }

@@ -3,10 +3,12 @@
 #include <string>
 #include <vector>
 
+#include "client/catalog/ModuleNames.h"
+
 namespace mmcat {
 
-/// Prints a remark that the catalog has no module with `key`, and suggests the nearest of `keys`,
-/// which are those of the catalog.
-void PrintUnknownKey(const std::vector<std::string>& keys, const std::string& key);
+/// Prints a remark on a word that names no module of the catalog, or several of which one was
+/// wanted: what it may be instead, and which command fits better.
+void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string& word);
 
 }  // namespace mmcat

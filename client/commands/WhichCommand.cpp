@@ -1,12 +1,17 @@
 #include <CLI/CLI.hpp>
+#include <iterator>
 #include <optional>
 #include <set>
 
 #include "client/catalog/Catalog.h"
+#include "client/catalog/ModuleNames.h"
 #include "client/catalog/ModuleSet.h"
+#include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
+#include "common/FolderFiles.h"
+#include "text/Utf.h"
 
 namespace mmcat {
 
@@ -19,11 +24,6 @@ struct Delivery {
   std::string displayName;
   std::string path;  ///< the module file; empty if it is not here
 };
-
-/// The name of a file without its path.
-std::string GetFileName(const std::string& file) {
-  return file.substr(file.find_last_of("\\/:") + 1);
-}
 
 /// The name that the indexes have for a module that is in no folder; empty if they have none.
 std::string FindIndexedName(const Catalog& catalog, const std::string& key) {
@@ -143,36 +143,52 @@ std::string FormatDeliveriesCsv(const std::vector<Delivery>& deliveries) {
 }
 
 struct Options {
-  std::string file;  ///< a name or path, possibly with wildcards
+  std::vector<std::string> files;  ///< names or paths, possibly with wildcards
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("FILE", options.file, "File name; * and ? are wildcards")->required();
+  parser.add_option("FILE", options.files, "File names; * and ? are wildcards")->required();
+}
+
+/// A remark on a name for which there is nothing.
+std::string DescribeNothing(const std::string& file) {
+  if (IsFolder(file)) {
+    return file + ": this is a folder; which takes the names of files in modules";
+  }
+  return file + (qm::common::HasExtension(qm::text::ToWide(file), L".msm")
+                     ? ": this is a module, and no module delivers it; mmcat show describes it"
+                     : ": no module delivers this file");
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  const std::string& file = options.file;
-  Report report("which", output, 2);
+  Report report("which", output, 3);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
-  const std::vector<Delivery> deliveries = FindDeliveries(set, GetFileName(file));
-  report.Document().update({{"file", file}, {"deliveries", MakeDeliveriesJson(deliveries)}});
+  std::vector<Delivery> deliveries;
+  ExitCode outcome = kSuccess;
+  for (const std::string& file : options.files) {
+    std::vector<Delivery> found = FindDeliveries(set, GetFileName(file));
+    if (found.empty()) {
+      PrintRemark(DescribeNothing(file));
+      outcome = kNothingMatched;
+    }
+    std::move(found.begin(), found.end(), std::back_inserter(deliveries));
+  }
+  report.Document().update(
+      {{"files", options.files}, {"deliveries", MakeDeliveriesJson(deliveries)}});
   if (report.Format() == OutputFormat::Csv) {
     report.PrintConverted(FormatDeliveriesCsv(deliveries));
+  } else if (!deliveries.empty()) {
+    report.Print(FormatDeliveries(deliveries));
   }
-  if (deliveries.empty()) {
-    PrintRemark(file + ": no module delivers this file");
-    return report.Finish(kNothingMatched);
-  }
-  report.Print(FormatDeliveries(deliveries));
-  return report.Finish();
+  return report.Finish(outcome);
 }
 
 }  // namespace
 
 extern const Command kWhichCommand = {
     "which",
-    "List the modules that deliver a file",
+    "List the modules that deliver files",
     "  mmcat which msgbox.dll\n"
     "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
     PrepareCommand<Options, AddArguments, Run>,

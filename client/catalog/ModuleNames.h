@@ -1,0 +1,42 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+namespace mmcat {
+
+// Modules as people name them. The catalog and the set know keys and IDs alone (FindModule). What
+// is neither may be the beginning of an ID, or a module's file. Texts are UTF-8; case is ignored.
+
+/// What a module can be named by.
+struct NamedModule {
+  std::string key;
+  std::string moduleId;
+  std::string path;  ///< as the user spells it; empty if the module is not on this machine
+};
+
+struct NameMatch {
+  std::vector<size_t> modules;          ///< positions, in ascending order; empty unless it is clear
+  std::vector<std::string> candidates;  ///< the keys or paths of what it may be, if it is not
+};
+
+/// Finds the modules that a word names:
+/// - the beginning of an ID, "TinyZip" or "TinyZip.DC6C", with ":LANGUAGE" for one language, unless
+///   modules with several IDs begin like this; an ID with exactly this name takes precedence;
+/// - or the name of a file with or without ".msm" and some of its folders, or its path from the
+///   current folder.
+NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& word);
+
+bool HasWildcard(const std::string& pattern) noexcept;
+
+/// Returns whether a whole text matches a pattern, in which * stands for any characters and ? for
+/// one.
+bool MatchesPattern(const std::string& pattern, const std::string& text);
+
+/// Returns whether the key, ID, or file name of a module matches a pattern.
+bool MatchesPattern(const std::string& pattern, const NamedModule& module);
+
+/// The last part of a path.
+std::string GetFileName(const std::string& path);
+
+}  // namespace mmcat
