@@ -78,7 +78,7 @@ STDMETHODIMP SetRequirement::get_Version(BSTR* value) {
   return AnswerUtf8(value, m_requirement.version);
 }
 STDMETHODIMP SetRequirement::get_CarriedFrom(BSTR* value) {
-  return AnswerUtf8(value, m_requirement.carriedFor);
+  return AnswerUtf8(value, m_requirement.carriedFrom);
 }
 STDMETHODIMP SetRequirement::get_IsMetWithin(VARIANT_BOOL* value) {
   return Answer(value, [&] {
@@ -124,7 +124,7 @@ STDMETHODIMP SetExclusion::get_MaxVersion(BSTR* value) {
   return AnswerUtf8(value, m_row.exclusion->maxVersion);
 }
 STDMETHODIMP SetExclusion::get_CarriedFrom(BSTR* value) {
-  return AnswerUtf8(value, m_row.exclusion->carriedFor);
+  return AnswerUtf8(value, m_row.exclusion->carriedFrom);
 }
 STDMETHODIMP SetExclusion::get_ExcludedModules(ISetModules** value) {
   return Answer(value, [&] {

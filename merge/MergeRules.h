@@ -28,7 +28,7 @@ struct Requirement {
   std::string version;  ///< lowest one that will do; empty if any will
   /// The key of the module that needs it, if that is one which was merged into the module with the
   /// row. The need remains: merging copies such rows. Empty for the module's own rows.
-  std::string carriedFor = {};
+  std::string carriedFrom = {};
 };
 
 /// Returns a requirement as text: "ID:language, at least version".
@@ -47,7 +47,7 @@ struct Exclusion {
   std::string minVersion;  ///< lowest excluded one; empty for no lower bound
   std::string maxVersion;  ///< highest excluded one; empty for no upper bound
   /// The key of the module that excludes them, as in Requirement.
-  std::string carriedFor = {};
+  std::string carriedFrom = {};
 };
 
 /// Returns whether an exclusion excludes a module. Ignores the case of the ID.

@@ -12,9 +12,9 @@ namespace {
 
 /// Returns the beginning of a sentence about a row of a module: "A:1033 needs", or "A:1033 carries
 /// B:0, which needs".
-std::string FormatSubject(const std::string& module, const std::string& carriedFor,
+std::string FormatSubject(const std::string& module, const std::string& carriedFrom,
                           const char* verb) {
-  return module + (carriedFor.empty() ? " " : " carries " + carriedFor + ", which ") + verb + ' ';
+  return module + (carriedFrom.empty() ? " " : " carries " + carriedFrom + ", which ") + verb + ' ';
 }
 
 enum class Platform { X86, X64, Itanium, Arm64, Unknown };
@@ -68,7 +68,7 @@ class RequirementCheck {
     } else if (m_findings.Admit(kMissingDependency)) {
       m_findings
           .Add(kMissingDependency, {position},
-               FormatSubject(m_findings.NameOf(position), requirement.carriedFor, "needs") +
+               FormatSubject(m_findings.NameOf(position), requirement.carriedFrom, "needs") +
                    FormatRequirement(requirement) + ": " + choice.reason)
           .required = requirement;
     }
@@ -112,11 +112,11 @@ class RequirementCheck {
       const std::string& platform = m_modules.At(module).platform;
       return platform.empty() ? std::string("Intel") : platform;
     };
-    Finding& finding =
-        m_findings.Add(kPlatformConflict, {position, chosen},
-                       FormatSubject(m_findings.NameOf(position), requirement.carriedFor, "needs") +
-                           FormatRequirement(requirement) + ", but is for " + nameOf(position) +
-                           " while " + m_findings.NameOf(chosen) + " is for " + nameOf(chosen));
+    Finding& finding = m_findings.Add(
+        kPlatformConflict, {position, chosen},
+        FormatSubject(m_findings.NameOf(position), requirement.carriedFrom, "needs") +
+            FormatRequirement(requirement) + ", but is for " + nameOf(position) + " while " +
+            m_findings.NameOf(chosen) + " is for " + nameOf(chosen));
     finding.required = requirement;
     finding.values = {{position, "Platform", nameOf(position)},
                       {chosen, "Platform", nameOf(chosen)}};
@@ -223,7 +223,7 @@ void CheckExclusions(const CheckedModules& modules, FindingList& findings) {
         const std::string& version = modules.At(other).version;
         Finding& finding = findings.Add(
             kExclusion, {position, other},
-            FormatSubject(findings.NameOf(position), exclusion.carriedFor, "excludes") +
+            FormatSubject(findings.NameOf(position), exclusion.carriedFrom, "excludes") +
                 FormatExcludedVersions(exclusion) + " of " + findings.NameOf(other) +
                 ", which has version " + QuoteShort(version));
         finding.versions = {version};

@@ -144,11 +144,11 @@ TEST(ReadModuleTest, RowsOfCarriedModulesNameTheirOwner) {
   const merge::Module module = Read(Sample());
   ASSERT_EQ(2u, module.requirements.size());
   EXPECT_EQ("Base.3", module.requirements[0].moduleId);
-  EXPECT_EQ("", module.requirements[0].carriedFor);  // an ID decides, whatever its case
+  EXPECT_EQ("", module.requirements[0].carriedFrom);  // an ID decides, whatever its case
   EXPECT_EQ("Font.4:1033, at least 2.0", merge::FormatRequirement(module.requirements[1]));
-  EXPECT_EQ("Glyph.2:0", module.requirements[1].carriedFor);
+  EXPECT_EQ("Glyph.2:0", module.requirements[1].carriedFrom);
   ASSERT_EQ(1u, module.exclusions.size());
-  EXPECT_EQ("", module.exclusions[0].carriedFor);
+  EXPECT_EQ("", module.exclusions[0].carriedFrom);
   EXPECT_EQ(-1033, module.exclusions[0].language);
   EXPECT_EQ("1.0", module.exclusions[0].minVersion);
   ASSERT_EQ(1u, module.carried.size());
@@ -157,7 +157,7 @@ TEST(ReadModuleTest, RowsOfCarriedModulesNameTheirOwner) {
   DatabaseImage nameless = Sample();
   nameless.tables[0].rows.clear();
   for (const merge::Requirement& requirement : Read(nameless).requirements) {
-    EXPECT_EQ("", requirement.carriedFor);
+    EXPECT_EQ("", requirement.carriedFrom);
   }
 }
 
