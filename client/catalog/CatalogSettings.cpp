@@ -89,7 +89,7 @@ std::string ValidateFolder(const std::string& folder) {
 }
 
 std::string ValidateSearchFolder(const std::string& folder) {
-  const std::string problem = ValidateFolder(folder);
+  std::string problem = ValidateFolder(folder);
   if (!problem.empty()) {
     return problem;
   }
