@@ -300,8 +300,10 @@ class ModuleReader {
     for (const Component& component : m_module.components) {
       m_componentsByKey.push_back(&component);
     }
-    std::stable_sort(m_componentsByKey.begin(), m_componentsByKey.end(),
-                     [](const Component* a, const Component* b) { return a->key < b->key; });
+    std::sort(m_componentsByKey.begin(), m_componentsByKey.end(),
+              [](const Component* a, const Component* b) {
+                return a->key < b->key || (a->key == b->key && a < b);  // in the order of the file
+              });
   }
 
   /// Returns the directory of the first component with a key; empty if there is none.
