@@ -105,4 +105,14 @@ bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long lang
          IsAtLeast(version, exclusion.minVersion) && IsAtMost(version, exclusion.maxVersion);
 }
 
+std::string FormatExcludedVersions(const Exclusion& exclusion) {
+  if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
+    return "every version";
+  }
+  return exclusion.maxVersion.empty() ? "versions from " + exclusion.minVersion
+         : exclusion.minVersion.empty()
+             ? "versions up to " + exclusion.maxVersion
+             : "versions from " + exclusion.minVersion + " to " + exclusion.maxVersion;
+}
+
 }  // namespace qm::merge

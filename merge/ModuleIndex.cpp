@@ -1,6 +1,8 @@
 #include "merge/ModuleIndex.h"
 
 #include <algorithm>
+#include <iterator>
+#include <string_view>
 #include <tuple>
 
 #include "merge/JoinTexts.h"
@@ -10,11 +12,20 @@ namespace qm::merge {
 
 namespace {
 
-/// Returns the platform of a module, "intel" or another text; empty if it is unknown. A template
-/// without a platform is for Intel.
+/// Returns the platform of a module; empty if it is unknown. A template without a platform is for
+/// Intel.
 std::string GetPlatform(const Module& module) {
+  static constexpr std::string_view kKnown[] = {"intel", "x64", "intel64", "arm64"};
   std::string platform = text::FoldCase(module.platform);
-  return platform.empty() && module.tables ? "intel" : platform == "amd64" ? "x64" : platform;
+  if (platform.empty() && module.tables) {
+    return "intel";
+  }
+  if (platform == "amd64") {
+    return "x64";
+  }
+  const bool isKnown =
+      std::find(std::begin(kKnown), std::end(kKnown), platform) != std::end(kKnown);
+  return isKnown ? platform : std::string();
 }
 
 PlatformMatch MatchPlatform(const std::string& wanted, const std::string& platform) {
@@ -128,11 +139,6 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
     candidates.erase(std::find_if(candidates.begin(), candidates.end(), isWrong), candidates.end());
   }
   return candidates;
-}
-
-Choice ModuleIndex::Choose(const Requirement& requirement) const {
-  static const Module anyone;
-  return Choose(requirement, anyone);
 }
 
 Choice ModuleIndex::Choose(const Requirement& requirement, const Module& user) const {

@@ -74,9 +74,6 @@ class ModuleIndex {
   /// Chooses the best of these modules, whatever else is merged.
   Choice Choose(const Requirement& requirement, const Module& user) const;
 
-  /// Chooses for a neutral module of unknown platform.
-  Choice Choose(const Requirement& requirement) const;
-
   VersionRank RankOf(size_t position) const noexcept { return m_ranks[position]; }
 
   /// Returns why no module satisfies a requirement that has no candidates.

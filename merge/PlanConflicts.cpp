@@ -17,16 +17,6 @@ using Numbers = PlanSolver::Numbers;
 
 constexpr std::uint32_t kNone = PlanProblem::kNone;
 
-std::string FormatExcludedVersions(const Exclusion& exclusion) {
-  if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
-    return "every version";
-  }
-  return exclusion.maxVersion.empty() ? "versions from " + exclusion.minVersion
-         : exclusion.minVersion.empty()
-             ? "versions up to " + exclusion.maxVersion
-             : "versions from " + exclusion.minVersion + " to " + exclusion.maxVersion;
-}
-
 /// What is wrong with a plan: modules that object to one another, or one that lacks others.
 struct Violation {
   bool isMissing = false;

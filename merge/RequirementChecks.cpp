@@ -17,32 +17,6 @@ std::string FormatSubject(const std::string& module, const std::string& carriedF
   return module + (carriedFrom.empty() ? " " : " carries " + carriedFrom + ", which ") + verb + ' ';
 }
 
-enum class Platform { X86, X64, Itanium, Arm64, Unknown };
-
-/// Returns the platform of a module, from the text of its template. A template without one is for
-/// x86.
-Platform GetPlatform(const Module& module) {
-  static const std::unordered_map<std::string_view, Platform> platforms = {
-      {"", Platform::X86},      {"intel", Platform::X86},       {"x64", Platform::X64},
-      {"amd64", Platform::X64}, {"intel64", Platform::Itanium}, {"arm64", Platform::Arm64},
-  };
-  const auto found = platforms.find(text::FoldCase(module.platform));
-  return !module.tables || found == platforms.end() ? Platform::Unknown : found->second;
-}
-
-/// How two modules fit into one package. One that needs a 64-bit module is merged into a 64-bit
-/// package, which also takes 32-bit modules.
-enum class PlatformFit { Fits, IsUnusual, Fails };
-
-PlatformFit CompareWith(const Module& module, const Module& needed) {
-  const Platform own = GetPlatform(module);
-  const Platform other = GetPlatform(needed);
-  if (own == other || own == Platform::Unknown || other == Platform::Unknown) {
-    return PlatformFit::Fits;
-  }
-  return other == Platform::X86 ? PlatformFit::IsUnusual : PlatformFit::Fails;
-}
-
 class RequirementCheck {
  public:
   RequirementCheck(const CheckedModules& modules, FindingList& findings)
@@ -60,54 +34,61 @@ class RequirementCheck {
   }
 
  private:
+  /// The module for a requirement, or why there is none.
+  struct Found {
+    std::optional<size_t> module;
+    PlatformMatch platform = PlatformMatch::Same;
+    std::string reason;
+  };
+
   void Check(size_t position, const Requirement& requirement) {
-    const Choice& choice = Choose(requirement);
-    if (choice.module) {
-      m_needed[position].push_back(*choice.module);
-      CheckPlatform(position, requirement, *choice.module);
+    const Found& found = Find(requirement, m_modules.At(position));
+    if (found.module) {
+      m_needed[position].push_back(*found.module);
+      if (found.platform != PlatformMatch::Same && m_findings.Admit(kPlatformConflict)) {
+        AddPlatformConflict(position, requirement, found);
+      }
     } else if (m_findings.Admit(kMissingDependency)) {
       m_findings
           .Add(kMissingDependency, {position},
                FormatSubject(m_findings.NameOf(position), requirement.carriedFrom, "needs") +
-                   FormatRequirement(requirement) + ": " + choice.reason)
+                   FormatRequirement(requirement) + ": " + found.reason)
           .required = requirement;
     }
   }
 
-  /// Returns the module for a requirement, which in a merge is one that is merged.
-  const Choice& Choose(const Requirement& requirement) {
+  /// Returns the best module for a requirement, which in a merge is one that is merged. Many
+  /// modules have the same requirement, so each is looked up once.
+  const Found& Find(const Requirement& requirement, const Module& user) {
     std::string key = text::FoldCase(requirement.moduleId);
-    key += '\0' + std::to_string(requirement.language.value_or(0)) + '\0' + requirement.version;
-    const auto [found, isNew] = m_choices.try_emplace(std::move(key));
-    Choice& choice = found->second;
+    key.append(1, '\0').append(std::to_string(requirement.language.value_or(0)));
+    key.append(1, '\0').append(requirement.version);
+    key.append(1, '\0').append(std::to_string(user.language)).append(user.platform);
+    const auto [place, isNew] = m_found.try_emplace(std::move(key));
     if (isNew) {
-      choice = m_modules.Set().Choose(requirement);
-      if (m_modules.IsMerge() && choice.module && !m_modules.IsInScope(*choice.module)) {
-        LimitToMerge(requirement, choice);
-      }
+      place->second = Search(requirement, user);
     }
-    return choice;
+    return place->second;
   }
 
-  void LimitToMerge(const Requirement& requirement, Choice& choice) const {
-    for (const size_t position : m_modules.Set().FindById(requirement.moduleId)) {
-      const Module& module = m_modules.At(position);
-      if (m_modules.IsInScope(position) &&
-          Satisfies(requirement, module.moduleId, module.language, module.version)) {
-        choice.module = position;
-        return;
-      }
+  Found Search(const Requirement& requirement, const Module& user) const {
+    const std::vector<Candidate> candidates = m_modules.Set().FindCandidates(requirement, user);
+    if (candidates.empty()) {
+      return {std::nullopt, PlatformMatch::Same, m_modules.Set().ExplainMissing(requirement)};
     }
-    choice.reason = m_findings.NameOf(*choice.module) + " would do, but is not merged";
-    choice.module.reset();
+    const auto isThere = [&](const Candidate& one) {
+      return !m_modules.IsMerge() || m_modules.IsInScope(one.module);
+    };
+    const auto best = std::find_if(candidates.begin(), candidates.end(), isThere);
+    if (best == candidates.end()) {
+      return {std::nullopt, PlatformMatch::Same,
+              m_findings.NameOf(candidates.front().module) + " would do, but is not merged"};
+    }
+    return {best->module, best->platform, {}};
   }
 
-  void CheckPlatform(size_t position, const Requirement& requirement, size_t chosen) {
-    const PlatformFit fit = CompareWith(m_modules.At(position), m_modules.At(chosen));
-    if (fit == PlatformFit::Fits || HasFittingAlternative(position, requirement) ||
-        !m_findings.Admit(kPlatformConflict)) {
-      return;
-    }
+  void AddPlatformConflict(size_t position, const Requirement& requirement, const Found& found) {
+    const size_t chosen = *found.module;
     const auto nameOf = [&](size_t module) {
       const std::string& platform = m_modules.At(module).platform;
       return platform.empty() ? std::string("Intel") : platform;
@@ -120,20 +101,10 @@ class RequirementCheck {
     finding.required = requirement;
     finding.values = {{position, "Platform", nameOf(position)},
                       {chosen, "Platform", nameOf(chosen)}};
-    if (fit == PlatformFit::IsUnusual) {
+    if (found.platform == PlatformMatch::Other) {
       LimitSeverity(finding, Severity::Note);
       finding.mergeError = 0;
     }
-  }
-
-  bool HasFittingAlternative(size_t position, const Requirement& requirement) const {
-    const std::vector<size_t>& sameId = m_modules.Set().FindById(requirement.moduleId);
-    return std::any_of(sameId.begin(), sameId.end(), [&](size_t other) {
-      const Module& module = m_modules.At(other);
-      return (!m_modules.IsMerge() || m_modules.IsInScope(other)) &&
-             CompareWith(m_modules.At(position), module) == PlatformFit::Fits &&
-             Satisfies(requirement, module.moduleId, module.language, module.version);
-    });
   }
 
   /// Walks the chosen modules depth first, without recursion. A module that leads back to one on
@@ -189,19 +160,9 @@ class RequirementCheck {
 
   const CheckedModules& m_modules;
   FindingList& m_findings;
-  std::unordered_map<std::string, Choice> m_choices;
+  std::unordered_map<std::string, Found> m_found;
   std::vector<std::vector<size_t>> m_needed;  ///< by position
 };
-
-std::string FormatExcludedVersions(const Exclusion& exclusion) {
-  if (exclusion.minVersion.empty() && exclusion.maxVersion.empty()) {
-    return "every version";
-  }
-  return exclusion.maxVersion.empty() ? "versions from " + exclusion.minVersion
-         : exclusion.minVersion.empty()
-             ? "versions up to " + exclusion.maxVersion
-             : "versions from " + exclusion.minVersion + " to " + exclusion.maxVersion;
-}
 
 }  // namespace
 

@@ -499,7 +499,7 @@ TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
   EXPECT_THAT(Summarize(merge::CheckModules(set, {0, 1}, options)), ElementsAre());
   const std::vector<merge::Finding> alone = merge::CheckModules(set, {0}, options);
   EXPECT_THAT(Summarize(alone), ElementsAre("error missing-dependency A:1033"));
-  EXPECT_EQ("A:1033 needs B, at least 1.0: B:1031 would do, but is not merged", alone.front().text);
+  EXPECT_EQ("A:1033 needs B, at least 1.0: B:1033 would do, but is not merged", alone.front().text);
   EXPECT_EQ("B", alone.front().required->moduleId);
 
   merge::Module jealous = Module("A");
