@@ -54,6 +54,9 @@ ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
     m_byId[text::FoldCase(modules[position].moduleId)].inOrder.push_back(position);
   }
   for (auto& [id, same] : m_byId) {
+    if (same.inOrder.size() < 2) {
+      continue;
+    }
     same.byVersion = same.inOrder;
     std::sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
       const int order = CompareVersionTexts(modules[a].version, modules[b].version);
@@ -118,12 +121,12 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
            CompareVersionTexts(m_modules[position].version, requirement.version) >= 0;
   };
   const auto end =
-      std::partition_point(same->byVersion.begin(), same->byVersion.end(), isHighEnough);
+      std::partition_point(same->ByVersion().begin(), same->ByVersion().end(), isHighEnough);
   const long language = MatchesLanguage(requirement.language, user.language)
                             ? user.language
                             : requirement.language.value_or(0);
   const std::string platform = GetPlatform(user);
-  for (auto position = same->byVersion.begin(); position != end; ++position) {
+  for (auto position = same->ByVersion().begin(); position != end; ++position) {
     const Module& module = m_modules[*position];
     if (MatchesLanguage(requirement.language, module.language)) {
       candidates.push_back({*position, MatchPlatform(platform, GetPlatform(module)),

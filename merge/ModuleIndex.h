@@ -82,7 +82,11 @@ class ModuleIndex {
  private:
   struct SameId {
     std::vector<size_t> inOrder;
-    std::vector<size_t> byVersion;  ///< the highest first
+    std::vector<size_t> byVersion;  ///< the highest first; empty for a single module
+
+    const std::vector<size_t>& ByVersion() const noexcept {
+      return byVersion.empty() ? inOrder : byVersion;
+    }
   };
 
   const SameId* Find(const std::string& moduleId) const;

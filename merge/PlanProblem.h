@@ -92,7 +92,7 @@ class PlanProblem {
   std::uint32_t AddNeed(const Module& user, const Requirement& requirement);
   std::uint32_t FindId(const std::string& moduleId);
   std::uint32_t FindPlatform(const std::string& platform);
-  void Expand(std::uint32_t module);
+  void Expand(std::uint32_t number);
   void ExpandForced();
   void ExpandAll();
   void AddExclusions();

@@ -367,8 +367,8 @@ TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
 }
 
 TEST(CheckTest, NamesAreUniqueInTheFoldersOfAModule) {
-  const auto two = [](const char* nameOfFirst, const char* nameOfSecond, Cell condition = nullptr,
-                      Cell other = nullptr) {
+  const auto two = [](const char* nameOfFirst, const char* nameOfSecond,
+                      const Cell& condition = nullptr, const Cell& other = nullptr) {
     std::vector<SomeRows> rows = MakeFile({nameOfFirst, "SystemFolder", "1", "", condition});
     for (const SomeRows& some : MakeFile({nameOfSecond, "SystemFolder.A", "2", "", other})) {
       rows.push_back(some);
@@ -511,6 +511,7 @@ TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
 
 TEST(CheckTest, HoweverManyCollideTheFindingsAreBounded) {
   std::vector<merge::Module> modules;
+  modules.reserve(3000);
   for (int i = 0; i < 3000; ++i) {
     modules.push_back(Make("M" + std::to_string(i), {{"Any", {{"P", std::to_string(i)}}}}));
   }

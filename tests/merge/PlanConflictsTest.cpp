@@ -9,9 +9,6 @@ namespace qm::tests {
 
 namespace {
 
-using testing::ElementsAre;
-using testing::IsEmpty;
-
 merge::Module Excluding(merge::Module module, std::vector<merge::Exclusion> exclusions) {
   module.exclusions = std::move(exclusions);
   return module;
