@@ -92,6 +92,7 @@ std::vector<BaselineEntry> ParseBaseline(const std::string& text) {
     }
   }
   std::vector<BaselineEntry> list;
+  list.reserve(entries.size());
   for (auto& [identity, entry] : entries) {
     list.push_back(std::move(entry));
   }

@@ -64,6 +64,7 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
     known[entry.identity] += entry.count;
   }
   std::vector<bool> isMatched(rules.size());
+  judgement.findings.reserve(findings.size());
   for (FindingFacts& facts : findings) {
     JudgedFinding finding;
     finding.identity = Identify(facts);
@@ -118,6 +119,7 @@ std::vector<BaselineEntry> MakeBaseline(const std::vector<JudgedFinding>& findin
     }
   }
   std::vector<BaselineEntry> list;
+  list.reserve(entries.size());
   for (auto& [identity, entry] : entries) {
     list.push_back(std::move(entry));
   }

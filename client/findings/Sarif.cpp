@@ -24,6 +24,7 @@ int RankOf(const JudgedFinding& finding) {
 /// many.
 std::vector<const JudgedFinding*> ChooseFindings(const std::vector<JudgedFinding>& findings) {
   std::vector<const JudgedFinding*> chosen;
+  chosen.reserve(findings.size());
   for (const JudgedFinding& finding : findings) {
     chosen.push_back(&finding);
   }
