@@ -7,6 +7,7 @@
 #include <sstream>
 #include <stdexcept>
 
+#include "client/Completion.h"
 #include "client/Help.h"
 #include "client/ResponseFile.h"
 #include "client/catalog/CatalogSettings.h"
@@ -15,18 +16,23 @@
 #include "client/terminal/Console.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Page.h"
+#include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
+#include "client/terminal/TextWidth.h"
 
 namespace mmcat {
 
 namespace {
 
 constexpr char kExamples[] =
-    "  mmcat check --folder C:\\Modules        what is wrong in a folder of modules\n"
-    "  mmcat which msgbox.dll                 which modules deliver a file\n"
-    "  mmcat deps Charmap.3128F3C8:1033       what a module needs, in merge order\n"
-    "  mmcat show C:\\Modules\\Charmap.msm      everything about a module\n"
+    "  mmcat list --folder samples/modules    the modules in a folder\n"
+    "  mmcat check --folder samples/modules   what is wrong with them\n"
+    "  mmcat which LarkfieldZip32.dll         which modules deliver a file\n"
+    "  mmcat show TinyZip                     what a module contains\n"
+    "  mmcat deps PlotterSuite                what a module needs, in merge order\n"
     "  mmcat list --json                      output for other programs\n";
+
+constexpr size_t kHelpWidth = 79;
 
 std::string ValidatePathSpelling(const std::string& spelling) {
   return spelling == "native" || spelling == "windows" ? "" : spelling + ": not native or windows";
@@ -36,11 +42,12 @@ std::string ValidatePathSpelling(const std::string& spelling) {
 class Parser {
  public:
   Parser() : m_app("Lists, searches and checks the merge modules (.msm) of a catalog", "mmcat") {
+    m_app.set_help_flag("-h,--help", "Print this help and exit; also: mmcat help COMMAND");
     m_app.formatter(std::make_shared<HelpFormatter>(kExamples));
     // Never take a path such as "/home/x.msm" for an option.
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
-    m_app.set_version_flag("--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
+    m_app.set_version_flag("-V,--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
         "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage,\n"
         "3 nothing matched or no modules, 4 a module or folder could not be read,\n"
@@ -57,19 +64,38 @@ class Parser {
       PrintRemark(failure.what());
       return kUsage;
     }
-    if (!arguments.empty() && IsUnknownCommand(arguments.front())) {
+    if (arguments.empty()) {
+      WriteOutput(WrapLines(m_app.help(), kHelpWidth));
       return kUsage;
     }
+    if (arguments.front() == "__complete") {
+      arguments.erase(arguments.begin());
+      return Complete(m_app, arguments);
+    }
+    if (arguments.front() == "help") {
+      arguments.erase(arguments.begin());
+      arguments.resize(std::min<size_t>(arguments.size(), 1));
+      arguments.emplace_back("--help");
+    }
+    if (IsUnknownCommand(arguments.front())) {
+      return kUsage;
+    }
+    const std::vector<std::string> typed = arguments;
     try {
       std::reverse(arguments.begin(), arguments.end());  // the order that the library expects
       m_app.parse(std::move(arguments));
+    } catch (const CLI::ExtrasError&) {
+      PrintUnexpected(typed);
+      return kUsage;
     } catch (const CLI::ParseError& error) {
+      if (error.get_exit_code() != 0) {
+        PrintRemark(error.what() + FormatHelpHint(typed.front()));
+        return kUsage;
+      }
       std::ostringstream output;
-      std::ostringstream remarks;
-      const int exitCode = m_app.exit(error, output, remarks);
-      WriteOutput(output.str());
-      WriteError(remarks.str());
-      return exitCode == 0 ? kSuccess : kUsage;
+      m_app.exit(error, output, output);
+      WriteOutput(WrapLines(output.str(), kHelpWidth));
+      return kSuccess;
     }
     return [run = m_run, settings = m_settings, output = m_output,
             outputFile = m_outputFile]() mutable {
@@ -106,8 +132,39 @@ class Parser {
     }
     const std::vector<std::string> nearest = FindNearestNames(argument, names);
     PrintRemark(argument + ": unknown command" +
-                (nearest.empty() ? "; see mmcat --help" : FormatSuggestion(nearest)));
+                (nearest.empty() ? "; see mmcat help" : FormatSuggestion(nearest)));
     return true;
+  }
+
+  /// The end of a remark on wrong usage.
+  static std::string FormatHelpHint(const std::string& command) {
+    const bool isCommand = command.front() != '-';
+    return isCommand ? "; see mmcat help " + command : "; see mmcat help";
+  }
+
+  /// Reports the arguments that were not expected, as they were typed and in their order.
+  void PrintUnexpected(const std::vector<std::string>& typed) const {
+    std::vector<std::string> unexpected = m_app.remaining(true);
+    std::vector<std::string> options;
+    for (const CLI::App* parser : m_app.get_subcommands()) {
+      for (const CLI::Option* option : parser->get_options()) {
+        for (const std::string& name : option->get_lnames()) {
+          options.push_back("--" + name);
+        }
+      }
+    }
+    for (const std::string& argument : typed) {
+      const auto found = std::find(unexpected.begin(), unexpected.end(), argument);
+      if (found == unexpected.end()) {
+        continue;
+      }
+      unexpected.erase(found);
+      const std::string name = argument.substr(0, argument.find('='));
+      const std::vector<std::string> nearest =
+          name.front() == '-' ? FindNearestNames(name, options) : std::vector<std::string>();
+      PrintRemark(name + (name.front() == '-' ? ": unknown option" : ": unexpected argument") +
+                  (nearest.empty() ? FormatHelpHint(typed.front()) : FormatSuggestion(nearest)));
+    }
   }
 
   void Add(const Command& command) {
@@ -124,7 +181,7 @@ class Parser {
         m_output.format = OutputFormat::JsonDocument;
       }
     };
-    CLI::Option* const json = parser.add_flag("--json", chooseJson, "The same as --format json");
+    CLI::Option* const json = parser.add_flag("-j,--json", chooseJson, "The same as --format json");
     std::map<std::string, OutputFormat> formats;
     std::string names;
     const auto addFormat = [&](OutputFormat format) {
@@ -150,6 +207,13 @@ class Parser {
         ->type_name("FILE");
     parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
     parser.add_flag("--wide", m_output.wide, "Shorten nothing to fit the terminal");
+    parser.add_flag_callback("--no-progress", Progress::Disable, "Do not show progress");
+    const auto quiet = [] {
+      Progress::Disable();
+      DisableHints();
+    };
+    parser.add_flag_callback("--quiet", quiet,
+                             "Print only failures to stderr: no progress, no hints");
     // Options are handled in the order in which they are added, this one before any with a path.
     parser
         .add_option_function<std::string>(

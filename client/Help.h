@@ -13,6 +13,9 @@ class HelpFormatter : public CLI::Formatter {
 
   std::string make_description(const CLI::App* app) const override;
 
+  /// Only the value of an option: its usage line says what is required.
+  std::string make_option_opts(const CLI::Option* option) const override;
+
  private:
   std::string m_examples;
 };

@@ -50,8 +50,8 @@ void AddSearchFolder(const qm::common::WideString& folder, bool isRecursive, Mod
     all.failures.push_back({Spell(folder), "", static_cast<HRESULT>(HRESULT_FROM_WIN32(code)),
                             "The folder cannot be listed: " + FormatSystemError(code)});
   } else if (const auto below = FindModulesBelow(folder)) {
-    PrintRemark(Spell(folder) + ": folders below it have modules too, such as " + Spell(*below) +
-                "; --recursive includes them");
+    PrintHint(Spell(folder) + ": folders below it have modules too, such as " + Spell(*below) +
+              "; --recursive includes them");
   }
 }
 

@@ -279,6 +279,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   }
   Report report("check", output, 2);
   const ModuleSet set;
+  if (options.keys.empty()) {
+    report.OmitFailureRemarks();  // each is a finding too
+  }
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
@@ -295,8 +298,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kCheckCommand = {
     "check",
     "Report what is wrong in the catalog or in a set of modules",
-    "  mmcat check --folder C:\\Modules\n"
-    "  mmcat check Charmap.3128F3C8:1033 Zip.DC6CE4A1    these two and what they need\n"
+    "  mmcat check --folder samples/modules\n"
+    "  mmcat check CharmapCore:1033 TinyZip   these two and what they need\n"
     "  mmcat check --baseline known.json --write-baseline\n"
     "  mmcat check --baseline known.json --format sarif > check.sarif\n",
     PrepareCommand<Options, AddArguments, Run>,

@@ -16,12 +16,13 @@ extern const Command kWhichCommand;
 extern const Command kNameCommand;
 extern const Command kDepsCommand;
 extern const Command kSelftestCommand;
+extern const Command kCompletionCommand;
 
 const std::vector<const Command*>& Commands() {
   static const std::vector<const Command*> commands{
       &kListCommand,    &kFilesCommand, &kInventoryCommand, &kExclusionsCommand, &kSourcesCommand,
       &kGalleryCommand, &kCheckCommand, &kShowCommand,      &kFindCommand,       &kWhichCommand,
-      &kNameCommand,    &kDepsCommand,  &kSelftestCommand,
+      &kNameCommand,    &kDepsCommand,  &kSelftestCommand,  &kCompletionCommand,
   };
   return commands;
 }

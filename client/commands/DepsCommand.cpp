@@ -381,10 +381,10 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kDepsCommand = {
     "deps",
     "List what modules need, in merge order",
-    "  mmcat deps Charmap.3128F3C8            everything to merge, in this order\n"
-    "  mmcat deps Charmap.3128F3C8 Zip.DC6CE4A1    both, planned together\n"
-    "  mmcat deps Charmap.3128F3C8 --tree\n"
-    "  mmcat deps Charmap.3128F3C8 --reverse  what breaks without it\n",
+    "  mmcat deps PlotterSuite                everything to merge, in this order\n"
+    "  mmcat deps PlotterSuite SpellLane      both, planned together\n"
+    "  mmcat deps PlotterSuite --tree\n"
+    "  mmcat deps CharmapCore --reverse       what breaks without it\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
 

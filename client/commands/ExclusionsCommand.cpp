@@ -79,7 +79,7 @@ ExitCode Run(const OutputOptions& output) {
 extern const Command kExclusionsCommand = {
     "exclusions",
     "List what the modules exclude, and which modules this affects",
-    "  mmcat exclusions --folder C:\\Modules\n",
+    "  mmcat exclusions --folder samples/modules\n",
     PrepareCommand<Run>,
 };
 

@@ -110,8 +110,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kFilesCommand = {
     "files",
     "List the files of all modules",
-    "  mmcat files --folder C:\\Modules\n"
-    "  mmcat files \"msg*.dll\"\n",
+    "  mmcat files --folder samples/modules\n"
+    "  mmcat files \"lark*.dll\"\n",
     PrepareCommand<Options, AddArguments, Run>,
     {OutputFormat::Csv},
 };

@@ -59,8 +59,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kFindCommand = {
     "find",
     "List the modules with a name",
-    "  mmcat find Charmap.3128F3C8            in every language\n"
-    "  mmcat find Charmap.3128F3C8:1031 --version 2.4.1.0\n",
+    "  mmcat find CharmapCore                 in every language\n"
+    "  mmcat find InkRibbon:1033 --version 4.6.1.0\n"
+    "  mmcat find \"Ink*\"\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
 

@@ -160,7 +160,7 @@ ExitCode Run(const OutputOptions& output) {
 extern const Command kGalleryCommand = {
     "gallery",
     "List the descriptions in the object gallery",
-    "  mmcat gallery --gallery D:\\Gallery --folder C:\\Modules\n",
+    "  mmcat gallery --gallery samples/gallery --folder samples/modules\n",
     PrepareCommand<Run>,
 };
 

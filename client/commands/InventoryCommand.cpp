@@ -120,7 +120,7 @@ extern const Command kInventoryCommand = {
     "inventory",
     "List versions, platforms, authors and hashes of modules and their files",
     "  mmcat inventory --format csv > inventory.csv\n"
-    "  mmcat inventory --format cyclonedx --folder C:\\Modules > bom.json\n",
+    "  mmcat inventory --format cyclonedx --folder samples/modules > bom.json\n",
     PrepareCommand<Run>,
     {OutputFormat::Csv, OutputFormat::CycloneDx},
 };

@@ -76,7 +76,8 @@ extern const Command kListCommand = {
     "list",
     "List the modules in the catalog",
     "  mmcat list\n"
-    "  mmcat list --folder C:\\Modules --folder D:\\More\n"
+    "  mmcat list --folder samples --recursive\n"
+    "  mmcat list zip ink                     modules with this in their names\n"
     "  mmcat list --format csv > modules.csv\n",
     PrepareCommand<Options, AddArguments, Run>,
     {OutputFormat::Csv},

@@ -56,7 +56,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kNameCommand = {
     "name",
     "Print the display name of a module",
-    "  mmcat name Charmap.3128F3C8:1033\n",
+    "  mmcat name CharmapCore:1031\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
 

@@ -114,7 +114,7 @@ struct Options {
 
 void AddArguments(CLI::App& parser, Options& options) {
   parser
-      .add_option("FILE", options.subjects, "Module files, or modules of the catalog by any name")
+      .add_option("MODULE", options.subjects, "Module files, or modules of the catalog by any name")
       ->required();
   parser.add_flag("--full", options.full, "Everything: all files, components, actions and tables");
 }
@@ -141,8 +141,9 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kShowCommand = {
     "show",
     "Show what modules contain",
-    "  mmcat show C:\\Modules\\*.msm\n"
-    "  mmcat show Charmap.3128F3C8:1033       a module in the catalog\n",
+    "  mmcat show CharmapCore:1033            a module of the catalog\n"
+    "  mmcat show samples/modules/*.msm       files\n"
+    "  mmcat show TinyZip --full              everything about it\n",
     PrepareCommand<Options, AddArguments, Run>,
 };
 

@@ -189,8 +189,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 extern const Command kWhichCommand = {
     "which",
     "List the modules that deliver files",
-    "  mmcat which msgbox.dll\n"
-    "  mmcat which \"*.ocx\" --folder C:\\Modules\n",
+    "  mmcat which LarkfieldZip32.dll\n"
+    "  mmcat which \"*.ocx\" inkrib.tlb --folder samples/modules\n",
     PrepareCommand<Options, AddArguments, Run>,
     {OutputFormat::Csv},
 };

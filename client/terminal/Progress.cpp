@@ -11,14 +11,17 @@ namespace {
 constexpr ULONGLONG kInterval = 100;  // milliseconds
 
 bool g_isShown = false;
+bool g_isDisabled = false;
 
 }  // namespace
 
-Progress::Progress() : m_isTerminal(IsTerminal(STD_ERROR_HANDLE)) {
+Progress::Progress() : m_isTerminal(!g_isDisabled && IsTerminal(STD_ERROR_HANDLE)) {
   if (m_isTerminal) {
     Show("reading the list of modules");
   }
 }
+
+void Progress::Disable() noexcept { g_isDisabled = true; }
 
 void Progress::CountModule() noexcept {
   ++m_begun;

@@ -17,6 +17,9 @@ class Progress {
   Progress(const Progress&) = delete;
   Progress& operator=(const Progress&) = delete;
 
+  /// Shows nothing from now on.
+  static void Disable() noexcept;
+
   /// Sets the number of modules, once the list has been read.
   void SetTotal(size_t total) noexcept { m_total = total; }
 

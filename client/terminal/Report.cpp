@@ -13,6 +13,12 @@
 
 namespace mmcat {
 
+namespace {
+
+bool g_areHintsDisabled = false;
+
+}  // namespace
+
 Report::Report(const std::string& command, const OutputOptions& options, int documentVersion)
     : m_format(options.format),
       m_colors(m_format == OutputFormat::PlainText && !options.noColor && EnableColors()),
@@ -35,7 +41,9 @@ void Report::PrintConverted(const std::string& output) { WriteOutput(output); }
 void Report::AddFailure(FileFailure failure) {
   const std::string subject =
       failure.part.empty() ? failure.file : failure.file + ": " + failure.part;
-  PrintRemark(subject + ": " + FormatHResult(failure.result) + ' ' + failure.description);
+  if (m_printsFailures) {
+    PrintRemark(subject + ": " + FormatHResult(failure.result) + ' ' + failure.description);
+  }
   m_failures.push_back(std::move(failure));
 }
 
@@ -66,6 +74,14 @@ std::string FormatHResult(HRESULT hr) {
   std::snprintf(text, sizeof text, "0x%08lX", static_cast<unsigned long>(hr));
   return text;
 }
+
+void PrintHint(const std::string& text) {
+  if (!g_areHintsDisabled) {
+    PrintRemark(text);
+  }
+}
+
+void DisableHints() noexcept { g_areHintsDisabled = true; }
 
 void PrintRemark(const std::string& text) {
   Progress::Erase();

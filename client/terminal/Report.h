@@ -52,6 +52,9 @@ class Report {
   /// Prints the whole output in a format that is neither text nor the JSON document.
   void PrintConverted(const std::string& output);
 
+  /// Prints no failures to stderr from now on, because the results list them.
+  void OmitFailureRemarks() noexcept { m_printsFailures = false; }
+
   /// Adds a failure to the document, and prints it to stderr.
   void AddFailure(FileFailure failure);
 
@@ -67,6 +70,7 @@ class Report {
  private:
   OutputFormat m_format;
   bool m_colors;
+  bool m_printsFailures = true;
   Json m_document;
   std::vector<FileFailure> m_failures;
   std::set<std::string> m_accepted;
@@ -83,6 +87,10 @@ std::string FormatJson(const Json& document);
 
 /// An HRESULT as text, such as "0x8007065B".
 std::string FormatHResult(HRESULT hr);
+
+/// Prints a line to stderr on what could be done better, unless hints are disabled.
+void PrintHint(const std::string& text);
+void DisableHints() noexcept;
 
 /// Prints a line to stderr, such as a warning or a suggestion. Control characters become blanks.
 void PrintRemark(const std::string& text);

@@ -9,7 +9,7 @@
 //   i686-w64-mingw32-g++ -std=c++17 -municode -DUNICODE -static -I ../../include FindFiles.cpp
 //     -lole32 -loleaut32 -o FindFiles.exe
 //
-// Exits with 0, with 3 if no file matches, with 2 without a pattern, or with 1 after a failure.
+// Exits with 0, with 3 if no file matches, with 2 without a pattern, or with 5 after a failure.
 
 #include <comdef.h>
 #include <fcntl.h>
@@ -69,7 +69,7 @@ int wmain(int argc, wchar_t** argv) {
   }
   ::_setmode(::_fileno(stdout), _O_U8TEXT);
   ::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED);
-  int exitCode = 1;
+  int exitCode = 5;
   try {
     exitCode = PrintFiles(argv[1]) > 0 ? 0 : 3;
   } catch (const _com_error& failure) {

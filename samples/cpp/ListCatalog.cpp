@@ -13,7 +13,7 @@
 //
 // With ListCatalog.rc it uses the server in its own folder, without registration; without that
 // resource script it uses the registered server. Exits with 0, with 3 if there is no such module,
-// or with 1 after a failure.
+// or with 5 after a failure.
 
 #include <windows.h>
 
@@ -138,9 +138,9 @@ void ShowFailure(const Failure& failure) {
 int wmain(int argc, wchar_t** argv) {
   ::SetConsoleOutputCP(CP_UTF8);
   if (FAILED(::CoInitializeEx(nullptr, COINIT_APARTMENTTHREADED))) {
-    return 1;
+    return 5;
   }
-  int exitCode = 1;
+  int exitCode = 5;
   try {
     exitCode = ShowCatalog(argc > 1 ? argv[1] : nullptr) > 0 ? 0 : 3;
   } catch (const Failure& failure) {

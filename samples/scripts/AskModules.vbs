@@ -3,7 +3,7 @@
 '
 '   cscript //nologo AskModules.vbs PATTERN KEY FILE
 '
-' The server and QmMergeSet.dll must be registered.
+' The server and QmMergeSet.dll must be registered. Exits with 3 if the catalog does not have the module.
 
 Option Explicit
 
@@ -11,6 +11,10 @@ Dim mergeSet, file, planned, deliverer
 If WScript.Arguments.Count <> 3 Then WScript.Echo "usage: AskModules.vbs PATTERN KEY FILE": WScript.Quit 2
 Set mergeSet = CreateObject("QmMMUpdater.MergeSet")
 mergeSet.Load CreateObject("QmMMUpdater.MMCatalog").MergeModules
+If mergeSet.FindModules(WScript.Arguments(1)).Count = 0 Then
+  WScript.Echo WScript.Arguments(1) & ": the catalog has no such module"
+  WScript.Quit 3
+End If
 For Each file In mergeSet.FindFiles(WScript.Arguments(0))
   WScript.Echo file.Module.Key & ": " & file.Name & " in " & file.TargetPath
 Next

@@ -2,7 +2,8 @@
 //
 //   cscript //nologo FindFile.js NAME FILE.msm...
 //
-// The server must be registered. Exits with 0 if a module delivers the file, otherwise with 1.
+// The server must be registered. Exits with 0 if a module delivers the file, with 4 if a module could not be
+// read, otherwise with 3.
 
 if (WScript.Arguments.length < 2) {
   WScript.Echo("usage: FindFile.js NAME FILE.msm...");
@@ -10,13 +11,14 @@ if (WScript.Arguments.length < 2) {
 }
 var wanted = WScript.Arguments(0).toLowerCase();
 var module = new ActiveXObject("QmMMUpdater.MergeModule2");
-var found = 0;
+var found = 0, unreadable = 0;
 
 for (var i = 1; i < WScript.Arguments.length; i++) {
   try {
     module.Open(WScript.Arguments(i));
   } catch (failure) {
     WScript.Echo(WScript.Arguments(i) + ": " + failure.message);
+    unreadable++;
     continue;
   }
   for (var files = new Enumerator(module.Files); !files.atEnd(); files.moveNext()) {
@@ -28,4 +30,4 @@ for (var i = 1; i < WScript.Arguments.length; i++) {
     }
   }
 }
-WScript.Quit(found ? 0 : 1);
+WScript.Quit(!found && !unreadable ? 3 : unreadable ? 4 : 0);

@@ -2,7 +2,8 @@
 //
 //   cscript //nologo WhoUses.js ID[:LANGUAGE]
 //
-// The server and QmMergeSet.dll must be registered. Exits with 0 if a module needs it, otherwise with 3.
+// The server and QmMergeSet.dll must be registered. Exits with 0, or with 3 if the catalog does
+// not have the module.
 
 if (WScript.Arguments.length != 1) {
   WScript.Echo("usage: WhoUses.js ID[:LANGUAGE]");
@@ -10,9 +11,16 @@ if (WScript.Arguments.length != 1) {
 }
 var mergeSet = new ActiveXObject("QmMMUpdater.MergeSet");
 mergeSet.Load(new ActiveXObject("QmMMUpdater.MMCatalog").MergeModules);
-var users = mergeSet.UsersOf(WScript.Arguments(0));
+var key = WScript.Arguments(0);
+if (mergeSet.FindModules(key).Count == 0) {
+  WScript.Echo(key + ": the catalog has no such module");
+  WScript.Quit(3);
+}
+var users = mergeSet.UsersOf(key);
 for (var all = new Enumerator(users); !all.atEnd(); all.moveNext()) {
   var user = all.item();
   WScript.Echo(user.Module.Key + " " + user.Module.Version + " needs " + user.Through.Key);
 }
-WScript.Quit(users.Count ? 0 : 3);
+if (users.Count == 0) {
+  WScript.Echo("No module needs " + key);
+}

@@ -1,0 +1,154 @@
+#include "client/Completion.h"
+
+#include <CLI/CLI.hpp>
+#include <set>
+
+#include "client/catalog/Catalog.h"
+#include "client/catalog/CatalogSettings.h"
+#include "client/terminal/Console.h"
+#include "client/terminal/Progress.h"
+#include "client/terminal/Report.h"
+#include "text/Fold.h"
+
+namespace mmcat {
+
+namespace {
+
+/// Collects the candidates that begin like the word to complete.
+class Candidates {
+ public:
+  explicit Candidates(std::string word) : m_word(std::move(word)) {}
+
+  void Add(const std::string& candidate, const std::string& meaning) {
+    const std::string folded = qm::text::FoldCase(candidate);
+    if (folded.rfind(qm::text::FoldCase(m_word), 0) == 0 && m_seen.insert(folded).second) {
+      m_lines += candidate + '\t' + meaning + '\n';
+    }
+  }
+  void AddFiles() { m_lines += ":files\t\n"; }
+  void AddFolders() { m_lines += ":folders\t\n"; }
+
+  const std::string& Word() const { return m_word; }
+  const std::string& Lines() const { return m_lines; }
+
+ private:
+  std::string m_word;
+  std::set<std::string> m_seen;
+  std::string m_lines;
+};
+
+void AddCommands(const CLI::App& app, Candidates& candidates) {
+  for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+    candidates.Add(command->get_name(), command->get_description());
+  }
+}
+
+/// Returns null if there is no such command.
+const CLI::App* FindCommand(const CLI::App& app, const std::string& name) {
+  for (const CLI::App* const command : app.get_subcommands(nullptr)) {
+    if (command->get_name() == name) {
+      return command;
+    }
+  }
+  return nullptr;
+}
+
+void AddOptions(const CLI::App& command, Candidates& candidates) {
+  for (const CLI::Option* const option : command.get_options()) {
+    for (const std::string& name : option->get_lnames()) {
+      candidates.Add("--" + name, option->get_description());
+    }
+  }
+}
+
+/// Adds the values that a text such as "native|windows" lists, or files or folders.
+void AddValues(const std::string& type, Candidates& candidates) {
+  if (type == "DIR") {
+    candidates.AddFolders();
+  } else if (type == "FILE") {
+    candidates.AddFiles();
+  } else if (type.find('|') != std::string::npos) {
+    for (const std::string& value : CLI::detail::split(type, '|')) {
+      candidates.Add(value, "");
+    }
+  }
+}
+
+/// The option of a command that a word names and that takes a value; null if there is none.
+const CLI::Option* FindOption(const CLI::App& command, const std::string& word) {
+  const CLI::Option* const option =
+      word.rfind("--", 0) == 0 ? command.get_option_no_throw(word) : nullptr;
+  return option && option->get_type_size() > 0 ? option : nullptr;
+}
+
+CatalogSettings ReadSettings(const std::vector<std::string>& words) {
+  CatalogSettings settings;
+  for (size_t i = 0; i + 1 < words.size(); ++i) {
+    if (words[i] == "--folder" && ValidateSearchFolder(words[i + 1]).empty()) {
+      settings.folders.push_back(words[i + 1]);
+    }
+    settings.isRecursive = settings.isRecursive || words[i] == "--recursive";
+  }
+  return settings;
+}
+
+/// Adds the IDs of the catalog that the words describe.
+void AddModules(const CatalogSettings& settings, Candidates& candidates) {
+  ApplyCatalogSettings(settings);
+  for (const NamedModule& module : Catalog().Names()) {
+    if (!module.moduleId.empty()) {
+      candidates.Add(module.moduleId, GetFileName(module.path));
+    }
+  }
+}
+
+bool TakesModules(const CLI::App& command) {
+  for (const CLI::Option* const option : command.get_options()) {
+    if (option->get_positional() &&
+        (option->get_single_name() == "KEY" || option->get_single_name() == "MODULE")) {
+      return true;
+    }
+  }
+  return false;
+}
+
+}  // namespace
+
+std::function<ExitCode()> Complete(const CLI::App& app, const std::vector<std::string>& words) {
+  const bool hasWord = !words.empty() && words.back().front() == '=';
+  Candidates candidates(hasWord ? words.back().substr(1) : "");
+  const std::vector<std::string> before(words.begin(), words.end() - (hasWord ? 1 : 0));
+  const CLI::App* const command = before.empty() ? nullptr : FindCommand(app, before.front());
+  bool takesModules = false;
+  if (!command) {
+    if (before.empty()) {
+      candidates.Add("help", "Explain a command");
+    }
+    if (before.empty() || before == std::vector<std::string>{"help"}) {
+      AddCommands(app, candidates);
+    }
+  } else if (const CLI::Option* const option = FindOption(*command, before.back())) {
+    AddValues(option->get_type_name(), candidates);
+  } else if (candidates.Word().rfind('-', 0) == 0) {
+    AddOptions(*command, candidates);
+  } else {
+    for (const CLI::Option* const positional : command->get_options()) {
+      if (positional->get_positional()) {
+        AddValues(positional->get_type_name(), candidates);
+      }
+    }
+    takesModules = TakesModules(*command);
+  }
+  return [candidates, takesModules, settings = ReadSettings(before)]() mutable {
+    if (takesModules) {
+      Progress::Disable();
+      DisableHints();
+      AddModules(settings, candidates);
+      candidates.AddFiles();
+    }
+    WriteOutput(candidates.Lines());
+    return kSuccess;
+  };
+}
+
+}  // namespace mmcat
