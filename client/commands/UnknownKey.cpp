@@ -35,6 +35,7 @@ void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string&
     return;
   }
   std::vector<std::string> keys;
+  keys.reserve(modules.size());
   for (const NamedModule& module : modules) {
     keys.push_back(module.key);
   }

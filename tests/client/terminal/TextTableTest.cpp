@@ -12,7 +12,7 @@ namespace {
 
 class TextTableTest : public testing::Test {
  protected:
-  ~TextTableTest() override { UsePage({}); }
+  void TearDown() override { UsePage({}); }
 
   static std::string Format(const TextTable& table) { return RemoveMarks(table.ToString(" ")); }
 };
