@@ -73,9 +73,8 @@ struct MergePlan {
 /// earlier one outweighs all later ones:
 ///
 /// 1. the fewest requirements that no module of the set satisfies,
-/// 2. the fewest objections: exclusions within the plan, combinations that `findObjections`
-/// returns,
-///    and modules whose only candidates are of a wrong platform,
+/// 2. the fewest objections: exclusions within the plan, what `findObjections` returns, and modules
+///    whose only candidates are of a wrong platform,
 /// 3. the fewest modules beyond the first of an ID,
 /// 4. modules of the platform of those that need them,
 /// 5. modules in the language of those that need them, then neutral ones,

@@ -26,7 +26,7 @@ class PlanSolver {
   /// Returns the best plan with the modules of these numbers.
   PlanSearch::Result Solve(const Numbers& wanted);
 
-  /// Returns the sentence of an objection that was learned; empty if it is none.
+  /// Returns the sentence of an objection; empty if it was not learned.
   const std::string& FindText(const Numbers& objection) const;
 
   /// Returns the number of the module of a plan that satisfies a need: its best candidate there.

@@ -16,9 +16,8 @@ namespace {
 //
 // - ModuleSignature, ModuleDependency and ModuleExclusion are copied like others, so that modules
 //   which carry one module in two versions collide.
-// - ModuleIgnoreTable, ModuleConfiguration and ModuleSubstitution direct the merge. They,
-// _Validation
-//   and the tables that a ModuleIgnoreTable names are not copied.
+// - ModuleIgnoreTable, ModuleConfiguration and ModuleSubstitution direct the merge and are not
+//   copied. Neither are _Validation and the tables that a ModuleIgnoreTable names.
 // - Rows of the Module...Sequence tables become rows of the sequence tables of the package, which a
 //   module has only empty. An action with a number and no base action is a standard one, for which
 //   the number of the package counts.

@@ -21,8 +21,8 @@ struct ModuleFolders {
 /// listed, is more than 64 levels below `root`, or has a name that a search path cannot contain.
 ModuleFolders FindModuleFolders(const qm::common::WideString& root);
 
-/// The path of a folder with modules below `root`; no value if there is none, or none among the
-/// first 200 folders.
+/// Returns the path of a folder with modules below `root`; nothing if the first 200 folders have no
+/// modules.
 std::optional<qm::common::WideString> FindModulesBelow(const qm::common::WideString& root);
 
 /// Returns whether an entry of a search path can be this folder.

@@ -13,7 +13,7 @@ struct Page {
   std::string ellipsis = "…";
 };
 
-/// The page that the terminal of stdout offers; an unlimited one if stdout is none.
+/// Returns the page of the terminal that stdout is; an unlimited one if stdout is no terminal.
 Page PageOfTerminal();
 
 /// Lays out text for a page from now on. The default is one without limits.

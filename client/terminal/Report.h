@@ -76,7 +76,7 @@ class Report {
   std::set<std::string> m_accepted;
 };
 
-/// A number as JSON, or null if there is none.
+/// Returns a number as JSON; null for no value.
 inline Json MakeNumberOrNull(const std::optional<long>& value) {
   return value ? Json(*value) : Json(nullptr);
 }
