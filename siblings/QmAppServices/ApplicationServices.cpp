@@ -1,9 +1,14 @@
 #include "siblings/QmAppServices/ApplicationServices.h"
 
+#include <memory>
 #include <optional>
+#include <utility>
 
 #include "com/frame/ComServer.h"
 #include "com/frame/DllPath.h"
+#include "common/DllLifetime.h"
+#include "common/ExclusiveLock.h"
+#include "common/FileStamp.h"
 #include "common/Path.h"
 #include "common/SearchPath.h"
 #include "common/SystemFolders.h"
@@ -54,15 +59,48 @@ common::WideString ResolveFolders(const common::WideString& folders) {
   return all;
 }
 
-std::optional<common::WideString> ReadSetting(const wchar_t* key) {
-  const common::WideString path = common::JoinPath(GetDllFolder(), L"QmAppServices.ini");
-  if (::GetFileAttributesW(path.c_str()) == INVALID_FILE_ATTRIBUTES) {
-    return std::nullopt;
+/// The settings file beside the DLL. Kept as long as the file has the same write time and size,
+/// because the catalog asks once per module. Thread-safe.
+class SettingsFile {
+ public:
+  /// Returns the value of a key; nothing if the file or the key does not exist. Throws if the file
+  /// cannot be read.
+  std::optional<common::WideString> Find(const wchar_t* key) {
+    const common::WideString path = common::JoinPath(GetDllFolder(), L"QmAppServices.ini");
+    WIN32_FILE_ATTRIBUTE_DATA found;
+    if (!::GetFileAttributesExW(path.c_str(), GetFileExInfoStandard, &found)) {
+      return std::nullopt;
+    }
+    const auto stamp = common::FileStamp::From(found);
+    {
+      const common::ExclusiveLock lock(m_lock);
+      if (m_document && m_stamp == stamp) {
+        return FindIn(*m_document, key);
+      }
+    }
+    std::shared_ptr<const IniDocument> document = IniDocument::Load(path);
+    const common::ExclusiveLock lock(m_lock);
+    m_document = std::move(document);
+    m_stamp = stamp;
+    return FindIn(*m_document, key);
   }
-  const std::shared_ptr<const IniDocument> file = IniDocument::Load(path);
-  const IniDocument::Section* const section = file->FindSection(L"Services");
-  const IniDocument::Key* const found = section ? file->FindKey(*section, key) : nullptr;
-  return found ? std::optional<common::WideString>(file->GetText(found->value)) : std::nullopt;
+
+ private:
+  static std::optional<common::WideString> FindIn(const IniDocument& document, const wchar_t* key) {
+    const IniDocument::Section* const section = document.FindSection(L"Services");
+    const IniDocument::Key* const found = section ? document.FindKey(*section, key) : nullptr;
+    return found ? std::optional<common::WideString>(document.GetText(found->value)) : std::nullopt;
+  }
+
+  SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards the members below, and lookups, which build indexes
+  std::shared_ptr<const IniDocument> m_document;
+  common::FileStamp m_stamp;
+};
+
+common::DllWide<SettingsFile> theSettingsFile;
+
+std::optional<common::WideString> ReadSetting(const wchar_t* key) {
+  return theSettingsFile.Get([] { return new SettingsFile; }).Find(key);
 }
 
 common::WideString ReadFolder(const wchar_t* variable, const wchar_t* key) {
