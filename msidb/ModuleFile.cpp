@@ -26,20 +26,25 @@ ModuleFile::ModuleFile(const common::WideString& path) {
   if (!m_file) {
     ThrowOpenFailure(longPath);
   }
-  m_stamp = GetStamp();
+  m_stamp = {QuerySize(), QueryWriteTime()};
 }
 
 // Two calls, because GetFileInformationByHandle also looks up the volume, which takes longer than
 // everything else done with a small module.
-common::FileStamp ModuleFile::GetStamp() const {
-  FILE_STANDARD_INFO standard;
-  FILE_BASIC_INFO basic;
-  if (!::GetFileInformationByHandleEx(m_file.Get(), FileStandardInfo, &standard, sizeof standard) ||
-      !::GetFileInformationByHandleEx(m_file.Get(), FileBasicInfo, &basic, sizeof basic)) {
+ULONGLONG ModuleFile::QuerySize() const {
+  LARGE_INTEGER size;
+  if (!::GetFileSizeEx(m_file.Get(), &size)) {
     throw FileError{::GetLastError(), {}};
   }
-  return {static_cast<ULONGLONG>(standard.EndOfFile.QuadPart),
-          {basic.LastWriteTime.LowPart, static_cast<DWORD>(basic.LastWriteTime.HighPart)}};
+  return static_cast<ULONGLONG>(size.QuadPart);
+}
+
+FILETIME ModuleFile::QueryWriteTime() const {
+  FILETIME time;
+  if (!::GetFileTime(m_file.Get(), nullptr, nullptr, &time)) {
+    throw FileError{::GetLastError(), {}};
+  }
+  return time;
 }
 
 // Uses the file pointer rather than an OVERLAPPED: Wine reports a read with an OVERLAPPED to its
@@ -61,7 +66,8 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
 }
 
 void ModuleFile::RequireUnchanged() const {
-  if (GetStamp() != m_stamp) {
+  const FILETIME time = QueryWriteTime();  // whoever changes the size changes it too
+  if (::CompareFileTime(&time, &m_stamp.lastWrite) != 0) {
     throw FileError{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }
 }

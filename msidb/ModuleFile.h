@@ -40,7 +40,8 @@ class ModuleFile final : public image::ByteSource {
   static bool IsCurrent(const common::WideString& path, const common::FileStamp& stamp);
 
  private:
-  common::FileStamp GetStamp() const;
+  ULONGLONG QuerySize() const;
+  FILETIME QueryWriteTime() const;
 
   static constexpr std::uint64_t kUnknownPosition = UINT64_MAX;
 
