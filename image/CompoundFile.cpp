@@ -15,7 +15,6 @@ namespace {
 
 constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kPageSize = 16384;
-constexpr std::size_t kMostPages = 6;
 // The most that is read at once, in bytes. The parts of a sound database are far smaller; a larger
 // one would exhaust the memory of its reader.
 constexpr std::uint64_t kMaxReadSize = 256 << 20;
@@ -176,23 +175,31 @@ void CompoundFile::ReadDirectory() {
   }
   m_root = entryAt(0).Extent();
 
-  // A subtree, and the names between which those in it must lie.
-  struct Subtree {
+  // A subtree, and the names between which those in it must lie; or an entry of which the left
+  // subtree has been visited.
+  struct Waiting {
     std::uint32_t index;
     const std::u16string_view* above;
     const std::u16string_view* below;
+    bool isEntry;
   };
   m_names.reserve(count * Entry::kNameSize / 2);  // never reallocated: views refer to it
   m_streams.reserve(count);
   std::vector<std::u16string_view> names(count);  // of the visited entries; the data is null before
   names[0] = m_names;
-  std::vector<Subtree> waiting;
+  std::vector<Waiting> waiting;
   waiting.reserve(count + 1);
-  waiting.push_back({entryAt(0).Child(), nullptr, nullptr});
+  waiting.push_back({entryAt(0).Child(), nullptr, nullptr, false});
   while (!waiting.empty()) {
-    const auto [index, above, below] = waiting.back();
+    const auto [index, above, below, isEntry] = waiting.back();
     waiting.pop_back();
     if (index == kNoEntry) {
+      continue;
+    }
+    if (isEntry) {
+      if (entryAt(index).GetType() == Entry::kStream) {
+        m_streams.push_back({names[index], entryAt(index).Extent()});
+      }
       continue;
     }
     if (index >= count) {
@@ -209,12 +216,16 @@ void CompoundFile::ReadDirectory() {
     m_isInOrder =
         m_isInOrder && (!above || IsBefore(*above, name)) && (!below || IsBefore(name, *below));
     m_hasSizesOfNames = m_hasSizesOfNames && entry.EndsWithItsSize(name);
-    if (entry.GetType() == Entry::kStream) {
-      m_streams.push_back({name, entry.Extent()});
-    }
-    waiting.push_back({entry.Right(), &name, below});
-    waiting.push_back({entry.Left(), above, &name});
+    waiting.push_back({entry.Right(), &name, below, false});
+    waiting.push_back({index, nullptr, nullptr, true});
+    waiting.push_back({entry.Left(), above, &name, false});
   }
+  if (!m_isInOrder) {
+    SortStreams();
+  }
+}
+
+void CompoundFile::SortStreams() {
   // Of several streams with the same name the first one counts. Their order is that of their names
   // in m_names.
   std::sort(m_streams.begin(), m_streams.end(), [](const NamedStream& a, const NamedStream& b) {
@@ -239,12 +250,8 @@ const Bytes& CompoundFile::LoadPage(std::uint64_t number) {
   if (!bytes.empty()) {
     m_source.Read(offset, bytes.data(), bytes.size());
   }
-  if (m_pages.size() < kMostPages) {
-    m_pages.reserve(kMostPages);
-    return m_pages.emplace_back(Page{number, std::move(bytes)}).bytes;
-  }
   Page& page = m_pages[m_oldestPage];
-  m_oldestPage = (m_oldestPage + 1) % kMostPages;
+  m_oldestPage = (m_oldestPage + 1) % m_pages.size();
   page = {number, std::move(bytes)};
   return page.bytes;
 }

@@ -80,7 +80,7 @@ class CompoundFile {
 
   /// A cached piece of the file. Most of what a database needs lies in a few of them.
   struct Page {
-    std::uint64_t number;
+    std::uint64_t number = UINT64_MAX;  ///< no page's, until one is loaded
     Bytes bytes;
   };
 
@@ -89,6 +89,7 @@ class CompoundFile {
 
   void ReadHeader();
   void ReadDirectory();
+  void SortStreams();
 
   std::uint64_t SectorSize() const noexcept { return std::uint64_t{1} << m_header.sectorShift; }
   std::uint32_t NumbersPerSector() const noexcept {
@@ -122,7 +123,7 @@ class CompoundFile {
   std::uint64_t MiniOffsetOf(std::uint32_t sector) const noexcept;
 
   ByteSource& m_source;
-  std::vector<Page> m_pages;  ///< those loaded last
+  std::array<Page, 6> m_pages;  ///< those loaded last
   std::size_t m_oldestPage = 0;
   Header m_header{};
   std::uint64_t m_sectorCount = 0;                   ///< with an incomplete last sector

@@ -133,6 +133,9 @@ class Database {
     return stream ? std::optional(stream->size) : std::nullopt;
   }
 
+  /// Moves the strings out of the object. Only the summary information may be read afterwards.
+  StringPool TakeStrings() noexcept { return std::move(m_strings); }
+
   /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
   std::optional<SummaryInformation> ReadSummary();
 
@@ -162,7 +165,7 @@ class Database {
   using ColumnRange =
       std::pair<std::vector<ColumnRow>::const_iterator, std::vector<ColumnRow>::const_iterator>;
 
-  void ReadStrings();
+  StringPool ReadStrings();
   void ReadDefinitions();
   void SortTables();
   Bytes ReadTableStream(std::string_view name, DamagedPart part, const Subject& subject);

@@ -14,6 +14,8 @@ constexpr std::uint32_t kLongReferences = 0x80000000;
 
 StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) {
   const std::size_t entries = pool.size() / kEntrySize;
+  m_ends.reserve(std::max<std::size_t>(entries, 1));
+  m_ends.push_back(0);
   if (entries == 0) {
     return;  // a database without strings
   }
@@ -23,7 +25,6 @@ StringPool::StringPool(const Bytes& pool, Bytes data) : m_data(std::move(data)) 
   m_referenceSize = (common & kLongReferences) != 0 ? 3 : 2;
 
   const std::uint64_t size = std::min<std::uint64_t>(m_data.size(), UINT32_MAX);
-  m_ends.reserve(entries);
   std::uint64_t end = 0;
   for (std::size_t i = 1; i < entries; ++i) {
     std::uint32_t length = ReadU16(pool.data() + kEntrySize * i);

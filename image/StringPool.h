@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string_view>
+#include <utility>
 #include <vector>
 
 #include "image/ByteSource.h"
@@ -13,8 +14,6 @@ namespace qm::image {
 /// Immutable.
 class StringPool {
  public:
-  StringPool() = default;
-
   /// `pool` has the length and the reference count of each string, `data` the strings one after
   /// another. Throws Damage (Structure) and std::bad_alloc.
   StringPool(const Bytes& pool, Bytes data);
@@ -43,6 +42,12 @@ class StringPool {
   /// The end of each string in Data(), by its number.
   const std::vector<std::uint32_t>& Ends() const noexcept { return m_ends; }
 
+  /// Returns Data() and Ends() without a copy: views into the data stay valid. The object must not
+  /// be used afterwards.
+  std::pair<Bytes, std::vector<std::uint32_t>> Take() && noexcept {
+    return {std::move(m_data), std::move(m_ends)};
+  }
+
   /// The number of bytes in the data that belong to no string.
   std::size_t UnusedBytes() const noexcept { return m_data.size() - m_ends.back(); }
 
@@ -50,7 +55,7 @@ class StringPool {
   std::uint32_t m_codePage = 0;
   unsigned m_referenceSize = 2;
   Bytes m_data;
-  std::vector<std::uint32_t> m_ends{0};  ///< the end of each string in the data, from string 0 on
+  std::vector<std::uint32_t> m_ends;  ///< the end of each string in the data, from string 0 on
 };
 
 }  // namespace qm::image

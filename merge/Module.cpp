@@ -24,8 +24,11 @@ const std::string& GetFileInSentence(const Module& module) noexcept {
   return module.path.empty() ? GetNameInSentence(module) : module.path;
 }
 
-std::string MakeModuleKey(const std::string& moduleId, long language) {
-  return moduleId + ':' + std::to_string(language);
+std::string MakeModuleKey(std::string_view moduleId, long language) {
+  const std::string number = std::to_string(language);
+  std::string key;
+  key.reserve(moduleId.size() + 1 + number.size());
+  return key.append(moduleId).append(1, ':').append(number);
 }
 
 }  // namespace qm::merge

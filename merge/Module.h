@@ -138,6 +138,6 @@ const std::string& GetNameInSentence(const Module& module) noexcept;
 const std::string& GetFileInSentence(const Module& module) noexcept;
 
 /// Makes the key "ID:language".
-std::string MakeModuleKey(const std::string& moduleId, long language);
+std::string MakeModuleKey(std::string_view moduleId, long language);
 
 }  // namespace qm::merge

@@ -107,6 +107,9 @@ class ModuleTables::Reader {
     const auto nameAt = [&](std::uint32_t position) { return m_tables.m_tables[position].Name(); };
     std::sort(m_tables.m_byName.begin(), m_tables.m_byName.end(),
               [&](std::uint32_t a, std::uint32_t b) { return nameAt(a) < nameAt(b); });
+    if (m_takesTexts) {
+      std::tie(m_tables.m_texts, m_tables.m_ends) = m_database.TakeStrings().Take();
+    }
   }
 
  private:
@@ -115,9 +118,8 @@ class ModuleTables::Reader {
     m_tables.m_codePage = pool.CodePage();
     const std::string_view data = pool.Data();
     const bool isAsciiSuperset = text::IsAsciiSuperset(pool.CodePage());
-    if (isAsciiSuperset && text::IsAscii(data) && data.find('\0') == data.npos) {
-      m_tables.m_texts.assign(data.begin(), data.end());
-      m_tables.m_ends = pool.Ends();
+    m_takesTexts = isAsciiSuperset && text::IsAscii(data) && data.find('\0') == data.npos;
+    if (m_takesTexts) {
       return;
     }
     m_tables.m_ends.reserve(pool.EndNumber());
@@ -136,7 +138,7 @@ class ModuleTables::Reader {
   }
 
   void AddText(std::string_view text) {
-    std::vector<char>& texts = m_tables.m_texts;
+    image::Bytes& texts = m_tables.m_texts;
     if (text.size() > std::numeric_limits<std::uint32_t>::max() - texts.size()) {
       AddFailure("The texts take more than 4 GB.");
       text = {};
@@ -156,7 +158,7 @@ class ModuleTables::Reader {
 
   /// Returns the converted text of a view into the database's strings.
   std::string_view Convert(std::string_view name) const noexcept {
-    return m_tables.Text(m_database.Strings().FindNumber(name));
+    return m_takesTexts ? name : m_tables.Text(m_database.Strings().FindNumber(name));
   }
 
   void ReadTable(std::string_view name) {
@@ -224,6 +226,7 @@ class ModuleTables::Reader {
   ModuleTables& m_tables;
   image::Database& m_database;
   const DecodeText& m_decode;
+  bool m_takesTexts = false;                 ///< the texts of the database are UTF-8 as they are
   std::uint64_t m_left = m_database.Size();  ///< bytes that further tables may have
 };
 
@@ -232,9 +235,10 @@ ModuleTables::ModuleTables(image::Database& database, const DecodeText& decode) 
 }
 
 std::string_view ModuleTables::Text(std::uint32_t number) const noexcept {
-  return number == 0 ? std::string_view()
-                     : std::string_view(m_texts.data() + m_ends[number - 1],
-                                        m_ends[number] - m_ends[number - 1]);
+  return number == 0
+             ? std::string_view()
+             : std::string_view(reinterpret_cast<const char*>(m_texts.data()) + m_ends[number - 1],
+                                m_ends[number] - m_ends[number - 1]);
 }
 
 const Table* ModuleTables::Find(std::string_view name) const noexcept {

@@ -82,10 +82,11 @@ class Table {
 /// memory as the tables take in the file. Immutable.
 class ModuleTables {
  public:
-  /// Reads all tables of a database. Damage of a table becomes its Failure(). Neither takes more
-  /// memory than the size of the file justifies: reading ends, with a Failure(), where the tables
-  /// claim more bytes than the file has. Throws std::bad_alloc, and what the source of the database
-  /// throws.
+  /// Reads all tables of a database, which must not be used afterwards but for its summary
+  /// information: this may take its strings. Damage of a table becomes its Failure(). Neither takes
+  /// more memory than the size of the file justifies: reading ends, with a Failure(), where the
+  /// tables claim more bytes than the file has. Throws std::bad_alloc, and what the source of the
+  /// database throws.
   ModuleTables(image::Database& database, const DecodeText& decode);
   ModuleTables(const ModuleTables&) = delete;
   ModuleTables& operator=(const ModuleTables&) = delete;
@@ -110,7 +111,7 @@ class ModuleTables {
   std::string_view Text(std::uint32_t number) const noexcept;
 
   std::uint32_t m_codePage = 0;
-  std::vector<char> m_texts;          ///< one after another
+  image::Bytes m_texts;               ///< one after another
   std::vector<std::uint32_t> m_ends;  ///< of each text, from text 0 on
   std::vector<Table> m_tables;
   std::vector<std::uint32_t> m_byName;  ///< positions in m_tables, sorted by name

@@ -237,6 +237,9 @@ class ModuleReader {
   /// module has one language, so a row of its ID and another language is a slip of its author. A
   /// module without an ID owns all its rows.
   std::string FindOwner(const WantedRows& rows, std::size_t row) const {
+    if (rows.Text(row, 0) == m_module.moduleId) {
+      return {};
+    }
     const std::string id = rows.String(row, 0);
     return id.empty() || m_module.moduleId.empty() || IsSameId(id, m_module.moduleId)
                ? std::string()
