@@ -34,11 +34,13 @@ char16_t ToUpper(char16_t character) noexcept {
                                                 : character;
 }
 
-/// Returns whether a name is less than another, ignoring the case of ASCII letters.
+/// Returns whether a name is less than another of the same length, ignoring the case of ASCII
+/// letters.
 bool IsLess(std::u16string_view a, std::u16string_view b) noexcept {
-  return std::lexicographical_compare(
-      a.begin(), a.end(), b.begin(), b.end(),
-      [](char16_t left, char16_t right) { return ToUpper(left) < ToUpper(right); });
+  const auto [left, right] = std::mismatch(
+      a.begin(), a.end(), b.begin(),
+      [](char16_t one, char16_t other) { return one == other || ToUpper(one) == ToUpper(other); });
+  return left != a.end() && ToUpper(*left) < ToUpper(*right);
 }
 
 /// Returns the reason for refusing a file that does not begin as a compound file does.
