@@ -15,7 +15,9 @@
 #include "client/findings/BaselineFile.h"
 #include "client/findings/CheckJson.h"
 #include "client/findings/JUnit.h"
+#include "client/findings/Rules.h"
 #include "client/findings/Sarif.h"
+#include "client/terminal/NearestNames.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
 
@@ -90,6 +92,15 @@ struct Options {
   std::string base = ".";  ///< the folder that paths in other formats are relative to
 };
 
+std::string ValidateIgnoreRule(const std::string& text) {
+  const std::string code = ParseIgnoreRule(text).code;
+  const std::vector<std::string> codes = RuleCodes();
+  return std::find(codes.begin(), codes.end(), code) != codes.end()
+             ? ""
+             : code + ": unknown code of findings" +
+                   FormatSuggestion(FindNearestNames(code, codes));
+}
+
 void AddArguments(CLI::App& parser, Options& options) {
   constexpr char kGroup[] = "What counts";
   parser.add_option("KEY", options.keys, "Modules to merge, ID or ID:LANGUAGE (default: all)");
@@ -121,6 +132,7 @@ void AddArguments(CLI::App& parser, Options& options) {
           "Findings that do not count: a code, or CODE:KEY with the key of a module or row, or the "
           "name of a file; can be repeated")
       ->type_name("CODE[:KEY]")
+      ->check(CLI::Validator(ValidateIgnoreRule, ""))
       ->allow_extra_args(false)
       ->group(kGroup);
   CLI::Option* const baseline =
@@ -151,7 +163,7 @@ void AddArguments(CLI::App& parser, Options& options) {
 void PrintUnmatched(const Options& options, const Judgement& judgement) {
   constexpr size_t kMost = 10;
   for (const IgnoreRule& rule : judgement.unmatchedRules) {
-    PrintRemark("--ignore " + rule.text + ": no finding matches");
+    PrintRemark("ignore " + rule.text + ": no finding matches");
   }
   const std::vector<BaselineEntry>& entries = judgement.unmatched;
   for (size_t i = 0; i < std::min(entries.size(), kMost); ++i) {

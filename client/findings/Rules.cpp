@@ -23,4 +23,12 @@ Rule FindRule(const std::string& code) {
   return {code, code};
 }
 
+std::vector<std::string> RuleCodes() {
+  std::vector<std::string> codes;
+  for (const auto& rule : kRules) {
+    codes.emplace_back(rule.code);
+  }
+  return codes;
+}
+
 }  // namespace mmcat

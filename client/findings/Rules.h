@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <vector>
 
 namespace mmcat {
 
@@ -12,5 +13,8 @@ struct Rule {
 
 /// Returns the rule of a code. A code without a section has itself as title and help.
 Rule FindRule(const std::string& code);
+
+/// All codes of findings.
+std::vector<std::string> RuleCodes();
 
 }  // namespace mmcat
