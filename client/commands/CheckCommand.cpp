@@ -3,6 +3,7 @@
 #include <iterator>
 #include <map>
 #include <numeric>
+#include <set>
 #include <stdexcept>
 
 #include "client/catalog/CatalogSettings.h"
@@ -176,12 +177,26 @@ void PrintUnmatched(const Options& options, const Judgement& judgement) {
   }
 }
 
+/// Adds entries to those of a baseline that is written.
+std::vector<BaselineEntry> Join(std::vector<BaselineEntry> entries,
+                                const std::vector<BaselineEntry>& more) {
+  entries.insert(entries.end(), more.begin(), more.end());
+  return entries;
+}
+
+/// What a baseline was before, and what of it the run says nothing about.
+struct PreviousBaseline {
+  std::vector<BaselineEntry> entries;
+  std::vector<BaselineEntry> ofOthers;  ///< about modules that are not checked
+};
+
 /// Writes or prunes the baseline if the options say so, and judges the findings accordingly. Throws
 /// std::runtime_error if it cannot be written.
-void UpdateBaseline(const Options& options, const std::vector<BaselineEntry>& known,
-                    bool isComplete, Judgement& judgement) {
+void UpdateBaseline(const Options& options, const PreviousBaseline& previous, bool isComplete,
+                    Judgement& judgement) {
   if (options.writesBaseline) {
-    WriteBaseline(options.baseline, MakeBaseline(judgement.findings, known));
+    WriteBaseline(options.baseline,
+                  Join(MakeBaseline(judgement.findings, previous.entries), previous.ofOthers));
     for (JudgedFinding& finding : judgement.findings) {
       finding.status =
           finding.status == FindingStatus::New ? FindingStatus::Baseline : finding.status;
@@ -191,7 +206,7 @@ void UpdateBaseline(const Options& options, const std::vector<BaselineEntry>& kn
     PrintRemark(options.baseline +
                 ": not pruned, because files that cannot be read may have findings too");
   } else if (options.prunesBaseline && !judgement.unmatched.empty()) {
-    WriteBaseline(options.baseline, judgement.matched);
+    WriteBaseline(options.baseline, Join(judgement.matched, previous.ofOthers));
   }
 }
 
@@ -255,10 +270,20 @@ void PrintResult(const CheckResult& result, Report& report) {
 ExitCode CheckSet(const ModuleSet& set, const Options& options,
                   const std::vector<BaselineEntry>& baseline, Report& report) {
   Judgement judgement = JudgeFindings(set.Check(options.keys), baseline, options.ignored);
+  std::vector<size_t> scope = FindScope(set, options.keys);
+  PreviousBaseline previous{baseline, {}};
+  if (!options.keys.empty()) {
+    std::set<std::string> checked;
+    for (const size_t module : scope) {
+      checked.insert(set.Modules()[module].key);
+    }
+    previous.ofOthers = TakeEntriesOfOthers(checked, judgement);
+    judgement.unmatchedRules.clear();  // they may be about others too
+  }
   ExitCode outcome = RequireModules(set.Modules().size());
   if (outcome == kSuccess) {
     try {
-      UpdateBaseline(options, baseline, report.Failures().empty(), judgement);
+      UpdateBaseline(options, previous, report.Failures().empty(), judgement);
     } catch (const std::runtime_error& failure) {
       PrintRemark(failure.what());
       return kOutputFailed;
@@ -266,7 +291,7 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
     PrintUnmatched(options, judgement);
   }
   const CheckResult result{set.Modules(),
-                           FindScope(set, options.keys),
+                           std::move(scope),
                            std::move(judgement.findings),
                            std::move(judgement.unmatched),
                            report.Failures(),

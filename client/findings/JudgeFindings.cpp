@@ -1,6 +1,7 @@
 #include "client/findings/JudgeFindings.h"
 
 #include <algorithm>
+#include <iterator>
 #include <map>
 
 #include "text/Fold.h"
@@ -101,6 +102,22 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
     }
   }
   return judgement;
+}
+
+std::vector<BaselineEntry> TakeEntriesOfOthers(const std::set<std::string>& checked,
+                                               Judgement& judgement) {
+  const auto isAboutChecked = [&](const BaselineEntry& entry) {
+    const std::vector<std::string>& modules = entry.identity.modules;
+    return !modules.empty() &&
+           std::all_of(modules.begin(), modules.end(),
+                       [&](const std::string& module) { return checked.count(module) > 0; });
+  };
+  std::vector<BaselineEntry>& entries = judgement.unmatched;
+  const auto others = std::stable_partition(entries.begin(), entries.end(), isAboutChecked);
+  std::vector<BaselineEntry> taken(std::make_move_iterator(others),
+                                   std::make_move_iterator(entries.end()));
+  entries.erase(others, entries.end());
+  return taken;
 }
 
 std::vector<BaselineEntry> MakeBaseline(const std::vector<JudgedFinding>& findings,

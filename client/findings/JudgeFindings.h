@@ -1,5 +1,6 @@
 #pragma once
 
+#include <set>
 #include <string>
 #include <vector>
 
@@ -47,6 +48,11 @@ struct Judgement {
 Judgement JudgeFindings(std::vector<FindingFacts> findings,
                         const std::vector<BaselineEntry>& baseline,
                         const std::vector<IgnoreRule>& rules);
+
+/// Takes the unmatched entries that are not about modules with these keys alone. A check of these
+/// modules says nothing about them.
+std::vector<BaselineEntry> TakeEntriesOfOthers(const std::set<std::string>& checked,
+                                               Judgement& judgement);
 
 /// The baseline that has all findings but the ignored ones. Keeps the reasons in `known`.
 std::vector<BaselineEntry> MakeBaseline(const std::vector<JudgedFinding>& findings,
