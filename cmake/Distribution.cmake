@@ -14,9 +14,10 @@ file(GLOB QM_GOOGLETEST CONFIGURE_DEPENDS "${QM_GOOGLETEST_FOLDER}/CMakeLists.tx
 
 # Header-only libraries, the folder of their headers, and the files with their licenses.
 set(QM_HEADER_FOLDER /usr/include)
-set(QM_HEADER_LIBRARIES CLI nlohmann)
+set(QM_HEADER_LIBRARIES CLI nlohmann toml++)
 set(QM_CLI_LICENSE /usr/share/doc/libcli11-dev/copyright)
 set(QM_nlohmann_LICENSE /usr/share/doc/nlohmann-json3-dev/copyright)
+set(QM_toml++_LICENSE /usr/share/doc/libtomlplusplus-dev/copyright)
 
 # The type library that all others import. Wine includes it.
 set(QM_WINE_FOLDER_32 i386-windows)

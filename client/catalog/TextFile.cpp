@@ -25,7 +25,7 @@ using UniqueStream = std::unique_ptr<FILE, FileCloser>;
 
 }  // namespace
 
-std::string ReadTextFile(const std::string& path) {
+std::string ReadTextFile(const std::string& path, size_t largest) {
   UniqueStream file;
   FILE* stream = stdin;
   if (path == "-") {
@@ -40,6 +40,9 @@ std::string ReadTextFile(const std::string& path) {
   while (stream && size > 0) {
     size = std::fread(buffer, 1, sizeof buffer, stream);
     text.append(buffer, size);
+    if (text.size() > largest) {
+      throw std::runtime_error("the file is larger than " + std::to_string(largest) + " bytes");
+    }
   }
   if (!stream || std::ferror(stream)) {
     throw std::runtime_error(std::strerror(errno));
