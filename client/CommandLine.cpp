@@ -10,6 +10,7 @@
 #include "client/Completion.h"
 #include "client/Help.h"
 #include "client/ResponseFile.h"
+#include "client/SettingsOptions.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
@@ -36,6 +37,10 @@ constexpr size_t kHelpWidth = 79;
 
 std::string ValidatePathSpelling(const std::string& spelling) {
   return spelling == "native" || spelling == "windows" ? "" : spelling + ": not native or windows";
+}
+
+std::string ValidateSettingsName(const std::string& file) {
+  return file.empty() ? "the name is empty" : "";  // probably an unset shell variable
 }
 
 /// Parses the shared options and those of the command that was given.
@@ -97,8 +102,19 @@ class Parser {
       WriteOutput(WrapLines(output.str(), kHelpWidth));
       return kSuccess;
     }
-    return [run = m_run, settings = m_settings, output = m_output,
-            outputFile = m_outputFile]() mutable {
+    const bool usesCatalog = m_settingsUse != SettingsUse::ToShow;
+    try {
+      FillInFromSettings();
+    } catch (const SettingsError& failure) {
+      PrintRemark(failure.what());
+      return kUsage;
+    }
+    if (m_settings.isRecursive && m_settings.folders.empty()) {
+      PrintRemark("--recursive requires --folder" + FormatHelpHint(typed.front()));
+      return kUsage;
+    }
+    return [run = m_run, settings = m_settings, output = m_output, outputFile = m_outputFile,
+            usesCatalog]() mutable {
       if (!outputFile.empty()) {
         if (const int error = RedirectOutput(ToSystemPath(outputFile).c_str())) {
           PrintRemark(outputFile + ": " + std::strerror(error));
@@ -106,7 +122,9 @@ class Parser {
         }
       }
       try {
-        output.failures = ApplyCatalogSettings(settings);
+        if (usesCatalog) {
+          output.failures = ApplyCatalogSettings(settings);
+        }
       } catch (const std::length_error& failure) {
         PrintRemark(failure.what());
         return kUsage;
@@ -167,12 +185,26 @@ class Parser {
     }
   }
 
+  /// Fills in the options that the command line leaves out. Throws SettingsError.
+  void FillInFromSettings() {
+    if (m_settingsUse != SettingsUse::None) {
+      CLI::App& command = *m_app.get_subcommands().front();
+      UseSettings(FillInOptions(command, *m_app.get_subcommand("check"), m_settingsChoice));
+    }
+  }
+
   void Add(const Command& command) {
     CLI::App& parser = *m_app.add_subcommand(command.name, command.summary);
     parser.formatter(std::make_shared<HelpFormatter>(command.examples));
     AddOutputOptions(parser, command.formats);
-    parser.callback([this, run = command.prepare(parser)] { m_run = run; });
-    AddCatalogOptions(parser);
+    parser.callback([this, run = command.prepare(parser), use = command.settings] {
+      m_run = run;
+      m_settingsUse = use;
+    });
+    AddCatalogOptions(parser, command.settings);
+    if (command.settings != SettingsUse::None) {
+      AddSettingsOptions(parser);
+    }
   }
 
   void AddOutputOptions(CLI::App& parser, const std::vector<OutputFormat>& moreFormats) {
@@ -226,7 +258,7 @@ class Parser {
         ->check(CLI::Validator(ValidatePathSpelling, ""));
   }
 
-  void AddCatalogOptions(CLI::App& parser) {
+  void AddCatalogOptions(CLI::App& parser, SettingsUse use) {
     constexpr char kGroup[] = "Where to look";
     const auto add = [&](const char* option, auto& value, auto* validate, const char* help) {
       return parser.add_option(option, value, help)
@@ -234,23 +266,39 @@ class Parser {
           ->check(CLI::Validator(validate, ""))
           ->group(kGroup);
     };
-    CLI::Option* const folder = add("--folder", m_settings.folders, ValidateSearchFolder,
-                                    "Module search folder; can be repeated")
-                                    ->allow_extra_args(false);
+    add("--folder", m_settings.folders, ValidateSearchFolder,
+        "Module search folder; can be repeated")
+        ->allow_extra_args(false);
     parser.add_flag("--recursive", m_settings.isRecursive, "Also search the folders below these")
-        ->needs(folder)
         ->group(kGroup);
     add("--gallery", m_settings.galleryRoot, ValidateFolder, "Root of the object gallery");
     add("--index", m_settings.indexFolder, ValidateFolder, "Folder of the index tables");
     add("--data", m_settings.dataFolder, ValidateFolder,
         "Folder that contains Repositories\\Repositories.xml");
-    parser.footer(
-        "By default the catalog is that of this machine. Any of these options replaces it\n"
-        "entirely.");
+    parser.footer(std::string("By default the catalog is that of ") +
+                  (use == SettingsUse::None ? "" : "mmcat.toml, or else of ") +
+                  "this machine. Any of\n"
+                  "--folder, --gallery, --index and --data replaces it entirely.");
+  }
+
+  void AddSettingsOptions(CLI::App& parser) {
+    constexpr char kGroup[] = "Settings of a team";
+    CLI::Option* const file = parser
+                                  .add_option("--settings", m_settingsChoice.file,
+                                              "Settings file (default: the nearest mmcat.toml, in "
+                                              "this folder or one above)")
+                                  ->type_name("FILE")
+                                  ->check(CLI::Validator(ValidateSettingsName, ""))
+                                  ->group(kGroup);
+    parser.add_flag("--no-settings", m_settingsChoice.isOff, "Use no settings file")
+        ->excludes(file)
+        ->group(kGroup);
   }
 
   CLI::App m_app;
   CatalogSettings m_settings;
+  SettingsChoice m_settingsChoice;
+  SettingsUse m_settingsUse = SettingsUse::None;
   OutputOptions m_output;
   std::string m_outputFile;  ///< empty for stdout
   CommandRun m_run;

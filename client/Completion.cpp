@@ -3,6 +3,7 @@
 #include <CLI/CLI.hpp>
 #include <set>
 
+#include "client/SettingsOptions.h"
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/terminal/Console.h"
@@ -81,13 +82,48 @@ const CLI::Option* FindOption(const CLI::App& command, const std::string& word) 
   return option && option->get_type_size() > 0 ? option : nullptr;
 }
 
+void AddFolder(const std::string& folder, CatalogSettings& settings) {
+  if (ValidateSearchFolder(folder).empty()) {
+    settings.folders.push_back(folder);
+  }
+}
+
+/// The search folders of a settings file. One that is wrong has none: this is not the moment to
+/// report it.
+void ReadSettingsFile(const SettingsChoice& choice, CatalogSettings& settings) {
+  std::string reason;
+  try {
+    const std::optional<SettingsFile> file = ReadChosenSettings(choice, reason);
+    for (const FileSetting& setting : file ? file->settings : std::vector<FileSetting>()) {
+      const std::string name = setting.setting->FullName();
+      for (const FileValue& value : setting.values) {
+        if (name == "catalog.folder") {
+          AddFolder(ResolvePath(*file, value), settings);
+        }
+        settings.isRecursive =
+            settings.isRecursive || (name == "catalog.recursive" && value.text == "true");
+      }
+    }
+  } catch (const SettingsError&) {
+    settings = {};
+  }
+}
+
 CatalogSettings ReadSettings(const std::vector<std::string>& words) {
   CatalogSettings settings;
-  for (size_t i = 0; i + 1 < words.size(); ++i) {
-    if (words[i] == "--folder" && ValidateSearchFolder(words[i + 1]).empty()) {
-      settings.folders.push_back(words[i + 1]);
+  SettingsChoice choice;
+  for (size_t i = 0; i < words.size(); ++i) {
+    const std::string next = i + 1 < words.size() ? words[i + 1] : "";
+    if (words[i] == "--folder") {
+      AddFolder(next, settings);
+    } else if (words[i] == "--settings") {
+      choice.file = next;
     }
+    choice.isOff = choice.isOff || words[i] == "--no-settings";
     settings.isRecursive = settings.isRecursive || words[i] == "--recursive";
+  }
+  if (settings.folders.empty()) {
+    ReadSettingsFile(choice, settings);
   }
   return settings;
 }

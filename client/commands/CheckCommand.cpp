@@ -127,29 +127,26 @@ void AddArguments(CLI::App& parser, Options& options) {
       .add_option_function<std::vector<std::string>>(
           "--ignore",
           [&options](const std::vector<std::string>& rules) {
+            options.ignored.clear();  // a settings file may have added some
             std::transform(rules.begin(), rules.end(), std::back_inserter(options.ignored),
                            ParseIgnoreRule);
           },
           "Findings that do not count: a code, or CODE:KEY with the key of a module or row, or the "
-          "name of a file; can be repeated")
+          "name of a file; can be repeated, and adds to those in mmcat.toml")
       ->type_name("CODE[:KEY]")
       ->check(CLI::Validator(ValidateIgnoreRule, ""))
       ->allow_extra_args(false)
       ->group(kGroup);
-  CLI::Option* const baseline =
-      parser
-          .add_option("--baseline", options.baseline, "File of known findings, which do not count")
-          ->type_name("FILE")
-          ->group(kGroup);
+  parser.add_option("--baseline", options.baseline, "File of known findings, which do not count")
+      ->type_name("FILE")
+      ->group(kGroup);
   CLI::Option* const write = parser
                                  .add_flag("--write-baseline", options.writesBaseline,
                                            "Write all present findings to the baseline")
-                                 ->needs(baseline)
                                  ->group(kGroup);
   parser
       .add_flag("--prune-baseline", options.prunesBaseline,
                 "Remove from the baseline what matches no finding any more")
-      ->needs(baseline)
       ->excludes(write)
       ->group(kGroup);
   parser
@@ -306,6 +303,11 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
+  if ((options.writesBaseline || options.prunesBaseline) && options.baseline.empty()) {
+    PrintRemark(std::string(options.writesBaseline ? "--write-baseline" : "--prune-baseline") +
+                " requires --baseline, or a baseline in mmcat.toml");
+    return kUsage;
+  }
   std::vector<BaselineEntry> baseline;
   try {
     baseline = ReadBaseline(options.baseline,

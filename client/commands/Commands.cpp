@@ -15,14 +15,16 @@ extern const Command kFindCommand;
 extern const Command kWhichCommand;
 extern const Command kNameCommand;
 extern const Command kDepsCommand;
+extern const Command kConfigCommand;
 extern const Command kSelftestCommand;
 extern const Command kCompletionCommand;
 
 const std::vector<const Command*>& Commands() {
   static const std::vector<const Command*> commands{
-      &kListCommand,    &kFilesCommand, &kInventoryCommand, &kExclusionsCommand, &kSourcesCommand,
-      &kGalleryCommand, &kCheckCommand, &kShowCommand,      &kFindCommand,       &kWhichCommand,
-      &kNameCommand,    &kDepsCommand,  &kSelftestCommand,  &kCompletionCommand,
+      &kListCommand,    &kFilesCommand,    &kInventoryCommand,  &kExclusionsCommand,
+      &kSourcesCommand, &kGalleryCommand,  &kCheckCommand,      &kShowCommand,
+      &kFindCommand,    &kWhichCommand,    &kNameCommand,       &kDepsCommand,
+      &kConfigCommand,  &kSelftestCommand, &kCompletionCommand,
   };
   return commands;
 }

@@ -16,6 +16,13 @@ namespace mmcat {
 /// ServerFailure if the server, its catalog or a sibling component fails.
 using CommandRun = std::function<ExitCode(const OutputOptions&)>;
 
+/// How a command uses a settings file.
+enum class SettingsUse {
+  ForCatalog,  ///< the file fills in its options
+  ToShow,      ///< the same, but it does not use the catalog
+  None,        ///< it does not depend on the folder in which it is run
+};
+
 /// What the command line and the help need to know about a command of mmcat. The options that all
 /// commands share, such as --format and --folder, are added by the command line itself.
 struct Command {
@@ -24,6 +31,7 @@ struct Command {
   const char* examples;  ///< lines of the help, indented by two blanks, each with its line break
   CommandRun (*prepare)(CLI::App& parser);  ///< a PrepareCommand
   std::vector<OutputFormat> formats = {};   ///< besides text and the JSON document
+  SettingsUse settings = SettingsUse::ForCatalog;
 };
 
 /// All commands, in the order of the help.

@@ -111,6 +111,8 @@ extern const Command kCompletionCommand = {
     "  eval \"$(mmcat completion bash)\"        in ~/.bashrc; the same in zsh\n"
     "  mmcat completion fish | source         in config.fish\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {},
+    SettingsUse::None,
 };
 
 }  // namespace mmcat

@@ -293,6 +293,8 @@ extern const Command kSelftestCommand = {
     "Check whether the server works on this system",
     "  mmcat selftest > report.txt            a report to send back\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {},
+    SettingsUse::None,
 };
 
 }  // namespace mmcat

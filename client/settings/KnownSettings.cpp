@@ -3,7 +3,7 @@
 namespace mmcat {
 
 const std::vector<KnownSetting>& KnownSettings() {
-  constexpr char kMachine[] = "that of this machine";
+  static constexpr char kMachine[] = "that of this machine";
   using Type = SettingType;
   static const std::vector<KnownSetting> settings{
       {kCatalogTable,

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <optional>
+#include <string>
+#include <vector>
+
+namespace mmcat {
+
+enum class SettingSource { Arguments, File, Environment, Default };
+
+/// "command-line", "file", "environment" or "default".
+const char* GetSourceName(SettingSource source) noexcept;
+
+/// A value in force, or that a setting has none.
+struct ValueInForce {
+  std::string setting;               ///< such as "check.baseline"
+  std::optional<std::string> value;  ///< paths are full, as the user spells them
+  std::string words;                 ///< what is in force if there is no value; may be empty
+  SettingSource source = SettingSource::Default;
+  std::string variable;        ///< of the environment, if that is the source
+  std::optional<size_t> line;  ///< in the settings file; no value if another line decided this
+};
+
+struct SettingsInForce {
+  std::string file;                  ///< full path; empty if no file was read
+  std::string reason;                ///< why no file was read
+  std::vector<ValueInForce> values;  ///< those of a list are neighbours
+};
+
+/// Sets what mmcat config shows.
+void UseSettings(SettingsInForce settings) noexcept;
+
+const SettingsInForce& CurrentSettings() noexcept;
+
+}  // namespace mmcat
