@@ -3,6 +3,7 @@
 #include "analysis/ModuleItem.h"
 #include "analysis/SetCollection.h"
 #include "analysis/SetModuleUser.h"
+#include "merge/CustomActionType.h"
 #include "merge/Findings.h"
 #include "merge/MergePlan.h"
 
@@ -51,6 +52,10 @@ STDMETHODIMP SetCustomAction::get_Source(BSTR* value) {
 }
 STDMETHODIMP SetCustomAction::get_Target(BSTR* value) {
   return AnswerUtf8(value, m_action->target);
+}
+STDMETHODIMP SetCustomAction::get_Description(BSTR* value) {
+  return AnswerText(value,
+                    [&] { return text::ToWide(merge::DescribeCustomActionType(m_action->type)); });
 }
 
 void SetRequirement::Init(SharedSet set, size_t module, merge::Requirement requirement) noexcept {

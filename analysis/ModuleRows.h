@@ -35,6 +35,7 @@ class SetCustomAction : public SetObject<ISetCustomAction> {
   STDMETHOD(get_Type)(long* value) override;
   STDMETHOD(get_Source)(BSTR* value) override;
   STDMETHOD(get_Target)(BSTR* value) override;
+  STDMETHOD(get_Description)(BSTR* value) override;
 
  private:
   SharedSet m_set;

@@ -46,7 +46,8 @@ std::vector<CustomActionContents> ReadCustomActions(ISetModule& module) {
         actions.push_back({ReadText(action, &ISetCustomAction::get_Name),
                            ReadOptionalNumber(action, &ISetCustomAction::get_Type),
                            ReadText(action, &ISetCustomAction::get_Source),
-                           ReadText(action, &ISetCustomAction::get_Target)});
+                           ReadText(action, &ISetCustomAction::get_Target),
+                           ReadText(action, &ISetCustomAction::get_Description)});
       });
   return actions;
 }

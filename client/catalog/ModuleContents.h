@@ -35,6 +35,7 @@ struct CustomActionContents {
   std::optional<long> type;
   std::string source;
   std::string target;
+  std::string description;  ///< the type in words
 };
 
 /// A value that the user of a module can set: a row of its ModuleConfiguration table.

@@ -2,7 +2,6 @@
 
 #include <sstream>
 
-#include "client/commands/CustomActionType.h"
 #include "client/commands/ModuleText.h"
 
 namespace mmcat {
@@ -51,7 +50,7 @@ Json MakeItemJson(const ComponentContents& component) {
 Json MakeItemJson(const CustomActionContents& action) {
   return {{"name", action.name},
           {"type", MakeNumberOrNull(action.type)},
-          {"description", DescribeCustomActionType(action.type)},
+          {"description", action.description},
           {"source", action.source},
           {"target", action.target}};
 }

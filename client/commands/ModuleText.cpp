@@ -4,7 +4,6 @@
 #include <iterator>
 #include <utility>
 
-#include "client/commands/CustomActionType.h"
 #include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextTable.h"
@@ -58,8 +57,8 @@ std::string FormatComponents(const std::vector<ComponentContents>& components) {
 std::string FormatCustomActions(const std::vector<CustomActionContents>& actions) {
   TextTable table({"Name", "What it does", "Type", "Source", "Target"});
   for (const CustomActionContents& action : actions) {
-    table.AddRow({action.name, DescribeCustomActionType(action.type), FormatCell(action.type),
-                  action.source, action.target});
+    table.AddRow(
+        {action.name, action.description, FormatCell(action.type), action.source, action.target});
   }
   return FormatPartHeading("Custom actions", actions.size()) + table.ToString(kIndent);
 }
@@ -227,10 +226,9 @@ std::string FormatModuleSummary(const ModuleContents& module) {
   text += FormatField("Excludes",
                       FormatList(module.exclusions, [](const auto& one) { return one.moduleId; }));
   text += FormatField("Components", FormatComponentCounts(module.components));
-  text +=
-      FormatField("Custom actions", FormatList(module.customActions, [](const auto& one) {
-                    return RemoveGuid(one.name) + " (" + DescribeCustomActionType(one.type) + ')';
-                  }));
+  text += FormatField("Custom actions", FormatList(module.customActions, [](const auto& one) {
+                        return RemoveGuid(one.name) + " (" + one.description + ')';
+                      }));
   text += FormatField("Configurable", FormatList(module.configurableItems, [](const auto& one) {
                         return RemoveGuid(one.name) + " (" + FormatItemFormat(one.format) + ')';
                       }));

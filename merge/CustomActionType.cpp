@@ -1,6 +1,6 @@
-#include "client/commands/CustomActionType.h"
+#include "merge/CustomActionType.h"
 
-namespace mmcat {
+namespace qm::merge {
 
 namespace {
 
@@ -93,4 +93,4 @@ std::string DescribeCustomActionType(std::optional<long> type) {
   return DescribeKind(bits & kKindBits) + when;
 }
 
-}  // namespace mmcat
+}  // namespace qm::merge
