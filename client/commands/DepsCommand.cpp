@@ -5,6 +5,7 @@
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/ModuleChain.h"
 #include "client/commands/UnknownKey.h"
 #include "client/terminal/TextTable.h"
 
@@ -21,22 +22,6 @@ struct Question {
 
 std::string NameOf(const Question& question, size_t position) {
   return question.modules[position].key + ' ' + question.modules[position].version;
-}
-
-std::string JoinKeys(const Question& question, const std::vector<size_t>& chain) {
-  std::string text;
-  for (const size_t position : chain) {
-    text += (text.empty() ? "" : " -> ") + question.modules[position].key;
-  }
-  return text;
-}
-
-Json MakeKeysJson(const Question& question, const std::vector<size_t>& positions) {
-  Json keys = Json::array();
-  for (const size_t position : positions) {
-    keys.push_back(question.modules[position].key);
-  }
-  return keys;
 }
 
 Json MakeSetModuleJson(const ModuleFacts& module) {
@@ -56,7 +41,7 @@ Json MakeRequirementJson(const RequirementFacts& requirement) {
 // ---- Order
 
 std::string FormatCycle(const Question& question, const std::vector<size_t>& cycle) {
-  return JoinKeys(question, cycle) + " -> " + question.modules[cycle.front()].key;
+  return FormatChain(question.modules, cycle) + " -> " + question.modules[cycle.front()].key;
 }
 
 /// Lists the modules for which others would have done.
@@ -84,7 +69,7 @@ std::string FormatConflicts(const Question& question, const PlanFacts& plan,
     text += (text.empty() ? "\nConflicts\n  " : "  ") + MakePrintable(conflict.text) + '\n';
     for (const std::vector<size_t>& chain : conflict.chains) {
       if (chain.size() > 1) {
-        text += "    " + MakePrintable(JoinKeys(question, chain)) + '\n';
+        text += "    " + MakePrintable(FormatChain(question.modules, chain)) + '\n';
       }
     }
     for (const FixFacts& fix : conflict.fixes) {
@@ -126,16 +111,16 @@ Json MakeConflictsJson(const Question& question, const std::vector<ConflictFacts
   for (const ConflictFacts& conflict : conflicts) {
     Json chains = Json::array();
     for (const std::vector<size_t>& chain : conflict.chains) {
-      chains.push_back(MakeKeysJson(question, chain));
+      chains.push_back(MakeKeysJson(question.modules, chain));
     }
     Json fixes = Json::array();
     for (const FixFacts& fix : conflict.fixes) {
       fixes.push_back({{"text", fix.text},
-                       {"drop", MakeKeysJson(question, fix.drop)},
-                       {"modules", MakeKeysJson(question, fix.modules)}});
+                       {"drop", MakeKeysJson(question.modules, fix.drop)},
+                       {"modules", MakeKeysJson(question.modules, fix.modules)}});
     }
     list.push_back({{"text", conflict.text},
-                    {"modules", MakeKeysJson(question, conflict.modules)},
+                    {"modules", MakeKeysJson(question.modules, conflict.modules)},
                     {"chains", std::move(chains)},
                     {"fixes", std::move(fixes)}});
   }
@@ -165,7 +150,7 @@ void AddOrderJson(const Question& question, const PlanFacts& plan,
   }
   Json cycles = Json::array();
   for (const std::vector<size_t>& cycle : plan.cycles) {
-    cycles.push_back(MakeKeysJson(question, cycle));
+    cycles.push_back(MakeKeysJson(question.modules, cycle));
   }
   document.update({{"order", std::move(order)},
                    {"missing", std::move(missing)},
@@ -276,7 +261,7 @@ std::string FormatReverse(const Question& question, const std::vector<ReverseVie
     for (const UserFacts& user : view.users) {
       const ModuleFacts& module = question.modules[user.module];
       table.AddRow({module.key, module.version,
-                    user.through == view.needed ? "" : JoinKeys(question, user.chain),
+                    user.through == view.needed ? "" : FormatChain(question.modules, user.chain),
                     module.path});
     }
     text += table.ToString("  ");
@@ -292,7 +277,7 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
     for (const UserFacts& user : view.users) {
       Json module = MakeSetModuleJson(question.modules[user.module]);
       module["through"] = question.modules[user.through].key;
-      module["chain"] = MakeKeysJson(question, user.chain);
+      module["chain"] = MakeKeysJson(question.modules, user.chain);
       users.push_back(std::move(module));
     }
     Json needed = MakeSetModuleJson(question.modules[view.needed]);

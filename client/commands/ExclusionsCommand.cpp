@@ -1,8 +1,10 @@
 #include <algorithm>
+#include <map>
 #include <tuple>
 
 #include "client/catalog/ModuleSet.h"
 #include "client/commands/Commands.h"
+#include "client/commands/ModuleChain.h"
 #include "client/commands/NoModules.h"
 #include "client/terminal/TextTable.h"
 
@@ -18,8 +20,35 @@ std::vector<ExclusionFacts> ListExclusions(const ModuleSet& set) {
   return list;
 }
 
+/// What brings in the excluding modules, by their positions.
+using Users = std::map<size_t, std::vector<UserFacts>>;
+
+Users FindUsers(const ModuleSet& set, const std::vector<ExclusionFacts>& exclusions) {
+  Users users;
+  for (const ExclusionFacts& exclusion : exclusions) {
+    if (users.count(exclusion.module) == 0) {
+      users.emplace(exclusion.module, set.UsersOf(exclusion.module));
+    }
+  }
+  return users;
+}
+
+/// Lists who needs an excluding module, and so cannot be merged with what it excludes.
+std::string FormatUsers(const std::vector<ModuleFacts>& modules, const Users& users) {
+  TextTable table({"Excluding module", "Brought in by", "Version", "Chain"});
+  bool isEmpty = true;
+  for (const auto& [module, list] : users) {
+    for (const UserFacts& user : list) {
+      table.AddRow({modules[module].key, modules[user.module].key, modules[user.module].version,
+                    user.through == module ? "" : FormatChain(modules, user.chain)});
+      isEmpty = false;
+    }
+  }
+  return isEmpty ? "" : '\n' + table.ToString("");
+}
+
 std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
-                             const std::vector<ExclusionFacts>& list) {
+                             const std::vector<ExclusionFacts>& list, const Users& users) {
   if (list.empty()) {
     return "No exclusions\n";
   }
@@ -35,11 +64,22 @@ std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
                   exclusion.language ? std::to_string(*exclusion.language) : "",
                   exclusion.minVersion, exclusion.maxVersion, exclusion.carriedFrom, affected});
   }
-  return table.ToString("");
+  return table.ToString("") + FormatUsers(modules, users);
+}
+
+Json MakeUsersJson(const std::vector<ModuleFacts>& modules, const std::vector<UserFacts>& users) {
+  Json list = Json::array();
+  for (const UserFacts& user : users) {
+    list.push_back({{"key", modules[user.module].key},
+                    {"version", modules[user.module].version},
+                    {"path", modules[user.module].path},
+                    {"chain", MakeKeysJson(modules, user.chain)}});
+  }
+  return list;
 }
 
 Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
-                        const std::vector<ExclusionFacts>& exclusions) {
+                        const std::vector<ExclusionFacts>& exclusions, const Users& users) {
   Json list = Json::array();
   for (const ExclusionFacts& exclusion : exclusions) {
     Json affected = Json::array();
@@ -55,7 +95,8 @@ Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
                     {"minVersion", exclusion.minVersion},
                     {"maxVersion", exclusion.maxVersion},
                     {"carriedFrom", exclusion.carriedFrom},
-                    {"hits", std::move(affected)}});
+                    {"hits", std::move(affected)},
+                    {"broughtInBy", MakeUsersJson(modules, users.at(exclusion.module))}});
   }
   return list;
 }
@@ -65,11 +106,12 @@ ExitCode Run(const OutputOptions& output) {
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   const std::vector<ExclusionFacts> exclusions = ListExclusions(set);
+  const Users users = FindUsers(set, exclusions);
   const ExitCode outcome = RequireModules(set.Modules().size());
   if (report.IsJson()) {
-    report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions);
+    report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions, users);
   } else if (outcome == kSuccess) {
-    report.Print(FormatExclusions(set.Modules(), exclusions));
+    report.Print(FormatExclusions(set.Modules(), exclusions, users));
   }
   return report.Finish(outcome);
 }
