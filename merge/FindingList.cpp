@@ -1,6 +1,7 @@
 #include "merge/FindingList.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "merge/JoinTexts.h"
 
@@ -29,6 +30,24 @@ Finding& FindingList::Add(const char* code, const std::vector<std::size_t>& modu
   for (const std::size_t position : finding.positions) {
     finding.modules.push_back(NameOf(position));
   }
+  return finding;
+}
+
+Finding& FindingList::AddForCell(const char* code, const CellInRow& cell, std::string text) {
+  Finding& finding = Add(code, {cell.module}, std::move(text));
+  finding.table = cell.table;
+  finding.key = Shorten(cell.key);
+  finding.values = {{cell.module, cell.column, Shorten(cell.value)}};
+  return finding;
+}
+
+Finding& FindingList::AddForFile(const char* code, std::size_t module, const DeliveredFile& file,
+                                 const char* column, std::string_view value,
+                                 const std::string& problem) {
+  Finding& finding =
+      AddForCell(code, {module, "File", file.key, column, value},
+                 NameOf(module) + " delivers " + Shorten(file.name) + " with " + problem);
+  finding.file = Shorten(file.name);
   return finding;
 }
 

@@ -34,6 +34,22 @@ class FindingList {
   /// valid until the next call.
   Finding& Add(const char* code, const std::vector<std::size_t>& modules, std::string text);
 
+  /// A cell of a table that a finding is about.
+  struct CellInRow {
+    std::size_t module;
+    std::string_view table;
+    std::string_view key;  ///< of the row; empty if it is of no use
+    const char* column;
+    std::string_view value;
+  };
+
+  /// The same for a finding about a cell, whose texts it has shortened.
+  Finding& AddForCell(const char* code, const CellInRow& cell, std::string text);
+
+  /// The same for a column of a row of the File table: "A:1033 delivers a.dll with ...".
+  Finding& AddForFile(const char* code, std::size_t module, const DeliveredFile& file,
+                      const char* column, std::string_view value, const std::string& problem);
+
   /// Returns the findings in their order.
   std::vector<Finding> Take();
 

@@ -80,12 +80,11 @@ class VersionCheck {
   void Check(size_t position, std::string_view version, const Place& place,
              const std::string& verb) {
     if (!IsVersion(version) && m_findings.Admit(kMalformedVersion)) {
-      Finding& finding = m_findings.Add(kMalformedVersion, {position},
-                                        m_findings.NameOf(position) + ' ' + verb + " version " +
-                                            QuoteShort(version) + ", which is not a version");
-      finding.table = place.table;
+      Finding& finding = m_findings.AddForCell(
+          kMalformedVersion, {position, place.table, "", place.column, version},
+          m_findings.NameOf(position) + ' ' + verb + " version " + QuoteShort(version) +
+              ", which is not a version");
       finding.versions = {Shorten(version)};
-      finding.values = {{position, place.column, Shorten(version)}};
     }
   }
 
@@ -97,15 +96,11 @@ class VersionCheck {
           m_modules.HasRow("File", "File", file.version) || !m_findings.Admit(kMalformedVersion)) {
         continue;
       }
-      Finding& finding = m_findings.Add(
-          kMalformedVersion, {position},
-          m_findings.NameOf(position) + " delivers " + Shorten(file.name) + " with version " +
-              QuoteShort(file.version) + ", which is neither a version nor the key of a file");
-      finding.table = "File";
-      finding.key = Shorten(file.key);
-      finding.file = Shorten(file.name);
+      Finding& finding =
+          m_findings.AddForFile(kMalformedVersion, position, file, "Version", file.version,
+                                "version " + QuoteShort(file.version) +
+                                    ", which is neither a version nor the key of a file");
       finding.versions = {Shorten(file.version)};
-      finding.values = {{position, "Version", Shorten(file.version)}};
     }
   }
 

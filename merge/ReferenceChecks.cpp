@@ -2,6 +2,7 @@
 #include <unordered_map>
 
 #include "merge/Checks.h"
+#include "merge/ParentCycles.h"
 
 namespace qm::merge {
 
@@ -31,14 +32,9 @@ class ReferenceCheck {
           !m_findings.Admit(kMissingComponent)) {
         continue;
       }
-      Finding& finding = m_findings.Add(
-          kMissingComponent, {m_position},
-          m_findings.NameOf(m_position) + " delivers " + Shorten(file.name) + " with component " +
-              QuoteShort(file.component) + ", which has no row in table Component");
-      finding.table = "File";
-      finding.key = Shorten(file.key);
-      finding.file = Shorten(file.name);
-      finding.values = {{m_position, "Component_", Shorten(file.component)}};
+      m_findings.AddForFile(
+          kMissingComponent, m_position, file, "Component_", file.component,
+          "component " + QuoteShort(file.component) + ", which has no row in table Component");
     }
   }
 
@@ -54,8 +50,7 @@ class ReferenceCheck {
     for (size_t i = 0; i < rows.size(); ++i) {
       numbers.emplace(rows[i].key, i);
     }
-    constexpr size_t kNone = SIZE_MAX;
-    std::vector<size_t> parents(rows.size(), kNone);
+    std::vector<size_t> parents(rows.size(), kNoParent);
     for (size_t i = 0; i < rows.size(); ++i) {
       const auto parent = numbers.find(rows[i].parent);
       if (rows[i].parent.empty() || rows[i].parent == rows[i].key) {
@@ -67,50 +62,30 @@ class ReferenceCheck {
         CheckDirectory("Directory", rows[i].key, "Directory_Parent", rows[i].parent);
       }
     }
-    // Each row belongs to the walk that reaches it first. A walk that comes back to itself is a
-    // cycle.
-    std::vector<size_t> walks(rows.size(), kNone);
-    for (size_t i = 0; i < rows.size(); ++i) {
-      size_t at = i;
-      while (at != kNone && walks[at] == kNone) {
-        walks[at] = i;
-        at = parents[at];
-      }
-      if (at != kNone && walks[at] == i && !IsSetOtherwise(parents, at)) {
-        AddCycle(parents, at);
+    for (const std::vector<size_t>& cycle : FindParentCycles(parents)) {
+      // The installer does not follow a cycle with a folder that it knows.
+      if (std::all_of(cycle.begin(), cycle.end(),
+                      [&](size_t at) { return NeedsRow(rows[at].key); })) {
+        AddCycle(cycle);
       }
     }
   }
 
-  /// Returns whether the installer does not follow the cycle, because it knows one of its folders.
-  bool IsSetOtherwise(const std::vector<size_t>& parents, size_t first) const {
-    size_t at = first;
-    do {
-      if (!NeedsRow(m_module.directories[at].key)) {
-        return true;
-      }
-      at = parents[at];
-    } while (at != first);
-    return false;
-  }
-
-  void AddCycle(const std::vector<size_t>& parents, size_t first) {
+  void AddCycle(const std::vector<size_t>& cycle) {
     if (!m_findings.Admit(kDirectoryCycle)) {
       return;
     }
     std::vector<std::string> keys;
-    size_t at = first;
-    do {
+    keys.reserve(cycle.size());
+    for (const size_t at : cycle) {
       keys.push_back(Shorten(m_module.directories[at].key));
-      at = parents[at];
-    } while (at != first);
-    Finding& finding = m_findings.Add(
-        kDirectoryCycle, {m_position},
+    }
+    Finding& finding = m_findings.AddForCell(
+        kDirectoryCycle, {m_position, "Directory", keys.front(), "Directory", keys.front()},
         "directories of " + m_findings.NameOf(m_position) +
             " lie below one another, and the last one below the first: " + JoinSome(keys, ", "));
-    finding.table = "Directory";
-    finding.key = keys.front();
-    for (size_t i = 0; i < std::min(keys.size(), FindingList::kMaxModules); ++i) {
+    const size_t count = std::min(keys.size(), FindingList::kMaxModules);
+    for (size_t i = 1; i < count; ++i) {
       finding.values.push_back({m_position, "Directory", keys[i]});
     }
   }
@@ -135,13 +110,10 @@ class ReferenceCheck {
         !m_findings.Admit(kMissingDirectory)) {
       return;
     }
-    Finding& finding = m_findings.Add(kMissingDirectory, {m_position},
-                                      "row " + Shorten(row) + " of table " + table + " in " +
-                                          m_findings.NameOf(m_position) + " refers to directory " +
-                                          QuoteShort(directory) + ", which has no row");
-    finding.table = table;
-    finding.key = Shorten(row);
-    finding.values = {{m_position, column, Shorten(directory)}};
+    m_findings.AddForCell(kMissingDirectory, {m_position, table, row, column, directory},
+                          "row " + Shorten(row) + " of table " + table + " in " +
+                              m_findings.NameOf(m_position) + " refers to directory " +
+                              QuoteShort(directory) + ", which has no row");
   }
 
   const CheckedModules& m_modules;
