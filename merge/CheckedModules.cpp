@@ -57,7 +57,8 @@ std::string CheckedModules::Spell(const TargetFolder& folder) const {
   return m_options.spell ? m_options.spell(folder) : FormatTargetFolder(folder);
 }
 
-bool CheckedModules::HasRow(const char* table, const char* column, std::string_view key) const {
+bool CheckedModules::HasRow(std::string_view table, const char* column,
+                            std::string_view key) const {
   const auto [found, isNew] = m_keys.try_emplace(table);
   std::vector<std::string_view>& keys = found->second;
   if (isNew) {

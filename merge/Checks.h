@@ -37,7 +37,7 @@ class CheckedModules {
 
   /// Returns whether a module of the scope has a row with this key, which is the only primary key
   /// column, in a table.
-  bool HasRow(const char* table, const char* column, std::string_view key) const;
+  bool HasRow(std::string_view table, const char* column, std::string_view key) const;
 
  private:
   const ModuleIndex& m_set;
@@ -46,7 +46,8 @@ class CheckedModules {
   std::vector<bool> m_isInScope;
   std::vector<size_t> m_identities;
   mutable std::unordered_map<size_t, TargetFolders> m_folders;  ///< where no options resolve
-  mutable std::unordered_map<std::string, std::vector<std::string_view>> m_keys;  ///< by table
+  /// By table, whose names are literals or those of modules.
+  mutable std::unordered_map<std::string_view, std::vector<std::string_view>> m_keys;
 };
 
 /// Returns a text that equal folders share, however they are spelled: folded, without ".", with one
@@ -71,6 +72,9 @@ void CheckFiles(const CheckedModules& modules, FindingList& findings);
 void CheckComponents(const CheckedModules& modules, FindingList& findings);
 /// Rows of files, components and directories that rows of a module refer to.
 void CheckReferences(const CheckedModules& modules, FindingList& findings);
+
+/// Actions and their places in sequences.
+void CheckSequences(const CheckedModules& modules, FindingList& findings);
 
 /// Lowers the severity of a finding. Never raises it.
 void LimitSeverity(Finding& finding, Severity severity) noexcept;

@@ -11,6 +11,7 @@ constexpr long kNoMergeError = 0;
 constexpr long kLanguageError = 1;
 constexpr long kExclusionError = 3;
 constexpr long kRowError = 4;
+constexpr long kSequenceError = 5;
 constexpr long kPlatformError = 14;
 
 }  // namespace
@@ -48,6 +49,7 @@ const std::vector<FindingCode>& FindingCodes() {
        "A module is not for its own language"},
       {kUnknownModule, Severity::Warning, kNoMergeError,
        "An index names a module that is not there"},
+      {kUnplacedAction, Severity::Error, kSequenceError, "An action finds no place in a sequence"},
       {kUnreadableIndex, Severity::Warning, kNoMergeError, "An index file cannot be read"},
       {kUnreadableModule, Severity::Error, kNoMergeError, "A module cannot be read"},
   };

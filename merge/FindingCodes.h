@@ -35,6 +35,7 @@ inline constexpr char kPlatformConflict[] = "platform-conflict";
 inline constexpr char kDuplicatePackageCode[] = "duplicate-package-code";
 inline constexpr char kTemplateLanguage[] = "template-language";
 inline constexpr char kMalformedVersion[] = "malformed-version";
+inline constexpr char kUnplacedAction[] = "unplaced-action";
 inline constexpr char kSeveralLanguages[] = "several-languages";
 
 /// What holds for every finding of a code.

@@ -46,6 +46,7 @@ std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size
   CheckFiles(modules, findings);
   CheckComponents(modules, findings);
   CheckReferences(modules, findings);
+  CheckSequences(modules, findings);
   return findings.Take();
 }
 

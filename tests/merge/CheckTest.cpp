@@ -418,6 +418,48 @@ TEST(CheckTest, RowsReferToRowsThatAreThere) {
   });
 }
 
+TEST(CheckTest, EveryActionHasAPlaceInItsSequence) {
+  const char* const table = "ModuleInstallExecuteSequence";
+  const auto after = [](const char* action, const char* base) {
+    return std::vector<Cell>{action, nullptr, base, 1, nullptr};
+  };
+  const std::vector<Cell> files{"InstallFiles", 4000, nullptr, nullptr, nullptr};
+  const std::vector<Cell> numbered{"Fill", 4100, "Gone", 1, nullptr};
+  CheckAll({
+      {"numbers, chains and actions of the installer",
+       {Make("A", {{table,
+                    {files, numbered, after("B", "C"), after("C", "InstallFiles"),
+                     after("D", "PublishProduct"), after("E", "Fill")}}})},
+       {}},
+      {"a base action of another module",
+       Pair({{table, {after("B", "Other")}}}, {{table, {after("Other", "InstallFiles")}}}),
+       {}},
+      {"a base action in another table",
+       Pair({{table, {after("B", "Other")}}}, {{"ModuleInstallUISequence",
+                                                {after("Other", "CostFinalize")},
+                                                ColumnsOf("ModuleInstallExecuteSequence")}}),
+       {"warning unplaced-action ModuleInstallExecuteSequence B A:1033"}},
+      {"neither a number nor a base action",
+       {Make("A", {{table, {{"B", nullptr, nullptr, nullptr, nullptr}, after("C", "B")}}})},
+       {"error unplaced-action ModuleInstallExecuteSequence B A:1033"}},
+      {"a circle, an action that leads to it, and one beside itself",
+       {Make("A", {{table, {after("B", "C"), after("C", "B"), after("D", "B"), after("E", "E")}}})},
+       {"error unplaced-action ModuleInstallExecuteSequence B A:1033",
+        "error unplaced-action ModuleInstallExecuteSequence E A:1033"}},
+      {"a table with other columns",
+       {Make("A",
+             {{table, {{"B", nullptr}}, {{"Action", kText | kKey}, {"Base", kText | kNullable}}}})},
+       {}},
+  });
+  const auto findings = Check({Make("A", {{table, {after("B", "C"), after("C", "B")}}})});
+  ASSERT_EQ(1u, findings.size());
+  EXPECT_EQ(5, findings.front().mergeError);
+  EXPECT_EQ(
+      "A:1033 places actions of table ModuleInstallExecuteSequence beside one another, and "
+      "the last one beside the first: B, C",
+      findings.front().text);
+}
+
 TEST(CheckTest, VersionsAreUpToFourNumbers) {
   for (const char* const version : {"1", "1.2.3.4", "0.0", "65535.0"}) {
     EXPECT_THAT(Summarize(Check({Make("A", {}, version)})), ElementsAre()) << version;
