@@ -4,13 +4,16 @@
 #include <numeric>
 #include <set>
 
-#include "analysis/Answers.h"
 #include "analysis/CheckOptions.h"
+#include "analysis/FileDeliverer.h"
 #include "analysis/FileItem.h"
+#include "analysis/GalleryDescriptionItem.h"
 #include "analysis/LoadSet.h"
 #include "analysis/ModuleItem.h"
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
+#include "analysis/SetFailure.h"
+#include "analysis/SetFinding.h"
 #include "analysis/SetModuleUser.h"
 #include "analysis/SetPlan.h"
 #include "com/error/Raise.h"

@@ -1,14 +1,14 @@
-#include "analysis/Answers.h"
+#include "analysis/SetFinding.h"
 
-#include <algorithm>
+#include <memory>
+#include <string>
+#include <vector>
 
-#include "analysis/FileItem.h"
 #include "analysis/ModuleItem.h"
 #include "analysis/ModuleRows.h"
 #include "analysis/SetCollection.h"
 #include "com/error/Raise.h"
 #include "common/UniqueHandle.h"
-#include "merge/JoinTexts.h"
 
 namespace qm::analysis {
 
@@ -100,89 +100,5 @@ STDMETHODIMP SetFindingValue::get_Module(ISetModule** value) {
 }
 STDMETHODIMP SetFindingValue::get_Column(BSTR* value) { return AnswerUtf8(value, m_value.column); }
 STDMETHODIMP SetFindingValue::get_Value(BSTR* value) { return AnswerUtf8(value, m_value.value); }
-
-void FileDeliverer::Init(SharedSet set, const merge::Deliverer& deliverer) {
-  m_set = std::move(set);
-  m_deliverer = deliverer;
-}
-
-STDMETHODIMP FileDeliverer::get_FileName(BSTR* value) {
-  return AnswerUtf8(value, m_deliverer.file);
-}
-STDMETHODIMP FileDeliverer::get_ModuleKey(BSTR* value) {
-  return AnswerUtf8(value, m_deliverer.moduleKey);
-}
-STDMETHODIMP FileDeliverer::get_Module(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_deliverer.module); });
-}
-STDMETHODIMP FileDeliverer::get_Copies(long* value) {
-  return AnswerNumber(value, static_cast<long>(m_deliverer.copies.size()));
-}
-STDMETHODIMP FileDeliverer::get_Files(ISetFiles** value) {
-  return Answer(value, [&] {
-    std::vector<merge::FoundFile> files;
-    for (const merge::DeliveredFile* const file : m_deliverer.copies) {
-      files.push_back({*m_deliverer.module, file});
-    }
-    return MakeFiles(m_set, std::move(files));
-  });
-}
-STDMETHODIMP FileDeliverer::get_IndexFile(BSTR* value) {
-  return AnswerText(value, [&] {
-    std::vector<std::string> tables;
-    for (const merge::IndexEntry* const entry : m_deliverer.entries) {
-      if (std::find(tables.begin(), tables.end(), entry->table) == tables.end()) {
-        tables.push_back(entry->table);
-      }
-    }
-    return text::ToWide(merge::JoinTexts(tables, ", "));
-  });
-}
-STDMETHODIMP FileDeliverer::get_Problem(BSTR* value) {
-  return AnswerUtf8(value, m_deliverer.fault == merge::IndexFault::AbsentModule
-                               ? "The set does not have the module that the index names."
-                           : m_deliverer.fault == merge::IndexFault::NotDelivered
-                               ? "The module that the index names does not deliver the file."
-                               : "");
-}
-
-void GalleryDescriptionItem::Init(SharedSet set, const GalleryDescription& description) noexcept {
-  m_set = std::move(set);
-  m_description = &description;
-}
-
-STDMETHODIMP GalleryDescriptionItem::get_Path(BSTR* value) {
-  return AnswerUtf8(value, m_description->path);
-}
-STDMETHODIMP GalleryDescriptionItem::get_PackageCode(BSTR* value) {
-  return AnswerUtf8(value, m_description->packageCode);
-}
-STDMETHODIMP GalleryDescriptionItem::get_ModuleID(BSTR* value) {
-  return AnswerUtf8(value, m_description->moduleId);
-}
-STDMETHODIMP GalleryDescriptionItem::get_Key(BSTR* value) {
-  return AnswerUtf8(value, m_description->key);
-}
-STDMETHODIMP GalleryDescriptionItem::get_Version(BSTR* value) {
-  return AnswerUtf8(value, m_description->version);
-}
-STDMETHODIMP GalleryDescriptionItem::get_Failure(BSTR* value) {
-  return AnswerUtf8(value, m_description->failure);
-}
-STDMETHODIMP GalleryDescriptionItem::get_FailureCode(long* value) {
-  return AnswerNumber(value, m_description->failureCode);
-}
-
-void SetFailure::Init(SharedSet set, const LoadFailure& failure) noexcept {
-  m_set = std::move(set);
-  m_failure = &failure;
-}
-
-STDMETHODIMP SetFailure::get_Path(BSTR* value) { return AnswerUtf8(value, m_failure->path); }
-STDMETHODIMP SetFailure::get_Text(BSTR* value) { return AnswerUtf8(value, m_failure->text); }
-STDMETHODIMP SetFailure::get_Code(long* value) { return AnswerNumber(value, m_failure->code); }
-STDMETHODIMP SetFailure::get_Module(ISetModule** value) {
-  return Answer(value, [&] { return MakeModule(m_set, m_failure->module); });
-}
 
 }  // namespace qm::analysis
