@@ -64,16 +64,16 @@ void AddIndexFile(const common::WideString& folder, const IndexFile& file,
 
 }  // namespace
 
-IndexContents ReadIndexFiles() {
+IndexContents ReadIndexFiles(std::vector<LoadFailure>& failures) {
   const common::ComPtr<IApplicationServices> services = gallery::CreateApplicationServices();
   const common::WideString names =
       gallery::GetServiceText(*services, &IApplicationServices::get_ModuleIndexFolder);
   const common::WideString files =
       gallery::GetServiceText(*services, &IApplicationServices::get_FileIndexFolder);
   IndexContents contents;
-  AddIndexFile(names, kDisplayNames, contents.displayNames, contents.failures);
-  AddIndexFile(files, kFiles, contents.files, contents.failures);
-  AddIndexFile(files, kPlatformFiles, contents.files, contents.failures);
+  AddIndexFile(names, kDisplayNames, contents.displayNames, failures);
+  AddIndexFile(files, kFiles, contents.files, failures);
+  AddIndexFile(files, kPlatformFiles, contents.files, failures);
   return contents;
 }
 

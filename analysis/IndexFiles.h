@@ -12,11 +12,11 @@ namespace qm::analysis {
 struct IndexContents {
   std::vector<merge::IndexEntry> displayNames;  ///< those that name a module
   std::vector<merge::IndexEntry> files;         ///< those that name the module for a file
-  std::vector<LoadFailure> failures;            ///< of files that exist
 };
 
 /// Reads the index files in the folders that the application services return. A missing file has no
-/// entries. Raises failures of the application services. Throws std::bad_alloc.
-IndexContents ReadIndexFiles();
+/// entries; one that exists and cannot be read is added to `failures`. Raises failures of the
+/// application services. Throws std::bad_alloc.
+IndexContents ReadIndexFiles(std::vector<LoadFailure>& failures);
 
 }  // namespace qm::analysis

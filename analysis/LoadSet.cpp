@@ -198,9 +198,7 @@ SharedSet LoadSet(IMergeModules& collection) {
     com::RaiseIfFailed(hr);
     AddModule(object, contents);
   }
-  contents.indexes = ReadIndexFiles();
-  contents.failures.insert(contents.failures.end(), contents.indexes.failures.begin(),
-                           contents.indexes.failures.end());
+  contents.indexes = ReadIndexFiles(contents.failures);
   contents.descriptions = ReadGalleryDescriptions();
   return std::make_shared<const SetData>(std::move(contents));
 }

@@ -59,7 +59,10 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
       findings.push_back(std::move(finding));
     }
   }
-  for (const LoadFailure& failure : indexes.failures) {
+  for (const LoadFailure& failure : set.Failures()) {
+    if (failure.module) {
+      continue;  // a finding about the module
+    }
     findings.push_back(merge::MakeFinding(merge::kUnreadableIndex,
                                           failure.path + " cannot be read: " + failure.text));
     findings.back().file = failure.path.substr(failure.path.find_last_of('\\') + 1);
