@@ -5,13 +5,13 @@
 #include <filesystem>
 #include <fstream>
 #include <iterator>
-#include <map>
 
 #include "merge/Conditions.h"
 #include "merge/FindingList.h"
 #include "merge/Findings.h"
 #include "merge/ReadModule.h"
 #include "tests/support/DatabaseFile.h"
+#include "tests/support/InstallerTables.h"
 #include "tests/support/MergeModules.h"
 
 namespace qm::tests {
@@ -21,7 +21,6 @@ namespace {
 using testing::ElementsAre;
 using testing::HasSubstr;
 using Rows = std::vector<std::vector<Cell>>;
-using Columns = std::vector<std::pair<std::string, unsigned>>;
 using Lines = std::vector<std::string>;
 
 /// Some rows of a table. Without columns, the table has those of the installer.
@@ -30,53 +29,6 @@ struct SomeRows {
   Rows rows;
   Columns columns = {};
 };
-
-const Columns& ColumnsOf(const std::string& table) {
-  static const Columns sequence = {{"Action", kText | kKey},
-                                   {"Sequence", kShort | kNullable},
-                                   {"BaseAction", kText | kNullable},
-                                   {"After", kShort | kNullable},
-                                   {"Condition", kText | kNullable}};
-  static const std::map<std::string, Columns> all = {
-      {"ModuleSignature",
-       {{"ModuleID", kText | kKey}, {"Language", kShort | kKey}, {"Version", kText}}},
-      {"ModuleDependency",
-       {{"ModuleID", kText | kKey},
-        {"ModuleLanguage", kShort | kKey},
-        {"RequiredID", kText | kKey},
-        {"RequiredLanguage", kShort | kKey},
-        {"RequiredVersion", kText | kNullable}}},
-      {"Directory",
-       {{"Directory", kText | kKey},
-        {"Directory_Parent", kText | kNullable},
-        {"DefaultDir", kText}}},
-      {"Component",
-       {{"Component", kText | kKey},
-        {"ComponentId", kText | kNullable},
-        {"Directory_", kText},
-        {"Attributes", kShort},
-        {"Condition", kText | kNullable},
-        {"KeyPath", kText | kNullable}}},
-      {"File",
-       {{"File", kText | kKey},
-        {"Component_", kText},
-        {"FileName", kText},
-        {"FileSize", kLong},
-        {"Version", kText | kNullable},
-        {"Language", kText | kNullable},
-        {"Sequence", kShort}}},
-      {"ModuleInstallExecuteSequence", sequence},
-      {"ModuleIgnoreTable", {{"Table", kText | kKey}}},
-      {"ModuleSubstitution",
-       {{"Table", kText | kKey},
-        {"Row", kText | kKey},
-        {"Column", kText | kKey},
-        {"Value", kText | kNullable}}},
-  };
-  static const Columns other = {{"Key", kText | kKey}, {"Value", kText | kNullable}};
-  const auto found = all.find(table);
-  return found == all.end() ? other : found->second;
-}
 
 /// Makes a module that is read from a file with some rows, and with TARGETDIR.
 merge::Module Make(const std::string& id, const std::vector<SomeRows>& tables,

@@ -10,6 +10,7 @@
 
 #include "merge/TargetFolders.h"
 #include "tests/support/DatabaseFile.h"
+#include "tests/support/InstallerTables.h"
 
 namespace qm::tests {
 
@@ -20,58 +21,21 @@ using testing::HasSubstr;
 
 /// A module into which "Glyph" was merged when it was made.
 DatabaseImage Sample() {
+  const auto table = [](const char* name, std::vector<std::vector<Cell>> rows) {
+    return TableImage{name, ColumnsOf(name), std::move(rows)};
+  };
   return {
       {
-          {"ModuleSignature",
-           {{"ModuleID", kText | kKey}, {"Language", kShort | kKey}, {"Version", kText}},
-           {{"Pens.1", 1033, "1.2"}, {"Glyph.2", 0, "3.0"}}},
-          {"ModuleDependency",
-           {{"ModuleID", kText | kKey},
-            {"ModuleLanguage", kShort | kKey},
-            {"RequiredID", kText | kKey},
-            {"RequiredLanguage", kShort | kKey},
-            {"RequiredVersion", kText | kNullable}},
-           {{"pens.1", 1031, "Base.3", 0, nullptr}, {"Glyph.2", 0, "Font.4", 1033, "2.0"}}},
-          {"ModuleExclusion",
-           {{"ModuleID", kText | kKey},
-            {"ModuleLanguage", kShort | kKey},
-            {"ExcludedID", kText | kKey},
-            {"ExcludedLanguage", kShort | kKey},
-            {"ExcludedMinVersion", kText | kNullable},
-            {"ExcludedMaxVersion", kText | kNullable}},
-           {{"Pens.1", 1033, "Ink.5", -1033, "1.0", nullptr}}},
-          {"Directory",
-           {{"Directory", kText | kKey},
-            {"Directory_Parent", kText | kNullable},
-            {"DefaultDir", kText}},
-           {{"TARGETDIR", nullptr, "SourceDir"}, {"Bin.1", "TARGETDIR", "bin"}}},
-          {"Component",
-           {{"Component", kText | kKey},
-            {"ComponentId", kText | kNullable},
-            {"Directory_", kText},
-            {"Attributes", kShort},
-            {"Condition", kText | kNullable},
-            {"KeyPath", kText | kNullable}},
-           {{"C.1", "{1}", "Bin.1", 264, "VersionNT64", "F1"}}},
-          {"File",
-           {{"File", kText | kKey},
-            {"Component_", kText},
-            {"FileName", kText},
-            {"FileSize", kLong},
-            {"Version", kText | kNullable},
-            {"Language", kText | kNullable},
-            {"Sequence", kShort}},
-           {{"F1", "C.1", "PE~1.DLL|p\xE4n.dll", 70000, "1.0", "1033", 1},
-            {"F2", "Gone", "b.txt", 0, nullptr, nullptr, 2}}},
-          {"CustomAction",
-           {{"Action", kText | kKey},
-            {"Type", kShort},
-            {"Source", kText | kNullable},
-            {"Target", kText | kNullable}},
-           {{"SetBin", 51, "Bin.1", "[SystemFolder]bin"}}},
-          {"Binary",
-           {{"Name", kText | kKey}, {"Data", kData | kNullable}},
-           {{"Icon", 1}, {"One", 1}, {"None", nullptr}, {"Lost", 1}}},
+          table("ModuleSignature", {{"Pens.1", 1033, "1.2"}, {"Glyph.2", 0, "3.0"}}),
+          table("ModuleDependency",
+                {{"pens.1", 1031, "Base.3", 0, nullptr}, {"Glyph.2", 0, "Font.4", 1033, "2.0"}}),
+          table("ModuleExclusion", {{"Pens.1", 1033, "Ink.5", -1033, "1.0", nullptr}}),
+          table("Directory", {{"TARGETDIR", nullptr, "SourceDir"}, {"Bin.1", "TARGETDIR", "bin"}}),
+          table("Component", {{"C.1", "{1}", "Bin.1", 264, "VersionNT64", "F1"}}),
+          table("File", {{"F1", "C.1", "PE~1.DLL|p\xE4n.dll", 70000, "1.0", "1033", 1},
+                         {"F2", "Gone", "b.txt", 0, nullptr, nullptr, 2}}),
+          table("CustomAction", {{"SetBin", 51, "Bin.1", "[SystemFolder]bin"}}),
+          table("Binary", {{"Icon", 1}, {"One", 1}, {"None", nullptr}, {"Lost", 1}}),
       },
       {{RowStream(u"Binary.Icon"), image::Bytes(5000, 'i')}, {RowStream(u"Binary.One"), {'1'}}}};
 }

@@ -9,6 +9,7 @@
 
 #include "merge/ReadModule.h"
 #include "tests/support/DatabaseFile.h"
+#include "tests/support/InstallerTables.h"
 
 namespace qm::tests {
 
@@ -144,20 +145,16 @@ TEST(TargetFoldersTest, ARootIsSpelledByTheProject) {
 TEST(TargetFoldersTest, TablesSayWhichActionsRunAndWhatIsConfigurable) {
   DatabaseImage image;
   image.tables = {
-      {"ModuleSignature",
-       {{"ModuleID", kText | kKey}, {"Language", kShort | kKey}, {"Version", kText}},
-       {{"Pens.1", 0, "1"}}},
+      {"ModuleSignature", ColumnsOf("ModuleSignature"), {{"Pens.1", 0, "1"}}},
       {"Directory",
-       {{"Directory", kText | kKey},
-        {"Directory_Parent", kText | kNullable},
-        {"DefaultDir", kText}},
+       ColumnsOf("Directory"),
        {{"TARGETDIR", nullptr, "SourceDir"},
         {"A.1", "TARGETDIR", "a"},
         {"B.1", "TARGETDIR", "b"},
         {"C.1", "TARGETDIR", "c"},
         {"InC.1", "C.1", "in"}}},
       {"CustomAction",
-       {{"Action", kText | kKey}, {"Type", kShort}, {"Source", kText}, {"Target", kText}},
+       ColumnsOf("CustomAction"),
        {{"Unused", 51, "A.1", "[FontsFolder]"},
         {"Sometimes", 51, "B.1", "[WindowsFolder]"},
         {"Always", 51, "B.1", "[SystemFolder]"}}},
@@ -168,7 +165,7 @@ TEST(TargetFoldersTest, TablesSayWhichActionsRunAndWhatIsConfigurable) {
        {{"Property", kText | kKey}, {"Value", kText}},
        {{"A.1", "D:\\Data\\"}, {"TARGETDIR", ""}}},
       {"ModuleSubstitution",
-       {{"Table", kText | kKey}, {"Row", kText | kKey}, {"Column", kText | kKey}, {"Value", kText}},
+       ColumnsOf("ModuleSubstitution"),
        {{"Directory", "C.1", "DefaultDir", "[=Name]"}, {"Directory", "A.1", "DefaultDir", "[=x"}}},
   };
   MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
