@@ -104,6 +104,9 @@ STDMETHODIMP SetPlanConflict::get_Fixes(IPlanFixes** value) {
         nullptr);
   });
 }
+STDMETHODIMP SetPlanConflict::get_IsMinimal(VARIANT_BOOL* value) {
+  return AnswerFlag(value, m_conflict->isMinimal);
+}
 
 void SetPlan::Init(SharedSet set, std::vector<size_t> wanted) {
   m_set = std::move(set);

@@ -62,6 +62,7 @@ class SetPlanConflict : public SetObject<IPlanConflict> {
   STDMETHOD(get_Modules)(ISetModules** value) override;
   STDMETHOD(get_Chains)(IModuleChains** value) override;
   STDMETHOD(get_Fixes)(IPlanFixes** value) override;
+  STDMETHOD(get_IsMinimal)(VARIANT_BOOL* value) override;
 
  private:
   SharedSet m_set;

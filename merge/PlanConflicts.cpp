@@ -40,14 +40,15 @@ class ConflictFinder {
 
   std::vector<PlanConflict> Find() {
     std::vector<PlanConflict> conflicts;
-    Numbers plan = Solve(m_wanted);
-    while (conflicts.size() < kMaxPlanConflicts && MaySolve()) {
+    Numbers plan = Solve(m_wanted).modules;
+    while (conflicts.size() < kMaxPlanConflicts && (conflicts.empty() || MaySolve())) {
       std::optional<Violation> violation = FindViolation(plan);
       if (!violation) {
         break;
       }
-      const Numbers wanted = Minimize(plan, *violation);
-      Numbers smallest = Solve(wanted);
+      const auto [wanted, isComplete] = Minimize(plan, *violation);
+      PlanSearch::Result result = Solve(wanted);
+      Numbers smallest = std::move(result.modules);
       if (std::optional<Violation> first = FindViolation(smallest)) {
         violation = std::move(first);
       } else {  // only if the search ended at its bound
@@ -55,8 +56,9 @@ class ConflictFinder {
       }
       std::vector<Description> described = Describe(wanted, smallest, *violation);
       Ignore(*violation);
-      plan = Solve(m_wanted);
+      plan = Solve(m_wanted).modules;
       for (Description& one : described) {
+        one.conflict.isMinimal = isComplete && result.isProven;
         if (conflicts.size() < kMaxPlanConflicts) {
           AddFixWithModule(*violation, one.missing, plan, one.conflict);
           conflicts.push_back(std::move(one.conflict));
@@ -72,13 +74,13 @@ class ConflictFinder {
     const Requirement* missing;  ///< what no module satisfies; null for an objection
   };
 
-  bool MaySolve() const { return m_plans < kMaxConflictPlans && m_steps < kMaxConflictSteps; }
+  bool MaySolve() const {
+    return m_plans < kMaxConflictPlans && m_solver.Steps() < kMaxConflictSteps;
+  }
 
-  Numbers Solve(const Numbers& wanted) {
-    Numbers plan = m_solver.Solve(wanted).modules;
+  PlanSearch::Result Solve(const Numbers& wanted) {
     ++m_plans;
-    m_steps += m_solver.Search().Steps();
-    return plan;
+    return m_solver.Solve(wanted, kMaxConflictSteps);
   }
 
   const Module& ModuleAt(std::uint32_t module) const {
@@ -117,9 +119,14 @@ class ConflictFinder {
 
   bool IsClean(const Numbers& plan) const { return !FindViolation(plan); }
 
+  struct Minimized {
+    Numbers wanted;
+    bool isComplete;  ///< each was left out
+  };
+
   /// Returns wanted modules without any of which no violation remains. Begins with those from which
   /// a violation is reached, and leaves out one after the other.
-  Numbers Minimize(const Numbers& plan, const Violation& violation) {
+  Minimized Minimize(const Numbers& plan, const Violation& violation) {
     Numbers sources;
     for (const Numbers& chain : FindChains(m_wanted, plan, violation.modules)) {
       sources.push_back(chain.front());
@@ -129,19 +136,21 @@ class ConflictFinder {
                  [&](std::uint32_t module) {
                    return std::find(sources.begin(), sources.end(), module) != sources.end();
                  });
-    if (needed.empty() || IsClean(Solve(needed))) {
+    if (needed.empty() || IsClean(Solve(needed).modules)) {
       needed = m_wanted;
     }
-    for (size_t at = 0; needed.size() > 1 && at < needed.size() && MaySolve();) {
+    size_t at = 0;
+    while (needed.size() > 1 && at < needed.size() && MaySolve()) {
       Numbers fewer = needed;
       fewer.erase(fewer.begin() + static_cast<std::ptrdiff_t>(at));
-      if (IsClean(Solve(fewer))) {
+      if (IsClean(Solve(fewer).modules)) {
         ++at;
       } else {
         needed = std::move(fewer);
       }
     }
-    return needed;
+    const bool isComplete = needed.size() == 1 || at == needed.size();
+    return {std::move(needed), isComplete};
   }
 
   /// Returns the shortest chain from a wanted module to each target that a plan has.
@@ -277,7 +286,7 @@ class ConflictFinder {
     for (auto module = onChains.rbegin();
          module != onChains.rend() && tried < kMaxOthers && MaySolve(); ++module, ++tried) {
       m_solver.Search().Avoid(*module);
-      const Numbers plan = Solve(wanted);
+      const Numbers plan = Solve(wanted).modules;
       m_solver.Search().Permit(*module);
       const auto isOther = [&](std::uint32_t one) {
         return m_problem.Modules()[one].id == m_problem.Modules()[*module].id;
@@ -305,7 +314,7 @@ class ConflictFinder {
     }
     Numbers rest = m_wanted;
     rest.erase(std::remove(rest.begin(), rest.end(), dropped), rest.end());
-    const Numbers plan = Solve(rest);
+    const Numbers plan = Solve(rest).modules;
     const bool isClean = IsClean(plan);
     const bool isMergeable =
         isClean &&
@@ -315,7 +324,7 @@ class ConflictFinder {
         });
     Numbers others = wanted;
     others.erase(std::remove(others.begin(), others.end(), dropped), others.end());
-    if (!isClean && !others.empty() && !IsClean(Solve(others))) {
+    if (!isClean && !others.empty() && !IsClean(Solve(others).modules)) {
       return;
     }
     PlanFix fix;
@@ -388,7 +397,6 @@ class ConflictFinder {
   std::vector<bool> m_isIgnored;  ///< by module: what it lacks
   std::vector<Violation> m_ignored;
   size_t m_plans = 0;
-  std::uint64_t m_steps = 0;
 };
 
 }  // namespace

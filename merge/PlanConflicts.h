@@ -25,11 +25,14 @@ struct PlanConflict {
   /// needs the next one. One module for a wanted one.
   std::vector<std::vector<size_t>> chains;
   std::vector<PlanFix> fixes;
+  /// Set if no plan with `wanted` is without an objection, and one is without any of them. Not set
+  /// if the search ended at its bound before it knew.
+  bool isMinimal = true;
 };
 
 /// Bounds of a search for conflicts. After so many conflicts it ends. After so many plans, or steps
-/// of searches for them, it returns what it has: `wanted` may then have more modules than
-/// necessary, and fixes may be absent.
+/// for them (PlanSolver::Steps), it returns what it has, one conflict at least: `wanted` may then
+/// have more modules than necessary, and fixes may be absent.
 inline constexpr size_t kMaxPlanConflicts = 25;
 inline constexpr size_t kMaxConflictPlans = 300;
 inline constexpr std::uint64_t kMaxConflictSteps = 4 * kMaxPlanSteps;

@@ -11,18 +11,24 @@ PlanSolver::PlanSolver(const ModuleIndex& set, const std::vector<size_t>& wanted
       m_search(m_problem, options.maxSteps),
       m_findObjections(options.findObjections) {}
 
-PlanSearch::Result PlanSolver::Solve(const Numbers& wanted) {
-  PlanSearch::Result result = m_search.Solve(wanted);
+PlanSearch::Result PlanSolver::Solve(const Numbers& wanted, std::uint64_t maxSteps) {
+  PlanSearch::Result result = Search(wanted);
   if (!m_findObjections) {
     return result;
   }
   for (int round = 0; Learn(result.modules); ++round) {
-    if (round == kMaxPlanRounds) {
+    if (round == kMaxPlanRounds || m_steps >= maxSteps) {
       result.isProven = false;
       break;
     }
-    result = m_search.Solve(wanted);
+    result = Search(wanted);
   }
+  return result;
+}
+
+PlanSearch::Result PlanSolver::Search(const Numbers& wanted) {
+  PlanSearch::Result result = m_search.Solve(wanted);
+  m_steps += m_search.Steps();
   return result;
 }
 
@@ -34,6 +40,7 @@ bool PlanSolver::Learn(const Numbers& plan) {
     positions.push_back(m_problem.Modules()[module].position);
   }
   std::sort(positions.begin(), positions.end());
+  m_steps += kStepsOfCheckedModule * positions.size();
   bool isNew = false;
   for (Objection& objection : m_findObjections(positions)) {
     Numbers modules;

@@ -245,7 +245,8 @@ std::vector<ConflictFacts> ModuleSet::ConflictsOf(const PlanFacts& plan) const {
         ConflictFacts facts{SpellPathsIn(ReadText(conflict, &IPlanConflict::get_Text)),
                             ReadPositions(*ReadObject(conflict, &IPlanConflict::get_Modules)),
                             {},
-                            {}};
+                            {},
+                            ReadFlag(conflict, &IPlanConflict::get_IsMinimal)};
         ForEachItem<ISetModules>(
             *ReadObject(conflict, &IPlanConflict::get_Chains),
             [&](ISetModules& chain) { facts.chains.push_back(ReadPositions(chain)); });

@@ -114,6 +114,7 @@ struct ConflictFacts {
   std::vector<size_t> modules;
   std::vector<std::vector<size_t>> chains;
   std::vector<FixFacts> fixes;
+  bool isMinimal = true;
 };
 
 struct PlanFacts {

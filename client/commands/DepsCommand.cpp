@@ -75,6 +75,7 @@ std::string FormatConflicts(const Question& question, const PlanFacts& plan,
     for (const FixFacts& fix : conflict.fixes) {
       text += "    fix: " + MakePrintable(fix.text) + '\n';
     }
+    text += conflict.isMinimal ? "" : "    not minimal: fewer modules may lead to this conflict\n";
   }
   return plan.isProven ? text : text + "\nNot proven: there may be a better plan\n";
 }
@@ -122,7 +123,8 @@ Json MakeConflictsJson(const Question& question, const std::vector<ConflictFacts
     list.push_back({{"text", conflict.text},
                     {"modules", MakeKeysJson(question.modules, conflict.modules)},
                     {"chains", std::move(chains)},
-                    {"fixes", std::move(fixes)}});
+                    {"fixes", std::move(fixes)},
+                    {"minimal", conflict.isMinimal}});
   }
   return list;
 }

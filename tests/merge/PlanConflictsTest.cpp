@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
+#include "merge/PlanSolver.h"
 #include "tests/support/MergeModules.h"
 
 namespace qm::tests {
@@ -75,9 +76,46 @@ TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
     for (const merge::PlanConflict& conflict :
          merge::FindPlanConflicts(merge::ModuleIndex(modules), wanted)) {
       texts.push_back(Describe(modules, conflict));
+      EXPECT_TRUE(conflict.isMinimal);
     }
     EXPECT_EQ(conflicts, texts);
   }
+}
+
+TEST(PlanConflictsTest, ASearchAmongThousandsOfModulesEndsAtItsBound) {
+  constexpr size_t kCount = 3000;
+  std::vector<merge::Module> modules;
+  std::vector<size_t> wanted;
+  for (size_t i = 0; i < kCount; ++i) {
+    modules.push_back(Module("M" + std::to_string(i), "1", 0));
+    for (size_t step = 1; step <= 10; ++step) {
+      modules.back().exclusions.push_back(
+          {"M" + std::to_string((i + step) % kCount), std::nullopt, "", ""});
+    }
+    wanted.push_back(i);
+  }
+  const merge::ModuleIndex set(modules);
+  EXPECT_EQ(merge::kMaxPlanConflicts, merge::FindPlanConflicts(set, wanted).size());
+
+  // Whatever is planned, there is a new objection.
+  std::uint64_t checked = 0;
+  size_t asked = 0;
+  merge::PlanOptions options;
+  options.findObjections = [&](const std::vector<size_t>& plan) {
+    checked += plan.size();
+    ++asked;
+    std::vector<merge::Objection> objections;
+    if (plan.size() > asked + 20) {
+      objections.push_back({{plan.front(), plan[asked + 20]}, "both"});
+    }
+    return objections;
+  };
+  const std::vector<merge::PlanConflict> conflicts = merge::FindPlanConflicts(set, wanted, options);
+  ASSERT_FALSE(conflicts.empty());
+  EXPECT_FALSE(conflicts.back().isMinimal);
+  constexpr std::uint64_t kMaxChecked =
+      merge::kMaxConflictSteps / merge::PlanSolver::kStepsOfCheckedModule;
+  EXPECT_LE(checked, kMaxChecked + 5 * kCount);
 }
 
 }  // namespace
