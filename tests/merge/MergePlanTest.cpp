@@ -6,6 +6,7 @@
 #include <algorithm>
 
 #include "merge/ModuleUsers.h"
+#include "merge/PlanSolver.h"
 #include "tests/support/MergeModules.h"
 
 namespace qm::tests {
@@ -225,6 +226,67 @@ TEST(MergePlanTest, LongChainsOfChoicesArePlanned) {
   EXPECT_EQ(kLength + 1u, plan.modules.size());
   EXPECT_TRUE(std::any_of(plan.modules.begin(), plan.modules.end(),
                           [](const merge::PlannedModule& one) { return one.module == 4500; }));
+}
+
+/// A set in which every requirement has several candidates, and the best ones suit one another.
+struct LargeSet {
+  const char* what;
+  std::vector<merge::Module> modules;  ///< the first one is wanted
+  size_t planned;
+  size_t candidates;  ///< of all different requirements
+};
+
+std::vector<LargeSet> MakeLargeSets() {
+  constexpr size_t kCount = 3000;
+  const auto nameOf = [](size_t number) { return "M" + std::to_string(number % kCount); };
+  LargeSet mutual{"modules that all need one another", {}, kCount, 2 * kCount};
+  for (size_t i = 0; i < kCount; ++i) {
+    for (const char* const version : {"2", "1"}) {
+      mutual.modules.push_back(Module(nameOf(i), version, 0));
+      for (size_t step = 1; step <= 20; ++step) {
+        mutual.modules.back().requirements.push_back({nameOf(i + step * step), 0, ""});
+      }
+    }
+  }
+  constexpr size_t kNeeds = 10000;
+  LargeSet needy{"requirements of one module", {Module("A", "1", 0)}, kNeeds + 1, 2 * kNeeds};
+  LargeSet versions{"versions of one module", {Module("A", "1", 0)}, 101, 101 * kCount};
+  for (size_t i = 0; i < kNeeds; ++i) {
+    needy.modules.front().requirements.push_back({"B" + std::to_string(i), 0, "1"});
+    needy.modules.push_back(Module("B" + std::to_string(i), "1", 0));
+    needy.modules.push_back(Module("B" + std::to_string(i), "2", 0));
+  }
+  versions.modules.front().requirements.push_back({"B", 0, "7"});
+  for (int i = 0; i < 99; ++i) {
+    versions.modules.front().requirements.push_back({"C" + std::to_string(i), 0, ""});
+    versions.modules.push_back(
+        Module("C" + std::to_string(i), "1", 0, {{"B", 0, std::to_string(20 * i)}}));
+  }
+  for (size_t version = 1; version <= kCount; ++version) {
+    versions.modules.push_back(Module("B", std::to_string(version), 0));
+  }
+  return {std::move(mutual), std::move(needy), std::move(versions)};
+}
+
+TEST(MergePlanTest, LargeSetsTakeAFewStepsForEachCandidate) {
+  for (const LargeSet& large : MakeLargeSets()) {
+    SCOPED_TRACE(large.what);
+    const merge::ModuleIndex set(large.modules);
+    const merge::MergePlan plan = merge::PlanMerge(set, {0});
+    EXPECT_TRUE(plan.isProven);
+    EXPECT_THAT(plan.missing, IsEmpty());
+    EXPECT_EQ(large.planned, plan.modules.size());
+    for (const merge::PlannedModule& planned : plan.modules) {
+      EXPECT_EQ(0u, set.RankOf(planned.module).higherVersions);
+    }
+    size_t requirements = 0;
+    for (const merge::Module& module : large.modules) {
+      requirements += module.requirements.size();
+    }
+    merge::PlanSolver solver(set, {0}, merge::PlanProblem::Extent::Plan, {});
+    solver.Solve({solver.Problem().FindModule(0)});
+    EXPECT_LE(solver.Steps(), 6 * (large.candidates + requirements));
+  }
 }
 
 TEST(MergePlanTest, CyclesOfAnyLengthAreReportedAndNotFollowed) {
