@@ -58,12 +58,12 @@ class WantedRows {
 
   using Names = std::initializer_list<std::string_view>;
 
-  /// There are at most 8 names.
-  WantedRows(const Table& table, Names names) : m_table(table) {
+  /// There are at most 8 names. The table may do without the optional one.
+  WantedRows(const Table& table, Names names, std::string_view optional) : m_table(table) {
     auto* column = m_columns.begin();
     for (const std::string_view name : names) {
       *column = table.FindColumn(name);
-      if (!*column++ && m_missing.empty()) {
+      if (!*column++ && m_missing.empty() && name != optional) {
         m_missing = name;
       }
     }
@@ -182,14 +182,16 @@ class ModuleReader {
 
   // ---- Tables
 
-  /// Calls `use` for every row of a table, whose first `names` columns must be names.
+  /// Calls `use` for every row of a table, whose first `names` columns must be names. The table may
+  /// do without the column `optional`.
   template <class Use>
-  void ForEachRow(const char* table, WantedRows::Names columns, std::size_t names, Use use) {
+  void ForEachRow(const char* table, WantedRows::Names columns, std::size_t names, Use use,
+                  std::string_view optional = {}) {
     const Table* const found = m_module.FindTable(table);
     if (!found || (!found->Failure().empty() && found->RowCount() == 0)) {
       return;
     }
-    const WantedRows rows(*found, columns);
+    const WantedRows rows(*found, columns, optional);
     if (!rows.MissingColumn().empty()) {
       AddFailure(std::string("Table \"") + table + "\" has no column \"" +
                  std::string(rows.MissingColumn()) + "\".");
@@ -274,14 +276,18 @@ class ModuleReader {
         });
   }
 
+  /// The installer does without the column KeyPath: the key path of a component is then its
+  /// directory, as where the column is null.
   void ReadComponents() {
-    ForEachRow("Component",
-               {"Component", "Directory_", "KeyPath", "ComponentId", "Condition", "Attributes"}, 4,
-               [&](const WantedRows& rows, std::size_t row) {
-                 m_module.components.push_back({rows.Text(row, 0), rows.Text(row, 3),
-                                                rows.Text(row, 1), rows.Number(row, 5),
-                                                rows.Text(row, 4), rows.Text(row, 2)});
-               });
+    ForEachRow(
+        "Component",
+        {"Component", "Directory_", "KeyPath", "ComponentId", "Condition", "Attributes"}, 4,
+        [&](const WantedRows& rows, std::size_t row) {
+          m_module.components.push_back({rows.Text(row, 0), rows.Text(row, 3), rows.Text(row, 1),
+                                         rows.Number(row, 5), rows.Text(row, 4),
+                                         rows.Text(row, 2)});
+        },
+        "KeyPath");
   }
 
   void ReadFiles() {

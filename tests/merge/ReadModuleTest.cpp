@@ -139,6 +139,11 @@ TEST(ReadModuleTest, DamageIsReportedAndTheRestIsRead) {
        "Row 1 of table \"File\" has a name of more than 1024 bytes.", 1},
       {[](DatabaseImage& image) { image.tables[5].columns[6].second = kShort | 0x07; },
        "Column \"Sequence\" of table \"File\" has numbers of 7 bytes.", 0},
+      {[](DatabaseImage& image) {
+         image.tables[4].columns.pop_back();  // KeyPath, without which there is nothing wrong
+         image.tables[4].rows[0].pop_back();
+       },
+       "", 2},
       {[](DatabaseImage& image) { image.codePage = 737; },
        "The texts are in code page 737, which this system does not have.", 2},
   };
