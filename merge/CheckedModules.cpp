@@ -75,7 +75,8 @@ bool CheckedModules::HasRow(std::string_view table, const char* column,
 }
 
 std::optional<std::string> NormalizeFolder(const TargetFolder& folder) {
-  if (folder.end != FolderEnd::Root) {
+  // A property has one value in all modules of a package.
+  if (folder.end != FolderEnd::Root && folder.end != FolderEnd::RunTime) {
     return std::nullopt;
   }
   std::string text = folder.root.empty() ? std::string() : '[' + folder.root + ']';

@@ -1,7 +1,9 @@
 #include "merge/TargetFolders.h"
 
 #include <algorithm>
+#include <deque>
 #include <iterator>
+#include <string>
 #include <unordered_set>
 
 namespace qm::merge {
@@ -96,6 +98,8 @@ class TargetFolders::Walk {
       m_names.clear();
       m_pathSize = 0;
       m_folder.end = FolderEnd::LimitReached;
+    } else if (m_isRunTime && m_folder.end == FolderEnd::Root) {
+      m_folder.end = FolderEnd::RunTime;
     }
     JoinNames();
     return std::move(m_folder);
@@ -163,13 +167,55 @@ class TargetFolders::Walk {
   bool EnterText(std::string_view text) {
     const std::size_t close = text.find(']');
     if (text.front() != '[' || close == std::string_view::npos) {
-      PrependUntrimmed(TrimFullPath(text));
+      PrependUntrimmed(TrimFullPath(FillIn(text)));
       return true;
     }
-    Prepend(text.substr(close + 1));
+    Prepend(FillIn(text.substr(close + 1)));
     m_key = text.substr(1, close - 1);
     m_isProperty = true;
     return false;
+  }
+
+  /// Replaces properties in a text by the values that the module gives them. The value of a folder
+  /// is a full path, which makes no path in the middle of another one.
+  std::string_view FillIn(std::string_view text) {
+    if (text.find('[') == std::string_view::npos) {
+      return text;
+    }
+    std::string filled;
+    while (!text.empty() && filled.size() <= kMaxPathSize) {
+      const std::size_t open = std::min(text.find('['), text.size());
+      filled += text.substr(0, open);
+      text.remove_prefix(open);
+      const std::size_t close = text.find(']');
+      if (close == std::string_view::npos) {
+        filled += text;
+        break;
+      }
+      if (const auto value = FindValue(text.substr(1, close - 1))) {
+        filled += *value;
+      } else {
+        filled += text.substr(0, close + 1);
+        m_isRunTime = true;
+      }
+      text.remove_prefix(close + 1);
+    }
+    return m_texts.emplace_back(std::move(filled));
+  }
+
+  /// Returns the value of a property, if the module alone determines it and it is a part of a path.
+  std::optional<std::string_view> FindValue(std::string_view property) const {
+    auto value = m_folders.m_actions.find(property);
+    if (value == m_folders.m_actions.end()) {
+      value = m_folders.m_properties.find(property);
+      if (value == m_folders.m_properties.end()) {
+        return std::nullopt;
+      }
+    }
+    const bool isPart = value->second.find_first_of("[:") == std::string_view::npos &&
+                        value->second.substr(0, 2) != "\\\\" &&
+                        m_folders.m_directories.count(property) == 0;
+    return isPart ? std::optional(value->second) : std::nullopt;
   }
 
   bool EndAtRoot(std::string_view root) {
@@ -203,6 +249,8 @@ class TargetFolders::Walk {
   std::unordered_set<std::string_view> m_visited;
   std::string_view m_key;
   bool m_isProperty = false;              ///< m_key comes from the text of an action or a property
+  bool m_isRunTime = false;               ///< a text has a property without a known value
+  std::deque<std::string> m_texts;        ///< that were filled in; m_names refers to them
   std::vector<std::string_view> m_names;  ///< of the path, the last one first
   std::size_t m_pathSize = 0;
   TargetFolder m_folder;

@@ -14,6 +14,7 @@ enum class FolderEnd {
   Root,         ///< at a root: a predefined folder, TARGETDIR, a property, or a full path
   MissingRow,   ///< a directory has no row
   Circle,       ///< a directory lies below itself
+  RunTime,      ///< at a root, but the path has properties that get their values at run time
   LimitReached  ///< more rows or characters than an installer takes: root and path are empty
 };
 
@@ -24,7 +25,8 @@ struct TargetFolder {
   /// root row, or the key whose row is missing. Empty if `path` is a full path, and after a circle.
   std::string root;
   /// The rest: "drivers\etc". Neither begins nor ends with a backslash. Empty for the root itself.
-  /// A part that only the installer can resolve stays as the module has it, such as "[MYPROPERTY]".
+  /// A part that only the installer can resolve stays as the module has it, such as "[MYPROPERTY]":
+  /// see FolderEnd::RunTime.
   std::string path;
   FolderEnd end = FolderEnd::Root;
   bool isPredefined = false;   ///< `root` is a folder that the installer defines
@@ -52,7 +54,8 @@ bool IsPredefinedFolder(std::string_view property) noexcept;
 /// - A custom action that sets the property of a directory (types 51 and 35) takes precedence over
 ///   the key and the rows. Its text may begin with a property or a directory:
 ///   "[WindowsFolder]winsxs". An action that no sequence table names does not count; one without a
-///   condition takes precedence over others.
+///   condition takes precedence over others. Further properties in its text get the values that the
+///   module gives them, if these are texts without properties and no full paths.
 /// - A value in the Property table takes precedence over the rows.
 /// - Otherwise the name is the target part of DefaultDir, in its long form. "." is the parent.
 /// - The walk ends at the row without a parent, whose key is the root: usually TARGETDIR. What lies

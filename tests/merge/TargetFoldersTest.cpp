@@ -22,7 +22,7 @@ std::string Describe(const merge::TargetFolder& folder) {
   text += folder.isSetByAction ? " action" : "";
   text += folder.redirected.empty() ? "" : " redirected:" + folder.redirected;
   text += folder.item.empty() ? "" : " item:" + folder.item;
-  const char* const ends[] = {"", " missing", " circle", " limit"};
+  const char* const ends[] = {"", " missing", " circle", " run time", " limit"};
   return text + ends[static_cast<int>(folder.end)];
 }
 
@@ -55,6 +55,12 @@ TEST(TargetFoldersTest, ADirectoryIsWhereAnInstallerMakesIt) {
       {"Loop.1", "TARGETDIR", "loop"},
       {"Script.1", "TARGETDIR", "script"},
       {"Empty.1", "TARGETDIR", "empty"},
+      {"Filled.1", "TARGETDIR", "filled"},
+      {"Below.1", "Filled.1", "below"},
+      {"Folders.1", "TARGETDIR", "folders"},
+      {"Open.1", "TARGETDIR", "open"},
+      {"Disk.1", "TARGETDIR", "disk"},
+      {"Full.1", "TARGETDIR", "full"},
   };
   module.customActions = {
       {"1", 51 + 0x100, "Sxs.1", "[WindowsFolder]winsxs\\x\\"},
@@ -67,6 +73,13 @@ TEST(TargetFoldersTest, ADirectoryIsWhereAnInstallerMakesIt) {
       {"8", 51, "Loop.1", "[Loop.1]more"},
       {"9", 38, "Script.1", "[WindowsFolder]"},
       {"10", 51, "Empty.1", ""},
+      {"11", 51, "VENDOR", "Larkfield\\"},
+      {"12", 51, "Filled.1", "[SystemFolder][VENDOR]x[VENDOR]"},
+      {"13", 51, "Folders.1", "[SystemFolder][Drivers.1]x"},
+      {"14", 51, "Open.1", "[SystemFolder][VENDOR"},
+      {"15", 51, "DISK", "D:\\"},
+      {"16", 51, "Disk.1", "[SystemFolder][DISK]"},
+      {"17", 51, "Full.1", "C:\\[VENDOR]y\\"},
   };
   const std::pair<const char*, const char*> cases[] = {
       {"SystemFolder.1", "[SystemFolder] predefined"},
@@ -88,11 +101,17 @@ TEST(TargetFoldersTest, ADirectoryIsWhereAnInstallerMakesIt) {
       {"WindowsFolder.1", "[WindowsFolder] predefined action"},
       {"TempFolder", "[TempFolder]own predefined action"},
       {"Fixed.1", "C:\\Fixed action"},
-      {"Through.1", "[SystemFolder]drivers\\mine\\[Other] predefined action"},
+      {"Through.1", "[SystemFolder]drivers\\mine\\[Other] predefined action run time"},
       {"Variable.1", "[%ProgramData]v action"},
       {"Loop.1", "[TARGETDIR]loop\\more action redirected:Loop.1"},
       {"Script.1", "[TARGETDIR]script redirected:Script.1"},
       {"Empty.1", "[TARGETDIR]empty redirected:Empty.1"},
+      {"Filled.1", "[SystemFolder]Larkfield\\xLarkfield predefined action"},
+      {"Below.1", "[SystemFolder]Larkfield\\xLarkfield\\below predefined action"},
+      {"Folders.1", "[SystemFolder][Drivers.1]x predefined action run time"},
+      {"Open.1", "[SystemFolder][VENDOR predefined action"},
+      {"Disk.1", "[SystemFolder][DISK] predefined action run time"},
+      {"Full.1", "C:\\Larkfield\\y action"},
   };
   const merge::TargetFolders folders(module);
   for (const auto& [key, expected] : cases) {
