@@ -44,6 +44,14 @@ STDMETHODIMP SetFile::get_Language(BSTR* value) {
 STDMETHODIMP SetFile::get_Sequence(long* value) {
   return AnswerNumber(value, m_found.file->sequence);
 }
+STDMETHODIMP SetFile::get_IsSetAtRunTime(VARIANT_BOOL* value) {
+  return Answer(value, [&] {
+    return m_set->ResolveFolder(m_found.module, m_found.file->directory).end ==
+                   merge::FolderEnd::RunTime
+               ? VARIANT_TRUE
+               : VARIANT_FALSE;
+  });
+}
 
 ISetFiles* MakeFiles(const SharedSet& set, std::vector<merge::FoundFile> files) {
   const auto shared = std::make_shared<const std::vector<merge::FoundFile>>(std::move(files));

@@ -24,6 +24,7 @@ class SetFile : public SetObject<ISetFile> {
   STDMETHOD(get_Version)(BSTR* value) override;
   STDMETHOD(get_Language)(BSTR* value) override;
   STDMETHOD(get_Sequence)(long* value) override;
+  STDMETHOD(get_IsSetAtRunTime)(VARIANT_BOOL* value) override;
 
  private:
   SharedSet m_set;
