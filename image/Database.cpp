@@ -146,15 +146,19 @@ void Database::ReadDefinitions() {
 void Database::SortTables() {
   std::vector<std::size_t> positions(m_tables.size());
   std::iota(positions.begin(), positions.end(), std::size_t{0});
+  // By string number first, because a long name that many rows share would be compared repeatedly.
+  std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
+    return std::pair(m_tables[a], a) < std::pair(m_tables[b], b);
+  });
+  const auto isSameString = [&](std::size_t a, std::size_t b) {
+    return m_tables[a] == m_tables[b];
+  };
+  positions.erase(std::unique(positions.begin(), positions.end(), isSameString), positions.end());
   const auto textAt = [&](std::size_t position) { return m_strings.Text(m_tables[position]); };
   std::sort(positions.begin(), positions.end(), [&](std::size_t a, std::size_t b) {
-    // Rows that share a long name must not compare it repeatedly.
-    const int order = m_tables[a] == m_tables[b] ? 0 : textAt(a).compare(textAt(b));
-    return order != 0 ? order < 0 : a < b;
+    return std::pair(textAt(a), a) < std::pair(textAt(b), b);
   });
-  const auto isSame = [&](std::size_t a, std::size_t b) {
-    return m_tables[a] == m_tables[b] || textAt(a) == textAt(b);
-  };
+  const auto isSame = [&](std::size_t a, std::size_t b) { return textAt(a) == textAt(b); };
   positions.erase(std::unique(positions.begin(), positions.end(), isSame), positions.end());
   const auto tablesAt = [&] {
     std::vector<std::uint32_t> tables(positions.size());

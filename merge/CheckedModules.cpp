@@ -1,4 +1,7 @@
 #include <algorithm>
+#include <cstdint>
+#include <iterator>
+#include <utility>
 
 #include "merge/Checks.h"
 #include "merge/Hashing.h"
@@ -6,6 +9,9 @@
 namespace qm::merge {
 
 namespace {
+
+/// The longest key that a row can have, in bytes, as in ReadModule.
+constexpr size_t kMaxKeySize = 1024;
 
 /// Folders that have a property and can also be reached from the property of another one.
 struct KnownFolder {
@@ -23,6 +29,28 @@ constexpr KnownFolder kKnownFolders[] = {
     {"[programmenufolder]startup", "[startupfolder]"},
     {"[startmenufolder]programs", "[programmenufolder]"},
 };
+
+/// Appends the texts of a column, those with the same number once. Leaves out texts that no key
+/// has: rows that share a long one would compare it repeatedly.
+void AddTexts(const Table* table, const char* column, std::vector<std::string_view>& texts) {
+  const auto at = table ? table->FindColumn(column) : std::nullopt;
+  if (!at) {
+    return;
+  }
+  std::vector<std::pair<std::uint32_t, std::string_view>> numbered;
+  for (size_t row = 0; row < table->RowCount(); ++row) {
+    const std::string_view text = table->Text(row, *at);
+    if (text.size() <= kMaxKeySize) {
+      numbered.emplace_back(table->TextNumber(row, *at), text);
+    }
+  }
+  std::sort(numbered.begin(), numbered.end(),
+            [](const auto& a, const auto& b) { return a.first < b.first; });
+  const auto end = std::unique(numbered.begin(), numbered.end(),
+                               [](const auto& a, const auto& b) { return a.first == b.first; });
+  std::transform(numbered.begin(), end, std::back_inserter(texts),
+                 [](const auto& one) { return one.second; });
+}
 
 }  // namespace
 
@@ -63,11 +91,7 @@ bool CheckedModules::HasRow(std::string_view table, const char* column,
   std::vector<std::string_view>& keys = found->second;
   if (isNew) {
     for (const size_t position : m_scope) {
-      const Table* const rows = At(position).FindTable(table);
-      const auto at = rows ? rows->FindColumn(column) : std::nullopt;
-      for (size_t row = 0; at && row < rows->RowCount(); ++row) {
-        keys.push_back(rows->Text(row, *at));
-      }
+      AddTexts(At(position).FindTable(table), column, keys);
     }
     std::sort(keys.begin(), keys.end());
   }

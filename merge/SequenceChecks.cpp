@@ -1,6 +1,8 @@
 #include <algorithm>
+#include <cstdint>
 #include <iterator>
 #include <optional>
+#include <unordered_map>
 #include <utility>
 
 #include "merge/Checks.h"
@@ -40,6 +42,7 @@ bool IsStandardAction(std::string_view name) noexcept {
       "InstallFinalize",
       "InstallInitialize",
       "InstallODBC",
+      "InstallSFPCatalogFile",
       "InstallServices",
       "InstallValidate",
       "IsolateComponents",
@@ -153,8 +156,11 @@ class SequenceCheck {
   /// standard one.
   void CheckBaseAction(size_t row) {
     const std::string_view base = m_table.Text(row, m_base);
-    if (IsStandardAction(base) || m_modules.HasRow(m_table.Name(), "Action", base) ||
-        !m_findings.Admit(kUnplacedAction)) {
+    const auto [known, isNew] = m_isBaseKnown.try_emplace(m_table.TextNumber(row, m_base));
+    if (isNew) {
+      known->second = IsStandardAction(base) || m_modules.HasRow(m_table.Name(), "Action", base);
+    }
+    if (known->second || !m_findings.Admit(kUnplacedAction)) {
       return;
     }
     LimitSeverity(Add(row, m_findings.NameOf(m_position) + " places " + NameOf(row) +
@@ -203,7 +209,8 @@ class SequenceCheck {
   FindingList& m_findings;
   size_t m_action = 0;
   size_t m_base = 0;
-  std::vector<std::pair<std::uint32_t, size_t>> m_rows;  ///< by the number of the name
+  std::vector<std::pair<std::uint32_t, size_t>> m_rows;   ///< by the number of the name
+  std::unordered_map<std::uint32_t, bool> m_isBaseKnown;  ///< by the number of the base action
 };
 
 }  // namespace

@@ -12,6 +12,9 @@ namespace {
 
 constexpr std::size_t kMaxRows = 1000;
 constexpr std::size_t kMaxPathSize = 32767;
+/// The same for what an action or a property says of a folder: the installer knows no longer paths,
+/// and folders that share a long text would make work that the size of the file does not justify.
+constexpr std::size_t kMaxTextSize = 1024;
 constexpr std::string_view kTargetDir = "TARGETDIR";
 
 /// The folders that the installer defines, sorted. GlobalAssemblyCache, which authoring tools know
@@ -113,7 +116,7 @@ class TargetFolders::Walk {
     const auto action = m_folders.m_actions.find(m_key);
     if (action != m_folders.m_actions.end() && m_usedActions.insert(m_key).second) {
       m_folder.isSetByAction = true;
-      return EnterText(action->second);
+      return EnterText(action->second.text);
     }
     const std::string_view plain = RemoveSuffix(m_key);
     if (IsPredefinedFolder(plain)) {
@@ -126,7 +129,7 @@ class TargetFolders::Walk {
     }
     if (const auto value = m_folders.m_properties.find(m_key);
         value != m_folders.m_properties.end()) {
-      return EnterText(value->second);
+      return EnterText(value->second.text);
     }
     return EnterRow();
   }
@@ -165,6 +168,10 @@ class TargetFolders::Walk {
 
   /// Continues with the text of an action or a property: "[WindowsFolder]winsxs".
   bool EnterText(std::string_view text) {
+    if (text.size() > kMaxTextSize) {
+      m_pathSize = kMaxPathSize + 1;
+      return true;
+    }
     const std::size_t close = text.find(']');
     if (text.front() != '[' || close == std::string_view::npos) {
       PrependUntrimmed(TrimFullPath(FillIn(text)));
@@ -212,10 +219,9 @@ class TargetFolders::Walk {
         return std::nullopt;
       }
     }
-    const bool isPart = value->second.find_first_of("[:") == std::string_view::npos &&
-                        value->second.substr(0, 2) != "\\\\" &&
-                        m_folders.m_directories.count(property) == 0;
-    return isPart ? std::optional(value->second) : std::nullopt;
+    const auto& [text, isPartOfPath] = value->second;
+    return isPartOfPath && m_folders.m_directories.count(property) == 0 ? std::optional(text)
+                                                                        : std::nullopt;
   }
 
   bool EndAtRoot(std::string_view root) {
@@ -266,6 +272,13 @@ TargetFolders::TargetFolders(const Module& module) {
   ReadItems(module);
 }
 
+void TargetFolders::AddText(std::string_view property, std::string_view text, FolderTexts& texts) {
+  const std::string_view part = text.substr(0, kMaxTextSize + 1);
+  texts.try_emplace(property,
+                    FolderText{text, part.size() <= kMaxTextSize && part.substr(0, 2) != "\\\\" &&
+                                         part.find_first_of("[:") == std::string_view::npos});
+}
+
 void TargetFolders::ReadActions(const Module& module) {
   constexpr long kBaseType = 0x3F;
   constexpr long kSetProperty = 51;
@@ -284,7 +297,7 @@ void TargetFolders::ReadActions(const Module& module) {
   const auto add = [&](const std::unordered_set<std::string_view>& names) {
     for (const CustomAction* const action : actions) {
       if (!sequenced.isKnown || names.count(action->name) > 0) {
-        m_actions.emplace(action->source, action->target);
+        AddText(action->source, action->target, m_actions);
       }
     }
   };
@@ -303,7 +316,7 @@ void TargetFolders::ReadProperties(const Module& module) {
     const std::string_view key = table->Text(row, *property);
     // Other properties than those of directories matter only if an action refers to them.
     if (!table->Text(row, *value).empty() && (m_directories.count(key) > 0 || !m_actions.empty())) {
-      m_properties.emplace(key, table->Text(row, *value));
+      AddText(key, table->Text(row, *value), m_properties);
     }
   }
 }

@@ -82,14 +82,22 @@ class TargetFolders {
 
   using TextMap = std::unordered_map<std::string_view, std::string_view>;
 
+  /// What an action or a property says of a folder.
+  struct FolderText {
+    std::string_view text;
+    bool isPartOfPath;  ///< neither a full path nor one that has properties in it
+  };
+  using FolderTexts = std::unordered_map<std::string_view, FolderText>;
+
+  static void AddText(std::string_view property, std::string_view text, FolderTexts& texts);
   void ReadActions(const Module& module);
   void ReadProperties(const Module& module);
   void ReadItems(const Module& module);
 
   std::unordered_map<std::string_view, const Directory*> m_directories;
-  TextMap m_actions;     ///< texts by property
-  TextMap m_properties;  ///< values
-  TextMap m_items;       ///< configurable items by property
+  FolderTexts m_actions;     ///< by property
+  FolderTexts m_properties;  ///< values, by property
+  TextMap m_items;           ///< configurable items by property
 };
 
 /// Returns how a root is spelled, such as "[SystemFolder]" or "<WINSYSDIR>"; empty if there is no
