@@ -49,7 +49,9 @@ class ConflictFinder {
       const auto [wanted, isComplete] = Minimize(plan, *violation);
       PlanSearch::Result result = Solve(wanted);
       Numbers smallest = std::move(result.modules);
-      if (std::optional<Violation> first = FindViolation(smallest)) {
+      std::optional<Violation> first = FindViolation(smallest);
+      const bool isMinimal = isComplete && result.isProven && first;
+      if (first) {
         violation = std::move(first);
       } else {  // only if the search ended at its bound
         smallest = plan;
@@ -58,7 +60,7 @@ class ConflictFinder {
       Ignore(*violation);
       plan = Solve(m_wanted).modules;
       for (Description& one : described) {
-        one.conflict.isMinimal = isComplete && result.isProven;
+        one.conflict.isMinimal = isMinimal;
         if (conflicts.size() < kMaxPlanConflicts) {
           AddFixWithModule(*violation, one.missing, plan, one.conflict);
           conflicts.push_back(std::move(one.conflict));
