@@ -83,6 +83,21 @@ std::vector<size_t> FindScope(const ModuleSet& set, const std::vector<std::strin
   return scope;
 }
 
+/// Returns the keys of which every module is in the scope.
+std::set<std::string> FindCheckedKeys(const ModuleSet& set, const std::vector<size_t>& scope) {
+  std::set<std::string> keys;
+  for (const size_t module : scope) {
+    keys.insert(set.Modules()[module].key);
+  }
+  const std::set<size_t> checked(scope.begin(), scope.end());
+  for (size_t module = 0; module < set.Modules().size(); ++module) {
+    if (checked.count(module) == 0) {
+      keys.erase(set.Modules()[module].key);
+    }
+  }
+  return keys;
+}
+
 struct Options {
   std::vector<std::string> keys;  ///< empty for the whole catalog
   FailOn failOn = FailOn::Warning;
@@ -270,11 +285,7 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
   std::vector<size_t> scope = FindScope(set, options.keys);
   PreviousBaseline previous{baseline, {}};
   if (!options.keys.empty()) {
-    std::set<std::string> checked;
-    for (const size_t module : scope) {
-      checked.insert(set.Modules()[module].key);
-    }
-    previous.ofOthers = TakeEntriesOfOthers(checked, judgement);
+    previous.ofOthers = TakeEntriesOfOthers(FindCheckedKeys(set, scope), judgement);
     judgement.unmatchedRules.clear();  // they may be about others too
   }
   ExitCode outcome = RequireModules(set.Modules().size());
