@@ -88,9 +88,9 @@ void AddFolder(const std::string& folder, CatalogSettings& settings) {
   }
 }
 
-/// The search folders of a settings file. One that is wrong has none: this is not the moment to
-/// report it.
-void ReadSettingsFile(const SettingsChoice& choice, CatalogSettings& settings) {
+/// Adds the search folders of a settings file. One that is wrong has none: this is not the moment
+/// to report it.
+void AddFoldersFromFile(const SettingsChoice& choice, CatalogSettings& settings) {
   std::string reason;
   try {
     const std::optional<SettingsFile> file = ReadChosenSettings(choice, reason);
@@ -112,6 +112,7 @@ void ReadSettingsFile(const SettingsChoice& choice, CatalogSettings& settings) {
 CatalogSettings ReadSettings(const std::vector<std::string>& words) {
   CatalogSettings settings;
   SettingsChoice choice;
+  bool replacesFile = false;  // as in the command that is being typed
   for (size_t i = 0; i < words.size(); ++i) {
     const std::string next = i + 1 < words.size() ? words[i + 1] : "";
     if (words[i] == "--folder") {
@@ -120,10 +121,12 @@ CatalogSettings ReadSettings(const std::vector<std::string>& words) {
       choice.file = next;
     }
     choice.isOff = choice.isOff || words[i] == "--no-settings";
+    replacesFile = replacesFile || words[i] == "--folder" || words[i] == "--gallery" ||
+                   words[i] == "--index" || words[i] == "--data";
     settings.isRecursive = settings.isRecursive || words[i] == "--recursive";
   }
-  if (settings.folders.empty()) {
-    ReadSettingsFile(choice, settings);
+  if (!replacesFile) {
+    AddFoldersFromFile(choice, settings);
   }
   return settings;
 }

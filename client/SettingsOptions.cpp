@@ -102,7 +102,7 @@ class Filler {
     }
   }
 
-  /// Refuses values of which the option has others. Paths only matter to who uses them.
+  /// Refuses values that the option does not accept. Paths matter only to commands that use them.
   void CheckValues(const FileSetting& setting) const {
     const bool isRecursive =
         setting.setting->name == std::string("recursive") && setting.values.front().text == "true";
@@ -215,9 +215,7 @@ class Filler {
     }
     const char separator = setting.type == SettingType::Texts ? ',' : '\0';
     for (const std::string& path : CLI::detail::split(text, separator)) {
-      if (!path.empty()) {
-        value.value = SpellPath(path);
-      }
+      value.value = path.empty() ? std::nullopt : std::optional(SpellPath(path));
       values.push_back(value);
     }
   }
@@ -257,7 +255,7 @@ SettingsInForce FillInOptions(CLI::App& command, CLI::App& check, const Settings
   const std::optional<SettingsFile> file = ReadChosenSettings(choice, inForce.reason);
   Filler filler(command, check, file ? &*file : nullptr);
   filler.FillIn();
-  inForce.file = file ? file->path : "";
+  inForce.file = file ? ResolveUserPath(file->path) : "";
   inForce.values = filler.ListValues();
   return inForce;
 }

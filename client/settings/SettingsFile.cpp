@@ -77,7 +77,7 @@ class Collector {
     std::vector<std::string> tables;
     for (const KnownSetting& known : KnownSettings()) {
       if (name == known.name) {
-        FailAt(key, name + " belongs into the table [" + known.table + ']');
+        FailAt(key, name + " belongs in the table [" + known.table + ']');
       }
       tables.emplace_back(known.table);
     }
@@ -134,7 +134,7 @@ class Collector {
       }
     }
     if (elsewhere) {
-      FailAt(key, name + " belongs into the table [" + elsewhere->table + ']');
+      FailAt(key, name + " belongs in the table [" + elsewhere->table + ']');
     }
     // What a run writes and where is for its user alone to say.
     for (const char* const option : {"output", "write-baseline", "prune-baseline", "json"}) {

@@ -13,9 +13,10 @@ const char* GetSourceName(SettingSource source) noexcept;
 
 /// A value in force, or that a setting has none.
 struct ValueInForce {
-  std::string setting;               ///< such as "check.baseline"
-  std::optional<std::string> value;  ///< paths are full, as the user spells them
-  std::string words;                 ///< what is in force if there is no value; may be empty
+  std::string setting;  ///< such as "check.baseline"
+  /// Paths are full, as the user spells them; those of the environment are as they are there.
+  std::optional<std::string> value;
+  std::string words;  ///< what is in force if there is no value; may be empty
   SettingSource source = SettingSource::Default;
   std::string variable;        ///< of the environment, if that is the source
   std::optional<size_t> line;  ///< in the settings file; no value if another line decided this

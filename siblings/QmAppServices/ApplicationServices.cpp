@@ -61,7 +61,7 @@ common::WideString ResolveFolders(const common::WideString& folders) {
 
 /// The settings file beside the DLL. Kept as long as the file has the same write time and size,
 /// because the catalog asks once per module. Thread-safe.
-class SettingsFile {
+class ServiceSettings {
  public:
   /// Returns the value of a key; nothing if the file or the key does not exist. Throws if the file
   /// cannot be read.
@@ -97,10 +97,10 @@ class SettingsFile {
   common::FileStamp m_stamp;
 };
 
-common::DllWide<SettingsFile> theSettingsFile;
+common::DllWide<ServiceSettings> theSettings;
 
 std::optional<common::WideString> ReadSetting(const wchar_t* key) {
-  return theSettingsFile.Get([] { return new SettingsFile; }).Find(key);
+  return theSettings.Get([] { return new ServiceSettings; }).Find(key);
 }
 
 common::WideString ReadFolder(const wchar_t* variable, const wchar_t* key) {
