@@ -17,6 +17,8 @@ namespace mmcat {
 
 namespace {
 
+bool g_isReplaced = false;
+
 /// Sets a variable of the environment. To the application services, it takes precedence over their
 /// settings file.
 void SetVariable(const wchar_t* name, const qm::common::WideString& value) {
@@ -48,7 +50,8 @@ void AddSearchFolder(const qm::common::WideString& folder, bool isRecursive, Mod
   const DWORD code = qm::common::ProbeFolder(folder);
   if (qm::common::ClassifyListing(code) != qm::common::ListingOutcome::Complete) {
     all.failures.push_back({Spell(folder), "", static_cast<HRESULT>(HRESULT_FROM_WIN32(code)),
-                            "The folder cannot be listed: " + FormatSystemError(code)});
+                            "The folder cannot be listed: " + FormatSystemError(code),
+                            FailureOf::Folder});
   } else if (const auto below = FindModulesBelow(folder)) {
     PrintHint(Spell(folder) + ": folders below it have modules too, such as " + Spell(*below) +
               "; --recursive includes them");
@@ -104,6 +107,7 @@ std::vector<FileFailure> ApplyCatalogSettings(const CatalogSettings& settings) {
       !settings.dataFolder) {
     return {};
   }
+  g_isReplaced = true;
   ModuleFolders searched;
   for (const std::string& folder : settings.folders) {
     AddSearchFolder(ResolveFolder(folder), settings.isRecursive, searched);
@@ -117,5 +121,7 @@ std::vector<FileFailure> ApplyCatalogSettings(const CatalogSettings& settings) {
   SetVariable(L"QM_DATA_DIR", ResolveFolder(settings.dataFolder));
   return std::move(searched.failures);
 }
+
+bool IsCatalogReplaced() noexcept { return g_isReplaced; }
 
 }  // namespace mmcat

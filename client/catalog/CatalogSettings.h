@@ -30,4 +30,7 @@ std::string ValidateSearchFolder(const std::string& folder);
 /// all folders, with a text for the user, and ServerFailure.
 std::vector<FileFailure> ApplyCatalogSettings(const CatalogSettings& settings);
 
+/// Returns whether ApplyCatalogSettings replaced the catalog of this machine.
+bool IsCatalogReplaced() noexcept;
+
 }  // namespace mmcat

@@ -127,7 +127,8 @@ ModuleFolders FindModuleFolders(const WideString& root) {
   while (walk.Next()) {
     const auto fail = [&](DWORD code, const std::string& reason) {
       found.failures.push_back({SpellPath(qm::text::ToUtf8(walk.Path())), "",
-                                static_cast<HRESULT>(HRESULT_FROM_WIN32(code)), reason});
+                                static_cast<HRESULT>(HRESULT_FROM_WIN32(code)), reason,
+                                FailureOf::Folder});
     };
     if (walk.IsTooDeep()) {
       fail(ERROR_BAD_PATHNAME, "This folder is too many levels down; it was not searched.");

@@ -5,6 +5,7 @@
 #include <utility>
 
 #include "client/terminal/Console.h"
+#include "client/terminal/FailureText.h"
 #include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Style.h"
@@ -39,10 +40,8 @@ void Report::Print(const std::string& text) {
 void Report::PrintConverted(const std::string& output) { WriteOutput(output); }
 
 void Report::AddFailure(FileFailure failure) {
-  const std::string subject =
-      failure.part.empty() ? failure.file : failure.file + ": " + failure.part;
   if (m_printsFailures) {
-    PrintRemark(subject + ": " + FormatHResult(failure.result) + ' ' + failure.description);
+    PrintRemark(FormatFailure(failure));
   }
   m_failures.push_back(std::move(failure));
 }

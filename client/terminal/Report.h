@@ -16,12 +16,15 @@ namespace mmcat {
 /// Keeps members in the order in which they were added.
 using Json = nlohmann::ordered_json;
 
+enum class FailureOf { File, Folder };
+
 /// A file or folder that could not be read. Texts are UTF-8.
 struct FileFailure {
   std::string file;
   std::string part;  ///< what of it; empty for the file itself
   HRESULT result = E_FAIL;
   std::string description;  ///< on one line
+  FailureOf of = FailureOf::File;
 };
 
 /// How a run prints its results.
