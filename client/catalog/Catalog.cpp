@@ -26,7 +26,8 @@ std::vector<NamedModule> Catalog::Names() const {
   ForEachItem<IMergeModule>(*Modules(), [&](IMergeModule& module) {
     names.push_back({ReadText(module, &IMergeModule::get_Key),
                      ReadText(module, &IMergeModule::get_ModuleID),
-                     ReadPath(module, &IMergeModule::get_Path)});
+                     ReadPath(module, &IMergeModule::get_Path),
+                     ReadText(module, &IMergeModule::get_DisplayName)});
   });
   return names;
 }
@@ -46,16 +47,8 @@ qm::common::ComPtr<IMergeModules> Catalog::FindNamedModules(const std::string& w
     return FindModules(word, version);
   }
   const std::vector<NamedModule> names = Names();
-  std::vector<size_t> positions;
-  if (HasWildcard(word)) {
-    for (size_t i = 0; i < names.size(); ++i) {
-      if (MatchesPattern(word, names[i])) {
-        positions.push_back(i);
-      }
-    }
-  } else {
-    positions = MatchName(names, word).modules;
-  }
+  const std::vector<size_t> positions =
+      HasWildcard(word) ? FindMatching(names, word) : MatchName(names, word).modules;
   ModuleObjects found;
   const qm::common::ComPtr<IMergeModules> all = Modules();
   for (const size_t position : positions) {

@@ -101,6 +101,21 @@ NameMatch MatchFile(const std::vector<NamedModule>& modules, const std::string& 
   return match;
 }
 
+NameMatch MatchDisplayName(const std::vector<NamedModule>& modules, const std::string& word) {
+  const std::string wanted = qm::text::FoldCase(word);
+  NameMatch match;
+  std::set<std::string> ids;
+  for (size_t i = 0; i < modules.size(); ++i) {
+    if (!modules[i].moduleId.empty() && qm::text::FoldCase(modules[i].displayName) == wanted) {
+      match.modules.push_back(i);
+      match.candidates.push_back(modules[i].key);
+      ids.insert(qm::text::FoldCase(modules[i].moduleId));
+    }
+  }
+  (ids.size() > 1 ? match.modules.clear() : match.candidates.clear());
+  return match;
+}
+
 bool MatchesFolded(std::u16string_view pattern, std::u16string_view text) noexcept {
   size_t p = 0;
   size_t t = 0;
@@ -137,7 +152,10 @@ NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& 
     return byId;
   }
   NameMatch byFile = MatchFile(modules, word);
-  return byFile.modules.empty() && byFile.candidates.empty() ? byId : byFile;
+  if (!byFile.modules.empty() || !byFile.candidates.empty()) {
+    return byFile;
+  }
+  return byId.candidates.empty() ? MatchDisplayName(modules, word) : byId;
 }
 
 bool HasWildcard(const std::string& pattern) noexcept {
@@ -152,6 +170,17 @@ bool MatchesPattern(const std::string& pattern, const std::string& text) {
 bool MatchesPattern(const std::string& pattern, const NamedModule& module) {
   return MatchesPattern(pattern, module.key) || MatchesPattern(pattern, module.moduleId) ||
          MatchesPattern(pattern, GetFileName(module.path));
+}
+
+std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
+                                 const std::string& pattern) {
+  std::vector<size_t> positions;
+  for (size_t i = 0; i < modules.size(); ++i) {
+    if (MatchesPattern(pattern, modules[i])) {
+      positions.push_back(i);
+    }
+  }
+  return positions;
 }
 
 std::string GetFileName(const std::string& path) {

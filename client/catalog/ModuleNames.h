@@ -13,6 +13,7 @@ struct NamedModule {
   std::string key;
   std::string moduleId;
   std::string path;  ///< as the user spells it; empty if the module is not on this machine
+  std::string displayName = {};
 };
 
 struct NameMatch {
@@ -24,7 +25,8 @@ struct NameMatch {
 /// - the beginning of an ID, "TinyZip" or "TinyZip.DC6C", with ":LANGUAGE" for one language, unless
 ///   modules with several IDs begin like this; an ID with exactly this name takes precedence;
 /// - or the name of a file with or without ".msm" and some of its folders, or its path from the
-///   current folder.
+///   current folder;
+/// - or else a display name.
 NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& word);
 
 bool HasWildcard(const std::string& pattern) noexcept;
@@ -35,6 +37,10 @@ bool MatchesPattern(const std::string& pattern, const std::string& text);
 
 /// Returns whether the key, ID, or file name of a module matches a pattern.
 bool MatchesPattern(const std::string& pattern, const NamedModule& module);
+
+/// The positions of the modules that match a pattern.
+std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
+                                 const std::string& pattern);
 
 /// The last part of a path.
 std::string GetFileName(const std::string& path);

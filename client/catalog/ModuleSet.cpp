@@ -1,5 +1,7 @@
 #include "client/catalog/ModuleSet.h"
 
+#include <algorithm>
+
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
@@ -153,7 +155,7 @@ std::vector<NamedModule> ModuleSet::Names() const {
   std::vector<NamedModule> names;
   names.reserve(m_modules.size());
   for (const ModuleFacts& module : m_modules) {
-    names.push_back({module.key, module.moduleId, module.path});
+    names.push_back({module.key, module.moduleId, module.path, module.displayName});
   }
   return names;
 }
@@ -178,7 +180,19 @@ std::vector<size_t> ModuleSet::FindByKey(const std::string& key) const {
 
 std::vector<size_t> ModuleSet::FindModules(const std::string& word) const {
   std::vector<size_t> found = FindByKey(word);
-  return found.empty() ? MatchName(Names(), word).modules : found;
+  return found.empty() ? FindByName(word) : found;
+}
+
+std::vector<size_t> ModuleSet::FindByName(const std::string& word) const {
+  if (!HasWildcard(word)) {
+    return MatchName(Names(), word).modules;
+  }
+  std::vector<size_t> found = FindMatching(Names(), word);
+  const auto isUnreadable = [this](size_t position) {
+    return m_modules[position].moduleId.empty();
+  };
+  found.erase(std::remove_if(found.begin(), found.end(), isUnreadable), found.end());
+  return found;
 }
 
 std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& words) const {
@@ -188,7 +202,7 @@ std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& 
       keys.push_back(word);
       continue;
     }
-    const std::vector<size_t> named = MatchName(Names(), word).modules;
+    const std::vector<size_t> named = FindByName(word);
     for (const size_t position : named) {
       keys.push_back(m_modules[position].key);
     }

@@ -176,8 +176,8 @@ class ModuleSet {
   /// Adds the files that could not be read to the report.
   void AddFailures(FailuresOf files, Report& report) const;
 
-  // A word for modules is a key or an ID, as the set component finds them, or else a name of
-  // ModuleNames.h. The set takes only words that name a module.
+  // A word for modules is a key or an ID, as the set component finds them, or else a pattern
+  // of them or a name of ModuleNames.h. The set takes only words that name a module.
 
   /// The modules that a word names, in ascending order.
   std::vector<size_t> FindModules(const std::string& word) const;
@@ -212,6 +212,7 @@ class ModuleSet {
  private:
   void Load(ModuleObjects modules, Progress& progress);
   std::vector<size_t> FindByKey(const std::string& key) const;
+  std::vector<size_t> FindByName(const std::string& word) const;
   /// The keys that the set component knows for words.
   std::vector<std::string> ResolveKeys(const std::vector<std::string>& words) const;
 

@@ -12,9 +12,9 @@ const std::vector<NamedModule> kModules{
     {"Charmap.3128F3C8:1033", "Charmap.3128F3C8", "/modules/Charmap.msm"},
     {"Charmap.3128F3C8:1031", "Charmap.3128F3C8", "/modules/CharmapGerman.msm"},
     {"CharmapCore.AA55:1033", "CharmapCore.AA55", "C:\\More\\core.msm"},
-    {"Zip.0001:0", "Zip.0001", "/modules/Zip.msm"},
-    {"Zip.0002:0", "Zip.0002", "/more/Zip.msm"},
-    {"Gallery.1:0", "Gallery.1", ""},
+    {"Zip.0001:0", "Zip.0001", "/modules/Zip.msm", "Packer"},
+    {"Zip.0002:0", "Zip.0002", "/more/Zip.msm", "Packer"},
+    {"Gallery.1:0", "Gallery.1", "", "Gr\u00F6\u00DFen, alle"},
 };
 
 TEST(ModuleNamesTest, AWordNamesModulesByTheBeginningOfAnIdOrByAFile) {
@@ -32,6 +32,7 @@ TEST(ModuleNamesTest, AWordNamesModulesByTheBeginningOfAnIdOrByAFile) {
       {"zip.msm", {}, 2},        {"modules\\Zip.msm", {3}, 0},
       {"/more/zip.msm", {4}, 0}, {"es/Zip.msm", {}, 0},  // only whole names of folders
       {"Nobody", {}, 0},         {"", {}, 0},
+      {"packer", {}, 2},         {"gr\u00D6\u00DFen, Alle", {5}, 0},
   };
   for (const auto& [word, modules, candidates] : cases) {
     const NameMatch match = MatchName(kModules, word);
