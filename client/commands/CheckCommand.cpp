@@ -111,15 +111,17 @@ struct Options {
 std::string ValidateIgnoreRule(const std::string& text) {
   const std::string code = ParseIgnoreRule(text).code;
   const std::vector<std::string> codes = RuleCodes();
+  const std::vector<std::string> nearest = FindNearestNames(code, codes);
   return std::find(codes.begin(), codes.end(), code) != codes.end()
              ? ""
              : code + ": unknown code of findings" +
-                   FormatSuggestion(FindNearestNames(code, codes));
+                   (nearest.empty() ? "; mmcat help findings lists them"
+                                    : FormatSuggestion(nearest));
 }
 
 void AddArguments(CLI::App& parser, Options& options) {
   constexpr char kGroup[] = "What counts";
-  parser.add_option("KEY", options.keys, "Modules to merge, ID or ID:LANGUAGE (default: all)");
+  parser.add_option("KEY", options.keys, kKeysHelp + std::string("; default: all"));
   static const std::map<std::string, FailOn> kSeverities{{"error", FailOn::Error},
                                                          {"warning", FailOn::Warning},
                                                          {"note", FailOn::Note},
@@ -147,7 +149,8 @@ void AddArguments(CLI::App& parser, Options& options) {
                            ParseIgnoreRule);
           },
           "Findings that do not count: a code, or CODE:KEY with the key of a module or row, or the "
-          "name of a file; can be repeated, and adds to those in mmcat.toml")
+          "name of a file; can be repeated, and adds to those in mmcat.toml. mmcat help findings "
+          "lists the codes")
       ->type_name("CODE[:KEY]")
       ->check(CLI::Validator(ValidateIgnoreRule, ""))
       ->allow_extra_args(false)
@@ -335,13 +338,21 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
-      PrintUnknownKey(set.Names(), key);
+      PrintUnknownKey(set.Names(), key, "check");
       AddCheckJson(CheckResult{set.Modules()}, report.Document());
       return report.Finish(kNothingMatched);
     }
   }
   return CheckSet(set, options, baseline, report);
 }
+
+constexpr char kExitCodes[] =
+    "Exit codes: 0 no findings that count, 1 findings, 2 wrong usage, 3 no modules, or one that "
+    "the "
+    "catalog does not have, 4 a file or folder could not be read, 5 the server failed, 6 the "
+    "output or the baseline could not be written. A file that cannot be read takes precedence over "
+    "findings, whatever --fail-on says, unless --ignore or the baseline accepts the finding about "
+    "it.";
 
 }  // namespace
 
@@ -355,6 +366,8 @@ extern const Command kCheckCommand = {
     PrepareCommand<Options, AddArguments, Run>,
     {OutputFormat::Sarif, OutputFormat::JUnit, OutputFormat::GitHub, OutputFormat::GitLab,
      OutputFormat::Azure, OutputFormat::TeamCity},
+    SettingsUse::ForCatalog,
+    kExitCodes,
 };
 
 }  // namespace mmcat

@@ -23,6 +23,12 @@ enum class SettingsUse {
   None,        ///< it does not depend on the folder in which it is run
 };
 
+/// How a command prints.
+enum class OutputUse {
+  Report,    ///< by a Report, in several formats
+  Verbatim,  ///< a text that no option changes
+};
+
 /// What the command line and the help need to know about a command of mmcat. The options that all
 /// commands share, such as --format and --folder, are added by the command line itself.
 struct Command {
@@ -32,6 +38,8 @@ struct Command {
   CommandRun (*prepare)(CLI::App& parser);  ///< a PrepareCommand
   std::vector<OutputFormat> formats = {};   ///< besides text and the JSON document
   SettingsUse settings = SettingsUse::ForCatalog;
+  const char* remarks = "";  ///< the end of the help
+  OutputUse output = OutputUse::Report;
 };
 
 /// All commands, in the order of the help.
@@ -54,6 +62,11 @@ CommandRun PrepareCommand(CLI::App& /*parser*/) {
 }
 
 /// Help of an argument that is a module.
-inline constexpr char kKeyHelp[] = "Module: ID or its beginning, ID:LANGUAGE, or file";
+inline constexpr char kKeyHelp[] =
+    "Module: ID or its beginning, ID:LANGUAGE, file, or display name";
+
+/// The same for several modules.
+inline constexpr char kKeysHelp[] =
+    "Modules: ID or its beginning, ID:LANGUAGE, file, display name, or a pattern with * and ?";
 
 }  // namespace mmcat

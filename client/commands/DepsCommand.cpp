@@ -303,7 +303,7 @@ struct Options {
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
-  parser.add_option("KEY", options.keys, kKeyHelp)->required();
+  parser.add_option("KEY", options.keys, kKeysHelp)->required();
   const auto addView = [&](const char* name, DepsView view, const char* help) {
     const auto choose = [&options, view](std::int64_t given) {
       if (given > 0) {  // a flag may also be given as "--tree=false"
@@ -323,7 +323,7 @@ bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
   for (const std::string& key : keys) {
     const std::vector<size_t> found = set.FindModules(key);
     if (found.empty()) {
-      PrintUnknownKey(set.Names(), key);
+      PrintUnknownKey(set.Names(), key, "deps KEY");
       wanted.clear();
       return false;
     }

@@ -3,6 +3,8 @@
 #include <tuple>
 
 #include "client/catalog/ModuleSet.h"
+#include "client/catalog/SearchedPlaces.h"
+#include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/terminal/Csv.h"
@@ -90,7 +92,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<FileFacts> files = set.FindFiles(pattern);
   ExitCode outcome = RequireModules(set.Modules().size());
   if (outcome == kSuccess && files.empty() && !pattern.empty()) {
-    PrintRemark(pattern + ": no module has a matching file");
+    PrintRemark(pattern + ": no module has a matching file" + SuggestFiles(set, pattern));
+    PrintSearchedPlaces();
     outcome = kNothingMatched;
   }
   if (report.IsJson()) {

@@ -31,7 +31,7 @@ void RemarkNotFound(const Catalog& catalog, const Options& options) {
         });
   }
   if (versions.empty()) {
-    PrintUnknownKey(catalog.Names(), options.key);
+    PrintUnknownKey(catalog.Names(), options.key, "find KEY");
   } else {
     PrintRemark(options.key + ": the catalog has no version " + options.version + ", only " +
                 versions);

@@ -4,6 +4,8 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ListedModules.h"
 #include "client/catalog/ModuleNames.h"
+#include "client/catalog/SearchedPlaces.h"
+#include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/terminal/Csv.h"
@@ -24,7 +26,8 @@ void AddArguments(CLI::App& parser, Options& options) {
 /// Returns whether the module matches a pattern as a whole, or contains a word without wildcards.
 bool Matches(const ListedModule& module, const std::string& word) {
   const std::string pattern = HasWildcard(word) ? word : '*' + word + '*';
-  return MatchesPattern(pattern, module.displayName) ||
+  const bool hasName = module.displayName != module.path;  // the path stands in for a name
+  return (hasName && MatchesPattern(pattern, module.displayName)) ||
          MatchesPattern(pattern, NamedModule{module.key, module.moduleId, module.path});
 }
 
@@ -40,7 +43,11 @@ ExitCode Select(const std::vector<std::string>& patterns, std::vector<ListedModu
       isMatched = isMatched || matches;
     }
     if (!isMatched) {
-      PrintRemark(pattern + ": no module matches");
+      const std::string advice = AdviseOnFile(pattern, "list");
+      PrintRemark(pattern + ": " + (advice.empty() ? "no module matches" : advice));
+      if (advice.empty()) {
+        PrintSearchedPlaces();
+      }
       outcome = kNothingMatched;
     }
   }

@@ -44,7 +44,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string displayName = FindDisplayName(catalog, key);
   report.Document().update({{"key", key}, {"displayName", displayName}});
   if (displayName.empty()) {
-    PrintUnknownKey(catalog.Names(), key);
+    PrintUnknownKey(catalog.Names(), key, "name KEY");
     return report.Finish(kNothingMatched);
   }
   report.Print(MakePrintable(displayName) + '\n');

@@ -1,5 +1,6 @@
 #include "client/commands/NoModules.h"
 
+#include "client/catalog/SearchedPlaces.h"
 #include "client/terminal/Report.h"
 
 namespace mmcat {
@@ -9,6 +10,8 @@ ExitCode RequireModules(size_t modules) {
     return kSuccess;
   }
   PrintRemark("the catalog has no modules");
+  PrintFoldersWithPackages();
+  PrintSearchedPlaces();
   return kNothingMatched;
 }
 

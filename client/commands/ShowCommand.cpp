@@ -3,14 +3,15 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/FileNames.h"
 #include "client/catalog/ModuleContents.h"
+#include "client/catalog/ModuleFile.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/ModuleText.h"
 #include "client/commands/UnknownKey.h"
+#include "client/terminal/FailureText.h"
 #include "common/FolderFiles.h"
-#include "common/Path.h"
 #include "idl/qmmmupdater2.h"
 #include "text/Utf.h"
 
@@ -48,14 +49,11 @@ class ModuleCollector {
 
   void AddFile(const std::string& file) {
     try {
-      const auto module = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
-      ThrowIfFailed(
-          module->Open(MakeArgument(qm::common::ResolveFullPath(ToSystemPath(file))).Get()));
-      m_modules.emplace_back(module.Get());
+      m_modules.emplace_back(OpenModuleFile(file).Get());
     } catch (const ServerFailure& failure) {
       m_report.AddFailure({file, "", failure.HResult(), failure.what()});
-      const std::string advice = AdviseOnFile(file);
-      if (!qm::common::HasExtension(qm::text::ToWide(file), L".msm") && !advice.empty()) {
+      const std::string advice = IsFile(file) ? AdviseOnFile(file, "show MODULE") : "";
+      if (!advice.empty() && ExplainFailure(failure.HResult()) != advice) {
         PrintRemark(file + ": " + advice);
       }
     }
@@ -72,7 +70,7 @@ class ModuleCollector {
       return true;
     }
     if (m_modules.size() == before) {
-      PrintUnknownKey(catalog.Names(), word);
+      PrintUnknownKey(catalog.Names(), word, "show MODULE");
       return false;
     }
     return true;

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "client/catalog/SearchedPlaces.h"
 #include "client/commands/Advice.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Report.h"
@@ -21,17 +22,39 @@ std::string JoinCandidates(const std::vector<std::string>& candidates) {
              : text;
 }
 
+/// The keys of the modules that a word "NAME:LANGUAGE" would name without its language.
+std::vector<std::string> FindOtherLanguages(const std::vector<NamedModule>& modules,
+                                            const std::string& word) {
+  const size_t colon = word.rfind(':');
+  std::vector<std::string> keys;
+  if (colon == std::string::npos ||
+      word.find_first_not_of("-0123456789", colon + 1) != std::string::npos) {
+    return keys;
+  }
+  for (const size_t position : MatchName(modules, word.substr(0, colon)).modules) {
+    keys.push_back(modules[position].key);
+  }
+  return keys;
+}
+
 }  // namespace
 
-void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string& word) {
+void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string& word,
+                     const std::string& command) {
   const std::vector<std::string> candidates = MatchName(modules, word).candidates;
   if (!candidates.empty()) {
     PrintRemark(word + ": this may be " + JoinCandidates(candidates));
     return;
   }
-  const std::string advice = AdviseOnFile(word);
+  const std::string advice = AdviseOnFile(word, command);
   if (!advice.empty()) {
     PrintRemark(word + ": " + advice);
+    return;
+  }
+  const std::vector<std::string> languages = FindOtherLanguages(modules, word);
+  if (!languages.empty()) {
+    PrintRemark(word + ": the catalog has no such language of it, only " +
+                JoinCandidates(languages));
     return;
   }
   std::vector<std::string> keys;
@@ -39,8 +62,11 @@ void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string&
   for (const NamedModule& module : modules) {
     keys.push_back(module.key);
   }
-  PrintRemark(word + ": the catalog has no such module" +
-              FormatSuggestion(FindNearestNames(word, keys)));
+  const std::vector<std::string> nearest = FindNearestNames(word, keys);
+  PrintRemark(word +
+              (HasWildcard(word) ? ": no module matches" : ": the catalog has no such module") +
+              (nearest.empty() ? "; mmcat list shows those it has" : FormatSuggestion(nearest)));
+  PrintSearchedPlaces();
 }
 
 }  // namespace mmcat

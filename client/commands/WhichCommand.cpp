@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <iterator>
 #include <optional>
 #include <set>
@@ -6,6 +7,7 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ModuleNames.h"
 #include "client/catalog/ModuleSet.h"
+#include "client/catalog/SearchedPlaces.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/terminal/Csv.h"
@@ -151,13 +153,15 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 /// A remark on a name for which there is nothing.
-std::string DescribeNothing(const std::string& file) {
+std::string DescribeNothing(const ModuleSet& set, const std::string& file) {
   if (IsFolder(file)) {
-    return file + ": this is a folder; which takes the names of files in modules";
+    return file + ": this is a folder; mmcat which FILE --folder " + QuoteArgument(file) +
+           " looks in it";
   }
-  return file + (qm::common::HasExtension(qm::text::ToWide(file), L".msm")
-                     ? ": this is a module, and no module delivers it; mmcat show describes it"
-                     : ": no module delivers this file");
+  if (qm::common::HasExtension(qm::text::ToWide(file), L".msm")) {
+    return file + ": this is a module, and no module delivers it; mmcat show describes it";
+  }
+  return file + ": no module delivers this file" + SuggestFiles(set, GetFileName(file));
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -169,10 +173,15 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   for (const std::string& file : options.files) {
     std::vector<Delivery> found = FindDeliveries(set, GetFileName(file));
     if (found.empty()) {
-      PrintRemark(DescribeNothing(file));
+      PrintRemark(DescribeNothing(set, file));
       outcome = kNothingMatched;
     }
     std::move(found.begin(), found.end(), std::back_inserter(deliveries));
+  }
+  const auto isFolder = [](const std::string& file) { return IsFolder(file); };
+  if (outcome == kNothingMatched &&
+      std::none_of(options.files.begin(), options.files.end(), isFolder)) {
+    PrintSearchedPlaces();
   }
   report.Document().update(
       {{"files", options.files}, {"deliveries", MakeDeliveriesJson(deliveries)}});
