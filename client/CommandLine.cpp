@@ -4,18 +4,19 @@
 #include <algorithm>
 #include <cstring>
 #include <map>
-#include <sstream>
+#include <optional>
 #include <stdexcept>
 
 #include "client/Completion.h"
 #include "client/Help.h"
 #include "client/ResponseFile.h"
 #include "client/SettingsOptions.h"
+#include "client/WrongUsage.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
+#include "client/findings/Rules.h"
 #include "client/terminal/Console.h"
-#include "client/terminal/NearestNames.h"
 #include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
@@ -33,8 +34,6 @@ constexpr char kExamples[] =
     "  mmcat deps PlotterSuite                what a module needs, in merge order\n"
     "  mmcat list --json                      output for other programs\n";
 
-constexpr size_t kHelpWidth = 79;
-
 std::string ValidatePathSpelling(const std::string& spelling) {
   return spelling == "native" || spelling == "windows" ? "" : spelling + ": not native or windows";
 }
@@ -47,16 +46,17 @@ std::string ValidateSettingsName(const std::string& file) {
 class Parser {
  public:
   Parser() : m_app("Lists, searches and checks the merge modules (.msm) of a catalog", "mmcat") {
-    m_app.set_help_flag("-h,--help", "Print this help and exit; also: mmcat help COMMAND");
-    m_app.formatter(std::make_shared<HelpFormatter>(kExamples));
+    m_app.set_help_flag("-h,--help", "Print this help and exit");
+    UseHelpFormat(m_app, kExamples);
     // Never take a path such as "/home/x.msm" for an option.
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
     m_app.set_version_flag("-V,--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
     m_app.footer(
-        "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage,\n"
-        "3 nothing matched or no modules, 4 a module or folder could not be read,\n"
-        "5 the server failed, 6 the output could not be written.");
+        "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage, 3 nothing "
+        "matched or no modules, 4 a module or folder could not be read, 5 the server failed, 6 the "
+        "output could not be written.\n"
+        "See mmcat help COMMAND for a command, mmcat help findings for what a check finds.");
     for (const Command* command : Commands()) {
       Add(*command);
     }
@@ -70,37 +70,38 @@ class Parser {
       return kUsage;
     }
     if (arguments.empty()) {
-      WriteOutput(WrapLines(m_app.help(), kHelpWidth));
+      WriteHelp(m_app.help());
       return kUsage;
     }
     if (arguments.front() == "__complete") {
       arguments.erase(arguments.begin());
       return Complete(m_app, arguments);
     }
-    if (arguments.front() == "help") {
-      arguments.erase(arguments.begin());
-      arguments.resize(std::min<size_t>(arguments.size(), 1));
-      arguments.emplace_back("--help");
+    if (const std::optional<ExitCode> answered = AnswerHelp(arguments)) {
+      return *answered;
     }
-    if (IsUnknownCommand(arguments.front())) {
+    std::string wrong = ExplainFirstWord(m_app, arguments);
+    wrong = wrong.empty() ? ExplainMissingValue(m_app, arguments) : wrong;
+    if (!wrong.empty()) {
+      PrintRemark(wrong);
       return kUsage;
     }
     const std::vector<std::string> typed = arguments;
     try {
       std::reverse(arguments.begin(), arguments.end());  // the order that the library expects
       m_app.parse(std::move(arguments));
+    } catch (const CLI::CallForVersion& version) {
+      WriteOutput(version.what() + std::string(1, '\n'));
+      return kSuccess;
     } catch (const CLI::ExtrasError&) {
-      PrintUnexpected(typed);
+      for (const std::string& text : ExplainUnexpected(m_app, typed, m_app.remaining(true))) {
+        PrintRemark(text);
+      }
       return kUsage;
     } catch (const CLI::ParseError& error) {
-      if (error.get_exit_code() != 0) {
-        PrintRemark(error.what() + FormatHelpHint(typed.front()));
-        return kUsage;
-      }
-      std::ostringstream output;
-      m_app.exit(error, output, output);
-      WriteOutput(WrapLines(output.str(), kHelpWidth));
-      return kSuccess;
+      const std::string quotes = FormatQuotesHint(typed);
+      PrintRemark(error.what() + (quotes.empty() ? FormatHelpHint(typed.front()) : quotes));
+      return kUsage;
     }
     const bool usesCatalog = m_settingsUse != SettingsUse::ToShow;
     try {
@@ -137,53 +138,68 @@ class Parser {
   }
 
  private:
-  /// Reports a first argument that looks like a command and is not one; the library would only
-  /// report that the command is missing.
-  static bool IsUnknownCommand(const std::string& argument) {
-    std::vector<std::string> names;
-    for (const Command* command : Commands()) {
-      names.emplace_back(command->name);
+  /// Prints help if the arguments ask for it: its topic follows the word help, or --help ends the
+  /// arguments of a command.
+  std::optional<ExitCode> AnswerHelp(const std::vector<std::string>& arguments) const {
+    const std::string& first = arguments.front();
+    const bool isFirst = first == "help" || first == "/help" || IsHelpFlag(first);
+    if (isFirst && arguments.size() > 2) {
+      PrintRemark(arguments[2] + ": help explains one thing at a time");
+      return kUsage;
     }
-    if (argument.empty() || argument.front() == '-' ||
-        std::find(names.begin(), names.end(), argument) != names.end()) {
-      return false;
+    if (isFirst) {
+      return PrintHelp(arguments.size() > 1 ? arguments[1] : "help");
     }
-    const std::vector<std::string> nearest = FindNearestNames(argument, names);
-    PrintRemark(argument + ": unknown command" +
-                (nearest.empty() ? "; see mmcat help" : FormatSuggestion(nearest)));
-    return true;
+    const auto end = std::find(arguments.begin(), arguments.end(), "--");
+    const auto flag = std::find_if(arguments.begin() + 1, end, IsHelpFlag);
+    if (!m_app.get_option_no_throw(first) && flag != end &&
+        ExplainFirstWord(m_app, arguments).empty()) {
+      if (flag + 1 == arguments.end()) {
+        return PrintHelp(first);
+      }
+      PrintRemark(*(flag + 1) + ": unexpected after " + *flag + FormatHelpHint(first));
+      return kUsage;
+    }
+    return std::nullopt;
   }
 
-  /// The end of a remark on wrong usage.
-  static std::string FormatHelpHint(const std::string& command) {
-    const bool isCommand = command.front() != '-';
-    return isCommand ? "; see mmcat help " + command : "; see mmcat help";
+  static bool IsHelpFlag(const std::string& argument) {
+    return argument == "--help" || argument == "-h" || argument == "-?" || argument == "/?";
   }
 
-  /// Reports the arguments that were not expected, as they were typed and in their order.
-  void PrintUnexpected(const std::vector<std::string>& typed) const {
-    std::vector<std::string> unexpected = m_app.remaining(true);
-    std::vector<std::string> options;
-    for (const CLI::App* parser : m_app.get_subcommands()) {
-      for (const CLI::Option* option : parser->get_options()) {
-        for (const std::string& name : option->get_lnames()) {
-          options.push_back("--" + name);
-        }
-      }
+  ExitCode PrintHelp(const std::string& topic) const {
+    if (topic == "help") {
+      WriteHelp(m_app.help());
+      return kSuccess;
     }
-    for (const std::string& argument : typed) {
-      const auto found = std::find(unexpected.begin(), unexpected.end(), argument);
-      if (found == unexpected.end()) {
-        continue;
-      }
-      unexpected.erase(found);
-      const std::string name = argument.substr(0, argument.find('='));
-      const std::vector<std::string> nearest =
-          name.front() == '-' ? FindNearestNames(name, options) : std::vector<std::string>();
-      PrintRemark(name + (name.front() == '-' ? ": unknown option" : ": unexpected argument") +
-                  (nearest.empty() ? FormatHelpHint(typed.front()) : FormatSuggestion(nearest)));
+    if (topic == "findings") {
+      WriteHelp(FormatCodes());
+      return kSuccess;
     }
+    const std::vector<std::string> codes = RuleCodes();
+    if (std::find(codes.begin(), codes.end(), topic) != codes.end()) {
+      WriteHelp(CLI::detail::find_and_replace(FindRule(topic).help, "**", "") + '\n');
+      return kSuccess;
+    }
+    const std::string wrong = ExplainFirstWord(m_app, {topic});
+    if (!wrong.empty() || topic.front() == '-') {
+      PrintRemark(wrong.empty() ? topic + ": not a command" : wrong);
+      return kUsage;
+    }
+    WriteHelp(m_app.get_subcommand(topic)->help(m_app.get_name()));
+    return kSuccess;
   }
+
+  /// All codes of findings, one line each if the terminal is wide enough.
+  static std::string FormatCodes() {
+    std::string text = "What mmcat check finds, by code:\n\n";
+    for (const std::string& code : RuleCodes()) {
+      text += FormatHelpRow(code, FindRule(code).title);
+    }
+    return text + "\nmmcat help CODE explains one. docs/findings.md has them all.\n";
+  }
+
+  static void WriteHelp(const std::string& help) { WriteOutput(WrapLines(help, HelpWidth())); }
 
   /// Fills in the options that the command line leaves out. Throws SettingsError.
   void FillInFromSettings() {
@@ -193,27 +209,48 @@ class Parser {
     }
   }
 
+  static void UseHelpFormat(CLI::App& parser, const char* examples) {
+    const auto format = std::make_shared<HelpFormatter>(examples);
+    format->label("Positionals", "Arguments");
+    parser.formatter(format);
+  }
+
   void Add(const Command& command) {
     CLI::App& parser = *m_app.add_subcommand(command.name, command.summary);
-    parser.formatter(std::make_shared<HelpFormatter>(command.examples));
-    AddOutputOptions(parser, command.formats);
+    parser.group("Commands");
+    UseHelpFormat(parser, command.examples);
+    AddOutputOptions(parser, command);
     parser.callback([this, run = command.prepare(parser), use = command.settings] {
       m_run = run;
       m_settingsUse = use;
     });
-    AddCatalogOptions(parser, command.settings);
+    std::string footer = command.remarks;
     if (command.settings != SettingsUse::None) {
+      AddCatalogOptions(parser);
       AddSettingsOptions(parser);
+      footer += (footer.empty() ? "" : "\n") +
+                std::string(
+                    "By default the catalog is that of mmcat.toml, or else of this machine. Any "
+                    "of --folder, --gallery, --index and --data replaces it entirely.");
     }
+    parser.footer(footer);
   }
 
-  void AddOutputOptions(CLI::App& parser, const std::vector<OutputFormat>& moreFormats) {
+  void AddOutputOptions(CLI::App& parser, const Command& command) {
+    constexpr char kGroup[] = "Output";
+    parser.add_option("--output", m_outputFile, "File to print to instead of stdout")
+        ->type_name("FILE")
+        ->group(kGroup);
+    if (command.output == OutputUse::Verbatim) {
+      return;
+    }
     const auto chooseJson = [this](std::int64_t given) {
       if (given > 0) {  // a flag may also be given as "--json=false"
         m_output.format = OutputFormat::JsonDocument;
       }
     };
-    CLI::Option* const json = parser.add_flag("-j,--json", chooseJson, "The same as --format json");
+    CLI::Option* const json =
+        parser.add_flag("-j,--json", chooseJson, "The same as --format json")->group(kGroup);
     std::map<std::string, OutputFormat> formats;
     std::string names;
     const auto addFormat = [&](OutputFormat format) {
@@ -222,7 +259,7 @@ class Parser {
     };
     addFormat(OutputFormat::PlainText);
     addFormat(OutputFormat::JsonDocument);
-    std::for_each(moreFormats.begin(), moreFormats.end(), addFormat);
+    std::for_each(command.formats.begin(), command.formats.end(), addFormat);
     parser
         .add_option_function<std::string>(
             "--format",
@@ -234,18 +271,22 @@ class Parser {
             [formats, names](const std::string& name) {
               return formats.count(name) > 0 ? "" : name + ": not one of " + names;
             },
-            ""));
-    parser.add_option("--output", m_outputFile, "File to print to instead of stdout")
-        ->type_name("FILE");
-    parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR");
-    parser.add_flag("--wide", m_output.wide, "Shorten nothing to fit the terminal");
-    parser.add_flag_callback("--no-progress", Progress::Disable, "Do not show progress");
+            ""))
+        ->group(kGroup);
+    parser.add_flag("--no-color", m_output.noColor, "Do not use colours, as with NO_COLOR")
+        ->group(kGroup);
+    parser.add_flag("--wide", m_output.wide, "Shorten nothing to fit the terminal")->group(kGroup);
+    // Accepted by all commands, but not listed where there is neither progress nor a hint.
+    const char* const stderrGroup = command.settings == SettingsUse::None ? "" : kGroup;
+    parser.add_flag_callback("--no-progress", Progress::Disable, "Do not show progress")
+        ->group(stderrGroup);
     const auto quiet = [] {
       Progress::Disable();
       DisableHints();
     };
-    parser.add_flag_callback("--quiet", quiet,
-                             "Print only failures to stderr: no progress, no hints");
+    parser
+        .add_flag_callback("--quiet", quiet, "Print only failures to stderr: no progress, no hints")
+        ->group(stderrGroup);
     // Options are handled in the order in which they are added, this one before any with a path.
     parser
         .add_option_function<std::string>(
@@ -255,10 +296,11 @@ class Parser {
             },
             "Spelling of paths in the output (default: native)")
         ->type_name("native|windows")
-        ->check(CLI::Validator(ValidatePathSpelling, ""));
+        ->check(CLI::Validator(ValidatePathSpelling, ""))
+        ->group(kGroup);
   }
 
-  void AddCatalogOptions(CLI::App& parser, SettingsUse use) {
+  void AddCatalogOptions(CLI::App& parser) {
     constexpr char kGroup[] = "Where to look";
     const auto add = [&](const char* option, auto& value, auto* validate, const char* help) {
       return parser.add_option(option, value, help)
@@ -275,10 +317,6 @@ class Parser {
     add("--index", m_settings.indexFolder, ValidateFolder, "Folder of the index tables");
     add("--data", m_settings.dataFolder, ValidateFolder,
         "Folder that contains Repositories\\Repositories.xml");
-    parser.footer(std::string("By default the catalog is that of ") +
-                  (use == SettingsUse::None ? "" : "mmcat.toml, or else of ") +
-                  "this machine. Any of\n"
-                  "--folder, --gallery, --index and --data replaces it entirely.");
   }
 
   void AddSettingsOptions(CLI::App& parser) {

@@ -55,7 +55,8 @@ const CLI::App* FindCommand(const CLI::App& app, const std::string& name) {
 }
 
 void AddOptions(const CLI::App& command, Candidates& candidates) {
-  for (const CLI::Option* const option : command.get_options()) {
+  const auto isListed = [](const CLI::Option* option) { return !option->get_group().empty(); };
+  for (const CLI::Option* const option : command.get_options(isListed)) {
     for (const std::string& name : option->get_lnames()) {
       candidates.Add("--" + name, option->get_description());
     }
@@ -163,8 +164,12 @@ std::function<ExitCode()> Complete(const CLI::App& app, const std::vector<std::s
     if (before.empty()) {
       candidates.Add("help", "Explain a command");
     }
-    if (before.empty() || before == std::vector<std::string>{"help"}) {
+    const bool isTopic = before == std::vector<std::string>{"help"};
+    if (before.empty() || isTopic) {
       AddCommands(app, candidates);
+    }
+    if (isTopic) {
+      candidates.Add("findings", "What a check finds");
     }
   } else if (const CLI::Option* const option = FindOption(*command, before.back())) {
     AddValues(option->get_type_name(), candidates);

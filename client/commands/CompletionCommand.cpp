@@ -113,6 +113,8 @@ extern const Command kCompletionCommand = {
     PrepareCommand<Options, AddArguments, Run>,
     {},
     SettingsUse::None,
+    "",
+    OutputUse::Verbatim,
 };
 
 }  // namespace mmcat
