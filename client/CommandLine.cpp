@@ -2,13 +2,15 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
-#include <cstring>
 #include <map>
 #include <optional>
+#include <set>
 #include <stdexcept>
+#include <utility>
 
 #include "client/Completion.h"
 #include "client/Help.h"
+#include "client/OutputFile.h"
 #include "client/ResponseFile.h"
 #include "client/SettingsOptions.h"
 #include "client/WrongUsage.h"
@@ -114,14 +116,9 @@ class Parser {
       PrintRemark("--recursive requires --folder" + FormatHelpHint(typed.front()));
       return kUsage;
     }
-    return [run = m_run, settings = m_settings, output = m_output, outputFile = m_outputFile,
-            usesCatalog]() mutable {
-      if (!outputFile.empty()) {
-        if (const int error = RedirectOutput(ToSystemPath(outputFile).c_str())) {
-          PrintRemark(outputFile + ": " + std::strerror(error));
-          return kOutputFailed;
-        }
-      }
+    ChooseFormatOfFile();
+    std::function<ExitCode()> command = [run = m_run, settings = m_settings, output = m_output,
+                                         usesCatalog]() mutable {
       try {
         if (usesCatalog) {
           output.failures = ApplyCatalogSettings(settings);
@@ -134,6 +131,12 @@ class Parser {
         UsePage(PageOfTerminal());
       }
       return run(output);
+    };
+    if (m_outputFile.empty()) {
+      return command;
+    }
+    return [file = m_outputFile, format = m_output.format, command = std::move(command)] {
+      return PrintToFile(file, format, command);
     };
   }
 
@@ -215,14 +218,29 @@ class Parser {
     parser.formatter(format);
   }
 
+  /// Prints in the format of a file's extension if the command has it and none was chosen.
+  void ChooseFormatOfFile() {
+    const std::optional<OutputFormat> format = FormatOfFile(m_outputFile);
+    if (!format || m_isFormatChosen) {
+      return;
+    }
+    if (m_formats.count(*format) > 0) {
+      m_output.format = *format;
+    } else {
+      PrintHint(m_outputFile + ": written as text; this command has no format " + NameOf(*format));
+    }
+  }
+
   void Add(const Command& command) {
     CLI::App& parser = *m_app.add_subcommand(command.name, command.summary);
     parser.group("Commands");
     UseHelpFormat(parser, command.examples);
     AddOutputOptions(parser, command);
-    parser.callback([this, run = command.prepare(parser), use = command.settings] {
+    parser.callback([this, run = command.prepare(parser), &command] {
       m_run = run;
-      m_settingsUse = use;
+      m_settingsUse = command.settings;
+      m_formats = {OutputFormat::PlainText, OutputFormat::JsonDocument};
+      m_formats.insert(command.formats.begin(), command.formats.end());
     });
     std::string footer = command.remarks;
     if (command.settings != SettingsUse::None) {
@@ -238,7 +256,9 @@ class Parser {
 
   void AddOutputOptions(CLI::App& parser, const Command& command) {
     constexpr char kGroup[] = "Output";
-    parser.add_option("--output", m_outputFile, "File to print to instead of stdout")
+    parser
+        .add_option("--output", m_outputFile,
+                    "File to print to instead of stdout; its extension may choose the format")
         ->type_name("FILE")
         ->group(kGroup);
     if (command.output == OutputUse::Verbatim) {
@@ -247,6 +267,7 @@ class Parser {
     const auto chooseJson = [this](std::int64_t given) {
       if (given > 0) {  // a flag may also be given as "--json=false"
         m_output.format = OutputFormat::JsonDocument;
+        m_isFormatChosen = true;
       }
     };
     CLI::Option* const json =
@@ -263,7 +284,10 @@ class Parser {
     parser
         .add_option_function<std::string>(
             "--format",
-            [this, formats](const std::string& name) { m_output.format = formats.at(name); },
+            [this, formats](const std::string& name) {
+              m_output.format = formats.at(name);
+              m_isFormatChosen = true;
+            },
             "What to print (default: text)")
         ->type_name(names)
         ->excludes(json)
@@ -338,7 +362,9 @@ class Parser {
   SettingsChoice m_settingsChoice;
   SettingsUse m_settingsUse = SettingsUse::None;
   OutputOptions m_output;
-  std::string m_outputFile;  ///< empty for stdout
+  std::set<OutputFormat> m_formats;  ///< that the command can print
+  bool m_isFormatChosen = false;     ///< by an option or a settings file
+  std::string m_outputFile;          ///< empty for stdout
   CommandRun m_run;
 };
 

@@ -8,11 +8,14 @@
 #include <cerrno>
 #include <cstdio>
 #include <cstring>
+#include <iterator>
 #include <memory>
 #include <stdexcept>
+#include <utility>
 
 #include "client/catalog/PathSpelling.h"
 #include "client/catalog/SystemError.h"
+#include "common/UniqueFile.h"
 
 namespace mmcat {
 
@@ -22,6 +25,63 @@ struct FileCloser {
   void operator()(FILE* file) const noexcept { std::fclose(file); }
 };
 using UniqueStream = std::unique_ptr<FILE, FileCloser>;
+using qm::common::WideString;
+
+/// What a path leads to that is to be written.
+struct Target {
+  explicit Target(const std::string& userPath);
+
+  WideString path;
+  DWORD error = ERROR_SUCCESS;  ///< why it cannot be opened: ERROR_FILE_NOT_FOUND if it is new
+  bool isDevice = false;
+};
+
+Target::Target(const std::string& userPath) : path(ToSystemPath(userPath)) {
+  const qm::common::UniqueFile file(::CreateFileW(
+      path.c_str(), GENERIC_WRITE, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr,
+      OPEN_EXISTING, FILE_ATTRIBUTE_NORMAL, nullptr));
+  if (!file) {
+    error = ::GetLastError();
+    return;
+  }
+  isDevice = ::GetFileType(file.Get()) != FILE_TYPE_DISK;
+  // A link stays one, and what it leads to is replaced.
+  wchar_t real[1024];
+  const DWORD size =
+      ::GetFinalPathNameByHandleW(file.Get(), real, std::size(real), FILE_NAME_NORMALIZED);
+  if (!isDevice && size > 0 && size < std::size(real)) {
+    path = real;
+  }
+}
+
+/// A name beside a file, which no other process uses.
+WideString MakeFreshName(const WideString& file) {
+  return file + L"." + std::to_wstring(::GetCurrentProcessId()).c_str() + L".new";
+}
+
+/// Refuses what could be replaced and should not be.
+void RequireOrdinary(const Target& target) {
+  const DWORD attributes = ::GetFileAttributesW(target.path.c_str());
+  if (attributes == INVALID_FILE_ATTRIBUTES) {
+    return;
+  }
+  if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+    throw std::runtime_error("this is a folder");
+  }
+  if (!target.isDevice && (attributes & FILE_ATTRIBUTE_READONLY)) {
+    throw std::runtime_error("the file is read-only");
+  }
+}
+
+void WriteAndClose(UniqueStream file, const std::string& text) {
+  const bool isWritten =
+      file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
+  // Some of it may be written only now, and closing does not report every failure of that.
+  const bool isFlushed = isWritten && std::fflush(file.get()) == 0;
+  if (!isFlushed || std::fclose(file.release()) != 0) {
+    throw std::runtime_error(std::strerror(errno));
+  }
+}
 
 }  // namespace
 
@@ -51,24 +111,37 @@ std::string ReadTextFile(const std::string& path, size_t largest) {
 }
 
 void WriteTextFile(const std::string& path, const std::string& text) {
-  const qm::common::WideString target = ToSystemPath(path);
-  const qm::common::WideString fresh = target + L".new";
-  UniqueStream file(::_wfopen(fresh.c_str(), L"wb"));
-  if (!file) {
-    throw std::runtime_error(std::strerror(errno));
+  const Target target(path);
+  RequireOrdinary(target);
+  const WideString fresh = MakeFreshName(target.path);
+  UniqueStream file(target.isDevice ? nullptr : ::_wfopen(fresh.c_str(), L"wb"));
+  if (!file && target.error == ERROR_SUCCESS) {
+    WriteAndClose(UniqueStream(::_wfopen(target.path.c_str(), L"wb")), text);
+    return;
   }
-  const bool isWritten = std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-  // Some of it may be written only now.
-  const bool isClosed = std::fclose(file.release()) == 0;
-  if (!isWritten || !isClosed) {
-    const std::string reason = std::strerror(errno);
+  try {
+    WriteAndClose(std::move(file), text);
+    if (!::MoveFileExW(fresh.c_str(), target.path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+      throw std::runtime_error(FormatSystemError(::GetLastError()));
+    }
+  } catch (const std::runtime_error&) {
     ::DeleteFileW(fresh.c_str());
-    throw std::runtime_error(reason);
+    throw;
   }
-  if (!::MoveFileExW(fresh.c_str(), target.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-    const DWORD code = ::GetLastError();
-    ::DeleteFileW(fresh.c_str());
-    throw std::runtime_error(FormatSystemError(code));
+}
+
+void RequireWritable(const std::string& path) {
+  const Target target(path);
+  RequireOrdinary(target);
+  DWORD error = target.error;
+  if (error == ERROR_FILE_NOT_FOUND) {
+    const qm::common::UniqueFile probe(::CreateFileW(MakeFreshName(target.path).c_str(),
+                                                     GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
+                                                     FILE_FLAG_DELETE_ON_CLOSE, nullptr));
+    error = probe ? ERROR_SUCCESS : ::GetLastError();
+  }
+  if (error != ERROR_SUCCESS) {
+    throw std::runtime_error(FormatSystemError(error));
   }
 }
 

@@ -6,13 +6,17 @@
 
 namespace mmcat {
 
-// Whole text files, by the path that the user gave. Both throw std::runtime_error with the system's
+// Whole text files, by the path that the user gave. All throw std::runtime_error with the system's
 // reason if the file cannot be read or written.
 
 /// Reads a file, or stdin for "-". Refuses one with more than `largest` bytes.
 std::string ReadTextFile(const std::string& path, size_t largest = SIZE_MAX);
 
-/// Writes a file in place of an existing one, which stays as it is if this fails.
+/// Writes a file in place of an existing one, which stays as it is if this fails. A device gets the
+/// text as it is. Only if a file cannot be made beside an existing one is that one overwritten.
 void WriteTextFile(const std::string& path, const std::string& text);
+
+/// Throws what WriteTextFile would throw as far as that is known before. Changes nothing.
+void RequireWritable(const std::string& path);
 
 }  // namespace mmcat

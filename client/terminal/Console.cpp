@@ -1,10 +1,10 @@
 #include "client/terminal/Console.h"
 
 #include <algorithm>
-#include <cerrno>
 #include <cstdio>
 #include <cwchar>
 #include <iterator>
+#include <optional>
 #include <string_view>
 
 #include "text/Utf.h"
@@ -14,6 +14,7 @@ namespace mmcat {
 namespace {
 
 bool g_consoleFailed = false;
+std::optional<std::string> g_collected;  // what is written to stdout, if it is kept
 
 bool IsConsole(DWORD standardHandle) noexcept {
   DWORD mode = 0;
@@ -76,7 +77,8 @@ void WriteTo(DWORD standardHandle, FILE* stream, const std::string& text) {
 }  // namespace
 
 bool IsTerminal(DWORD standardHandle) noexcept {
-  return IsConsole(standardHandle) || IsRelayed(standardHandle);
+  const bool isCollected = g_collected && standardHandle == STD_OUTPUT_HANDLE;
+  return !isCollected && (IsConsole(standardHandle) || IsRelayed(standardHandle));
 }
 
 size_t GetTerminalWidth(DWORD standardHandle) noexcept {
@@ -91,8 +93,18 @@ size_t GetTerminalWidth(DWORD standardHandle) noexcept {
   return width > 0 ? static_cast<size_t>(width) : kUnknown;
 }
 
-int RedirectOutput(const wchar_t* path) noexcept {
-  return ::_wfreopen(path, L"w", stdout) ? 0 : errno;
+void CollectOutput() { g_collected.emplace(); }
+
+std::string TakeOutput() {
+  std::string text;
+  for (const char c : *g_collected) {
+    if (c == '\n') {
+      text += '\r';
+    }
+    text += c;
+  }
+  g_collected.reset();
+  return text;
 }
 
 bool CanShowEllipsis() noexcept {
@@ -107,7 +119,13 @@ bool CanShowEllipsis() noexcept {
                                  !isReplaced);
 }
 
-void WriteOutput(const std::string& text) { WriteTo(STD_OUTPUT_HANDLE, stdout, text); }
+void WriteOutput(const std::string& text) {
+  if (g_collected) {
+    *g_collected += text;
+  } else {
+    WriteTo(STD_OUTPUT_HANDLE, stdout, text);
+  }
+}
 
 void WriteError(const std::string& text) {
   WriteTo(STD_ERROR_HANDLE, stderr, text);
@@ -137,13 +155,12 @@ void EraseErrorLine() noexcept {
 }
 
 bool EnableColors() noexcept {
-  if (AreColorsForbidden()) {
+  if (AreColorsForbidden() || !IsTerminal(STD_OUTPUT_HANDLE)) {
     return false;
   }
   DWORD mode = 0;
-  return ::GetConsoleMode(GetOutputHandle(), &mode)
-             ? ::SetConsoleMode(GetOutputHandle(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0
-             : IsRelayed(STD_OUTPUT_HANDLE);
+  return !::GetConsoleMode(GetOutputHandle(), &mode) ||
+         ::SetConsoleMode(GetOutputHandle(), mode | ENABLE_VIRTUAL_TERMINAL_PROCESSING) != 0;
 }
 
 ConsoleMode::ConsoleMode() noexcept {

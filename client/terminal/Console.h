@@ -19,9 +19,11 @@ bool IsTerminal(DWORD standardHandle) noexcept;
 /// The width in characters of the terminal behind a standard handle; 80 if it is unknown.
 size_t GetTerminalWidth(DWORD standardHandle) noexcept;
 
-/// Makes a file stdout, in place of what it was; the file need not exist. Returns the C library's
-/// error code, or 0.
-int RedirectOutput(const wchar_t* path) noexcept;
+/// Keeps what is written to stdout from then on, instead of writing it. Stdout is no terminal then.
+void CollectOutput();
+
+/// Returns what was kept, with the line ends of a text file of the system.
+std::string TakeOutput();
 
 /// Returns whether the terminal of stdout shows U+2026, the ellipsis.
 bool CanShowEllipsis() noexcept;
