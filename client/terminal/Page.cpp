@@ -14,6 +14,9 @@ Page& GetPage() noexcept {
   return page;
 }
 
+bool g_isShortened = false;
+std::string g_leftOut;  // headings, separated by commas
+
 }  // namespace
 
 Page PageOfTerminal() {
@@ -32,5 +35,23 @@ Page PageOfTerminal() {
 void UsePage(Page page) noexcept { GetPage() = std::move(page); }
 
 const Page& CurrentPage() noexcept { return GetPage(); }
+
+void NoteShortened(const std::vector<std::string>& leftOut) {
+  g_isShortened = g_isShortened || leftOut.empty();
+  for (const std::string& heading : leftOut) {
+    if ((", " + g_leftOut + ',').find(", " + heading + ',') == std::string::npos) {
+      g_leftOut += (g_leftOut.empty() ? "" : ", ") + heading;
+    }
+  }
+}
+
+std::string TakeShorteningNote() {
+  const bool isShortened = std::exchange(g_isShortened, false);
+  const std::string leftOut = std::exchange(g_leftOut, "");
+  if (!isShortened) {
+    return leftOut.empty() ? "" : "(--wide adds " + leftOut + ")\n";
+  }
+  return "(shortened; --wide gives all" + (leftOut.empty() ? "" : ", and adds " + leftOut) + ")\n";
+}
 
 }  // namespace mmcat

@@ -2,6 +2,7 @@
 
 #include <optional>
 #include <string>
+#include <vector>
 
 namespace mmcat {
 
@@ -20,5 +21,11 @@ Page PageOfTerminal();
 void UsePage(Page page) noexcept;
 
 const Page& CurrentPage() noexcept;
+
+/// Notes that a table shortens cells for the page, or leaves out the columns with these headings.
+void NoteShortened(const std::vector<std::string>& leftOut);
+
+/// A line for the reader on all that was noted since the last call; empty if nothing was.
+std::string TakeShorteningNote();
 
 }  // namespace mmcat

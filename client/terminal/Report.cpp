@@ -47,6 +47,7 @@ void Report::AddFailure(FileFailure failure) {
 }
 
 ExitCode Report::Finish(ExitCode outcome) {
+  Print(TakeShorteningNote());
   if (IsJson()) {
     Json errors = Json::array();
     for (const FileFailure& failure : m_failures) {
@@ -58,6 +59,10 @@ ExitCode Report::Finish(ExitCode outcome) {
     m_document["errors"] = std::move(errors);
     WriteOutput(FormatJson(m_document));
   }
+  return ExitCodeAfter(outcome);
+}
+
+ExitCode Report::ExitCodeAfter(ExitCode outcome) const {
   const bool someUnreadable =
       std::any_of(m_failures.begin(), m_failures.end(),
                   [&](const FileFailure& failure) { return m_accepted.count(failure.file) == 0; });

@@ -66,8 +66,12 @@ class Report {
   /// Keeps the failures of a file, which the user accepts, from deciding the exit code.
   void AcceptFailures(const std::string& file) { m_accepted.insert(file); }
 
-  /// Prints the document if the output is JSON. Returns the exit code of a command with this
-  /// outcome: failures take precedence over findings, and kNothingMatched over failures.
+  /// The exit code of a command with this outcome: failures take precedence over findings, and
+  /// kNothingMatched over failures.
+  ExitCode ExitCodeAfter(ExitCode outcome) const;
+
+  /// Prints the document if the output is JSON, and below a text what it had no room for. Returns
+  /// the exit code.
   ExitCode Finish(ExitCode outcome = kSuccess);
 
  private:

@@ -2,6 +2,8 @@
 
 #include <algorithm>
 #include <numeric>
+#include <set>
+#include <utility>
 
 #include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
@@ -17,6 +19,7 @@ constexpr size_t kGap = 2;  // blanks between columns
 struct Column {
   std::vector<const std::string*> cells;
   size_t width = 0;
+  bool isNarrowed = false;  ///< some cells are wider
 
   const std::string& Heading() const { return *cells.front(); }
   /// Returns whether all rows have the same cell.
@@ -32,9 +35,35 @@ size_t MeasureTable(const std::vector<Column>& columns, size_t indent) {
                          [](size_t sum, const Column& column) { return sum + column.width; });
 }
 
-/// The columns to which a column can be shortened without becoming unreadable.
-size_t MeasureReadable(const Column& column, bool isFirst) {
-  return std::min<size_t>(column.width, isFirst ? 24 : 20);
+/// The position of the column that identifies a row: the first with a heading.
+size_t FindIdentity(const std::vector<Column>& columns) {
+  const auto found = std::find_if(columns.begin(), columns.end() - 1,
+                                  [](const Column& column) { return !column.Heading().empty(); });
+  return static_cast<size_t>(found - columns.begin());
+}
+
+/// The columns that a cell takes if its module IDs are as short as possible.
+size_t MeasureShortIds(const std::string& cell) {
+  return MeasureWidth(ShortenIds(cell, 0, CurrentPage().ellipsis));
+}
+
+bool HasIds(const Column& column) {
+  return std::any_of(column.cells.begin(), column.cells.end(), [](const std::string* cell) {
+    return MeasureShortIds(*cell) < MeasureWidth(*cell);
+  });
+}
+
+/// The columns to which a column can be shortened without becoming unreadable. What identifies a
+/// row is whole unless it is wider than `widestIdentity`, and so are the words around an ID.
+size_t MeasureReadable(const Column& column, bool isIdentity, size_t widestIdentity) {
+  constexpr size_t kText = 20;
+  constexpr size_t kIds = 42;
+  size_t width = MeasureWidth(column.Heading());
+  const size_t most = isIdentity ? widestIdentity : HasIds(column) ? kIds : kText;
+  for (const std::string* cell : column.cells) {
+    width = std::max(width, std::min(MeasureShortIds(*cell), most));
+  }
+  return width;
 }
 
 /// Takes out the columns that say the same in every row, or nothing, but never the first. Returns
@@ -61,40 +90,83 @@ std::string TakeUniformColumns(std::vector<Column>& columns) {
   return lines;
 }
 
-/// Leaves out columns from the right until the others can be read. Returns their headings.
-std::string LeaveOutColumns(std::vector<Column>& columns, size_t indent, size_t pageWidth) {
-  constexpr size_t kFewest = 2;
-  std::string headings;
-  while (columns.size() > kFewest) {
-    size_t width = indent;
-    for (const Column& column : columns) {
-      width += MeasureReadable(column, &column == &columns.front()) + kGap;
-    }
-    if (width - kGap <= pageWidth) {
-      break;
-    }
-    headings.insert(0, (headings.empty() ? "" : ", ")).insert(0, columns.back().Heading());
-    columns.pop_back();
+/// Leaves out columns from the right, and narrows the others, until they fit into `room`. Returns
+/// false, with the columns as they were, if fewer than two would be left.
+bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity) {
+  const size_t identity = FindIdentity(columns);
+  std::vector<size_t> widths;
+  widths.reserve(columns.size());
+  for (const Column& column : columns) {
+    widths.push_back(MeasureReadable(column, &column == &columns[identity], widestIdentity));
   }
-  return headings;
-}
-
-/// Narrows the widest columns until the table fits.
-void NarrowColumns(std::vector<Column>& columns, size_t indent, size_t pageWidth) {
-  while (MeasureTable(columns, indent) > pageWidth) {
-    Column* widest = nullptr;
-    for (Column& column : columns) {
-      const bool isFirst = &column == &columns.front();
-      if (column.width > MeasureReadable(column, isFirst) &&
-          (!widest || column.width > widest->width)) {
-        widest = &column;
+  const auto sum = [&] {
+    return std::accumulate(widths.begin(), widths.end(), kGap * (widths.size() - 1));
+  };
+  while (sum() > room) {
+    if (widths.size() <= identity + 2) {
+      return false;
+    }
+    widths.pop_back();
+  }
+  std::vector<std::string> leftOut;
+  for (size_t i = widths.size(); i < columns.size(); ++i) {
+    leftOut.push_back(columns[i].Heading());
+  }
+  columns.resize(widths.size());
+  // More digits of an ID are of less use than more of a text.
+  for (const bool fillsIds : {false, true}) {
+    for (size_t i = 0; i < columns.size(); ++i) {
+      if (HasIds(columns[i]) == fillsIds) {
+        widths[i] += std::min(columns[i].width - widths[i], room - sum());
       }
     }
-    if (!widest) {
+  }
+  for (size_t i = 0; i < columns.size(); ++i) {
+    columns[i].isNarrowed = widths[i] < columns[i].width;
+    columns[i].width = widths[i];
+    if (columns[i].isNarrowed) {
+      NoteShortened({});
+    }
+  }
+  if (!leftOut.empty()) {
+    NoteShortened(leftOut);
+  }
+  return true;
+}
+
+/// The cells of a column, shortened to its width. Cells that differ do so afterwards too, if that
+/// is possible.
+std::vector<std::string> ShortenCells(const Column& column) {
+  const std::string& ellipsis = CurrentPage().ellipsis;
+  std::vector<std::string> best;
+  size_t mostDistinct = 0;
+  std::set<std::string> whole;
+  for (const std::string* cell : column.cells) {
+    whole.insert(*cell);
+  }
+  const auto attempt = [&](auto shorten) {
+    std::vector<std::string> cells;
+    for (const std::string* cell : column.cells) {
+      cells.push_back(shorten(*cell));
+    }
+    const size_t distinct = std::set<std::string>(cells.begin(), cells.end()).size();
+    if (distinct > mostDistinct) {
+      mostDistinct = distinct;
+      best = std::move(cells);
+    }
+    return mostDistinct == whole.size();
+  };
+  const size_t width = column.width;
+  if (attempt([&](const std::string& cell) { return ShortenMiddle(cell, width, ellipsis); })) {
+    return best;
+  }
+  for (const size_t end : {width * 2 / 3, width, size_t{0}, width / 2}) {
+    if (attempt(
+            [&](const std::string& cell) { return ShortenBefore(cell, end, width, ellipsis); })) {
       break;
     }
-    --widest->width;
   }
+  return best;
 }
 
 /// The cells of a single row below each other.
@@ -106,8 +178,36 @@ std::string FormatFields(const std::vector<Column>& columns, const std::string& 
   std::string text;
   for (const Column& column : columns) {
     const std::string& heading = column.Heading();
+    if (heading.empty()) {
+      continue;  // the number of the only row
+    }
     text += indent + MarkHeading(heading) + std::string(width - MeasureWidth(heading) + kGap, ' ') +
             *column.cells[1] + '\n';
+  }
+  return text;
+}
+
+/// A row whose columns do not fit beside each other: what identifies it, and the rest below.
+std::string FormatStackedRow(const std::vector<Column>& columns, size_t row,
+                             const std::string& indent) {
+  const Page& page = CurrentPage();
+  const size_t identity = FindIdentity(columns);
+  std::string text = indent;
+  for (size_t i = 0; i <= identity; ++i) {
+    text += (i == 0 ? "" : "  ") + *columns[i].cells[row];
+  }
+  text += '\n';
+  for (size_t i = identity + 1; i < columns.size(); ++i) {
+    const std::string& cell = *columns[i].cells[row];
+    if (!cell.empty()) {
+      const std::string start = indent + "    " + columns[i].Heading() + ": ";
+      const size_t width = *page.width - std::min(*page.width, MeasureWidth(start));
+      const std::string shortened = ShortenIds(cell, width, page.ellipsis);
+      text += start + shortened + '\n';
+      if (shortened != cell) {
+        NoteShortened({});
+      }
+    }
   }
   return text;
 }
@@ -151,30 +251,47 @@ std::string TextTable::ToString(const std::string& indent) const {
   }
   const size_t rows = columns.front().cells.size();  // with the headings
   std::string text;
-  std::string leftOut;
+  bool isStacked = false;
   if (page.width && rows > 1) {
     text = TakeUniformColumns(columns);
-    if (rows == 2 && !hasLines && MeasureTable(columns, indent.size()) > *page.width) {
-      return FormatFields(columns, indent);
+    if (MeasureTable(columns, indent.size()) > *page.width) {
+      if (rows == 2 && !hasLines) {
+        return FormatFields(columns, indent);
+      }
+      // Few file names are very long, and IDs are not recognised without their names.
+      constexpr size_t kWide = 48;
+      const size_t narrow = HasIds(columns[FindIdentity(columns)]) ? kWide : 32;
+      const size_t room = *page.width - indent.size();
+      isStacked = !FitColumns(columns, room, kWide) && !FitColumns(columns, room, narrow);
     }
-    leftOut = LeaveOutColumns(columns, indent.size(), *page.width);
-    NarrowColumns(columns, indent.size(), *page.width);
+  }
+  std::vector<std::vector<std::string>> narrowed;  // cells by column
+  narrowed.reserve(columns.size());
+  for (const Column& column : columns) {
+    narrowed.push_back(column.isNarrowed ? ShortenCells(column) : std::vector<std::string>());
   }
   size_t number = 0;
   for (const Row& row : m_rows) {
-    std::string line = row.isLine ? row.cells.front() : indent;
-    for (const Column& column : columns) {
-      if (!row.isLine) {
-        const std::string cell = ShortenMiddle(*column.cells[number], column.width, page.ellipsis);
-        line += cell;
-        line.append(column.width - MeasureWidth(cell) + kGap, ' ');
-      }
+    if (row.isLine) {
+      text += row.cells.front() + '\n';
+      continue;
     }
-    number += !row.isLine;
+    const size_t position = number++;
+    if (isStacked) {
+      text += position == 0 ? "" : FormatStackedRow(columns, position, indent);
+      continue;
+    }
+    std::string line = indent;
+    for (size_t i = 0; i < columns.size(); ++i) {
+      const std::string& cell =
+          columns[i].isNarrowed ? narrowed[i][position] : *columns[i].cells[position];
+      line += cell;
+      line.append(columns[i].width - MeasureWidth(cell) + kGap, ' ');
+    }
     line.erase(line.find_last_not_of(' ') + 1);
-    text += (&row == &m_rows.front() ? MarkHeading(line) : line) + '\n';
+    text += (position == 0 ? MarkHeading(line) : line) + '\n';
   }
-  return leftOut.empty() ? text : text + "(--wide adds " + leftOut + ")\n";
+  return text;
 }
 
 }  // namespace mmcat

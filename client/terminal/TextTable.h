@@ -14,7 +14,9 @@ std::string MakePrintable(std::string text);
 /// On a page of limited width (Page.h), the table fits it: columns without a value are left out;
 /// a column whose cells are all equal becomes a line above the table; a single row that is too wide
 /// becomes a list of its cells. If that is not enough, columns are left out from the right, and
-/// cells are shortened in their middle. So what identifies a row comes first.
+/// cells are shortened, those that identify a row last: they are in the first column with a
+/// heading. If fewer than two columns would be left, each row becomes a list below what identifies
+/// it.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::string> headings) { AddRow(std::move(headings)); }

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <vector>
 
 namespace mmcat {
 
@@ -67,22 +68,31 @@ std::string_view LastPart(std::string_view text) noexcept {
   return slash == std::string_view::npos || slash == 0 ? "" : text.substr(slash);
 }
 
-/// The parts of a module key such as "TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033".
-struct KeyParts {
-  std::string_view name;      ///< with its dot; empty if the text is no key with a GUID
-  std::string_view language;  ///< with its colon
-};
-
-KeyParts SplitKey(std::string_view text) noexcept {
+/// Where the GUIDs of module IDs are in a text, such as that of
+/// "TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033", without the dots before them.
+std::vector<std::string_view> FindGuids(std::string_view text) {
   constexpr size_t kGuidDigits = 32;
-  const size_t dot = text.rfind('.');
-  if (dot == std::string_view::npos) {
-    return {};
+  std::vector<std::string_view> guids;
+  for (size_t dot = text.find('.'); dot != std::string_view::npos; dot = text.find('.', dot + 1)) {
+    const size_t end =
+        std::min(text.find_first_not_of("0123456789ABCDEFabcdef_", dot + 1), text.size());
+    if (end - dot > kGuidDigits) {
+      guids.push_back(text.substr(dot + 1, end - dot - 1));
+    }
   }
-  const size_t end =
-      std::min(text.find_first_not_of("0123456789ABCDEFabcdef_", dot + 1), text.size());
-  const bool isKey = end - dot > kGuidDigits && (end == text.size() || text[end] == ':');
-  return isKey ? KeyParts{text.substr(0, dot + 1), text.substr(end)} : KeyParts{};
+  return guids;
+}
+
+/// A text with `digits` of each of these GUIDs, which are in it.
+std::string ShortenGuids(const std::string& text, const std::vector<std::string_view>& guids,
+                         size_t digits, const std::string& ellipsis) {
+  std::string shortened;
+  const char* position = text.data();
+  for (const std::string_view guid : guids) {
+    shortened.append(position, guid.data() + digits).append(ellipsis);
+    position = guid.data() + guid.size();
+  }
+  return shortened.append(position, text.data() + text.size());
 }
 
 std::string ShortenBetween(std::string_view text, size_t start, size_t end,
@@ -176,6 +186,31 @@ std::string_view TakeEnd(std::string_view text, size_t width) noexcept {
   return text;
 }
 
+std::string ShortenIds(const std::string& text, size_t width, const std::string& ellipsis) {
+  const std::vector<std::string_view> guids = FindGuids(text);
+  if (guids.empty() || MeasureWidth(text) <= width) {
+    return text;
+  }
+  size_t others = MeasureWidth(text) + guids.size() * MeasureWidth(ellipsis);
+  for (const std::string_view guid : guids) {
+    others -= guid.size();
+  }
+  constexpr size_t kFewest = 3;
+  constexpr size_t kMost = 31;  // one less than a GUID has
+  const size_t digits = (width - std::min(others, width)) / guids.size();
+  return ShortenGuids(text, guids, std::min(std::max(digits, kFewest), kMost), ellipsis);
+}
+
+std::string ShortenBefore(const std::string& text, size_t end, size_t width,
+                          const std::string& ellipsis) {
+  if (MeasureWidth(text) <= width) {
+    return text;
+  }
+  const size_t room = width - std::min(MeasureWidth(ellipsis), width);
+  const size_t kept = std::min(end, room);
+  return ShortenBetween(text, room - kept, kept, ellipsis);
+}
+
 std::string ShortenMiddle(const std::string& text, size_t width, const std::string& ellipsis) {
   if (MeasureWidth(text) <= width) {
     return text;
@@ -183,15 +218,9 @@ std::string ShortenMiddle(const std::string& text, size_t width, const std::stri
   const size_t room = width - std::min(MeasureWidth(ellipsis), width);
   const size_t part = MeasureWidth(LastPart(text));
   if (part > 0 && part <= room) {
-    return ShortenBetween(text, room - part, part, ellipsis);
+    return ShortenBefore(text, part, width, ellipsis);
   }
-  constexpr size_t kDigits = 3;  // of the GUID, at least
-  const KeyParts key = SplitKey(text);
-  const size_t language = MeasureWidth(key.language);
-  if (!key.name.empty() && MeasureWidth(key.name) + kDigits + language <= room) {
-    return ShortenBetween(text, room - language, language, ellipsis);
-  }
-  return ShortenBetween(text, room - room / 3, room / 3, ellipsis);
+  return ShortenBefore(ShortenIds(text, width, ellipsis), room / 3, width, ellipsis);
 }
 
 std::string WrapLines(const std::string& text, size_t width) {

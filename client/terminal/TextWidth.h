@@ -18,9 +18,18 @@ std::string_view TakeStart(std::string_view text, size_t width) noexcept;
 /// The longest end of a text that fits into `width` columns.
 std::string_view TakeEnd(std::string_view text, size_t width) noexcept;
 
-/// Shortens a text to `width` columns, which the ellipsis replaces in its middle. The name and
-/// language of a module key, the first digits of its GUID, and the file name of a path are what
-/// people recognise: these are kept as long as they fit. A text that fits is returned unchanged.
+/// Shortens the GUIDs of the module IDs in a text, to three digits each at least, so that it takes
+/// `width` columns if that is enough.
+std::string ShortenIds(const std::string& text, size_t width, const std::string& ellipsis);
+
+/// Shortens a text to `width` columns by putting the ellipsis before its last `end` columns. A text
+/// that fits is returned unchanged.
+std::string ShortenBefore(const std::string& text, size_t end, size_t width,
+                          const std::string& ellipsis);
+
+/// Shortens a text to `width` columns in its middle. The first digits of a GUID and everything
+/// around it, and the file name of a path, are what people recognise: these are kept as long as
+/// they fit. A text that fits is returned unchanged.
 std::string ShortenMiddle(const std::string& text, size_t width, const std::string& ellipsis);
 
 /// Breaks each line that is wider than `width` columns between words, and indents what follows

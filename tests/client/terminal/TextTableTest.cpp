@@ -12,7 +12,10 @@ namespace {
 
 class TextTableTest : public testing::Test {
  protected:
-  void TearDown() override { UsePage({}); }
+  void TearDown() override {
+    UsePage({});
+    TakeShorteningNote();
+  }
 
   static std::string Format(const TextTable& table) { return RemoveMarks(table.ToString(" ")); }
 };
@@ -35,16 +38,43 @@ TEST_F(TextTableTest, APageLeavesOutWhatSaysNothingAndNamesWhatItHasNoRoomFor) {
   table.AddRow({"two", kPen, "yes", "", "/another/rather/long/path/of/it.txt"});
   EXPECT_EQ(Format(table),
             "Same: yes\n"
-            " Name  Key                   Path\n"
-            " one   TinyZip.DC6CE4…:1033  /a/rather/l\u2026/file.txt\n"
-            " two   PenHolder.F6BA…:1033  /another/rath\u2026/it.txt\n");
+            " Name  Key                  Path\n"
+            " one   TinyZip.DC6CE…:1033  /a/rather/lo\u2026/file.txt\n"
+            " two   PenHolder.F6B…:1033  /another/rathe\u2026/it.txt\n");
+  EXPECT_EQ(TakeShorteningNote(), "(shortened; --wide gives all)\n");
   UsePage({40});
   EXPECT_EQ(Format(table),
             "Same: yes\n"
             " Name  Key\n"
             " one   TinyZip.DC6CE4A1310E463AA8F\u2026:1033\n"
-            " two   PenHolder.F6BAAFB1_0E4A_4B6\u2026:1033\n"
-            "(--wide adds Path)\n");
+            " two   PenHolder.F6BAAFB1_0E4A_4B6\u2026:1033\n");
+  EXPECT_EQ(TakeShorteningNote(), "(shortened; --wide gives all, and adds Path)\n");
+  EXPECT_EQ(TakeShorteningNote(), "");
+}
+
+TEST_F(TextTableTest, WhatIdentifiesARowIsWholeOrAtLeastDifferent) {
+  TextTable table({"", "File", "Name", "Key"});
+  table.AddRow({"1", "Runtime_90_MFC_x86.msm", "The first of two libraries", kZip});
+  table.AddRow({"2", "Runtime_90_MFCLOC_x86.msm", "The second of two libraries", kPen});
+  UsePage({51});
+  EXPECT_EQ(Format(table),
+            "    File                       Name\n"
+            " 1  Runtime_90_MFC_x86.msm     The first of …raries\n"
+            " 2  Runtime_90_MFCLOC_x86.msm  The second of…raries\n");
+  UsePage({40});
+  EXPECT_EQ(Format(table),
+            " 1  Runtime_90_MFC_x86.msm\n"
+            "     Name: The first of two libraries\n"
+            "     Key: TinyZip.DC6CE4A1310E463A\u2026:1033\n"
+            " 2  Runtime_90_MFCLOC_x86.msm\n"
+            "     Name: The second of two libraries\n"
+            "     Key: PenHolder.F6BAAFB1_0E4A_\u2026:1033\n");
+  TextTable longNames({"File", "Size"});
+  const std::string same = "A_common_beginning_of_two_file_names_that_is_very_long";
+  longNames.AddRow({same + "_x86.msm", "1"});
+  longNames.AddRow({same + "_more_of_it_than_one_sees_x86.msm", "2"});
+  UsePage({60});
+  EXPECT_NE(Format(longNames).find("sees_x86.msm"), std::string::npos);
 }
 
 TEST_F(TextTableTest, ASingleRowThatIsTooWideBecomesAList) {
@@ -62,6 +92,8 @@ TEST(TextWidthTest, LongWordsAreShortenedWhereTheirReaderMissesLeast) {
   } cases[] = {
       {kZip, 20, "TinyZip.DC6CE4\u2026:1033"},
       {kZip, 12, "TinyZip.\u2026033"},  // no room for the parts of a key
+      {"TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033 at least 3.0.0.0", 34,
+       "TinyZip.DC6\u2026:1033 at least 3.0.0.0"},
       {"C:\\Modules\\More\\TinyZip.msm", 20, "C:\\Modu\u2026\\TinyZip.msm"},
       {"C:\\Modules\\A very long name.msm", 10, "C:\\Mod\u2026msm"},
       {"\u6f22\u5b57\u6f22\u5b57\u6f22\u5b57", 6, "\u6f22\u5b57\u2026"},
