@@ -176,19 +176,23 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 /// Prints what of the baseline and of the rules matches no finding. It might hide another one.
-void PrintUnmatched(const Options& options, const Judgement& judgement) {
+void PrintUnmatched(const Options& options, const Judgement& judgement, bool isPruned) {
   constexpr size_t kMost = 10;
   for (const IgnoreRule& rule : judgement.unmatchedRules) {
     PrintRemark("ignore " + rule.text + ": no finding matches");
   }
   const std::vector<BaselineEntry>& entries = judgement.unmatched;
   for (size_t i = 0; i < std::min(entries.size(), kMost); ++i) {
-    PrintRemark(options.baseline + ": no finding matches " + FormatIdentity(entries[i].identity) +
+    PrintRemark(options.baseline + (isPruned ? ": removed " : ": no finding matches ") +
+                FormatIdentity(entries[i].identity) +
                 (entries[i].count == 1 ? "" : " (" + std::to_string(entries[i].count) + " times)"));
   }
   if (entries.size() > kMost) {
-    PrintRemark(options.baseline + ": nor " + std::to_string(entries.size() - kMost) +
-                " more entries");
+    PrintRemark(options.baseline + (isPruned ? ": removed " : ": nor ") +
+                std::to_string(entries.size() - kMost) + " more entries");
+  }
+  if (!entries.empty() && !options.prunesBaseline) {
+    PrintHint(options.baseline + ": --prune-baseline removes what no finding matches");
   }
 }
 
@@ -205,9 +209,10 @@ struct PreviousBaseline {
   std::vector<BaselineEntry> ofOthers;  ///< about modules that are not checked
 };
 
-/// Writes or prunes the baseline if the options say so, and judges the findings accordingly. Throws
-/// std::runtime_error if it cannot be written.
-void UpdateBaseline(const Options& options, const PreviousBaseline& previous, bool isComplete,
+/// Writes or prunes the baseline if the options say so, and judges the findings accordingly.
+/// Returns whether entries were removed that match no finding. Throws std::runtime_error if the
+/// file cannot be written.
+bool UpdateBaseline(const Options& options, const PreviousBaseline& previous, bool isComplete,
                     Judgement& judgement) {
   if (options.writesBaseline) {
     WriteBaseline(options.baseline,
@@ -222,7 +227,9 @@ void UpdateBaseline(const Options& options, const PreviousBaseline& previous, bo
                 ": not pruned, because files that cannot be read may have findings too");
   } else if (options.prunesBaseline && !judgement.unmatched.empty()) {
     WriteBaseline(options.baseline, Join(judgement.matched, previous.ofOthers));
+    return true;
   }
+  return false;
 }
 
 /// Returns whether a finding says that a file cannot be read.
@@ -282,6 +289,16 @@ void PrintResult(const CheckResult& result, Report& report) {
   }
 }
 
+/// Prints a run that checks nothing. Build servers may look at nothing but the document.
+ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, Report& report) {
+  CheckResult result{set.Modules()};
+  result.failures = report.Failures();
+  result.exitCode = kNothingMatched;
+  result.whyUnchecked = reason;
+  PrintResult(result, report);
+  return report.Finish(kNothingMatched);
+}
+
 ExitCode CheckSet(const ModuleSet& set, const Options& options,
                   const std::vector<BaselineEntry>& baseline, Report& report) {
   Judgement judgement = JudgeFindings(set.Check(options.keys), baseline, options.ignored);
@@ -291,29 +308,32 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
     previous.ofOthers = TakeEntriesOfOthers(FindCheckedKeys(set, scope), judgement);
     judgement.unmatchedRules.clear();  // they may be about others too
   }
-  ExitCode outcome = RequireModules(set.Modules().size());
-  if (outcome == kSuccess) {
+  const ExitCode modules = RequireModules(set.Modules().size());
+  if (modules == kSuccess) {
     try {
-      UpdateBaseline(options, previous, report.Failures().empty(), judgement);
+      const bool isPruned = UpdateBaseline(options, previous, report.Failures().empty(), judgement);
+      PrintUnmatched(options, judgement, isPruned);
     } catch (const std::runtime_error& failure) {
       PrintRemark(failure.what());
       return kOutputFailed;
     }
-    PrintUnmatched(options, judgement);
   }
-  const CheckResult result{set.Modules(),
-                           std::move(scope),
-                           std::move(judgement.findings),
-                           std::move(judgement.unmatched),
-                           report.Failures(),
-                           options.failOn,
-                           ResolveUserPath(options.base)};
+  CheckResult result{set.Modules(),
+                     std::move(scope),
+                     std::move(judgement.findings),
+                     std::move(judgement.unmatched),
+                     report.Failures(),
+                     options.failOn,
+                     ResolveUserPath(options.base)};
   AcceptKnownFailures(result, report);
-  PrintResult(result, report);
   const bool fails =
       std::any_of(result.findings.begin(), result.findings.end(),
                   [&](const JudgedFinding& finding) { return Fails(finding, options.failOn); });
-  return report.Finish(outcome == kSuccess && fails ? kFindings : outcome);
+  const ExitCode outcome = modules == kSuccess && fails ? kFindings : modules;
+  result.exitCode = report.ExitCodeAfter(outcome);
+  result.whyUnchecked = modules == kSuccess ? "" : "the catalog has no modules";
+  PrintResult(result, report);
+  return report.Finish(outcome);
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -339,8 +359,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
       PrintUnknownKey(set.Names(), key, "check");
-      AddCheckJson(CheckResult{set.Modules()}, report.Document());
-      return report.Finish(kNothingMatched);
+      return FinishUnchecked(set, key + ": the catalog has no such module", report);
     }
   }
   return CheckSet(set, options, baseline, report);

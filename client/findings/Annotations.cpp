@@ -66,6 +66,19 @@ std::string DescribeFailure(const FileFailure& failure) {
   return failure.file + ": " + FormatHResult(failure.result) + ' ' + failure.description;
 }
 
+/// What could not be read, and why nothing was checked.
+std::vector<std::string> DescribeFailures(const CheckResult& result) {
+  std::vector<std::string> texts;
+  texts.reserve(result.failures.size() + 1);
+  for (const FileFailure& failure : result.failures) {
+    texts.push_back(DescribeFailure(failure));
+  }
+  if (!result.whyUnchecked.empty()) {
+    texts.push_back(result.whyUnchecked);
+  }
+  return texts;
+}
+
 }  // namespace
 
 std::string FormatGitHub(const CheckResult& result) {
@@ -80,6 +93,9 @@ std::string FormatGitHub(const CheckResult& result) {
   for (const FileFailure& failure : result.failures) {
     text += "::error title=unreadable::" + EscapeGitHubMessage(DescribeFailure(failure)) + '\n';
   }
+  if (!result.whyUnchecked.empty()) {
+    text += "::error title=not checked::" + EscapeGitHubMessage(result.whyUnchecked) + '\n';
+  }
   return text;
 }
 
@@ -92,9 +108,8 @@ std::string FormatAzure(const CheckResult& result) {
             ";linenumber=1;code=" + EscapeAzureProperty(finding.facts.code) + ";]" +
             EscapeAzureMessage(finding.facts.text) + '\n';
   });
-  for (const FileFailure& failure : result.failures) {
-    text +=
-        "##vso[task.logissue type=error;]" + EscapeAzureMessage(DescribeFailure(failure)) + '\n';
+  for (const std::string& failure : DescribeFailures(result)) {
+    text += "##vso[task.logissue type=error;]" + EscapeAzureMessage(failure) + '\n';
   }
   return text;
 }
@@ -118,9 +133,8 @@ std::string FormatTeamCity(const CheckResult& result) {
                                      : "INFO") +
             "']\n";
   });
-  for (const FileFailure& failure : result.failures) {
-    text += "##teamcity[message text='" + EscapeTeamCity(DescribeFailure(failure)) +
-            "' status='ERROR']\n";
+  for (const std::string& failure : DescribeFailures(result)) {
+    text += "##teamcity[message text='" + EscapeTeamCity(failure) + "' status='ERROR']\n";
   }
   return text;
 }
@@ -137,13 +151,19 @@ std::string FormatGitLab(const CheckResult& result) {
                                                            : "info"},
                       {"location", {{"path", path}, {"lines", {{"begin", 1}}}}}});
   });
+  const auto addFailure = [&](const char* name, const std::string& text, const std::string& path,
+                              const std::string& part) {
+    issues.push_back({{"description", text},
+                      {"check_name", name},
+                      {"fingerprint", MakeFingerprint({name, {path}, part, ""}, 1)},
+                      {"severity", "critical"},
+                      {"location", {{"path", path}, {"lines", {{"begin", 1}}}}}});
+  };
   for (const FileFailure& failure : result.failures) {
-    issues.push_back(
-        {{"description", DescribeFailure(failure)},
-         {"check_name", "unreadable"},
-         {"fingerprint", MakeFingerprint({"unreadable", {failure.file}, failure.part, ""}, 1)},
-         {"severity", "critical"},
-         {"location", {{"path", failure.file}, {"lines", {{"begin", 1}}}}}});
+    addFailure("unreadable", DescribeFailure(failure), failure.file, failure.part);
+  }
+  if (!result.whyUnchecked.empty()) {
+    addFailure("not-checked", result.whyUnchecked, "catalog", "");
   }
   return FormatJson(issues);
 }

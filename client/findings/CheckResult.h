@@ -4,6 +4,7 @@
 #include <vector>
 
 #include "client/findings/JudgeFindings.h"
+#include "client/terminal/ExitCode.h"
 
 namespace mmcat {
 
@@ -15,7 +16,9 @@ struct CheckResult {
   std::vector<BaselineEntry> unmatchedBaseline = {};
   std::vector<FileFailure> failures = {};
   FailOn failOn = FailOn::Warning;
-  std::string base = {};  ///< the folder that paths are relative to, a full path
+  std::string base = {};          ///< the folder that paths are relative to, a full path
+  ExitCode exitCode = kSuccess;   ///< of the run
+  std::string whyUnchecked = {};  ///< why the run checked nothing; empty if it did
 };
 
 /// Where a finding is shown: the file of its first module, relative to the folder of the result. A

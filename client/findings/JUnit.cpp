@@ -70,6 +70,13 @@ class Suite {
                 Escape(failure.description) + "\"/>");
   }
 
+  /// Adds a test for a run that checked nothing.
+  void AddUnchecked(const std::string& reason) {
+    ++m_errors;
+    AddTest("not-checked", "mmcat check", "catalog",
+            "<error type=\"not-checked\" message=\"" + Escape(reason) + "\"/>");
+  }
+
   std::string ToString() const {
     const std::string counts = " name=\"mmcat check\" tests=\"" + std::to_string(m_tests) +
                                "\" failures=\"" + std::to_string(m_failures) + "\" errors=\"" +
@@ -123,6 +130,9 @@ std::string FormatJUnit(const CheckResult& result) {
   }
   for (const FileFailure& failure : result.failures) {
     suite.AddError(failure);
+  }
+  if (!result.whyUnchecked.empty()) {
+    suite.AddUnchecked(result.whyUnchecked);
   }
   return suite.ToString();
 }

@@ -141,11 +141,14 @@ Json MakeNotification(const char* level, const std::string& text) {
   return {{"level", level}, {"message", MakeMessage(text)}};
 }
 
-/// How the run went: what could not be read, and what was left out.
+/// How the run went: what could not be read, why nothing was checked, and what was left out.
 Json MakeInvocation(const CheckResult& result) {
   Json notifications = Json::array();
   for (const FileFailure& failure : result.failures) {
     notifications.push_back(MakeNotification("error", failure.file + ": " + failure.description));
+  }
+  if (!result.whyUnchecked.empty()) {
+    notifications.push_back(MakeNotification("error", result.whyUnchecked));
   }
   if (const size_t count = CountLeftOutOfSarif(result); count > 0) {
     notifications.push_back(MakeNotification(
@@ -153,7 +156,8 @@ Json MakeInvocation(const CheckResult& result) {
                        " findings are left out, because consumers accept no more than " +
                        std::to_string(kMostResults)));
   }
-  return {{"executionSuccessful", result.failures.empty()},
+  return {{"executionSuccessful", result.failures.empty() && result.whyUnchecked.empty()},
+          {"exitCode", static_cast<int>(result.exitCode)},
           {"toolExecutionNotifications", std::move(notifications)}};
 }
 

@@ -39,6 +39,26 @@ TEST(FormatsTest, ASarifLogHasTheWorstOfTooManyFindingsAndSaysHowManyAreLeftOut)
   }
 }
 
+TEST(FormatsTest, EveryDocumentOfARunThatCheckedNothingSaysSo) {
+  const std::vector<mmcat::ModuleFacts> modules;
+  mmcat::CheckResult result{modules};
+  result.exitCode = mmcat::kNothingMatched;
+  result.whyUnchecked = "no modules";
+  const auto invocation =
+      mmcat::Json::parse(mmcat::FormatSarif(result))["runs"][0]["invocations"][0];
+  EXPECT_EQ(false, invocation["executionSuccessful"]);
+  EXPECT_EQ(3, invocation["exitCode"]);
+  EXPECT_EQ("no modules", invocation["toolExecutionNotifications"][0]["message"]["text"]);
+  EXPECT_THAT(mmcat::FormatJUnit(result),
+              AllOf(HasSubstr("tests=\"1\" failures=\"0\" errors=\"1\""),
+                    HasSubstr("message=\"no modules\"")));
+  for (const std::string& annotations :
+       {mmcat::FormatGitHub(result), mmcat::FormatAzure(result), mmcat::FormatTeamCity(result),
+        mmcat::FormatGitLab(result)}) {
+    EXPECT_THAT(annotations, HasSubstr("no modules"));
+  }
+}
+
 TEST(FormatsTest, NoTextOfAModuleIsTakenForSyntax) {
   std::vector<mmcat::ModuleFacts> modules(1);
   modules[0].path = "/src/50%,:;]'|.msm";
