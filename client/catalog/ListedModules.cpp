@@ -1,8 +1,14 @@
 #include "client/catalog/ListedModules.h"
 
+#include <algorithm>
+#include <map>
+#include <tuple>
+
 #include "client/catalog/ModuleNames.h"
 #include "client/catalog/Properties.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
+#include "text/Fold.h"
 
 namespace mmcat {
 
@@ -36,6 +42,33 @@ std::string FormatFolder(const ListedModule& module) {
                              : "Object gallery: " + folder.substr(0, folder.size() - 1);
 }
 
+struct Listing {
+  size_t folder;     ///< its number in the order of the collection
+  std::string file;  ///< case-folded
+  const ListedModule* module;
+};
+
+/// The modules folder by folder, in the order of their files, which come first in a row.
+std::vector<Listing> SortByFile(const std::vector<ListedModule>& modules) {
+  std::map<std::string, size_t> folders;
+  std::vector<Listing> sorted;
+  for (const ListedModule& module : modules) {
+    const size_t folder = folders.try_emplace(FormatFolder(module), folders.size()).first->second;
+    sorted.push_back({folder, qm::text::FoldCase(GetFileName(module.path)), &module});
+  }
+  std::stable_sort(sorted.begin(), sorted.end(), [](const Listing& a, const Listing& b) {
+    return std::tie(a.folder, a.file) < std::tie(b.folder, b.file);
+  });
+  return sorted;
+}
+
+/// The display name. A module without one has its path instead, which a row already says.
+std::string FormatName(const ListedModule& module) {
+  return module.isUnreadable                 ? "(unreadable)"
+         : module.displayName == module.path ? ""
+                                             : module.displayName;
+}
+
 }  // namespace
 
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
@@ -50,6 +83,7 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
       qm::common::ComPtr<IMMDialogs> dialogs;
       const HRESULT hr = module.get_Dialogs(dialogs.Put());
       if (FAILED(hr)) {
+        list.back().isUnreadable = true;
         report.AddFailure({listed.path, "", hr, ServerFailure::Capture(hr).what()});
       }
     }
@@ -59,19 +93,23 @@ std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report) {
 
 std::string FormatModules(const std::vector<ListedModule>& modules) {
   TextTable table({"File", "Display name", "Version", "Language", "Key"});
-  std::string previous;
-  for (const ListedModule& module : modules) {
-    const std::string folder = FormatFolder(module);
-    if (folder != previous) {
-      table.AddLine(folder);
-      previous = folder;
+  std::optional<size_t> folder;
+  for (const Listing& listing : SortByFile(modules)) {
+    const ListedModule& module = *listing.module;
+    if (folder != listing.folder) {
+      table.AddLine(FormatFolder(module));
+      folder = listing.folder;
     }
-    // A module without a name has its path instead, which these lines already say.
-    const std::string name = module.displayName == module.path ? "" : module.displayName;
-    table.AddRow({GetFileName(module.path), name, module.version,
+    table.AddRow({GetFileName(module.path), FormatName(module), module.version,
                   module.language ? std::to_string(*module.language) : "", module.key});
   }
   return table.ToString("  ");
+}
+
+std::string FormatModulesCsv(const std::vector<ListedModule>& modules) {
+  return FormatCsv({"key", "moduleId", "language", "version", "displayName", "packageCode",
+                    "fromGallery", "origin", "path"},
+                   MakeModulesJson(modules));
 }
 
 Json MakeModulesJson(const std::vector<ListedModule>& modules) {

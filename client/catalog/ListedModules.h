@@ -21,6 +21,7 @@ struct ListedModule {
   bool fromGallery = false;
   std::string origin;  ///< the search folder; empty for a gallery module
   std::string path;
+  bool isUnreadable = false;
   qm::common::ComPtr<IMergeModuleTavik> object;  ///< for further queries
 };
 
@@ -32,8 +33,11 @@ ListedModule ReadModule(IMergeModule& module);
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report);
 
 /// The modules, of which there is at least one, as a text table, below a line for each folder that
-/// they come from.
+/// they come from, and sorted by file there.
 std::string FormatModules(const std::vector<ListedModule>& modules);
+
+/// The modules as CSV, in the order of the list.
+std::string FormatModulesCsv(const std::vector<ListedModule>& modules);
 
 /// The modules as a JSON array.
 Json MakeModulesJson(const std::vector<ListedModule>& modules);

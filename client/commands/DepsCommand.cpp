@@ -73,6 +73,10 @@ std::string FormatConflicts(const Question& question, const PlanFacts& plan,
       }
     }
     for (const FixFacts& fix : conflict.fixes) {
+      // What one module lacks is in the sentence above.
+      if (fix.drop.empty() && conflict.modules.size() < 2) {
+        continue;
+      }
       text += "    fix: " + MakePrintable(fix.text) + '\n';
     }
     text += conflict.isMinimal ? "" : "    not minimal: fewer modules may lead to this conflict\n";

@@ -6,6 +6,7 @@
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleChain.h"
 #include "client/commands/NoModules.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {
@@ -47,22 +48,31 @@ std::string FormatUsers(const std::vector<ModuleFacts>& modules, const Users& us
   return isEmpty ? "" : '\n' + table.ToString("");
 }
 
+std::string FormatVersions(const ExclusionFacts& exclusion) {
+  const auto& [first, last] = std::tie(exclusion.minVersion, exclusion.maxVersion);
+  return first == last   ? (first.empty() ? "all" : first)
+         : first.empty() ? "up to " + last
+         : last.empty()  ? "from " + first
+                         : first + " to " + last;
+}
+
 std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
                              const std::vector<ExclusionFacts>& list, const Users& users) {
   if (list.empty()) {
     return "No exclusions\n";
   }
-  TextTable table(
-      {"Module", "Excludes", "Language", "From version", "To version", "Carried from", "Affects"});
+  TextTable table({"Module", "Excludes", "Versions", "Affects", "Language", "Carried from"});
   for (const ExclusionFacts& exclusion : list) {
     std::string affected;
     for (const size_t position : exclusion.excluded) {
-      affected +=
-          (affected.empty() ? "" : ", ") + modules[position].key + " " + modules[position].version;
+      // They have the excluded ID.
+      const std::string& key = modules[position].key;
+      affected += (affected.empty() ? "" : ", ") + key.substr(key.rfind(':') + 1) + ' ' +
+                  modules[position].version;
     }
-    table.AddRow({modules[exclusion.module].key, exclusion.moduleId,
-                  exclusion.language ? std::to_string(*exclusion.language) : "",
-                  exclusion.minVersion, exclusion.maxVersion, exclusion.carriedFrom, affected});
+    table.AddRow({modules[exclusion.module].key, exclusion.moduleId, FormatVersions(exclusion),
+                  affected, exclusion.language ? std::to_string(*exclusion.language) : "",
+                  exclusion.carriedFrom});
   }
   return table.ToString("") + FormatUsers(modules, users);
 }
@@ -101,6 +111,26 @@ Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
   return list;
 }
 
+/// The exclusions as CSV, with a row for each module that one affects, or one row if it affects
+/// none.
+std::string FormatExclusionsCsv(const std::vector<ModuleFacts>& modules,
+                                const std::vector<ExclusionFacts>& exclusions) {
+  Json rows = Json::array();
+  for (const Json& exclusion : MakeExclusionsJson(modules, exclusions)) {
+    for (const Json& hit : exclusion["hits"]) {
+      rows.push_back(exclusion);
+      rows.back().update(
+          {{"hitKey", hit["key"]}, {"hitVersion", hit["version"]}, {"hitPath", hit["path"]}});
+    }
+    if (exclusion["hits"].empty()) {
+      rows.push_back(exclusion);
+    }
+  }
+  return FormatCsv({"module", "path", "moduleId", "language", "minVersion", "maxVersion",
+                    "carriedFrom", "hitKey", "hitVersion", "hitPath"},
+                   rows);
+}
+
 ExitCode Run(const OutputOptions& output) {
   Report report("exclusions", output);
   const ModuleSet set;
@@ -110,6 +140,8 @@ ExitCode Run(const OutputOptions& output) {
   const ExitCode outcome = RequireModules(set.Modules().size());
   if (report.IsJson()) {
     report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions, users);
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatExclusionsCsv(set.Modules(), exclusions));
   } else if (outcome == kSuccess) {
     report.Print(FormatExclusions(set.Modules(), exclusions, users));
   }
@@ -123,6 +155,7 @@ extern const Command kExclusionsCommand = {
     "List what the modules exclude, and which modules this affects",
     "  mmcat exclusions --folder samples/modules\n",
     PrepareCommand<Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

@@ -48,6 +48,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   }
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatModulesCsv(modules));
   } else if (!modules.empty()) {
     report.Print(FormatModules(modules));
   }
@@ -63,6 +65,7 @@ extern const Command kFindCommand = {
     "  mmcat find InkRibbon:1033 --version 4.6.1.0\n"
     "  mmcat find \"Ink*\"\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

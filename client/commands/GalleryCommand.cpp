@@ -6,6 +6,7 @@
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/NoModules.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"
 
@@ -149,6 +150,10 @@ ExitCode Run(const OutputOptions& output) {
   const ExitCode outcome = entries.empty() ? RequireModules(set.Modules().size()) : kSuccess;
   if (report.IsJson()) {
     report.Document()["descriptions"] = MakeGalleryJson(entries);
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatCsv({"state", "note", "supersededBy", "key", "moduleId", "version",
+                                     "localVersion", "packageCode", "path", "localPath"},
+                                    MakeGalleryJson(entries)));
   } else if (outcome == kSuccess) {
     report.Print(FormatGallery(entries));
   }
@@ -162,6 +167,7 @@ extern const Command kGalleryCommand = {
     "List the descriptions in the object gallery",
     "  mmcat gallery --gallery samples/gallery --folder samples/modules\n",
     PrepareCommand<Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

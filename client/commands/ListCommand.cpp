@@ -8,7 +8,6 @@
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
-#include "client/terminal/Csv.h"
 
 namespace mmcat {
 
@@ -68,9 +67,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);
   } else if (report.Format() == OutputFormat::Csv) {
-    report.PrintConverted(FormatCsv({"key", "moduleId", "language", "version", "displayName",
-                                     "packageCode", "fromGallery", "origin", "path"},
-                                    MakeModulesJson(modules)));
+    report.PrintConverted(FormatModulesCsv(modules));
   } else if (!modules.empty()) {
     report.Print(FormatModules(modules));
   }

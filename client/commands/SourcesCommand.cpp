@@ -1,6 +1,7 @@
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/Report.h"
 #include "client/terminal/TextTable.h"
 
@@ -29,8 +30,11 @@ std::string FormatSources(const std::vector<ListedSource>& sources) {
   }
   TextTable table({"Folder", "Modules", "Pass", "Display name", "Entry"});
   for (const ListedSource& source : sources) {
+    const auto unlessFolder = [&](const std::string& text) {
+      return text == source.folder ? "" : text;
+    };
     table.AddRow({source.folder, std::to_string(source.modules), std::to_string(source.pass),
-                  source.displayName, source.entry});
+                  unlessFolder(source.displayName), unlessFolder(source.entry)});
   }
   return table.ToString("");
 }
@@ -53,6 +57,10 @@ ExitCode Run(const OutputOptions& output) {
                          [&](IMMSource& source) { sources.push_back(ReadSource(source)); });
   Report report("sources", output, 2);
   report.Document()["sources"] = MakeSourcesJson(sources);
+  if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatCsv({"pass", "moduleCount", "displayName", "folder", "entry"},
+                                    report.Document()["sources"]));
+  }
   report.Print(FormatSources(sources));
   return report.Finish();
 }
@@ -60,10 +68,8 @@ ExitCode Run(const OutputOptions& output) {
 }  // namespace
 
 extern const Command kSourcesCommand = {
-    "sources",
-    "List the module search folders",
-    "  mmcat sources\n",
-    PrepareCommand<Run>,
+    "sources",           "List the module search folders", "  mmcat sources\n", PrepareCommand<Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat
