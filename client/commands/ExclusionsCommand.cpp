@@ -77,19 +77,27 @@ std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
   return table.ToString("") + FormatUsers(modules, users);
 }
 
-Json MakeUsersJson(const std::vector<ModuleFacts>& modules, const std::vector<UserFacts>& users) {
+/// Lists, for each excluding module that others need, what brings it in.
+Json MakeUsersJson(const std::vector<ModuleFacts>& modules, const Users& users) {
   Json list = Json::array();
-  for (const UserFacts& user : users) {
-    list.push_back({{"key", modules[user.module].key},
+  for (const auto& [module, needed] : users) {
+    Json by = Json::array();
+    for (const UserFacts& user : needed) {
+      by.push_back({{"key", modules[user.module].key},
                     {"version", modules[user.module].version},
                     {"path", modules[user.module].path},
                     {"chain", MakeKeysJson(modules, user.chain)}});
+    }
+    if (!by.empty()) {
+      list.push_back(
+          {{"module", modules[module].key}, {"path", modules[module].path}, {"by", std::move(by)}});
+    }
   }
   return list;
 }
 
 Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
-                        const std::vector<ExclusionFacts>& exclusions, const Users& users) {
+                        const std::vector<ExclusionFacts>& exclusions) {
   Json list = Json::array();
   for (const ExclusionFacts& exclusion : exclusions) {
     Json affected = Json::array();
@@ -105,8 +113,7 @@ Json MakeExclusionsJson(const std::vector<ModuleFacts>& modules,
                     {"minVersion", exclusion.minVersion},
                     {"maxVersion", exclusion.maxVersion},
                     {"carriedFrom", exclusion.carriedFrom},
-                    {"hits", std::move(affected)},
-                    {"broughtInBy", MakeUsersJson(modules, users.at(exclusion.module))}});
+                    {"hits", std::move(affected)}});
   }
   return list;
 }
@@ -139,7 +146,8 @@ ExitCode Run(const OutputOptions& output) {
   const Users users = FindUsers(set, exclusions);
   const ExitCode outcome = RequireModules(set.Modules().size());
   if (report.IsJson()) {
-    report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions, users);
+    report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions);
+    report.Document()["broughtIn"] = MakeUsersJson(set.Modules(), users);
   } else if (report.Format() == OutputFormat::Csv) {
     report.PrintConverted(FormatExclusionsCsv(set.Modules(), exclusions));
   } else if (outcome == kSuccess) {
