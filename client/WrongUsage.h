@@ -16,8 +16,8 @@ namespace mmcat {
 /// a command or an option that needs none.
 std::string ExplainFirstWord(const CLI::App& app, const std::vector<std::string>& arguments);
 
-/// Returns which option of a command lacks its value: the next argument is an option too, or there
-/// is none. The arguments begin with the command. Empty if no option does.
+/// Returns which option of a command lacks its value: the next argument is an option too, or the
+/// option is the last one. The arguments begin with the command. Empty if no option does.
 std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::string>& arguments);
 
 /// The end of a remark if a path with a blank may have been typed without quotes; else empty.
