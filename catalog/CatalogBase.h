@@ -17,9 +17,13 @@ class CatalogBase : public com::SupportErrorInfo<IMMCatalog, IMMCatalogVelmora, 
                     public com::CErrorHandler<pClsid>,
                     public com::ComObjectRoot {
  public:
-  using InterfaceMap = com::InterfaceMap<
+  /// The map of a class that has further interfaces.
+  template <class... Others>
+  using InterfaceMapWith = com::InterfaceMap<
       com::Via<ISupportErrorInfo, ISupportErrorInfo>,
-      com::Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>>;
+      com::Via<IMMCatalogCaskel, IMMCatalogCaskel, IMMCatalogVelmora, IMMCatalog, IDispatch>,
+      Others...>;
+  using InterfaceMap = InterfaceMapWith<>;
 
   // The slots of the primary vtable after those of ISupportErrorInfo. Their order is a contract.
 

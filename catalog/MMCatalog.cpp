@@ -31,7 +31,7 @@ HRESULT CMMCatalog::Initialize() noexcept {
   });
 }
 
-void CMMCatalog::RefreshModules() {
+void CMMCatalog::RefreshModules(IOpenFileReader* reader) {
   const com::ScopedGateEntry pass;
   CatalogState& state = CatalogState::Instance();
   if (!m_bInitialized || state.isRefreshing) {
@@ -49,7 +49,8 @@ void CMMCatalog::RefreshModules() {
   // Also after a failure: otherwise a build that keeps failing would add records each time.
   const common::ScopeGuard pruning([&]() noexcept { state.PruneExpiredRecords(); });
   auto modules = std::make_unique<const CatalogModules>(BuildModuleList(
-      state, gallery::GetServiceText(*m_pServices, &IApplicationServices::get_GalleryRoot)));
+      state, gallery::GetServiceText(*m_pServices, &IApplicationServices::get_GalleryRoot),
+      reader));
   m_pModules = std::move(modules);
   m_builtAtChangeCount = state.changeCount;
   m_bDirty = false;
@@ -116,6 +117,17 @@ STDMETHODIMP CMMCatalog::get_MergeModules(IMergeModules** modules) {
     if (IMergeModules* const held = std::exchange(*modules, current)) {
       held->Release();
     }
+    return S_OK;
+  });
+}
+
+STDMETHODIMP CMMCatalog::ListModules(IOpenFileReader* reader, IMergeModules** modules) {
+  return FillOut(modules, [&]() -> HRESULT {
+    if (!reader) {
+      return E_POINTER;
+    }
+    RefreshModules(reader);
+    *modules = RequireModules().NewReference();
     return S_OK;
   });
 }

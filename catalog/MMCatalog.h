@@ -4,6 +4,7 @@
 #include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
 #include "catalog/ModuleQuery.h"
+#include "idl/openfiles.h"
 #include "idl/siblings.h"
 
 namespace qm::catalog {
@@ -13,8 +14,10 @@ namespace qm::catalog {
 /// The list of modules is built when it is first needed. A refresh rebuilds it only if the search
 /// folders or their contents have changed. A list that was handed out never changes. After a
 /// failure the catalog keeps its previous list and tries again at the next call.
-class CMMCatalog : public CatalogBase<&CLSID_MMCatalog> {
+class CMMCatalog : public CatalogBase<&CLSID_MMCatalog>, public IOpenFiles {
  public:
+  using InterfaceMap = InterfaceMapWith<com::Via<IOpenFiles, IOpenFiles>>;
+
   /// Asks the application services for the search paths, and loads the index tables of the process
   /// if they are not loaded yet.
   HRESULT Initialize() noexcept override;
@@ -41,10 +44,13 @@ class CMMCatalog : public CatalogBase<&CLSID_MMCatalog> {
   // IMMCatalogCaskel
   STDMETHOD(SupportsProject)(IUnknown* project, VARIANT_BOOL* supported) override;
 
+  // IOpenFiles
+  STDMETHOD(ListModules)(IOpenFileReader* reader, IMergeModules** modules) override;
+
  private:
   /// Brings the list of modules up to date behind the ApartmentGate. Does nothing before Initialize
-  /// has succeeded, or if this apartment is already refreshing a catalog.
-  void RefreshModules();
+  /// has succeeded, or if this apartment is already refreshing a catalog. `reader` may be null.
+  void RefreshModules(IOpenFileReader* reader = nullptr);
   std::vector<SearchFolder> GetSearchFolders();
 
   /// Returns the current list, which the first call builds. Raises E_PENDING if the list is still

@@ -1,6 +1,7 @@
 #include "catalog/Refresh.h"
 
 #include "catalog/GalleryModules.h"
+#include "com/error/Raise.h"
 
 namespace qm::catalog {
 
@@ -26,6 +27,15 @@ SourceMap MakeSources(const SourceMap& known, const std::vector<SearchFolder>& f
     }
   }
   return sources;
+}
+
+/// Tells `reader` how many files will be read.
+void AnnounceFiles(const SourceMap& sources, IOpenFileReader& reader) {
+  size_t count = 0;
+  for (const auto& [folder, source] : sources) {
+    count += source->CountUnread();
+  }
+  com::RaiseIfFailed(reader.BeginFiles(static_cast<ULONG>(count)));
 }
 
 void AddModulesOfPass(const SourceMap& sources, Pass pass, CatalogModules& modules) {
@@ -56,10 +66,14 @@ void RecheckSources(CatalogState& state) {
   }
 }
 
-CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot) {
+CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot,
+                               IOpenFileReader* reader) {
+  if (reader) {
+    AnnounceFiles(state.sources, *reader);
+  }
   size_t count = 0;
   for (const auto& [folder, source] : state.sources) {
-    source->UpdateRecords([&](const auto& record) { state.records.push_back(record); });
+    source->UpdateRecords(reader, [&](const auto& record) { state.records.push_back(record); });
     count += source->Records()->size();
   }
   CatalogModules modules(count);

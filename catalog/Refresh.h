@@ -4,6 +4,7 @@
 
 #include "catalog/CatalogModules.h"
 #include "catalog/CatalogState.h"
+#include "idl/openfiles.h"
 
 namespace qm::catalog {
 
@@ -20,7 +21,9 @@ void RecheckSources(CatalogState& state);
 
 /// Reads what has changed and lists all modules: first those of first-pass sources, then those of
 /// second-pass sources, both by source and then by record, and last those that only the gallery
-/// has. Raises failures of the sibling components.
-CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot);
+/// has. The files that are read are handed to `reader` too, unless it is null. Raises failures of
+/// the sibling components and of `reader`.
+CatalogModules BuildModuleList(CatalogState& state, const common::WideString& galleryRoot,
+                               IOpenFileReader* reader);
 
 }  // namespace qm::catalog

@@ -4,6 +4,7 @@
 #include <iterator>
 #include <map>
 
+#include "com/error/Raise.h"
 #include "common/FolderFiles.h"
 #include "common/Path.h"
 
@@ -86,7 +87,7 @@ void Source::ReplaceFiles(Files others, size_t unchanged) {
 void Source::RetryIncomplete() {
   for (File& file : m_files) {
     if (file.record && file.record->IsIncomplete()) {
-      const auto record = ReadRecord(file);
+      const auto record = ReadRecord(file, nullptr);
       if (!record || !record->IsIncomplete() || record->Key() != file.record->Key()) {
         file.record = nullptr;
         m_bChanged = true;
@@ -104,13 +105,22 @@ bool Source::NeedsReading(const File& file) noexcept {
   return rewritten;
 }
 
+size_t Source::CountUnread() const noexcept {
+  return static_cast<size_t>(std::count_if(m_files.begin(), m_files.end(), NeedsReading));
+}
+
 /// Reads a file into a new record; null if it cannot be read and the folder no longer lists it. The
 /// listing decides because a file that exists but cannot be opened must not disappear from the
 /// catalog and come back at the next refresh.
-std::shared_ptr<module::CCacheMSM> Source::ReadRecord(const File& file) const {
+std::shared_ptr<module::CCacheMSM> Source::ReadRecord(const File& file,
+                                                      IOpenFileReader* reader) const {
   const common::WideString path = common::JoinPath(m_folder.path, file.name);
   auto record = std::make_shared<module::CCacheMSM>();
-  record->TryInitFromModule(path, m_folder.path);
+  HRESULT hr = S_OK;
+  record->TryInitFromModule(path, m_folder.path, [&](HANDLE open) {
+    hr = reader ? reader->ReadFile(path.c_str(), open) : S_OK;
+  });
+  com::RaiseIfFailed(hr);  // only here, since it is no failure of the file
   return record->IsIncomplete() && !common::IsListedByParent(path) ? nullptr : record;
 }
 

@@ -7,6 +7,7 @@
 
 #include "catalog/SearchFolders.h"
 #include "common/FileStamp.h"
+#include "idl/openfiles.h"
 #include "module/CacheMSM.h"
 
 namespace qm::catalog {
@@ -40,14 +41,18 @@ class Source {
   /// listed keeps its files. Returns true until UpdateRecords has succeeded. Throws std::bad_alloc.
   bool FindChanges();
 
+  /// The number of files that UpdateRecords will read.
+  size_t CountUnread() const noexcept;
+
   /// Reads the files that have no record, and those that were rewritten, and calls `adopt` with
-  /// every new record. A file that cannot be read gets an incomplete record, unless the folder no
-  /// longer lists it. Throws std::bad_alloc; what was read before is kept.
+  /// every new record. Hands each file to `reader` too, unless that is null, and raises its
+  /// failures. A file that cannot be read gets an incomplete record, unless the folder no longer
+  /// lists it. Throws std::bad_alloc; what was read before is kept.
   template <class Adopt>
-  void UpdateRecords(Adopt adopt) {
+  void UpdateRecords(IOpenFileReader* reader, Adopt adopt) {
     for (File& file : m_files) {
       if (NeedsReading(file)) {
-        auto record = ReadRecord(file);
+        auto record = ReadRecord(file, reader);
         if (record) {
           adopt(record);
         } else {
@@ -79,7 +84,7 @@ class Source {
   void CompareWithFolder();
   void ReplaceFiles(Files others, size_t unchanged);
   void RetryIncomplete();
-  std::shared_ptr<module::CCacheMSM> ReadRecord(const File& file) const;
+  std::shared_ptr<module::CCacheMSM> ReadRecord(const File& file, IOpenFileReader* reader) const;
   void SetRecords();
 
   SearchFolder m_folder;

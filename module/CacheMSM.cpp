@@ -42,18 +42,23 @@ void ReadNames(const common::WideString& path, const wchar_t* table, CCacheMSM::
 
 }  // namespace
 
-void CCacheMSM::InitFromModule(const common::WideString& path, const common::WideString& origin) {
+void CCacheMSM::InitFromModule(const common::WideString& path, const common::WideString& origin,
+                               const UseFile& use) {
   m_strPath = path;
   m_strOrigin = origin;
   const auto database = msidb::ModuleDatabase::Open(path);
   ReadSignature(*database);
   ReadSummary(*database);
   ResolveDisplayName();
+  const HANDLE file = database->OpenFile();
+  if (use && file) {
+    use(file);
+  }
 }
 
-void CCacheMSM::TryInitFromModule(const common::WideString& path,
-                                  const common::WideString& origin) {
-  auto failure = com::CaptureFailure([&] { InitFromModule(path, origin); });
+void CCacheMSM::TryInitFromModule(const common::WideString& path, const common::WideString& origin,
+                                  const UseFile& use) {
+  auto failure = com::CaptureFailure([&] { InitFromModule(path, origin, use); });
   if (!failure) {
     return;
   }

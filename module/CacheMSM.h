@@ -1,5 +1,6 @@
 #pragma once
 
+#include <functional>
 #include <map>
 #include <memory>
 #include <vector>
@@ -26,19 +27,24 @@ class CCacheMSM : public gallery::CMMGallery {
   using DependencyMap = std::map<common::WideString, DependencyRow>;
   using ExclusionMap = std::map<common::WideString, ExclusionRow>;
   using FileMap = std::map<common::WideString, FileRow>;
+  /// Reads a file that is open. May move its file pointer, and must not raise.
+  using UseFile = std::function<void(HANDLE file)>;
 
   CCacheMSM() noexcept = default;
   ~CCacheMSM() override = default;
 
   /// Fills the record from the module database at the full path `path`. `origin` is the search
-  /// folder in which it was found, or empty.
-  void InitFromModule(const common::WideString& path, const common::WideString& origin);
+  /// folder in which it was found, or empty. `use`, unless it is null, is called while the file is
+  /// open; not if the record cannot be filled, or if the installer reads the file.
+  void InitFromModule(const common::WideString& path, const common::WideString& origin,
+                      const UseFile& use = nullptr);
 
   /// As InitFromModule, for scanning folders: does not raise failures of the file, and what cannot
   /// be read stays empty. If the signature cannot be read, the path is the display name and the
   /// first access to each table raises the failure. If only the summary cannot be read, the tables
   /// are still readable. Throws std::bad_alloc.
-  void TryInitFromModule(const common::WideString& path, const common::WideString& origin);
+  void TryInitFromModule(const common::WideString& path, const common::WideString& origin,
+                         const UseFile& use = nullptr);
 
   /// Returns whether TryInitFromModule could not read the signature or the summary.
   bool IsIncomplete() const noexcept { return m_bIncomplete; }

@@ -31,6 +31,7 @@ class ImageDatabase final : public ModuleDatabase {
   bool HasTable(const wchar_t* table) const override;
   std::unique_ptr<RowCursor> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
   common::WideString ReadSummaryString(UINT property) override;
+  HANDLE OpenFile() const noexcept override { return m_file ? m_file->Handle() : nullptr; }
   bool LoadAndClose(std::initializer_list<const wchar_t*> tables) override;
   bool IsCurrent() const override;
   void RequireUnchanged() const override;

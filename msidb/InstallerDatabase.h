@@ -17,6 +17,7 @@ class InstallerDatabase final : public ModuleDatabase {
   bool HasTable(const wchar_t* table) const override { return m_database.HasTable(table); }
   std::unique_ptr<RowCursor> ReadTable(const wchar_t* table, const wchar_t* orderBy) const override;
   common::WideString ReadSummaryString(UINT property) override;
+  HANDLE OpenFile() const noexcept override { return nullptr; }
   bool LoadAndClose(std::initializer_list<const wchar_t*>) override { return false; }
   bool IsCurrent() const override { return false; }
   void RequireUnchanged() const override {}  // the installer locks out writers

@@ -65,6 +65,9 @@ class ModuleDatabase {
   /// fails if that is damaged.
   virtual common::WideString ReadSummaryString(UINT property) = 0;
 
+  /// The file, as long as it is open; null if the installer has it open.
+  virtual HANDLE OpenFile() const noexcept = 0;
+
   /// Reads those of `tables` that exist into memory and closes the file. From then on ReadTable may
   /// be called for these tables only; it raises the damage of a table that could not be read here.
   /// Returns false and does nothing if this database can only be read while its file is open.

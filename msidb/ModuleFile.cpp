@@ -17,7 +17,7 @@ namespace {
 
 }  // namespace
 
-ModuleFile::ModuleFile(const common::WideString& path) {
+ModuleFile::ModuleFile(const common::WideString& path) : m_position(0) {
   const common::WideString longPath = common::ToExtendedPath(path);
   // Others may delete and rename the file: neither changes what is read here, and a build can
   // replace a module while its old file is open.
@@ -26,6 +26,11 @@ ModuleFile::ModuleFile(const common::WideString& path) {
   if (!m_file) {
     ThrowOpenFailure(longPath);
   }
+  m_handle = m_file.Get();
+  m_stamp = {QuerySize(), QueryWriteTime()};
+}
+
+ModuleFile::ModuleFile(HANDLE file) : m_handle(file), m_position(kUnknownPosition) {
   m_stamp = {QuerySize(), QueryWriteTime()};
 }
 
@@ -33,7 +38,7 @@ ModuleFile::ModuleFile(const common::WideString& path) {
 // everything else done with a small module.
 ULONGLONG ModuleFile::QuerySize() const {
   LARGE_INTEGER size;
-  if (!::GetFileSizeEx(m_file.Get(), &size)) {
+  if (!::GetFileSizeEx(m_handle, &size)) {
     throw FileError{::GetLastError(), {}};
   }
   return static_cast<ULONGLONG>(size.QuadPart);
@@ -41,7 +46,7 @@ ULONGLONG ModuleFile::QuerySize() const {
 
 FILETIME ModuleFile::QueryWriteTime() const {
   FILETIME time;
-  if (!::GetFileTime(m_file.Get(), nullptr, nullptr, &time)) {
+  if (!::GetFileTime(m_handle, nullptr, nullptr, &time)) {
     throw FileError{::GetLastError(), {}};
   }
   return time;
@@ -55,8 +60,8 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   DWORD read = 0;
   const bool isInPlace = offset == m_position;
   m_position = kUnknownPosition;  // unknown if one of the calls below fails
-  if ((!isInPlace && !::SetFilePointerEx(m_file.Get(), place, nullptr, FILE_BEGIN)) ||
-      !::ReadFile(m_file.Get(), bytes, static_cast<DWORD>(count), &read, nullptr)) {
+  if ((!isInPlace && !::SetFilePointerEx(m_handle, place, nullptr, FILE_BEGIN)) ||
+      !::ReadFile(m_handle, bytes, static_cast<DWORD>(count), &read, nullptr)) {
     throw FileError{::GetLastError(), {}};
   }
   m_position = offset + read;

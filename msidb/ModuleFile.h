@@ -24,6 +24,10 @@ class ModuleFile final : public image::ByteSource {
   /// Opens the file at the full path `path`, of any length. Throws FileError.
   explicit ModuleFile(const common::WideString& path);
 
+  /// Reads a file that somebody else opened in that way and keeps open. Moves its file pointer.
+  /// Throws FileError.
+  explicit ModuleFile(HANDLE file);
+
   std::uint64_t Size() const noexcept override { return m_stamp.size; }
 
   /// Throws FileError.
@@ -36,6 +40,9 @@ class ModuleFile final : public image::ByteSource {
   /// Identifies the version of the file that was opened.
   const common::FileStamp& Stamp() const noexcept { return m_stamp; }
 
+  /// The open file. If its file pointer is moved, this object cannot read any more.
+  HANDLE Handle() const noexcept { return m_handle; }
+
   /// Returns whether the file at `path` exists and has the stamp `stamp`. Does not open it.
   static bool IsCurrent(const common::WideString& path, const common::FileStamp& stamp);
 
@@ -45,9 +52,10 @@ class ModuleFile final : public image::ByteSource {
 
   static constexpr std::uint64_t kUnknownPosition = UINT64_MAX;
 
-  common::UniqueFile m_file;
+  common::UniqueFile m_file;  ///< empty if somebody else owns the handle
+  HANDLE m_handle;
   common::FileStamp m_stamp;
-  std::uint64_t m_position = 0;  ///< the file pointer; kUnknownPosition if unknown
+  std::uint64_t m_position;  ///< the file pointer; kUnknownPosition if unknown
 };
 
 }  // namespace qm::msidb
