@@ -6,16 +6,14 @@
 #include "analysis/CaptureFailure.h"
 #include "analysis/GalleryFiles.h"
 #include "analysis/IndexFiles.h"
+#include "analysis/ModuleContents.h"
+#include "analysis/OpenFileReader.h"
 #include "com/error/Raise.h"
 #include "com/error/win32_exception.h"
 #include "common/Bstr.h"
 #include "common/Path.h"
 #include "common/SystemMessage.h"
 #include "idl/qmmmupdater.h"
-#include "image/Damage.h"
-#include "image/Database.h"
-#include "merge/ReadModule.h"
-#include "msidb/CodePageText.h"
 #include "msidb/ModuleFile.h"
 #include "text/Utf.h"
 
@@ -62,13 +60,6 @@ void ReadIdentity(const common::ComPtr<IMergeModule>& object, merge::Module& mod
   }
 }
 
-std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t codePage) {
-  if (codePage != CP_ACP && !::IsValidCodePage(codePage)) {
-    return std::nullopt;
-  }
-  return text::ToUtf8(msidb::DecodeCodePageText(bytes, codePage));
-}
-
 std::string Describe(const msidb::FileError& error, const std::string& path) {
   const common::UniqueLocalText message = common::FormatSystemMessage(error.code);
   return DescribeFailure({HResultFromCode(error.code),
@@ -105,35 +96,25 @@ std::string CompareIdentities(const merge::Module& listed, const merge::Module& 
   return change.empty() ? change : change + '.';
 }
 
-/// Reads what a file contains. If the module has a failure, `code` is its Win32 error code.
-merge::Module ReadDatabase(msidb::ModuleFile& file, DWORD& code) {
-  try {
-    code = ERROR_FILE_CORRUPT;
-    image::Database database(file);
-    return merge::ReadModule(database, DecodeText);
-  } catch (const image::Damage& damage) {
-    merge::Module module;
-    module.failure = damage.what();
-    if (damage.Part() == image::DamagedPart::NoDatabase) {
-      code = ERROR_OPEN_FAILED;
-    }
-    return module;
+/// Returns what the file of a module contains. Throws msidb::FileError.
+ModuleContents ReadContents(const merge::Module& module, OpenFileReader& openFiles) {
+  if (auto contents = openFiles.Take(module.path)) {
+    return *std::move(contents);
   }
+  msidb::ModuleFile file(text::ToWide(module.path));
+  return ReadModuleContents(file);
 }
 
 /// Adds what the file of a module contains. Returns the code of a failure, else S_OK.
-HRESULT ReadFile(merge::Module& module) {
+HRESULT ReadFile(merge::Module& module, OpenFileReader& openFiles) {
   try {
-    msidb::ModuleFile file(text::ToWide(module.path));
-    DWORD code = ERROR_SUCCESS;
-    merge::Module read = ReadDatabase(file, code);
-    file.RequireUnchanged();
+    auto [read, code] = ReadContents(module, openFiles);
     if (read.failure.empty()) {
       read.change = CompareIdentities(module, read);
     }
     static_cast<merge::ModuleListing&>(read) = std::move(module);
     module = std::move(read);
-    return module.failure.empty() ? S_OK : HResultFromCode(code);
+    return code;
   } catch (const msidb::FileError& error) {
     module.failure = Describe(error, module.path);
     return HResultFromCode(error.code);
@@ -141,8 +122,8 @@ HRESULT ReadFile(merge::Module& module) {
 }
 
 /// Reads a module. Returns the code of its failure, else S_OK.
-HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, merge::Module& module,
-                   std::vector<std::unique_ptr<const std::string>>& texts) {
+HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& openFiles,
+                   merge::Module& module, std::vector<std::unique_ptr<const std::string>>& texts) {
   if (const auto failure = CaptureFailure([&] { ReadIdentity(object, module); })) {
     module.failure = DescribeFailure(*failure, module.path);
     return failure->hr;
@@ -154,16 +135,17 @@ HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, merge::Module& mo
   // The interfaces call a module present only if all its download files are.
   module.isPresent = !module.isFromGallery || !module.path.empty();
   if (!module.path.empty()) {
-    return ReadFile(module);
+    return ReadFile(module, openFiles);
   }
   return module.isFromGallery ? ReadDescription(module, texts) : S_OK;
 }
 
-void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& contents) {
+void AddModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& openFiles,
+               SetData::Contents& contents) {
   contents.objects.push_back(object);
   contents.modules.emplace_back();
   merge::Module& module = contents.modules.back();
-  const HRESULT hr = ReadModule(object, module, contents.texts);
+  const HRESULT hr = ReadModule(object, openFiles, module, contents.texts);
   if (!module.failure.empty()) {
     contents.failures.push_back(
         {merge::GetFileInSentence(module), module.failure, hr, contents.modules.size() - 1});
@@ -177,12 +159,40 @@ void AddModule(const common::ComPtr<IMergeModule>& object, SetData::Contents& co
                                              L"The collection has no module number %ld.", number)));
 }
 
+/// Returns the collection that `source` is, or that of the catalog that it is. A catalog may hand
+/// its files to `openFiles`.
+common::ComPtr<IMergeModules> GetCollection(IDispatch& source, OpenFileReader& openFiles) {
+  const common::ComPtr<IDispatch> object(&source);
+  common::ComPtr<IMergeModules> collection;
+  common::ComPtr<IOpenFiles> files;
+  common::ComPtr<IMMCatalog> catalog;
+  if (SUCCEEDED(object.QueryInterface(collection.Put())) && collection) {
+    return collection;
+  }
+  if (SUCCEEDED(object.QueryInterface(files.Put())) && files) {
+    const HRESULT hr = files->ListModules(&openFiles, collection.Put());
+    openFiles.RaiseFailure();  // which the catalog returns without its description
+    com::RaiseIfFailed(hr);
+  } else if (SUCCEEDED(object.QueryInterface(catalog.Put())) && catalog) {
+    com::RaiseIfFailed(catalog->get_MergeModules(collection.Put()));
+  }
+  if (!collection) {
+    ::SetErrorInfo(0, nullptr);
+    com::Raise(com_exception(
+        E_NOINTERFACE, L"The object is neither a collection nor a catalog of merge modules."));
+  }
+  return collection;
+}
+
 }  // namespace
 
-SharedSet LoadSet(IMergeModules& collection) {
+SharedSet LoadSet(IDispatch& source, const std::shared_ptr<LoadProgress>& progress) {
+  const auto openFiles = com::ComObject<OpenFileReader>::Create();
+  openFiles->Init(progress);
+  const common::ComPtr<IMergeModules> collection = GetCollection(source, *openFiles);
   SetData::Contents contents;
   long count = 0;
-  com::RaiseIfFailed(collection.get_Count(&count));
+  com::RaiseIfFailed(collection->get_Count(&count));
   if (count < 0) {
     com::Raise(com_exception(E_UNEXPECTED, L"The collection has a negative number of modules."));
   }
@@ -190,13 +200,14 @@ SharedSet LoadSet(IMergeModules& collection) {
   VARIANT index;
   index.vt = VT_I4;
   for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
+    progress->Report(index.lVal, count);
     common::ComPtr<IMergeModule> object;
-    const HRESULT hr = collection.get_Item(index, object.Put());
+    const HRESULT hr = collection->get_Item(index, object.Put());
     if (hr == E_INVALIDARG || (SUCCEEDED(hr) && !object)) {
       RaiseBrokenCollection(index.lVal);
     }
     com::RaiseIfFailed(hr);
-    AddModule(object, contents);
+    AddModule(object, *openFiles, contents);
   }
   contents.indexes = ReadIndexFiles(contents.failures);
   contents.descriptions = ReadGalleryDescriptions();

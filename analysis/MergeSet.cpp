@@ -111,17 +111,12 @@ const SharedSet& CMergeSet::RequireSet() const {
   return m_set;
 }
 
-STDMETHODIMP CMergeSet::Load(IDispatch* modules) {
+STDMETHODIMP CMergeSet::Load(IDispatch* source) {
   return MethodBoundary([&]() -> HRESULT {
-    if (!modules) {
+    if (!source) {
       return E_POINTER;
     }
-    common::ComPtr<IMergeModules> collection;
-    if (FAILED(common::ComPtr<IDispatch>(modules).QueryInterface(collection.Put())) ||
-        !collection) {
-      com::Raise(com_exception(E_NOINTERFACE, L"The object is not a collection of merge modules."));
-    }
-    m_set = LoadSet(*collection);
+    m_set = LoadSet(*source, std::make_shared<LoadProgress>(m_onProgress));
     return S_OK;
   });
 }
@@ -241,6 +236,11 @@ STDMETHODIMP CMergeSet::get_Failures(ISetFailures** failures) {
         [set](size_t at) { return com::MakeObject<SetFailure>(set, set->Failures()[at]); },
         nullptr);
   });
+}
+
+STDMETHODIMP CMergeSet::ReportProgressTo(IDispatch* function) {
+  m_onProgress = common::ComPtr<IDispatch>(function);
+  return S_OK;
 }
 
 }  // namespace qm::analysis

@@ -9,7 +9,7 @@ namespace qm::analysis {
 /// The coclass MergeSet.
 class CMergeSet : public SetObject<IMergeSet> {
  public:
-  STDMETHOD(Load)(IDispatch* modules) override;
+  STDMETHOD(Load)(IDispatch* source) override;
   STDMETHOD(get_Modules)(ISetModules** modules) override;
   STDMETHOD(Check)(VARIANT modules, ISetFindings** findings) override;
   STDMETHOD(Plan)(VARIANT modules, IMergePlan** plan) override;
@@ -20,12 +20,14 @@ class CMergeSet : public SetObject<IMergeSet> {
   STDMETHOD(get_GalleryDescriptions)(IGalleryDescriptions** descriptions) override;
   STDMETHOD(FindModules)(BSTR moduleKey, ISetModules** modules) override;
   STDMETHOD(get_Failures)(ISetFailures** failures) override;
+  STDMETHOD(ReportProgressTo)(IDispatch* function) override;
 
  private:
   /// Returns what was loaded. Raises E_UNEXPECTED if nothing was.
   const SharedSet& RequireSet() const;
 
   SharedSet m_set;
+  common::ComPtr<IDispatch> m_onProgress;
 };
 
 }  // namespace qm::analysis

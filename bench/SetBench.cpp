@@ -2,7 +2,8 @@
 // modules and prints it. Times are in milliseconds.
 //
 //   set_load   MergeSet.Load of a catalog that is listed already: every table of every module
-//   set_calls  its baseline: the installer calls for every table of every module, in one pass
+//   set_first  MergeSet.Load of a new catalog, which is listed meanwhile
+//   set_calls  their baseline: the installer calls for every table of every module, in one pass
 //   set_check  MergeSet.Check of a loaded set
 //   set_plan   MergeSet.Plan of the module with the most requirements
 //   set_find   MergeSet.FindFiles with a pattern
@@ -48,6 +49,12 @@ struct Set {
 double Load() {
   const Set set;
   return Milliseconds([&] { set.Load(); });
+}
+
+double LoadFirst() {
+  const auto catalog = NewObject<IMMCatalogVelmora>(L"QmMMUpdater2.dll", CLSID_MMCatalog);
+  const auto set = NewObject<IMergeSet>(L"QmMergeSet.dll", CLSID_MergeSet);
+  return Milliseconds([&] { ThrowIfFailed("load", set->Load(catalog.Get())); });
 }
 
 double Check() {
@@ -255,6 +262,8 @@ double Calls(const std::wstring& folder) {
 double MeasureFigure(const std::wstring& figure, const wchar_t* folder) {
   if (figure == L"set_load")
     return Load();
+  if (figure == L"set_first")
+    return LoadFirst();
   if (figure == L"set_calls")
     return Calls(folder);
   if (figure == L"set_check")

@@ -110,6 +110,7 @@ measure_catalog() {
       if [[ $size != 29 && $size != 290 ]]; then
         prepare
         collect "$prefix" set_figure set_load
+        collect "$prefix" set_figure set_first
         collect "$prefix" set_figure set_calls
         collect "$prefix" set_figure set_check
         collect "$prefix" set_figure set_plan
@@ -193,6 +194,8 @@ print_catalog() {
     mmcat_check set_calls ms ratio 2900:0.7:
   catalog_row "\`MergeSet.Load\` of a catalog that is listed, every table of every module; the bare installer calls for the same" \
     set_load set_calls ms ratio 2900,real:0.33:
+  catalog_row "\`MergeSet.Load\` of a new catalog, which is listed meanwhile; the bare installer calls for the same" \
+    set_first set_calls ms ratio
   catalog_row "\`MergeSet.Check\` of the loaded set; loading it" set_check set_load ms ratio 2900:0.3:
   catalog_row "\`MergeSet.Plan\` of a module with 300 modules behind it; loading the set" \
     set_plan set_load ms ratio 2900:0.05:

@@ -22,7 +22,6 @@
 #include "idl/qmmmupdater.h"
 
 _COM_SMARTPTR_TYPEDEF(IMMCatalog, __uuidof(IMMCatalog));
-_COM_SMARTPTR_TYPEDEF(IMergeModules, __uuidof(IMergeModules));
 _COM_SMARTPTR_TYPEDEF(IMergeSet, __uuidof(IMergeSet));
 _COM_SMARTPTR_TYPEDEF(ISetFiles, __uuidof(ISetFiles));
 _COM_SMARTPTR_TYPEDEF(ISetFile, __uuidof(ISetFile));
@@ -41,11 +40,9 @@ void Check(HRESULT result) {
 long PrintFiles(const wchar_t* pattern) {
   const IMMCatalogPtr catalog(L"QmMMUpdater.MMCatalog");
   const IMergeSetPtr set(L"QmMMUpdater.MergeSet");
-  IMergeModulesPtr modules;
   ISetFilesPtr files;
   long count = 0;
-  Check(catalog->get_MergeModules(&modules));
-  Check(set->Load(modules));
+  Check(set->Load(catalog));
   Check(set->FindFiles(_bstr_t(pattern), &files));
   Check(files->get_Count(&count));
   for (long number = 1; number <= count; ++number) {

@@ -10,7 +10,7 @@ Option Explicit
 Dim mergeSet, file, planned, deliverer
 If WScript.Arguments.Count <> 3 Then WScript.Echo "usage: AskModules.vbs PATTERN KEY FILE": WScript.Quit 2
 Set mergeSet = CreateObject("QmMMUpdater.MergeSet")
-mergeSet.Load CreateObject("QmMMUpdater.MMCatalog").MergeModules
+mergeSet.Load CreateObject("QmMMUpdater.MMCatalog")
 If mergeSet.FindModules(WScript.Arguments(1)).Count = 0 Then
   WScript.Echo WScript.Arguments(1) & ": the catalog has no such module"
   WScript.Quit 3

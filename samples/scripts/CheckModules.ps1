@@ -7,7 +7,7 @@
 $ErrorActionPreference = 'Stop'
 $catalog = New-Object -ComObject QmMMUpdater.MMCatalog
 $mergeSet = New-Object -ComObject QmMMUpdater.MergeSet
-$mergeSet.Load($catalog.MergeModules)
+$mergeSet.Load($catalog)
 $findings = @($mergeSet.Check())
 foreach ($finding in $findings) {
     Write-Output "$($finding.Code): $($finding.Text)"

@@ -10,7 +10,7 @@ if (WScript.Arguments.length != 1) {
   WScript.Quit(2);
 }
 var mergeSet = new ActiveXObject("QmMMUpdater.MergeSet");
-mergeSet.Load(new ActiveXObject("QmMMUpdater.MMCatalog").MergeModules);
+mergeSet.Load(new ActiveXObject("QmMMUpdater.MMCatalog"));
 var key = WScript.Arguments(0);
 if (mergeSet.FindModules(key).Count == 0) {
   WScript.Echo(key + ": the catalog has no such module");

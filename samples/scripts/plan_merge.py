@@ -13,7 +13,7 @@ from win32com.client import Dispatch
 
 def main(keys: list[str]) -> int:
     merge_set = Dispatch("QmMMUpdater.MergeSet")
-    merge_set.Load(Dispatch("QmMMUpdater.MMCatalog").MergeModules)
+    merge_set.Load(Dispatch("QmMMUpdater.MMCatalog"))
     plan = merge_set.Plan(keys)
     for planned in plan.Modules:
         print(f"{planned.Module.Path} ({planned.Reason})")

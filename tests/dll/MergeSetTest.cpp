@@ -119,19 +119,26 @@ class Collection final : public IMergeModules {
   STDMETHOD(get_Enumerator)(IEnumVARIANT**) override { return E_NOTIMPL; }
 };
 
-/// An array of a script with one element, a key, which runs code when it is read.
-class ScriptArray final : public IDispatch {
+/// An object of a script, which lives on the stack.
+class ScriptObject : public IDispatch {
  public:
-  explicit ScriptArray(std::function<void()> whenRead) : m_whenRead(std::move(whenRead)) {}
-
-  STDMETHOD(QueryInterface)(REFIID, void** out) override {
-    *out = this;
-    return S_OK;
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
+    const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch);
+    *out = known ? this : nullptr;
+    return known ? S_OK : E_NOINTERFACE;
   }
   STDMETHOD_(ULONG, AddRef)() override { return 2; }
   STDMETHOD_(ULONG, Release)() override { return 1; }
   STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
   STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
+  STDMETHOD(GetIDsOfNames)(REFIID, wchar_t**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
+};
+
+/// An array with one element, a key, which runs code when it is read.
+class ScriptArray final : public ScriptObject {
+ public:
+  explicit ScriptArray(std::function<void()> whenRead) : m_whenRead(std::move(whenRead)) {}
+
   STDMETHOD(GetIDsOfNames)(REFIID, wchar_t** names, UINT, LCID, DISPID* id) override {
     *id = std::wstring_view(*names) == L"length" ? 1 : 2;
     return S_OK;
@@ -151,6 +158,26 @@ class ScriptArray final : public IDispatch {
 
  private:
   std::function<void()> m_whenRead;
+};
+
+/// A function with two numbers.
+class ScriptFunction final : public ScriptObject {
+ public:
+  using Body = std::function<HRESULT(long, long, VARIANT&, EXCEPINFO&)>;
+
+  explicit ScriptFunction(Body body) : m_body(std::move(body)) {}
+
+  STDMETHOD(Invoke)
+  (DISPID id, REFIID, LCID, WORD flags, DISPPARAMS* arguments, VARIANT* result,
+   EXCEPINFO* exception, UINT*) override {
+    EXPECT_EQ(DISPID_VALUE, id);
+    EXPECT_EQ(DISPATCH_METHOD, flags);
+    EXPECT_EQ(2u, arguments->cArgs);
+    return m_body(arguments->rgvarg[1].lVal, arguments->rgvarg[0].lVal, *result, *exception);
+  }
+
+ private:
+  Body m_body;
 };
 
 class MergeSetTest : public CatalogFixture {
@@ -236,6 +263,16 @@ class MergeSetTest : public CatalogFixture {
   std::vector<std::wstring> CheckAll() const {
     return Check(Around(VT_ERROR, DISP_E_PARAMNOTFOUND));
   }
+
+  /// Replaces the function with which the set component opens files.
+  static HANDLE WINAPI CountOpening(const wchar_t* path, DWORD access, DWORD share,
+                                    SECURITY_ATTRIBUTES* security, DWORD disposition, DWORD flags,
+                                    HANDLE fileTemplate) {
+    ++s_opened;
+    return ::CreateFileW(path, access, share, security, disposition, flags, fileTemplate);
+  }
+
+  static inline int s_opened;
 
   ComDll m_sets;
   common::ComPtr<IMergeSet> m_set;
@@ -421,6 +458,89 @@ TEST_F(MergeSetTest, LoadTakesAnyCollectionAndKeepsTheOldSetIfItFails) {
   EXPECT_EQ(S_OK, m_set->Load(&collection));
   EXPECT_THAT(CheckAll(), ElementsAre());
   EXPECT_EQ(L"1.0", Text(sound, &ISetModule::get_Version)) << "objects keep what they were made of";
+}
+
+TEST_F(MergeSetTest, LoadOpensOnlyTheFilesThatTheCatalogDoesNotOpenToo) {
+  WriteModule(L"set\\b.msm", "B");
+  WriteModule(L"set\\a.msm", "A");
+  m_catalog = NewCatalog();
+  ReplaceImport(m_sets.Module(), "kernel32.dll", "CreateFileW",
+                reinterpret_cast<void*>(&CountOpening));
+  const auto countOpened = [&] {
+    s_opened = 0;
+    EXPECT_EQ(S_OK, m_set->Load(m_catalog.Get()));
+    return s_opened;
+  };
+  EXPECT_EQ(0, countOpened());
+  EXPECT_THAT(CheckAll(), ElementsAre());
+  EXPECT_EQ(2, countOpened()) << "the catalog had nothing to read";
+  WriteModule(L"set\\b.msm", "B", "2.0");
+  WriteText(L"set\\damaged.msm", "no database");
+  EXPECT_EQ(2, countOpened()) << "of what is new, the one that the catalog cannot read";
+  EXPECT_EQ(L"? A:1033 B:1033", KeysOf(m_catalog.Get()));
+  EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module"));
+  EXPECT_EQ(L"2.0", Text(ModuleOf(L"B:1033"), &ISetModule::get_Version));
+
+  const auto empty = m_server.Create<IMMCatalogCaskel>(CLSID_MMCatalogPro);
+  EXPECT_EQ(E_NOINTERFACE, m_set->Load(empty.Get()));
+  EXPECT_EQ(L"The object is neither a collection nor a catalog of merge modules.",
+            TakeDescription());
+}
+
+TEST_F(MergeSetTest, LoadReportsItsProgressToAFunctionThatMayEndIt) {
+  for (const wchar_t* const name : {L"set\\a.msm", L"set\\b.msm", L"set\\c.msm"}) {
+    WriteModule(name, "Other" + std::to_string(name[4]));
+  }
+  WriteText(L"set\\damaged.msm", "no database");  // the set reads this one
+  std::vector<std::pair<long, long>> reports;
+  ScriptFunction count([&](long number, long total, VARIANT&, EXCEPINFO&) {
+    reports.emplace_back(number, total);
+    return S_OK;
+  });
+  ScriptFunction cancel([&](long number, long, VARIANT& result, EXCEPINFO&) {
+    result.vt = VT_BOOL;
+    result.boolVal = number < 2 ? VARIANT_TRUE : VARIANT_FALSE;
+    return S_OK;
+  });
+  ScriptFunction fail([&](long, long, VARIANT&, EXCEPINFO& exception) {
+    exception.scode = E_ACCESSDENIED;
+    exception.bstrDescription = ::SysAllocString(L"The window is gone.");
+    return DISP_E_EXCEPTION;
+  });
+  ScriptFunction reload([&](long number, long, VARIANT&, EXCEPINFO&) {
+    EXPECT_EQ(S_OK, m_set->ReportProgressTo(nullptr));
+    common::ComPtr<IMergeModules> modules;
+    EXPECT_EQ(number == 4 ? S_OK : E_PENDING, m_catalog->get_MergeModules(modules.Put())) << number;
+    return S_OK;
+  });
+  const common::ComPtr<IMMCatalogCaskel> listed = NewCatalog();
+  const common::ComPtr<IMergeModules> modules = ModulesOf(listed.Get());
+  for (const bool isFresh : {true, false}) {
+    const auto load = [&](ScriptFunction* function) {
+      if (isFresh) {
+        ForgetAll();
+        SetSearchPath(L"*set");
+        m_catalog = NewCatalog();
+      }
+      EXPECT_EQ(S_OK, m_set->ReportProgressTo(function));
+      return m_set->Load(isFresh ? static_cast<IDispatch*>(m_catalog.Get()) : modules.Get());
+    };
+    SCOPED_TRACE(isFresh);
+    reports.clear();
+    EXPECT_EQ(S_OK, load(&count));
+    EXPECT_THAT(reports,
+                ElementsAre(std::pair(1, 4), std::pair(2, 4), std::pair(3, 4), std::pair(4, 4)));
+    EXPECT_EQ(E_ABORT, load(&cancel));
+    EXPECT_EQ(L"The load was cancelled.", TakeDescription());
+    EXPECT_EQ(E_ACCESSDENIED, load(&fail));
+    EXPECT_EQ(L"The function that is told of progress failed: The window is gone.",
+              TakeDescription());
+    EXPECT_THAT(CheckAll(), ElementsAre(L"unreadable-module")) << "what was loaded stays";
+    if (isFresh) {
+      EXPECT_EQ(S_OK, load(&reload)) << "the function may call the objects";
+    }
+  }
+  EXPECT_EQ(S_OK, m_set->ReportProgressTo(nullptr));
 }
 
 TEST_F(MergeSetTest, AnArgumentMayLoadAnotherSet) {

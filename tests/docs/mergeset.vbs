@@ -1,13 +1,20 @@
 ' Prepares what the examples of docs/mergeset.md talk of.
 Dim catalog, loaded, mergeSet, module, file, component, action, requirement, exclusion, table, column, row
-Dim conflict, fix, chain, needed, other, finding, value, plan, planned, missing, cycle, user, deliverer, description, failure
+Dim progress, conflict, fix, chain, needed, other, finding, value, plan, planned, missing, cycle, user, deliverer, description, failure
 Set catalog = CreateObject("QmMMUpdater.MMCatalog")
 Set loaded = CreateObject("QmMMUpdater.MergeSet")
-loaded.Load catalog.MergeModules
+loaded.Load catalog
+
+Class ProgressShower
+  Public Default Function Show(number, total)
+    WScript.Echo number & " of " & total
+  End Function
+End Class
 
 ' The only module with custom actions also lacks what it needs, and needs modules that need one another.
 Sub Prepare()
   Set mergeSet = loaded
+  Set progress = New ProgressShower
   Set exclusion = mergeSet.ExclusionsOf("")(1)
   Set user = mergeSet.UsersOf("GlyphCache.BAAAC131_3F57_483D_9A25_297EE82294C2")(1)
   For Each module In mergeSet.Modules

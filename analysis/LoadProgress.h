@@ -1,0 +1,28 @@
+#pragma once
+
+#include <windows.h>
+
+#include "common/ComPtr.h"
+
+namespace qm::analysis {
+
+/// Tells a function of the client how far a load is.
+class LoadProgress {
+ public:
+  /// `function` is null for none. Its default method is called.
+  explicit LoadProgress(common::ComPtr<IDispatch> function) : m_function(std::move(function)) {}
+  LoadProgress(const LoadProgress&) = delete;
+  LoadProgress& operator=(const LoadProgress&) = delete;
+  ~LoadProgress() = default;
+
+  /// Calls the function with the number of the module that is about to be read, from 1, and their
+  /// total, unless it was called with a greater number before. Raises E_ABORT if it returns False,
+  /// and its failures.
+  void Report(long number, long total);
+
+ private:
+  common::ComPtr<IDispatch> m_function;
+  long m_last = 0;
+};
+
+}  // namespace qm::analysis

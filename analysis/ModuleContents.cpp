@@ -1,0 +1,50 @@
+#include "analysis/ModuleContents.h"
+
+#include <optional>
+#include <string>
+
+#include "com/error/win32_exception.h"
+#include "image/Damage.h"
+#include "image/Database.h"
+#include "merge/ReadModule.h"
+#include "msidb/CodePageText.h"
+#include "text/Utf.h"
+
+namespace qm::analysis {
+
+namespace {
+
+std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t codePage) {
+  if (codePage != CP_ACP && !::IsValidCodePage(codePage)) {
+    return std::nullopt;
+  }
+  return text::ToUtf8(msidb::DecodeCodePageText(bytes, codePage));
+}
+
+/// Sets `code` to the Win32 error code of the module's failure, which may be none.
+merge::Module ReadDatabase(msidb::ModuleFile& file, DWORD& code) {
+  try {
+    code = ERROR_FILE_CORRUPT;
+    image::Database database(file);
+    return merge::ReadModule(database, DecodeText);
+  } catch (const image::Damage& damage) {
+    merge::Module module;
+    module.failure = damage.what();
+    if (damage.Part() == image::DamagedPart::NoDatabase) {
+      code = ERROR_OPEN_FAILED;
+    }
+    return module;
+  }
+}
+
+}  // namespace
+
+ModuleContents ReadModuleContents(msidb::ModuleFile& file) {
+  DWORD code = ERROR_SUCCESS;
+  merge::Module module = ReadDatabase(file, code);
+  file.RequireUnchanged();
+  const HRESULT hr = module.failure.empty() ? S_OK : HResultFromCode(code);
+  return {std::move(module), hr};
+}
+
+}  // namespace qm::analysis

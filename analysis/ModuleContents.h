@@ -1,0 +1,20 @@
+#pragma once
+
+#include <windows.h>
+
+#include "merge/Module.h"
+#include "msidb/ModuleFile.h"
+
+namespace qm::analysis {
+
+/// What a module's file contains.
+struct ModuleContents {
+  merge::Module module;  ///< without what only a catalog knows, see merge::ModuleListing
+  HRESULT code = S_OK;   ///< of the module's failure
+};
+
+/// Reads a module from its file. Damage is the module's failure. Throws msidb::FileError, and
+/// std::bad_alloc.
+ModuleContents ReadModuleContents(msidb::ModuleFile& file);
+
+}  // namespace qm::analysis
