@@ -16,6 +16,9 @@ class Catalog {
   /// Gets the catalog that the server's manager keeps for projects that use merge modules.
   Catalog();
 
+  /// The catalog itself.
+  qm::common::ComPtr<IDispatch> Object() const { return {m_catalog.Get()}; }
+
   /// All modules, in catalog order.
   qm::common::ComPtr<IMergeModules> Modules() const;
 

@@ -4,6 +4,7 @@
 #include <memory>
 #include <new>
 
+#include "client/catalog/Object.h"
 #include "common/Bstr.h"
 #include "common/CollectionIndex.h"
 #include "common/IgnoringCase.h"
@@ -11,44 +12,6 @@
 namespace mmcat {
 
 namespace {
-
-/// Counts the references to an object of one interface, which belongs to one thread.
-template <class Interface>
-class Object : public Interface {
- public:
-  Object() = default;
-  virtual ~Object() = default;
-  Object(const Object&) = delete;
-  Object& operator=(const Object&) = delete;
-
-  STDMETHOD_(ULONG, AddRef)() override { return ++m_references; }
-  STDMETHOD_(ULONG, Release)() override {
-    const ULONG left = --m_references;
-    if (left == 0) {
-      delete this;
-    }
-    return left;
-  }
-
- protected:
-  /// Answers QueryInterface for IUnknown and the given interfaces, bases of `Interface`.
-  template <class... Interfaces>
-  HRESULT Query(REFIID iid, void** out) {
-    if (!out) {
-      return E_POINTER;
-    }
-    const bool isKnown = iid == __uuidof(IUnknown) || (... || (iid == __uuidof(Interfaces)));
-    *out = isKnown ? static_cast<Interface*>(this) : nullptr;
-    if (!isKnown) {
-      return E_NOINTERFACE;
-    }
-    AddRef();
-    return S_OK;
-  }
-
- private:
-  ULONG m_references = 1;
-};
 
 using SharedModules = std::shared_ptr<const ModuleObjects>;
 
@@ -100,11 +63,10 @@ class ModuleEnumerator final : public Object<IEnumVARIANT> {
   size_t m_next;
 };
 
-class ModuleCollection final : public Object<IMergeModules> {
+class ModuleCollection final : public DispatchObject<IMergeModules> {
  public:
-  ModuleCollection(ModuleObjects modules, std::function<void()> onItem)
-      : m_modules(std::make_shared<const ModuleObjects>(std::move(modules))),
-        m_onItem(std::move(onItem)) {}
+  explicit ModuleCollection(ModuleObjects modules)
+      : m_modules(std::make_shared<const ModuleObjects>(std::move(modules))) {}
 
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     return Query<IMergeModules, IDispatch>(iid, out);
@@ -119,9 +81,6 @@ class ModuleCollection final : public Object<IMergeModules> {
     const size_t position = wanted.IsKey() ? Find(wanted.Key()) : wanted.Position();
     if (position >= m_modules->size()) {
       return E_INVALIDARG;
-    }
-    if (m_onItem) {
-      m_onItem();
     }
     *item = qm::common::ComPtr<IMergeModule>((*m_modules)[position]).Detach();
     return S_OK;
@@ -138,20 +97,6 @@ class ModuleCollection final : public Object<IMergeModules> {
   STDMETHOD(get__NewEnum)(IUnknown** enumerator) override { return MakeEnumerator(enumerator); }
   STDMETHOD(get_Enumerator)(IEnumVARIANT** enumerator) override {
     return MakeEnumerator(enumerator);
-  }
-
-  STDMETHOD(GetTypeInfoCount)(UINT* count) override {
-    if (!count) {
-      return E_POINTER;
-    }
-    *count = 0;
-    return S_OK;
-  }
-  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHOD(GetIDsOfNames)(REFIID, LPOLESTR*, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-  STDMETHOD(Invoke)
-  (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
-    return E_NOTIMPL;
   }
 
  private:
@@ -176,15 +121,12 @@ class ModuleCollection final : public Object<IMergeModules> {
   }
 
   SharedModules m_modules;
-  std::function<void()> m_onItem;
 };
 
 }  // namespace
 
-qm::common::ComPtr<IMergeModules> MakeModuleCollection(ModuleObjects modules,
-                                                       std::function<void()> onItem) {
-  return qm::common::ComPtr<IMergeModules>::Adopt(
-      new ModuleCollection(std::move(modules), std::move(onItem)));
+qm::common::ComPtr<IMergeModules> MakeModuleCollection(ModuleObjects modules) {
+  return qm::common::ComPtr<IMergeModules>::Adopt(new ModuleCollection(std::move(modules)));
 }
 
 }  // namespace mmcat

@@ -3,8 +3,10 @@
 #include <algorithm>
 
 #include "client/catalog/Catalog.h"
+#include "client/catalog/Object.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
+#include "client/terminal/Progress.h"
 
 namespace mmcat {
 
@@ -125,27 +127,41 @@ FindingFacts ReadFinding(ISetFinding& finding) {
   return facts;
 }
 
+/// Shows the progress that the set component reports.
+class ProgressFunction final : public DispatchObject<IDispatch> {
+ public:
+  explicit ProgressFunction(Progress& progress) : m_progress(progress) {}
+
+  STDMETHOD(QueryInterface)(REFIID iid, void** out) override { return Query<IDispatch>(iid, out); }
+
+  STDMETHOD(Invoke)
+  (DISPID, REFIID, LCID, WORD, DISPPARAMS* arguments, VARIANT*, EXCEPINFO*, UINT*) override {
+    m_progress.ShowModule(arguments->rgvarg[1].lVal, arguments->rgvarg[0].lVal);
+    return S_OK;
+  }
+
+ private:
+  Progress& m_progress;
+};
+
+ComPtr<IDispatch> MakeProgressFunction(Progress& progress) {
+  return ComPtr<IDispatch>::Adopt(new ProgressFunction(progress));
+}
+
 }  // namespace
 
-ModuleSet::ModuleSet() {
-  Progress progress;
-  ModuleObjects modules;
-  ForEachItem<IMergeModule>(*Catalog().Modules(),
-                            [&](IMergeModule& module) { modules.emplace_back(&module); });
-  Load(std::move(modules), progress);
-}
+ModuleSet::ModuleSet() { Load(*Catalog().Object()); }
 
-ModuleSet::ModuleSet(ModuleObjects modules) {
-  Progress progress;
-  Load(std::move(modules), progress);
-}
+ModuleSet::ModuleSet(ModuleObjects modules) { Load(*MakeModuleCollection(std::move(modules))); }
 
-void ModuleSet::Load(ModuleObjects modules, Progress& progress) {
-  progress.SetTotal(modules.size());
-  const ComPtr<IMergeModules> collection =
-      MakeModuleCollection(std::move(modules), [&] { progress.CountModule(); });
+void ModuleSet::Load(IDispatch& source) {
+  Progress progress;
   m_set = CreateObject<IMergeSet>(CLSID_MergeSet, "QmMergeSet.dll");
-  ThrowIfFailed(m_set->Load(collection.Get()));
+  if (progress.IsShown()) {
+    ThrowIfFailed(m_set->ReportProgressTo(MakeProgressFunction(progress).Get()));
+  }
+  ThrowIfFailed(m_set->Load(&source));
+  ThrowIfFailed(m_set->ReportProgressTo(nullptr));
   ForEachItem<ISetModule>(*ReadObject(*m_set, &IMergeSet::get_Modules), [&](ISetModule& module) {
     m_modules.push_back(ReadModuleFacts(module));
   });

@@ -7,7 +7,6 @@
 #include "client/catalog/ModuleCollection.h"
 #include "client/catalog/ModuleNames.h"
 #include "client/catalog/ServerFailure.h"
-#include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
 #include "idl/mergeset.h"
 
@@ -210,7 +209,7 @@ class ModuleSet {
   std::vector<DescriptionFacts> Descriptions() const;
 
  private:
-  void Load(ModuleObjects modules, Progress& progress);
+  void Load(IDispatch& source);
   std::vector<size_t> FindByKey(const std::string& key) const;
   std::vector<size_t> FindByName(const std::string& word) const;
   /// The keys that the set component knows for words.

@@ -23,13 +23,12 @@ Progress::Progress() : m_isTerminal(!g_isDisabled && IsTerminal(STD_ERROR_HANDLE
 
 void Progress::Disable() noexcept { g_isDisabled = true; }
 
-void Progress::CountModule() noexcept {
-  ++m_begun;
+void Progress::ShowModule(long number, long total) noexcept {
   if (!m_isTerminal || ::GetTickCount64() < m_nextTime) {
     return;
   }
   try {
-    Show("reading " + std::to_string(m_begun) + " of " + std::to_string(m_total) + " modules");
+    Show("reading " + std::to_string(number) + " of " + std::to_string(total) + " modules");
   } catch (const std::exception&) {  // NOLINT(bugprone-empty-catch): nobody misses it
   }
 }

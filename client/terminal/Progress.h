@@ -2,7 +2,6 @@
 
 #include <windows.h>
 
-#include <cstddef>
 #include <string>
 
 namespace mmcat {
@@ -20,11 +19,11 @@ class Progress {
   /// Shows nothing from now on.
   static void Disable() noexcept;
 
-  /// Sets the number of modules, once the list has been read.
-  void SetTotal(size_t total) noexcept { m_total = total; }
+  /// Returns whether anything is shown.
+  bool IsShown() const noexcept { return m_isTerminal; }
 
-  /// Counts a module that is about to be read.
-  void CountModule() noexcept;
+  /// Shows that a module is about to be read, with its number of `total`.
+  void ShowModule(long number, long total) noexcept;
 
   /// Erases the line, so that something else can be printed to stderr.
   static void Erase() noexcept;
@@ -32,8 +31,6 @@ class Progress {
  private:
   void Show(const std::string& text);
 
-  size_t m_total = 0;
-  size_t m_begun = 0;
   bool m_isTerminal;
   ULONGLONG m_nextTime = 0;
 };
