@@ -3,8 +3,11 @@
 #include <algorithm>
 #include <deque>
 #include <iterator>
+#include <limits>
 #include <string>
 #include <unordered_set>
+
+#include "merge/ActionSequence.h"
 
 namespace qm::merge {
 
@@ -55,30 +58,6 @@ std::string_view GetText(const Table& table, std::size_t row, std::optional<std:
   return column ? table.Text(row, *column) : std::string_view();
 }
 
-/// The names of the actions that a sequence runs.
-struct SequencedActions {
-  std::unordered_set<std::string_view> always;
-  std::unordered_set<std::string_view> onCondition;
-  bool isKnown = false;  ///< whether the module has such tables
-
-  explicit SequencedActions(const Module& module) {
-    for (const char* const name : {"ModuleInstallExecuteSequence", "ModuleInstallUISequence",
-                                   "InstallExecuteSequence", "InstallUISequence"}) {
-      const Table* const table = module.FindTable(name);
-      const auto action = table ? table->FindColumn("Action") : std::nullopt;
-      if (!action) {
-        continue;
-      }
-      isKnown = true;
-      const auto condition = table->FindColumn("Condition");
-      for (std::size_t row = 0; row < table->RowCount(); ++row) {
-        (GetText(*table, row, condition).empty() ? always : onCondition)
-            .insert(table->Text(row, *action));
-      }
-    }
-  }
-};
-
 }  // namespace
 
 bool IsPredefinedFolder(std::string_view property) noexcept {
@@ -113,10 +92,11 @@ class TargetFolders::Walk {
   bool EnterKey() {
     RecordItem();
     // The text of an action may refer to what the folder was without it.
-    const auto action = m_folders.m_actions.find(m_key);
-    if (action != m_folders.m_actions.end() && m_usedActions.insert(m_key).second) {
+    if (const FolderText* const action = FindAction(m_key);
+        action && m_usedActions.insert(action).second) {
       m_folder.isSetByAction = true;
-      return EnterText(action->second.text);
+      m_now = action->position;
+      return EnterText(action->text);
     }
     const std::string_view plain = RemoveSuffix(m_key);
     if (IsPredefinedFolder(plain)) {
@@ -132,6 +112,23 @@ class TargetFolders::Walk {
       return EnterText(value->second.text);
     }
     return EnterRow();
+  }
+
+  /// Returns the last action so far that sets a property, other than those that led here; null if
+  /// there is none.
+  const FolderText* FindAction(std::string_view property) const {
+    const auto found = m_folders.m_actions.find(property);
+    if (found == m_folders.m_actions.end()) {
+      return nullptr;
+    }
+    const std::vector<FolderText>& texts = found->second;
+    auto text = std::upper_bound(
+        texts.begin(), texts.end(), m_now,
+        [](double now, const FolderText& action) { return now < action.position; });
+    if (text != texts.begin() && m_usedActions.count(&*(text - 1)) > 0) {
+      --text;
+    }
+    return text == texts.begin() ? nullptr : &*(text - 1);
   }
 
   void RecordItem() {
@@ -212,16 +209,17 @@ class TargetFolders::Walk {
 
   /// Returns the value of a property, if the module alone determines it and it is a part of a path.
   std::optional<std::string_view> FindValue(std::string_view property) const {
-    auto value = m_folders.m_actions.find(property);
-    if (value == m_folders.m_actions.end()) {
-      value = m_folders.m_properties.find(property);
-      if (value == m_folders.m_properties.end()) {
+    const FolderText* value = FindAction(property);
+    if (!value) {
+      const auto found = m_folders.m_properties.find(property);
+      if (found == m_folders.m_properties.end()) {
         return std::nullopt;
       }
+      value = &found->second;
     }
-    const auto& [text, isPartOfPath] = value->second;
-    return isPartOfPath && m_folders.m_directories.count(property) == 0 ? std::optional(text)
-                                                                        : std::nullopt;
+    return value->isPartOfPath && m_folders.m_directories.count(property) == 0
+               ? std::optional(value->text)
+               : std::nullopt;
   }
 
   bool EndAtRoot(std::string_view root) {
@@ -251,7 +249,8 @@ class TargetFolders::Walk {
   }
 
   const TargetFolders& m_folders;
-  std::unordered_set<std::string_view> m_usedActions;
+  double m_now = std::numeric_limits<double>::infinity();  ///< when the present text is evaluated
+  std::unordered_set<const FolderText*> m_usedActions;
   std::unordered_set<std::string_view> m_visited;
   std::string_view m_key;
   bool m_isProperty = false;              ///< m_key comes from the text of an action or a property
@@ -272,37 +271,49 @@ TargetFolders::TargetFolders(const Module& module) {
   ReadItems(module);
 }
 
-void TargetFolders::AddText(std::string_view property, std::string_view text, FolderTexts& texts) {
+TargetFolders::FolderText TargetFolders::MakeText(std::string_view text, double position) {
   const std::string_view part = text.substr(0, kMaxTextSize + 1);
-  texts.try_emplace(property,
-                    FolderText{text, part.size() <= kMaxTextSize && part.substr(0, 2) != "\\\\" &&
-                                         part.find_first_of("[:") == std::string_view::npos});
+  return {text, position,
+          part.size() <= kMaxTextSize && part.substr(0, 2) != "\\\\" &&
+              part.find_first_of("[:") == std::string_view::npos};
 }
 
 void TargetFolders::ReadActions(const Module& module) {
   constexpr long kBaseType = 0x3F;
   constexpr long kSetProperty = 51;
   constexpr long kSetDirectory = 35;
-  std::vector<const CustomAction*> actions;
+  struct PlacedAction {
+    ActionSequence::Place place;
+    const CustomAction* action;
+  };
+  std::vector<PlacedAction> actions;
+  const ActionSequence sequence(module);
   for (const CustomAction& action : module.customActions) {
     const long type = action.type.value_or(0) & kBaseType;
-    if ((type == kSetProperty || type == kSetDirectory) && !action.target.empty()) {
-      actions.push_back(&action);
+    const auto place = sequence.IsKnown() ? sequence.Find(action.name)
+                                          : std::optional(ActionSequence::Place{0, false});
+    if (!place || action.target.empty()) {
+      continue;
+    }
+    const bool isTooLate = place->position > sequence.CostFinalize();
+    if (type == kSetDirectory || (type == kSetProperty && !isTooLate)) {
+      actions.push_back({*place, &action});
     }
   }
-  if (actions.empty()) {
-    return;
-  }
-  const SequencedActions sequenced(module);
-  const auto add = [&](const std::unordered_set<std::string_view>& names) {
-    for (const CustomAction* const action : actions) {
-      if (!sequenced.isKnown || names.count(action->name) > 0) {
-        AddText(action->source, action->target, m_actions);
-      }
+  std::sort(actions.begin(), actions.end(), [](const PlacedAction& a, const PlacedAction& b) {
+    return a.place.position != b.place.position ? a.place.position < b.place.position
+                                                : a.action < b.action;
+  });
+  ActionTexts onCondition;
+  for (const auto& [place, action] : actions) {
+    std::vector<FolderText>& texts =
+        (place.isConditional ? onCondition : m_actions)[action->source];
+    // Nobody knows which of two actions with one number runs first.
+    if (texts.empty() || texts.back().position != place.position) {
+      texts.push_back(MakeText(action->target, place.position));
     }
-  };
-  add(sequenced.always);
-  add(sequenced.onCondition);
+  }
+  m_actions.merge(onCondition);  // only properties that no other action sets
 }
 
 void TargetFolders::ReadProperties(const Module& module) {
@@ -316,7 +327,7 @@ void TargetFolders::ReadProperties(const Module& module) {
     const std::string_view key = table->Text(row, *property);
     // Other properties than those of directories matter only if an action refers to them.
     if (!table->Text(row, *value).empty() && (m_directories.count(key) > 0 || !m_actions.empty())) {
-      AddText(key, table->Text(row, *value), m_properties);
+      m_properties.try_emplace(key, MakeText(table->Text(row, *value), 0));
     }
   }
 }

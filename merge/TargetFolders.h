@@ -53,9 +53,11 @@ bool IsPredefinedFolder(std::string_view property) noexcept;
 ///   DefaultDir and its parent: merging adds an action that sets it.
 /// - A custom action that sets the property of a directory (types 51 and 35) takes precedence over
 ///   the key and the rows. Its text may begin with a property or a directory:
-///   "[WindowsFolder]winsxs". An action that no sequence table names does not count; one without a
-///   condition takes precedence over others. Further properties in its text get the values that the
-///   module gives them, if these are texts without properties and no full paths.
+///   "[WindowsFolder]winsxs". Of several actions for a property the last one to run counts, but
+///   those without a condition take precedence. Actions that do not run, and those of type 51 that
+///   run after the installer has made its paths, do not count; see ActionSequence. Further
+///   properties in the text get the values that the module has given them by then, if these are
+///   texts without properties and no full paths.
 /// - A value in the Property table takes precedence over the rows.
 /// - Otherwise the name is the target part of DefaultDir, in its long form. "." is the parent.
 /// - The walk ends at the row without a parent, whose key is the root: usually TARGETDIR. What lies
@@ -85,19 +87,20 @@ class TargetFolders {
   /// What an action or a property says of a folder.
   struct FolderText {
     std::string_view text;
+    double position;    ///< of the action, see ActionSequence
     bool isPartOfPath;  ///< neither a full path nor one that has properties in it
   };
-  using FolderTexts = std::unordered_map<std::string_view, FolderText>;
+  using ActionTexts = std::unordered_map<std::string_view, std::vector<FolderText>>;
 
-  static void AddText(std::string_view property, std::string_view text, FolderTexts& texts);
+  static FolderText MakeText(std::string_view text, double position);
   void ReadActions(const Module& module);
   void ReadProperties(const Module& module);
   void ReadItems(const Module& module);
 
   std::unordered_map<std::string_view, const Directory*> m_directories;
-  FolderTexts m_actions;     ///< by property
-  FolderTexts m_properties;  ///< values, by property
-  TextMap m_items;           ///< configurable items by property
+  ActionTexts m_actions;  ///< by property, at rising positions
+  std::unordered_map<std::string_view, FolderText> m_properties;  ///< values, by property
+  TextMap m_items;  ///< configurable items by property
 };
 
 /// Returns how a root is spelled, such as "[SystemFolder]" or "<WINSYSDIR>"; empty if there is no

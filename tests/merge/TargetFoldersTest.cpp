@@ -196,6 +196,77 @@ TEST(TargetFoldersTest, TablesSayWhichActionsRunAndWhatIsConfigurable) {
   EXPECT_EQ("[TARGETDIR]c\\in redirected:C.1 item:Name", Describe(folders.Resolve("InC.1")));
 }
 
+TEST(TargetFoldersTest, OfSeveralActionsTheLastThatRunsInTimeCounts) {
+  DatabaseImage image;
+  image.tables = {
+      {"ModuleSignature", ColumnsOf("ModuleSignature"), {{"Pens.1", 0, "1"}}},
+      {"CustomAction",
+       ColumnsOf("CustomAction"),
+       {{"First", 51, "LAST", "[SystemFolder]first"},
+        {"Second", 51, "LAST", "[SystemFolder]second"},
+        {"Here", 51, "RELATIVE", "[SystemFolder]here"},
+        {"Before", 51, "RELATIVE", "[SystemFolder]before"},
+        {"After", 51, "RELATIVE", "[SystemFolder]after"},
+        {"AtEnd", 51, "NEVER", "[SystemFolder]end"},
+        {"Unplaced", 51, "NEVER", "[SystemFolder]unplaced"},
+        {"Late", 51, "COSTED", "[SystemFolder]late"},
+        {"Costed", 51, "COSTED", "[SystemFolder]costed"},
+        {"Directory", 35, "MOVED", "[SystemFolder]moved"},
+        {"Use", 51, "USER", "[SystemFolder][PART]x"},
+        {"UseNow", 51, "LATER", "[SystemFolder][PART]x"},
+        {"Set", 51, "PART", "part"},
+        {"UseEarly", 51, "EARLY", "[ROOT]x"},
+        {"SetRoot", 51, "ROOT", "[SystemFolder]"},
+        {"Own", 51, "OWN", "[SystemFolder]own"},
+        {"OwnMore", 51, "OWN", "[OWN]more"},
+        {"Shown", 51, "SHOWN", "[SystemFolder]shown"},
+        {"Run", 51, "SHOWN", "[SystemFolder]run"}}},
+      {"ModuleInstallExecuteSequence",
+       ColumnsOf("ModuleInstallExecuteSequence"),
+       {{"CostInitialize", 800, nullptr, nullptr, nullptr},
+        {"First", 300, nullptr, nullptr, nullptr},
+        {"Second", 200, nullptr, nullptr, nullptr},
+        {"Here", nullptr, "CostInitialize", 0, nullptr},
+        {"Before", nullptr, "Here", 0, nullptr},
+        {"After", nullptr, "Here", 1, nullptr},
+        {"AtEnd", -1, nullptr, nullptr, nullptr},
+        {"Unplaced", nullptr, nullptr, nullptr, nullptr},
+        {"Late", nullptr, "CostFinalize", 1, nullptr},
+        {"Costed", nullptr, "CostFinalize", 0, nullptr},
+        {"Directory", 1100, nullptr, nullptr, nullptr},
+        {"Use", 100, nullptr, nullptr, nullptr},
+        {"Set", 150, nullptr, nullptr, nullptr},
+        {"UseNow", 200, nullptr, nullptr, nullptr},
+        {"UseEarly", 100, nullptr, nullptr, nullptr},
+        {"SetRoot", 200, nullptr, nullptr, nullptr},
+        {"Own", 10, nullptr, nullptr, nullptr},
+        {"OwnMore", 20, nullptr, nullptr, nullptr},
+        {"Run", 1, nullptr, nullptr, nullptr}}},
+      {"ModuleInstallUISequence",
+       ColumnsOf("ModuleInstallUISequence"),
+       {{"Shown", 700, nullptr, nullptr, nullptr}}},
+  };
+  const std::pair<const char*, const char*> cases[] = {
+      {"LAST", "[SystemFolder]first predefined action"},
+      {"RELATIVE", "[SystemFolder]after predefined action"},
+      {"NEVER", "[NEVER] missing"},
+      {"COSTED", "[SystemFolder]costed predefined action"},
+      {"MOVED", "[SystemFolder]moved predefined action"},
+      {"USER", "[SystemFolder][PART]x predefined action run time"},
+      {"LATER", "[SystemFolder]partx predefined action"},
+      {"EARLY", "[ROOT]x action"},
+      {"OWN", "[SystemFolder]own\\more predefined action"},
+      {"SHOWN", "[SystemFolder]run predefined action"},
+  };
+  MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
+  const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
+  EXPECT_EQ("", module.failure);
+  const merge::TargetFolders folders(module);
+  for (const auto& [key, expected] : cases) {
+    EXPECT_EQ(expected, Describe(folders.Resolve(key))) << key;
+  }
+}
+
 /// Worked out by hand from the tables of these files.
 TEST(TargetFoldersTest, FilesOfModulesOfOtherToolsGoWhereTheirTablesSay) {
   const std::filesystem::path modules =
