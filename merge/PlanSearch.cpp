@@ -27,6 +27,12 @@ void Lower(PlanCost& cost, const PlanCost& other) {
   }
 }
 
+/// Sorts numbers and removes repeated ones.
+void RemoveRepeated(std::vector<std::uint32_t>& numbers) {
+  std::sort(numbers.begin(), numbers.end());
+  numbers.erase(std::unique(numbers.begin(), numbers.end()), numbers.end());
+}
+
 /// More than the modules of a set can lack.
 constexpr std::int64_t kAvoided = 1'000'000'000'000;
 
@@ -483,8 +489,7 @@ std::vector<PlanSearch::Certain> PlanSearch::FindCertain(const Numbers& open) {
   }
   for (size_t next = 0; next < certain.size(); ++next) {
     Numbers& list = certain[next].candidates;
-    std::sort(list.begin(), list.end());
-    list.erase(std::unique(list.begin(), list.end()), list.end());
+    RemoveRepeated(list);
     const Numbers candidates = list;
     struct Shared {
       size_t count = 0;
@@ -509,13 +514,12 @@ std::vector<PlanSearch::Certain> PlanSearch::FindCertain(const Numbers& open) {
         Shared& needed = known->second;
         needed.count += needed.last != module ? 1 : 0;
         needed.last = module;
-        if (std::find(needed.needs.begin(), needed.needs.end(), need) == needed.needs.end()) {
-          needed.needs.push_back(need);
-        }
+        needed.needs.push_back(need);
       }
     }
-    for (const auto& [id, needed] : shared) {
+    for (auto& [id, needed] : shared) {
       if (needed.count == candidates.size()) {
+        RemoveRepeated(needed.needs);
         places.emplace(id, certain.size());
         certain.push_back({id, {}});
         for (const std::uint32_t need : needed.needs) {
