@@ -11,6 +11,7 @@
 #include "analysis/LoadSet.h"
 #include "analysis/ModuleItem.h"
 #include "analysis/ModuleRows.h"
+#include "analysis/NotFound.h"
 #include "analysis/SetCollection.h"
 #include "analysis/SetFailure.h"
 #include "analysis/SetFinding.h"
@@ -19,14 +20,17 @@
 #include "com/error/Raise.h"
 #include "com/frame/TextListArgument.h"
 #include "common/Bstr.h"
+#include "common/CollectionIndex.h"
 
 namespace qm::analysis {
 
 namespace {
 
+/// Returns whether a script left out an argument, or passed a variable without a value.
 bool IsOmitted(const VARIANT& argument) noexcept {
-  return argument.vt == VT_EMPTY ||
-         (argument.vt == VT_ERROR && argument.scode == DISP_E_PARAMNOTFOUND);
+  const VARIANT* const value = common::ResolveVariantReferences(&argument);
+  return value &&
+         (value->vt == VT_EMPTY || (value->vt == VT_ERROR && value->scode == DISP_E_PARAMNOTFOUND));
 }
 
 std::vector<size_t> AllPositions(const SetData& set) {
@@ -74,15 +78,18 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
 std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
   std::vector<size_t> positions = set.Index().FindByKey(text::ToUtf8(key));
   if (positions.empty()) {
-    com::Raise(com_exception(E_INVALIDARG,
-                             common::WideString(L"The set has no module \"") + key + L"\"."));
+    RaiseNoModule(key);
   }
   return positions;
 }
 
-/// Returns the same for several keys, each position once.
+/// Returns the same for several keys, each position once. Raises E_INVALIDARG for none: nothing was
+/// asked.
 std::vector<size_t> RequireModules(const SetData& set,
                                    const std::vector<common::WideString>& keys) {
+  if (keys.empty()) {
+    com::Raise(com_exception(E_INVALIDARG, L"The array has no module keys."));
+  }
   std::vector<size_t> positions;
   std::set<size_t> seen;
   for (const common::WideString& key : keys) {

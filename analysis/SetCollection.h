@@ -1,6 +1,7 @@
 #pragma once
 
 #include "analysis/Elements.h"
+#include "analysis/NotFound.h"
 #include "analysis/SetObject.h"
 #include "common/CollectionIndex.h"
 
@@ -17,7 +18,7 @@ class SetCollection : public SetObject<Collection> {
       const common::CollectionIndex wanted(index);
       const size_t position = wanted.IsKey() ? m_elements->Find(wanted.Key()) : wanted.Position();
       if (position >= m_elements->Count()) {
-        return E_INVALIDARG;
+        RaiseNoElement(wanted);
       }
       *item = static_cast<Item*>(m_elements->At(position).Detach());
       return S_OK;

@@ -415,6 +415,29 @@ TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
   common::ComPtr<ISetFindings> none;
   EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(L"Nobody"), none.Put()));
   EXPECT_EQ(L"The set has no module \"Nobody\".", TakeDescription());
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(std::wstring(300, L'x').c_str()), none.Put()));
+  EXPECT_EQ(L"The set has no module \"" + std::wstring(200, L'x') + L"...\".", TakeDescription());
+
+  VARIANT empty{};  // a variable of a script, and an array without elements
+  Variant keys;
+  keys.vt = VT_ARRAY | VT_VARIANT;
+  keys.parray = ::SafeArrayCreateVector(VT_VARIANT, 0, 0);
+  EXPECT_THAT(Check(Around(VT_VARIANT | VT_BYREF, &empty)), ElementsAre(L"missing-dependency"));
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(keys, none.Put()));
+  EXPECT_EQ(L"The array has no module keys.", TakeDescription());
+
+  ASSERT_EQ(S_OK, m_set->get_Modules(modules.Put()));
+  const struct {
+    Variant index;
+    const wchar_t* description;
+  } wrong[] = {{Variant(L"Nobody"), L"The collection has no element \"Nobody\"."},
+               {Variant(9L), L"The collection has no element number 9."},
+               {Variant(0L), L"The collection has no such element."}};
+  for (const auto& [index, description] : wrong) {
+    common::ComPtr<ISetModule> module;
+    EXPECT_EQ(E_INVALIDARG, modules->get_Item(index, module.Put()));
+    EXPECT_EQ(description, TakeDescription());
+  }
 }
 
 TEST_F(MergeSetTest, DamagedAndChangedFilesAreFindingsAndTheOthersAreAnswered) {

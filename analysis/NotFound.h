@@ -1,0 +1,17 @@
+#pragma once
+
+#include <string_view>
+
+#include "common/CollectionIndex.h"
+
+namespace qm::analysis {
+
+// Raise E_INVALIDARG with a description that has the first 200 characters of a key.
+
+/// For an index that no element of a collection has.
+[[noreturn]] void RaiseNoElement(const common::CollectionIndex& index);
+
+/// For a key that no module of the set has.
+[[noreturn]] void RaiseNoModule(std::wstring_view key);
+
+}  // namespace qm::analysis
