@@ -21,6 +21,7 @@
 #include "com/frame/TextListArgument.h"
 #include "common/Bstr.h"
 #include "common/CollectionIndex.h"
+#include "common/Path.h"
 
 namespace qm::analysis {
 
@@ -74,9 +75,24 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   merge::SortFindings(findings);
 }
 
-/// Returns the positions of the modules that a key means. Raises E_INVALIDARG if no module has it.
+/// Returns the positions of the modules with a path; none for an empty one.
+std::vector<size_t> FindByPath(const SetData& set, std::wstring_view path) {
+  std::vector<size_t> positions;
+  for (size_t position = 0; position < set.Modules().size() && !path.empty(); ++position) {
+    if (common::CompareFileNames(text::ToWide(set.ModuleAt(position).path), path) == 0) {
+      positions.push_back(position);
+    }
+  }
+  return positions;
+}
+
+/// Returns the positions of the modules that a key or a full path means. Raises E_INVALIDARG if no
+/// module has it.
 std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
   std::vector<size_t> positions = set.Index().FindByKey(text::ToUtf8(key));
+  if (positions.empty()) {
+    positions = FindByPath(set, key);
+  }
   if (positions.empty()) {
     RaiseNoModule(key);
   }

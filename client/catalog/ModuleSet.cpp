@@ -220,7 +220,9 @@ std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& 
     }
     const std::vector<size_t> named = FindByName(word);
     for (const size_t position : named) {
-      keys.push_back(m_modules[position].key);
+      // Other folders may have modules with the same key.
+      const std::string path = ReadText(*m_modules[position].object, &ISetModule::get_Path);
+      keys.push_back(path.empty() ? m_modules[position].key : path);
     }
     if (named.empty()) {
       keys.push_back(word);  // the set component says what is wrong with it
