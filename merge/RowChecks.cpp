@@ -1,80 +1,18 @@
 #include <algorithm>
-#include <deque>
 #include <map>
-#include <unordered_map>
 
 #include "merge/Checks.h"
 #include "merge/Hashing.h"
 #include "merge/JoinTexts.h"
+#include "merge/MergedTables.h"
 
 namespace qm::merge {
 
 namespace {
 
-// A merge copies the rows of a module's tables into the package. Some tables have rules of their
-// own:
-//
-// - ModuleSignature, ModuleDependency and ModuleExclusion are copied like others, so that modules
-//   which carry one module in two versions collide.
-// - ModuleIgnoreTable, ModuleConfiguration and ModuleSubstitution direct the merge and are not
-//   copied. Neither are _Validation and the tables that a ModuleIgnoreTable names.
-// - Rows of the Module...Sequence tables become rows of the sequence tables of the package, which a
-//   module has only empty. An action with a number and no base action is a standard one, for which
-//   the number of the package counts.
-// - The package has the row of TARGETDIR, and files and media are numbered again.
-
-enum class TableKind { Rows, Sequence, Directory, File, NotMerged };
-
-TableKind GetKind(std::string_view name) noexcept {
-  static constexpr std::string_view kNotMerged[] = {
-      "AdminExecuteSequence", "AdminUISequence",        "AdvtExecuteSequence", "AdvtUISequence",
-      "FeatureComponents",    "InstallExecuteSequence", "InstallUISequence",   "Media",
-      "ModuleComponents",     "ModuleConfiguration",    "ModuleIgnoreTable",   "ModuleSubstitution",
-      "_Validation"};
-  constexpr std::string_view kSequence = "Sequence";
-  if (std::binary_search(std::begin(kNotMerged), std::end(kNotMerged), name)) {
-    return TableKind::NotMerged;
-  }
-  if (name == "Directory") {
-    return TableKind::Directory;
-  }
-  if (name == "File") {
-    return TableKind::File;
-  }
-  return name.size() > kSequence.size() && name.substr(0, 6) == "Module" &&
-                 name.substr(name.size() - kSequence.size()) == kSequence
-             ? TableKind::Sequence
-             : TableKind::Rows;
-}
-
 /// Whether the rows of a table are only texts that are shown. Which of them is shown is no failure.
 bool HasOnlyDisplayTexts(std::string_view table) noexcept {
   return table == "ActionText" || table == "Error" || table == "UIText";
-}
-
-/// A table of a module.
-struct ModuleTable {
-  size_t module;
-  const Table* table;
-  const Table* substitutions;  ///< ModuleSubstitution of the module; null if it has none
-  size_t name;                 ///< position in TableCollector::Names()
-  size_t group = SIZE_MAX;     ///< position in NamedTables::groups; SIZE_MAX if there are too many
-};
-
-struct RowRef {
-  const ModuleTable* owner;
-  std::uint32_t row;
-};
-
-std::uint64_t HashCell(std::uint64_t hash, const Table& table, size_t row, size_t column) {
-  switch (table.Columns()[column].kind) {
-    case image::ColumnKind::Text:
-      return HashText(hash, table.Text(row, column));
-    case image::ColumnKind::Integer:
-      return HashNumber(hash, static_cast<std::uint32_t>(table.Number(row, column).value_or(0)));
-    default:
-      return HashNumber(hash, table.StreamSize(row, column).value_or(0));
-  }
 }
 
 bool IsSameCell(const RowRef& a, const RowRef& b, size_t column) {
@@ -112,32 +50,6 @@ std::string JoinKey(const RowRef& ref, const char* between) {
   return JoinTexts(cells, between);
 }
 
-/// How the columns of two tables of one name relate.
-enum class ColumnRelation {
-  Same,
-  Extended,  ///< one has more columns at its end, which may be null
-  Different
-};
-
-ColumnRelation CompareColumns(const Table& a, const Table& b) {
-  const std::vector<Column>& first = a.Columns();
-  const std::vector<Column>& second = b.Columns();
-  const size_t shared = std::min(first.size(), second.size());
-  for (size_t i = 0; i < shared; ++i) {
-    if (first[i].name != second[i].name || first[i].kind != second[i].kind ||
-        first[i].isKey != second[i].isKey) {
-      return ColumnRelation::Different;
-    }
-  }
-  const std::vector<Column>& longer = first.size() > shared ? first : second;
-  for (size_t i = shared; i < longer.size(); ++i) {
-    if (longer[i].isKey || !longer[i].isNullable) {
-      return ColumnRelation::Different;
-    }
-  }
-  return longer.size() == shared ? ColumnRelation::Same : ColumnRelation::Extended;
-}
-
 std::string FormatColumns(const Table& table) {
   std::vector<std::string> names;
   for (const Column& column : table.Columns()) {
@@ -148,156 +60,6 @@ std::string FormatColumns(const Table& table) {
   }
   return Shorten(JoinTexts(names, ", "));
 }
-
-/// Tables of one name with the same columns.
-struct ColumnGroup {
-  const ModuleTable* first;
-  const ModuleTable* other = nullptr;  ///< the first one of another ID, if there is one
-  size_t count = 1;
-};
-
-/// The tables of one name, and their rows whose keys have the same hash.
-struct NamedTables {
-  std::string_view name;
-  TableKind kind;
-  std::vector<const ModuleTable*> tables = {};
-  std::vector<ColumnGroup> groups = {};
-  std::vector<std::vector<RowRef>> rowsOfKeys = {};
-};
-
-/// Collects the merged tables of all modules and hashes the keys of their rows. Module by module,
-/// since the texts of one are close together in memory; everything later looks only at rows that
-/// meet others.
-class TableCollector {
- public:
-  /// Kinds of columns of one table that are told apart.
-  static constexpr size_t kMaxGroups = 8;
-
-  explicit TableCollector(const CheckedModules& modules) : m_modules(modules) {}
-
-  void Add(size_t position) {
-    const Module& module = m_modules.At(position);
-    if (!module.tables) {
-      return;
-    }
-    const std::vector<std::string_view> ignored = ReadIgnoredTables(module);
-    const Table* const substitutions = module.FindTable("ModuleSubstitution");
-    for (const Table& table : module.tables->All()) {
-      if (table.RowCount() == 0) {
-        continue;
-      }
-      const auto [found, isNew] = m_numbers.emplace(table.Name(), m_names.size());
-      if (isNew) {
-        m_names.push_back({table.Name(), GetKind(table.Name())});
-      }
-      NamedTables& named = m_names[found->second];
-      if (named.kind != TableKind::NotMerged &&
-          !std::binary_search(ignored.begin(), ignored.end(), table.Name())) {
-        ModuleTable& added =
-            m_tables.emplace_back(ModuleTable{position, &table, substitutions, found->second});
-        added.group = AddToGroup(added, named.groups);
-        named.tables.push_back(&added);
-        HashRows(added, named.kind);
-      }
-    }
-  }
-
-  /// Returns the names with the rows that may collide.
-  const std::vector<NamedTables>& Finish() {
-    constexpr std::uint32_t kNone = UINT32_MAX;
-    size_t slots = 16;
-    while (slots < m_rows.size() * 2) {
-      slots *= 2;
-    }
-    std::vector<std::uint32_t> first(slots, kNone);         // rows, by hash
-    std::unordered_map<std::uint32_t, size_t> listOfFirst;  // of those that met another one
-    for (std::uint32_t added = 0; added < m_rows.size(); ++added) {
-      const HashedRow& row = m_rows[added];
-      size_t slot = row.hash & (slots - 1);
-      while (first[slot] != kNone && m_rows[first[slot]].hash != row.hash) {
-        slot = (slot + 1) & (slots - 1);
-      }
-      if (first[slot] == kNone) {
-        first[slot] = added;
-        continue;
-      }
-      auto& lists = m_names[row.ref.owner->name].rowsOfKeys;
-      const auto [list, isNew] = listOfFirst.emplace(first[slot], lists.size());
-      if (isNew) {
-        lists.push_back({m_rows[first[slot]].ref});
-      }
-      lists[list->second].push_back(row.ref);
-    }
-    return m_names;
-  }
-
- private:
-  struct HashedRow {
-    std::uint64_t hash;  ///< of the name of the table and the key
-    RowRef ref;
-  };
-
-  /// The tables that a module keeps out of a merge.
-  static std::vector<std::string_view> ReadIgnoredTables(const Module& module) {
-    std::vector<std::string_view> names;
-    const Table* const table = module.FindTable("ModuleIgnoreTable");
-    const auto column = table ? table->FindColumn("Table") : std::nullopt;
-    for (size_t row = 0; column && row < table->RowCount(); ++row) {
-      names.push_back(table->Text(row, *column));
-    }
-    std::sort(names.begin(), names.end());
-    return names;
-  }
-
-  /// Returns the position of the group; SIZE_MAX if there are too many of them already.
-  size_t AddToGroup(const ModuleTable& table, std::vector<ColumnGroup>& groups) const {
-    for (ColumnGroup& group : groups) {
-      if (CompareColumns(*group.first->table, *table.table) == ColumnRelation::Same) {
-        ++group.count;
-        if (!group.other && !m_modules.AreAlternatives(group.first->module, table.module)) {
-          group.other = &table;
-        }
-        return static_cast<size_t>(&group - groups.data());
-      }
-    }
-    if (groups.size() == kMaxGroups) {
-      return SIZE_MAX;
-    }
-    groups.push_back({&table});
-    return groups.size() - 1;
-  }
-
-  void HashRows(const ModuleTable& owner, TableKind kind) {
-    const Table& table = *owner.table;
-    const std::vector<Column>& columns = table.Columns();
-    const auto baseAction =
-        kind == TableKind::Sequence ? table.FindColumn("BaseAction") : std::nullopt;
-    const auto directory =
-        kind == TableKind::Directory ? table.FindColumn("Directory") : std::nullopt;
-    const auto isKey = [](const Column& column) { return column.isKey; };
-    const bool canDiffer = std::any_of(columns.begin(), columns.end(), isKey) &&
-                           !std::all_of(columns.begin(), columns.end(), isKey);
-    for (std::uint32_t row = 0; canDiffer && row < table.RowCount(); ++row) {
-      if ((kind == TableKind::Sequence && (!baseAction || table.IsNull(row, *baseAction))) ||
-          (directory && table.Text(row, *directory) == "TARGETDIR")) {
-        continue;
-      }
-      std::uint64_t hash = HashNumber(kHashSeed, owner.name);
-      for (size_t column = 0; column < columns.size(); ++column) {
-        if (columns[column].isKey) {
-          hash = HashCell(hash, table, row, column);
-        }
-      }
-      m_rows.push_back({hash, {&owner, row}});
-    }
-  }
-
-  const CheckedModules& m_modules;
-  std::deque<ModuleTable> m_tables;  ///< does not move them
-  std::unordered_map<std::string_view, size_t> m_numbers;
-  std::vector<NamedTables> m_names;
-  std::vector<HashedRow> m_rows;
-};
 
 /// Compares the tables of one name: their columns, and the rows whose keys met.
 class TableCheck {
@@ -585,21 +347,9 @@ class TableCheck {
   /// replaces it.
   static bool IsSubstituted(const std::vector<RowRef>& sides, const std::string& column) {
     return std::any_of(sides.begin(), sides.end(), [&](const RowRef& side) {
-      const Table* const items = side.owner->substitutions;
-      if (!items) {
-        return false;
-      }
-      const auto table = items->FindColumn("Table");
-      const auto row = items->FindColumn("Row");
-      const auto name = items->FindColumn("Column");
-      const std::string key = JoinKey(side, ";");
-      for (size_t item = 0; table && row && name && item < items->RowCount(); ++item) {
-        if (items->Text(item, *table) == side.owner->table->Name() &&
-            items->Text(item, *row) == key && items->Text(item, *name) == column) {
-          return true;
-        }
-      }
-      return false;
+      const ModuleTable& owner = *side.owner;
+      return owner.substituted &&
+             owner.substituted->Has(owner.table->Name(), JoinKey(side, ";"), column);
     });
   }
 
@@ -646,12 +396,12 @@ class TableCheck {
 }  // namespace
 
 void CheckRows(const CheckedModules& modules, FindingList& findings) {
-  TableCollector collector(modules);
+  MergedTables tables(modules);
   for (const size_t position : modules.Scope()) {
-    collector.Add(position);
+    tables.Add(position);
   }
   TableCheck check(modules, findings);
-  for (const NamedTables& named : collector.Finish()) {
+  for (const NamedTables& named : tables.Finish()) {
     if (named.tables.size() > 1) {
       check.Run(named);
     }
