@@ -187,13 +187,17 @@ class FileCheck {
     const std::string folder = m_modules.Spell(sides.front()->folder);
     Finding& finding =
         m_findings.Add(kFileConflict, modules,
-                       std::string(sides.front()->file->name) + " goes to " + folder + " from " +
-                           m_findings.JoinNames(modules, " and from "));
-    finding.file = sides.front()->file->name;
-    finding.folder = folder;
+                       Shorten(sides.front()->file->name) + " goes to " + Shorten(folder) +
+                           " from " + m_findings.JoinNames(modules, " and from "));
+    SetPlace(*sides.front()->file, folder, finding);
     AddValues(sides, finding);
     AddConditions(conditions, finding);
     LimitIfRedirected(sides, finding);
+  }
+
+  static void SetPlace(const DeliveredFile& file, const std::string& folder, Finding& finding) {
+    finding.file = Shorten(file.name);
+    finding.folder = folder;
   }
 
   void AddDuplicate(const std::vector<const PlacedFile*>& same) {
@@ -208,12 +212,12 @@ class FileCheck {
     for (const PlacedFile* const file : same) {
       keys.push_back(Shorten(file->file->key));
     }
-    Finding& finding = m_findings.Add(
-        kDuplicateFile, {first.module},
-        m_findings.NameOf(first.module) + " installs " + std::string(first.file->name) + " to " +
-            folder + " " + std::to_string(same.size()) + " times: " + JoinSome(keys, ", "));
-    finding.file = first.file->name;
-    finding.folder = folder;
+    Finding& finding =
+        m_findings.Add(kDuplicateFile, {first.module},
+                       m_findings.NameOf(first.module) + " installs " + Shorten(first.file->name) +
+                           " to " + Shorten(folder) + " " + std::to_string(same.size()) +
+                           " times: " + JoinSome(keys, ", "));
+    SetPlace(*first.file, folder, finding);
     finding.table = "File";
     AddValues(same, finding);
     AddConditions(conditions, finding);
@@ -235,15 +239,14 @@ class FileCheck {
     std::vector<std::string> names;
     names.reserve(sides.size());
     for (const PlacedFile* const side : sides) {
-      names.push_back(std::string(side->file->name) + " of " + m_findings.NameOf(side->module));
+      names.push_back(Shorten(side->file->name) + " of " + m_findings.NameOf(side->module));
     }
     const std::string folder = m_modules.Spell(sides.front()->folder);
-    Finding& finding = m_findings.Add(kShortNameConflict, ModulesOf(sides),
-                                      "files have the short name " +
-                                          std::string(GetShortName(*sides.front()->file)) + " in " +
-                                          folder + ": " + JoinSome(names, ", "));
-    finding.file = sides.front()->file->name;
-    finding.folder = folder;
+    Finding& finding =
+        m_findings.Add(kShortNameConflict, ModulesOf(sides),
+                       "files have the short name " + Shorten(GetShortName(*sides.front()->file)) +
+                           " in " + Shorten(folder) + ": " + JoinSome(names, ", "));
+    SetPlace(*sides.front()->file, folder, finding);
     for (const PlacedFile* const side : sides) {
       finding.values.push_back(
           {side->module, "FileName",
