@@ -2,10 +2,9 @@
 
 #include <cstdint>
 #include <map>
-#include <optional>
 #include <vector>
 
-#include "merge/PlanProblem.h"
+#include "merge/PlanParts.h"
 
 namespace qm::merge {
 
@@ -15,7 +14,7 @@ namespace qm::merge {
 /// an explicit stack, so that only memory limits the depth.
 class PlanSearch {
  public:
-  using Numbers = std::vector<std::uint32_t>;
+  using Numbers = PlanState::Numbers;
 
   struct Result {
     Numbers modules;  ///< of the plan, in ascending order
@@ -25,56 +24,41 @@ class PlanSearch {
 
   /// A step is one look at a candidate of a requirement. After `maxSteps` of them, a search returns
   /// the best plan that it has.
-  PlanSearch(const PlanProblem& problem, std::uint64_t maxSteps);
+  PlanSearch(const PlanProblem& problem, std::uint64_t maxSteps)
+      : m_state(problem), m_parts(m_state), m_maxSteps(maxSteps) {}
+  PlanSearch(const PlanSearch&) = delete;
+  PlanSearch& operator=(const PlanSearch&) = delete;
+  ~PlanSearch() = default;
 
   /// Makes a combination of modules, in ascending order, cost one objection more. A combination of
   /// several modules may be added once.
-  void AddObjection(const Numbers& modules);
+  void AddObjection(const Numbers& modules) { m_state.AddObjection(modules); }
 
   /// Takes back an objection that was added, or an exclusion of the problem.
-  void RemoveObjection(const Numbers& modules);
+  void RemoveObjection(const Numbers& modules) { m_state.RemoveObjection(modules); }
 
   /// Makes what a module lacks cost nothing from now on.
-  void IgnoreMissing(std::uint32_t module);
+  void IgnoreMissing(std::uint32_t module) { m_state.ClearMissing(module); }
 
   /// Makes Solve choose a module only where nothing else satisfies a requirement, until Permit.
-  void Avoid(std::uint32_t module);
-  void Permit(std::uint32_t module);
+  void Avoid(std::uint32_t module) { m_state.AddMissing(module, kAvoided); }
+  void Permit(std::uint32_t module) { m_state.AddMissing(module, -kAvoided); }
 
   /// Returns the steps of the last search.
-  std::uint64_t Steps() const noexcept { return m_steps; }
+  std::uint64_t Steps() const noexcept { return m_state.Steps(); }
 
   /// Finds the cheapest plan with some modules.
   Result Solve(const Numbers& wanted);
 
   /// Returns the first combination of a plan that costs an objection; nothing if none does.
-  Numbers FindObjection(const Numbers& plan) const;
+  Numbers FindObjection(const Numbers& plan) const { return m_state.FindObjection(plan); }
 
  private:
-  struct Service {
-    std::uint32_t need;
-    std::uint32_t rank;  ///< of the module among the candidates
-  };
+  using Answer = PlanState::Answer;
+  using Part = PlanParts::Part;
 
-  struct Answer {
-    PlanCost cost;
-    Numbers modules;
-  };
-
-  /// Needs that share no module, ID or objection with others.
-  struct Part {
-    Numbers open;     ///< needs of selected modules that no selected module satisfies
-    Numbers modules;  ///< that answers can have
-    Numbers key;      ///< what the answer depends on; empty if it must not be remembered
-    PlanCost bound;   ///< every answer costs at least this
-    std::map<std::uint32_t, PlanCost> bounds;  ///< the same for one ID
-  };
-
-  /// An ID of which every answer has a module.
-  struct Certain {
-    std::uint32_t id;
-    Numbers candidates;  ///< one of these
-  };
+  /// More than the modules of a set can lack.
+  static constexpr std::int64_t kAvoided = 1'000'000'000'000;
 
   struct Remembered {
     bool isExact;  ///< otherwise only the cost is known, as a bound
@@ -97,34 +81,13 @@ class PlanSearch {
     PlanCost rest;  ///< bound of the parts from `nextPart`
   };
 
-  struct Undo {
-    Numbers* list;
-    std::uint32_t index;
-    std::uint32_t old;
-  };
-
   enum class Entry {
     Answered,  ///< `answer` is the cheapest one
     Useless,   ///< no answer costs less than the limit
     Pushed,    ///< the part is on the stack
   };
 
-  void Set(Numbers& list, std::uint32_t index, std::uint32_t value);
-  void UndoTo(size_t mark);
-  PlanCost CostOf(std::uint32_t module) const;
-  PlanCost BoundCost(std::uint32_t module) const;
-  PlanCost EstimateCost(std::uint32_t module) const;
-  void Select(std::uint32_t module, Numbers& open, Answer& answer);
-  bool Propagate(Numbers& open, Answer& answer);
-  Answer Complete(Numbers open);
-  std::vector<Part> Split(const Numbers& open);
-  Numbers MakeKey(const Part& part) const;
-  std::vector<Certain> FindCertain(const Numbers& open);
-  void FillBound(Part& part);
   bool BanUseless(const Part& part, const PlanCost& limit);
-
-  bool IsOpen(std::uint32_t need) const { return m_uses[need] > 0 && m_server[need] == kNone; }
-
   Answer Minimize(const Numbers& open);
   Entry Enter(Part part, const PlanCost& limit, Answer& answer);
   bool StartNextChoice(Frame& frame);
@@ -132,34 +95,13 @@ class PlanSearch {
   void Receive(Frame& frame, Entry entry, const Answer& answer);
   void Remember(const Numbers& key, bool isExact, const Answer& answer);
 
-  static constexpr std::uint32_t kNone = PlanProblem::kNone;
-
-  const PlanProblem& m_problem;
+  PlanState m_state;
+  PlanParts m_parts;
   const std::uint64_t m_maxSteps;
-  std::uint64_t m_steps = 0;
   bool m_isExhausted = false;
-
-  std::vector<std::vector<Service>> m_services;  ///< by module: the needs that it satisfies
-  std::vector<PlanCost> m_costs;                 ///< by module: whatever else is planned
-  std::vector<Numbers> m_pairs;                  ///< by module: those that must not go with it
-  std::vector<Numbers> m_combinations;           ///< of three or more modules, sorted
-  std::vector<Numbers> m_combinationsOf;         ///< by module
-
-  Numbers m_isSelected;  ///< by module
-  Numbers m_isBanned;
-  Numbers m_uses;    ///< by need: number of selected modules that have it
-  Numbers m_server;  ///< by need: best rank of a selected candidate
-  Numbers m_openOfId;
-  Numbers m_selectedOfId;
-  std::vector<Undo> m_trail;
-
   std::vector<Frame> m_stack;
   std::map<Numbers, Remembered> m_memory;
   size_t m_memorySize = 0;
-
-  Numbers m_moduleGroup;  ///< scratch of Split, kNone between calls
-  Numbers m_needGroup;
-  Numbers m_idGroup;
 };
 
 }  // namespace qm::merge
