@@ -102,7 +102,7 @@ ModuleContents ReadContents(const merge::Module& module, OpenFileReader& openFil
     return *std::move(contents);
   }
   msidb::ModuleFile file(text::ToWide(module.path));
-  return ReadModuleContents(file);
+  return ReadModuleContents(file, module.path, openFiles.Shared());
 }
 
 /// Adds what the file of a module contains. Returns the code of a failure, else S_OK.
@@ -140,16 +140,35 @@ HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& o
   return module.isFromGallery ? ReadDescription(module, texts) : S_OK;
 }
 
+/// Lists the failure of a module, if it has one. `hr` is its code.
+void AddFailure(size_t position, HRESULT hr, SetData::Contents& contents) {
+  const merge::Module& module = contents.modules[position];
+  if (!module.failure.empty()) {
+    contents.failures.push_back({merge::GetFileInSentence(module), module.failure, hr, position});
+  }
+}
+
 void AddModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& openFiles,
                SetData::Contents& contents) {
   contents.objects.push_back(object);
   contents.modules.emplace_back();
   merge::Module& module = contents.modules.back();
   const HRESULT hr = ReadModule(object, openFiles, module, contents.texts);
-  if (!module.failure.empty()) {
-    contents.failures.push_back(
-        {merge::GetFileInSentence(module), module.failure, hr, contents.modules.size() - 1});
+  AddFailure(contents.modules.size() - 1, hr, contents);
+}
+
+/// Reads the modules again whose data must be compared with that of modules that came later.
+void ReadSharedData(OpenFileReader& openFiles, SetData::Contents& contents) {
+  const std::vector<std::string> paths = openFiles.Shared().TakeUnread();
+  for (size_t position = 0; position < contents.modules.size() && !paths.empty(); ++position) {
+    merge::Module& module = contents.modules[position];
+    if (module.failure.empty() && std::binary_search(paths.begin(), paths.end(), module.path)) {
+      const HRESULT hr = ReadFile(module, openFiles);
+      AddFailure(position, hr, contents);
+    }
   }
+  std::sort(contents.failures.begin(), contents.failures.end(),
+            [](const LoadFailure& a, const LoadFailure& b) { return a.module < b.module; });
 }
 
 /// Raises E_UNEXPECTED for an element that the collection counts and does not have.
@@ -209,6 +228,7 @@ SharedSet LoadSet(IDispatch& source, const std::shared_ptr<LoadProgress>& progre
     com::RaiseIfFailed(hr);
     AddModule(object, *openFiles, contents);
   }
+  ReadSharedData(*openFiles, contents);
   contents.indexes = ReadIndexFiles(contents.failures);
   contents.descriptions = ReadGalleryDescriptions();
   return std::make_shared<const SetData>(std::move(contents));

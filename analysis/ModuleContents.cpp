@@ -22,11 +22,11 @@ std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t code
 }
 
 /// Sets `code` to the Win32 error code of the module's failure, which may be none.
-merge::Module ReadDatabase(msidb::ModuleFile& file, DWORD& code) {
+merge::Module ReadDatabase(msidb::ModuleFile& file, merge::SharedStreams& shared, DWORD& code) {
   try {
     code = ERROR_FILE_CORRUPT;
     image::Database database(file);
-    return merge::ReadModule(database, DecodeText);
+    return merge::ReadModule(database, DecodeText, &shared);
   } catch (const image::Damage& damage) {
     merge::Module module;
     module.failure = damage.what();
@@ -39,9 +39,11 @@ merge::Module ReadDatabase(msidb::ModuleFile& file, DWORD& code) {
 
 }  // namespace
 
-ModuleContents ReadModuleContents(msidb::ModuleFile& file) {
+ModuleContents ReadModuleContents(msidb::ModuleFile& file, std::string_view path,
+                                  merge::SharedStreams& shared) {
+  shared.BeginModule(path);
   DWORD code = ERROR_SUCCESS;
-  merge::Module module = ReadDatabase(file, code);
+  merge::Module module = ReadDatabase(file, shared, code);
   file.RequireUnchanged();
   const HRESULT hr = module.failure.empty() ? S_OK : HResultFromCode(code);
   return {std::move(module), hr};

@@ -2,7 +2,10 @@
 
 #include <windows.h>
 
+#include <string_view>
+
 #include "merge/Module.h"
+#include "merge/SharedStreams.h"
 #include "msidb/ModuleFile.h"
 
 namespace qm::analysis {
@@ -13,8 +16,9 @@ struct ModuleContents {
   HRESULT code = S_OK;   ///< of the module's failure
 };
 
-/// Reads a module from its file. Damage is the module's failure. Throws msidb::FileError, and
-/// std::bad_alloc.
-ModuleContents ReadModuleContents(msidb::ModuleFile& file);
+/// Reads a module from its file at `path`. Damage is the module's failure. Throws msidb::FileError,
+/// and std::bad_alloc.
+ModuleContents ReadModuleContents(msidb::ModuleFile& file, std::string_view path,
+                                  merge::SharedStreams& shared);
 
 }  // namespace qm::analysis

@@ -19,8 +19,8 @@ STDMETHODIMP OpenFileReader::ReadFile(const WCHAR* path, void* file) {
     }
     try {
       msidb::ModuleFile opened(file);
-      m_contents.insert_or_assign(text::ToUtf8(std::wstring_view(path)),
-                                  ReadModuleContents(opened));
+      const std::string utf8 = text::ToUtf8(std::wstring_view(path));
+      m_contents.insert_or_assign(utf8, ReadModuleContents(opened, utf8, m_shared));
     } catch (const msidb::FileError&) {
       return S_FALSE;  // the set will open the file itself, and report what fails
     }

@@ -23,6 +23,9 @@ class OpenFileReader : public IOpenFileReader, public com::ComObjectRoot {
 
   void Init(std::shared_ptr<LoadProgress> progress) { m_progress = std::move(progress); }
 
+  /// What the modules of the load have in common.
+  merge::SharedStreams& Shared() noexcept { return m_shared; }
+
   // IOpenFileReader
   STDMETHOD(BeginFiles)(ULONG count) override;
   STDMETHOD(ReadFile)(const WCHAR* path, void* file) override;
@@ -39,6 +42,7 @@ class OpenFileReader : public IOpenFileReader, public com::ComObjectRoot {
   std::unique_ptr<const com_exception> m_failure;
   long m_count = 0;  ///< of the files
   long m_begun = 0;
+  merge::SharedStreams m_shared;
   std::unordered_map<std::string, ModuleContents> m_contents;  ///< by path
 };
 

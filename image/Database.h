@@ -124,16 +124,22 @@ class Database {
     return stream ? std::optional(ReadRowStream(*stream)) : std::nullopt;
   }
 
-  /// Returns the size of the data of a cell of a Stream column, without reading it; nothing where
+  /// Returns where the data of a cell of a Stream column is, without reading it; nothing where
   /// ReadStream returns nothing.
   template <class Decode>
-  std::optional<std::uint64_t> FindStreamSize(const TableRows& rows, std::size_t row,
-                                              std::size_t column, Decode decode) const {
-    const auto stream = FindRowStream(rows, row, column, decode);
-    return stream ? std::optional(stream->size) : std::nullopt;
+  std::optional<CompoundFile::Stream> FindRowStream(const TableRows& rows, std::size_t row,
+                                                    std::size_t column, Decode decode) const {
+    if (rows.IsNull(row, column) || !CanNameStream(rows, row)) {
+      return std::nullopt;
+    }
+    return FindOtherStream(MakeStreamName(rows, row, decode));
   }
 
-  /// Moves the strings out of the object. Only the summary information may be read afterwards.
+  /// Reads data that FindRowStream found. Throws Damage (Row).
+  Bytes ReadRowStream(const CompoundFile::Stream& stream);
+
+  /// Moves the strings out of the object. Only data that was found and the summary information may
+  /// be read afterwards.
   StringPool TakeStrings() noexcept { return std::move(m_strings); }
 
   /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
@@ -175,16 +181,6 @@ class Database {
   TableDefinition MakeDefinition(std::uint32_t table) const;
   Column MakeColumn(const ColumnRow& row) const;
   std::optional<CompoundFile::Stream> FindOtherStream(std::u16string_view name) const;
-  Bytes ReadRowStream(const CompoundFile::Stream& stream);
-
-  template <class Decode>
-  std::optional<CompoundFile::Stream> FindRowStream(const TableRows& rows, std::size_t row,
-                                                    std::size_t column, Decode decode) const {
-    if (rows.IsNull(row, column) || !CanNameStream(rows, row)) {
-      return std::nullopt;
-    }
-    return FindOtherStream(MakeStreamName(rows, row, decode));
-  }
 
   /// Returns whether the table's name and the keys of a row are short enough for the name of a
   /// stream. Without this check, rows that share a long key would take far longer than the size of

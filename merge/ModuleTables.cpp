@@ -5,6 +5,7 @@
 #include <tuple>
 #include <utility>
 
+#include "merge/Hashing.h"
 #include "text/Ascii.h"
 #include "text/Utf.h"
 
@@ -62,13 +63,22 @@ std::optional<std::int32_t> Table::Number(std::size_t row, std::size_t column) c
   return static_cast<std::int32_t>(cell - (1U << (8 * m_columns[column].size - 1)));
 }
 
-std::optional<std::uint64_t> Table::StreamSize(std::size_t row, std::size_t column) const noexcept {
+const Table::Stream* Table::FindStream(std::size_t row, std::size_t column) const noexcept {
   const std::size_t cell = row * m_columns.size() + column;
   const auto found = std::lower_bound(
       m_streams.begin(), m_streams.end(), cell,
       [](const Stream& stream, std::size_t wanted) { return stream.cell < wanted; });
-  return found == m_streams.end() || found->cell != cell ? std::nullopt
-                                                         : std::optional(found->size);
+  return found == m_streams.end() || found->cell != cell ? nullptr : &*found;
+}
+
+std::optional<std::uint64_t> Table::StreamSize(std::size_t row, std::size_t column) const noexcept {
+  const Stream* const stream = FindStream(row, column);
+  return stream ? std::optional(stream->size) : std::nullopt;
+}
+
+std::optional<std::uint64_t> Table::StreamHash(std::size_t row, std::size_t column) const noexcept {
+  const Stream* const stream = FindStream(row, column);
+  return stream ? stream->hash : std::nullopt;
 }
 
 std::string Table::Format(std::size_t row, std::size_t column) const {
@@ -90,8 +100,9 @@ std::string Table::Format(std::size_t row, std::size_t column) const {
 /// Reads a database into a ModuleTables.
 class ModuleTables::Reader {
  public:
-  Reader(ModuleTables& tables, image::Database& database, const DecodeText& decode)
-      : m_tables(tables), m_database(database), m_decode(decode) {}
+  Reader(ModuleTables& tables, image::Database& database, const DecodeText& decode,
+         SharedStreams* shared)
+      : m_tables(tables), m_database(database), m_decode(decode), m_shared(shared) {}
 
   void Read() {
     ReadTexts();
@@ -109,6 +120,9 @@ class ModuleTables::Reader {
               [&](std::uint32_t a, std::uint32_t b) { return nameAt(a) < nameAt(b); });
     if (m_takesTexts) {
       std::tie(m_tables.m_texts, m_tables.m_ends) = m_database.TakeStrings().Take();
+    }
+    if (m_shared) {
+      ReadSharedStreams();
     }
   }
 
@@ -207,14 +221,47 @@ class ModuleTables::Reader {
     }
     for (std::size_t column = 0; column < columns.size(); ++column) {
       if (columns[column].kind == image::ColumnKind::Stream) {
-        const auto size = m_database.FindStreamSize(rows, row, column, [&](std::string_view bytes) {
+        const auto found = m_database.FindRowStream(rows, row, column, [&](std::string_view bytes) {
           return text::ToUtf16(text::IsAscii(bytes) ? std::string(bytes) : Decode(bytes));
         });
-        if (size) {
-          table.m_streams.push_back({row * columns.size() + column, *size});
+        if (found) {
+          table.m_streams.push_back({row * columns.size() + column, found->size});
+          m_streams.push_back({m_tables.m_tables.size() - 1, table.m_streams.size() - 1, *found});
         }
       }
     }
+  }
+
+  /// Reads the data that another module may have too.
+  void ReadSharedStreams() {
+    std::uint64_t left = m_database.Size();  // data may share its bytes
+    for (const FoundStream& found : m_streams) {
+      Table& table = m_tables.m_tables[found.table];
+      Table::Stream& stream = table.m_streams[found.number];
+      if (m_shared->Note(Identify(table, stream)) && stream.size <= left) {
+        left -= stream.size;
+        try {
+          const image::Bytes bytes = m_database.ReadRowStream(found.stream);
+          stream.hash =
+              HashText(kHashSeed, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
+        } catch (const image::Damage&) {
+          stream.hash.reset();  // the size is compared
+        }
+      }
+    }
+  }
+
+  /// Returns a hash of what data of several modules must have in common to be compared.
+  static std::uint64_t Identify(const Table& table, const Table::Stream& stream) {
+    const std::size_t row = stream.cell / table.Columns().size();
+    const std::size_t column = stream.cell % table.Columns().size();
+    std::uint64_t hash = HashNumber(HashText(kHashSeed, table.Name()), column);
+    for (std::size_t i = 0; i < table.Columns().size(); ++i) {
+      if (table.Columns()[i].isKey) {
+        hash = HashText(hash, table.Format(row, i));
+      }
+    }
+    return HashNumber(hash, stream.size);
   }
 
   void AddFailure(const std::string& failure) {
@@ -223,15 +270,24 @@ class ModuleTables::Reader {
     }
   }
 
+  struct FoundStream {
+    std::size_t table;   ///< position in ModuleTables::m_tables
+    std::size_t number;  ///< position in Table::m_streams
+    image::CompoundFile::Stream stream;
+  };
+
   ModuleTables& m_tables;
   image::Database& m_database;
   const DecodeText& m_decode;
+  SharedStreams* m_shared;
+  std::vector<FoundStream> m_streams;
   bool m_takesTexts = false;                 ///< the texts of the database are UTF-8 as they are
   std::uint64_t m_left = m_database.Size();  ///< bytes that further tables may have
 };
 
-ModuleTables::ModuleTables(image::Database& database, const DecodeText& decode) {
-  Reader(*this, database, decode).Read();
+ModuleTables::ModuleTables(image::Database& database, const DecodeText& decode,
+                           SharedStreams* shared) {
+  Reader(*this, database, decode, shared).Read();
 }
 
 std::string_view ModuleTables::Text(std::uint32_t number) const noexcept {

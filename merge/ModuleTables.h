@@ -9,6 +9,7 @@
 #include <vector>
 
 #include "image/Database.h"
+#include "merge/SharedStreams.h"
 
 namespace qm::merge {
 
@@ -53,6 +54,10 @@ class Table {
   /// columns, and if the file has no data for the cell.
   std::optional<std::uint64_t> StreamSize(std::size_t row, std::size_t column) const noexcept;
 
+  /// Returns a hash of the data of such a cell; nothing if the data was not read, because no other
+  /// module of the set has data of this size in this row.
+  std::optional<std::uint64_t> StreamHash(std::size_t row, std::size_t column) const noexcept;
+
   /// Formats a cell of any column for display: the text, the number in decimal, or "binary of 12
   /// bytes". Empty for null.
   std::string Format(std::size_t row, std::size_t column) const;
@@ -63,8 +68,10 @@ class Table {
   struct Stream {
     std::size_t cell;  ///< row times columns plus column
     std::uint64_t size;
+    std::optional<std::uint64_t> hash = {};
   };
 
+  const Stream* FindStream(std::size_t row, std::size_t column) const noexcept;
   std::uint32_t Cell(std::size_t row, std::size_t column) const noexcept;
 
   const class ModuleTables* m_owner = nullptr;
@@ -83,11 +90,13 @@ class Table {
 class ModuleTables {
  public:
   /// Reads all tables of a database, which must not be used afterwards but for its summary
-  /// information: this may take its strings. Damage of a table becomes its Failure(). Neither takes
-  /// more memory than the size of the file justifies: reading ends, with a Failure(), where the
-  /// tables claim more bytes than the file has. Throws std::bad_alloc, and what the source of the
-  /// database throws.
-  ModuleTables(image::Database& database, const DecodeText& decode);
+  /// information: this may take its strings. Reads data that `shared`, unless it is null, knows of
+  /// another module, as far as that has no more bytes than the file. Damage of a table becomes its
+  /// Failure(). Neither takes more memory than the size of the file justifies: reading ends, with a
+  /// Failure(), where the tables claim more bytes than the file has. Throws std::bad_alloc, and
+  /// what the source of the database throws.
+  ModuleTables(image::Database& database, const DecodeText& decode,
+               SharedStreams* shared = nullptr);
   ModuleTables(const ModuleTables&) = delete;
   ModuleTables& operator=(const ModuleTables&) = delete;
   ~ModuleTables() = default;

@@ -115,11 +115,11 @@ class WantedRows {
 
 class ModuleReader {
  public:
-  ModuleReader(image::Database& database, const DecodeText& decode)
-      : m_database(database), m_decode(decode) {}
+  ModuleReader(image::Database& database, const DecodeText& decode, SharedStreams* shared)
+      : m_database(database), m_decode(decode), m_shared(shared) {}
 
   Module Read() {
-    m_module.tables = std::make_shared<const ModuleTables>(m_database, m_decode);
+    m_module.tables = std::make_shared<const ModuleTables>(m_database, m_decode, m_shared);
     AddFailure(m_module.tables->Failure());
     ReadSummary();
     ReadSignature();
@@ -334,6 +334,7 @@ class ModuleReader {
 
   image::Database& m_database;
   const DecodeText& m_decode;
+  SharedStreams* m_shared;
   Module m_module;
   std::vector<const Component*> m_componentsByKey;  ///< of m_module
 };
@@ -346,11 +347,11 @@ constexpr char16_t kWindows1252[] = {0x20AC, 0x81,   0x201A, 0x192,  0x201E, 0x2
 
 }  // namespace
 
-Module ReadModule(image::ByteSource& source, const DecodeText& decode) {
+Module ReadModule(image::ByteSource& source, const DecodeText& decode, SharedStreams* shared) {
   std::string failure;
   try {
     image::Database database(source);
-    return ReadModule(database, decode);
+    return ReadModule(database, decode, shared);
   } catch (const image::Damage& damage) {
     failure = damage.what();
   }
@@ -360,8 +361,8 @@ Module ReadModule(image::ByteSource& source, const DecodeText& decode) {
   return module;
 }
 
-Module ReadModule(image::Database& database, const DecodeText& decode) {
-  return ModuleReader(database, decode).Read();
+Module ReadModule(image::Database& database, const DecodeText& decode, SharedStreams* shared) {
+  return ModuleReader(database, decode, shared).Read();
 }
 
 std::optional<std::string> DecodeCommonCodePage(std::string_view bytes, std::uint32_t codePage) {

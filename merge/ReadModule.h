@@ -12,11 +12,13 @@ namespace qm::merge {
 /// read is there. Throws what the source throws, and std::bad_alloc.
 ///
 /// The first row of ModuleSignature is the module's own. A null language is INT32_MIN, as in the
-/// catalog.
-Module ReadModule(image::ByteSource& source, const DecodeText& decode);
+/// catalog. See ModuleTables for `shared`.
+Module ReadModule(image::ByteSource& source, const DecodeText& decode,
+                  SharedStreams* shared = nullptr);
 
 /// The same from an open database.
-Module ReadModule(image::Database& database, const DecodeText& decode);
+Module ReadModule(image::Database& database, const DecodeText& decode,
+                  SharedStreams* shared = nullptr);
 
 /// A DecodeText that needs no system: knows ASCII, UTF-8, Windows-1252 and ISO 8859-1. The code
 /// page of the system is taken for Windows-1252. For tests and other systems; on Windows, hand in

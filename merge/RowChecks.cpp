@@ -30,13 +30,30 @@ bool IsSameCell(const RowRef& a, const RowRef& b, size_t column) {
     case image::ColumnKind::Integer:
       return first.Number(a.row, column) == second.Number(b.row, column);
     default:
-      return first.StreamSize(a.row, column) == second.StreamSize(b.row, column);
+      return first.StreamSize(a.row, column) == second.StreamSize(b.row, column) &&
+             first.StreamHash(a.row, column) == second.StreamHash(b.row, column);
   }
+}
+
+std::string FormatChecksum(std::uint64_t hash) {
+  constexpr char kDigits[] = "0123456789abcdef";
+  std::string text;
+  for (int shift = 28; shift >= 0; shift -= 4) {
+    text += kDigits[hash >> static_cast<unsigned>(shift) & 0xFU];
+  }
+  return text;
 }
 
 std::string FormatCell(const RowRef& ref, size_t column) {
   const Table& table = *ref.owner->table;
-  return column < table.Columns().size() ? Shorten(table.Format(ref.row, column)) : std::string();
+  if (column >= table.Columns().size()) {
+    return {};
+  }
+  std::string text = Shorten(table.Format(ref.row, column));
+  if (const auto hash = table.StreamHash(ref.row, column)) {
+    text += " with checksum " + FormatChecksum(*hash);
+  }
+  return text;
 }
 
 std::string JoinKey(const RowRef& ref, const char* between) {

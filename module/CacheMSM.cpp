@@ -50,8 +50,7 @@ void CCacheMSM::InitFromModule(const common::WideString& path, const common::Wid
   ReadSignature(*database);
   ReadSummary(*database);
   ResolveDisplayName();
-  const HANDLE file = database->OpenFile();
-  if (use && file) {
+  if (HANDLE file = database->OpenFile(); use && file) {
     use(file);
   }
 }

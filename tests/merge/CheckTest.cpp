@@ -583,6 +583,44 @@ TEST(CheckTest, EveryCodeIsDescribed) {
   }
 }
 
+TEST(CheckTest, DataThatSeveralModulesHaveIsReadAndCompared) {
+  const std::pair<const char*, const char*> contents[] = {
+      {"A", "same"}, {"B", "same"}, {"C", "else"}, {"D", "a longer one"}};
+  std::map<std::string, CompoundFileImage> files;
+  for (const auto& [id, data] : contents) {
+    const std::string text = data;
+    const DatabaseImage image{
+        {{"ModuleSignature", ColumnsOf("ModuleSignature"), {{id, 0, "1.0"}}},
+         {"Binary", ColumnsOf("Binary"), {{"Own", 1}, {"Icon", 1}}}},
+        {{RowStream(u"Binary.Icon"), image::Bytes(text.begin(), text.end())}}};
+    files.emplace(id, WriteCompoundFile(WriteDatabase(image)));
+  }
+  merge::SharedStreams shared;
+  const auto read = [&](const std::string& id) {
+    shared.BeginModule(id + ".msm");
+    MemorySource source = files.at(id).Source();
+    merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage, &shared);
+    EXPECT_EQ("", module.failure);
+    module.path = id + ".msm";
+    return module;
+  };
+  std::vector<merge::Module> modules;
+  for (const auto& [id, data] : contents) {
+    modules.push_back(read(id));
+  }
+  EXPECT_EQ(std::nullopt, modules[3].FindTable("Binary")->StreamHash(1, 1));
+  EXPECT_THAT(shared.TakeUnread(), ElementsAre("A.msm"));
+  modules[0] = read("A");
+  EXPECT_THAT(shared.TakeUnread(), ElementsAre());
+
+  modules.pop_back();
+  const std::vector<merge::Finding> findings = Check(modules);
+  EXPECT_THAT(Summarize(findings), ElementsAre("error row-conflict Binary Icon A:0 C:0"));
+  EXPECT_NE(findings[0].values[0].value, findings[0].values[1].value);
+  modules.pop_back();
+  EXPECT_THAT(Summarize(Check(modules)), ElementsAre());
+}
+
 TEST(CheckTest, ModulesOfOthersHaveTheFindingsThatTheirTablesJustify) {
   const std::filesystem::path folder =
       std::filesystem::path(QM_SOURCE_DIR).parent_path() / "shared/modules";
@@ -590,12 +628,21 @@ TEST(CheckTest, ModulesOfOthersHaveTheFindingsThatTheirTablesJustify) {
     GTEST_SKIP() << "shared/modules is not beside this tree";
   }
   std::vector<merge::Module> modules;
-  for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
-    if (entry.path().extension() == ".msm") {
+  merge::SharedStreams shared;
+  for (const bool isAgain : {false, true}) {  // what is shared is known at the second time
+    for (const auto& entry : std::filesystem::recursive_directory_iterator(folder)) {
+      if (entry.path().extension() != ".msm") {
+        continue;
+      }
+      const std::string name = entry.path().filename().string();
       std::ifstream stream(entry.path(), std::ios::binary);
       MemorySource source(image::Bytes(std::istreambuf_iterator<char>(stream), {}));
-      modules.push_back(merge::ReadModule(source, merge::DecodeCommonCodePage));
-      modules.back().path = entry.path().filename().string();
+      shared.BeginModule(name);
+      merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage, &shared);
+      if (isAgain) {
+        modules.push_back(std::move(module));
+        modules.back().path = name;
+      }
     }
   }
   ASSERT_LE(12u, modules.size());
