@@ -6,6 +6,8 @@
 #include "idl/mergeset.h"
 #include "tests/support/Answers.h"
 #include "tests/support/CatalogFixture.h"
+#include "tests/support/DatabaseFile.h"
+#include "tests/support/InstallerTables.h"
 
 namespace qm::tests {
 
@@ -437,6 +439,22 @@ TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
     common::ComPtr<ISetModule> module;
     EXPECT_EQ(E_INVALIDARG, modules->get_Item(index, module.Put()));
     EXPECT_EQ(description, TakeDescription());
+  }
+}
+
+TEST_F(MergeSetTest, DataOfOneSizeIsComparedHoweverTheSetIsLoaded) {
+  for (const char* const id : {"A", "B", "C"}) {
+    const std::string data = *id == 'B' ? "else" : "same";
+    const CompoundFileImage file = WriteCompoundFile(
+        WriteDatabase({{{"ModuleSignature", ColumnsOf("ModuleSignature"), {{id, 1033, "1.0"}}},
+                        {"Binary", ColumnsOf("Binary"), {{"Icon", 1}}}},
+                       {{RowStream(u"Binary.Icon"), image::Bytes(data.begin(), data.end())}}}));
+    WriteText(L"set\\" + std::wstring(1, *id) + L".msm", {file.bytes.begin(), file.bytes.end()});
+  }
+  m_catalog = NewCatalog();
+  for (const char* const how : {"from a new catalog", "from a listed catalog"}) {
+    ASSERT_EQ(S_OK, m_set->Load(m_catalog.Get()));
+    EXPECT_THAT(CheckAll(), ElementsAre(L"row-conflict")) << how;
   }
 }
 
