@@ -7,6 +7,7 @@
 #include "image/Database.h"
 #include "merge/FileSearch.h"
 #include "merge/Findings.h"
+#include "merge/MergePlan.h"
 #include "merge/ReadModule.h"
 #include "merge/TargetFolders.h"
 #include "tests/support/DatabaseFile.h"
@@ -142,19 +143,31 @@ void RunSummary(const image::Bytes& input) {
   });
 }
 
-/// Reads a module and asks a set of two copies of it everything.
+/// Reads a module and asks a set of two copies of it, one under another ID, everything.
 void RunModule(const image::Bytes& input) {
-  MemorySource source = SourceOf(input);
-  const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
-  RequireBoundedCost(source);
+  merge::SharedStreams shared;
+  const auto read = [&](const char* name) {
+    MemorySource source = SourceOf(input);
+    shared.BeginModule(name);
+    merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage, &shared);
+    RequireBoundedCost(source);
+    return module;
+  };
+  const merge::Module module = read("one");
+  merge::Module other = read("other");
+  Require(shared.TakeUnread().size() <= 1);
+  other.moduleId += ".other";
   Require(module.failure.size() < 2000);
   const merge::TargetFolders folders(module);
   for (const merge::Directory& directory : module.directories) {
     Require(merge::FormatTargetFolder(folders.Resolve(directory.key)).size() < 70000);
   }
-  const std::vector<merge::Module> modules{module, module};
+  const std::vector<merge::Module> modules{module, other};
   const merge::ModuleIndex index(modules);
-  merge::CheckModules(index, {0, 1});
+  for (const merge::Finding& finding : merge::CheckModules(index, {0, 1})) {
+    Require(finding.text.size() < 100000);
+  }
+  merge::PlanMerge(index, {0, 1});
   merge::FindDeliverers(index, {}, "*");
 }
 
