@@ -261,9 +261,16 @@ STDMETHODIMP CMergeSet::get_Failures(ISetFailures** failures) {
   });
 }
 
-STDMETHODIMP CMergeSet::ReportProgressTo(IDispatch* function) {
-  m_onProgress = common::ComPtr<IDispatch>(function);
-  return S_OK;
+STDMETHODIMP CMergeSet::ReportProgressTo(VARIANT function) {
+  return MethodBoundary([&] {
+    const VARIANT* const value = common::ResolveVariantReferences(&function);
+    const bool isNone = IsOmitted(function) || (value && value->vt == VT_NULL);
+    if (!isNone && (!value || value->vt != VT_DISPATCH)) {
+      com::Raise(com_exception(E_INVALIDARG, L"The argument is not a function."));
+    }
+    m_onProgress = common::ComPtr<IDispatch>(isNone ? nullptr : value->pdispVal);
+    return S_OK;
+  });
 }
 
 }  // namespace qm::analysis

@@ -20,7 +20,7 @@ class CMergeSet : public SetObject<IMergeSet> {
   STDMETHOD(get_GalleryDescriptions)(IGalleryDescriptions** descriptions) override;
   STDMETHOD(FindModules)(BSTR moduleKey, ISetModules** modules) override;
   STDMETHOD(get_Failures)(ISetFailures** failures) override;
-  STDMETHOD(ReportProgressTo)(IDispatch* function) override;
+  STDMETHOD(ReportProgressTo)(VARIANT function) override;
 
  private:
   /// Returns what was loaded. Raises E_UNEXPECTED if nothing was.

@@ -158,10 +158,14 @@ void ModuleSet::Load(IDispatch& source) {
   Progress progress;
   m_set = CreateObject<IMergeSet>(CLSID_MergeSet, "QmMergeSet.dll");
   if (progress.IsShown()) {
-    ThrowIfFailed(m_set->ReportProgressTo(MakeProgressFunction(progress).Get()));
+    VARIANT function;
+    const ComPtr<IDispatch> object = MakeProgressFunction(progress);
+    function.vt = VT_DISPATCH;
+    function.pdispVal = object.Get();
+    ThrowIfFailed(m_set->ReportProgressTo(function));
   }
   ThrowIfFailed(m_set->Load(&source));
-  ThrowIfFailed(m_set->ReportProgressTo(nullptr));
+  ThrowIfFailed(m_set->ReportProgressTo(VARIANT{}));
   ForEachItem<ISetModule>(*ReadObject(*m_set, &IMergeSet::get_Modules), [&](ISetModule& module) {
     m_modules.push_back(ReadModuleFacts(module));
   });

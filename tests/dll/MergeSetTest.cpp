@@ -549,7 +549,7 @@ TEST_F(MergeSetTest, LoadReportsItsProgressToAFunctionThatMayEndIt) {
     return DISP_E_EXCEPTION;
   });
   ScriptFunction reload([&](long number, long, VARIANT&, EXCEPINFO&) {
-    EXPECT_EQ(S_OK, m_set->ReportProgressTo(nullptr));
+    EXPECT_EQ(S_OK, m_set->ReportProgressTo(VARIANT{}));
     common::ComPtr<IMergeModules> modules;
     EXPECT_EQ(number == 4 ? S_OK : E_PENDING, m_catalog->get_MergeModules(modules.Put())) << number;
     return S_OK;
@@ -563,7 +563,7 @@ TEST_F(MergeSetTest, LoadReportsItsProgressToAFunctionThatMayEndIt) {
         SetSearchPath(L"*set");
         m_catalog = NewCatalog();
       }
-      EXPECT_EQ(S_OK, m_set->ReportProgressTo(function));
+      EXPECT_EQ(S_OK, m_set->ReportProgressTo(Around(VT_DISPATCH, function)));
       return m_set->Load(isFresh ? static_cast<IDispatch*>(m_catalog.Get()) : modules.Get());
     };
     SCOPED_TRACE(isFresh);
@@ -581,7 +581,9 @@ TEST_F(MergeSetTest, LoadReportsItsProgressToAFunctionThatMayEndIt) {
       EXPECT_EQ(S_OK, load(&reload)) << "the function may call the objects";
     }
   }
-  EXPECT_EQ(S_OK, m_set->ReportProgressTo(nullptr));
+  EXPECT_EQ(S_OK, m_set->ReportProgressTo(Around(VT_NULL, LONGLONG{0})));  // null of JScript
+  EXPECT_EQ(E_INVALIDARG, m_set->ReportProgressTo(Variant(1L)));
+  EXPECT_EQ(L"The argument is not a function.", TakeDescription());
 }
 
 TEST_F(MergeSetTest, AnArgumentMayLoadAnotherSet) {
