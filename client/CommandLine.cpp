@@ -22,7 +22,7 @@
 #include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
-#include "client/terminal/TextWidth.h"
+#include "client/terminal/WrapLines.h"
 
 namespace mmcat {
 

@@ -6,6 +6,7 @@
 #include "client/SettingsOptions.h"
 #include "client/catalog/Catalog.h"
 #include "client/catalog/CatalogSettings.h"
+#include "client/catalog/UserPath.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"

@@ -4,8 +4,9 @@
 #include <algorithm>
 #include <map>
 
-#include "client/commands/Advice.h"
+#include "client/catalog/UserPath.h"
 #include "client/terminal/NearestNames.h"
+#include "client/terminal/Text.h"
 #include "text/Fold.h"
 
 namespace mmcat {

@@ -3,6 +3,7 @@
 #include "client/catalog/ModuleCollection.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
+#include "client/catalog/Wildcards.h"
 #include "idl/host.h"
 #include "idl/qmmmupdater2.h"
 #include "text/Fold.h"

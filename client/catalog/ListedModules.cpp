@@ -4,8 +4,8 @@
 #include <map>
 #include <tuple>
 
-#include "client/catalog/ModuleNames.h"
 #include "client/catalog/Properties.h"
+#include "client/catalog/UserPath.h"
 #include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"

@@ -5,6 +5,8 @@
 #include <string_view>
 
 #include "client/catalog/PathSpelling.h"
+#include "client/catalog/UserPath.h"
+#include "client/catalog/Wildcards.h"
 #include "common/Path.h"
 #include "text/Fold.h"
 #include "text/Utf.h"
@@ -116,28 +118,6 @@ NameMatch MatchDisplayName(const std::vector<NamedModule>& modules, const std::s
   return match;
 }
 
-bool MatchesFolded(std::u16string_view pattern, std::u16string_view text) noexcept {
-  size_t p = 0;
-  size_t t = 0;
-  size_t star = std::u16string_view::npos;  // the last one seen
-  size_t resumed = 0;                       // where the text goes on behind what it stands for
-  while (t < text.size()) {
-    if (p < pattern.size() && pattern[p] == u'*') {
-      star = p++;
-      resumed = t;
-    } else if (p < pattern.size() && (pattern[p] == u'?' || pattern[p] == text[t])) {
-      ++p;
-      ++t;
-    } else if (star != std::u16string_view::npos) {
-      p = star + 1;
-      t = ++resumed;
-    } else {
-      return false;
-    }
-  }
-  return pattern.find_first_not_of(u'*', p) == std::u16string_view::npos;
-}
-
 }  // namespace
 
 NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& word) {
@@ -158,15 +138,6 @@ NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& 
   return byId.candidates.empty() ? MatchDisplayName(modules, word) : byId;
 }
 
-bool HasWildcard(const std::string& pattern) noexcept {
-  return pattern.find_first_of("*?") != std::string::npos;
-}
-
-bool MatchesPattern(const std::string& pattern, const std::string& text) {
-  return MatchesFolded(qm::text::FoldCase(qm::text::ToUtf16(pattern)),
-                       qm::text::FoldCase(qm::text::ToUtf16(text)));
-}
-
 bool MatchesPattern(const std::string& pattern, const NamedModule& module) {
   return MatchesPattern(pattern, module.key) || MatchesPattern(pattern, module.moduleId) ||
          MatchesPattern(pattern, GetFileName(module.path));
@@ -181,10 +152,6 @@ std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
     }
   }
   return positions;
-}
-
-std::string GetFileName(const std::string& path) {
-  return path.substr(path.find_last_of("\\/") + 1);
 }
 
 }  // namespace mmcat

@@ -29,20 +29,11 @@ struct NameMatch {
 /// - or else a display name.
 NameMatch MatchName(const std::vector<NamedModule>& modules, const std::string& word);
 
-bool HasWildcard(const std::string& pattern) noexcept;
-
-/// Returns whether a whole text matches a pattern, in which * stands for any characters and ? for
-/// one.
-bool MatchesPattern(const std::string& pattern, const std::string& text);
-
 /// Returns whether the key, ID, or file name of a module matches a pattern.
 bool MatchesPattern(const std::string& pattern, const NamedModule& module);
 
 /// The positions of the modules that match a pattern.
 std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
                                  const std::string& pattern);
-
-/// The last part of a path.
-std::string GetFileName(const std::string& path);
 
 }  // namespace mmcat

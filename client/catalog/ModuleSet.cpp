@@ -6,6 +6,7 @@
 #include "client/catalog/Object.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
+#include "client/catalog/Wildcards.h"
 #include "client/terminal/Progress.h"
 
 namespace mmcat {

@@ -1,16 +1,15 @@
 #include "client/commands/Advice.h"
 
-#include <windows.h>
-
 #include <algorithm>
 #include <set>
 
 #include "client/catalog/ModuleFile.h"
-#include "client/catalog/ModuleNames.h"
-#include "client/catalog/PathSpelling.h"
 #include "client/catalog/ServerFailure.h"
+#include "client/catalog/UserPath.h"
+#include "client/catalog/Wildcards.h"
 #include "client/terminal/FailureText.h"
 #include "client/terminal/NearestNames.h"
+#include "client/terminal/Text.h"
 #include "common/FolderFiles.h"
 #include "text/Utf.h"
 
@@ -20,16 +19,6 @@ namespace {
 
 bool HasExtension(const std::string& path, const wchar_t* extension) {
   return qm::common::HasExtension(qm::text::ToWide(path), extension);
-}
-
-DWORD ReadAttributes(const std::string& path) {
-  return ::GetFileAttributesW(ToSystemPath(path).c_str());
-}
-
-/// The folder of a path, as an argument for --folder.
-std::string GetFolder(const std::string& path) {
-  const size_t slash = path.find_last_of("\\/");
-  return slash == std::string::npos ? "." : slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
 }
 
 /// Why a file that exists is not a module; empty if it is one.
@@ -44,16 +33,6 @@ std::string FindProblem(const std::string& path) {
 }
 
 }  // namespace
-
-bool IsFile(const std::string& path) {
-  const DWORD attributes = ReadAttributes(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && !(attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
-
-bool IsFolder(const std::string& path) {
-  const DWORD attributes = ReadAttributes(path);
-  return attributes != INVALID_FILE_ATTRIBUTES && (attributes & FILE_ATTRIBUTE_DIRECTORY);
-}
 
 std::string AdviseOnFile(const std::string& word, const std::string& command) {
   if (IsFolder(word)) {
@@ -106,11 +85,6 @@ std::string SuggestFiles(const ModuleSet& set, const std::string& word) {
   }
   return similar.size() > kMost ? text + " and " + std::to_string(similar.size() - kMost) + " more"
                                 : text;
-}
-
-std::string QuoteArgument(const std::string& word) {
-  const bool isPlain = !word.empty() && word.find_first_of(" \t*?&|<>()^;'$`") == std::string::npos;
-  return isPlain ? word : '"' + word + '"';
 }
 
 }  // namespace mmcat

@@ -16,13 +16,4 @@ std::string AdviseOnFile(const std::string& word, const std::string& command);
 /// names, or else those with the nearest names.
 std::string SuggestFiles(const ModuleSet& set, const std::string& word);
 
-/// A word as an argument that can be typed, in quotes if it has a blank or a wildcard.
-std::string QuoteArgument(const std::string& word);
-
-/// Returns whether a file exists at a path of the user.
-bool IsFile(const std::string& path);
-
-/// Returns whether a folder exists at a path of the user.
-bool IsFolder(const std::string& path);
-
 }  // namespace mmcat

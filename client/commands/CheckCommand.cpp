@@ -20,6 +20,7 @@
 #include "client/findings/Sarif.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Style.h"
+#include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {

@@ -1,6 +1,7 @@
-#include "client/catalog/ModuleNames.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Commands.h"
 #include "client/settings/SettingsInForce.h"
+#include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {

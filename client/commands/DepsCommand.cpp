@@ -7,6 +7,7 @@
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleChain.h"
 #include "client/commands/UnknownKey.h"
+#include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
 
 namespace mmcat {

@@ -5,6 +5,7 @@
 #include "client/catalog/ListedModules.h"
 #include "client/catalog/ModuleNames.h"
 #include "client/catalog/SearchedPlaces.h"
+#include "client/catalog/Wildcards.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"

@@ -6,6 +6,7 @@
 
 #include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
+#include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
 #include "client/terminal/TextWidth.h"
 

@@ -4,7 +4,7 @@
 #include "client/catalog/Properties.h"
 #include "client/commands/Commands.h"
 #include "client/commands/UnknownKey.h"
-#include "client/terminal/TextTable.h"
+#include "client/terminal/Text.h"
 
 namespace mmcat {
 

@@ -5,6 +5,7 @@
 #include "client/catalog/ModuleContents.h"
 #include "client/catalog/ModuleFile.h"
 #include "client/catalog/Properties.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"

@@ -3,6 +3,7 @@
 #include <algorithm>
 
 #include "client/catalog/SearchedPlaces.h"
+#include "client/catalog/Wildcards.h"
 #include "client/commands/Advice.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Report.h"

@@ -5,7 +5,7 @@
 #include <utility>
 
 #include "client/findings/Rules.h"
-#include "client/terminal/TextTable.h"
+#include "client/terminal/Text.h"
 
 namespace mmcat {
 

@@ -9,8 +9,8 @@
 #include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Style.h"
-#include "client/terminal/TextTable.h"
-#include "client/terminal/TextWidth.h"
+#include "client/terminal/Text.h"
+#include "client/terminal/WrapLines.h"
 
 namespace mmcat {
 

@@ -7,6 +7,7 @@
 
 #include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
+#include "client/terminal/Text.h"
 #include "client/terminal/TextWidth.h"
 
 namespace mmcat {
@@ -213,19 +214,6 @@ std::string FormatStackedRow(const std::vector<Column>& columns, size_t row,
 }
 
 }  // namespace
-
-std::string MakePrintable(std::string text) {
-  for (size_t i = 0; i < text.size(); ++i) {
-    const auto c = static_cast<unsigned char>(text[i]);
-    const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
-    if (c < 0x20 || c == 0x7F) {
-      text[i] = ' ';
-    } else if (c == 0xC2 && next < 0xA0) {  // U+0080 to U+009F
-      text.replace(i, 2, " ");
-    }
-  }
-  return text;
-}
 
 void TextTable::AddRow(std::vector<std::string> row) {
   for (std::string& cell : row) {

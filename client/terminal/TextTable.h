@@ -5,9 +5,6 @@
 
 namespace mmcat {
 
-/// Text with each control character, which a terminal might interpret, replaced by a blank.
-std::string MakePrintable(std::string text);
-
 /// Lays out rows of UTF-8 text in columns as wide as their widest cell. Control characters in cells
 /// become blanks.
 ///

@@ -32,9 +32,4 @@ std::string ShortenBefore(const std::string& text, size_t end, size_t width,
 /// they fit. A text that fits is returned unchanged.
 std::string ShortenMiddle(const std::string& text, size_t width, const std::string& ellipsis);
 
-/// Breaks each line that is wider than `width` columns between words, and indents what follows
-/// to the text behind the line's first gap of two blanks, or by two columns more than the line. A
-/// word that is too wide for a line is broken behind a slash, a dot or a low line.
-std::string WrapLines(const std::string& text, size_t width);
-
 }  // namespace mmcat

@@ -2,6 +2,8 @@
 
 #include <gmock/gmock.h>
 
+#include "client/catalog/Wildcards.h"
+
 namespace mmcat {
 
 namespace {

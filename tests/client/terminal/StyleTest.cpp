@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "client/terminal/TextTable.h"
+#include "client/terminal/Text.h"
 
 namespace qm::tests {
 

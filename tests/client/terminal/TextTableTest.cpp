@@ -5,6 +5,7 @@
 #include "client/terminal/Page.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/TextWidth.h"
+#include "client/terminal/WrapLines.h"
 
 namespace mmcat {
 

@@ -1,0 +1,21 @@
+#pragma once
+
+#include <string>
+
+namespace mmcat {
+
+// Paths as the user spells them, in UTF-8.
+
+/// Returns whether a file exists.
+bool IsFile(const std::string& path);
+
+/// Returns whether a folder exists.
+bool IsFolder(const std::string& path);
+
+/// The last part of a path.
+std::string GetFileName(const std::string& path);
+
+/// The folder of a path, as an argument for --folder: "." for a name alone.
+std::string GetFolder(const std::string& path);
+
+}  // namespace mmcat
