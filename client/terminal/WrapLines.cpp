@@ -39,9 +39,12 @@ void WrapLine(std::string_view line, size_t width, std::string& text) {
   std::string prefix(line.substr(0, std::min(start, width / 2)));
   line.remove_prefix(start);
   size_t kept = second > 0 ? second - start : 0;  // never broken: up to the second column
-  while (prefix.size() + MeasureWidth(line) > width) {
+  while (true) {
     const size_t room = width - prefix.size();
     const std::string_view fitting = TakeStart(line, room);
+    if (fitting.size() == line.size()) {
+      break;
+    }
     // A blank just after the edge ends the line there.
     size_t end = line[fitting.size()] == ' ' ? fitting.size() : fitting.rfind(' ');
     if (end == std::string_view::npos || end <= kept) {
