@@ -14,13 +14,15 @@ namespace mmcat {
 
 namespace {
 
-constexpr size_t kGap = 2;  // blanks between columns
+constexpr size_t kGap = 2;           // blanks between columns
+constexpr size_t kMostPadded = 200;  // columns that the widest cell to count has without a page
 
 /// A column of a table, with its heading in cell 0.
 struct Column {
   std::vector<const std::string*> cells;
   size_t width = 0;
   bool isNarrowed = false;  ///< some cells are wider
+  bool isIdentity = false;  ///< chosen to identify the rows
 
   const std::string& Heading() const { return *cells.front(); }
   /// Returns whether all rows have the same cell.
@@ -36,8 +38,13 @@ size_t MeasureTable(const std::vector<Column>& columns, size_t indent) {
                          [](size_t sum, const Column& column) { return sum + column.width; });
 }
 
-/// The position of the column that identifies a row: the first with a heading.
+/// The position of the column that identifies a row: the chosen one, or the first with a heading.
 size_t FindIdentity(const std::vector<Column>& columns) {
+  const auto chosen = std::find_if(columns.begin(), columns.end(),
+                                   [](const Column& column) { return column.isIdentity; });
+  if (chosen != columns.end()) {
+    return static_cast<size_t>(chosen - columns.begin());
+  }
   const auto found = std::find_if(columns.begin(), columns.end() - 1,
                                   [](const Column& column) { return !column.Heading().empty(); });
   return static_cast<size_t>(found - columns.begin());
@@ -69,7 +76,7 @@ size_t MeasureReadable(const Column& column, bool isIdentity, size_t widestIdent
 
 /// Takes out the columns that say the same in every row, or nothing, but never the first. Returns
 /// a line for each that says something.
-std::string TakeUniformColumns(std::vector<Column>& columns) {
+std::string TakeUniformColumns(std::vector<Column>& columns, const std::string& indent) {
   std::string lines;
   const auto isTaken = [&](const Column& column) {
     const std::string& cell = *column.cells[1];
@@ -78,7 +85,7 @@ std::string TakeUniformColumns(std::vector<Column>& columns) {
         (column.cells.size() == 2 && !cell.empty())) {
       return false;
     }
-    lines += cell.empty() ? "" : column.Heading() + ": " + cell + '\n';
+    lines += cell.empty() ? "" : indent + column.Heading() + " (all rows): " + cell + '\n';
     return true;
   };
   std::vector<Column> left;
@@ -95,6 +102,8 @@ std::string TakeUniformColumns(std::vector<Column>& columns) {
 /// false, with the columns as they were, if fewer than two would be left.
 bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity) {
   const size_t identity = FindIdentity(columns);
+  // What was chosen to identify a row says enough beside the columns before it.
+  const size_t fewest = identity + (identity > 0 && columns[identity].isIdentity ? 1 : 2);
   std::vector<size_t> widths;
   widths.reserve(columns.size());
   for (const Column& column : columns) {
@@ -104,7 +113,7 @@ bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity
     return std::accumulate(widths.begin(), widths.end(), kGap * (widths.size() - 1));
   };
   while (sum() > room) {
-    if (widths.size() <= identity + 2) {
+    if (widths.size() <= fewest) {
       return false;
     }
     widths.pop_back();
@@ -188,9 +197,14 @@ std::string FormatFields(const std::vector<Column>& columns, const std::string& 
   return text;
 }
 
-/// A row whose columns do not fit beside each other: what identifies it, and the rest below.
+struct StackOptions {
+  bool isKeptWhole = false;
+};
+
+/// A row whose columns do not fit beside each other: what identifies it, and the rest below, with
+/// IDs shortened to the page unless cells are kept whole.
 std::string FormatStackedRow(const std::vector<Column>& columns, size_t row,
-                             const std::string& indent) {
+                             const std::string& indent, const StackOptions& options) {
   const Page& page = CurrentPage();
   const size_t identity = FindIdentity(columns);
   std::string text = indent;
@@ -203,7 +217,8 @@ std::string FormatStackedRow(const std::vector<Column>& columns, size_t row,
     if (!cell.empty()) {
       const std::string start = indent + "    " + columns[i].Heading() + ": ";
       const size_t width = *page.width - std::min(*page.width, MeasureWidth(start));
-      const std::string shortened = ShortenIds(cell, width, page.ellipsis);
+      const std::string shortened =
+          options.isKeptWhole ? cell : ShortenIds(cell, width, page.ellipsis);
       text += start + shortened + '\n';
       if (shortened != cell) {
         NoteShortened({});
@@ -234,14 +249,20 @@ std::string TextTable::ToString(const std::string& indent) const {
     hasLines = hasLines || row.isLine;
     for (size_t i = 0; !row.isLine && i < row.cells.size(); ++i) {
       columns[i].cells.push_back(&row.cells[i]);
-      columns[i].width = std::max(columns[i].width, MeasureWidth(row.cells[i]));
+      const size_t width = MeasureWidth(row.cells[i]);
+      if (page.width || width <= kMostPadded) {
+        columns[i].width = std::max(columns[i].width, width);
+      }
     }
+  }
+  for (Column& column : columns) {
+    column.isIdentity = column.Heading() == m_identity && !m_identity.empty();
   }
   const size_t rows = columns.front().cells.size();  // with the headings
   std::string text;
   bool isStacked = false;
   if (page.width && rows > 1) {
-    text = TakeUniformColumns(columns);
+    text = TakeUniformColumns(columns, indent);
     if (MeasureTable(columns, indent.size()) > *page.width) {
       if (rows == 2 && !hasLines) {
         return FormatFields(columns, indent);
@@ -250,7 +271,8 @@ std::string TextTable::ToString(const std::string& indent) const {
       constexpr size_t kWide = 48;
       const size_t narrow = HasIds(columns[FindIdentity(columns)]) ? kWide : 32;
       const size_t room = *page.width - indent.size();
-      isStacked = !FitColumns(columns, room, kWide) && !FitColumns(columns, room, narrow);
+      isStacked = m_isKeptWhole ||
+                  (!FitColumns(columns, room, kWide) && !FitColumns(columns, room, narrow));
     }
   }
   std::vector<std::vector<std::string>> narrowed;  // cells by column
@@ -266,7 +288,7 @@ std::string TextTable::ToString(const std::string& indent) const {
     }
     const size_t position = number++;
     if (isStacked) {
-      text += position == 0 ? "" : FormatStackedRow(columns, position, indent);
+      text += position == 0 ? "" : FormatStackedRow(columns, position, indent, {m_isKeptWhole});
       continue;
     }
     std::string line = indent;
@@ -274,7 +296,8 @@ std::string TextTable::ToString(const std::string& indent) const {
       const std::string& cell =
           columns[i].isNarrowed ? narrowed[i][position] : *columns[i].cells[position];
       line += cell;
-      line.append(columns[i].width - MeasureWidth(cell) + kGap, ' ');
+      const size_t width = MeasureWidth(cell);
+      line.append(columns[i].width - std::min(width, columns[i].width) + kGap, ' ');
     }
     line.erase(line.find_last_not_of(' ') + 1);
     text += (position == 0 ? MarkHeading(line) : line) + '\n';

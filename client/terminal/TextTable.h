@@ -1,6 +1,7 @@
 #pragma once
 
 #include <string>
+#include <utility>
 #include <vector>
 
 namespace mmcat {
@@ -12,11 +13,20 @@ namespace mmcat {
 /// a column whose cells are all equal becomes a line above the table; a single row that is too wide
 /// becomes a list of its cells. If that is not enough, columns are left out from the right, and
 /// cells are shortened, those that identify a row last: they are in the first column with a
-/// heading. If fewer than two columns would be left, each row becomes a list below what identifies
-/// it.
+/// heading, unless IdentifyBy names another. If fewer than two columns would be left, each row
+/// becomes a list below what identifies it.
+///
+/// Without a page, nothing is left out or shortened, and very wide cells do not count for the width
+/// of their column.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::string> headings) { AddRow(std::move(headings)); }
+
+  /// Makes the column with this heading identify the rows.
+  void IdentifyBy(std::string heading) { m_identity = std::move(heading); }
+
+  /// Makes the table keep every cell whole on a page: if it is too wide, each row becomes a list.
+  void KeepWhole() noexcept { m_isKeptWhole = true; }
 
   /// Adds a row with as many cells as there are headings.
   void AddRow(std::vector<std::string> row);
@@ -34,6 +44,8 @@ class TextTable {
   };
 
   std::vector<Row> m_rows;
+  std::string m_identity;
+  bool m_isKeptWhole = false;
 };
 
 }  // namespace mmcat

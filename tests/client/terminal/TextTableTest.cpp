@@ -38,14 +38,14 @@ TEST_F(TextTableTest, APageLeavesOutWhatSaysNothingAndNamesWhatItHasNoRoomFor) {
   table.AddRow({"one", kZip, "yes", "", "/a/rather/long/path/of/some/file.txt"});
   table.AddRow({"two", kPen, "yes", "", "/another/rather/long/path/of/it.txt"});
   EXPECT_EQ(Format(table),
-            "Same: yes\n"
+            " Same (all rows): yes\n"
             " Name  Key                  Path\n"
             " one   TinyZip.DC6CE…:1033  /a/rather/lo\u2026/file.txt\n"
             " two   PenHolder.F6B…:1033  /another/rathe\u2026/it.txt\n");
   EXPECT_EQ(TakeShorteningNote(), "(shortened; --wide gives all)\n");
   UsePage({40});
   EXPECT_EQ(Format(table),
-            "Same: yes\n"
+            " Same (all rows): yes\n"
             " Name  Key\n"
             " one   TinyZip.DC6CE4A1310E463AA8F\u2026:1033\n"
             " two   PenHolder.F6BAAFB1_0E4A_4B6\u2026:1033\n");
@@ -83,6 +83,37 @@ TEST_F(TextTableTest, ASingleRowThatIsTooWideBecomesAList) {
   TextTable table({"Name", "Key"});
   table.AddRow({"one", kZip});
   EXPECT_EQ(Format(table), std::string(" Name  one\n Key   ") + kZip + '\n');
+}
+
+TEST_F(TextTableTest, AColumnThatIsChosenToIdentifyTheRowsIsKeptWholeInsteadOfTheFirst) {
+  UsePage({50});
+  TextTable table({"File", "Module file", "Size"});
+  table.IdentifyBy("Module file");
+  table.AddRow({"a.very.long.name.of.a.file.manifest", "Runtime_90_MFC_x86.msm", "1"});
+  table.AddRow({"another.long.name.of.a.file.manifest", "Runtime_90_MFCLOC_x86.msm", "2"});
+  EXPECT_EQ(Format(table),
+            " File                    Module file\n"
+            " a.very.long.na\u2026anifest  Runtime_90_MFC_x86.msm\n"
+            " another.long.n\u2026anifest  Runtime_90_MFCLOC_x86.msm\n");
+}
+
+TEST_F(TextTableTest, ATableThatIsKeptWholeListsTheCellsOfEachRowInsteadOfShorteningThem) {
+  UsePage({40});
+  TextTable table({"Name", "Key"});
+  table.KeepWhole();
+  table.AddRow({"one", kZip});
+  table.AddRow({"two", kPen});
+  EXPECT_EQ(Format(table),
+            std::string(" one\n     Key: ") + kZip + "\n two\n     Key: " + kPen + '\n');
+  EXPECT_EQ(TakeShorteningNote(), "");
+}
+
+TEST_F(TextTableTest, AHugeCellWithoutAPageDoesNotPadTheOtherRows) {
+  TextTable table({"Name", "Value", "Size"});
+  table.AddRow({"one", std::string(100000, 'x'), "1"});
+  table.AddRow({"two", "y", "2"});
+  EXPECT_EQ(Format(table),
+            " Name  Value  Size\n one   " + std::string(100000, 'x') + "  1\n two   y      2\n");
 }
 
 TEST(TextWidthTest, LongWordsAreShortenedWhereTheirReaderMissesLeast) {
