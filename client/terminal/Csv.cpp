@@ -9,8 +9,9 @@ std::string QuoteCell(const std::string& cell) {
     return cell;
   }
   std::string quoted = "\"";
-  for (const char c : cell) {
-    quoted.append(c == '"' ? 2 : 1, c);
+  for (size_t i = 0; i < cell.size(); ++i) {
+    const bool isLineEnd = cell[i] == '\r' && cell[i + 1] == '\n';  // which output makes of LF
+    quoted.append(isLineEnd ? 0 : cell[i] == '"' ? 2 : 1, cell[i]);
   }
   return quoted + '"';
 }
