@@ -8,6 +8,7 @@
 #include "client/catalog/PathSpelling.h"
 #include "client/catalog/Properties.h"
 #include "client/terminal/Report.h"
+#include "client/terminal/Text.h"
 #include "text/Utf.h"
 
 namespace mmcat {
@@ -22,16 +23,12 @@ std::vector<std::string> ReadFolders() {
   return folders;
 }
 
-std::string JoinFolders(const std::vector<std::string>& folders) {
+std::string JoinFolders(std::vector<std::string> folders) {
   constexpr size_t kMost = 4;
-  std::string text;
-  for (size_t i = 0; i < std::min(folders.size(), kMost); ++i) {
-    const bool isMissing = !ValidateFolder(folders[i]).empty();
-    text += (i == 0 ? "" : ", ") + folders[i] + (isMissing ? " (not found)" : "");
+  for (size_t i = 0; i < std::min(folders.size(), kMost + 1); ++i) {
+    folders[i] += ValidateFolder(folders[i]).empty() ? "" : " (not found)";
   }
-  return folders.size() > kMost
-             ? text + " and " + std::to_string(folders.size() - kMost) + " others"
-             : text;
+  return JoinSome(folders, kMost);
 }
 
 }  // namespace

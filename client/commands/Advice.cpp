@@ -1,8 +1,5 @@
 #include "client/commands/Advice.h"
 
-#include <algorithm>
-#include <set>
-
 #include "client/catalog/ModuleFile.h"
 #include "client/catalog/ServerFailure.h"
 #include "client/catalog/UserPath.h"
@@ -46,10 +43,12 @@ std::string AdviseOnFile(const std::string& word, const std::string& command) {
   }
   if (isDatabase) {
     const std::string problem = FindProblem(word);
-    return problem.empty() ? "the catalog does not have this file; mmcat show " +
-                                 QuoteArgument(word) + " reads it, --folder " +
-                                 QuoteArgument(GetFolder(word)) + " makes it the catalog"
-                           : problem;
+    return problem.empty()
+               ? "the catalog does not have this file; mmcat " +
+                     command.substr(0, command.find(' ')) + " --folder " +
+                     QuoteArgument(GetFolder(word)) + ' ' + QuoteArgument(GetFileName(word)) +
+                     " looks there, mmcat show " + QuoteArgument(word) + " reads it alone"
+               : problem;
   }
   for (const wchar_t* const extension :
        {L".dll", L".exe", L".ocx", L".tlb", L".sys", L".ttf", L".chm"}) {
@@ -62,29 +61,33 @@ std::string AdviseOnFile(const std::string& word, const std::string& command) {
   return "";
 }
 
-std::string SuggestFiles(const ModuleSet& set, const std::string& word) {
-  const auto findNames = [&set](const std::string& pattern) {
-    std::set<std::string> names;
-    for (const FileFacts& file : set.FindFiles(pattern)) {
-      names.insert(file.name);
-    }
-    return std::vector<std::string>(names.begin(), names.end());
-  };
-  if (word.empty() || HasWildcard(word)) {
+std::string FileSuggestions::Suggest(const std::string& word) {
+  constexpr size_t kMostWords = 10;  // comparing with all names takes time, and nobody reads more
+  if (word.empty() || HasWildcard(word) || ++m_words > kMostWords) {
     return "";
   }
+  if (m_names.empty()) {
+    ReadNames();
+  }
   const std::string pattern = '*' + word + '*';
-  const std::vector<std::string> similar = findNames(pattern);
-  if (similar.empty()) {
-    return FormatSuggestion(FindNearestNames(word, findNames("")));
+  std::vector<std::string> similar;
+  std::vector<std::string> all;
+  for (const auto& [name, shortName] : m_names) {
+    const bool matches = MatchesPattern(pattern, name) || MatchesPattern(pattern, shortName);
+    if (matches && (similar.empty() || similar.back() != name)) {
+      similar.push_back(name);
+    }
+    all.push_back(name);
   }
   constexpr size_t kMost = 3;
-  std::string text = "; \"" + pattern + "\" matches ";
-  for (size_t i = 0; i < std::min(similar.size(), kMost); ++i) {
-    text += (i == 0 ? "" : ", ") + similar[i];
+  return similar.empty() ? FormatSuggestion(FindNearestNames(word, all))
+                         : "; \"" + pattern + "\" matches " + JoinSome(similar, kMost);
+}
+
+void FileSuggestions::ReadNames() {
+  for (const FileFacts& file : m_set.FindFiles("")) {
+    m_names.emplace(file.name, file.shortName);
   }
-  return similar.size() > kMost ? text + " and " + std::to_string(similar.size() - kMost) + " more"
-                                : text;
 }
 
 }  // namespace mmcat

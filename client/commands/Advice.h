@@ -1,6 +1,8 @@
 #pragma once
 
+#include <set>
 #include <string>
+#include <utility>
 
 #include "client/catalog/ModuleSet.h"
 
@@ -12,8 +14,22 @@ namespace mmcat {
 /// like a name.
 std::string AdviseOnFile(const std::string& word, const std::string& command);
 
-/// The end of a remark on a word that is no name of a file in modules: the files with this in their
-/// names, or else those with the nearest names.
-std::string SuggestFiles(const ModuleSet& set, const std::string& word);
+/// Suggests names of files in the modules of a set. Reads these names once, when first needed.
+class FileSuggestions {
+ public:
+  /// The set must outlive this object.
+  explicit FileSuggestions(const ModuleSet& set) : m_set(set) {}
+
+  /// The end of a remark on a word that is no name of a file: the files with this in their names,
+  /// or else those with the nearest names. Empty for all but the first ten words.
+  std::string Suggest(const std::string& word);
+
+ private:
+  void ReadNames();
+
+  const ModuleSet& m_set;
+  std::set<std::pair<std::string, std::string>> m_names;  ///< long and short
+  size_t m_words = 0;
+};
 
 }  // namespace mmcat

@@ -7,6 +7,7 @@
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
+#include "client/commands/TargetFolders.h"
 #include "client/terminal/Csv.h"
 #include "client/terminal/TextTable.h"
 #include "text/Fold.h"
@@ -16,11 +17,7 @@ namespace mmcat {
 namespace {
 
 /// Copies of one file in one module.
-struct ListedFile {
-  const FileFacts* first = nullptr;
-  size_t copies = 0;
-  std::string targetPaths;  ///< separated by commas
-};
+using ListedFile = std::vector<const FileFacts*>;
 
 /// Joins the rows of a module that differ in nothing but where they go.
 std::vector<ListedFile> JoinCopies(const std::vector<FileFacts>& files) {
@@ -32,12 +29,9 @@ std::vector<ListedFile> JoinCopies(const std::vector<FileFacts>& files) {
         {file.module, qm::text::FoldCase(file.name), file.size, file.version, file.isRedirected},
         list.size());
     if (isNew) {
-      list.push_back({&file, 1, file.targetPath});
-    } else {
-      ListedFile& listed = list[found->second];
-      ++listed.copies;
-      listed.targetPaths += ", " + file.targetPath;
+      list.emplace_back();
     }
+    list[found->second].push_back(&file);
   }
   return list;
 }
@@ -49,11 +43,11 @@ std::string FormatFiles(const std::vector<ModuleFacts>& modules,
   }
   TextTable table({"File", "Module", "Version", "Size", "Redirected", "Target path"});
   for (const ListedFile& listed : JoinCopies(files)) {
-    const FileFacts& file = *listed.first;
-    const std::string copies = listed.copies > 1 ? " (x" + std::to_string(listed.copies) + ')' : "";
+    const FileFacts& file = *listed.front();
+    const std::string copies = listed.size() > 1 ? " (x" + std::to_string(listed.size()) + ')' : "";
     table.AddRow({file.name + copies, modules[file.module].key, file.version,
                   file.size ? std::to_string(*file.size) : "", file.isRedirected ? "yes" : "",
-                  listed.targetPaths});
+                  FormatTargetFolders(listed)});
   }
   return table.ToString("");
 }
@@ -92,7 +86,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::vector<FileFacts> files = set.FindFiles(pattern);
   ExitCode outcome = RequireModules(set.Modules().size());
   if (outcome == kSuccess && files.empty() && !pattern.empty()) {
-    PrintRemark(pattern + ": no module has a matching file" + SuggestFiles(set, pattern));
+    PrintRemark(pattern + ": no module has a matching file" +
+                FileSuggestions(set).Suggest(pattern));
     PrintSearchedPlaces();
     outcome = kNothingMatched;
   }

@@ -7,20 +7,20 @@
 #include "client/commands/Advice.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Report.h"
+#include "client/terminal/Text.h"
 
 namespace mmcat {
 
 namespace {
 
-std::string JoinCandidates(const std::vector<std::string>& candidates) {
-  constexpr size_t kMost = 8;
-  std::string text;
-  for (size_t i = 0; i < std::min(candidates.size(), kMost); ++i) {
-    text += (i == 0 ? "" : i + 1 == candidates.size() ? " or " : ", ") + candidates[i];
-  }
-  return candidates.size() > kMost
-             ? text + " or " + std::to_string(candidates.size() - kMost) + " others"
-             : text;
+constexpr size_t kMostCandidates = 8;
+
+/// The end of a remark on a word that may be any of `candidates`: the pattern that means them all.
+std::string SuggestPattern(const std::vector<NamedModule>& modules, const std::string& word,
+                           size_t candidates) {
+  const std::string pattern = word + '*';
+  return FindMatching(modules, pattern).size() == candidates ? "; \"" + pattern + "\" means all"
+                                                             : "";
 }
 
 /// The keys of the modules that a word "NAME:LANGUAGE" would name without its language.
@@ -41,10 +41,14 @@ std::vector<std::string> FindOtherLanguages(const std::vector<NamedModule>& modu
 }  // namespace
 
 void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string& word,
-                     const std::string& command) {
-  const std::vector<std::string> candidates = MatchName(modules, word).candidates;
+                     const std::string& command, Patterns patterns) {
+  std::vector<std::string> candidates = MatchName(modules, word).candidates;
   if (!candidates.empty()) {
-    PrintRemark(word + ": this may be " + JoinCandidates(candidates));
+    const size_t count = candidates.size();
+    // Versions of a module have the same key.
+    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+    PrintRemark(word + ": this may be " + JoinAlternatives(candidates, kMostCandidates) +
+                (patterns == Patterns::Accepted ? SuggestPattern(modules, word, count) : ""));
     return;
   }
   const std::string advice = AdviseOnFile(word, command);
@@ -55,7 +59,7 @@ void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string&
   const std::vector<std::string> languages = FindOtherLanguages(modules, word);
   if (!languages.empty()) {
     PrintRemark(word + ": the catalog has no such language of it, only " +
-                JoinCandidates(languages));
+                JoinAlternatives(languages, kMostCandidates));
     return;
   }
   std::vector<std::string> keys;

@@ -11,6 +11,7 @@
 #include "client/catalog/UserPath.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
+#include "client/commands/TargetFolders.h"
 #include "client/terminal/Csv.h"
 #include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
@@ -62,16 +63,24 @@ std::string FormatSource(const DelivererFacts& facts) {
                                    : "File table, " + facts.indexFile;
 }
 
-/// A text of the copies of a file, each once.
-std::string JoinDistinct(const std::vector<FileFacts>& copies, std::string FileFacts::*member) {
-  std::string text;
+std::string FormatVersions(const std::vector<FileFacts>& copies) {
+  constexpr size_t kMost = 10;
+  std::vector<std::string> versions;
   std::set<std::string> seen;
   for (const FileFacts& copy : copies) {
-    if (!(copy.*member).empty() && seen.insert(copy.*member).second) {
-      text += (text.empty() ? "" : ", ") + copy.*member;
+    if (!copy.version.empty() && seen.insert(copy.version).second) {
+      versions.push_back(copy.version);
     }
   }
-  return text;
+  return JoinSome(versions, kMost);
+}
+
+std::string FormatFolders(const std::vector<FileFacts>& copies) {
+  std::vector<const FileFacts*> list;
+  for (const FileFacts& copy : copies) {
+    list.push_back(&copy);
+  }
+  return FormatTargetFolders(list);
 }
 
 std::string FormatCopies(const DelivererFacts& facts) {
@@ -82,13 +91,13 @@ std::string FormatCopies(const DelivererFacts& facts) {
 std::string FormatDeliveries(const std::vector<Delivery>& deliveries) {
   TextTable table({"File", "Module file", "Display name", "Version", "Present", "Source", "Problem",
                    "Target path", "Module", "Module path"});
+  table.IdentifyBy("Module file");
   for (const Delivery& delivery : deliveries) {
     const DelivererFacts& facts = delivery.facts;
     const std::string name = delivery.displayName == delivery.path ? "" : delivery.displayName;
     table.AddRow({FormatCopies(facts), GetFileName(delivery.path), name,
-                  JoinDistinct(facts.copies, &FileFacts::version),
-                  delivery.isPresent ? "yes" : "no", FormatSource(facts), facts.problem,
-                  JoinDistinct(facts.copies, &FileFacts::targetPath), facts.moduleKey,
+                  FormatVersions(facts.copies), delivery.isPresent ? "yes" : "no",
+                  FormatSource(facts), facts.problem, FormatFolders(facts.copies), facts.moduleKey,
                   delivery.path});
   }
   return table.ToString("");
@@ -155,7 +164,7 @@ void AddArguments(CLI::App& parser, Options& options) {
 }
 
 /// A remark on a name for which there is nothing.
-std::string DescribeNothing(const ModuleSet& set, const std::string& file) {
+std::string DescribeNothing(FileSuggestions& suggestions, const std::string& file) {
   if (IsFolder(file)) {
     return file + ": this is a folder; mmcat which FILE --folder " + QuoteArgument(file) +
            " looks in it";
@@ -163,19 +172,20 @@ std::string DescribeNothing(const ModuleSet& set, const std::string& file) {
   if (qm::common::HasExtension(qm::text::ToWide(file), L".msm")) {
     return file + ": this is a module, and no module delivers it; mmcat show describes it";
   }
-  return file + ": no module delivers this file" + SuggestFiles(set, GetFileName(file));
+  return file + ": no module delivers this file" + suggestions.Suggest(GetFileName(file));
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("which", output, 3);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
+  FileSuggestions suggestions(set);
   std::vector<Delivery> deliveries;
   ExitCode outcome = kSuccess;
   for (const std::string& file : options.files) {
     std::vector<Delivery> found = FindDeliveries(set, GetFileName(file));
     if (found.empty()) {
-      PrintRemark(DescribeNothing(set, file));
+      PrintRemark(DescribeNothing(suggestions, file));
       outcome = kNothingMatched;
     }
     std::move(found.begin(), found.end(), std::back_inserter(deliveries));

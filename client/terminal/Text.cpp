@@ -2,6 +2,29 @@
 
 namespace mmcat {
 
+namespace {
+
+/// How the end of a list is joined.
+struct ListEnd {
+  const char* beforeLast;
+  const char* beforeRest;
+  const char* afterRest;
+};
+
+std::string Join(const std::vector<std::string>& items, size_t most, const ListEnd& end) {
+  // "and 1 more" would often be longer than the item.
+  const size_t shown = items.size() <= most + 1 ? items.size() : most;
+  std::string text;
+  for (size_t i = 0; i < shown; ++i) {
+    text += (i == 0 ? "" : i + 1 == items.size() ? end.beforeLast : ", ") + items[i];
+  }
+  return shown == items.size()
+             ? text
+             : text + end.beforeRest + std::to_string(items.size() - shown) + end.afterRest;
+}
+
+}  // namespace
+
 std::string MakePrintable(std::string text) {
   for (size_t i = 0; i < text.size(); ++i) {
     const auto c = static_cast<unsigned char>(text[i]);
@@ -18,6 +41,14 @@ std::string MakePrintable(std::string text) {
 std::string QuoteArgument(const std::string& word) {
   const bool isPlain = !word.empty() && word.find_first_of(" \t*?&|<>()^;'$`") == std::string::npos;
   return isPlain ? word : '"' + word + '"';
+}
+
+std::string JoinSome(const std::vector<std::string>& items, size_t most) {
+  return Join(items, most, {", ", " and ", " more"});
+}
+
+std::string JoinAlternatives(const std::vector<std::string>& items, size_t most) {
+  return Join(items, most, {" or ", " or ", " others"});
 }
 
 }  // namespace mmcat
