@@ -48,6 +48,7 @@ std::string FormatInstaller(const ModuleContents& module) {
 
 std::string FormatComponents(const std::vector<ComponentContents>& components) {
   TextTable table({"Key", "64-bit", "Condition", "Target path", "Key path", "Component ID"});
+  table.KeepWhole();
   for (const ComponentContents& component : components) {
     table.AddRow({component.key, component.is64Bit ? "yes" : "", component.condition,
                   component.targetPath, component.keyPath, component.componentId});
@@ -57,6 +58,7 @@ std::string FormatComponents(const std::vector<ComponentContents>& components) {
 
 std::string FormatCustomActions(const std::vector<CustomActionContents>& actions) {
   TextTable table({"Name", "What it does", "Type", "Source", "Target"});
+  table.KeepWhole();
   for (const CustomActionContents& action : actions) {
     table.AddRow(
         {action.name, action.description, FormatCell(action.type), action.source, action.target});
@@ -72,6 +74,7 @@ std::string FormatItemFormat(const std::optional<long>& format) {
 
 std::string FormatConfigurableItems(const std::vector<ConfigurableItem>& items) {
   TextTable table({"Name", "Format", "Default", "Display name", "Type", "Description"});
+  table.KeepWhole();
   for (const ConfigurableItem& item : items) {
     table.AddRow({item.name, FormatItemFormat(item.format), item.defaultValue, item.displayName,
                   item.type, item.description});
@@ -81,18 +84,26 @@ std::string FormatConfigurableItems(const std::vector<ConfigurableItem>& items) 
 
 std::string FormatTables(const std::vector<TableContents>& tables) {
   TextTable table({"Name", "Rows", "Failure"});
+  table.KeepWhole();
   for (const TableContents& one : tables) {
     table.AddRow({one.name, std::to_string(one.rows), one.failure});
   }
   return FormatPartHeading("Tables", tables.size()) + table.ToString(kIndent);
 }
 
-/// A number, then names for as many lines as the page has room for: "4: one (x2), two and 1 more".
-/// Empty if there are no names.
+/// A name, possibly with a description in parentheses, in `width` columns.
+std::string ShortenName(const std::string& name, size_t width) {
+  const std::string& ellipsis = CurrentPage().ellipsis;
+  return !name.empty() && name.back() == ')' ? ShortenBefore(name, 1, width, ellipsis)
+                                             : ShortenMiddle(name, width, ellipsis);
+}
+
+/// A number, then names for as many lines as the page has room for: "4: one (x2), two and 1 more
+/// (--full shows all)". Empty if there are no names.
 std::string FormatList(const std::vector<std::string>& names) {
   constexpr size_t kLines = 3;
   constexpr size_t kHeading = 18;  // columns before the names
-  constexpr size_t kRest = 14;     // columns of " and 100 more"
+  constexpr size_t kRest = 34;     // columns of " and 100 more (--full shows all)"
   constexpr size_t kLongest = 60;  // columns of a name
   const Page& page = CurrentPage();
   std::vector<std::pair<std::string, size_t>> counted;
@@ -107,18 +118,21 @@ std::string FormatList(const std::vector<std::string>& names) {
   }
   std::string text = names.empty() ? "" : std::to_string(names.size()) + ": ";
   size_t left = names.size();
+  bool isShortened = false;
+  constexpr char kHint[] = " (--full shows all)";
   for (const auto& [name, count] : counted) {
-    std::string piece = page.width ? ShortenMiddle(name, kLongest, page.ellipsis) : name;
+    std::string piece = page.width ? ShortenName(name, kLongest) : name;
+    isShortened = isShortened || piece != name;
     piece += count > 1 ? " (x" + std::to_string(count) + ')' : "";
     const bool isFirst = left == names.size();
     if (page.width && !isFirst &&
         MeasureWidth(text + piece) + kRest > kLines * (*page.width - kHeading)) {
-      return text + " and " + std::to_string(left) + " more";
+      return text + " and " + std::to_string(left) + " more" + kHint;
     }
     text += (isFirst ? "" : ", ") + piece;
     left -= count;
   }
-  return text;
+  return isShortened ? text + kHint : text;
 }
 
 /// The same for what `getName` makes of items.
@@ -174,6 +188,7 @@ std::string FormatIdentity(const ModuleContents& module) {
 std::string FormatFiles(const std::vector<FileFacts>& files) {
   TextTable table(
       {"File name", "Version", "Size", "Target path", "Key", "Directory", "Language", "Sequence"});
+  table.KeepWhole();
   for (const FileFacts& file : files) {
     table.AddRow({FormatFileName(file), file.version, FormatCell(file.size), file.targetPath,
                   file.key, file.directory, file.language, FormatCell(file.sequence)});
@@ -183,6 +198,7 @@ std::string FormatFiles(const std::vector<FileFacts>& files) {
 
 std::string FormatDependencies(const std::vector<RequirementFacts>& dependencies) {
   TextTable table({"Module ID", "Language", "Version", "Carried from"});
+  table.KeepWhole();
   for (const RequirementFacts& dependency : dependencies) {
     table.AddRow({dependency.moduleId, FormatCell(dependency.language), dependency.version,
                   dependency.carriedFrom});
@@ -192,6 +208,7 @@ std::string FormatDependencies(const std::vector<RequirementFacts>& dependencies
 
 std::string FormatExclusions(const std::vector<ExclusionFacts>& exclusions) {
   TextTable table({"Module ID", "Language", "From version", "To version", "Carried from"});
+  table.KeepWhole();
   for (const ExclusionFacts& exclusion : exclusions) {
     table.AddRow({exclusion.moduleId, FormatCell(exclusion.language), exclusion.minVersion,
                   exclusion.maxVersion, exclusion.carriedFrom});
@@ -201,6 +218,7 @@ std::string FormatExclusions(const std::vector<ExclusionFacts>& exclusions) {
 
 std::string FormatDownloadFiles(const std::vector<DownloadFileContents>& files) {
   TextTable table({"Location", "On media", "On the internet", "Size", "Checksum"});
+  table.KeepWhole();
   for (const DownloadFileContents& file : files) {
     table.AddRow({file.location, file.mediaLocation, file.internetLocation,
                   std::to_string(file.size), file.checkSum});
