@@ -28,6 +28,9 @@ ExitCode RunCommand(const std::function<ExitCode()>& command) {
   try {
     const ComApartment apartment;
     return command();
+  } catch (const ServerUnavailable& failure) {
+    PrintRemark("the server failed: " + FormatHResult(failure.HResult()) + ' ' + failure.what());
+    PrintRemark(ServerUnavailable::DescribeRemedy() + " mmcat selftest checks them.");
   } catch (const ServerFailure& failure) {
     PrintRemark("the server failed: " + FormatHResult(failure.HResult()) + ' ' + failure.what());
   } catch (const std::exception& failure) {  // such as out of memory

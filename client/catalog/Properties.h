@@ -1,5 +1,7 @@
 #pragma once
 
+#include <algorithm>
+#include <climits>
 #include <optional>
 #include <string>
 
@@ -66,10 +68,10 @@ qm::common::ComPtr<Object> ReadObject(Interface& object,
   return value;
 }
 
-/// Calls `use` with each element of a collection, as an `Item&`.
+/// Calls `use` with each element of a collection, or the first `most`, as an `Item&`.
 template <class Item, class Collection, class Use>
-void ForEachItem(Collection& collection, Use use) {
-  const long count = ReadNumber(collection, &Collection::get_Count);
+void ForEachItem(Collection& collection, Use use, long most = LONG_MAX) {
+  const long count = std::min(ReadNumber(collection, &Collection::get_Count), most);
   VARIANT index;
   index.vt = VT_I4;
   for (index.lVal = 1; index.lVal <= count; ++index.lVal) {
@@ -79,15 +81,15 @@ void ForEachItem(Collection& collection, Use use) {
   }
 }
 
-/// Creates an object. The text of a failure begins with `what`, such as the name of the class's
-/// DLL.
+/// Creates an object. Throws ServerUnavailable, with a text that begins with `what`, such as the
+/// name of the class's DLL.
 template <class Interface>
 qm::common::ComPtr<Interface> CreateObject(REFCLSID clsid, const char* what) {
   qm::common::ComPtr<Interface> object;
   const HRESULT hr = ::CoCreateInstance(clsid, nullptr, CLSCTX_INPROC_SERVER, __uuidof(Interface),
                                         reinterpret_cast<void**>(object.Put()));
   if (FAILED(hr)) {
-    throw ServerFailure(hr, what + std::string(": ") + ServerFailure::Capture(hr).what());
+    throw ServerUnavailable(hr, what + std::string(": ") + ServerFailure::Capture(hr).what());
   }
   return object;
 }

@@ -24,6 +24,16 @@ class ServerFailure : public std::runtime_error {
   HRESULT m_hr;
 };
 
+/// The failure to create an object: the server or a sibling component is not where the program
+/// looks for it, or does not work.
+class ServerUnavailable : public ServerFailure {
+ public:
+  using ServerFailure::ServerFailure;
+
+  /// What to do about it, in sentences.
+  static std::string DescribeRemedy();
+};
+
 /// Throws ServerFailure if the call that just returned `hr` failed.
 inline void ThrowIfFailed(HRESULT hr) {
   if (FAILED(hr)) {

@@ -2,6 +2,7 @@
 #include <algorithm>
 #include <map>
 
+#include "client/catalog/CatalogSettings.h"
 #include "client/catalog/FileNames.h"
 #include "client/catalog/InstallerObject.h"
 #include "client/catalog/ModuleCollection.h"
@@ -52,8 +53,13 @@ class Checks {
     return count;
   }
 
+  /// What to do about checks that failed; empty if that is not known.
+  const std::string& Remedy() const { return m_remedy; }
+  void SetRemedy(std::string remedy) { m_remedy = std::move(remedy); }
+
  private:
   std::vector<Check> m_checks;
+  std::string m_remedy;
 };
 
 /// The full path of a file of this process; empty if it has no such DLL.
@@ -186,7 +192,17 @@ WideString FindSamples() {
 }
 
 void CheckSamples(const WideString& folder, Checks& checks) {
-  const std::vector<std::wstring> names = FindFileNames(qm::common::JoinPath(folder, L"*.msm"));
+  const std::vector<std::wstring> names =
+      folder.empty() ? std::vector<std::wstring>()
+                     : FindFileNames(qm::common::JoinPath(folder, L"*.msm"));
+  if (names.empty()) {
+    checks.Add("samples", [&] {
+      return (folder.empty() ? "the sample modules are not beside this program"
+                             : "there are no modules in " + SpellPath(qm::text::ToUtf8(folder))) +
+             "; --samples DIR names their folder";
+    });
+    return;
+  }
   for (const auto& [name, contents] : KnownSamples()) {
     if (std::find(names.begin(), names.end(), name) == names.end()) {
       checks.Add("sample " + qm::text::ToUtf8(name), [&, &folder = folder] {
@@ -221,9 +237,13 @@ Checks RunChecks(const WideString& samples) {
       {L"Corvane8.RepositoryMgr", L"Corvane8.dll"},
       {L"QmMMUpdater.MergeSet", L"QmMergeSet.dll"},
   };
+  const size_t failuresBefore = checks.CountFailures();
   for (const auto& [progId, dll] : classes) {
     checks.Add("class " + qm::text::ToUtf8(progId),
                [progId = progId, dll = dll] { return CheckClass(progId, dll); });
+  }
+  if (checks.CountFailures() > failuresBefore) {
+    checks.SetRemedy(ServerUnavailable::DescribeRemedy());
   }
   CheckSamples(samples, checks);
   return checks;
@@ -255,7 +275,8 @@ void AddArguments(CLI::App& parser, Options& options) {
   parser
       .add_option("--samples", options.samples,
                   "Folder of the sample modules, by default that of this program's package")
-      ->type_name("DIR");
+      ->type_name("DIR")
+      ->check(CLI::Validator(ValidateFolder, ""));
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
@@ -278,6 +299,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const size_t failures = checks.CountFailures();
   text += std::to_string(checks.All().size() - failures) + " checks passed, " +
           std::to_string(failures) + " failed\n";
+  text += checks.Remedy().empty() ? "" : checks.Remedy() + '\n';
   report.Document().update({{"version", MMCAT_VERSION},
                             {"architecture", kArchitecture},
                             {"system", system},
