@@ -3,7 +3,6 @@
 #include "client/catalog/ModuleCollection.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
-#include "client/catalog/Wildcards.h"
 #include "idl/host.h"
 #include "idl/qmmmupdater2.h"
 #include "text/Fold.h"
@@ -47,9 +46,7 @@ qm::common::ComPtr<IMergeModules> Catalog::FindNamedModules(const std::string& w
   if (ReadNumber(*FindModules(word, ""), &IMergeModules::get_Count) > 0) {
     return FindModules(word, version);
   }
-  const std::vector<NamedModule> names = Names();
-  const std::vector<size_t> positions =
-      HasWildcard(word) ? FindMatching(names, word) : MatchName(names, word).modules;
+  const std::vector<size_t> positions = FindNamed(Names(), word);
   ModuleObjects found;
   const qm::common::ComPtr<IMergeModules> all = Modules();
   for (const size_t position : positions) {

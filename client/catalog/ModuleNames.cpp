@@ -154,4 +154,8 @@ std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
   return positions;
 }
 
+std::vector<size_t> FindNamed(const std::vector<NamedModule>& modules, const std::string& word) {
+  return HasWildcard(word) ? FindMatching(modules, word) : MatchName(modules, word).modules;
+}
+
 }  // namespace mmcat

@@ -36,4 +36,8 @@ bool MatchesPattern(const std::string& pattern, const NamedModule& module);
 std::vector<size_t> FindMatching(const std::vector<NamedModule>& modules,
                                  const std::string& pattern);
 
+/// The positions of the modules that a word means: those that match it if it is a pattern, else
+/// those that it names (MatchName). A file that cannot be read is a module like any other.
+std::vector<size_t> FindNamed(const std::vector<NamedModule>& modules, const std::string& word);
+
 }  // namespace mmcat

@@ -1,12 +1,12 @@
 #include "client/catalog/ModuleSet.h"
 
 #include <algorithm>
+#include <climits>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Object.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/Value.h"
-#include "client/catalog/Wildcards.h"
 #include "client/terminal/Progress.h"
 
 namespace mmcat {
@@ -33,12 +33,22 @@ size_t ReadPosition(Interface& object,
   return ReadOptionalPosition(object, property).value();
 }
 
-std::vector<size_t> ReadPositions(ISetModules& modules) {
+std::vector<size_t> ReadPositions(ISetModules& modules, long most = LONG_MAX) {
   std::vector<size_t> positions;
-  ForEachItem<ISetModule>(modules, [&](ISetModule& module) {
+  const auto read = [&](ISetModule& module) {
     positions.push_back(*PositionOf(ComPtr<ISetModule>(&module)));
-  });
+  };
+  ForEachItem<ISetModule>(modules, read, most);
   return positions;
+}
+
+/// Each module of a long chain uses its end, so together their chains are far longer than the set.
+UserFacts ReadUser(IModuleUser& user) {
+  constexpr long kMostInChain = 32;
+  const auto chain = ReadObject(user, &IModuleUser::get_Chain);
+  return {ReadPosition(user, &IModuleUser::get_Module),
+          ReadPosition(user, &IModuleUser::get_Through), ReadPositions(*chain, kMostInChain),
+          static_cast<size_t>(ReadNumber(*chain, &ISetModules::get_Count))};
 }
 
 ModuleFacts ReadModuleFacts(ISetModule& module) {
@@ -201,19 +211,7 @@ std::vector<size_t> ModuleSet::FindByKey(const std::string& key) const {
 
 std::vector<size_t> ModuleSet::FindModules(const std::string& word) const {
   std::vector<size_t> found = FindByKey(word);
-  return found.empty() ? FindByName(word) : found;
-}
-
-std::vector<size_t> ModuleSet::FindByName(const std::string& word) const {
-  if (!HasWildcard(word)) {
-    return MatchName(Names(), word).modules;
-  }
-  std::vector<size_t> found = FindMatching(Names(), word);
-  const auto isUnreadable = [this](size_t position) {
-    return m_modules[position].moduleId.empty();
-  };
-  found.erase(std::remove_if(found.begin(), found.end(), isUnreadable), found.end());
-  return found;
+  return found.empty() ? FindNamed(Names(), word) : found;
 }
 
 std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& words) const {
@@ -223,7 +221,7 @@ std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& 
       keys.push_back(word);
       continue;
     }
-    const std::vector<size_t> named = FindByName(word);
+    const std::vector<size_t> named = FindNamed(Names(), word);
     for (const size_t position : named) {
       // Other folders may have modules with the same key.
       const std::string path = ReadText(*m_modules[position].object, &ISetModule::get_Path);
@@ -307,12 +305,8 @@ std::vector<RequirementFacts> ModuleSet::RequirementsOf(size_t module) const {
 
 std::vector<UserFacts> ModuleSet::UsersOf(size_t module) const {
   std::vector<UserFacts> list;
-  ForEachItem<IModuleUser>(
-      *ReadObject(*m_modules[module].object, &ISetModule::get_Users), [&](IModuleUser& user) {
-        list.push_back({ReadPosition(user, &IModuleUser::get_Module),
-                        ReadPosition(user, &IModuleUser::get_Through),
-                        ReadPositions(*ReadObject(user, &IModuleUser::get_Chain))});
-      });
+  ForEachItem<IModuleUser>(*ReadObject(*m_modules[module].object, &ISetModule::get_Users),
+                           [&](IModuleUser& user) { list.push_back(ReadUser(user)); });
   return list;
 }
 

@@ -127,7 +127,8 @@ struct PlanFacts {
 struct UserFacts {
   size_t module;
   size_t through;
-  std::vector<size_t> chain;  ///< from the module to the one that it needs
+  std::vector<size_t> chain;  ///< from the module to the one that it needs; the beginning if long
+  size_t chainLength;         ///< of all of it
 };
 
 struct DelivererFacts {
@@ -211,7 +212,6 @@ class ModuleSet {
  private:
   void Load(IDispatch& source);
   std::vector<size_t> FindByKey(const std::string& key) const;
-  std::vector<size_t> FindByName(const std::string& word) const;
   /// The keys that the set component knows for words.
   std::vector<std::string> ResolveKeys(const std::vector<std::string>& words) const;
 

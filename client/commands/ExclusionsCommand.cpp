@@ -41,7 +41,7 @@ std::string FormatUsers(const std::vector<ModuleFacts>& modules, const Users& us
   for (const auto& [module, list] : users) {
     for (const UserFacts& user : list) {
       table.AddRow({modules[module].key, modules[user.module].key, modules[user.module].version,
-                    user.through == module ? "" : FormatChain(modules, user.chain)});
+                    user.through == module ? "" : FormatChain(modules, user, module)});
       isEmpty = false;
     }
   }
@@ -143,15 +143,14 @@ ExitCode Run(const OutputOptions& output) {
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   const std::vector<ExclusionFacts> exclusions = ListExclusions(set);
-  const Users users = FindUsers(set, exclusions);
   const ExitCode outcome = RequireModules(set.Modules().size());
   if (report.IsJson()) {
     report.Document()["exclusions"] = MakeExclusionsJson(set.Modules(), exclusions);
-    report.Document()["broughtIn"] = MakeUsersJson(set.Modules(), users);
+    report.Document()["broughtIn"] = MakeUsersJson(set.Modules(), FindUsers(set, exclusions));
   } else if (report.Format() == OutputFormat::Csv) {
     report.PrintConverted(FormatExclusionsCsv(set.Modules(), exclusions));
   } else if (outcome == kSuccess) {
-    report.Print(FormatExclusions(set.Modules(), exclusions, users));
+    report.Print(FormatExclusions(set.Modules(), exclusions, FindUsers(set, exclusions)));
   }
   return report.Finish(outcome);
 }

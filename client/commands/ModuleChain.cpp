@@ -10,6 +10,17 @@ std::string FormatChain(const std::vector<ModuleFacts>& modules, const std::vect
   return text;
 }
 
+std::string FormatChain(const std::vector<ModuleFacts>& modules, const UserFacts& user,
+                        size_t needed) {
+  constexpr size_t kMost = 8;
+  if (user.chainLength <= kMost + 1) {
+    return FormatChain(modules, user.chain);
+  }
+  const auto first = user.chain.begin();
+  return FormatChain(modules, {first, first + kMost - 1}) + " -> (" +
+         std::to_string(user.chainLength - kMost) + " more) -> " + modules[needed].key;
+}
+
 Json MakeKeysJson(const std::vector<ModuleFacts>& modules, const std::vector<size_t>& positions) {
   Json keys = Json::array();
   for (const size_t position : positions) {
