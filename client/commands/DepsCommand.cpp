@@ -7,6 +7,7 @@
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleChain.h"
 #include "client/commands/UnknownKey.h"
+#include "client/terminal/Csv.h"
 #include "client/terminal/Text.h"
 #include "client/terminal/TextTable.h"
 
@@ -62,11 +63,26 @@ std::string FormatChoices(const Question& question, const PlanFacts& plan) {
   return isEmpty ? "" : '\n' + choices.ToString("");
 }
 
+/// Returns whether the plan's missing modules say the same as a conflict: that a module which was
+/// asked for lacks one.
+bool IsInMissing(const PlanFacts& plan, const ConflictFacts& conflict) {
+  return conflict.modules.size() == 1 &&
+         std::none_of(conflict.chains.begin(), conflict.chains.end(),
+                      [](const auto& chain) { return chain.size() > 1; }) &&
+         std::any_of(plan.missing.begin(), plan.missing.end(), [&](const MissingFacts& missing) {
+           return missing.neededBy == conflict.modules.front() &&
+                  conflict.text.find(missing.requirement.text) != std::string::npos;
+         });
+}
+
 /// Lists what keeps the modules from being merged, with the chains that lead there and the fixes.
 std::string FormatConflicts(const Question& question, const PlanFacts& plan,
                             const std::vector<ConflictFacts>& conflicts) {
   std::string text;
   for (const ConflictFacts& conflict : conflicts) {
+    if (IsInMissing(plan, conflict)) {
+      continue;
+    }
     text += (text.empty() ? "\nConflicts\n  " : "  ") + MakePrintable(conflict.text) + '\n';
     for (const std::vector<size_t>& chain : conflict.chains) {
       if (chain.size() > 1) {
@@ -267,9 +283,10 @@ std::string FormatReverse(const Question& question, const std::vector<ReverseVie
     table.AddLine(needed.key + "  " + needed.version + " is needed by");
     for (const UserFacts& user : view.users) {
       const ModuleFacts& module = question.modules[user.module];
-      table.AddRow({module.key, module.version,
-                    user.through == view.needed ? "" : FormatChain(question.modules, user.chain),
-                    module.path});
+      table.AddRow(
+          {module.key, module.version,
+           user.through == view.needed ? "" : FormatChain(question.modules, user, view.needed),
+           module.path});
     }
     text += table.ToString("  ");
   }
@@ -292,6 +309,34 @@ void AddReverseJson(const Question& question, const std::vector<ReverseView>& vi
     list.push_back(std::move(needed));
   }
   document["modules"] = std::move(list);
+}
+
+// ---- CSV
+
+std::string FormatOrderCsv(const Question& question, const PlanFacts& plan) {
+  Json rows = Json::array();
+  for (const PlannedFacts& planned : plan.modules) {
+    const ModuleFacts& module = question.modules[planned.module];
+    rows.push_back(MakeSetModuleJson(module));
+    rows.back().update(
+        {{"position", rows.size()},
+         {"neededBy", planned.neededBy ? question.modules[*planned.neededBy].key : ""},
+         {"reason", planned.reason}});
+  }
+  return FormatCsv({"position", "key", "version", "displayName", "path", "neededBy", "reason"},
+                   rows);
+}
+
+std::string FormatReverseCsv(const Question& question, const std::vector<ReverseView>& views) {
+  Json rows = Json::array();
+  for (const ReverseView& view : views) {
+    for (const UserFacts& user : view.users) {
+      rows.push_back(MakeSetModuleJson(question.modules[user.module]));
+      rows.back().update({{"needs", question.modules[view.needed].key},
+                          {"through", question.modules[user.through].key}});
+    }
+  }
+  return FormatCsv({"needs", "key", "version", "displayName", "path", "through"}, rows);
 }
 
 // ---- Command
@@ -341,31 +386,66 @@ bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
   return true;
 }
 
+/// Keeps files that cannot be read from deciding the exit code of a plan that lacks nothing,
+/// unless they are in it.
+void AcceptUnreadable(const Question& question, const PlanFacts& plan, Report& report) {
+  std::set<std::string> planned;
+  for (const PlannedFacts& one : plan.modules) {
+    planned.insert(question.modules[one.module].path);
+  }
+  report.AcceptFailuresBeside(planned);
+}
+
+ExitCode RunReverse(const Question& question, Report& report) {
+  const std::vector<ReverseView> users = FindUsers(question);
+  if (report.IsJson()) {
+    AddReverseJson(question, users, report.Document());
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatReverseCsv(question, users));
+  } else {
+    report.Print(FormatReverse(question, users));
+  }
+  return kSuccess;
+}
+
+ExitCode RunPlan(const Question& question, const Options& options, Report& report) {
+  const PlanFacts plan = question.set.Plan(options.keys);
+  const std::vector<ConflictFacts> conflicts = question.set.ConflictsOf(plan);
+  if (report.IsJson()) {
+    AddOrderJson(question, plan, conflicts, report.Document());
+  } else if (report.Format() == OutputFormat::Csv) {
+    report.PrintConverted(FormatOrderCsv(question, plan));
+    for (const MissingFacts& missing : plan.missing) {
+      PrintRemark(question.modules[missing.neededBy].key + " needs " + missing.requirement.text +
+                  ": " + missing.reason);
+    }
+  } else {
+    report.Print(options.view == DepsView::Tree ? TreeWriter(question, plan).Write() +
+                                                      FormatConflicts(question, plan, conflicts)
+                                                : FormatOrder(question, plan, conflicts));
+  }
+  if (plan.missing.empty()) {
+    AcceptUnreadable(question, plan, report);
+  }
+  const bool isClean = plan.missing.empty() && plan.cycles.empty() && conflicts.empty();
+  return isClean ? kSuccess : kFindings;
+}
+
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  const auto& [keys, view] = options;
   Report report("deps", output);
   const ModuleSet set;
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
   Question question{set, set.Modules(), {}};
-  const bool isKnown = FindWanted(set, keys, question.wanted);
-  if (view == DepsView::Reverse) {
-    const std::vector<ReverseView> users = FindUsers(question);
-    AddReverseJson(question, users, report.Document());
-    report.Print(FormatReverse(question, users));
-    return report.Finish(isKnown ? kSuccess : kNothingMatched);
+  if (FindWanted(set, options.keys, question.wanted)) {
+    return report.Finish(options.view == DepsView::Reverse ? RunReverse(question, report)
+                                                           : RunPlan(question, options, report));
   }
-  if (!isKnown) {
+  if (options.view == DepsView::Reverse) {
+    AddReverseJson(question, {}, report.Document());
+  } else {
     AddOrderJson(question, {}, {}, report.Document());
-    return report.Finish(kNothingMatched);
   }
-  const PlanFacts plan = set.Plan(keys);
-  const std::vector<ConflictFacts> conflicts = set.ConflictsOf(plan);
-  AddOrderJson(question, plan, conflicts, report.Document());
-  report.Print(view == DepsView::Tree
-                   ? TreeWriter(question, plan).Write() + FormatConflicts(question, plan, conflicts)
-                   : FormatOrder(question, plan, conflicts));
-  const bool isClean = plan.missing.empty() && plan.cycles.empty() && conflicts.empty();
-  return report.Finish(isClean ? kSuccess : kFindings);
+  return report.Finish(kNothingMatched);
 }
 
 }  // namespace
@@ -376,8 +456,10 @@ extern const Command kDepsCommand = {
     "  mmcat deps PlotterSuite                everything to merge, in this order\n"
     "  mmcat deps PlotterSuite SpellLane      both, planned together\n"
     "  mmcat deps PlotterSuite --tree\n"
-    "  mmcat deps CharmapCore --reverse       what breaks without it\n",
+    "  mmcat deps CharmapCore --reverse       what breaks without it\n"
+    "  mmcat deps PlotterSuite --format csv   rows for a spreadsheet\n",
     PrepareCommand<Options, AddArguments, Run>,
+    {OutputFormat::Csv},
 };
 
 }  // namespace mmcat

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <set>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/ListedModules.h"
@@ -58,12 +59,25 @@ ExitCode Select(const std::vector<std::string>& patterns, std::vector<ListedModu
   return outcome;
 }
 
+/// Keeps files that cannot be read from deciding the exit code if they are not among the modules
+/// that were asked for.
+void AcceptOthers(const std::vector<ListedModule>& wanted, Report& report) {
+  std::set<std::string> paths;
+  for (const ListedModule& module : wanted) {
+    paths.insert(module.path);
+  }
+  report.AcceptFailuresBeside(paths);
+}
+
 ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("list", output, 2);
   std::vector<ListedModule> modules = ReadModules(*Catalog().Modules(), report);
   ExitCode outcome = RequireModules(modules.size());
   if (outcome == kSuccess) {
     outcome = Select(options.patterns, modules);
+  }
+  if (!options.patterns.empty()) {
+    AcceptOthers(modules, report);
   }
   if (report.IsJson()) {
     report.Document()["modules"] = MakeModulesJson(modules);

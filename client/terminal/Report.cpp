@@ -46,6 +46,14 @@ void Report::AddFailure(FileFailure failure) {
   m_failures.push_back(std::move(failure));
 }
 
+void Report::AcceptFailuresBeside(const std::set<std::string>& files) {
+  for (const FileFailure& failure : m_failures) {
+    if (failure.of == FailureOf::File && files.count(failure.file) == 0) {
+      AcceptFailures(failure.file);
+    }
+  }
+}
+
 ExitCode Report::Finish(ExitCode outcome) {
   Print(TakeShorteningNote());
   if (IsJson()) {

@@ -66,6 +66,9 @@ class Report {
   /// Keeps the failures of a file, which the user accepts, from deciding the exit code.
   void AcceptFailures(const std::string& file) { m_accepted.insert(file); }
 
+  /// The same for all files but these, if the results do not depend on others.
+  void AcceptFailuresBeside(const std::set<std::string>& files);
+
   /// The exit code of a command with this outcome: failures take precedence over findings, and
   /// kNothingMatched over failures.
   ExitCode ExitCodeAfter(ExitCode outcome) const;
