@@ -1,4 +1,5 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/FileNames.h"
@@ -6,6 +7,7 @@
 #include "client/catalog/ModuleFile.h"
 #include "client/catalog/Properties.h"
 #include "client/catalog/UserPath.h"
+#include "client/catalog/Wildcards.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
@@ -27,18 +29,17 @@ bool LooksLikeFile(const std::string& argument) {
          qm::common::HasExtension(qm::text::ToWide(argument), L".msm");
 }
 
-/// The files that match a path with wildcards in its last part, or the path itself if none match.
-/// Windows leaves this expansion to programs.
-std::vector<std::string> ExpandWildcards(const std::string& path) {
-  if (path.find_first_of("*?") == std::string::npos) {
-    return {path};
-  }
-  const std::string folder = path.substr(0, path.find_last_of("\\/:") + 1);
+/// The module files that match a path with wildcards in its last part. Windows leaves this
+/// expansion to programs.
+std::vector<std::string> FindModuleFiles(const std::string& pattern) {
+  const std::string folder = pattern.substr(0, pattern.find_last_of("\\/:") + 1);
   std::vector<std::string> files;
-  for (const std::wstring& name : FindFileNames(ToSystemPath(path))) {
-    files.push_back(folder + qm::text::ToUtf8(name));
+  for (const std::wstring& name : FindFileNames(ToSystemPath(pattern))) {
+    if (qm::common::HasExtension(name, L".msm")) {
+      files.push_back(folder + qm::text::ToUtf8(name));
+    }
   }
-  return files.empty() ? std::vector<std::string>{path} : files;
+  return files;
 }
 
 enum class ShowDepth { Summary, Everything };
@@ -51,6 +52,8 @@ class ModuleCollector {
   void AddFile(const std::string& file) {
     try {
       m_modules.emplace_back(OpenModuleFile(file).Get());
+    } catch (const ServerUnavailable&) {
+      throw;  // no other file can be read either
     } catch (const ServerFailure& failure) {
       m_report.AddFailure({file, "", failure.HResult(), failure.what()});
       const std::string advice = IsFile(file) ? AdviseOnFile(file, "show MODULE") : "";
@@ -62,17 +65,35 @@ class ModuleCollector {
 
   /// Adds the modules that a word names. Prints a remark and returns false if there are none.
   bool AddNamed(const std::string& word) {
-    const size_t before = m_modules.size();
     const Catalog catalog;
-    ForEachItem<IMergeModule>(*catalog.FindNamedModules(word, ""),
-                              [&](IMergeModule& module) { m_modules.emplace_back(&module); });
-    if (m_modules.size() == before && LooksLikeFile(word) && !IsFolder(word)) {
+    if (AddFound(catalog, word)) {
+      return true;
+    }
+    if (LooksLikeFile(word) && !IsFolder(word)) {
       AddFile(word);
       return true;
     }
-    if (m_modules.size() == before) {
-      PrintUnknownKey(catalog.Names(), word, "show MODULE");
-      return false;
+    PrintUnknownKey(catalog.Names(), word, "show MODULE");
+    return false;
+  }
+
+  /// The same for a pattern. If it is one of files, it means module files, and modules of the
+  /// catalog only if there are none; otherwise it is the other way round.
+  bool AddMatching(const std::string& pattern) {
+    const std::vector<std::string> files = FindModuleFiles(pattern);
+    const bool prefersFiles = LooksLikeFile(pattern) && !files.empty();
+    if (!prefersFiles) {
+      const Catalog catalog;
+      if (AddFound(catalog, pattern)) {
+        return true;
+      }
+      if (files.empty()) {
+        PrintUnknownKey(catalog.Names(), pattern, "show MODULE");
+        return false;
+      }
+    }
+    for (const std::string& file : files) {
+      AddFile(file);
     }
     return true;
   }
@@ -80,6 +101,14 @@ class ModuleCollector {
   ModuleObjects Take() { return std::move(m_modules); }
 
  private:
+  /// Adds the modules of the catalog that a word or pattern means. Returns false if there are none.
+  bool AddFound(const Catalog& catalog, const std::string& word) {
+    const size_t before = m_modules.size();
+    ForEachItem<IMergeModule>(*catalog.FindNamedModules(word, ""),
+                              [&](IMergeModule& module) { m_modules.emplace_back(&module); });
+    return m_modules.size() > before;
+  }
+
   Report& m_report;
   ModuleObjects m_modules;
 };
@@ -87,17 +116,27 @@ class ModuleCollector {
 void ShowModules(ModuleObjects modules, ShowDepth depth, Report& report) {
   const ModuleSet set(std::move(modules));
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  const auto isUnreadable = [&](const ModuleFacts& module) {
+    return module.moduleId.empty() &&
+           std::any_of(report.Failures().begin(), report.Failures().end(),
+                       [&](const FileFailure& failure) { return failure.file == module.path; });
+  };
   Json list = Json::array();
+  bool isFirst = true;
   for (size_t position = 0; position < set.Modules().size(); ++position) {
+    if (isUnreadable(set.Modules()[position])) {
+      continue;
+    }
     const ModuleContents contents = ReadModuleContents(set, position);
     if (report.IsJson()) {
       list.push_back(MakeModuleJson(contents));
     } else {
       // Separate modules by a blank line.
-      report.Print((position == 0 ? "" : "\n") + (depth == ShowDepth::Everything
-                                                      ? FormatModule(contents)
-                                                      : FormatModuleSummary(contents)));
+      report.Print((isFirst ? "" : "\n") + (depth == ShowDepth::Everything
+                                                ? FormatModule(contents)
+                                                : FormatModuleSummary(contents)));
     }
+    isFirst = false;
     for (const PartFailure& failed : contents.failures) {
       report.AddFailure(
           {contents.path, failed.part, failed.failure.HResult(), failed.failure.what()});
@@ -107,13 +146,15 @@ void ShowModules(ModuleObjects modules, ShowDepth depth, Report& report) {
 }
 
 struct Options {
-  std::vector<std::string> subjects;  ///< files, possibly with wildcards, and keys
+  std::vector<std::string> subjects;  ///< files, names of modules, and patterns of both
   bool full = false;
 };
 
 void AddArguments(CLI::App& parser, Options& options) {
   parser
-      .add_option("MODULE", options.subjects, "Module files, or modules of the catalog by any name")
+      .add_option("MODULE", options.subjects,
+                  "Module files, or modules of the catalog by any name; with * and ?, the "
+                  "modules that match, else files")
       ->required();
   parser.add_flag("--full", options.full, "Everything: all files, components, actions and tables");
 }
@@ -122,13 +163,13 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   Report report("show", output, 2);
   ModuleCollector modules(report);
   ExitCode outcome = kSuccess;
-  for (const std::string& argument : options.subjects) {
-    for (const std::string& subject : ExpandWildcards(argument)) {
-      if (IsFile(subject)) {
-        modules.AddFile(subject);
-      } else if (!modules.AddNamed(subject)) {
-        outcome = kNothingMatched;
-      }
+  for (const std::string& subject : options.subjects) {
+    if (HasWildcard(subject)) {
+      outcome = modules.AddMatching(subject) ? outcome : kNothingMatched;
+    } else if (IsFile(subject)) {
+      modules.AddFile(subject);
+    } else if (!modules.AddNamed(subject)) {
+      outcome = kNothingMatched;
     }
   }
   ShowModules(modules.Take(), options.full ? ShowDepth::Everything : ShowDepth::Summary, report);
