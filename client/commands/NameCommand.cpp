@@ -1,7 +1,9 @@
 #include <CLI/CLI.hpp>
+#include <algorithm>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/Properties.h"
+#include "client/catalog/Wildcards.h"
 #include "client/commands/Commands.h"
 #include "client/commands/UnknownKey.h"
 #include "client/terminal/Text.h"
@@ -10,23 +12,41 @@ namespace mmcat {
 
 namespace {
 
-/// The display name from the index of module names, else from the first module with this key; empty
-/// if there is neither.
-std::string FindDisplayName(const Catalog& catalog, const std::string& key) {
-  std::string indexed = catalog.FindDisplayName(key);
-  if (indexed != key) {
-    return indexed;
+/// A module that a word may mean.
+struct Candidate {
+  std::string key;
+  std::string displayName;
+};
+
+/// The modules with different display names that a word names: from the index of module names, else
+/// from the catalog.
+std::vector<Candidate> FindNames(const Catalog& catalog, const std::string& word) {
+  std::string indexed = catalog.FindDisplayName(word);
+  if (indexed != word) {
+    return {{word, std::move(indexed)}};
   }
-  const qm::common::ComPtr<IMergeModules> modules = catalog.FindNamedModules(key, "");
-  if (ReadNumber(*modules, &IMergeModules::get_Count) == 0) {
-    return "";
+  std::vector<Candidate> candidates;
+  ForEachItem<IMergeModule>(*catalog.FindNamedModules(word, ""), [&](IMergeModule& module) {
+    Candidate candidate{ReadText(module, &IMergeModule::get_Key),
+                        ReadText(module, &IMergeModule::get_DisplayName)};
+    const auto isKnown = [&](const Candidate& other) {
+      return other.displayName == candidate.displayName;
+    };
+    if (std::none_of(candidates.begin(), candidates.end(), isKnown)) {
+      candidates.push_back(std::move(candidate));
+    }
+  });
+  return candidates;
+}
+
+void PrintCandidates(const std::string& word, const std::vector<Candidate>& candidates) {
+  constexpr size_t kMost = 8;
+  std::vector<std::string> texts;
+  texts.reserve(candidates.size());
+  for (const Candidate& candidate : candidates) {
+    texts.push_back(candidate.key + " (" + candidate.displayName + ')');
   }
-  VARIANT first;
-  first.vt = VT_I4;
-  first.lVal = 1;
-  qm::common::ComPtr<IMergeModule> module;
-  ThrowIfFailed(modules->get_Item(first, module.Put()));
-  return ReadText(*module, &IMergeModule::get_DisplayName);
+  PrintRemark(word + ": this may be " + JoinAlternatives(texts, kMost));
 }
 
 struct Options {
@@ -41,10 +61,21 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& key = options.key;
   Report report("name", output);
   const Catalog catalog;
-  const std::string displayName = FindDisplayName(catalog, key);
+  // A pattern would be answered with any one of what it matches.
+  const bool isPattern = HasWildcard(key);
+  const std::vector<Candidate> candidates =
+      isPattern ? std::vector<Candidate>() : FindNames(catalog, key);
+  const std::string displayName = candidates.size() == 1 ? candidates.front().displayName : "";
   report.Document().update({{"key", key}, {"displayName", displayName}});
+  if (isPattern) {
+    PrintRemark(key + ": this command takes no patterns; mmcat list " + QuoteArgument(key) +
+                " prints the names of all that match");
+  } else if (candidates.size() > 1) {
+    PrintCandidates(key, candidates);
+  } else if (displayName.empty()) {
+    PrintUnknownKey(catalog.Names(), key, "name KEY", Patterns::Refused);
+  }
   if (displayName.empty()) {
-    PrintUnknownKey(catalog.Names(), key, "name KEY");
     return report.Finish(kNothingMatched);
   }
   report.Print(MakePrintable(displayName) + '\n');
