@@ -100,7 +100,8 @@ std::string FormatModules(const std::vector<ListedModule>& modules) {
       table.AddLine(FormatFolder(module));
       folder = listing.folder;
     }
-    table.AddRow({GetFileName(module.path), FormatName(module), module.version,
+    const std::string file = module.path.empty() ? "(no file)" : GetFileName(module.path);
+    table.AddRow({file, FormatName(module), module.version,
                   module.language ? std::to_string(*module.language) : "", module.key});
   }
   return table.ToString("  ");

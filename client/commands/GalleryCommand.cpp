@@ -3,6 +3,7 @@
 #include "client/catalog/ModuleContents.h"
 #include "client/catalog/ModuleSet.h"
 #include "client/catalog/Properties.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleJson.h"
 #include "client/commands/NoModules.h"
@@ -106,16 +107,17 @@ std::string FormatGallery(const std::vector<GalleryEntry>& entries) {
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
-    table.AddRow({entry.file.key, entry.state, entry.file.version, entry.localVersion,
-                  entry.file.packageCode,
+    // What names no module is known by its own file.
+    const std::string name = entry.file.key.empty() ? GetFileName(entry.file.path) : entry.file.key;
+    table.AddRow({name, entry.state, entry.file.version, entry.localVersion, entry.file.packageCode,
                   entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});
     if (!entry.gallery.downloadFiles.empty()) {
       hasFiles = true;
-      files.AddLine(entry.file.key);
+      files.AddLine(name);
     }
     for (const DownloadFileContents& file : entry.gallery.downloadFiles) {
-      files.AddRow({file.location, file.mediaLocation, file.internetLocation,
-                    std::to_string(file.size), file.checkSum});
+      files.AddRow({file.location.empty() ? "(no name)" : file.location, file.mediaLocation,
+                    file.internetLocation, std::to_string(file.size), file.checkSum});
     }
   }
   return table.ToString("") + (hasFiles ? '\n' + files.ToString("  ") : "");
