@@ -6,6 +6,7 @@
 
 #include "client/catalog/UserPath.h"
 #include "client/terminal/NearestNames.h"
+#include "client/terminal/OutputFormat.h"
 #include "client/terminal/Text.h"
 #include "text/Fold.h"
 
@@ -106,6 +107,12 @@ void AddOptionNames(const CLI::App& parser, std::vector<std::string>& names) {
 /// The end of a remark on an unknown option.
 std::string SuggestOption(const std::string& name, const std::vector<std::string>& options,
                           const std::string& hint) {
+  for (int format = 0; format <= static_cast<int>(OutputFormat::TeamCity); ++format) {
+    const char* const formatName = NameOf(static_cast<OutputFormat>(format));
+    if (name == std::string("--") + formatName) {
+      return std::string(": unknown option; did you mean --format ") + formatName;
+    }
+  }
   const std::vector<std::string> nearest = FindNearestNames(name, options);
   return ": unknown option" + (nearest.empty() ? hint : FormatSuggestion(nearest));
 }
@@ -169,6 +176,11 @@ std::string ExplainFirstWord(const CLI::App& app, const std::vector<std::string>
 std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::string>& arguments) {
   const CLI::App* const command = FindCommand(app, arguments.front());
   for (size_t i = 1; command && i < arguments.size() && arguments[i] != "--"; ++i) {
+    const std::string& argument = arguments[i];
+    if (argument.size() > 2 && argument[0] == '/' && !IsFolder(argument) && !IsFile(argument) &&
+        command->get_option_no_throw("--" + argument.substr(1))) {
+      return argument + ": options begin with dashes; did you mean --" + argument.substr(1);
+    }
     const CLI::Option* const option =
         IsOption(arguments[i]) ? command->get_option_no_throw(arguments[i]) : nullptr;
     if (!TakesNextArgument(option, arguments[i])) {

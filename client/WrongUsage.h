@@ -17,7 +17,8 @@ namespace mmcat {
 std::string ExplainFirstWord(const CLI::App& app, const std::vector<std::string>& arguments);
 
 /// Returns which option of a command lacks its value: the next argument is an option too, or the
-/// option is the last one. The arguments begin with the command. Empty if no option does.
+/// option is the last one; or which argument is an option with a slash for its dashes. The
+/// arguments begin with the command. Empty if there is no such mistake.
 std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::string>& arguments);
 
 /// The end of a remark if a path with a blank may have been typed without quotes; else empty.
