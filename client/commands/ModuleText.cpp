@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iterator>
+#include <map>
 #include <utility>
 
 #include "client/terminal/Page.h"
@@ -107,14 +108,13 @@ std::string FormatList(const std::vector<std::string>& names) {
   constexpr size_t kLongest = 60;  // columns of a name
   const Page& page = CurrentPage();
   std::vector<std::pair<std::string, size_t>> counted;
+  std::map<std::string, size_t> positions;
   for (const std::string& name : names) {
-    const auto same = std::find_if(counted.begin(), counted.end(),
-                                   [&](const auto& one) { return one.first == name; });
-    if (same == counted.end()) {
-      counted.emplace_back(name, 1);
-    } else {
-      ++same->second;
+    const auto [found, isNew] = positions.try_emplace(name, counted.size());
+    if (isNew) {
+      counted.emplace_back(name, 0);
     }
+    ++counted[found->second].second;
   }
   std::string text = names.empty() ? "" : std::to_string(names.size()) + ": ";
   size_t left = names.size();
