@@ -4,10 +4,12 @@
 #include <algorithm>
 #include <map>
 
+#include "client/catalog/PathSpelling.h"
 #include "client/catalog/UserPath.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/OutputFormat.h"
 #include "client/terminal/Text.h"
+#include "common/Path.h"
 #include "text/Fold.h"
 
 namespace mmcat {
@@ -197,11 +199,19 @@ std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::stri
 }
 
 std::string FormatQuotesHint(const std::vector<std::string>& arguments) {
-  for (size_t i = 1; i < arguments.size(); ++i) {
+  // A response file can have any number of arguments, and each question takes a system call.
+  constexpr size_t kMostStarts = 100;
+  constexpr size_t kMostWords = 8;
+  constexpr size_t kLongest = 260;
+  for (size_t i = 1; i < std::min(arguments.size(), kMostStarts); ++i) {
     std::string path = arguments[i];
-    for (size_t last = i + 1; last < arguments.size() && !IsOption(arguments[last]); ++last) {
+    const size_t end = std::min(arguments.size(), i + kMostWords);
+    for (size_t last = i + 1; last < end && !IsOption(arguments[last]); ++last) {
       path += ' ' + arguments[last];
-      if (IsFolder(path) || IsFile(path)) {
+      if (path.size() > kLongest) {
+        break;
+      }
+      if (qm::common::PathExists(ToSystemPath(path))) {
         return "; if you mean \"" + path + "\", put it in quotes";
       }
     }
