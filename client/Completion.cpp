@@ -1,6 +1,7 @@
 #include "client/Completion.h"
 
 #include <CLI/CLI.hpp>
+#include <algorithm>
 #include <set>
 
 #include "client/SettingsOptions.h"
@@ -111,6 +112,13 @@ void AddFoldersFromFile(const SettingsChoice& choice, CatalogSettings& settings)
   }
 }
 
+bool IsCatalogOption(const std::string& option) {
+  const std::vector<KnownSetting>& settings = KnownSettings();
+  return std::any_of(settings.begin(), settings.end(), [&](const KnownSetting& setting) {
+    return option == "--" + std::string(setting.name) && ReplacesCatalog(setting);
+  });
+}
+
 CatalogSettings ReadSettings(const std::vector<std::string>& words) {
   CatalogSettings settings;
   SettingsChoice choice;
@@ -123,8 +131,7 @@ CatalogSettings ReadSettings(const std::vector<std::string>& words) {
       choice.file = next;
     }
     choice.isOff = choice.isOff || words[i] == "--no-settings";
-    replacesFile = replacesFile || words[i] == "--folder" || words[i] == "--gallery" ||
-                   words[i] == "--index" || words[i] == "--data";
+    replacesFile = replacesFile || IsCatalogOption(words[i]);
     settings.isRecursive = settings.isRecursive || words[i] == "--recursive";
   }
   if (!replacesFile) {
@@ -156,7 +163,7 @@ bool TakesModules(const CLI::App& command) {
 }  // namespace
 
 std::function<ExitCode()> Complete(const CLI::App& app, const std::vector<std::string>& words) {
-  const bool hasWord = !words.empty() && words.back().front() == '=';
+  const bool hasWord = !words.empty() && words.back().rfind('=', 0) == 0;
   Candidates candidates(hasWord ? words.back().substr(1) : "");
   const std::vector<std::string> before(words.begin(), words.end() - (hasWord ? 1 : 0));
   const CLI::App* const command = before.empty() ? nullptr : FindCommand(app, before.front());

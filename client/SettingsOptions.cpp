@@ -78,9 +78,10 @@ class Filler {
     return isForIt ? m_command.get_option_no_throw(OptionName(setting)) : nullptr;
   }
 
-  bool IsGiven(const std::string& option) const {
-    const CLI::Option* const found = m_command.get_option_no_throw(option);
-    return found && found->count() > 0;
+  /// A flag may also be given as "--json=false".
+  bool IsJsonGiven() const {
+    const CLI::Option* const json = m_command.get_option_no_throw("--json");
+    return json && json->count() > 0 && json->as<bool>();
   }
 
   /// Returns whether the command line leaves room for what the file says of a setting.
@@ -88,7 +89,7 @@ class Filler {
     const bool isCatalog = setting.table == std::string(kCatalogTable);
     const bool isGiven = m_given.count(&setting) > 0 && setting.type != SettingType::Texts;
     const bool isFormat = FindOption(setting) && setting.name == std::string("format");
-    return !isGiven && !(isCatalog && m_replacesCatalog) && !(isFormat && IsGiven("--json"));
+    return !isGiven && !(isCatalog && m_replacesCatalog) && !(isFormat && IsJsonGiven());
   }
 
   void CheckValue(CLI::Option& option, const FileSetting& setting, const FileValue& value,
@@ -132,7 +133,11 @@ class Filler {
       }
       option->add_result(std::move(text));
     }
-    option->run_callback();
+    try {
+      option->run_callback();
+    } catch (const CLI::Error& error) {
+      throw MakeSettingsError(*m_file, setting.position, error.what());
+    }
   }
 
   bool HasFolders() const {
