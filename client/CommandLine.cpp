@@ -18,11 +18,14 @@
 #include "client/catalog/PathSpelling.h"
 #include "client/commands/Commands.h"
 #include "client/findings/Rules.h"
+#include "client/settings/SettingsInForce.h"
 #include "client/terminal/Console.h"
+#include "client/terminal/NearestNames.h"
 #include "client/terminal/Page.h"
 #include "client/terminal/Progress.h"
 #include "client/terminal/Report.h"
 #include "client/terminal/WrapLines.h"
+#include "text/Fold.h"
 
 namespace mmcat {
 
@@ -37,10 +40,12 @@ constexpr char kExamples[] =
     "  mmcat list --json                      output for other programs\n";
 
 std::string ValidatePathSpelling(const std::string& spelling) {
-  return spelling == "native" || spelling == "windows" ? "" : spelling + ": not native or windows";
+  return spelling == "native" || spelling == "windows"
+             ? ""
+             : ExplainChoice(spelling, {"native", "windows"});
 }
 
-std::string ValidateSettingsName(const std::string& file) {
+std::string ValidateFileName(const std::string& file) {
   return file.empty() ? "the name is empty" : "";  // probably an unset shell variable
 }
 
@@ -58,15 +63,18 @@ class Parser {
         "Exit codes: 0 success, 1 findings (deps, check, selftest), 2 wrong usage, 3 nothing "
         "matched or no modules, 4 a module or folder could not be read, 5 the server failed, 6 the "
         "output could not be written.\n"
+        "@FILE stands for the arguments in a file, one on each line; words after -- are taken as "
+        "they are. The nearest mmcat.toml has the settings of a team; see mmcat help config.\n"
         "See mmcat help COMMAND for a command, mmcat help findings for what a check finds.");
     for (const Command* command : Commands()) {
       Add(*command);
     }
   }
 
-  CommandLine Read(std::vector<std::string> arguments) {
+  CommandLine Read(const std::vector<std::string>& given) {
+    std::vector<std::string> arguments;
     try {
-      arguments = ExpandResponseFiles(arguments);
+      arguments = ExpandResponseFiles(given);
     } catch (const std::runtime_error& failure) {
       PrintRemark(failure.what());
       return kUsage;
@@ -82,41 +90,101 @@ class Parser {
     if (const std::optional<ExitCode> answered = AnswerHelp(arguments)) {
       return *answered;
     }
+    if (const std::optional<ExitCode> done = Parse(arguments)) {
+      return *done;
+    }
+    const std::string wrong = Complement(given);
+    if (!wrong.empty()) {
+      PrintRemark(wrong);
+      return kUsage;
+    }
+    return MakeCommand();
+  }
+
+ private:
+  /// Parses arguments that are no question for help. Returns the exit code if they are wrong, after
+  /// remarks, or ask for the version.
+  std::optional<ExitCode> Parse(const std::vector<std::string>& arguments) {
     std::string wrong = ExplainFirstWord(m_app, arguments);
     wrong = wrong.empty() ? ExplainMissingValue(m_app, arguments) : wrong;
     if (!wrong.empty()) {
       PrintRemark(wrong);
       return kUsage;
     }
-    const std::vector<std::string> typed = arguments;
     try {
-      std::reverse(arguments.begin(), arguments.end());  // the order that the library expects
-      m_app.parse(std::move(arguments));
+      // The library expects the last argument first.
+      m_app.parse(std::vector<std::string>(arguments.rbegin(), arguments.rend()));
     } catch (const CLI::CallForVersion& version) {
       WriteOutput(version.what() + std::string(1, '\n'));
       return kSuccess;
     } catch (const CLI::ExtrasError&) {
-      for (const std::string& text : ExplainUnexpected(m_app, typed, m_app.remaining(true))) {
+      for (const std::string& text : ExplainUnexpected(m_app, arguments, m_app.remaining(true))) {
         PrintRemark(text);
       }
       return kUsage;
     } catch (const CLI::ParseError& error) {
-      const std::string quotes = FormatQuotesHint(typed);
-      PrintRemark(error.what() + (quotes.empty() ? FormatHelpHint(typed.front()) : quotes));
+      const std::string quotes = FormatQuotesHint(arguments);
+      PrintRemark(error.what() + (quotes.empty() ? FormatHelpHint(arguments.front()) : quotes));
       return kUsage;
     }
-    const bool usesCatalog = m_settingsUse != SettingsUse::ToShow;
+    return std::nullopt;
+  }
+
+  /// Adds what the command line leaves open. Returns what is wrong; empty if nothing is. `given`
+  /// are the arguments with the names of response files.
+  std::string Complement(const std::vector<std::string>& given) {
+    const bool isFormatTyped = m_isFormatChosen;
     try {
       FillInFromSettings();
     } catch (const SettingsError& failure) {
-      PrintRemark(failure.what());
-      return kUsage;
+      return failure.what();
     }
     if (m_settings.isRecursive && m_settings.folders.empty()) {
-      PrintRemark("--recursive requires --folder" + FormatHelpHint(typed.front()));
-      return kUsage;
+      return "--recursive requires --folder" +
+             FormatHelpHint(m_app.get_subcommands().front()->get_name());
     }
-    ChooseFormatOfFile();
+    if (m_outputFile.empty()) {
+      return "";
+    }
+    ChooseFormatOfFile(isFormatTyped);
+    const std::string wrong = ExplainOutputFile(m_outputFile, ListFilesInUse(given));
+    return wrong.empty() ? "" : "--output " + wrong;
+  }
+
+  /// The files that the run reads, as far as the command line and the settings name them.
+  std::vector<std::string> ListFilesInUse(const std::vector<std::string>& given) const {
+    std::vector<std::string> files;
+    for (const std::string& argument : given) {
+      if (argument == "--") {
+        break;
+      }
+      if (argument.size() > 1 && argument.front() == '@') {
+        files.push_back(argument.substr(1));
+      }
+    }
+    for (const CLI::Option* const option : m_app.get_subcommands().front()->get_options()) {
+      if (option->get_positional()) {
+        files.insert(files.end(), option->results().begin(), option->results().end());
+      }
+    }
+    if (m_settingsUse == SettingsUse::None) {
+      return files;
+    }
+    const SettingsInForce& settings = CurrentSettings();
+    files.push_back(settings.file);
+    for (const ValueInForce& value : settings.values) {
+      if (value.value && value.setting == "check.baseline") {
+        files.push_back(*value.value);
+      } else if (value.value && value.setting == "catalog.data") {
+        files.push_back(*value.value + "/Repositories/Repositories.xml");
+      }
+    }
+    files.erase(std::remove(files.begin(), files.end(), ""), files.end());
+    return files;
+  }
+
+  std::function<ExitCode()> MakeCommand() const {
+    const bool usesCatalog = m_settingsUse != SettingsUse::ToShow;
     std::function<ExitCode()> command = [run = m_run, settings = m_settings, output = m_output,
                                          usesCatalog]() mutable {
       try {
@@ -140,7 +208,6 @@ class Parser {
     };
   }
 
- private:
   /// Prints help if the arguments ask for it: its topic follows the word help, or --help ends the
   /// arguments of a command.
   std::optional<ExitCode> AnswerHelp(const std::vector<std::string>& arguments) const {
@@ -171,6 +238,14 @@ class Parser {
   }
 
   ExitCode PrintHelp(const std::string& topic) const {
+    // What people ask about, and what explains it.
+    static const std::map<std::string, const char*> kTopics{
+        {"baseline", "check"},    {"exit", "help"},    {"exit-codes", "help"}, {"formats", "check"},
+        {"gitlab", "check"},      {"ignore", "check"}, {"junit", "check"},     {"mmcat", "help"},
+        {"mmcat.toml", "config"}, {"sarif", "check"},  {"settings", "config"}, {"toml", "config"}};
+    if (const auto other = kTopics.find(qm::text::FoldCase(topic)); other != kTopics.end()) {
+      return PrintHelp(other->second);
+    }
     if (topic == "help") {
       WriteHelp(m_app.help());
       return kSuccess;
@@ -219,15 +294,24 @@ class Parser {
   }
 
   /// Prints in the format of a file's extension if the command has it and none was chosen.
-  void ChooseFormatOfFile() {
+  void ChooseFormatOfFile(bool isFormatTyped) {
     const std::optional<OutputFormat> format = FormatOfFile(m_outputFile);
-    if (!format || m_isFormatChosen) {
+    if (m_formats.empty() || isFormatTyped || (!format && !HasForeignExtension(m_outputFile))) {
       return;
     }
-    if (m_formats.count(*format) > 0) {
+    const bool isFormat = format && m_formats.count(*format) > 0;
+    const std::string writtenAs =
+        m_outputFile + ": written as " + NameOf(m_output.format);  // unless it is chosen below
+    if (m_isFormatChosen) {
+      if (format && *format != m_output.format) {
+        PrintHint(writtenAs + ", as the settings file says" +
+                  (isFormat ? std::string("; --format ") + NameOf(*format) + " changes that" : ""));
+      }
+    } else if (isFormat) {
       m_output.format = *format;
     } else {
-      PrintHint(m_outputFile + ": written as text; this command has no format " + NameOf(*format));
+      PrintHint(writtenAs + "; this command has no format " +
+                (format ? NameOf(*format) : "for this extension"));
     }
   }
 
@@ -239,8 +323,10 @@ class Parser {
     parser.callback([this, run = command.prepare(parser), &command] {
       m_run = run;
       m_settingsUse = command.settings;
-      m_formats = {OutputFormat::PlainText, OutputFormat::JsonDocument};
-      m_formats.insert(command.formats.begin(), command.formats.end());
+      if (command.output == OutputUse::Report) {
+        m_formats = {OutputFormat::PlainText, OutputFormat::JsonDocument};
+        m_formats.insert(command.formats.begin(), command.formats.end());
+      }
     });
     std::string footer = command.remarks;
     if (command.settings != SettingsUse::None) {
@@ -260,6 +346,7 @@ class Parser {
         .add_option("--output", m_outputFile,
                     "File to print to instead of stdout; its extension may choose the format")
         ->type_name("FILE")
+        ->check(CLI::Validator(ValidateFileName, ""))
         ->group(kGroup);
     if (command.output == OutputUse::Verbatim) {
       return;
@@ -293,7 +380,8 @@ class Parser {
         ->excludes(json)
         ->check(CLI::Validator(
             [formats, names](const std::string& name) {
-              return formats.count(name) > 0 ? "" : name + ": not one of " + names;
+              return formats.count(name) > 0 ? ""
+                                             : ExplainChoice(name, CLI::detail::split(names, '|'));
             },
             ""))
         ->group(kGroup);
@@ -350,7 +438,7 @@ class Parser {
                                               "Settings file (default: the nearest mmcat.toml, in "
                                               "this folder or one above)")
                                   ->type_name("FILE")
-                                  ->check(CLI::Validator(ValidateSettingsName, ""))
+                                  ->check(CLI::Validator(ValidateFileName, ""))
                                   ->group(kGroup);
     parser.add_flag("--no-settings", m_settingsChoice.isOff, "Use no settings file")
         ->excludes(file)
@@ -362,7 +450,7 @@ class Parser {
   SettingsChoice m_settingsChoice;
   SettingsUse m_settingsUse = SettingsUse::None;
   OutputOptions m_output;
-  std::set<OutputFormat> m_formats;  ///< that the command can print
+  std::set<OutputFormat> m_formats;  ///< that the command can print; empty if it has only one
   bool m_isFormatChosen = false;     ///< by an option or a settings file
   std::string m_outputFile;          ///< empty for stdout
   CommandRun m_run;
@@ -370,8 +458,8 @@ class Parser {
 
 }  // namespace
 
-CommandLine ParseCommandLine(std::vector<std::string> arguments) {
-  return Parser().Read(std::move(arguments));
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments) {
+  return Parser().Read(arguments);
 }
 
 }  // namespace mmcat

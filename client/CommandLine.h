@@ -14,6 +14,6 @@ namespace mmcat {
 using CommandLine = std::variant<std::function<ExitCode()>, ExitCode>;
 
 /// Reads the arguments (UTF-8) after the program's name.
-CommandLine ParseCommandLine(std::vector<std::string> arguments);
+CommandLine ParseCommandLine(const std::vector<std::string>& arguments);
 
 }  // namespace mmcat

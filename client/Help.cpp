@@ -75,9 +75,13 @@ std::string HelpFormatter::make_help(const CLI::App* app, std::string name,
                                      CLI::AppFormatMode mode) const {
   std::string groups = make_groups(app, mode);
   groups = CLI::detail::find_and_replace(groups, "\n\n\n", "\n\n");
-  return make_usage(app, std::move(name)) + '\n' + app->get_description() + ".\n\nExamples:\n" +
-         m_examples + make_positionals(app) + groups + make_subcommands(app, mode) + '\n' +
-         make_footer(app);
+  std::string help = make_usage(app, std::move(name)) + '\n' + app->get_description() +
+                     ".\n\nExamples:\n" + m_examples + make_positionals(app) + groups +
+                     make_subcommands(app, mode) + '\n' + make_footer(app);
+  if (app->get_footer().empty()) {
+    help.erase(help.find_last_not_of('\n') + 2);
+  }
+  return help;
 }
 
 std::string HelpFormatter::make_usage(const CLI::App* app, std::string name) const {

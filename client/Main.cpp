@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <new>
+
 #include "client/CommandLine.h"
 #include "client/catalog/ServerFailure.h"
 #include "client/terminal/Console.h"
@@ -24,25 +26,38 @@ class ComApartment {
   ComApartment& operator=(const ComApartment&) = delete;
 };
 
-ExitCode RunCommand(const std::function<ExitCode()>& command) {
+ExitCode RunArguments(int argc, const wchar_t* const* argv) {
+  std::vector<std::string> arguments;
+  for (int i = 1; i < argc; ++i) {
+    arguments.push_back(qm::text::ToUtf8(argv[i]));
+  }
+  const CommandLine commandLine = ParseCommandLine(arguments);
+  if (const ExitCode* const done = std::get_if<ExitCode>(&commandLine)) {
+    return *done;
+  }
+  const ComApartment apartment;
+  return std::get<std::function<ExitCode()>>(commandLine)();
+}
+
+/// The same, but reports what is thrown.
+ExitCode RunReporting(int argc, const wchar_t* const* argv) {
   try {
-    const ComApartment apartment;
-    return command();
+    return RunArguments(argc, argv);
   } catch (const ServerUnavailable& failure) {
     PrintRemark("the server failed: " + FormatHResult(failure.HResult()) + ' ' + failure.what());
     PrintRemark(ServerUnavailable::DescribeRemedy() + " mmcat selftest checks them.");
   } catch (const ServerFailure& failure) {
     PrintRemark("the server failed: " + FormatHResult(failure.HResult()) + ' ' + failure.what());
-  } catch (const std::exception& failure) {  // such as out of memory
+  } catch (const std::bad_alloc&) {
+    PrintRemark("not enough memory");
+  } catch (const std::exception& failure) {
     PrintRemark(failure.what());
   }
   return kServerFailed;
 }
 
-ExitCode RunCommand(const CommandLine& commandLine) {
-  const ExitCode* const done = std::get_if<ExitCode>(&commandLine);
-  const ExitCode exitCode =
-      done ? *done : RunCommand(std::get<std::function<ExitCode()>>(commandLine));
+ExitCode Run(int argc, const wchar_t* const* argv) {
+  const ExitCode exitCode = RunReporting(argc, argv);
   if (!FlushOutput()) {
     PrintRemark("the output could not be written");
     return kOutputFailed;
@@ -56,9 +71,5 @@ ExitCode RunCommand(const CommandLine& commandLine) {
 
 int wmain(int argc, wchar_t** argv) {
   const mmcat::ConsoleMode console;
-  std::vector<std::string> arguments;
-  for (int i = 1; i < argc; ++i) {
-    arguments.push_back(qm::text::ToUtf8(argv[i]));
-  }
-  return mmcat::RunCommand(mmcat::ParseCommandLine(std::move(arguments)));
+  return mmcat::Run(argc, argv);
 }

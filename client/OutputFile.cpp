@@ -1,9 +1,11 @@
 #include "client/OutputFile.h"
 
-#include <cstring>
+#include <algorithm>
+#include <set>
 #include <stdexcept>
 #include <utility>
 
+#include "client/catalog/FileIdentity.h"
 #include "client/catalog/TextFile.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/Report.h"
@@ -26,6 +28,26 @@ bool IsResult(ExitCode exitCode, OutputFormat format, const std::string& output)
     default:
       return false;
   }
+}
+
+bool EndsWith(const std::string& folded, const std::string& end) {
+  return folded.size() >= end.size() &&
+         folded.compare(folded.size() - end.size(), end.size(), end) == 0;
+}
+
+/// Returns whether a file is the stdout of this process. Wine would open that of its server.
+bool IsStdout(const std::string& file) {
+  return file == "-" || file == "/dev/stdout" || file == "/dev/fd/1" || file == "/proc/self/fd/1";
+}
+
+/// Returns whether a file is another stream of a process.
+bool IsOtherStream(const std::string& file) {
+  for (const char* const start : {"/dev/stderr", "/dev/stdin", "/dev/fd/", "/proc/"}) {
+    if (file.rfind(start, 0) == 0) {
+      return true;
+    }
+  }
+  return false;
 }
 
 /// Returns false, after a remark, if `use` fails because of the file.
@@ -51,19 +73,48 @@ std::optional<OutputFormat> FormatOfFile(const std::string& file) {
       {".xml", OutputFormat::JUnit}};
   const std::string folded = qm::text::FoldCase(file);
   for (const auto& [extension, format] : kExtensions) {
-    const size_t size = std::strlen(extension);
-    if (folded.size() > size && folded.compare(folded.size() - size, size, extension) == 0) {
+    if (EndsWith(folded, extension)) {
       return format;
     }
   }
   return std::nullopt;
 }
 
+bool HasForeignExtension(const std::string& file) {
+  const std::string name = qm::text::FoldCase(file.substr(file.find_last_of("\\/") + 1));
+  const size_t dot = name.find_last_of('.');
+  // Not every other one: a temporary file can have any.
+  static const std::set<std::string> kForeign{".docx", ".htm", ".html", ".jsonl", ".ods", ".pdf",
+                                              ".tsv",  ".xls", ".xlsx", ".yaml",  ".yml"};
+  return dot != std::string::npos && kForeign.count(name.substr(dot)) > 0;
+}
+
+std::string ExplainOutputFile(const std::string& file, const std::vector<std::string>& filesInUse) {
+  if (IsStdout(file) || IsOtherStream(file)) {
+    return "";
+  }
+  const std::string target = qm::text::FoldCase(ResolveTarget(file));
+  for (const char* const extension : {".msm", ".ini"}) {
+    if (EndsWith(target, extension)) {
+      return file + ": a file with the extension " + extension + " is not for output";
+    }
+  }
+  const std::optional<FileIdentity> identity = IdentifyFile(file);
+  const bool isInUse =
+      identity && std::any_of(filesInUse.begin(), filesInUse.end(), [&](const std::string& used) {
+        return IdentifyFile(used) == identity;
+      });
+  return isInUse ? file + ": this file is used by the command itself" : "";
+}
+
 ExitCode PrintToFile(const std::string& file, OutputFormat format,
                      const std::function<ExitCode()>& command) {
-  // Wine would open the stdout of its server.
-  if (file == "-" || file == "/dev/stdout") {
+  if (IsStdout(file)) {
     return command();
+  }
+  if (IsOtherStream(file)) {
+    PrintRemark(file + ": this cannot be written; use - or a pipe");
+    return kOutputFailed;
   }
   if (!Succeeds(file, [&] { RequireWritable(file); })) {
     return kOutputFailed;

@@ -9,9 +9,11 @@ namespace mmcat {
 
 namespace {
 
+constexpr size_t kLargest = 64 * 1024 * 1024;  // bytes; more would exhaust the memory
+
 std::string ReadArguments(const std::string& path) {
   try {
-    return ReadTextFile(path);
+    return ReadTextFile(path, kLargest);
   } catch (const std::runtime_error& failure) {
     throw std::runtime_error("@" + path + ": cannot read the arguments: " + failure.what());
   }
@@ -30,8 +32,10 @@ void AddPieces(const std::string& text, char separator, std::vector<std::string>
 
 std::vector<std::string> ExpandResponseFiles(const std::vector<std::string>& arguments) {
   std::vector<std::string> expanded;
+  bool isLiteral = false;
   for (const std::string& argument : arguments) {
-    if (argument.size() < 2 || argument.front() != '@') {
+    isLiteral = isLiteral || argument == "--";
+    if (isLiteral || argument.size() < 2 || argument.front() != '@') {
       expanded.push_back(argument);
       continue;
     }

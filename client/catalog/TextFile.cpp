@@ -16,6 +16,7 @@
 #include "client/catalog/PathSpelling.h"
 #include "client/catalog/SystemError.h"
 #include "common/UniqueFile.h"
+#include "text/Utf.h"
 
 namespace mmcat {
 
@@ -73,6 +74,16 @@ void RequireOrdinary(const Target& target) {
   }
 }
 
+/// Puts a file in the place of another one, whose permissions it gets where the system knows how:
+/// Wine gives it those of a new file.
+void Replace(const WideString& replaced, const WideString& fresh) {
+  if (!::ReplaceFileW(replaced.c_str(), fresh.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
+                      nullptr, nullptr) &&
+      !::MoveFileExW(fresh.c_str(), replaced.c_str(), MOVEFILE_REPLACE_EXISTING)) {
+    throw std::runtime_error(FormatSystemError(::GetLastError()));
+  }
+}
+
 void WriteAndClose(UniqueStream file, const std::string& text) {
   const bool isWritten =
       file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
@@ -121,14 +132,14 @@ void WriteTextFile(const std::string& path, const std::string& text) {
   }
   try {
     WriteAndClose(std::move(file), text);
-    if (!::MoveFileExW(fresh.c_str(), target.path.c_str(), MOVEFILE_REPLACE_EXISTING)) {
-      throw std::runtime_error(FormatSystemError(::GetLastError()));
-    }
+    Replace(target.path, fresh);
   } catch (const std::runtime_error&) {
     ::DeleteFileW(fresh.c_str());
     throw;
   }
 }
+
+std::string ResolveTarget(const std::string& path) { return qm::text::ToUtf8(Target(path).path); }
 
 void RequireWritable(const std::string& path) {
   const Target target(path);

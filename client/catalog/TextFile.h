@@ -12,9 +12,13 @@ namespace mmcat {
 /// Reads a file, or stdin for "-". Refuses one with more than `largest` bytes.
 std::string ReadTextFile(const std::string& path, size_t largest = SIZE_MAX);
 
-/// Writes a file in place of an existing one, which stays as it is if this fails. A device gets the
-/// text as it is. Only if a file cannot be made beside an existing one is that one overwritten.
+/// Writes a file in place of an existing one, which stays as it is if this fails, and whose
+/// permissions the new one gets, except under Wine. A device gets the text as it is. Only if a file
+/// cannot be made beside an existing one is that one overwritten.
 void WriteTextFile(const std::string& path, const std::string& text);
+
+/// The path of the file that WriteTextFile would write, as Windows spells it: what a link leads to.
+std::string ResolveTarget(const std::string& path);
 
 /// Throws what WriteTextFile would throw as far as that is known before. Changes nothing.
 void RequireWritable(const std::string& path);

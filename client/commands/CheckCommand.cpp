@@ -111,6 +111,9 @@ struct Options {
 
 std::string ValidateIgnoreRule(const std::string& text) {
   const std::string code = ParseIgnoreRule(text).code;
+  if (text.find(':') == text.size() - 1) {  // probably an unset shell variable
+    return text + ": the key is empty; " + code + " alone means all findings of this code";
+  }
   const std::vector<std::string> codes = RuleCodes();
   const std::vector<std::string> nearest = FindNearestNames(code, codes);
   return std::find(codes.begin(), codes.end(), code) != codes.end()
@@ -137,7 +140,7 @@ void AddArguments(CLI::App& parser, Options& options) {
           [](const std::string& severity) {
             return kSeverities.count(severity) > 0
                        ? ""
-                       : severity + ": not one of error, warning, note, never";
+                       : ExplainChoice(severity, {"error", "warning", "note", "never"});
           },
           ""))
       ->group(kGroup);
@@ -158,6 +161,11 @@ void AddArguments(CLI::App& parser, Options& options) {
       ->group(kGroup);
   parser.add_option("--baseline", options.baseline, "File of known findings, which do not count")
       ->type_name("FILE")
+      ->check(CLI::Validator(
+          [](const std::string& file) {
+            return std::string(file.empty() ? "the name is empty" : "");
+          },
+          ""))
       ->group(kGroup);
   CLI::Option* const write = parser
                                  .add_flag("--write-baseline", options.writesBaseline,
@@ -368,8 +376,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
 
 constexpr char kExitCodes[] =
     "Exit codes: 0 no findings that count, 1 findings, 2 wrong usage, 3 no modules, or one that "
-    "the "
-    "catalog does not have, 4 a file or folder could not be read, 5 the server failed, 6 the "
+    "the catalog does not have, 4 a file or folder could not be read, 5 the server failed, 6 the "
     "output or the baseline could not be written. A file that cannot be read takes precedence over "
     "findings, whatever --fail-on says, unless --ignore or the baseline accepts the finding about "
     "it.";

@@ -3,6 +3,7 @@
 
 #include "client/commands/Commands.h"
 #include "client/terminal/Console.h"
+#include "client/terminal/NearestNames.h"
 
 namespace mmcat {
 
@@ -93,7 +94,9 @@ void AddArguments(CLI::App& parser, Options& options) {
       ->type_name("bash|fish|powershell|zsh")
       ->check(CLI::Validator(
           [](const std::string& shell) {
-            return Scripts().count(shell) > 0 ? "" : shell + ": not bash, fish, powershell or zsh";
+            return Scripts().count(shell) > 0
+                       ? ""
+                       : ExplainChoice(shell, {"bash", "fish", "powershell", "zsh"});
           },
           ""));
 }

@@ -77,4 +77,15 @@ std::string FormatSuggestion(const std::vector<std::string>& nearestNames) {
   return text;
 }
 
+std::string ExplainChoice(const std::string& word, const std::vector<std::string>& choices) {
+  std::string text = word + ": not one of ";
+  for (const std::string& choice : choices) {
+    text += (&choice == &choices.front() ? "" : ", ") + choice;
+  }
+  const std::string folded = qm::text::FoldCase(word);
+  const bool isChoice = std::find(choices.begin(), choices.end(), folded) != choices.end();
+  return text + FormatSuggestion(isChoice ? std::vector<std::string>{folded}
+                                          : FindNearestNames(word, choices));
+}
+
 }  // namespace mmcat

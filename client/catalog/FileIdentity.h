@@ -1,0 +1,27 @@
+#pragma once
+
+#include <cstdint>
+#include <optional>
+#include <string>
+
+namespace mmcat {
+
+/// Tells files apart, whatever path leads to them: through links, "..", or another letter case.
+struct FileIdentity {
+  std::uint32_t volume = 0;
+  std::uint64_t number = 0;  ///< of the file, or of the folder of a file that does not exist
+  std::uint64_t size = 0;    ///< volumes of Wine can have one serial number
+  std::uint64_t written = 0;
+  std::string missing;  ///< the folded name of a file that does not exist
+};
+
+inline bool operator==(const FileIdentity& a, const FileIdentity& b) {
+  return a.volume == b.volume && a.number == b.number && a.size == b.size &&
+         a.written == b.written && a.missing == b.missing;
+}
+
+/// Identifies the file at a path that the user gave (UTF-8), which need not exist. No value if its
+/// folder does not exist or cannot be looked at.
+std::optional<FileIdentity> IdentifyFile(const std::string& path);
+
+}  // namespace mmcat
