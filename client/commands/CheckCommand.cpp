@@ -14,10 +14,13 @@
 #include "client/commands/UnknownKey.h"
 #include "client/findings/Annotations.h"
 #include "client/findings/BaselineFile.h"
+#include "client/findings/BaselineUpdate.h"
 #include "client/findings/CheckJson.h"
 #include "client/findings/JUnit.h"
 #include "client/findings/Rules.h"
 #include "client/findings/Sarif.h"
+#include "client/findings/UnreadableFiles.h"
+#include "client/terminal/FailureText.h"
 #include "client/terminal/NearestNames.h"
 #include "client/terminal/Style.h"
 #include "client/terminal/Text.h"
@@ -103,9 +106,7 @@ struct Options {
   std::vector<std::string> keys;  ///< empty for the whole catalog
   FailOn failOn = FailOn::Warning;
   std::vector<IgnoreRule> ignored;
-  std::string baseline;  ///< a file; empty for none
-  bool writesBaseline = false;
-  bool prunesBaseline = false;
+  BaselineOptions baseline;
   std::string base = ".";  ///< the folder that paths in other formats are relative to
 };
 
@@ -159,7 +160,8 @@ void AddArguments(CLI::App& parser, Options& options) {
       ->check(CLI::Validator(ValidateIgnoreRule, ""))
       ->allow_extra_args(false)
       ->group(kGroup);
-  parser.add_option("--baseline", options.baseline, "File of known findings, which do not count")
+  parser
+      .add_option("--baseline", options.baseline.file, "File of known findings, which do not count")
       ->type_name("FILE")
       ->check(CLI::Validator(
           [](const std::string& file) {
@@ -168,11 +170,11 @@ void AddArguments(CLI::App& parser, Options& options) {
           ""))
       ->group(kGroup);
   CLI::Option* const write = parser
-                                 .add_flag("--write-baseline", options.writesBaseline,
+                                 .add_flag("--write-baseline", options.baseline.isWritten,
                                            "Write all present findings to the baseline")
                                  ->group(kGroup);
   parser
-      .add_flag("--prune-baseline", options.prunesBaseline,
+      .add_flag("--prune-baseline", options.baseline.isPruned,
                 "Remove from the baseline what matches no finding any more")
       ->excludes(write)
       ->group(kGroup);
@@ -182,88 +184,6 @@ void AddArguments(CLI::App& parser, Options& options) {
                   "current one)")
       ->type_name("DIR")
       ->check(CLI::Validator(ValidateFolder, ""));
-}
-
-/// Prints what of the baseline and of the rules matches no finding. It might hide another one.
-void PrintUnmatched(const Options& options, const Judgement& judgement, bool isPruned) {
-  constexpr size_t kMost = 10;
-  for (const IgnoreRule& rule : judgement.unmatchedRules) {
-    PrintRemark("ignore " + rule.text + ": no finding matches");
-  }
-  const std::vector<BaselineEntry>& entries = judgement.unmatched;
-  for (size_t i = 0; i < std::min(entries.size(), kMost); ++i) {
-    PrintRemark(options.baseline + (isPruned ? ": removed " : ": no finding matches ") +
-                FormatIdentity(entries[i].identity) +
-                (entries[i].count == 1 ? "" : " (" + std::to_string(entries[i].count) + " times)"));
-  }
-  if (entries.size() > kMost) {
-    PrintRemark(options.baseline + (isPruned ? ": removed " : ": nor ") +
-                std::to_string(entries.size() - kMost) + " more entries");
-  }
-  if (!entries.empty() && !options.prunesBaseline) {
-    PrintHint(options.baseline + ": --prune-baseline removes what no finding matches");
-  }
-}
-
-/// Adds entries to those of a baseline that is written.
-std::vector<BaselineEntry> Join(std::vector<BaselineEntry> entries,
-                                const std::vector<BaselineEntry>& more) {
-  entries.insert(entries.end(), more.begin(), more.end());
-  return entries;
-}
-
-/// What a baseline was before, and what of it the run says nothing about.
-struct PreviousBaseline {
-  std::vector<BaselineEntry> entries;
-  std::vector<BaselineEntry> ofOthers;  ///< about modules that are not checked
-};
-
-/// Writes or prunes the baseline if the options say so, and judges the findings accordingly.
-/// Returns whether entries were removed that match no finding. Throws std::runtime_error if the
-/// file cannot be written.
-bool UpdateBaseline(const Options& options, const PreviousBaseline& previous, bool isComplete,
-                    Judgement& judgement) {
-  if (options.writesBaseline) {
-    WriteBaseline(options.baseline,
-                  Join(MakeBaseline(judgement.findings, previous.entries), previous.ofOthers));
-    for (JudgedFinding& finding : judgement.findings) {
-      finding.status =
-          finding.status == FindingStatus::New ? FindingStatus::Baseline : finding.status;
-    }
-    judgement.unmatched.clear();
-  } else if (options.prunesBaseline && !isComplete) {
-    PrintRemark(options.baseline +
-                ": not pruned, because files that cannot be read may have findings too");
-  } else if (options.prunesBaseline && !judgement.unmatched.empty()) {
-    WriteBaseline(options.baseline, Join(judgement.matched, previous.ofOthers));
-    return true;
-  }
-  return false;
-}
-
-/// Returns whether a finding says that a file cannot be read.
-bool SaysUnreadable(const FindingFacts& finding, const std::string& file,
-                    const CheckResult& result) {
-  if (finding.code == "unreadable-index") {
-    return file.substr(file.find_last_of("\\/") + 1) == finding.file;
-  }
-  return finding.code == "unreadable-module" &&
-         std::any_of(finding.modules.begin(), finding.modules.end(),
-                     [&](size_t position) { return result.modules[position].path == file; });
-}
-
-/// Accepts that files cannot be read if the findings that say so do not count.
-void AcceptKnownFailures(const CheckResult& result, Report& report) {
-  for (const JudgedFinding& finding : result.findings) {
-    if (finding.status == FindingStatus::New) {
-      continue;
-    }
-    for (const FileFailure& failure : result.failures) {
-      if (SaysUnreadable(finding.facts, failure.file, result)) {
-        report.AcceptFailures(failure.file);
-      }
-    }
-  }
 }
 
 std::string FormatAs(OutputFormat format, const CheckResult& result) {
@@ -298,10 +218,20 @@ void PrintResult(const CheckResult& result, Report& report) {
   }
 }
 
+/// Prints the files that could not be read. Those of folders were printed before.
+void PrintFailures(const std::vector<FileFailure>& failures) {
+  for (const FileFailure& failure : failures) {
+    if (failure.of == FailureOf::File) {
+      PrintRemark(FormatFailure(failure));
+    }
+  }
+}
+
 /// Prints a run that checks nothing. Build servers may look at nothing but the document.
 ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, Report& report) {
   CheckResult result{set.Modules()};
   result.failures = report.Failures();
+  PrintFailures(result.failures);
   result.exitCode = kNothingMatched;
   result.whyUnchecked = reason;
   PrintResult(result, report);
@@ -320,21 +250,25 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
   const ExitCode modules = RequireModules(set.Modules().size());
   if (modules == kSuccess) {
     try {
-      const bool isPruned = UpdateBaseline(options, previous, report.Failures().empty(), judgement);
-      PrintUnmatched(options, judgement, isPruned);
+      UpdateBaseline(options.baseline, previous, report.Failures().empty(), judgement);
     } catch (const std::runtime_error& failure) {
       PrintRemark(failure.what());
       return kOutputFailed;
     }
   }
+  JudgedFailures failures =
+      JudgeFailures(report.Failures(), set.Modules(), judgement, baseline, options.ignored);
+  PrintFailures(failures.unexplained);
   CheckResult result{set.Modules(),
                      std::move(scope),
                      std::move(judgement.findings),
                      std::move(judgement.unmatched),
-                     report.Failures(),
+                     std::move(failures.unexplained),
                      options.failOn,
                      ResolveUserPath(options.base)};
-  AcceptKnownFailures(result, report);
+  for (const std::string& file : failures.accepted) {
+    report.AcceptFailures(file);
+  }
   const bool fails =
       std::any_of(result.findings.begin(), result.findings.end(),
                   [&](const JudgedFinding& finding) { return Fails(finding, options.failOn); });
@@ -346,24 +280,23 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
 }
 
 ExitCode Run(const Options& options, const OutputOptions& output) {
-  if ((options.writesBaseline || options.prunesBaseline) && options.baseline.empty()) {
-    PrintRemark(std::string(options.writesBaseline ? "--write-baseline" : "--prune-baseline") +
+  const bool changesBaseline = options.baseline.isWritten || options.baseline.isPruned;
+  if (changesBaseline && options.baseline.file.empty()) {
+    PrintRemark(std::string(options.baseline.isWritten ? "--write-baseline" : "--prune-baseline") +
                 " requires --baseline, or a baseline in mmcat.toml");
     return kUsage;
   }
   std::vector<BaselineEntry> baseline;
   try {
-    baseline = ReadBaseline(options.baseline,
-                            options.writesBaseline ? IfMissing::Empty : IfMissing::Throw);
+    baseline = ReadBaseline(options.baseline.file,
+                            options.baseline.isWritten ? IfMissing::Empty : IfMissing::Throw);
   } catch (const std::runtime_error& failure) {
     PrintRemark(failure.what());
     return kUsage;
   }
   Report report("check", output, 2);
   const ModuleSet set;
-  if (options.keys.empty()) {
-    report.OmitFailureRemarks();  // each is a finding too
-  }
+  report.OmitFailureRemarks();  // most are findings too
   set.AddFailures(ModuleSet::FailuresOf::ModulesAndIndexes, report);
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {

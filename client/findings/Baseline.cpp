@@ -62,6 +62,12 @@ BaselineEntry ReadEntry(const Json& json) {
 
 std::vector<BaselineEntry> ParseBaseline(const std::string& text) {
   const Json document = Json::parse(text, nullptr, false);
+  if (text.empty()) {
+    throw std::runtime_error("the file is empty; --write-baseline makes a baseline");
+  }
+  if (text.find('\0') != std::string::npos) {
+    throw std::runtime_error("this is not UTF-8; save the baseline as UTF-8");
+  }
   if (document.is_discarded()) {
     throw std::runtime_error("this is not JSON; it may be cut");
   }

@@ -1,5 +1,7 @@
 #include "client/findings/BaselineFile.h"
 
+#include <windows.h>
+
 #include <stdexcept>
 
 #include "client/catalog/PathSpelling.h"
@@ -12,12 +14,20 @@ std::vector<BaselineEntry> ReadBaseline(const std::string& file, IfMissing ifMis
   if (file.empty()) {
     return {};
   }
-  const bool isThere = qm::common::PathExists(ToSystemPath(file));
+  const qm::common::WideString path = ToSystemPath(file);
+  const DWORD attributes =
+      ::GetFileAttributesW(qm::common::ToExtendedPath(qm::common::ResolveFullPath(path)).c_str());
+  const bool isThere = attributes != INVALID_FILE_ATTRIBUTES;
+  if (isThere && (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
+    throw std::runtime_error(file + ": this is a folder, not a baseline");
+  }
   if (!isThere && ifMissing == IfMissing::Empty) {
     return {};
   }
   try {
-    return ParseBaseline(ReadTextFile(file));
+    const std::string text = ReadTextFile(file);
+    return text.empty() && ifMissing == IfMissing::Empty ? std::vector<BaselineEntry>()
+                                                         : ParseBaseline(text);
   } catch (const std::runtime_error& failure) {
     throw std::runtime_error(file + ": " + failure.what() +
                              (isThere ? "" : "; --write-baseline makes a baseline"));

@@ -11,7 +11,8 @@ namespace mmcat {
 
 enum class IfMissing { Throw, Empty };
 
-/// Reads a baseline file. Returns nothing if `file` is empty.
+/// Reads a baseline file. Returns nothing if `file` is an empty text, and with IfMissing::Empty
+/// also if the file does not exist or is empty.
 std::vector<BaselineEntry> ReadBaseline(const std::string& file, IfMissing ifMissing);
 
 /// Writes a baseline file. A failure leaves an existing one as it is.

@@ -14,7 +14,7 @@ struct CheckResult {
   std::vector<size_t> scope = {};           ///< positions of those that were checked
   std::vector<JudgedFinding> findings = {};
   std::vector<BaselineEntry> unmatchedBaseline = {};
-  std::vector<FileFailure> failures = {};
+  std::vector<FileFailure> failures = {};  ///< that are no findings and not accepted
   FailOn failOn = FailOn::Warning;
   std::string base = {};          ///< the folder that paths are relative to, a full path
   ExitCode exitCode = kSuccess;   ///< of the run

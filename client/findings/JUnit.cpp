@@ -2,6 +2,8 @@
 
 #include <set>
 
+#include "client/findings/UnreadableFiles.h"
+
 namespace mmcat {
 
 namespace {
@@ -61,6 +63,14 @@ class Suite {
         std::string("<skipped message=\"") + (isKnown ? "in the baseline" : "ignored") + "\"/>");
   }
 
+  /// Adds a test for a file that cannot be read. That decides the exit code, whatever its severity.
+  void AddError(const JudgedFinding& finding, const std::string& file, const std::string& name) {
+    ++m_errors;
+    AddTest(finding.facts.code, name, file,
+            "<error type=\"" + Escape(finding.facts.code) + "\" message=\"" +
+                Escape(finding.facts.text) + "\"/>");
+  }
+
   void AddError(const FileFailure& failure) {
     ++m_errors;
     const std::string name =
@@ -114,6 +124,8 @@ std::string FormatJUnit(const CheckResult& result) {
     const std::string name = MakeName(finding);
     if (finding.status != FindingStatus::New) {
       suite.AddSkipped(finding, file, name);
+    } else if (IsUnreadable(finding.facts)) {
+      suite.AddError(finding, file, name);
     } else if (Fails(finding, result.failOn)) {
       suite.AddFailure(finding, file, name);
     } else {

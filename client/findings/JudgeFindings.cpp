@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
+#include <utility>
 
 #include "text/Fold.h"
 
@@ -10,25 +11,53 @@ namespace mmcat {
 
 namespace {
 
-bool IsModule(const std::string& key, const std::string& folded) {
-  const std::string foldedKey = qm::text::FoldCase(key);
-  return foldedKey == folded || foldedKey.substr(0, foldedKey.find_last_of(':')) == folded;
-}
-
-bool Matches(const IgnoreRule& rule, const JudgedFinding& finding) {
-  if (rule.code != finding.facts.code) {
-    return false;
+/// Finds the rules for a finding by their keys: a settings file may have thousands.
+class RuleIndex {
+ public:
+  explicit RuleIndex(const std::vector<IgnoreRule>& rules) {
+    for (const IgnoreRule& rule : rules) {
+      m_isMatched[IndexOf(rule)] = false;
+    }
   }
-  if (rule.key.empty()) {
+
+  /// Returns whether a rule names a finding.
+  bool Match(const JudgedFinding& finding) {
+    bool isMatched = MatchKey(finding, "");
+    for (const std::string& module : finding.identity.modules) {
+      isMatched = MatchModule(finding, module) || isMatched;
+    }
+    if (finding.facts.required) {
+      isMatched = MatchModule(finding, finding.facts.required->key) || isMatched;
+    }
+    for (const std::string& key : {finding.facts.key, finding.facts.file}) {
+      isMatched = (!key.empty() && MatchKey(finding, key)) || isMatched;
+    }
+    return isMatched;
+  }
+
+  bool IsMatched(const IgnoreRule& rule) const { return m_isMatched.at(IndexOf(rule)); }
+
+ private:
+  using Index = std::pair<std::string, std::string>;  ///< the code and the folded key
+
+  static Index IndexOf(const IgnoreRule& rule) { return {rule.code, qm::text::FoldCase(rule.key)}; }
+
+  bool MatchKey(const JudgedFinding& finding, const std::string& key) {
+    const auto found = m_isMatched.find({finding.facts.code, qm::text::FoldCase(key)});
+    if (found == m_isMatched.end()) {
+      return false;
+    }
+    found->second = true;
     return true;
   }
-  const std::string folded = qm::text::FoldCase(rule.key);
-  const auto isIt = [&](const std::string& module) { return IsModule(module, folded); };
-  return std::any_of(finding.identity.modules.begin(), finding.identity.modules.end(), isIt) ||
-         (finding.facts.required && isIt(finding.facts.required->key)) ||
-         qm::text::FoldCase(finding.facts.key) == folded ||
-         qm::text::FoldCase(finding.facts.file) == folded;
-}
+
+  bool MatchModule(const JudgedFinding& finding, const std::string& key) {
+    const bool isIt = MatchKey(finding, key);
+    return MatchKey(finding, key.substr(0, key.find_last_of(':'))) || isIt;
+  }
+
+  std::map<Index, bool> m_isMatched;
+};
 
 FailOn RankOf(const std::string& severity) noexcept {
   return severity == "note"      ? FailOn::Note
@@ -64,7 +93,7 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
   for (const BaselineEntry& entry : baseline) {
     known[entry.identity] += entry.count;
   }
-  std::vector<bool> isMatched(rules.size());
+  RuleIndex index(rules);
   judgement.findings.reserve(findings.size());
   for (FindingFacts& facts : findings) {
     JudgedFinding finding;
@@ -75,11 +104,8 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
     if (entry != known.end() && finding.occurrence <= entry->second) {
       finding.status = FindingStatus::Baseline;
     }
-    for (size_t rule = 0; rule < rules.size(); ++rule) {
-      if (Matches(rules[rule], finding)) {
-        finding.status = FindingStatus::Ignored;
-        isMatched[rule] = true;
-      }
+    if (index.Match(finding)) {
+      finding.status = FindingStatus::Ignored;
     }
     judgement.findings.push_back(std::move(finding));
   }
@@ -96,11 +122,8 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
       judgement.unmatched.push_back(std::move(entry));
     }
   }
-  for (size_t rule = 0; rule < rules.size(); ++rule) {
-    if (!isMatched[rule]) {
-      judgement.unmatchedRules.push_back(rules[rule]);
-    }
-  }
+  std::copy_if(rules.begin(), rules.end(), std::back_inserter(judgement.unmatchedRules),
+               [&](const IgnoreRule& rule) { return !index.IsMatched(rule); });
   return judgement;
 }
 

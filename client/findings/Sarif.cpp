@@ -156,7 +156,7 @@ Json MakeInvocation(const CheckResult& result) {
                        " findings are left out, because consumers accept no more than " +
                        std::to_string(kMostResults)));
   }
-  return {{"executionSuccessful", result.failures.empty() && result.whyUnchecked.empty()},
+  return {{"executionSuccessful", result.exitCode == kSuccess || result.exitCode == kFindings},
           {"exitCode", static_cast<int>(result.exitCode)},
           {"toolExecutionNotifications", std::move(notifications)}};
 }

@@ -85,7 +85,8 @@ TEST(BaselineTest, AFileThatIsNoBaselineIsRefusedWithAReason) {
     std::string text;
     const char* reason;
   } files[] = {
-      {"", "may be cut"},
+      {"", "the file is empty"},
+      {std::string("\xff\xfe{\0", 4), "save the baseline as UTF-8"},
       {start + R"([{"code": "exclu)", "may be cut"},
       {"[]", "not a baseline of mmcat"},
       {R"({"schema": "mmcat/check/2", "findings": []})", "not a baseline of mmcat"},
