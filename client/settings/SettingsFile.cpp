@@ -52,7 +52,13 @@ FilePosition PositionOf(const toml::source_region& source) {
 std::string Explain(const toml::parse_error& error) {
   std::string text(error.description());
   if (Contains(text, "nested value depth")) {
-    return std::string("lists are nested too deeply") + kSeeHelp;
+    return std::string("values are nested too deeply") + kSeeHelp;
+  }
+  if (Contains(text, "cannot redefine")) {
+    const size_t end = text.rfind('\'');
+    const size_t start = end == text.npos ? text.npos : text.rfind('\'', end - 1);
+    return (start == text.npos ? "this" : text.substr(start + 1, end - start - 1)) +
+           " is there twice; remove one of them";
   }
   text[0] = static_cast<char>(std::tolower(static_cast<unsigned char>(text[0])));
   if (Contains(text, "utf-8")) {
@@ -65,6 +71,26 @@ std::string Explain(const toml::parse_error& error) {
     return text + "; put texts into quotes: \"text\"";
   }
   return text + kSeeHelp;
+}
+
+/// Takes the middle out of a text with a very long value.
+std::string Shorten(const std::string& text) {
+  constexpr size_t kKept = 200;  // bytes at each end
+  if (text.size() <= 2 * kKept) {
+    return text;
+  }
+  const auto isInCharacter = [&](size_t i) {
+    return (static_cast<unsigned char>(text[i]) & 0xC0U) == 0x80U;
+  };
+  size_t left = kKept;
+  size_t right = text.size() - kKept;
+  while (left > 0 && isInCharacter(left)) {
+    --left;
+  }
+  while (right < text.size() && isInCharacter(right)) {
+    ++right;
+  }
+  return text.substr(0, left) + " ... " + text.substr(right);
 }
 
 /// Collects the settings of a file that was parsed.
@@ -82,7 +108,11 @@ class Collector {
       tables.emplace_back(known.table);
     }
     if (std::find(tables.begin(), tables.end(), name) == tables.end()) {
-      FailUnknown(key, "unknown table [" + name + ']', tables);
+      FailUnknown(key,
+                  node.is_table() || node.is_array_of_tables()
+                      ? "unknown table [" + name + ']'
+                      : "unknown setting " + name + " outside of a table",
+                  tables);
     }
     const toml::table* const table = node.as_table();
     if (!table) {
@@ -198,7 +228,7 @@ const FileSetting* SettingsFile::Find(const KnownSetting& setting) const {
 SettingsError MakeSettingsError(const SettingsFile& file, const FilePosition& position,
                                 const std::string& problem) {
   return SettingsError(file.path + ':' + std::to_string(position.line) + ':' +
-                       std::to_string(position.column) + ": " + problem);
+                       std::to_string(position.column) + ": " + Shorten(problem));
 }
 
 std::optional<std::string> FindSettingsFile() {

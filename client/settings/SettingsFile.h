@@ -63,7 +63,7 @@ SettingsFile ParseSettings(const std::string& path, const std::string& text);
 /// are relative to the folder of the file. Throws SettingsError.
 std::string ResolvePath(const SettingsFile& file, const FileValue& value);
 
-/// Makes the error for a problem at a position of the file.
+/// Makes the error for a problem at a position of the file. A long text loses its middle.
 SettingsError MakeSettingsError(const SettingsFile& file, const FilePosition& position,
                                 const std::string& problem);
 
