@@ -2,6 +2,7 @@
 
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <iterator>
 #include <map>
 #include <optional>
 #include <set>
@@ -16,6 +17,7 @@
 #include "client/WrongUsage.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/PathSpelling.h"
+#include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/findings/Rules.h"
 #include "client/settings/SettingsInForce.h"
@@ -164,7 +166,8 @@ class Parser {
     }
     for (const CLI::Option* const option : m_app.get_subcommands().front()->get_options()) {
       if (option->get_positional()) {
-        files.insert(files.end(), option->results().begin(), option->results().end());
+        const std::vector<std::string> words = option->results();  // most are no files
+        std::copy_if(words.begin(), words.end(), std::back_inserter(files), IsFile);
       }
     }
     if (m_settingsUse == SettingsUse::None) {
@@ -237,15 +240,14 @@ class Parser {
     return argument == "--help" || argument == "-h" || argument == "-?" || argument == "/?";
   }
 
-  ExitCode PrintHelp(const std::string& topic) const {
+  ExitCode PrintHelp(const std::string& word) const {
     // What people ask about, and what explains it.
     static const std::map<std::string, const char*> kTopics{
         {"baseline", "check"},    {"exit", "help"},    {"exit-codes", "help"}, {"formats", "check"},
         {"gitlab", "check"},      {"ignore", "check"}, {"junit", "check"},     {"mmcat", "help"},
         {"mmcat.toml", "config"}, {"sarif", "check"},  {"settings", "config"}, {"toml", "config"}};
-    if (const auto other = kTopics.find(qm::text::FoldCase(topic)); other != kTopics.end()) {
-      return PrintHelp(other->second);
-    }
+    const auto other = kTopics.find(qm::text::FoldCase(word));
+    const std::string topic = other == kTopics.end() ? word : other->second;
     if (topic == "help") {
       WriteHelp(m_app.help());
       return kSuccess;
@@ -293,6 +295,12 @@ class Parser {
     parser.formatter(format);
   }
 
+  /// Returns whether an extension that stands for JSON fits the format that was chosen.
+  bool IsJsonToo(OutputFormat extension) const {
+    return extension == OutputFormat::JsonDocument &&
+           (m_output.format == OutputFormat::Sarif || m_output.format == OutputFormat::GitLab);
+  }
+
   /// Prints in the format of a file's extension if the command has it and none was chosen.
   void ChooseFormatOfFile(bool isFormatTyped) {
     const std::optional<OutputFormat> format = FormatOfFile(m_outputFile);
@@ -303,7 +311,7 @@ class Parser {
     const std::string writtenAs =
         m_outputFile + ": written as " + NameOf(m_output.format);  // unless it is chosen below
     if (m_isFormatChosen) {
-      if (format && *format != m_output.format) {
+      if (format && *format != m_output.format && !IsJsonToo(*format)) {
         PrintHint(writtenAs + ", as the settings file says" +
                   (isFormat ? std::string("; --format ") + NameOf(*format) + " changes that" : ""));
       }
