@@ -17,6 +17,7 @@
 #include "client/WrongUsage.h"
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/PathSpelling.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Advice.h"
 #include "client/commands/Commands.h"
 #include "client/findings/Rules.h"

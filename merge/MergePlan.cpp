@@ -143,7 +143,7 @@ class PlanWriter {
     if (user == kNone) {
       return {At(module).position, std::nullopt, "asked for"};
     }
-    PlannedModule planned{At(module).position, At(user).position, "the only one"};
+    PlannedModule planned{At(module).position, At(user).position, "the only candidate"};
     const std::vector<std::uint32_t> alternatives = FindAlternatives(module);
     for (const std::uint32_t alternative : alternatives) {
       planned.alternatives.push_back(At(alternative).position);
@@ -189,7 +189,7 @@ class PlanWriter {
         candidates.begin(), candidates.end(), [&](const PlanProblem::Option& candidate) {
           return candidate.module != module && m_isPlanned[candidate.module];
         });
-    return othersPlanned ? "the best one in the plan" : "the only one for all that need it";
+    return othersPlanned ? "the best one in the plan" : "the only candidate for all that need it";
   }
 
   std::string ExplainChosen(std::uint32_t module, std::uint32_t user, size_t row,

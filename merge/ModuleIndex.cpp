@@ -174,7 +174,7 @@ std::string ModuleIndex::ExplainMissing(const Requirement& requirement) const {
 std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement,
                           const std::vector<Candidate>& candidates, size_t chosen) {
   if (candidates.size() == 1) {
-    return "the only one";
+    return "the only candidate";
   }
   const auto isChosen = [&](const Candidate& one) { return one.module == chosen; };
   const Candidate& choice = *std::find_if(candidates.begin(), candidates.end(), isChosen);

@@ -34,13 +34,13 @@ TEST(MergePlanTest, TheHighestVersionThatFitsIsChosen) {
     std::optional<size_t> chosen;
     const char* reason;
   } cases[] = {
-      {{"A", 1031, ""}, 0, "the only one"},
+      {{"A", 1031, ""}, 0, "the only candidate"},
       {{"A", 9, ""}, 2, "the highest version of 3, the first of 2"},
       {{"A", 2057, ""}, 3, "the highest version of 2"},
       {{"A", 0, "1.9"}, 2, "the highest version of 3, the first of 2, at least 1.9"},
       {{"A", 0, "2"}, std::nullopt, "every version is lower than 2"},
       {{"A", 1036, ""}, std::nullopt, "no module of this ID is for 1036"},
-      {{"b", 0, "3"}, 4, "the only one"},
+      {{"b", 0, "3"}, 4, "the only candidate"},
       {{"D", 9, ""}, 6, "of exactly this language"},
       {{"A", 1033, "2"}, std::nullopt, "every version for 1033 is lower than 2"},
       {{"C", 0, ""}, std::nullopt, "no module has this ID"},
@@ -115,8 +115,8 @@ TEST(MergePlanTest, APlanSatisfiesAllRequirementsWithTheModulesThatFitBest) {
       {"one version of a base that satisfies two modules",
        {Module("P", "1", 0, {{"L", 0, ""}, {"R", 0, ""}}), Module("L", "1", 0, {{"B", 0, ""}}),
         Module("R", "1", 0, {{"B", 1031, ""}}), Module("B", "2", 1033), Module("B", "1", 1031)},
-       "B:1031 1 the only one for all that need it\n"
-       "L:0 1 the only one\nR:0 1 the only one\n"},
+       "B:1031 1 the only candidate for all that need it\n"
+       "L:0 1 the only candidate\nR:0 1 the only candidate\n"},
       {"the language of the product before a higher version",
        {Module("P", "1", 1033, {{"B", 0, ""}}), Module("B", "3", 1031), Module("B", "1", 1033),
         Module("B", "2", 1033)},
@@ -140,7 +140,7 @@ TEST(MergePlanTest, APlanSatisfiesAllRequirementsWithTheModulesThatFitBest) {
       {"a module of the same platform",
        {onPlatform(Module("P", "1", 0, {{"B", 0, ""}}), "Intel"),
         onPlatform(Module("B", "2", 0), "x64"), onPlatform(Module("B", "1", 0), "Intel")},
-       "B:0 1 the only one\n"},
+       "B:0 1 the only candidate\n"},
   };
   for (const auto& [name, modules, expected] : cases) {
     SCOPED_TRACE(name);
