@@ -258,9 +258,10 @@ const Bytes& CompoundFile::LoadPage(std::uint64_t number) {
   return page.bytes;
 }
 
-/// Reads bytes that lie within the file. Small reads go through the page cache.
+/// Reads bytes that lie within the file. Small reads go through the page cache, and so do all of a
+/// file of one page, which is then read by one call.
 void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
-  if (count > kPageSize / 2) {
+  if (count > kPageSize / 2 && m_source.Size() > kPageSize) {
     m_source.Read(offset, bytes, count);
     return;
   }

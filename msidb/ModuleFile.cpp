@@ -27,11 +27,11 @@ ModuleFile::ModuleFile(const common::WideString& path) : m_position(0) {
     ThrowOpenFailure(longPath);
   }
   m_handle = m_file.Get();
-  m_stamp = {QuerySize(), QueryWriteTime()};
+  m_size = QuerySize();
 }
 
 ModuleFile::ModuleFile(HANDLE file) : m_handle(file), m_position(kUnknownPosition) {
-  m_stamp = {QuerySize(), QueryWriteTime()};
+  m_size = QuerySize();
 }
 
 // Two calls, because GetFileInformationByHandle also looks up the volume, which takes longer than
@@ -52,9 +52,23 @@ FILETIME ModuleFile::QueryWriteTime() const {
   return time;
 }
 
-// Uses the file pointer rather than an OVERLAPPED: Wine reports a read with an OVERLAPPED to its
-// server, which takes as long as the read itself.
+/// Returns the write time, which the first call asks for.
+const FILETIME& ModuleFile::RememberWriteTime() {
+  if (!m_writeTime) {
+    m_writeTime = QueryWriteTime();
+  }
+  return *m_writeTime;
+}
+
+common::FileStamp ModuleFile::Stamp() { return {m_size, RememberWriteTime()}; }
+
+// Small modules are read by one call, and most are small: they do without the write time, which
+// takes as long as the read. Uses the file pointer rather than an OVERLAPPED: Wine reports a read
+// with an OVERLAPPED to its server, which takes as long as the read itself.
 void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
+  if (count != m_size) {
+    RememberWriteTime();
+  }
   LARGE_INTEGER place;
   place.QuadPart = static_cast<LONGLONG>(offset);
   DWORD read = 0;
@@ -71,8 +85,11 @@ void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
 }
 
 void ModuleFile::RequireUnchanged() const {
+  if (!m_writeTime) {
+    return;
+  }
   const FILETIME time = QueryWriteTime();  // whoever changes the size changes it too
-  if (::CompareFileTime(&time, &m_stamp.lastWrite) != 0) {
+  if (::CompareFileTime(&time, &*m_writeTime) != 0) {
     throw FileError{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }
 }

@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <optional>
+
 #include "common/FileStamp.h"
 #include "common/UniqueFile.h"
 #include "common/WideString.h"
@@ -28,17 +30,18 @@ class ModuleFile final : public image::ByteSource {
   /// Throws FileError.
   explicit ModuleFile(HANDLE file);
 
-  std::uint64_t Size() const noexcept override { return m_stamp.size; }
+  std::uint64_t Size() const noexcept override { return m_size; }
 
   /// Throws FileError.
   void Read(std::uint64_t offset, void* bytes, std::size_t count) override;
 
-  /// Throws FileError if the file was written since it was opened: a file system shared with
-  /// other systems does not lock out their writers.
+  /// Throws FileError if what was read may come from two versions of the file: a file system shared
+  /// with other systems does not lock out their writers. A file that was read by one call has one
+  /// version.
   void RequireUnchanged() const;
 
-  /// Identifies the version of the file that was opened.
-  const common::FileStamp& Stamp() const noexcept { return m_stamp; }
+  /// Identifies the version of the file that is read. Call before Read. Throws FileError.
+  common::FileStamp Stamp();
 
   /// The open file. If its file pointer is moved, this object cannot read any more.
   HANDLE Handle() const noexcept { return m_handle; }
@@ -49,13 +52,15 @@ class ModuleFile final : public image::ByteSource {
  private:
   ULONGLONG QuerySize() const;
   FILETIME QueryWriteTime() const;
+  const FILETIME& RememberWriteTime();
 
   static constexpr std::uint64_t kUnknownPosition = UINT64_MAX;
 
   common::UniqueFile m_file;  ///< empty if somebody else owns the handle
   HANDLE m_handle;
-  common::FileStamp m_stamp;
-  std::uint64_t m_position;  ///< the file pointer; kUnknownPosition if unknown
+  std::uint64_t m_size = 0;
+  std::optional<FILETIME> m_writeTime;  ///< before the first read, unless that reads everything
+  std::uint64_t m_position;             ///< the file pointer; kUnknownPosition if unknown
 };
 
 }  // namespace qm::msidb
