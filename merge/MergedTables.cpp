@@ -98,8 +98,7 @@ std::uint64_t HashCell(std::uint64_t hash, const Table& table, size_t row, size_
     case image::ColumnKind::Integer:
       return HashNumber(hash, static_cast<std::uint32_t>(table.Number(row, column).value_or(0)));
     default:
-      return HashNumber(HashNumber(hash, table.StreamSize(row, column).value_or(0)),
-                        table.StreamHash(row, column).value_or(0));
+      return HashNumber(hash, table.StreamSize(row, column).value_or(0));
   }
 }
 

@@ -78,7 +78,7 @@ struct NamedTables {
   std::vector<std::vector<RowRef>> rowsOfKeys = {};
 };
 
-/// Returns the hash of a cell, added to `hash`.
+/// Returns the hash of a cell, added to `hash`. Of data, only the size counts.
 std::uint64_t HashCell(std::uint64_t hash, const Table& table, std::size_t row, std::size_t column);
 
 /// Collects the merged tables of all modules and hashes the keys of their rows. Module by module,

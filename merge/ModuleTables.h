@@ -54,8 +54,9 @@ class Table {
   /// columns, and if the file has no data for the cell.
   std::optional<std::uint64_t> StreamSize(std::size_t row, std::size_t column) const noexcept;
 
-  /// Returns a hash of the data of such a cell; nothing if the data was not read, because no other
-  /// module of the set has data of this size in this row.
+  /// Returns a hash of the data of such a cell; nothing if it was not read: no other module of the
+  /// set has data of this size in this row, the data is damaged or larger than 256 MB, or the data
+  /// of the file has more bytes than the file.
   std::optional<std::uint64_t> StreamHash(std::size_t row, std::size_t column) const noexcept;
 
   /// Formats a cell of any column for display: the text, the number in decimal, or "binary of 12

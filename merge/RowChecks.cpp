@@ -15,7 +15,10 @@ bool HasOnlyDisplayTexts(std::string_view table) noexcept {
   return table == "ActionText" || table == "Error" || table == "UIText";
 }
 
-bool IsSameCell(const RowRef& a, const RowRef& b, size_t column) {
+/// What is compared of data.
+enum class DataPart { Size, Content };
+
+bool IsSameCell(const RowRef& a, const RowRef& b, size_t column, DataPart part) {
   const Table& first = *a.owner->table;
   const Table& second = *b.owner->table;
   const auto isNull = [&](const Table& table, size_t row) {
@@ -31,7 +34,8 @@ bool IsSameCell(const RowRef& a, const RowRef& b, size_t column) {
       return first.Number(a.row, column) == second.Number(b.row, column);
     default:
       return first.StreamSize(a.row, column) == second.StreamSize(b.row, column) &&
-             first.StreamHash(a.row, column) == second.StreamHash(b.row, column);
+             (part == DataPart::Size ||
+              first.StreamHash(a.row, column) == second.StreamHash(b.row, column));
   }
 }
 
@@ -44,13 +48,13 @@ std::string FormatChecksum(std::uint64_t hash) {
   return text;
 }
 
-std::string FormatCell(const RowRef& ref, size_t column) {
+std::string FormatCell(const RowRef& ref, size_t column, DataPart part) {
   const Table& table = *ref.owner->table;
   if (column >= table.Columns().size()) {
     return {};
   }
   std::string text = Shorten(table.Format(ref.row, column));
-  if (const auto hash = table.StreamHash(ref.row, column)) {
+  if (const auto hash = table.StreamHash(ref.row, column); hash && part == DataPart::Content) {
     text += " with checksum " + FormatChecksum(*hash);
   }
   return text;
@@ -209,12 +213,12 @@ class TableCheck {
 
   bool IsSameKey(const RowRef& a, const RowRef& b) const {
     return std::all_of(m_keyColumns.begin(), m_keyColumns.end(),
-                       [&](size_t column) { return IsSameCell(a, b, column); });
+                       [&](size_t column) { return IsSameCell(a, b, column, DataPart::Size); });
   }
 
   bool HasSameValues(const RowRef& a, const RowRef& b) const {
     return std::all_of(m_valueColumns.begin(), m_valueColumns.end(),
-                       [&](size_t column) { return IsSameCell(a, b, column); });
+                       [&](size_t column) { return IsSameCell(a, b, column, m_dataPart); });
   }
 
   std::uint64_t HashValues(const RowRef& ref) const {
@@ -223,6 +227,9 @@ class TableCheck {
     for (const size_t column : m_valueColumns) {
       if (column < table.Columns().size() && !table.IsNull(ref.row, column)) {
         hash = HashCell(HashNumber(hash, column), table, ref.row, column);
+        if (m_dataPart == DataPart::Content) {
+          hash = HashNumber(hash, table.StreamHash(ref.row, column).value_or(0));
+        }
       }
     }
     return hash;
@@ -236,6 +243,7 @@ class TableCheck {
         rows.push_back(ref);
       }
     }
+    m_dataPart = ChooseDataPart(rows);
     bool differs = false;
     bool areAlternatives = true;
     for (const RowRef& row : rows) {
@@ -246,6 +254,30 @@ class TableCheck {
     if (differs && !areAlternatives) {
       AddConflictOf(rows);
     }
+  }
+
+  /// Returns what can be compared of all data of one size in these rows: the content of some may
+  /// not have been read, because it is damaged or the file could not be opened again.
+  DataPart ChooseDataPart(const std::vector<RowRef>& rows) const {
+    std::map<std::pair<size_t, std::uint64_t>, std::pair<size_t, size_t>> counts;  // all, read
+    for (const size_t column : m_valueColumns) {
+      for (const RowRef& row : rows) {
+        const Table& table = *row.owner->table;
+        if (column >= table.Columns().size()) {
+          continue;
+        }
+        if (const auto size = table.StreamSize(row.row, column)) {
+          auto& [all, read] = counts[{column, *size}];
+          ++all;
+          read += table.StreamHash(row.row, column) ? 1 : 0;
+        }
+      }
+    }
+    const bool isRead = std::all_of(counts.begin(), counts.end(), [](const auto& entry) {
+      const auto& [all, read] = entry.second;
+      return all == 1 || read == all;
+    });
+    return isRead ? DataPart::Content : DataPart::Size;
   }
 
   /// Adds a finding for rows of modules of several IDs, which have several variants.
@@ -323,15 +355,16 @@ class TableCheck {
     std::vector<FindingValue> values;
     bool isSubstituted = true;
     for (const size_t column : m_valueColumns) {
-      if (std::all_of(sides.begin(), sides.end(),
-                      [&](const RowRef& side) { return IsSameCell(sides[0], side, column); })) {
+      if (std::all_of(sides.begin(), sides.end(), [&](const RowRef& side) {
+            return IsSameCell(sides[0], side, column, m_dataPart);
+          })) {
         continue;
       }
       const std::string name((*m_columns)[column].name);
       isSubstituted = isSubstituted && IsSubstituted(sides, name);
       std::vector<std::string> cells;
       for (const RowRef& side : sides) {
-        values.push_back({side.owner->module, name, FormatCell(side, column)});
+        values.push_back({side.owner->module, name, FormatCell(side, column, m_dataPart)});
         cells.push_back('"' + values.back().value + "\" in " +
                         m_findings.NameOf(side.owner->module));
       }
@@ -407,6 +440,7 @@ class TableCheck {
   const std::vector<Column>* m_columns = nullptr;
   std::vector<size_t> m_keyColumns;
   std::vector<size_t> m_valueColumns;
+  DataPart m_dataPart = DataPart::Size;                 ///< of the present rows
   std::map<std::pair<size_t, size_t>, size_t> m_pairs;  ///< colliding rows of two modules
 };
 
