@@ -2,7 +2,9 @@
 
 #include <algorithm>
 #include <numeric>
+#include <optional>
 #include <set>
+#include <string>
 
 #include "analysis/CheckOptions.h"
 #include "analysis/FileDeliverer.h"
@@ -75,28 +77,60 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   merge::SortFindings(findings);
 }
 
-/// Returns the positions of the modules with a path; none for an empty one.
-std::vector<size_t> FindByPath(const SetData& set, std::wstring_view path) {
-  std::vector<size_t> positions;
-  for (size_t position = 0; position < set.Modules().size() && !path.empty(); ++position) {
-    if (common::CompareFileNames(text::ToWide(set.ModuleAt(position).path), path) == 0) {
-      positions.push_back(position);
+/// The modules of a set by their paths.
+class PathIndex {
+ public:
+  explicit PathIndex(const SetData& set) {
+    for (size_t position = 0; position < set.Modules().size(); ++position) {
+      if (!set.ModuleAt(position).path.empty()) {
+        m_paths.emplace_back(text::ToWide(set.ModuleAt(position).path), position);
+      }
     }
+    std::sort(m_paths.begin(), m_paths.end(), [](const Entry& a, const Entry& b) {
+      const int order = common::CompareFileNames(a.first, b.first);
+      return order < 0 || (order == 0 && a.second < b.second);
+    });
   }
-  return positions;
-}
+
+  /// Returns the positions of the modules with a path.
+  std::vector<size_t> Find(std::wstring_view path) const {
+    std::vector<size_t> positions;
+    auto entry = std::lower_bound(m_paths.begin(), m_paths.end(), path,
+                                  [](const Entry& one, std::wstring_view wanted) {
+                                    return common::CompareFileNames(one.first, wanted) < 0;
+                                  });
+    for (; entry != m_paths.end() && common::CompareFileNames(entry->first, path) == 0; ++entry) {
+      positions.push_back(entry->second);
+    }
+    return positions;
+  }
+
+ private:
+  using Entry = std::pair<std::wstring, size_t>;
+
+  std::vector<Entry> m_paths;
+};
 
 /// Returns the positions of the modules that a key or a full path means. Raises E_INVALIDARG if no
-/// module has it.
-std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
+/// module has it. Makes `paths` if it is needed.
+std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key,
+                                   std::optional<PathIndex>& paths) {
   std::vector<size_t> positions = set.Index().FindByKey(text::ToUtf8(key));
   if (positions.empty()) {
-    positions = FindByPath(set, key);
+    if (!paths) {
+      paths.emplace(set);
+    }
+    positions = paths->Find(key);
   }
   if (positions.empty()) {
     RaiseNoModule(key);
   }
   return positions;
+}
+
+std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
+  std::optional<PathIndex> paths;
+  return RequireModules(set, key, paths);
 }
 
 /// Returns the same for several keys, each position once. Raises E_INVALIDARG for none: nothing was
@@ -108,8 +142,9 @@ std::vector<size_t> RequireModules(const SetData& set,
   }
   std::vector<size_t> positions;
   std::set<size_t> seen;
+  std::optional<PathIndex> paths;
   for (const common::WideString& key : keys) {
-    for (const size_t position : RequireModules(set, std::wstring_view(key))) {
+    for (const size_t position : RequireModules(set, std::wstring_view(key), paths)) {
       if (seen.insert(position).second) {
         positions.push_back(position);
       }
