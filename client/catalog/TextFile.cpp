@@ -15,6 +15,7 @@
 
 #include "client/catalog/PathSpelling.h"
 #include "client/catalog/SystemError.h"
+#include "common/Path.h"
 #include "common/UniqueFile.h"
 #include "text/Utf.h"
 
@@ -133,7 +134,12 @@ void WriteTextFile(const std::string& path, const std::string& text) {
   try {
     WriteAndClose(std::move(file), text);
     Replace(target.path, fresh);
-  } catch (const std::runtime_error&) {
+  } catch (const std::runtime_error& failure) {
+    // A replacement that fails half-way may leave the new file as the only one.
+    if (target.error == ERROR_SUCCESS && !qm::common::PathExists(target.path)) {
+      throw std::runtime_error(failure.what() + std::string("; the new text is in ") +
+                               SpellPath(qm::text::ToUtf8(fresh)));
+    }
     ::DeleteFileW(fresh.c_str());
     throw;
   }

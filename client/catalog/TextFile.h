@@ -12,9 +12,10 @@ namespace mmcat {
 /// Reads a file, or stdin for "-". Refuses one with more than `largest` bytes.
 std::string ReadTextFile(const std::string& path, size_t largest = SIZE_MAX);
 
-/// Writes a file in place of an existing one, which stays as it is if this fails, and whose
-/// permissions the new one gets, except under Wine. A device gets the text as it is. Only if a file
-/// cannot be made beside an existing one is that one overwritten.
+/// Replaces a file, or makes a new one. If this fails, an existing file stays as it is, or else the
+/// exception says where the new text is. The new file gets the permissions of the old one, except
+/// under Wine. A device gets the text as it is. Only if a file cannot be made beside an existing
+/// one is that one overwritten.
 void WriteTextFile(const std::string& path, const std::string& text);
 
 /// The path of the file that WriteTextFile would write, as Windows spells it: what a link leads to.
