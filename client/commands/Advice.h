@@ -20,8 +20,8 @@ class FileSuggestions {
   /// The set must outlive this object.
   explicit FileSuggestions(const ModuleSet& set) : m_set(set) {}
 
-  /// The end of a remark on a word that is no name of a file: the files with this in their names,
-  /// or else those with the nearest names. Empty for all but the first ten words.
+  /// The end of a remark on a word that is not the name of a file: the files with this in their
+  /// names, or else those with the nearest names. Empty for all but the first ten words.
   std::string Suggest(const std::string& word);
 
  private:

@@ -228,9 +228,11 @@ void PrintFailures(const std::vector<FileFailure>& failures) {
 }
 
 /// Prints a run that checks nothing. Build servers may look at nothing but the document.
-ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, Report& report) {
+ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, const Options& options,
+                         const std::vector<BaselineEntry>& baseline, Report& report) {
   CheckResult result{set.Modules()};
-  result.failures = report.Failures();
+  result.failures =
+      JudgeFailures(report.Failures(), set.Modules(), {}, baseline, options.ignored).unexplained;
   PrintFailures(result.failures);
   result.exitCode = kNothingMatched;
   result.whyUnchecked = reason;
@@ -301,7 +303,8 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   for (const std::string& key : options.keys) {
     if (set.FindModules(key).empty()) {
       PrintUnknownKey(set.Names(), key, "check");
-      return FinishUnchecked(set, key + ": the catalog has no such module", report);
+      return FinishUnchecked(set, key + ": the catalog has no such module", options, baseline,
+                             report);
     }
   }
   return CheckSet(set, options, baseline, report);

@@ -1,5 +1,6 @@
 #include <CLI/CLI.hpp>
 #include <algorithm>
+#include <set>
 
 #include "client/catalog/Catalog.h"
 #include "client/catalog/FileNames.h"
@@ -116,10 +117,12 @@ class ModuleCollector {
 void ShowModules(ModuleObjects modules, ShowDepth depth, Report& report) {
   const ModuleSet set(std::move(modules));
   set.AddFailures(ModuleSet::FailuresOf::Modules, report);
+  std::set<std::string> unreadable;
+  for (const FileFailure& failure : report.Failures()) {
+    unreadable.insert(failure.file);
+  }
   const auto isUnreadable = [&](const ModuleFacts& module) {
-    return module.moduleId.empty() &&
-           std::any_of(report.Failures().begin(), report.Failures().end(),
-                       [&](const FileFailure& failure) { return failure.file == module.path; });
+    return module.moduleId.empty() && unreadable.count(module.path) > 0;
   };
   Json list = Json::array();
   bool isFirst = true;

@@ -1,6 +1,7 @@
 #include "client/commands/UnknownKey.h"
 
 #include <algorithm>
+#include <set>
 
 #include "client/catalog/SearchedPlaces.h"
 #include "client/catalog/Wildcards.h"
@@ -46,7 +47,11 @@ void PrintUnknownKey(const std::vector<NamedModule>& modules, const std::string&
   if (!candidates.empty()) {
     const size_t count = candidates.size();
     // Versions of a module have the same key.
-    candidates.erase(std::unique(candidates.begin(), candidates.end()), candidates.end());
+    std::set<std::string> seen;
+    candidates.erase(
+        std::remove_if(candidates.begin(), candidates.end(),
+                       [&](const std::string& key) { return !seen.insert(key).second; }),
+        candidates.end());
     PrintRemark(word + ": this may be " + JoinAlternatives(candidates, kMostCandidates) +
                 (patterns == Patterns::Accepted ? SuggestPattern(modules, word, count) : ""));
     return;

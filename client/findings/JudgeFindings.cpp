@@ -113,6 +113,9 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
     const auto found = occurrences.find(entry.identity);
     const int matched = found == occurrences.end() ? 0 : std::min(found->second, entry.count);
     const int unmatched = entry.count - matched;
+    if (matched > 0) {
+      found->second -= matched;  // another entry may have the same identity
+    }
     entry.count = matched;
     if (matched > 0) {
       judgement.matched.push_back(entry);

@@ -1,6 +1,8 @@
 #include "client/findings/UnreadableFiles.h"
 
 #include <algorithm>
+#include <string_view>
+#include <unordered_map>
 
 namespace mmcat {
 
@@ -20,19 +22,29 @@ bool SaysUnreadable(const FindingFacts& finding, const std::string& file,
                      [&](size_t position) { return modules[position].path == file; });
 }
 
+using PositionsByPath = std::unordered_map<std::string_view, size_t>;
+
+PositionsByPath IndexPaths(const std::vector<ModuleFacts>& modules) {
+  PositionsByPath positions;
+  for (size_t position = 0; position < modules.size(); ++position) {
+    positions.emplace(modules[position].path, position);
+  }
+  return positions;
+}
+
 /// The finding about a failure that a check of everything has.
-FindingFacts MakeFinding(const FileFailure& failure, const std::vector<ModuleFacts>& modules) {
+FindingFacts MakeFinding(const FileFailure& failure, const std::vector<ModuleFacts>& modules,
+                         const PositionsByPath& positions) {
   FindingFacts finding;
-  const auto module =
-      std::find_if(modules.begin(), modules.end(),
-                   [&](const ModuleFacts& candidate) { return candidate.path == failure.file; });
-  if (module == modules.end()) {
+  const auto found = positions.find(failure.file);
+  if (found == positions.end()) {
     finding.code = kIndex;
     finding.file = failure.file.substr(failure.file.find_last_of("\\/") + 1);
   } else {
     finding.code = kModule;
-    finding.modules = {static_cast<size_t>(module - modules.begin())};
-    finding.moduleKeys = {module->key.empty() ? module->path : module->key};
+    const ModuleFacts& module = modules[found->second];
+    finding.modules = {found->second};
+    finding.moduleKeys = {module.key.empty() ? module.path : module.key};
   }
   return finding;
 }
@@ -58,6 +70,7 @@ JudgedFailures JudgeFailures(const std::vector<FileFailure>& failures,
     }
   }
   const size_t known = findings.size();
+  const PositionsByPath positions = IndexPaths(modules);
   std::vector<const FileFailure*> others;
   for (const FileFailure& failure : failures) {
     const auto end = findings.begin() + static_cast<std::ptrdiff_t>(known);
@@ -66,7 +79,7 @@ JudgedFailures JudgeFailures(const std::vector<FileFailure>& failures,
     });
     if (found == end && failure.of == FailureOf::File) {
       others.push_back(&failure);
-      findings.push_back(MakeFinding(failure, modules));
+      findings.push_back(MakeFinding(failure, modules, positions));
     } else if (found == end) {
       judged.unexplained.push_back(failure);
     } else if (statuses[static_cast<size_t>(found - findings.begin())] != FindingStatus::New) {
