@@ -1,5 +1,6 @@
 #include "analysis/LoadProgress.h"
 
+#include <algorithm>
 #include <utility>
 
 #include "com/error/Raise.h"

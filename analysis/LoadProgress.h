@@ -2,6 +2,8 @@
 
 #include <windows.h>
 
+#include <utility>
+
 #include "common/ComPtr.h"
 
 namespace qm::analysis {
@@ -16,8 +18,8 @@ class LoadProgress {
   ~LoadProgress() = default;
 
   /// Calls the function with the number of the module that is about to be read, from 1, and their
-  /// total, unless it was called with a greater number before. Raises E_ABORT if it returns False,
-  /// and its failures.
+  /// total. Does nothing if this number or a greater one was reported before. Raises E_ABORT if the
+  /// function returns False, and the function's failures.
   void Report(long number, long total);
 
  private:

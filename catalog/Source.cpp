@@ -120,7 +120,7 @@ std::shared_ptr<module::CCacheMSM> Source::ReadRecord(const File& file,
   record->TryInitFromModule(path, m_folder.path, [&](HANDLE open) {
     hr = reader ? reader->ReadFile(path.c_str(), open) : S_OK;
   });
-  com::RaiseIfFailed(hr);  // only here, since it is no failure of the file
+  com::RaiseIfFailed(hr);  // only here: the file did not fail
   return record->IsIncomplete() && !common::IsListedByParent(path) ? nullptr : record;
 }
 

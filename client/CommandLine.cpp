@@ -105,8 +105,8 @@ class Parser {
   }
 
  private:
-  /// Parses arguments that are no question for help. Returns the exit code if they are wrong, after
-  /// remarks, or ask for the version.
+  /// Parses arguments that do not ask for help. Returns an exit code if the run ends here: the
+  /// arguments are wrong, which remarks say, or they ask for the version.
   std::optional<ExitCode> Parse(const std::vector<std::string>& arguments) {
     std::string wrong = ExplainFirstWord(m_app, arguments);
     wrong = wrong.empty() ? ExplainMissingValue(m_app, arguments) : wrong;
@@ -167,7 +167,7 @@ class Parser {
     }
     for (const CLI::Option* const option : m_app.get_subcommands().front()->get_options()) {
       if (option->get_positional()) {
-        const std::vector<std::string> words = option->results();  // most are no files
+        const std::vector<std::string> words = option->results();  // most are not files
         std::copy_if(words.begin(), words.end(), std::back_inserter(files), IsFile);
       }
     }

@@ -14,7 +14,7 @@ class ActionSequence {
  public:
   struct Place {
     /// Lower ones run earlier. An action before or after another has a place close to it. 0 if the
-    /// module does not say which number the other one has, and it is none of the installer's.
+    /// other action has no number in the module and is not one of the installer's.
     double position;
     bool isConditional;
   };

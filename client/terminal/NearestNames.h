@@ -14,8 +14,8 @@ std::vector<std::string> FindNearestNames(const std::string& wanted,
 /// The end of a remark that suggests these names: "; did you mean A or B". Empty if there are none.
 std::string FormatSuggestion(const std::vector<std::string>& nearestNames);
 
-/// Says that a word is none of these, and which one it may be: "CSV: not one of json, csv; did you
-/// mean csv".
+/// Says that a word is not one of these, and which one it may be: "CSV: not one of json, csv; did
+/// you mean csv".
 std::string ExplainChoice(const std::string& word, const std::vector<std::string>& choices);
 
 }  // namespace mmcat
