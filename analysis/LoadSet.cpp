@@ -160,7 +160,10 @@ void AddModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& openF
 /// Reads the modules again whose data must be compared with that of modules that came later.
 void ReadSharedData(OpenFileReader& openFiles, SetData::Contents& contents) {
   const std::vector<std::string> paths = openFiles.Shared().TakeUnread();
-  for (size_t position = 0; position < contents.modules.size() && !paths.empty(); ++position) {
+  if (paths.empty()) {
+    return;
+  }
+  for (size_t position = 0; position < contents.modules.size(); ++position) {
     merge::Module& module = contents.modules[position];
     if (module.failure.empty() && std::binary_search(paths.begin(), paths.end(), module.path)) {
       const HRESULT hr = ReadFile(module, openFiles);

@@ -48,10 +48,6 @@ std::string ValidatePathSpelling(const std::string& spelling) {
              : ExplainChoice(spelling, {"native", "windows"});
 }
 
-std::string ValidateFileName(const std::string& file) {
-  return file.empty() ? "the name is empty" : "";  // probably an unset shell variable
-}
-
 /// Parses the shared options and those of the command that was given.
 class Parser {
  public:

@@ -7,6 +7,7 @@
 
 #include "client/catalog/FileIdentity.h"
 #include "client/catalog/TextFile.h"
+#include "client/catalog/UserPath.h"
 #include "client/terminal/Console.h"
 #include "client/terminal/Report.h"
 #include "text/Fold.h"
@@ -81,7 +82,7 @@ std::optional<OutputFormat> FormatOfFile(const std::string& file) {
 }
 
 bool HasForeignExtension(const std::string& file) {
-  const std::string name = qm::text::FoldCase(file.substr(file.find_last_of("\\/") + 1));
+  const std::string name = qm::text::FoldCase(GetFileName(file));
   const size_t dot = name.find_last_of('.');
   // Not every other one: a temporary file can have any.
   static const std::set<std::string> kForeign{".docx", ".htm", ".html", ".jsonl", ".ods", ".pdf",

@@ -1,8 +1,12 @@
 #pragma once
 
+#include <windows.h>
+
 #include <cstdint>
 #include <optional>
 #include <string>
+
+#include "common/WideString.h"
 
 namespace mmcat {
 
@@ -19,6 +23,10 @@ inline bool operator==(const FileIdentity& a, const FileIdentity& b) {
   return a.volume == b.volume && a.number == b.number && a.size == b.size &&
          a.written == b.written && a.missing == b.missing;
 }
+
+/// What the system knows about the file or folder at a full path; no value if it does not exist or
+/// cannot be looked at.
+std::optional<BY_HANDLE_FILE_INFORMATION> QueryFile(const qm::common::WideString& path);
 
 /// Identifies the file at a path that the user gave (UTF-8), which need not exist. No value if its
 /// folder does not exist or cannot be looked at.

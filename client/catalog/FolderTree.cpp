@@ -6,11 +6,11 @@
 #include <set>
 #include <utility>
 
+#include "client/catalog/FileIdentity.h"
 #include "client/catalog/PathSpelling.h"
 #include "client/catalog/SystemError.h"
 #include "common/FolderFiles.h"
 #include "common/Path.h"
-#include "common/UniqueFile.h"
 #include "text/Fold.h"
 #include "text/Utf.h"
 
@@ -64,16 +64,12 @@ FolderContents ListFolder(const WideString& folder) {
 using FolderIdentity = std::pair<DWORD, ULONGLONG>;
 
 std::optional<FolderIdentity> IdentifyFolder(const WideString& folder) {
-  const qm::common::UniqueFile handle(
-      ::CreateFileW(qm::common::ToExtendedPath(folder).c_str(), 0,
-                    FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE, nullptr, OPEN_EXISTING,
-                    FILE_FLAG_BACKUP_SEMANTICS, nullptr));
-  BY_HANDLE_FILE_INFORMATION information;
-  if (!handle || !::GetFileInformationByHandle(handle.Get(), &information)) {
+  const auto facts = QueryFile(folder);
+  if (!facts) {
     return std::nullopt;
   }
-  return FolderIdentity(information.dwVolumeSerialNumber,
-                        (ULONGLONG{information.nFileIndexHigh} << 32U) | information.nFileIndexLow);
+  return FolderIdentity(facts->dwVolumeSerialNumber,
+                        (ULONGLONG{facts->nFileIndexHigh} << 32U) | facts->nFileIndexLow);
 }
 
 /// Visits a folder and all folders below it, each once and before those below it.

@@ -182,13 +182,14 @@ void ModuleSet::Load(IDispatch& source) {
   });
 }
 
-std::vector<NamedModule> ModuleSet::Names() const {
-  std::vector<NamedModule> names;
-  names.reserve(m_modules.size());
-  for (const ModuleFacts& module : m_modules) {
-    names.push_back({module.key, module.moduleId, module.path, module.displayName});
+const std::vector<NamedModule>& ModuleSet::Names() const {
+  if (m_names.empty()) {
+    m_names.reserve(m_modules.size());
+    for (const ModuleFacts& module : m_modules) {
+      m_names.push_back({module.key, module.moduleId, module.path, module.displayName});
+    }
   }
-  return names;
+  return m_names;
 }
 
 void ModuleSet::AddFailures(FailuresOf files, Report& report) const {

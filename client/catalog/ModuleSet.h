@@ -169,7 +169,7 @@ class ModuleSet {
   const std::vector<ModuleFacts>& Modules() const noexcept { return m_modules; }
 
   /// What the modules can be named by.
-  std::vector<NamedModule> Names() const;
+  const std::vector<NamedModule>& Names() const;
 
   enum class FailuresOf { Modules, ModulesAndIndexes };
 
@@ -217,6 +217,7 @@ class ModuleSet {
 
   qm::common::ComPtr<IMergeSet> m_set;
   std::vector<ModuleFacts> m_modules;
+  mutable std::vector<NamedModule> m_names;  ///< made when they are first needed
 };
 
 }  // namespace mmcat

@@ -33,4 +33,8 @@ std::string GetFolder(const std::string& path) {
   return slash == std::string::npos ? "." : slash == 0 ? path.substr(0, 1) : path.substr(0, slash);
 }
 
+std::string ValidateFileName(const std::string& file) {
+  return file.empty() ? "the name is empty" : "";
+}
+
 }  // namespace mmcat

@@ -9,6 +9,7 @@
 #include "client/catalog/CatalogSettings.h"
 #include "client/catalog/ModuleSet.h"
 #include "client/catalog/PathSpelling.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Commands.h"
 #include "client/commands/NoModules.h"
 #include "client/commands/UnknownKey.h"
@@ -163,11 +164,7 @@ void AddArguments(CLI::App& parser, Options& options) {
   parser
       .add_option("--baseline", options.baseline.file, "File of known findings, which do not count")
       ->type_name("FILE")
-      ->check(CLI::Validator(
-          [](const std::string& file) {
-            return std::string(file.empty() ? "the name is empty" : "");
-          },
-          ""))
+      ->check(CLI::Validator(ValidateFileName, ""))
       ->group(kGroup);
   CLI::Option* const write = parser
                                  .add_flag("--write-baseline", options.baseline.isWritten,

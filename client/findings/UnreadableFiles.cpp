@@ -4,6 +4,8 @@
 #include <string_view>
 #include <unordered_map>
 
+#include "client/catalog/UserPath.h"
+
 namespace mmcat {
 
 namespace {
@@ -15,7 +17,7 @@ constexpr char kIndex[] = "unreadable-index";
 bool SaysUnreadable(const FindingFacts& finding, const std::string& file,
                     const std::vector<ModuleFacts>& modules) {
   if (finding.code == kIndex) {
-    return file.substr(file.find_last_of("\\/") + 1) == finding.file;
+    return GetFileName(file) == finding.file;
   }
   return finding.code == kModule &&
          std::any_of(finding.modules.begin(), finding.modules.end(),
@@ -39,7 +41,7 @@ FindingFacts MakeFinding(const FileFailure& failure, const std::vector<ModuleFac
   const auto found = positions.find(failure.file);
   if (found == positions.end()) {
     finding.code = kIndex;
-    finding.file = failure.file.substr(failure.file.find_last_of("\\/") + 1);
+    finding.file = GetFileName(failure.file);
   } else {
     finding.code = kModule;
     const ModuleFacts& module = modules[found->second];

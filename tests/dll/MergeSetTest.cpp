@@ -83,16 +83,13 @@ void ForEachReachable(IDispatch* object, std::set<std::wstring>& seen, const Use
   info->ReleaseTypeAttr(attributes);
 }
 
-/// A collection of modules by another maker, which may lie about what it has.
-class Collection final : public IMergeModules {
+/// An object of another maker, which lives on the stack and has no type information.
+template <class Interface>
+class StackObject : public Interface {
  public:
-  std::vector<common::ComPtr<IMergeModule>> m_items;
-  long m_surplus = 0;  ///< by which Count is too great
-  HRESULT m_beyond = E_INVALIDARG;
-
   STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
     const bool known =
-        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(IMergeModules);
+        iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch) || iid == __uuidof(Interface);
     *out = known ? this : nullptr;
     return known ? S_OK : E_NOINTERFACE;
   }
@@ -105,6 +102,15 @@ class Collection final : public IMergeModules {
   (DISPID, REFIID, LCID, WORD, DISPPARAMS*, VARIANT*, EXCEPINFO*, UINT*) override {
     return E_NOTIMPL;
   }
+};
+
+/// A collection of modules by another maker, which may lie about what it has.
+class Collection final : public StackObject<IMergeModules> {
+ public:
+  std::vector<common::ComPtr<IMergeModule>> m_items;
+  long m_surplus = 0;  ///< by which Count is too great
+  HRESULT m_beyond = E_INVALIDARG;
+
   STDMETHOD(get_Item)(VARIANT index, IMergeModule** item) override {
     const size_t position = static_cast<size_t>(index.lVal) - 1;
     if (position >= m_items.size()) {
@@ -121,23 +127,8 @@ class Collection final : public IMergeModules {
   STDMETHOD(get_Enumerator)(IEnumVARIANT**) override { return E_NOTIMPL; }
 };
 
-/// An object of a script, which lives on the stack.
-class ScriptObject : public IDispatch {
- public:
-  STDMETHOD(QueryInterface)(REFIID iid, void** out) override {
-    const bool known = iid == __uuidof(IUnknown) || iid == __uuidof(IDispatch);
-    *out = known ? this : nullptr;
-    return known ? S_OK : E_NOINTERFACE;
-  }
-  STDMETHOD_(ULONG, AddRef)() override { return 2; }
-  STDMETHOD_(ULONG, Release)() override { return 1; }
-  STDMETHOD(GetTypeInfoCount)(UINT*) override { return E_NOTIMPL; }
-  STDMETHOD(GetTypeInfo)(UINT, LCID, ITypeInfo**) override { return E_NOTIMPL; }
-  STDMETHOD(GetIDsOfNames)(REFIID, wchar_t**, UINT, LCID, DISPID*) override { return E_NOTIMPL; }
-};
-
 /// An array with one element, a key, which runs code when it is read.
-class ScriptArray final : public ScriptObject {
+class ScriptArray final : public StackObject<IDispatch> {
  public:
   explicit ScriptArray(std::function<void()> whenRead) : m_whenRead(std::move(whenRead)) {}
 
@@ -163,7 +154,7 @@ class ScriptArray final : public ScriptObject {
 };
 
 /// A function with two numbers.
-class ScriptFunction final : public ScriptObject {
+class ScriptFunction final : public StackObject<IDispatch> {
  public:
   using Body = std::function<HRESULT(long, long, VARIANT&, EXCEPINFO&)>;
 
@@ -659,6 +650,39 @@ TEST_F(MergeSetTest, EveryObjectFollowsTheRulesOfComAndRefusesNullPointers) {
   }
   // All interfaces but those of things that this set does not have.
   EXPECT_GE(seen.size(), 28u);
+}
+
+TEST_F(MergeSetTest, AShortageWhileACatalogIsReadFailsTheLoadAlone) {
+  BuildRichModule(PathOf(L"set\\rich.msm"));
+  m_catalog = NewCatalog();
+  ASSERT_EQ(S_OK, m_set->Load(m_catalog.Get()));
+  m_set.Release();
+  std::optional<ReplacedImports> imports(m_sets.Module());
+  m_set = m_sets.Create<IMergeSet>(CLSID_MergeSet);
+  int begun = 0;
+  const auto load = [&] {
+    m_catalog.Release();
+    WriteModule(L"set\\new.msm", "New", std::to_string(++begun));  // the one that is read
+    m_catalog = NewCatalog();
+    FailCall(FaultKind::Heap, begun);
+    const HRESULT hr = m_set->Load(m_catalog.Get());
+    const bool failed = FailedFunction() != nullptr;
+    FailNoCall();
+    EXPECT_TRUE(hr == S_OK || (failed && hr == E_OUTOFMEMORY)) << hr;
+    return hr;
+  };
+  int failures = 0;
+  while (begun < 60) {
+    failures += load() == E_OUTOFMEMORY ? 1 : 0;
+    EXPECT_EQ(0, OpenFiles());
+    ASSERT_EQ(S_OK, m_set->Load(m_catalog.Get()));
+    EXPECT_TRUE(ModuleOf(L"New:1033"));
+  }
+  EXPECT_GT(failures, 20);
+  m_catalog.Release();
+  m_set.Release();
+  imports.reset();
+  m_set = m_sets.Create<IMergeSet>(CLSID_MergeSet);
 }
 
 TEST_F(MergeSetTest, AShortageFailsOneCallAndLeavesNothing) {

@@ -26,6 +26,13 @@ std::string Describe(const merge::TargetFolder& folder) {
   return text + ends[static_cast<int>(folder.end)];
 }
 
+merge::Module Read(const DatabaseImage& image) {
+  MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
+  merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
+  EXPECT_EQ("", module.failure);
+  return module;
+}
+
 TEST(TargetFoldersTest, ADirectoryIsWhereAnInstallerMakesIt) {
   merge::Module module;
   module.directories = {
@@ -187,9 +194,7 @@ TEST(TargetFoldersTest, TablesSayWhichActionsRunAndWhatIsConfigurable) {
        ColumnsOf("ModuleSubstitution"),
        {{"Directory", "C.1", "DefaultDir", "[=Name]"}, {"Directory", "A.1", "DefaultDir", "[=x"}}},
   };
-  MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
-  const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
-  EXPECT_EQ("", module.failure);
+  const merge::Module module = Read(image);
   const merge::TargetFolders folders(module);
   EXPECT_EQ("D:\\Data", Describe(folders.Resolve("A.1")));
   EXPECT_EQ("[SystemFolder] predefined action", Describe(folders.Resolve("B.1")));
@@ -258,9 +263,7 @@ TEST(TargetFoldersTest, OfSeveralActionsTheLastThatRunsInTimeCounts) {
       {"OWN", "[SystemFolder]own\\more predefined action"},
       {"SHOWN", "[SystemFolder]run predefined action"},
   };
-  MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
-  const merge::Module module = merge::ReadModule(source, merge::DecodeCommonCodePage);
-  EXPECT_EQ("", module.failure);
+  const merge::Module module = Read(image);
   const merge::TargetFolders folders(module);
   for (const auto& [key, expected] : cases) {
     EXPECT_EQ(expected, Describe(folders.Resolve(key))) << key;

@@ -2,8 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <string>
 #include <vector>
 
+#include "common/UniqueFile.h"
 #include "tests/fakes/Imports.h"
 #include "tests/support/TestFolder.h"
 
@@ -40,6 +42,28 @@ TEST(ModuleFileTest, ReadsTheRightBytesAfterAReadThatFailed) {
   s_readFails = false;
   file.Read(100, read, sizeof read);
   EXPECT_EQ(1, read[0]);
+}
+
+TEST(ModuleFileTest, OnlyAFileThatIsReadInPartsCanBeOfTwoVersions) {
+  const TestFolder folder;
+  const std::wstring path = folder / L"bytes.bin";
+  PutFile(path, std::string(300, 'x'));
+  char read[300];
+  for (const size_t part : {sizeof read, sizeof read / 2}) {
+    msidb::ModuleFile file(path);
+    file.Read(0, read, part);
+    // Nobody can open the file for writing now, but its times can be set.
+    const common::UniqueFile other(::CreateFileW(
+        path.c_str(), FILE_WRITE_ATTRIBUTES, FILE_SHARE_READ | FILE_SHARE_WRITE | FILE_SHARE_DELETE,
+        nullptr, OPEN_EXISTING, 0, nullptr));
+    const FILETIME later{static_cast<DWORD>(part), 0x01D00000};
+    ASSERT_TRUE(other && ::SetFileTime(other.Get(), nullptr, nullptr, &later));
+    if (part == sizeof read) {
+      EXPECT_NO_THROW(file.RequireUnchanged());
+    } else {
+      EXPECT_THROW(file.RequireUnchanged(), msidb::FileError);
+    }
+  }
 }
 
 }  // namespace
