@@ -77,6 +77,7 @@ std::string FormatVersions(const std::vector<FileFacts>& copies) {
 
 std::string FormatFolders(const std::vector<FileFacts>& copies) {
   std::vector<const FileFacts*> list;
+  list.reserve(copies.size());
   for (const FileFacts& copy : copies) {
     list.push_back(&copy);
   }

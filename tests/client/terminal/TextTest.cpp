@@ -11,7 +11,7 @@ namespace {
 TEST(TextTest, ListsNameTheirFirstItemsAndCountTheRestUnlessItIsOne) {
   const std::vector<std::string> items{"A", "B", "C", "D"};
   const struct {
-    size_t count;
+    std::ptrdiff_t count;
     const char* some;
     const char* alternatives;
   } cases[] = {
