@@ -8,8 +8,8 @@ namespace qm::merge {
 
 namespace {
 
-/// The numbers that packages usually give to the installer's actions around the costing, for
-/// modules that name these actions and do not number them.
+/// The usual sequence numbers of the installer's actions around costing, for modules that refer to
+/// these actions without numbering them.
 constexpr struct {
   std::string_view action;
   double position;
@@ -22,7 +22,7 @@ constexpr struct {
 };
 constexpr std::string_view kCostFinalize = "CostFinalize";
 
-/// Where the user interface sequences lie before the execute sequences.
+/// Offset of the user interface sequences, which run before the execute sequences.
 constexpr double kUserInterface = -1e6;
 
 std::optional<double> FindUsualPosition(std::string_view action) noexcept {
@@ -45,7 +45,8 @@ class ActionSequence::Reader {
         m_after(table.FindColumn("After")),
         m_condition(table.FindColumn("Condition")) {}
 
-  /// Adds the actions that are not there yet, or only on a condition.
+  /// Adds the actions of the table. One without a condition replaces a conditional one that is
+  /// already in `places`; otherwise the first one is kept.
   void AddTo(std::unordered_map<std::string_view, Place>& places) {
     if (!m_action) {
       return;
@@ -81,7 +82,7 @@ class ActionSequence::Reader {
         return m_number && m_base ? std::nullopt : std::optional(0.0);
       }
       const bool isAfter = m_after && m_table.Number(row, *m_after).value_or(0) != 0;
-      // What lies beside the base itself comes last, and counts most.
+      // The step next to the numbered base is added last and has the greatest weight.
       shift = (shift + (isAfter ? 1 : -1)) / 4;
       const auto found = m_rows.find(base);
       if (found == m_rows.end()) {

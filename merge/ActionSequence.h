@@ -8,13 +8,13 @@
 
 namespace qm::merge {
 
-/// When the installer runs the actions of a module, in an installation that shows dialogs: first
-/// the user interface sequences, then the execute sequences.
+/// The order in which the installer runs the actions of a module, in an installation that shows
+/// dialogs: first the user interface sequences, then the execute sequences.
 class ActionSequence {
  public:
   struct Place {
-    /// Lower ones run earlier. An action before or after another has a place close to it. 0 if the
-    /// other action has no number in the module and is not one of the installer's.
+    /// Lower positions run earlier. An action that is placed before or after another one is close
+    /// to it. 0 if the position is unknown, such as that of an action placed after an unknown one.
     double position;
     bool isConditional;
   };
@@ -24,12 +24,12 @@ class ActionSequence {
   /// Returns whether the module has sequence tables at all.
   bool IsKnown() const noexcept { return m_isKnown; }
 
-  /// Returns where an action runs. Nothing if it does not: no table names it, it has no place, or
-  /// it runs only at the end of an installation (negative numbers).
+  /// Returns where an action runs; nothing if it does not run: no table names it, it has no place,
+  /// or it runs only at the end of an installation (negative numbers).
   std::optional<Place> Find(std::string_view action) const;
 
-  /// The place at which the installer makes paths of the Directory table. The properties of
-  /// directories have no effect on these later.
+  /// The position at which the installer resolves the paths of the Directory table. Properties of
+  /// directories that are set later do not change these paths.
   double CostFinalize() const noexcept { return m_costFinalize; }
 
  private:

@@ -13,7 +13,7 @@ namespace {
 /// The longest key that a row can have, in bytes, as in ReadModule.
 constexpr size_t kMaxKeySize = 1024;
 
-/// Folders that have a property and can also be reached from the property of another one.
+/// A predefined folder that can also be reached from the property of another one.
 struct KnownFolder {
   std::string_view path;  ///< normalized
   std::string_view root;
@@ -30,8 +30,8 @@ constexpr KnownFolder kKnownFolders[] = {
     {"[startmenufolder]programs", "[programmenufolder]"},
 };
 
-/// Appends the texts of a column, those with the same number once. Leaves out texts that no key
-/// has: rows that share a long one would compare it repeatedly.
+/// Appends the texts of a column, each text number once. Leaves out texts that are too long for a
+/// key, because rows that share a long one would compare it repeatedly.
 void AddTexts(const Table* table, const char* column, std::vector<std::string_view>& texts) {
   const auto at = table ? table->FindColumn(column) : std::nullopt;
   if (!at) {

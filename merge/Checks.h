@@ -12,7 +12,7 @@
 
 namespace qm::merge {
 
-/// The modules of a check, with what several checks want to know about them.
+/// The modules of a check, with facts that several checks need.
 class CheckedModules {
  public:
   CheckedModules(const ModuleIndex& set, const std::vector<size_t>& scope,
@@ -29,14 +29,14 @@ class CheckedModules {
     return m_identities[a] == m_identities[b];
   }
 
-  /// A number that alternatives share.
+  /// Returns a number that alternatives share.
   size_t IdentityOf(size_t position) const noexcept { return m_identities[position]; }
 
   TargetFolder Resolve(size_t module, std::string_view directory) const;
   std::string Spell(const TargetFolder& folder) const;
 
-  /// Returns whether a module of the scope has a row with this key, which is the only primary key
-  /// column, in a table.
+  /// Returns whether any module of the scope has a row of `table` with this key in `column`, the
+  /// only primary key column. Keys of more than 1,024 bytes are never found.
   bool HasRow(std::string_view table, const char* column, std::string_view key) const;
 
  private:
@@ -45,19 +45,20 @@ class CheckedModules {
   const CheckOptions& m_options;
   std::vector<bool> m_isInScope;
   std::vector<size_t> m_identities;
-  mutable std::unordered_map<size_t, TargetFolders> m_folders;  ///< where no options resolve
-  /// By table, whose names are literals or those of modules.
+  /// Used if CheckOptions::resolve is not set.
+  mutable std::unordered_map<size_t, TargetFolders> m_folders;
+  /// Sorted keys by table. The names of tables are literals or belong to modules.
   mutable std::unordered_map<std::string_view, std::vector<std::string_view>> m_keys;
 };
 
-/// Returns a text that equal folders share, however they are spelled: folded, without ".", with one
-/// kind of separator, and with predefined folders below others as folders of their own. Nothing if
-/// it is not known where the folder is.
+/// Returns a text that is the same for all spellings of a folder: case-folded, without ".", with
+/// one kind of separator, and with a predefined folder below another one replaced by its own
+/// property. Returns nothing if it is not known where the folder is.
 std::optional<std::string> NormalizeFolder(const TargetFolder& folder);
 
-// Each adds what it finds to a list.
+// Each check adds what it finds to a list.
 
-/// Modules for themselves: unreadable, changed, to be downloaded, versions and languages.
+/// Each module by itself: unreadable, changed, to be downloaded, versions and languages.
 void CheckModuleFacts(const CheckedModules& modules, FindingList& findings);
 /// Modules of the same ID, key or package code.
 void CheckIdentities(const CheckedModules& modules, FindingList& findings);
@@ -70,7 +71,7 @@ void CheckRows(const CheckedModules& modules, FindingList& findings);
 void CheckFiles(const CheckedModules& modules, FindingList& findings);
 /// Identifiers of components.
 void CheckComponents(const CheckedModules& modules, FindingList& findings);
-/// Rows of files, components and directories that rows of a module refer to.
+/// References of rows to files, components and directories.
 void CheckReferences(const CheckedModules& modules, FindingList& findings);
 
 /// Actions and their places in sequences.

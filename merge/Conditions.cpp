@@ -92,7 +92,7 @@ Literal ParseLiteral(Token begin, Token end) {
   return literal;
 }
 
-/// Parses a condition with other operators than AND, or with AND in parentheses.
+/// Parses a whole condition as one literal, which is negated if the condition is NOT (...).
 Literal ParseWhole(Token begin, Token end) {
   if (end - begin > 1 && *begin == "NOT") {
     Token innerBegin = begin + 1;
@@ -105,7 +105,8 @@ Literal ParseWhole(Token begin, Token end) {
   return {JoinTokens(begin, end), false};
 }
 
-/// Returns texts that must all hold for a condition to hold.
+/// Returns literals that must all hold for a condition to hold. The first one is the whole
+/// condition.
 std::vector<Literal> ParseParts(std::string_view condition) {
   const std::vector<std::string> tokens = SplitTokens(condition);
   Token begin = tokens.begin();
@@ -133,8 +134,8 @@ bool Is(const Literal& literal, std::string_view operand, bool isNegated) noexce
          literal.text.compare(0, operand.size(), operand) == 0;
 }
 
-/// Whether two literals never hold both. VersionNT64 is set only where VersionNT is, and Version9X
-/// only where neither is.
+/// Returns whether two literals never hold together. VersionNT64 is set only where VersionNT is,
+/// and Version9X only where neither is.
 bool AreExclusive(const Literal& a, const Literal& b) {
   if (a.text == b.text) {
     return a.isNegated != b.isNegated && !a.text.empty();

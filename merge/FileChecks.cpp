@@ -34,14 +34,14 @@ class ComponentLookup {
   std::unordered_map<size_t, ByKey> m_components;
 };
 
-/// How the conditions of several things relate that collide if they are installed together.
+/// The relation between the conditions of things that collide if they are installed together.
 struct Conditions {
   ConditionRelation relation = ConditionRelation::Exclusive;
   std::string first, second;  ///< two that may both hold
 };
 
-/// Compares every two of the first conditions: Exclusive if no two can hold together, Overlapping
-/// if two surely can.
+/// Compares each pair of the first kMaxModules conditions: Exclusive if no pair can hold together,
+/// Overlapping if a pair surely can.
 Conditions CompareAll(const std::vector<std::string_view>& texts) {
   Conditions result;
   const size_t count = std::min(texts.size(), FindingList::kMaxModules);
@@ -60,7 +60,7 @@ Conditions CompareAll(const std::vector<std::string_view>& texts) {
   return result;
 }
 
-/// Makes a finding a warning that quotes the conditions if it is not known whether both hold.
+/// Makes a finding a warning that quotes the conditions if it is not known whether both can hold.
 void AddConditions(const Conditions& conditions, Finding& finding) {
   if (conditions.relation == ConditionRelation::Unknown) {
     finding.text += ", unless the conditions " + QuoteShort(conditions.first) + " and " +
@@ -107,7 +107,7 @@ class FileCheck {
  private:
   /// Calls `check` with the files of each folder that have the same name and may be installed
   /// together: files of one module, or of modules of different IDs. Folders are resolved only for
-  /// names that `isRelevant` holds for, with the first file of the name and another one.
+  /// names of which `isRelevant` holds for the first file and some other one.
   template <class GetName, class IsRelevant, class Check>
   void ForEachName(GetName getName, IsRelevant isRelevant, Check check) {
     std::vector<InstalledName> names;
@@ -138,7 +138,7 @@ class FileCheck {
 
   using NameIterator = std::vector<InstalledName>::const_iterator;
 
-  /// Returns whether one of the names belongs to another ID than the first, or two to one module.
+  /// Returns whether the names belong to modules of several IDs, or two of them to one module.
   bool MayCollide(NameIterator begin, NameIterator end) const {
     for (NameIterator name = begin + 1; name != end; ++name) {
       if (name->module == name[-1].module ||
@@ -256,8 +256,8 @@ class FileCheck {
 
   // ---- Common
 
-  /// Returns whether both are one row of the package, or one component: the installer counts the
-  /// modules that share it. Differences between the two are found elsewhere.
+  /// Returns whether both are one row of the package, or belong to one component, which modules may
+  /// share. Other checks report differences between the two.
   static bool IsSameResource(const PlacedFile& a, const PlacedFile& b) {
     const auto isRow = [](const PlacedFile& file) {
       return !file.file->key.empty() && !file.file->component.empty();
@@ -270,7 +270,7 @@ class FileCheck {
            IsSameFolded(a.component->componentId, b.component->componentId);
   }
 
-  /// Returns the first of those files that are not the same as a file before them.
+  /// Returns the first kMaxModules files of which no two are the same.
   template <class IsSame>
   static std::vector<const PlacedFile*> ChooseSides(const std::vector<PlacedFile>& files,
                                                     IsSame isSame) {
@@ -318,7 +318,7 @@ class FileCheck {
     return modules;
   }
 
-  /// Adds what tells the files apart.
+  /// Adds the values that distinguish the files.
   static void AddValues(const std::vector<const PlacedFile*>& files, Finding& finding) {
     const size_t count = std::min(files.size(), FindingList::kMaxModules);
     const auto add = [&](const char* column, auto getValue) {
@@ -330,7 +330,7 @@ class FileCheck {
     add("Version", [](const PlacedFile& file) { return file.file->version; });
   }
 
-  /// The product can put each of the folders elsewhere.
+  /// Makes a finding a warning if the user of a module can redirect one of the folders.
   static void LimitIfRedirected(const std::vector<const PlacedFile*>& files, Finding& finding) {
     if (std::any_of(files.begin(), files.end(),
                     [](const PlacedFile* file) { return file->folder.IsRedirected(); })) {
@@ -429,13 +429,13 @@ class ComponentCheck {
     const bool isSameKeyPath =
         AddColumn(sides, "KeyPath", finding, [&](const auto& side) { return FormatKeyPath(side); });
     if (!isSameKey && isSameFolder && isSameKeyPath) {
-      // Either row installs the same, so that only the count of users is wrong.
+      // Both rows install the same, so only the count of users is wrong.
       LimitSeverity(finding, Severity::Warning);
     }
     AddConditions(conditions, finding);
   }
 
-  /// Adds the values of all sides. Returns whether they are the same.
+  /// Adds the values of all sides unless they are the same. Returns whether they are.
   template <class GetValue>
   static bool AddColumn(const std::vector<const IdentifiedComponent*>& sides, const char* column,
                         Finding& finding, GetValue getValue) {
@@ -453,8 +453,8 @@ class ComponentCheck {
     return isSame;
   }
 
-  /// Returns the name of the key file, since keys of files differ between modules; the key of
-  /// another kind of key path.
+  /// Returns the name of the key file, because keys of files differ between modules. If the key
+  /// path is not a file, returns the key itself.
   std::string FormatKeyPath(const IdentifiedComponent& side) const {
     const std::vector<DeliveredFile>& files = m_modules.At(side.module).files;
     const auto found = std::find_if(files.begin(), files.end(), [&](const DeliveredFile& file) {

@@ -32,7 +32,7 @@ class NamePattern {
     if (!text::IsAscii(name)) {
       return MatchesPattern(text::FoldCase(name), m_pattern);
     }
-    m_folded.assign(name);  // keeps its memory: nearly all names take this way
+    m_folded.assign(name);  // reuses its memory, because nearly all names are ASCII
     for (char& character : m_folded) {
       if (character >= 'A' && character <= 'Z') {
         character = static_cast<char>(character - 'A' + 'a');
@@ -104,8 +104,8 @@ class DelivererList {
   }
 
  private:
-  /// File, position of the module or SIZE_MAX, key of an absent module. In this order, which is
-  /// that of the result.
+  /// File, position of the module (SIZE_MAX if it is absent), key of an absent module. The result
+  /// is sorted by these.
   using Place = std::tuple<std::string, size_t, std::string>;
 
   static size_t MakePlace(std::optional<size_t> module) noexcept {

@@ -29,14 +29,14 @@ std::vector<FoundFile> FindFiles(const std::vector<Module>& modules, std::string
 enum class IndexFault {
   None,
   AbsentModule,  ///< no module of the set has the key
-  NotDelivered   ///< modules of the key are there, and the File table of none has the file
+  NotDelivered   ///< modules have the key, but none of their File tables has the file
 };
 
 /// A module that delivers a file, by its File table, by an index table, or by both.
 struct Deliverer {
-  std::string file;              ///< long name; as the index has it if no File table does
+  std::string file;              ///< long name; from the index if no File table has the file
   std::optional<size_t> module;  ///< position; std::nullopt if no module of the set has the key
-  std::string moduleKey;         ///< as the module has it; as the index has it if that is absent
+  std::string moduleKey;         ///< that of the module; from the index if the module is absent
   /// The rows of its File table, sorted by key: one module may install a file several times.
   std::vector<const DeliveredFile*> copies;
   std::vector<const IndexEntry*> entries;  ///< those that name the module for this file
@@ -45,9 +45,9 @@ struct Deliverer {
 
 /// Returns every module that delivers a file whose long or short name matches a pattern, ignoring
 /// case: one for each pair of file and module, present or not. `entries` are those of the index
-/// tables of files; they mean modules by the rules of ModuleIndex::FindByKey. A module that is not
-/// here or could not be read completely is not accused of lacking a file. Sorted by file; then
-/// modules of the set by position, then absent ones by key.
+/// tables of files; ModuleIndex::FindByKey finds the modules that they name. A module whose file is
+/// absent or could not be read completely is never NotDelivered. Sorted by file; then modules of
+/// the set by position, then absent ones by key.
 ///
 /// The results point into the modules of `set` and to `entries`, which must outlive them.
 std::vector<Deliverer> FindDeliverers(const ModuleIndex& set,

@@ -6,7 +6,7 @@
 namespace qm::merge {
 
 enum class Severity {
-  Error,    ///< the merge fails, or what it makes is installed wrongly
+  Error,    ///< the merge fails, or the merged package installs wrongly
   Warning,  ///< probably not what the authors want
   Note
 };
@@ -41,7 +41,7 @@ inline constexpr char kSeveralLanguages[] = "several-languages";
 /// What holds for every finding of a code.
 struct FindingCode {
   std::string_view code;
-  Severity severity;  ///< unless the case makes it a lower one
+  Severity severity;  ///< the highest one; a finding may have a lower one
   long mergeError;    ///< the installer's number for this kind of merge conflict; 0 if it has none
   std::string_view title;
 };

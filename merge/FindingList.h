@@ -9,25 +9,26 @@
 
 namespace qm::merge {
 
-/// Collects the findings of a check within bounds, so that no set makes more of them than anybody
-/// can read. What is beyond a bound is counted.
+/// Collects the findings of a check up to a limit for each code, so that no set produces more of
+/// them than anybody can read. Findings above a limit are only counted.
 class FindingList {
  public:
-  /// Findings that are listed for one code. A last one tells how many more there are.
+  /// The most findings that are listed for one code. An additional one states how many more there
+  /// are.
   static constexpr std::size_t kMaxFindings = 1000;
-  /// Modules that one finding names. Its text tells how many more there are.
+  /// The most modules that one finding names. Its text states how many more there are.
   static constexpr std::size_t kMaxModules = 16;
 
   explicit FindingList(const ModuleIndex& set) : m_set(set) {}
 
-  /// Returns whether a finding of this code will still be listed; counts it otherwise. Ask this
-  /// before work is done for a finding.
+  /// Reserves a place for a finding of this code. Returns false if the list is full; the finding is
+  /// then counted as unlisted. Call this before doing any work for a finding.
   bool Admit(const char* code);
 
-  /// The same without counting: for a search that ends where the list is full.
+  /// Returns whether the list of a code is full. Unlike Admit, counts nothing.
   bool IsFull(const char* code) const;
 
-  /// Records that a search ended where the list was full.
+  /// Records that a search ended early because the list was full.
   void EndSearch(const char* code) { m_counts[code].isComplete = false; }
 
   /// Adds an admitted finding, which names the first kMaxModules of `modules`. The reference is
@@ -38,19 +39,19 @@ class FindingList {
   struct CellInRow {
     std::size_t module;
     std::string_view table;
-    std::string_view key;  ///< of the row; empty if it is of no use
+    std::string_view key;  ///< of the row; may be empty
     const char* column;
     std::string_view value;
   };
 
-  /// The same for a finding about a cell, whose texts it has shortened.
+  /// Like Add, for a finding about a cell. Shortens the key and the value.
   Finding& AddForCell(const char* code, const CellInRow& cell, std::string text);
 
-  /// The same for a column of a row of the File table: "A:1033 delivers a.dll with ...".
+  /// Like AddForCell, for a cell of the File table: "A:1033 delivers a.dll with ...".
   Finding& AddForFile(const char* code, std::size_t module, const DeliveredFile& file,
                       const char* column, std::string_view value, const std::string& problem);
 
-  /// Returns the findings in their order.
+  /// Returns the findings in the order of SortFindings. Can be called once.
   std::vector<Finding> Take();
 
   const std::string& NameOf(std::size_t position) const {
@@ -72,13 +73,13 @@ class FindingList {
   std::vector<Finding> m_findings;
 };
 
-/// Joins texts as above, for any kind of text.
+/// Joins the first FindingList::kMaxModules texts in the same way.
 std::string JoinSome(const std::vector<std::string>& texts, const char* between);
 
 /// Puts a text into quotation marks, shortened to 200 bytes.
 std::string QuoteShort(std::string_view text);
 
-/// Shortens a text to 200 bytes, with "..." at its end.
+/// Shortens a text to 200 bytes, plus "..." if anything was cut off. Never cuts a character in two.
 std::string Shorten(std::string_view text);
 
 }  // namespace qm::merge

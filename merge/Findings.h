@@ -13,15 +13,15 @@
 
 namespace qm::merge {
 
-/// A value that a finding is about. Where two rows collide, both values stand side by side.
+/// A value that a finding is about. If rows collide, the finding has the values of each.
 struct FindingValue {
   std::optional<size_t> module;  ///< position of the module that has it
-  std::string column;            ///< of the table, or what the value is
+  std::string column;            ///< of the table, or a name for what the value is
   std::string value;
 };
 
-/// A finding of a check. The code and the severity say what it means; the rest depends on the code
-/// and is empty where it does not apply.
+/// A finding of a check. The code and the severity determine what it means; the rest depends on the
+/// code and is empty if it does not apply.
 struct Finding {
   std::string code;  ///< one of merge/FindingCodes.h
   Severity severity = Severity::Error;
@@ -34,12 +34,12 @@ struct Finding {
   /// A requirement of the first module.
   std::optional<Requirement> required = {};
   std::string file = {};    ///< long name
-  std::string folder = {};  ///< where the file goes, as TargetPath spells it
+  std::string folder = {};  ///< where the file goes, as CheckOptions::spell spells it
   std::string table = {};
   std::string key = {};  ///< primary key of a row of the table; columns are joined by "/"
   std::vector<std::string> versions = {};
   std::vector<FindingValue> values = {};
-  /// Stands for findings of its code that are not listed, and is the last of it.
+  /// Set for the finding that states how many findings of its code are not listed.
   bool isRest = false;
 };
 
@@ -47,11 +47,11 @@ struct Finding {
 Finding MakeFinding(const char* code, std::string text);
 
 /// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
-/// except that module itself. An exclusion of no ID excludes none.
+/// except that module itself. An exclusion without an ID excludes no module.
 std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion);
 
-/// What the checked modules are to one another.
+/// How the checked modules relate to one another.
 enum class CheckedAs {
   Catalog,  ///< anything may be merged with anything; modules of one ID are alternatives
   Merge     ///< all are merged into one package
@@ -59,20 +59,21 @@ enum class CheckedAs {
 
 struct CheckOptions {
   CheckedAs checkedAs = CheckedAs::Catalog;
-  /// Returns where a directory of the module at a position is. Without it, the modules' own tables
-  /// are walked.
+  /// Returns where a directory of the module at a position is. If not set, the module's own tables
+  /// decide.
   std::function<TargetFolder(size_t module, std::string_view directory)> resolve = nullptr;
-  /// Returns how a folder is spelled in findings; "[Root]path" without it.
+  /// Returns how a folder is spelled in findings. If not set, it is "[Root]path".
   std::function<std::string(const TargetFolder&)> spell = nullptr;
 };
 
 /// Checks the modules at the positions in `scope`: what would go wrong if they were merged.
-/// Requirements and exclusions of carried modules count, and the finding names the carried one. In
-/// a catalog, any module of the set may satisfy a requirement; in a merge, those that are merged.
+/// Includes requirements and exclusions of carried modules; their findings name the carried module.
+/// In a catalog, any module of the set may satisfy a requirement; in a merge, only one that is
+/// merged.
 ///
 /// A merge adds the rows of one module after the other, and refuses a row whose primary key is
 /// already there with other values. Rows of modules with the same ID are not compared: one finding
-/// says that these modules are alternatives.
+/// states that these modules are alternatives.
 ///
 /// The findings are in the order of SortFindings. Their number is bounded, see FindingList.
 std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size_t>& scope,
@@ -82,7 +83,7 @@ std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size
 /// module that two tables name has two.
 std::vector<Finding> CheckIndexes(const ModuleIndex& set, const std::vector<IndexEntry>& entries);
 
-/// Sorts findings by code, modules and text. The one that stands for the rest of a code is last.
+/// Sorts findings by code, modules and text. Within a code, the one with `isRest` is last.
 void SortFindings(std::vector<Finding>& findings);
 
 }  // namespace qm::merge

@@ -32,7 +32,7 @@ inline std::uint64_t HashText(std::uint64_t hash, std::string_view text) noexcep
   return HashNumber(HashNumber(hash, rest), size);
 }
 
-/// Returns the hash of the folded text. Texts that differ in case at most have the same.
+/// Returns a hash of the folded text: texts that differ only in case have the same hash.
 inline std::uint64_t HashFolded(std::string_view text) {
   std::uint64_t hash = kHashSeed;
   for (const char character : text) {

@@ -158,7 +158,8 @@ class PlanWriter {
     return planned;
   }
 
-  /// Returns the modules that satisfy every need that a module satisfies in the plan, best first.
+  /// Returns the modules outside the plan that satisfy every need that `module` satisfies in it,
+  /// best first.
   std::vector<std::uint32_t> FindAlternatives(std::uint32_t module) const {
     const std::vector<std::uint32_t>& needs = m_needs[module];
     std::vector<std::uint32_t> alternatives;
@@ -221,7 +222,8 @@ class PlanWriter {
     return JoinTexts(reasons, ", ");
   }
 
-  /// Returns a module that fits better than the chosen one, and why the plan does not have it.
+  /// Names a module that fits better than the chosen one, and states why the plan does not contain
+  /// it.
   std::string ExplainRejected(std::uint32_t module) const {
     const std::string name = ModuleAt(module).key + ' ' + ModuleAt(module).version;
     for (const std::uint32_t other : At(module).excludedWith) {
@@ -239,11 +241,12 @@ class PlanWriter {
   std::vector<Row> m_firstRows;
   std::vector<std::uint32_t> m_providers;  ///< by need
   std::vector<bool> m_isPlanned;
-  std::vector<bool> m_isAsked;                      ///< by need: m_providers has it
+  std::vector<bool> m_isAsked;                      ///< by need: whether m_providers is determined
   std::vector<std::vector<std::uint32_t>> m_needs;  ///< by module: those that it satisfies
   std::vector<Visit> m_path;
   std::vector<std::uint32_t> m_order;
-  std::set<std::pair<std::uint32_t, std::uint32_t>> m_closed;  ///< whose requirement closed a cycle
+  /// User and needed module of each requirement that closed a cycle.
+  std::set<std::pair<std::uint32_t, std::uint32_t>> m_closed;
   size_t m_cycleModules = 0;
   MergePlan m_plan;
 };

@@ -25,9 +25,9 @@ struct Objection {
 /// possible. Missing modules and exclusions are known without it.
 using FindObjections = std::function<std::vector<Objection>(const std::vector<size_t>& plan)>;
 
-/// How long a search for a plan may take: it looks at this many candidates of requirements at most
-/// (about a second), and asks for objections this many times. Most sets need far less: where the
-/// first choice for each requirement does, it is at most six looks for each candidate and for each
+/// Limits of a search for a plan: how many candidates of requirements it examines (about a second's
+/// work), and how often it asks for objections. Most sets need far less. If the first choice for
+/// each requirement will do, a search takes at most six steps for each candidate and for each
 /// requirement of a candidate.
 inline constexpr std::uint64_t kMaxPlanSteps = 5'000'000;
 inline constexpr int kMaxPlanRounds = 100;
@@ -47,11 +47,11 @@ struct MissingModule {
 /// A module of a plan.
 struct PlannedModule {
   size_t module;
-  std::optional<size_t> neededBy;  ///< module that needed it first; std::nullopt if the caller did
+  std::optional<size_t> neededBy;  ///< first module that needs it; std::nullopt for a wanted one
   std::string reason;              ///< why it was chosen
-  /// The modules that satisfy everything that the plan needs this one for, best first.
+  /// The modules outside the plan that satisfy everything that it needs this one for, best first.
   std::vector<size_t> alternatives = {};
-  /// The modules of the plan that satisfy its requirements, in their order and each once.
+  /// The modules of the plan that satisfy its requirements, in the order of these, each once.
   std::vector<size_t> needs = {};
 };
 
@@ -60,31 +60,32 @@ struct MergePlan {
   /// Every module follows all that it needs, except within cycles.
   std::vector<PlannedModule> modules;
   std::vector<MissingModule> missing;
-  /// Modules that need one another: each needs the next, and the last needs the first. Ends after
-  /// 100,000 modules in all: where everything needs everything, the cycles are without number.
+  /// Modules that need one another: each needs the next, and the last needs the first. No cycle is
+  /// added once they have 100,000 modules in total: if everything needs everything, there are too
+  /// many to list.
   std::vector<std::vector<size_t>> cycles;
-  /// Set if no plan is better. Not set if the search ended at its bound.
+  /// Set if no plan is better. Not set if the search reached its limit first.
   bool isProven = true;
 };
 
-/// Plans the merge of the modules at `wanted` and of everything that they need, also for modules
-/// that they carry: merging copies the requirements of those too. Only memory limits the number of
-/// modules and the depth of their requirements.
+/// Plans the merge of the modules at `wanted` and of everything that they need. This includes the
+/// requirements of modules that they carry, because merging copies those too. Only memory limits
+/// the number of modules and the depth of their requirements.
 ///
-/// The plan has all of `wanted`, and of all such plans it is the best one. Goals, of which an
-/// earlier one outweighs all later ones:
+/// The plan contains all of `wanted` and is the best of the plans that do. Each of these goals
+/// outweighs all later ones:
 ///
 /// 1. the fewest requirements that no module of the set satisfies,
 /// 2. the fewest objections: exclusions within the plan, what `findObjections` returns, and modules
 ///    whose only candidates are of a wrong platform,
-/// 3. the fewest modules beyond the first of an ID,
+/// 3. the fewest modules in addition to the first of each ID,
 /// 4. modules of the platform of those that need them,
 /// 5. modules in the language of those that need them, then neutral ones,
-/// 6. the highest versions: for each module counts how many higher versions of its ID the set has,
+/// 6. the highest versions: each module costs the number of higher versions of its ID in the set,
 /// 7. the fewest modules,
 /// 8. the first of equal modules in the set.
 ///
-/// `findObjections` is asked only if there is a choice, and again for each plan that its answers
+/// `findObjections` is called only if there is a choice, and again for each plan that its results
 /// lead to.
 MergePlan PlanMerge(const ModuleIndex& set, const std::vector<size_t>& wanted,
                     const PlanOptions& options = {});

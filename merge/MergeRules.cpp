@@ -38,7 +38,7 @@ unsigned PrimaryLanguage(long language) { return static_cast<std::uint16_t>(lang
 
 bool HasSublanguage(long language) { return static_cast<std::uint16_t>(language) >> 10U != 0; }
 
-/// Compares ASCII without copies, since a set asks this for each row.
+/// Compares ASCII without copies, because this runs for each row of a set.
 bool IsSameId(const std::string& a, const std::string& b) {
   const auto fold = [](char c) { return c >= 'A' && c <= 'Z' ? static_cast<char>(c + 32) : c; };
   for (size_t at = 0; at < std::min(a.size(), b.size()); ++at) {

@@ -11,9 +11,9 @@ namespace qm::merge {
 /// than, equal to or greater than 0. A part that is missing or does not begin with a digit is 0.
 /// What follows the digits of a part is ignored.
 ///
-/// For deciding whether a version satisfies a requirement or an exclusion, where "65536.0" is high.
-/// The gallery's CompareVersions, for deciding whether an offered version is newer, differs: it
-/// truncates each part to 16 bits, ignores parts after the fourth, and reads a sign.
+/// Used to decide whether a version satisfies a requirement or an exclusion; "65536.0" is a high
+/// version. The gallery's CompareVersions, which decides whether an offered version is newer,
+/// differs: it truncates each part to 16 bits, ignores parts after the fourth, and reads a sign.
 int CompareVersionTexts(const std::string& a, const std::string& b);
 
 /// Returns whether `language` is one of `wanted`. std::nullopt, the tables' null, and 0 mean every
@@ -25,9 +25,9 @@ bool MatchesLanguage(std::optional<long> wanted, long language);
 struct Requirement {
   std::string moduleId;
   std::optional<long> language;
-  std::string version;  ///< lowest one that will do; empty if any will
-  /// The key of the module that needs it, if that is one which was merged into the module with the
-  /// row. The need remains: merging copies such rows. Empty for the module's own rows.
+  std::string version;  ///< lowest acceptable one; empty if any is
+  /// The key of the carried module that needs it. Merging copied its row, so the requirement is
+  /// still in force. Empty for the module's own rows.
   std::string carriedFrom = {};
 };
 
@@ -46,7 +46,7 @@ struct Exclusion {
   std::optional<long> language;
   std::string minVersion;  ///< lowest excluded one; empty for no lower bound
   std::string maxVersion;  ///< highest excluded one; empty for no upper bound
-  /// The key of the module that excludes them, as in Requirement.
+  /// The key of the carried module that excludes them, as in Requirement.
   std::string carriedFrom = {};
 };
 

@@ -19,20 +19,20 @@ namespace qm::merge {
 //   which carry one module in two versions collide.
 // - ModuleIgnoreTable, ModuleConfiguration and ModuleSubstitution direct the merge and are not
 //   copied. Neither are _Validation and the tables that a ModuleIgnoreTable names.
-// - Rows of the Module...Sequence tables become rows of the sequence tables of the package, which a
-//   module has only empty. An action with a number and no base action is a standard one, for which
-//   the number of the package counts.
+// - Rows of the Module...Sequence tables become rows of the sequence tables of the package, which
+//   are empty in a module. An action with a number and no base action is a standard one, which
+//   keeps the number that it has in the package.
 // - The package has the row of TARGETDIR, and files and media are numbered again.
 
 enum class TableKind { Rows, Sequence, Directory, File, NotMerged };
 
-/// The cells of a module that get their values from the user of the module (ModuleSubstitution).
+/// The cells of a module whose values the user of the module supplies (ModuleSubstitution).
 class SubstitutedCells {
  public:
   explicit SubstitutedCells(const Table& substitutions);
 
-  /// Returns whether a row, named by its key with semicolons between the cells, has such a cell.
-  /// Not if the key has more than 4,096 bytes.
+  /// Returns whether `column` of a row is such a cell. `key` is the primary key of the row, with
+  /// semicolons between its cells. Always false for a key of more than 4,096 bytes.
   bool Has(std::string_view table, std::string_view key, std::string_view column) const;
 
  private:
@@ -56,7 +56,7 @@ struct RowRef {
 /// How the columns of two tables of one name relate.
 enum class ColumnRelation {
   Same,
-  Extended,  ///< one has more columns at its end, which may be null
+  Extended,  ///< one has additional nullable columns at its end
   Different
 };
 
@@ -65,7 +65,7 @@ ColumnRelation CompareColumns(const Table& a, const Table& b);
 /// Tables of one name with the same columns.
 struct ColumnGroup {
   const ModuleTable* first;
-  const ModuleTable* other = nullptr;  ///< the first one of another ID, if there is one
+  const ModuleTable* other = nullptr;  ///< the first one of a module with another ID; null if none
   size_t count = 1;
 };
 
@@ -78,15 +78,15 @@ struct NamedTables {
   std::vector<std::vector<RowRef>> rowsOfKeys = {};
 };
 
-/// Returns the hash of a cell, added to `hash`. Of data, only the size counts.
+/// Returns `hash` combined with a cell. Of binary data, only the size is hashed.
 std::uint64_t HashCell(std::uint64_t hash, const Table& table, std::size_t row, std::size_t column);
 
-/// Collects the merged tables of all modules and hashes the keys of their rows. Module by module,
-/// since the texts of one are close together in memory; everything later looks only at rows that
-/// meet others.
+/// Collects the merged tables of all modules and hashes the keys of their rows. Works module by
+/// module, because the texts of one module are close together in memory. Everything after that
+/// looks only at rows whose keys have the same hash.
 class MergedTables {
  public:
-  /// Kinds of columns of one table that are told apart.
+  /// The most sets of columns of one table that are distinguished.
   static constexpr std::size_t kMaxGroups = 8;
 
   explicit MergedTables(const CheckedModules& modules) : m_modules(modules) {}
@@ -106,7 +106,7 @@ class MergedTables {
   void HashRows(const ModuleTable& owner, TableKind kind);
 
   const CheckedModules& m_modules;
-  std::deque<ModuleTable> m_tables;  ///< does not move them
+  std::deque<ModuleTable> m_tables;  ///< a deque, because pointers to its elements are kept
   std::deque<SubstitutedCells> m_substituted;
   std::unordered_map<std::string_view, std::size_t> m_numbers;
   std::vector<NamedTables> m_names;

@@ -16,9 +16,10 @@ namespace qm::merge {
 // A merge module with all its facts, for the rules of merging, for searches and for display. All
 // texts are UTF-8.
 //
-// The string_views in these structs point into the texts of Module::tables. Copies of a Module
-// share the tables, so a view is valid as long as any copy exists. Tables are immutable, so several
-// threads may read copies of one module.
+// The string_views in these structs point into the texts of Module::tables or, for a module without
+// tables, into texts that its maker keeps alive. Copies of a Module share the tables, so a view is
+// valid as long as any copy exists. Tables are immutable, so several threads may read copies of one
+// module.
 
 /// A row of ModuleSignature, or the owner of a row of another table.
 struct ModuleSignature {
@@ -74,8 +75,8 @@ struct CustomAction {
   std::string_view target;
 };
 
-/// What a list of modules says about one of them. ReadModule takes the identity from the file and
-/// leaves the rest as it is.
+/// What a list of modules knows about one of them. ReadModule sets the identity and the package
+/// code from the file; the caller sets the rest.
 struct ModuleListing {
   std::string key;  ///< "ID:language"
   std::string moduleId;
@@ -87,11 +88,11 @@ struct ModuleListing {
   std::string origin;          ///< the search folder; empty for a gallery module
   bool isFromGallery = false;  ///< listed because a description of the object gallery names it
   bool isPresent = true;       ///< false for a gallery module whose file is not on this machine
-  bool needsDownload = false;  ///< the module, or files of it
+  bool needsDownload = false;  ///< the module or some of its files
 };
 
 struct Module : ModuleListing {
-  // ---- What the summary information says
+  // ---- From the summary information
 
   std::string subject;
   std::string author;
@@ -109,7 +110,8 @@ struct Module : ModuleListing {
   /// whoever compares them.
   std::string change;
 
-  // ---- What merging needs, in the order of the file. Empty for a module that is not present.
+  // ---- What merging needs, in the order of the file. A module that is not present has what its
+  // gallery description lists.
 
   std::vector<Requirement> requirements;  ///< rows of carried modules included: see Requirement
   std::vector<Exclusion> exclusions;      ///< the same

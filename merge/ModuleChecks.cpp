@@ -9,8 +9,8 @@ namespace qm::merge {
 
 namespace {
 
-/// Returns whether a text is a version as the installer knows them: up to four numbers below 65,536
-/// with dots between them.
+/// Returns whether the installer accepts a text as a version: up to four numbers below 65,536 with
+/// dots between them.
 bool IsVersion(std::string_view text) noexcept {
   constexpr unsigned kMaxParts = 4;
   constexpr unsigned kMaxNumber = 65535;
@@ -37,7 +37,7 @@ bool IsVersion(std::string_view text) noexcept {
   return hasDigit;
 }
 
-/// Finds versions that are none, since the installer compares them as if parts were missing.
+/// Finds malformed versions, which the installer compares as if parts were missing.
 class VersionCheck {
  public:
   VersionCheck(const CheckedModules& modules, FindingList& findings)
@@ -136,7 +136,7 @@ void CheckTemplate(const CheckedModules& modules, size_t position, FindingList& 
   }
 }
 
-/// Modules of one ID.
+/// Finds several modules of one ID.
 class IdentityCheck {
  public:
   IdentityCheck(const CheckedModules& modules, FindingList& findings)
@@ -144,7 +144,6 @@ class IdentityCheck {
 
   void Run() {
     for (const size_t position : m_modules.Scope()) {
-      // Of alternatives, the first of the set brings all of them, once.
       if (!m_modules.At(position).moduleId.empty()) {
         m_byIdentity[m_modules.IdentityOf(position)].push_back(position);
       }
@@ -251,7 +250,8 @@ class IdentityCheck {
   std::map<size_t, std::vector<size_t>> m_byIdentity;
 };
 
-/// Whether two modules are copies: a package code belongs to one version in one language.
+/// Returns whether two modules are copies, which may share a package code: it belongs to one
+/// version in one language.
 bool AreCopies(const Module& a, const Module& b) {
   return IsSameFolded(a.key, b.key) && CompareVersionTexts(a.version, b.version) == 0;
 }

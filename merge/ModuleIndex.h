@@ -39,10 +39,10 @@ struct Candidate {
   LanguageMatch language;
 };
 
-/// Where the version of a module stands among the modules of its ID.
+/// The rank of a module among those of its ID, by version.
 struct VersionRank {
-  size_t higherVersions;  ///< different ones
-  size_t modulesBefore;   ///< of a higher version, or of the same and earlier in the set
+  size_t higherVersions;  ///< number of distinct higher versions
+  size_t modulesBefore;   ///< number with a higher version, or the same and earlier in the set
 };
 
 /// An index of modules by ID, which finds the module for a requirement. Positions are those in the
@@ -57,21 +57,21 @@ class ModuleIndex {
   /// ID.
   const std::vector<size_t>& FindById(const std::string& moduleId) const;
 
-  /// Returns the positions of the modules that a key means, in ascending order, by the rules of the
+  /// Returns the positions of the modules that a key names, in ascending order, by the rules of the
   /// catalog's FindModule: "ID" and "ID:" mean every language, "ID:1033" the one language whose
   /// decimal text this is. The first colon separates the two. Ignores the case of the ID.
   ///
-  /// Also finds modules whose ID holds colons, by the whole ID or by their own key: there the last
-  /// colon separates ID and language.
+  /// Also finds modules whose ID contains colons, by the whole ID or by their own key, in which the
+  /// last colon separates ID and language.
   std::vector<size_t> FindByKey(const std::string& key) const;
 
   /// Returns the modules that satisfy a requirement of `user`, best first: by platform, language,
   /// highest version and order. The wanted language is that of `user`, or that of the requirement
   /// if the two do not match. Modules of a wrong platform are returned only if no others satisfy
-  /// it. A requirement of no ID is satisfied by no module, not by one without an ID.
+  /// it. No module, not even one without an ID, satisfies a requirement without an ID.
   std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const;
 
-  /// Chooses the best of these modules, whatever else is merged.
+  /// Chooses the best of these modules, regardless of what else is merged.
   Choice Choose(const Requirement& requirement, const Module& user) const;
 
   VersionRank RankOf(size_t position) const noexcept { return m_ranks[position]; }

@@ -13,7 +13,7 @@ namespace qm::merge {
 
 namespace {
 
-/// Converts bytes of a code page that nobody knows.
+/// Converts bytes in a code page that is not available: replaces all but ASCII with "?".
 std::string ReplaceAllButAscii(std::string_view bytes) {
   std::string text(bytes);
   std::replace_if(
@@ -141,7 +141,7 @@ class ModuleTables::Reader {
     m_tables.m_ends.push_back(0);
     for (std::uint32_t number = 1; number < pool.EndNumber(); ++number) {
       std::string_view bytes = pool.Text(number);
-      bytes = bytes.substr(0, bytes.find('\0'));  // where the installer ends it
+      bytes = bytes.substr(0, bytes.find('\0'));  // the installer ends a text at its first zero
       if (bytes.empty() || (isAsciiSuperset && text::IsAscii(bytes))) {
         AddText(bytes);
       } else {
@@ -211,7 +211,7 @@ class ModuleTables::Reader {
     }
   }
 
-  /// Checks the texts of a row and measures its data.
+  /// Checks that the texts of a row exist and records the size of its data.
   void ReadRow(const image::TableRows& rows, std::size_t row, Table& table) {
     const std::vector<Column>& columns = rows.Definition().columns;
     for (std::size_t column = 0; column < columns.size(); ++column) {
@@ -234,7 +234,7 @@ class ModuleTables::Reader {
 
   /// Reads the data that another module may have too.
   void ReadSharedStreams() {
-    std::uint64_t left = m_database.Size();  // data may share its bytes
+    std::uint64_t left = m_database.Size();  // cells may share bytes of the file
     for (const FoundStream& found : m_streams) {
       Table& table = m_tables.m_tables[found.table];
       Table::Stream& stream = table.m_streams[found.number];
@@ -245,7 +245,7 @@ class ModuleTables::Reader {
           stream.hash =
               HashText(kHashSeed, {reinterpret_cast<const char*>(bytes.data()), bytes.size()});
         } catch (const image::Damage&) {
-          stream.hash.reset();  // the size is compared
+          stream.hash.reset();  // only the sizes are compared then
         }
       }
     }
@@ -281,7 +281,7 @@ class ModuleTables::Reader {
   const DecodeText& m_decode;
   SharedStreams* m_shared;
   std::vector<FoundStream> m_streams;
-  bool m_takesTexts = false;                 ///< the texts of the database are UTF-8 as they are
+  bool m_takesTexts = false;  ///< the texts of the database are ASCII and need no conversion
   std::uint64_t m_left = m_database.Size();  ///< bytes that further tables may have
 };
 

@@ -13,8 +13,8 @@
 
 namespace qm::merge {
 
-/// Converts bytes in a code page to UTF-8; 0 is the code page of the system. Returns nothing if it
-/// does not know the code page. Not called for ASCII text in the code pages of Windows.
+/// Converts bytes in a code page to UTF-8; 0 is the code page of the system. Returns nothing if the
+/// code page is not available. Not called for ASCII text in the code pages of Windows.
 using DecodeText =
     std::function<std::optional<std::string>(std::string_view bytes, std::uint32_t codePage)>;
 
@@ -22,7 +22,7 @@ using DecodeText =
 using image::Column;
 
 /// A table of a module. Rows and columns are numbered from 0 and must exist. Immutable. Belongs to
-/// its ModuleTables, which all views depend on.
+/// its ModuleTables, which must outlive all views of its texts.
 class Table {
  public:
   std::string_view Name() const noexcept { return m_name; }
@@ -55,8 +55,8 @@ class Table {
   std::optional<std::uint64_t> StreamSize(std::size_t row, std::size_t column) const noexcept;
 
   /// Returns a hash of the data of such a cell; nothing if it was not read: no other module of the
-  /// set has data of this size in this row, the data is damaged or larger than 256 MB, or the data
-  /// of the file has more bytes than the file.
+  /// set has data of this size in this row, the data is damaged or larger than 256 MB, or the cells
+  /// of the file claim more data than the file has bytes.
   std::optional<std::uint64_t> StreamHash(std::size_t row, std::size_t column) const noexcept;
 
   /// Formats a cell of any column for display: the text, the number in decimal, or "binary of 12
@@ -79,7 +79,7 @@ class Table {
   std::string_view m_name;
   std::vector<Column> m_columns;
   std::size_t m_rowCount = 0;
-  std::size_t m_rowsInFile = 0;   ///< with those that cannot be read
+  std::size_t m_rowsInFile = 0;   ///< including those that cannot be read
   image::Bytes m_cells;           ///< column after column, as in the file
   std::vector<Stream> m_streams;  ///< sorted by cell
   std::string m_failure;
@@ -90,12 +90,11 @@ class Table {
 /// memory as the tables take in the file. Immutable.
 class ModuleTables {
  public:
-  /// Reads all tables of a database, which must not be used afterwards but for its summary
-  /// information: this may take its strings. Reads data that `shared`, unless it is null, knows of
-  /// another module, as far as that has no more bytes than the file. Damage of a table becomes its
-  /// Failure(). Neither takes more memory than the size of the file justifies: reading ends, with a
-  /// Failure(), where the tables claim more bytes than the file has. Throws std::bad_alloc, and
-  /// what the source of the database throws.
+  /// Reads all tables of a database. This may take the strings of the database, so only its summary
+  /// information may be read afterwards. Also reads the data that another module has too, as noted
+  /// in `shared` (which may be null), up to the size of the file in total. Damage of a table
+  /// becomes its Failure(), and so does a table with which the tables would have more bytes than
+  /// the file. Throws std::bad_alloc, and what the source of the database throws.
   ModuleTables(image::Database& database, const DecodeText& decode,
                SharedStreams* shared = nullptr);
   ModuleTables(const ModuleTables&) = delete;

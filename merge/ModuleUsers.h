@@ -7,10 +7,10 @@
 
 namespace qm::merge {
 
-/// A module that needs one of others.
+/// A module that needs one of several target modules.
 struct ModuleUser {
   size_t module;
-  size_t through;  ///< what it needs directly on the shortest path to the nearest of them
+  size_t through;  ///< the module it needs directly, on the shortest path to the nearest target
 };
 
 /// Who needs whom in a set, if each requirement is satisfied by the best module for it. Immutable.

@@ -17,7 +17,8 @@ using Numbers = PlanSolver::Numbers;
 
 constexpr std::uint32_t kNone = PlanProblem::kNone;
 
-/// What is wrong with a plan: modules that object to one another, or one that lacks others.
+/// What is wrong with a plan: modules that must not be merged together, or one whose requirements
+/// are missing.
 struct Violation {
   bool isMissing = false;
   Numbers modules;
@@ -73,7 +74,7 @@ class ConflictFinder {
  private:
   struct Description {
     PlanConflict conflict;
-    const Requirement* missing;  ///< what no module satisfies; null for an objection
+    const Requirement* missing;  ///< which no module satisfies; null for an objection
   };
 
   bool MaySolve() const {
@@ -93,7 +94,7 @@ class ConflictFinder {
     return GetNameInSentence(ModuleAt(module));
   }
 
-  /// Returns the key and version of a module, for telling it from others of its ID.
+  /// Returns the key and version of a module, which distinguish it from others of its ID.
   std::string DescribeVersion(std::uint32_t module) const {
     return NameOf(module) + ' ' + ModuleAt(module).version;
   }
@@ -123,11 +124,12 @@ class ConflictFinder {
 
   struct Minimized {
     Numbers wanted;
-    bool isComplete;  ///< each was left out
+    bool isComplete;  ///< leaving out was tried for each
   };
 
-  /// Returns wanted modules without any of which no violation remains. Begins with those from which
-  /// a violation is reached, and leaves out one after the other.
+  /// Returns wanted modules that only together cause a violation: without any one of them, none
+  /// remains. Begins with those that lead to `violation`, and tries to leave out one after the
+  /// other.
   Minimized Minimize(const Numbers& plan, const Violation& violation) {
     Numbers sources;
     for (const Numbers& chain : FindChains(m_wanted, plan, violation.modules)) {
@@ -155,7 +157,7 @@ class ConflictFinder {
     return {std::move(needed), isComplete};
   }
 
-  /// Returns the shortest chain from a wanted module to each target that a plan has.
+  /// Returns the shortest chain from a wanted module to each target in the plan.
   std::vector<Numbers> FindChains(const Numbers& wanted, const Numbers& plan,
                                   const Numbers& targets) const {
     std::vector<std::uint32_t> neededBy(m_problem.Modules().size(), kNone);
@@ -207,7 +209,7 @@ class ConflictFinder {
   }
 
   /// Describes a violation of the plan for some of the wanted modules: one conflict for each
-  /// requirement that lacks a module, or one for an objection.
+  /// missing requirement, or one for an objection.
   std::vector<Description> Describe(const Numbers& wanted, const Numbers& plan,
                                     const Violation& violation) {
     PlanConflict conflict;
@@ -236,7 +238,7 @@ class ConflictFinder {
     return descriptions;
   }
 
-  /// Returns the first requirements of a module that no module satisfies.
+  /// Returns the first kMaxPlanConflicts requirements of a module that no module satisfies.
   std::vector<const Requirement*> FindMissing(std::uint32_t module) const {
     const std::vector<std::uint32_t>& needs = m_problem.Modules()[module].rowNeeds;
     std::vector<const Requirement*> missing;
@@ -278,8 +280,8 @@ class ConflictFinder {
     return JoinTexts(names, " and ") + " cannot be merged together";
   }
 
-  /// Returns what else is wrong if another candidate is taken for a module on a chain: one sentence
-  /// for each of the last few, each planned.
+  /// Explains why other candidates do not help. Plans without each of the last few modules on the
+  /// chains, and returns a clause for each plan that has another violation.
   std::string ExplainOthers(const Numbers& wanted, const Numbers& onChains,
                             const Violation& violation) {
     constexpr size_t kMaxOthers = 3;
@@ -308,7 +310,7 @@ class ConflictFinder {
     return text;
   }
 
-  /// Plans without one of the wanted modules and adds that as a fix.
+  /// Plans without one of the wanted modules, and adds that as a fix if it resolves the conflict.
   void AddFixWithout(std::uint32_t dropped, const Numbers& wanted, const Numbers& before,
                      PlanConflict& conflict) {
     if (m_wanted.size() == 1 || !MaySolve()) {
@@ -358,8 +360,8 @@ class ConflictFinder {
     }
   }
 
-  /// Adds the module that would end a conflict if the set had it. `plan` is what can be planned
-  /// then.
+  /// Adds as a fix the module that would resolve a conflict if the set had it. `plan` is the plan
+  /// that ignores the conflict.
   void AddFixWithModule(const Violation& violation, const Requirement* missing, const Numbers& plan,
                         PlanConflict& conflict) {
     std::string lacking;
@@ -396,7 +398,7 @@ class ConflictFinder {
   PlanSolver m_solver;
   const PlanProblem& m_problem;
   Numbers m_wanted;
-  std::vector<bool> m_isIgnored;  ///< by module: what it lacks
+  std::vector<bool> m_isIgnored;  ///< by module: whether what it lacks is ignored
   std::vector<Violation> m_ignored;
   size_t m_plans = 0;
 };

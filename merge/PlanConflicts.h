@@ -9,37 +9,39 @@
 
 namespace qm::merge {
 
-/// A change after which a conflict does not arise. It was planned again before it is reported.
+/// A change that resolves a conflict, verified by planning again.
 struct PlanFix {
   std::string text;             ///< "without A:1033 the rest can be merged"
-  std::vector<size_t> drop;     ///< wanted modules to do without; empty if a module must be added
+  std::vector<size_t> drop;     ///< wanted modules to leave out; empty if a module must be added
   std::vector<size_t> modules;  ///< of the plan with this change, in the order of the set
 };
 
-/// Why some of the wanted modules cannot be merged without an objection, whatever else is chosen.
+/// Why no choice of other modules lets some of the wanted modules be merged without an objection.
 struct PlanConflict {
-  std::string text;             ///< a sentence
-  std::vector<size_t> wanted;   ///< wanted modules that lead to it; without one of them it is gone
-  std::vector<size_t> modules;  ///< that object to one another, or the one that lacks another one
+  std::string text;  ///< a sentence
+  /// Wanted modules that cause it; leaving out any of them resolves it.
+  std::vector<size_t> wanted;
+  /// Those that must not be merged together, or the one whose requirement is missing.
+  std::vector<size_t> modules;
   /// For each of these modules the shortest chain of requirements from a wanted module to it: each
-  /// needs the next one. One module for a wanted one.
+  /// needs the next one. For a wanted module, the chain is that module alone.
   std::vector<std::vector<size_t>> chains;
   std::vector<PlanFix> fixes;
-  /// Set if no plan with `wanted` is without an objection, and one is without any of them. Not set
-  /// if the search ended at its bound before it knew.
+  /// Set if no plan for `wanted` avoids the conflict, but leaving out any of them does. Not set if
+  /// the search reached its limit before this was known.
   bool isMinimal = true;
 };
 
-/// Bounds of a search for conflicts. After so many conflicts it ends. After so many plans, or steps
-/// for them (PlanSolver::Steps), it returns what it has, one conflict at least: `wanted` may then
-/// have more modules than necessary, and fixes may be absent.
+/// Limits of a search for conflicts. It ends after this many conflicts. After this many plans, or
+/// this many steps for them (PlanSolver::Steps), it returns what it has, but at least one conflict:
+/// its `wanted` may then have more modules than necessary, and fixes may be absent.
 inline constexpr size_t kMaxPlanConflicts = 25;
 inline constexpr size_t kMaxConflictPlans = 300;
 inline constexpr std::uint64_t kMaxConflictSteps = 4 * kMaxPlanSteps;
 
-/// Finds what prevents a merge of the modules at `wanted` to which nobody objects, and what would
-/// change that. Conflicts are independent: each is found with what the ones before it object to
-/// being permitted. Returns nothing if there is a plan without missing modules and objections.
+/// Finds what prevents merging the modules at `wanted` without an objection, and what would resolve
+/// it. Conflicts are independent: the search for each one permits what the earlier ones object to.
+/// Returns an empty list if there is a plan without missing modules and objections.
 std::vector<PlanConflict> FindPlanConflicts(const ModuleIndex& set,
                                             const std::vector<size_t>& wanted,
                                             const PlanOptions& options = {});

@@ -6,18 +6,18 @@
 
 namespace qm::merge {
 
-/// The cost of a plan: one sum for each goal, of which an earlier one outweighs all later ones.
-/// Costs of parts that do not affect one another add up.
+/// The cost of a plan: one sum for each goal. Each goal outweighs all later ones. Costs of parts
+/// that do not affect one another add up.
 struct PlanCost {
   enum Goal : size_t {
     Missing,     ///< requirements that no module of the set satisfies
     Objections,  ///< combinations that must not be merged, and modules of the wrong platform
-    Repeats,     ///< modules beyond the first of an ID
+    Repeats,     ///< modules in addition to the first of each ID
     Platforms,   ///< requirements that a module of another platform satisfies
     Languages,   ///< how far a module is from the language of the one that needs it
-    Versions,    ///< how many higher versions of its ID the set has
+    Versions,    ///< VersionRank::higherVersions of each module
     Modules,     ///< number of modules
-    Order,       ///< how many modules of its ID are of a higher version or earlier in the set
+    Order,       ///< VersionRank::modulesBefore of each module
     kGoals
   };
 

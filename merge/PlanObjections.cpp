@@ -11,8 +11,7 @@ std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::ve
   for (Finding& finding : CheckModules(set, plan, options)) {
     if (finding.severity == Severity::Error && finding.code != kMissingDependency) {
       std::vector<size_t> modules = std::move(finding.positions);
-      if (finding.code ==
-          kDuplicateModuleKey) {  // names one of the modules, since all have its key
+      if (finding.code == kDuplicateModuleKey) {  // the finding names one module for all
         for (const FindingValue& value : finding.values) {
           modules.push_back(*value.module);
         }

@@ -7,8 +7,8 @@
 
 namespace qm::merge {
 
-/// Returns what a check objects to if the modules at `plan`, in ascending order, were merged: the
-/// modules of its errors. Missing modules are left out: a plan knows them itself.
+/// Checks the modules at `plan`, in ascending order, as a merge. Returns an objection for each
+/// error except missing modules, which the plan itself lists.
 std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::vector<size_t>& plan,
                                            CheckOptions options);
 

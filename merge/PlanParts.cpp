@@ -9,7 +9,7 @@ namespace {
 
 constexpr size_t kMaxKeySize = 20'000;
 
-/// Groups that grow together.
+/// Groups of members that can be joined (union-find).
 class Groups {
  public:
   std::uint32_t Add() {
@@ -134,8 +134,9 @@ std::vector<PlanParts::Part> PlanParts::Split(const Numbers& open) {
   return parts;
 }
 
-/// Returns all that the answer for a part depends on: open needs, and the modules that can be
-/// selected, with what the selected ones mean for them.
+/// Returns everything that the answer for a part depends on: its open needs, and the modules that
+/// can be selected, with the effect of the selected ones on them. Empty if the answer must not be
+/// remembered.
 PlanParts::Numbers PlanParts::MakeKey(const Part& part) const {
   Numbers key;
   for (const std::uint32_t need : part.open) {
@@ -162,8 +163,8 @@ PlanParts::Numbers PlanParts::MakeKey(const Part& part) const {
   return key;
 }
 
-/// Fills in what satisfying the open needs of a part costs at least: for each ID of which every
-/// answer has a module, its cheapest one.
+/// Fills in the lower bound for satisfying the open needs of a part: the cheapest candidate for
+/// each need, and the cheapest module of each ID that every answer contains.
 void PlanParts::FillBound(Part& part) {
   for (const std::uint32_t need : part.open) {
     PlanCost lowest = MakeHighestCost();

@@ -16,10 +16,10 @@ class PlanParts {
   /// Needs that share no module, ID or objection with others.
   struct Part {
     Numbers open;     ///< needs of selected modules that no selected module satisfies
-    Numbers modules;  ///< that answers can have
+    Numbers modules;  ///< that an answer can contain
     Numbers key;      ///< what the answer depends on; empty if it must not be remembered
     PlanCost bound;   ///< every answer costs at least this
-    std::map<std::uint32_t, PlanCost> bounds;  ///< the same for one ID
+    std::map<std::uint32_t, PlanCost> bounds;  ///< by ID: its share of `bound`
   };
 
   /// `state` must outlive the object.

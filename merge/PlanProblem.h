@@ -48,9 +48,9 @@ class PlanProblem {
     std::uint32_t id = 0;
     bool isExpanded = false;                  ///< the members below are known
     std::vector<std::uint32_t> rowNeeds;      ///< need of each requirement; kNone if met within
-    std::vector<std::uint32_t> needs;         ///< the same, each once, and only with candidates
+    std::vector<std::uint32_t> needs;         ///< the same, each once, if it has candidates
     std::vector<std::uint32_t> excludedWith;  ///< modules that it excludes or that exclude it
-    PlanCost cost;                            ///< of the module whatever else is planned
+    PlanCost cost;                            ///< of the module, regardless of what else is planned
   };
 
   enum class Extent {
@@ -110,7 +110,7 @@ class PlanProblem {
   std::unordered_map<std::string_view, std::uint32_t> m_versions;
   std::map<std::string, std::uint32_t> m_platforms;
   std::unordered_map<NeedKey, std::uint32_t, HashNeedKey> m_needNumbers;
-  std::vector<std::uint32_t> m_lastUser;  ///< by need: the module whose needs list it last
+  std::vector<std::uint32_t> m_lastUser;  ///< by need: the last module whose `needs` list it
 };
 
 }  // namespace qm::merge

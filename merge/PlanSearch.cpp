@@ -8,7 +8,7 @@ namespace qm::merge {
 
 namespace {
 
-/// Numbers that the memory of solved parts holds at most, so that it stays below some megabytes.
+/// The most numbers in the memory of solved parts, which limits it to some megabytes.
 constexpr size_t kMaxMemorySize = 4'000'000;
 
 }  // namespace
@@ -36,8 +36,8 @@ PlanSearch::Result PlanSearch::Solve(const Numbers& wanted) {
   return {std::move(answer.modules), answer.cost, !m_isExhausted};
 }
 
-/// Bans the modules of a part with which nothing below the limit is possible. Returns whether there
-/// are any.
+/// Bans the modules of a part that no answer below the limit can contain. Returns whether there are
+/// any.
 bool PlanSearch::BanUseless(const Part& part, const PlanCost& limit) {
   const size_t mark = m_state.Mark();
   for (const std::uint32_t module : part.modules) {
@@ -171,8 +171,8 @@ PlanSearch::Entry PlanSearch::Enter(Part part, const PlanCost& limit, Answer& an
   return Entry::Pushed;
 }
 
-/// Selects the next candidate that can lead to something better. The plans with those before it are
-/// known, so they are out of the question.
+/// Selects the next candidate that can lead to something better; false if none is left. Bans the
+/// candidates before it, because the plans that contain them are known.
 bool PlanSearch::StartNextChoice(Frame& frame) {
   while (frame.nextChoice < frame.choices.size() && !m_isExhausted) {
     if (frame.nextChoice > 0) {

@@ -10,8 +10,8 @@ namespace qm::merge {
 
 /// Finds the cheapest plan of a problem. A depth-first search with bounds: what remains after a
 /// decision is divided into parts that do not affect one another, each part is solved once and
-/// remembered, and a part is left as soon as it cannot be better than the best that is known. Keeps
-/// an explicit stack, so that only memory limits the depth.
+/// remembered, and a part is abandoned as soon as it cannot beat the best known answer. Keeps an
+/// explicit stack, so that only memory limits the depth.
 class PlanSearch {
  public:
   using Numbers = PlanState::Numbers;
@@ -19,11 +19,11 @@ class PlanSearch {
   struct Result {
     Numbers modules;  ///< of the plan, in ascending order
     PlanCost cost;
-    bool isProven = true;  ///< no plan costs less; false if the search ended at its bound
+    bool isProven = true;  ///< no plan costs less; false if the search reached its limit
   };
 
-  /// A step is one look at a candidate of a requirement. After `maxSteps` of them, a search returns
-  /// the best plan that it has.
+  /// A step is the examination of one candidate of a requirement. After `maxSteps` of them, a
+  /// search returns the best plan found so far.
   PlanSearch(const PlanProblem& problem, std::uint64_t maxSteps)
       : m_state(problem), m_parts(m_state), m_maxSteps(maxSteps) {}
   PlanSearch(const PlanSearch&) = delete;
@@ -31,13 +31,13 @@ class PlanSearch {
   ~PlanSearch() = default;
 
   /// Makes a combination of modules, in ascending order, cost one objection more. A combination of
-  /// several modules may be added once.
+  /// several modules must not be added twice.
   void AddObjection(const Numbers& modules) { m_state.AddObjection(modules); }
 
   /// Takes back an objection that was added, or an exclusion of the problem.
   void RemoveObjection(const Numbers& modules) { m_state.RemoveObjection(modules); }
 
-  /// Makes what a module lacks cost nothing from now on.
+  /// Makes the missing requirements of a module cost nothing from now on.
   void IgnoreMissing(std::uint32_t module) { m_state.ClearMissing(module); }
 
   /// Makes Solve choose a module only where nothing else satisfies a requirement, until Permit.
@@ -57,18 +57,18 @@ class PlanSearch {
   using Answer = PlanState::Answer;
   using Part = PlanParts::Part;
 
-  /// More than the modules of a set can lack.
+  /// More than the number of requirements that a set can have.
   static constexpr std::int64_t kAvoided = 1'000'000'000'000;
 
   struct Remembered {
-    bool isExact;  ///< otherwise only the cost is known, as a bound
+    bool isExact;  ///< otherwise only the cost is set, as a lower bound
     Answer answer;
   };
 
-  /// A part whose candidates are being tried. While one is, `running` has what was found with it.
+  /// A part whose candidates are being tried. While one is tried, `running` has the answer so far.
   struct Frame {
     Part part;
-    PlanCost limit;  ///< only what costs less is of use
+    PlanCost limit;  ///< only an answer that costs less is useful
     Answer best;
     Numbers choices;
     size_t nextChoice = 0;

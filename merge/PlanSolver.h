@@ -11,9 +11,8 @@
 
 namespace qm::merge {
 
-/// Finds plans to which there is no objection: asks for objections to the plan that it found,
-/// learns them and searches again until no new ones come. Knows everything that it learned in later
-/// calls.
+/// Finds plans without objections: asks for objections to the plan that it found, learns them, and
+/// searches again until there are no new ones. Later calls use what was learned.
 class PlanSolver {
  public:
   using Numbers = PlanSearch::Numbers;
@@ -25,22 +24,23 @@ class PlanSolver {
   PlanSearch& Search() noexcept { return m_search; }
   const PlanSearch& Search() const noexcept { return m_search; }
 
-  /// What it costs to ask for objections to a plan, in steps of a search for each module of it:
-  /// that looks at every row of them.
+  /// The cost of asking for objections to a plan, in search steps for each of its modules. It is
+  /// high because a check looks at every row.
   static constexpr std::uint64_t kStepsOfCheckedModule = 100;
 
-  /// Returns the best plan with the modules of these numbers. Does not ask for objections again,
-  /// and returns a plan that is not proven, once Steps() is `maxSteps`.
+  /// Returns the best plan with the modules of these numbers. If there are new objections when
+  /// Steps() has reached `maxSteps`, returns the last plan, not proven, instead of searching again.
   PlanSearch::Result Solve(const Numbers& wanted,
                            std::uint64_t maxSteps = std::numeric_limits<std::uint64_t>::max());
 
-  /// Returns the steps of all searches so far, and what it cost to ask for objections.
+  /// Returns the steps of all searches so far, including the cost of asking for objections.
   std::uint64_t Steps() const noexcept { return m_steps; }
 
   /// Returns the sentence of an objection; empty if it was not learned.
   const std::string& FindText(const Numbers& objection) const;
 
-  /// Returns the number of the module of a plan that satisfies a need: its best candidate there.
+  /// Returns the number of the module that satisfies a need in a plan, its best candidate there;
+  /// PlanProblem::kNone if the plan has none.
   std::uint32_t FindProvider(const Numbers& plan, std::uint32_t need) const;
 
  private:

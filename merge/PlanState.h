@@ -23,7 +23,7 @@ inline void Lower(PlanCost& cost, const PlanCost& other) {
 
 /// The modules that a search has selected and banned so far, and what follows from that: what a
 /// module costs now, and which modules every answer has. A need is open while a selected module has
-/// it and no selected module satisfies it. All of it can be taken back.
+/// it and no selected module satisfies it. UndoTo takes all of it back.
 class PlanState {
  public:
   using Numbers = std::vector<std::uint32_t>;
@@ -53,17 +53,17 @@ class PlanState {
   void RemoveObjection(const Numbers& modules);
   Numbers FindObjection(const Numbers& plan) const;
 
-  /// Adds to what modules lack with a module; may be negative.
+  /// Adds `count`, which may be negative, to the missing requirements that a module costs.
   void AddMissing(std::uint32_t module, std::int64_t count) {
     m_costs[module][PlanCost::Missing] += count;
   }
   void ClearMissing(std::uint32_t module) { m_costs[module][PlanCost::Missing] = 0; }
 
-  /// The modules that must not go with one.
+  /// The modules that must not be merged with `module`.
   const Numbers& Excluded(std::uint32_t module) const { return m_pairs[module]; }
 
-  /// Calls `use` with each combination of three or more modules that must not go together and has
-  /// `module` in it.
+  /// Calls `use` with each combination of three or more modules that must not be merged together
+  /// and that contains `module`.
   template <class Use>
   void ForEachCombination(std::uint32_t module, Use use) const {
     for (const std::uint32_t number : m_combinationsOf[module]) {
@@ -71,15 +71,15 @@ class PlanState {
     }
   }
 
-  /// Returns what a module costs beside those that are selected.
+  /// Returns what a module adds to the cost of the selected ones.
   PlanCost CostOf(std::uint32_t module) const;
 
-  /// Returns what every answer with a module costs at least because of it: what it costs now, less
-  /// what it improves for satisfied needs, and a second module of its ID if it does not satisfy all
-  /// open needs of the ID.
+  /// Returns a lower bound for what a module adds to any answer that contains it: its cost now,
+  /// minus its improvement of needs that are already satisfied, plus a second module of its ID if
+  /// it does not satisfy all open needs of that ID.
   PlanCost BoundCost(std::uint32_t module) const;
 
-  /// The same, with what the module costs for the open needs that it satisfies.
+  /// The same, plus what the module costs for the open needs that it satisfies.
   PlanCost EstimateCost(std::uint32_t module) const;
 
   // ---- Selection
@@ -95,24 +95,26 @@ class PlanState {
   std::uint32_t Server(std::uint32_t need) const { return m_server[need]; }
   bool IsServed(std::uint32_t need) const { return m_server[need] != kNone; }
 
-  /// Selects a module. Adds what it needs and is open to `open`, itself and its cost to `answer`.
+  /// Selects a module. Adds its needs that become open to `open`, and the module and its cost to
+  /// `answer`.
   void Select(std::uint32_t module, Numbers& open, Answer& answer);
 
   /// Keeps a module from being selected.
   void Ban(std::uint32_t module) { Set(m_isBanned, module, 1); }
 
-  /// Selects modules until every open need has a choice: those that every answer has. Removes from
-  /// `open` what is satisfied then. Returns whether every open need has a candidate left.
+  /// Selects the modules that every answer contains, until every open need has a choice. Removes
+  /// satisfied needs from `open`. Returns false if an open need has no candidate left.
   bool Propagate(Numbers& open, Answer& answer);
 
-  /// Satisfies open needs one after the other with what looks cheapest, and takes that back.
+  /// Returns an answer that satisfies the open needs one after the other with what looks cheapest;
+  /// its cost is MakeHighestCost() if a need has no candidate left. Leaves the selection unchanged.
   Answer Complete(Numbers open);
 
   /// Returns the IDs of which every answer has a module, with the candidates: the IDs of open
   /// needs, and those that all candidates for one of them need.
   std::vector<Certain> FindCertain(const Numbers& open);
 
-  /// What was selected and banned after a mark can be taken back.
+  /// UndoTo takes back what was selected and banned after a mark.
   size_t Mark() const noexcept { return m_trail.size(); }
   void UndoTo(size_t mark);
 
@@ -142,10 +144,10 @@ class PlanState {
   std::uint64_t m_steps = 0;
 
   std::vector<std::vector<Service>> m_services;  ///< by module: the needs that it satisfies
-  std::vector<PlanCost> m_costs;                 ///< by module: whatever else is planned
-  std::vector<Numbers> m_pairs;                  ///< by module: those that must not go with it
-  std::vector<Numbers> m_combinations;           ///< of three or more modules, sorted
-  std::vector<Numbers> m_combinationsOf;         ///< by module
+  std::vector<PlanCost> m_costs;                 ///< by module, regardless of what else is planned
+  std::vector<Numbers> m_pairs;           ///< by module: those that must not be merged with it
+  std::vector<Numbers> m_combinations;    ///< of three or more modules, sorted
+  std::vector<Numbers> m_combinationsOf;  ///< by module
 
   Numbers m_isSelected;  ///< by module
   Numbers m_isBanned;

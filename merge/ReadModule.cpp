@@ -25,7 +25,7 @@ constexpr std::uint32_t kTemplate = 7;
 constexpr std::uint32_t kPackageCode = 9;
 constexpr std::uint32_t kMinimumInstaller = 14;
 
-/// The language of a module without one, as the catalog has it.
+/// The language of a module whose language is null, as in the catalog.
 constexpr long kNullLanguage = std::numeric_limits<std::int32_t>::min();
 
 std::optional<long> ParseNumber(std::string_view text) noexcept {
@@ -46,11 +46,11 @@ bool IsSameId(std::string_view a, std::string_view b) {
   return a == b || text::FoldCase(a) == text::FoldCase(b);
 }
 
-/// The rows of a table with the columns that a reader wants.
+/// The rows of a table, restricted to the columns that a reader wants.
 class WantedRows {
  public:
-  /// Keys and names that are longer than this are damage. No installer knows longer ones, and rows
-  /// that share a long text would make work that the size of the file does not justify.
+  /// Longer keys and names, in bytes, are damage. No installer accepts them, and rows that share a
+  /// long text would take more work than the size of the file justifies.
   static constexpr std::size_t kMaxNameSize = 1024;
 
   /// The total size of keys and names of a table, for the same reason.
@@ -58,7 +58,7 @@ class WantedRows {
 
   using Names = std::initializer_list<std::string_view>;
 
-  /// There are at most 8 names. The table may do without the optional one.
+  /// `names` has at most 8 columns. The table may lack the column `optional`.
   WantedRows(const Table& table, Names names, std::string_view optional) : m_table(table) {
     auto* column = m_columns.begin();
     for (const std::string_view name : names) {
@@ -82,7 +82,7 @@ class WantedRows {
     return m_columns[column] ? m_table.Format(row, *m_columns[column]) : std::string();
   }
 
-  /// The number of a column; that of its text where the table has texts.
+  /// The number in a column, or the number that its text spells; nothing if there is neither.
   std::optional<long> Number(std::size_t row, std::size_t column) const noexcept {
     if (!m_columns[column]) {
       return std::nullopt;
@@ -182,8 +182,9 @@ class ModuleReader {
 
   // ---- Tables
 
-  /// Calls `use` for every row of a table, whose first `names` columns must be names. The table may
-  /// do without the column `optional`.
+  /// Calls `use` for every row of a table. The first `names` columns are keys or names: rows in
+  /// which one of them is too long are skipped, with a failure. The table may lack the column
+  /// `optional`.
   template <class Use>
   void ForEachRow(const char* table, WantedRows::Names columns, std::size_t names, Use use,
                   std::string_view optional = {}) {
@@ -235,9 +236,9 @@ class ModuleReader {
     m_module.key = MakeModuleKey(m_module.moduleId, m_module.language);
   }
 
-  /// Returns the key of the module that a row belongs to, if that is another one. The ID decides: a
-  /// module has one language, so a row of its ID and another language is a slip of its author. A
-  /// module without an ID owns all its rows.
+  /// Returns the key of the carried module that a row belongs to; empty if the row is the module's
+  /// own. The ID decides: a module has one language, so a row with its ID and another language is
+  /// an author's mistake. A module without an ID owns all its rows.
   std::string FindOwner(const WantedRows& rows, std::size_t row) const {
     if (rows.Text(row, 0) == m_module.moduleId) {
       return {};
@@ -276,8 +277,8 @@ class ModuleReader {
         });
   }
 
-  /// The installer does without the column KeyPath: the key path of a component is then its
-  /// directory, as where the column is null.
+  /// The installer does not require the column KeyPath. Without it, the key path of a component is
+  /// its directory, as if the column were null.
   void ReadComponents() {
     ForEachRow(
         "Component",

@@ -8,8 +8,8 @@ namespace qm::merge {
 
 namespace {
 
-/// Checks what rows of one module refer to. Rows of other modules of the check count too: a merge
-/// puts all into one package.
+/// Checks the references of the rows of one module. They may refer to rows of other checked
+/// modules, because a merge puts all of them into one package.
 class ReferenceCheck {
  public:
   ReferenceCheck(const CheckedModules& modules, size_t position, FindingList& findings)
@@ -27,7 +27,7 @@ class ReferenceCheck {
  private:
   void CheckComponentsOfFiles() {
     for (const DeliveredFile& file : m_module.files) {
-      // A file of a component has the directory of the component.
+      // The directory of a file is known if its component has a row in the module.
       if (!file.directory.empty() || m_modules.HasRow("Component", "Component", file.component) ||
           !m_findings.Admit(kMissingComponent)) {
         continue;
@@ -38,7 +38,8 @@ class ReferenceCheck {
     }
   }
 
-  /// The installer sets the folders that it knows, with or without a row.
+  /// Returns whether a directory needs a row. The installer sets its predefined folders without
+  /// one.
   static bool NeedsRow(std::string_view directory) noexcept {
     return directory != "TARGETDIR" &&
            !IsPredefinedFolder(directory.substr(0, directory.find('.')));
@@ -63,7 +64,7 @@ class ReferenceCheck {
       }
     }
     for (const std::vector<size_t>& cycle : FindParentCycles(parents)) {
-      // The installer does not follow a cycle with a folder that it knows.
+      // The installer does not follow a cycle that contains a predefined folder.
       if (std::all_of(cycle.begin(), cycle.end(),
                       [&](size_t at) { return NeedsRow(rows[at].key); })) {
         AddCycle(cycle);
@@ -103,7 +104,8 @@ class ReferenceCheck {
     }
   }
 
-  /// Adds a finding unless the directory, which has no row in the module, needs none.
+  /// Adds a finding for a directory without a row in the module, unless it needs none or another
+  /// module has it.
   void CheckDirectory(const char* table, std::string_view row, const char* column,
                       std::string_view directory) {
     if (!NeedsRow(directory) || m_modules.HasRow("Directory", "Directory", directory) ||
@@ -127,7 +129,7 @@ class ReferenceCheck {
 void CheckReferences(const CheckedModules& modules, FindingList& findings) {
   for (const size_t position : modules.Scope()) {
     const Module& module = modules.At(position);
-    // A module that could not be read completely is not accused of lacking rows.
+    // Rows that seem to be missing may be those that could not be read.
     if (module.tables && module.failure.empty()) {
       ReferenceCheck(modules, position, findings).Run();
     }

@@ -34,7 +34,7 @@ class RequirementCheck {
   }
 
  private:
-  /// The module for a requirement, or why there is none.
+  /// The module that satisfies a requirement, or the reason why no module does.
   struct Found {
     std::optional<size_t> module;
     PlatformMatch platform = PlatformMatch::Same;
@@ -57,7 +57,7 @@ class RequirementCheck {
     }
   }
 
-  /// Returns the best module for a requirement, which in a merge is one that is merged. Many
+  /// Returns the best module for a requirement; in a merge, the best of the merged ones. Many
   /// modules have the same requirement, so each is looked up once.
   const Found& Find(const Requirement& requirement, const Module& user) {
     std::string key = text::FoldCase(requirement.moduleId);

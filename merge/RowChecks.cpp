@@ -10,12 +10,13 @@ namespace qm::merge {
 
 namespace {
 
-/// Whether the rows of a table are only texts that are shown. Which of them is shown is no failure.
+/// Returns whether a table has only texts for display. Showing the text of another module is not an
+/// error.
 bool HasOnlyDisplayTexts(std::string_view table) noexcept {
   return table == "ActionText" || table == "Error" || table == "UIText";
 }
 
-/// What is compared of data.
+/// Which part of binary data is compared.
 enum class DataPart { Size, Content };
 
 bool IsSameCell(const RowRef& a, const RowRef& b, size_t column, DataPart part) {
@@ -82,12 +83,13 @@ std::string FormatColumns(const Table& table) {
   return Shorten(JoinTexts(names, ", "));
 }
 
-/// Compares the tables of one name: their columns, and the rows whose keys met.
+/// Compares the tables of one name: their columns, and their rows with the same key.
 class TableCheck {
  public:
-  /// Rows of one pair of modules and one table that are listed. One more finding counts the others.
+  /// The most rows of one table that are listed for a pair of modules. One more finding counts the
+  /// others.
   static constexpr size_t kMaxRowsOfPair = 20;
-  /// Modules whose values stand side by side in one finding.
+  /// The most modules whose values are in one finding.
   static constexpr size_t kMaxSides = 8;
 
   TableCheck(const CheckedModules& modules, FindingList& findings)
@@ -108,8 +110,8 @@ class TableCheck {
  private:
   // ---- Columns
 
-  /// Compares the columns of all tables with those that most have. Keeps the tables whose rows can
-  /// be compared.
+  /// Compares the columns of all tables with the most frequent ones. Remembers which tables have
+  /// rows that can be compared.
   void CompareColumnsOf(const NamedTables& named) {
     const std::vector<ColumnGroup>& groups = named.groups;
     const auto isSmaller = [](const ColumnGroup& a, const ColumnGroup& b) {
@@ -126,7 +128,7 @@ class TableCheck {
         fewest = std::min(fewest, group.first->table->Columns().size());
       }
     }
-    // More columns do no harm as long as nothing is in them.
+    // Additional columns do no harm if all their cells are null.
     const bool isExtended =
         std::count(relations.begin(), relations.end(), ColumnRelation::Extended) > 0 &&
         HasValuesFrom(named, fewest);
@@ -256,10 +258,12 @@ class TableCheck {
     }
   }
 
-  /// Returns what can be compared of all data of one size in these rows: the content of some may
-  /// not have been read, because it is damaged or the file could not be opened again.
+  /// Returns what to compare of the data in these rows: the content only if it was read for all
+  /// cells with data of the same size. It may not have been, because it is damaged or the file
+  /// could not be opened again.
   DataPart ChooseDataPart(const std::vector<RowRef>& rows) const {
-    std::map<std::pair<size_t, std::uint64_t>, std::pair<size_t, size_t>> counts;  // all, read
+    // Counts of cells with data, by column and size: all, and those whose data was read.
+    std::map<std::pair<size_t, std::uint64_t>, std::pair<size_t, size_t>> counts;
     for (const size_t column : m_valueColumns) {
       for (const RowRef& row : rows) {
         const Table& table = *row.owner->table;
@@ -280,7 +284,7 @@ class TableCheck {
     return isRead ? DataPart::Content : DataPart::Size;
   }
 
-  /// Adds a finding for rows of modules of several IDs, which have several variants.
+  /// Adds a finding for rows of one key that differ, of modules of several IDs.
   void AddConflictOf(const std::vector<RowRef>& rows) {
     // Modules that exist in alternatives do not collide if some choice of them agrees.
     std::map<std::uint64_t, std::vector<RowRef>> variants;
@@ -393,8 +397,8 @@ class TableCheck {
            (more > 0 ? ", and so do " + std::to_string(more) + " more columns" : "");
   }
 
-  /// Returns whether the user of the modules gives the value of a column: a configurable item
-  /// replaces it.
+  /// Returns whether the user of one of the modules supplies the value of a column through a
+  /// configurable item.
   static bool IsSubstituted(const std::vector<RowRef>& sides, const std::string& column) {
     return std::any_of(sides.begin(), sides.end(), [&](const RowRef& side) {
       const ModuleTable& owner = *side.owner;
@@ -440,7 +444,7 @@ class TableCheck {
   const std::vector<Column>* m_columns = nullptr;
   std::vector<size_t> m_keyColumns;
   std::vector<size_t> m_valueColumns;
-  DataPart m_dataPart = DataPart::Size;                 ///< of the present rows
+  DataPart m_dataPart = DataPart::Size;                 ///< for the rows being compared
   std::map<std::pair<size_t, size_t>, size_t> m_pairs;  ///< colliding rows of two modules
 };
 

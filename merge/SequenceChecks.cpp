@@ -218,7 +218,7 @@ class SequenceCheck {
 void CheckSequences(const CheckedModules& modules, FindingList& findings) {
   for (const size_t position : modules.Scope()) {
     const Module& module = modules.At(position);
-    // What could not be read completely is not accused of lacking rows.
+    // Actions that seem to be missing may be in rows that could not be read.
     if (!module.failure.empty()) {
       continue;
     }

@@ -8,19 +8,19 @@
 
 namespace qm::merge {
 
-/// Finds out which data of modules has to be compared: what several of them have in the same row
-/// and in the same size. Most data is in one module only and need not be read.
+/// Determines which binary data of modules must be compared: data that several modules have in the
+/// same row and with the same size. Most data is in one module only and need not be read.
 class SharedStreams {
  public:
-  /// Begins a module, which its path names. A module may be begun again.
+  /// Begins the module at `path`, to which calls of Note refer. A module may be begun again.
   void BeginModule(std::string_view path);
 
   /// Notes that the module has data with an identity: a hash of table, key, column and size.
   /// Returns whether another module has it too, so that it must be read.
   bool Note(std::uint64_t identity);
 
-  /// Returns the paths of the modules with data that another one has too, which was not yet known
-  /// when they were read.
+  /// Returns the paths of modules that must be read again, sorted: another module has data of
+  /// theirs too, which was not known when they were read.
   std::vector<std::string> TakeUnread();
 
  private:

@@ -15,8 +15,9 @@ namespace {
 
 constexpr std::size_t kMaxRows = 1000;
 constexpr std::size_t kMaxPathSize = 32767;
-/// The same for what an action or a property says of a folder: the installer knows no longer paths,
-/// and folders that share a long text would make work that the size of the file does not justify.
+/// The same for the text that an action or a property sets for a folder. No installer accepts
+/// longer ones, and folders that share a long text would take more work than the size of the file
+/// justifies.
 constexpr std::size_t kMaxTextSize = 1024;
 constexpr std::string_view kTargetDir = "TARGETDIR";
 
@@ -88,10 +89,10 @@ class TargetFolders::Walk {
   }
 
  private:
-  /// Deals with m_key. Returns true at the end; otherwise m_key is the next one.
+  /// Handles m_key. Returns true if the walk ends there; otherwise, sets m_key to the next key.
   bool EnterKey() {
     RecordItem();
-    // The text of an action may refer to what the folder was without it.
+    // The text of an action may refer to the folder's value without that action.
     if (const FolderText* const action = FindAction(m_key);
         action && m_usedActions.insert(action).second) {
       m_folder.isSetByAction = true;
@@ -114,8 +115,8 @@ class TargetFolders::Walk {
     return EnterRow();
   }
 
-  /// Returns the last action so far that sets a property, other than those that led here; null if
-  /// there is none.
+  /// Returns the last action up to m_now that sets a property, skipping one that the walk has
+  /// already used; null if there is none.
   const FolderText* FindAction(std::string_view property) const {
     const auto found = m_folders.m_actions.find(property);
     if (found == m_folders.m_actions.end()) {
@@ -180,8 +181,8 @@ class TargetFolders::Walk {
     return false;
   }
 
-  /// Replaces properties in a text by the values that the module gives them. The value of a folder
-  /// is a full path, which makes no path in the middle of another one.
+  /// Replaces properties in a text by the values that the module gives them. Folders are left
+  /// alone: their values are full paths, which cannot be parts of other paths.
   std::string_view FillIn(std::string_view text) {
     if (text.find('[') == std::string_view::npos) {
       return text;
@@ -249,7 +250,7 @@ class TargetFolders::Walk {
   }
 
   const TargetFolders& m_folders;
-  double m_now = std::numeric_limits<double>::infinity();  ///< when the present text is evaluated
+  double m_now = std::numeric_limits<double>::infinity();  ///< position of the current text
   std::unordered_set<const FolderText*> m_usedActions;
   std::unordered_set<std::string_view> m_visited;
   std::string_view m_key;
@@ -308,7 +309,8 @@ void TargetFolders::ReadActions(const Module& module) {
   for (const auto& [place, action] : actions) {
     std::vector<FolderText>& texts =
         (place.isConditional ? onCondition : m_actions)[action->source];
-    // Nobody knows which of two actions with one number runs first.
+    // Which of two actions with the same number runs first is not defined, so the first one is
+    // kept.
     if (texts.empty() || texts.back().position != place.position) {
       texts.push_back(MakeText(action->target, place.position));
     }

@@ -15,7 +15,7 @@ enum class FolderEnd {
   MissingRow,   ///< a directory has no row
   Circle,       ///< a directory lies below itself
   RunTime,      ///< at a root, but the path has properties that get their values at run time
-  LimitReached  ///< more rows or characters than an installer takes: root and path are empty
+  LimitReached  ///< more rows or bytes than TargetFolders allows: root and path are empty
 };
 
 /// Where an installer makes a folder of a module: a root, and a path below it. The root is a
@@ -35,7 +35,7 @@ struct TargetFolder {
   /// TARGETDIR, and the merge attaches it to the folder that the user names. Empty if there is no
   /// such row.
   std::string redirected = {};
-  /// The configurable item whose value the user of the module gives for a row on the way
+  /// The configurable item through which the user of the module sets a row on the way
   /// (ModuleSubstitution). Empty if there is no such item.
   std::string item = {};
 
@@ -44,7 +44,8 @@ struct TargetFolder {
 };
 
 /// Returns whether a property is a folder that the installer defines: ProgramFilesFolder,
-/// System64Folder, DesktopFolder and so on. Case-sensitive, as properties are. TARGETDIR is not.
+/// System64Folder, DesktopFolder and so on. Case-sensitive, as properties are. TARGETDIR is not one
+/// of them.
 bool IsPredefinedFolder(std::string_view property) noexcept;
 
 /// Resolves directories of a module as an installer does when the module has been merged:
@@ -53,11 +54,11 @@ bool IsPredefinedFolder(std::string_view property) noexcept;
 ///   DefaultDir and its parent: merging adds an action that sets it.
 /// - A custom action that sets the property of a directory (types 51 and 35) takes precedence over
 ///   the key and the rows. Its text may begin with a property or a directory:
-///   "[WindowsFolder]winsxs". Of several actions for a property the last one to run counts, but
+///   "[WindowsFolder]winsxs". Of several actions for a property, the last one to run is used, but
 ///   those without a condition take precedence. Actions that do not run, and those of type 51 that
-///   run after the installer has made its paths, do not count; see ActionSequence. Further
-///   properties in the text get the values that the module has given them by then, if these are
-///   texts without properties and no full paths.
+///   run after the installer has resolved its paths, are ignored; see ActionSequence. Further
+///   properties in the text get the values that the module has given them by then, if these contain
+///   no properties and are not full paths.
 /// - A value in the Property table takes precedence over the rows.
 /// - Otherwise the name is the target part of DefaultDir, in its long form. "." is the parent.
 /// - The walk ends at the row without a parent, whose key is the root: usually TARGETDIR. What lies
@@ -68,15 +69,15 @@ bool IsPredefinedFolder(std::string_view property) noexcept;
 /// recognises a predefined folder only if a row with the plain key exists too, and ignores its
 /// case.
 ///
-/// Nothing in the module is trusted: a walk ends at a circle, after 1,000 rows, or beyond 32,767
+/// Nothing in the module is trusted: a walk ends at a circle, after 1,000 rows, or after 32,767
 /// bytes.
 class TargetFolders {
  public:
   /// `module` must outlive the object.
   explicit TargetFolders(const Module& module);
 
-  /// Returns the folder of a key of the Directory table. Remembers nothing; takes time proportional
-  /// to the length of the walk.
+  /// Returns the folder of a key of the Directory table. Caches nothing; takes time proportional to
+  /// the length of the walk.
   TargetFolder Resolve(std::string_view directory) const;
 
  private:
@@ -84,7 +85,7 @@ class TargetFolders {
 
   using TextMap = std::unordered_map<std::string_view, std::string_view>;
 
-  /// What an action or a property says of a folder.
+  /// The text that an action or a property sets for a folder.
   struct FolderText {
     std::string_view text;
     double position;    ///< of the action, see ActionSequence
@@ -98,7 +99,7 @@ class TargetFolders {
   void ReadItems(const Module& module);
 
   std::unordered_map<std::string_view, const Directory*> m_directories;
-  ActionTexts m_actions;  ///< by property, at rising positions
+  ActionTexts m_actions;  ///< by property, in ascending order of position
   std::unordered_map<std::string_view, FolderText> m_properties;  ///< values, by property
   TextMap m_items;  ///< configurable items by property
 };
