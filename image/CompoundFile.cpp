@@ -15,8 +15,8 @@ namespace {
 
 constexpr std::size_t kHeaderSize = 512;
 constexpr std::size_t kPageSize = 16384;
-// The most that is read at once, in bytes. The parts of a sound database are far smaller; a larger
-// one would exhaust the memory of its reader.
+// The most bytes that one read returns. The parts of a sound database are far smaller, and reading
+// a larger one could exhaust the memory.
 constexpr std::uint64_t kMaxReadSize = 256 << 20;
 constexpr std::size_t kEntrySize = 128;
 constexpr std::size_t kMiniSectorSize = 64;
@@ -79,7 +79,8 @@ class CompoundFile::Entry {
     }
   }
 
-  /// Returns whether the first zero of the name is where the size in the entry says.
+  /// Returns whether the first zero of the name is where it should be according to the entry's
+  /// size.
   bool EndsWithItsSize(std::u16string_view name) const noexcept {
     return name.find(u'\0') == name.npos && ReadU16(m_bytes + 2 * name.size()) == 0;
   }
@@ -177,8 +178,8 @@ void CompoundFile::ReadDirectory() {
   }
   m_root = entryAt(0).Extent();
 
-  // A subtree, and the names between which those in it must lie; or an entry of which the left
-  // subtree has been visited.
+  // A subtree, with the names between which those in it must lie; or, if isEntry, an entry whose
+  // left subtree has been visited.
   struct Waiting {
     std::uint32_t index;
     const std::u16string_view* above;
@@ -187,7 +188,7 @@ void CompoundFile::ReadDirectory() {
   };
   m_names.reserve(count * Entry::kNameSize / 2);  // never reallocated: views refer to it
   m_streams.reserve(count);
-  std::vector<std::u16string_view> names(count);  // of the visited entries; the data is null before
+  std::vector<std::u16string_view> names(count);  // of visited entries; null data for the others
   names[0] = m_names;
   std::vector<Waiting> waiting;
   waiting.reserve(count + 1);
@@ -228,8 +229,8 @@ void CompoundFile::ReadDirectory() {
 }
 
 void CompoundFile::SortStreams() {
-  // Of several streams with the same name the first one counts. Their order is that of their names
-  // in m_names.
+  // Keeps the first of several streams with the same name. Their names are in m_names in the order
+  // of the entries.
   std::sort(m_streams.begin(), m_streams.end(), [](const NamedStream& a, const NamedStream& b) {
     return IsBefore(a.name, b.name) ||
            (!IsBefore(b.name, a.name) && std::less<>()(a.name.data(), b.name.data()));
@@ -258,8 +259,8 @@ const Bytes& CompoundFile::LoadPage(std::uint64_t number) {
   return page.bytes;
 }
 
-/// Reads bytes that lie within the file. Small reads go through the page cache, and so do all of a
-/// file of one page, which is then read by one call.
+/// Reads bytes that lie within the file. Small reads go through the page cache, and so do all reads
+/// of a file that fits into one page, so that one call reads such a file.
 void CompoundFile::ReadAt(std::uint64_t offset, std::uint8_t* bytes, std::size_t count) {
   if (count > kPageSize / 2 && m_source.Size() > kPageSize) {
     m_source.Read(offset, bytes, count);
@@ -287,8 +288,8 @@ void CompoundFile::ReadPadded(std::uint64_t offset, std::uint8_t* bytes, std::si
   std::memset(bytes + present, 0xFF, count - present);
 }
 
-/// Reads `size` bytes from sectors of `sectorSize` bytes, which lie where `offsetOf` says. Sectors
-/// that follow one another in the file are read at once.
+/// Reads `size` bytes from sectors of `sectorSize` bytes, whose offsets in the file `offsetOf`
+/// returns. Reads adjacent sectors at once.
 template <class FindOffset>
 Bytes CompoundFile::ReadExtents(const std::vector<std::uint32_t>& sectors, std::size_t sectorSize,
                                 std::uint64_t size, FindOffset offsetOf) {
@@ -374,8 +375,8 @@ std::uint32_t CompoundFile::NextMiniSector(std::uint32_t sector) {
   return ReadU32(m_miniTable.data() + 4 * std::size_t{sector});
 }
 
-/// Sets `sectors` to those of a chain up to its end, but `most` at most. Each must be less than
-/// `sectorCount`.
+/// Sets `sectors` to the sectors of a chain, `most` of them at most. Throws Damage if one is not
+/// below `sectorCount` or occurs twice.
 template <class Next>
 void CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most, std::uint64_t sectorCount,
                                DamagedPart part, const Subject& subject,
@@ -394,15 +395,14 @@ void CompoundFile::FollowChain(std::uint32_t first, std::uint64_t most, std::uin
     }
     sectors.push_back(sector);
     if (sectors.size() == most) {
-      break;  // the table's entry of the last one does not matter
+      break;  // what follows the last one does not matter
     }
     if (sectors.size() == nextToRemember) {
       remembered = sector;
       nextToRemember *= 2;
     }
   }
-  // A chain that ends may still contain a sector twice, unless its sectors ascend, as they mostly
-  // do.
+  // A chain of `most` sectors may still contain one twice, unless they ascend, as they mostly do.
   if (std::adjacent_find(sectors.begin(), sectors.end(), std::greater_equal<>()) != sectors.end()) {
     std::vector<std::uint32_t> sorted(sectors);
     std::sort(sorted.begin(), sorted.end());

@@ -19,11 +19,11 @@ namespace qm::image {
 ///
 /// Nothing in the file is trusted. Every number is checked against the file before it is used, a
 /// chain that returns to one of its sectors is refused, and nothing larger than the file is
-/// allocated. Only the header, the directory, what is asked for, and the parts of the allocation
-/// table that lead there are read. A call that reads n bytes takes O(n log n) time. Not
+/// allocated. Reads only the header, the directory, the requested streams, and the parts of the
+/// allocation table that lead there. A call that reads n bytes takes O(n log n) time. Not
 /// thread-safe.
 ///
-/// Every function throws Damage (NoDatabase, Structure, or the part passed to it), what the source
+/// Functions throw Damage (NoDatabase, Structure, or the part passed to them), what the source
 /// throws, and std::bad_alloc.
 class CompoundFile {
  public:
@@ -80,7 +80,7 @@ class CompoundFile {
 
   /// A cached piece of the file. Most of what a database needs lies in a few of them.
   struct Page {
-    std::uint64_t number = UINT64_MAX;  ///< no page's, until one is loaded
+    std::uint64_t number = UINT64_MAX;  ///< UINT64_MAX until a page is loaded
     Bytes bytes;
   };
 
@@ -126,7 +126,7 @@ class CompoundFile {
   std::array<Page, 6> m_pages;  ///< those loaded last
   std::size_t m_oldestPage = 0;
   Header m_header{};
-  std::uint64_t m_sectorCount = 0;                   ///< with an incomplete last sector
+  std::uint64_t m_sectorCount = 0;                   ///< including an incomplete last sector
   std::vector<std::uint32_t> m_furtherTableSectors;  ///< those that the header does not list
   std::vector<std::uint32_t> m_tableLists;           ///< the sectors that list them, as far as read
   std::uint32_t m_nextTableList = 0;                 ///< the sector with the next part of that list

@@ -34,7 +34,7 @@ class Damage : public std::runtime_error {
 struct Defect {
   enum class Grade {
     Harmless,   ///< a writer's habit, such as an unpadded last sector
-    Suspicious  ///< a part that was not asked for cannot be right
+    Suspicious  ///< something cannot be right, in a part that was not needed
   };
 
   Grade grade;

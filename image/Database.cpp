@@ -269,7 +269,7 @@ std::optional<SummaryInformation> Database::ReadSummary() {
   if (!stream) {
     return std::nullopt;
   }
-  // The texts stay in memory, once for each property that refers to them.
+  // Callers keep a copy of the text for each property, and all properties may share one text.
   constexpr std::uint64_t kMost = 1 << 20;
   if (stream->size > kMost) {
     ThrowDamage(DamagedPart::Summary, "The summary information has ", stream->size, " bytes, and ",

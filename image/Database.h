@@ -85,7 +85,7 @@ class TableRows {
 };
 
 /// Reads an installer database from the bytes of its file. The constructor reads the strings and
-/// the table definitions. A table is read when it is asked for.
+/// the table definitions. Tables are read on demand.
 ///
 /// Nothing in the file is trusted: see CompoundFile. Functions throw Damage of the part that they
 /// read, or Structure if the file's allocation is damaged on the way there; what the source throws;
@@ -138,15 +138,15 @@ class Database {
   /// Reads data that FindRowStream found. Throws Damage (Row).
   Bytes ReadRowStream(const CompoundFile::Stream& stream);
 
-  /// Moves the strings out of the object. Only data that was found and the summary information may
-  /// be read afterwards.
+  /// Moves the strings out of the object. Afterwards, only ReadRowStream, for streams that were
+  /// found before, and ReadSummary may be called.
   StringPool TakeStrings() noexcept { return std::move(m_strings); }
 
   /// Reads the summary information; nothing if the file has none. Throws Damage (Summary).
   std::optional<SummaryInformation> ReadSummary();
 
-  /// Describes the kind of the database if this reader does not know it, because finding no damage
-  /// proves little then. Returns nothing for known kinds.
+  /// Describes the kind of the database if this reader does not know it; finding no damage then
+  /// proves little. Returns nothing for known kinds.
   std::optional<std::string> UnknownKind() const;
 
   /// Reads every cell of every table and the summary information. Throws the first Damage, also for

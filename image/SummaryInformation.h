@@ -35,8 +35,9 @@ class SummaryInformation {
   struct Property {
     std::uint32_t number;
     std::uint32_t type;
-    std::uint32_t value;  ///< an integer, or the size of a text with what follows the first zero
-    std::size_t text;     ///< its offset in m_stream
+    /// An integer, or the size of a text including what follows its first zero.
+    std::uint32_t value;
+    std::size_t text;  ///< its offset in m_stream
   };
 
   /// Returns the last property with a number if it is of this type, else null.

@@ -11,8 +11,8 @@
 namespace qm::text {
 namespace {
 
-/// A range of capital letters: every `stride`th unit from `first` to `last`. Adding `distance`
-/// gives the small letter. With a stride of 2, capital and small letters alternate.
+/// A range of capital letters: every `stride`th unit from `first` to `last`. The small letter is
+/// the capital plus `distance`. With a stride of 2, capital and small letters alternate.
 struct Capitals {
   char16_t first;
   char16_t last;

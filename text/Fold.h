@@ -7,8 +7,8 @@
 namespace qm::text {
 
 /// Returns the lower-case form of a UTF-16 unit. Texts that differ only in case are equal once
-/// folded. Folds as CharLowerW does, one unit at a time and in every language alike: the dotted
-/// capital I, title-case letters and surrogates are left unchanged.
+/// folded. Folds as CharLowerW does, one unit at a time and in the same way for every language: the
+/// dotted capital I, title-case letters and surrogates are left unchanged.
 char16_t FoldCase(char16_t unit) noexcept;
 
 /// Folds each unit.
@@ -18,7 +18,7 @@ std::u16string FoldCase(std::u16string_view text);
 std::string FoldCase(std::string_view text);
 
 /// Compares texts by their folded units. Returns a value less than, equal to or greater than 0; 0
-/// means that they differ in case at most.
+/// means that they are equal except for case.
 int CompareFolded(std::u16string_view a, std::u16string_view b) noexcept;
 
 #if WCHAR_MAX == 0xFFFF
