@@ -12,7 +12,8 @@ Database Database::Open(const common::WideString& path, const wchar_t* persist) 
   if (path.length() >= MAX_PATH) {  // some installers copy it to a stack buffer unchecked
     RaiseFileFailure(ERROR_FILENAME_EXCED_RANGE, {}, L"MsiOpenDatabase", path.c_str());
   }
-  // The DLL is delay-loaded: if it is missing, its first call would end the process.
+  // The DLL is delay-loaded: if it is missing, the first call of one of its functions would end the
+  // process.
   static const HMODULE installer = ::LoadLibraryW(L"msi.dll");
   if (!installer) {
     RaiseFileFailure(ERROR_MOD_NOT_FOUND, {}, L"MsiOpenDatabase", path.c_str());

@@ -35,7 +35,7 @@ constexpr DirectoryOptions kTableScanOptions = [] {
 /// would take time quadratic in the size of the table.
 constexpr std::size_t kMaxDirectoryRows = 1000;
 
-/// The maximum length of a path in characters; the system has no longer ones.
+/// The maximum length of a path in characters, which is that of the system.
 constexpr std::size_t kMaxPathLength = 32767;
 
 /// Paths of directories by Directory key.

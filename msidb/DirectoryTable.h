@@ -16,7 +16,7 @@ struct DirectoryRow {
 };
 
 /// The tables of a module that a directory walk needs: the Directory table by key and the Property
-/// table, which is read on first use. A missing table counts as empty. Failures are raised as
+/// table, which is read on first use. A missing table is treated as empty. Failures are raised as
 /// ModuleDatabase raises them. Not thread-safe.
 class DirectoryTable {
  public:

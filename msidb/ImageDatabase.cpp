@@ -55,7 +55,7 @@ auto RaiseAsQueryFailure(const common::WideString& path, Work work) {
   }
 }
 
-/// Narrows the name of a table or column. Those that the server asks for are ASCII.
+/// Narrows the name of a table or column. All those that the server uses are ASCII.
 std::string Narrow(const wchar_t* name) {
   std::string narrow;
   for (; *name; ++name) {

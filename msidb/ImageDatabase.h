@@ -13,9 +13,9 @@ namespace qm::msidb {
 
 /// A module's database, read from the bytes of the file by image/.
 ///
-/// A failure has the code and the call that it would have from the installer. Its description has
-/// one sentence on what is wrong with the file where the installer's text would be. Not
-/// thread-safe.
+/// A failure has the code and the call that it would have if the installer had reported it. In
+/// place of the installer's text, its description has a sentence on what is wrong with the file.
+/// Not thread-safe.
 class ImageDatabase final : public ModuleDatabase {
  public:
   /// Opens the file at the full path `path`, of any length.

@@ -41,8 +41,8 @@ class RowCursor {
 /// calls that would read it: "MsiOpenDatabase", "MsiViewExecute", and so on.
 ///
 /// image/ reads the bytes of the file and trusts none of them. A damaged file fails there and never
-/// reaches the installer, since not every installer survives such a file. An undamaged file of a
-/// kind that image/ does not know is read through the installer.
+/// reaches the installer, because some installers crash on such a file. An undamaged file of a kind
+/// that image/ does not know is read through the installer.
 class ModuleDatabase {
  public:
   ModuleDatabase(const ModuleDatabase&) = delete;

@@ -52,7 +52,7 @@ FILETIME ModuleFile::QueryWriteTime() const {
   return time;
 }
 
-/// Returns the write time, which the first call asks for.
+/// Returns the write time. Only the first call asks the system for it.
 const FILETIME& ModuleFile::RememberWriteTime() {
   if (!m_writeTime) {
     m_writeTime = QueryWriteTime();
@@ -62,9 +62,9 @@ const FILETIME& ModuleFile::RememberWriteTime() {
 
 common::FileStamp ModuleFile::Stamp() { return {m_size, RememberWriteTime()}; }
 
-// Small modules are read by one call, and most are small: they do without the write time, which
-// takes as long as the read. Uses the file pointer rather than an OVERLAPPED: Wine reports a read
-// with an OVERLAPPED to its server, which takes as long as the read itself.
+// Most modules are small and are read by one call. They do not need the write time, which takes as
+// long to query as the read itself. Uses the file pointer rather than an OVERLAPPED: Wine reports a
+// read with an OVERLAPPED to its server, which takes as long as the read itself.
 void ModuleFile::Read(std::uint64_t offset, void* bytes, std::size_t count) {
   if (count != m_size) {
     RememberWriteTime();
@@ -88,7 +88,7 @@ void ModuleFile::RequireUnchanged() const {
   if (!m_writeTime) {
     return;
   }
-  const FILETIME time = QueryWriteTime();  // whoever changes the size changes it too
+  const FILETIME time = QueryWriteTime();  // a change of the size changes it too
   if (::CompareFileTime(&time, &*m_writeTime) != 0) {
     throw FileError{ERROR_FILE_INVALID, L"The file was written while it was read."};
   }

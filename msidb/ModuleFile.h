@@ -18,16 +18,16 @@ struct FileError {
   common::WideString cause;  ///< one sentence; empty if the system's text for the code is enough
 };
 
-/// The file of a module, open for reading. Nobody can open it for writing meanwhile. If somebody
-/// has it open for writing already, opening fails with ERROR_SHARING_VIOLATION, as the installer's
-/// does.
+/// The file of a module, open for reading. Others cannot open it for writing meanwhile. If it is
+/// already open for writing, opening it here fails with ERROR_SHARING_VIOLATION, as it does in the
+/// installer.
 class ModuleFile final : public image::ByteSource {
  public:
   /// Opens the file at the full path `path`, of any length. Throws FileError.
   explicit ModuleFile(const common::WideString& path);
 
-  /// Reads a file that somebody else opened in that way and keeps open. Moves its file pointer.
-  /// Throws FileError.
+  /// Reads a file that the caller opened in that way and keeps open. Moves its file pointer. Throws
+  /// FileError.
   explicit ModuleFile(HANDLE file);
 
   std::uint64_t Size() const noexcept override { return m_size; }
@@ -43,7 +43,7 @@ class ModuleFile final : public image::ByteSource {
   /// Identifies the version of the file that is read. Call before Read. Throws FileError.
   common::FileStamp Stamp();
 
-  /// The open file. If its file pointer is moved, this object cannot read any more.
+  /// The open file. The caller must not move its file pointer if this object is to read again.
   HANDLE Handle() const noexcept { return m_handle; }
 
   /// Returns whether the file at `path` exists and has the stamp `stamp`. Does not open it.
@@ -56,10 +56,10 @@ class ModuleFile final : public image::ByteSource {
 
   static constexpr std::uint64_t kUnknownPosition = UINT64_MAX;
 
-  common::UniqueFile m_file;  ///< empty if somebody else owns the handle
+  common::UniqueFile m_file;  ///< empty if the caller owns the handle
   HANDLE m_handle;
   std::uint64_t m_size = 0;
-  std::optional<FILETIME> m_writeTime;  ///< before the first read, unless that reads everything
+  std::optional<FILETIME> m_writeTime;  ///< before the first read; unset if that read everything
   std::uint64_t m_position;             ///< the file pointer; kUnknownPosition if unknown
 };
 

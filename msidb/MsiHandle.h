@@ -1,7 +1,7 @@
 #pragma once
 
 #include <windows.h>
-// These need windows.h first.
+// These headers require windows.h to be included first.
 #include <msi.h>
 #include <msiquery.h>
 

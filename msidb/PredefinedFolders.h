@@ -5,7 +5,7 @@
 namespace qm::msidb {
 
 /// Finds the predefined folder with the given key in upper case and returns its usual spelling;
-/// null if a walk up the Directory table does not end at this key. Throws std::bad_alloc.
+/// null if the key is not one at which a walk up the Directory table ends. Throws std::bad_alloc.
 const wchar_t* FindPredefinedFolder(const common::WideString& upperCaseKey);
 
 }  // namespace qm::msidb
