@@ -9,12 +9,12 @@ namespace qm::common {
 /// Destroys what the DLL keeps for its lifetime, in reverse order of creation: the objects of every
 /// DllWide, class factories, type information. Anything used afterwards is created again.
 ///
-/// Call it when the DLL is unloaded. Do not call it when the process ends: nothing needs to be
-/// released then, and other DLLs may already be gone.
+/// Call it when the DLL is unloaded and no other thread uses it. Do not call it when the process
+/// ends: nothing needs to be released then, and other DLLs may already be gone.
 void EndDllLifetime() noexcept;
 
-/// Base of the objects that EndDllLifetime ends. They are static: End releases what they hold,
-/// while their own memory stays.
+/// Base of the objects that EndDllLifetime ends. They are static objects: End releases what they
+/// hold but does not delete them.
 class DllLifetimeLink {
  public:
   DllLifetimeLink(const DllLifetimeLink&) = delete;

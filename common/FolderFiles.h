@@ -16,8 +16,7 @@ struct FindHandleTraits {
 /// Owns the handle of a file search.
 using UniqueFindHandle = UniqueHandle<FindHandleTraits>;
 
-/// While in scope, makes the system return an error on this thread where it would prompt the user
-/// for a disk.
+/// While in scope, makes calls on this thread fail instead of prompting the user for a disk.
 class ScopedNoDiskPrompts {
  public:
   ScopedNoDiskPrompts() noexcept { ::SetThreadErrorMode(SEM_FAILCRITICALERRORS, &m_previous); }

@@ -18,8 +18,8 @@ WideString ExpandEnvironmentVariables(const WideString& text);
 /// expands to nothing, which would mean the current folder, or to "\\".
 ///
 /// Aliases of a folder become one path: the prefix "\\?\" is removed, and long names replace short
-/// ones ("PROGRA~1"). The file system is asked for long names until the folder exists; from then on
-/// they are cached.
+/// ones ("PROGRA~1"). Long names are cached once the folder exists; until then, each call queries
+/// the file system.
 WideString ResolveSearchFolder(const WideString& entry);
 
 /// Returns the folders of a search path, in its order. Entries that name no folder are left out.

@@ -10,7 +10,7 @@ namespace qm::gallery {
 /// The index tables of the process: the display names of modules, and the modules that deliver
 /// files. They are read once from INI files. Keys are case-sensitive.
 ///
-/// The tables are read behind the ApartmentGate and never change afterwards. After a call of
+/// The tables are read inside the ApartmentGate and never change afterwards. After a call of
 /// LoadOnce, any thread may use them. LookupModuleName may be called at any time and waits while
 /// another apartment is reading the tables.
 class IndexTables {

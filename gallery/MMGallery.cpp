@@ -107,8 +107,8 @@ common::WideString CMMGallery::GetIniPath() const {
 common::ComPtr<IIniReader> CMMGallery::GetIni() {
   const com::ScopedGateEntry pass;
   if (!m_pIni.Get() && IsPlainFileName(m_strName)) {
-    com::ReleaseQueuedReferences();  // readers of this thread that another one has replaced
-    // A description that cannot be opened counts as missing.
+    com::ReleaseQueuedReferences();  // readers of this thread that another thread has replaced
+    // A description that cannot be opened is treated as missing.
     com::SwallowFailures([&] {
       const common::WideString path = GetIniPath();
       if (IsFile(path)) {
@@ -149,7 +149,7 @@ bool CMMGallery::FindValue(const common::WideString& section, const common::Wide
   }
   common::UniqueBstr text;
   if (FAILED(entry->get_Value(text.Put()))) {
-    ::SetErrorInfo(0, nullptr);  // only here a failure of the reader counts as an empty value
+    ::SetErrorInfo(0, nullptr);  // only here does a failure of the reader mean an empty value
   }
   value = common::ViewOf(text.Get());
   return true;
@@ -283,8 +283,9 @@ void CMMGallery::CheckPresence() {
   const bool isOutdated = CompareVersions(GetVersion(), m_strLocalVersion) > 0;
   common::WideString path = ResolveLocalPath();
   const bool isPresent = !path.empty() && common::PathExists(path) && AreDownloadFilesPresent(root);
-  // Without a local file there is none to update, so a newer version in the gallery does not
-  // matter. Nothing is set before everything was read, so that a failure leaves no half of it.
+  // Without a local file, there is nothing to update, so a newer version in the gallery does not
+  // matter. The members are set only after everything was read, so that a failure changes none of
+  // them.
   const bool needsDownload = !path.empty() && (!isPresent || isOutdated);
   m_strLocalPath = std::move(path);
   m_bPresent = isPresent ? VARIANT_TRUE : VARIANT_FALSE;

@@ -17,7 +17,7 @@ class CMMGalleryDownloadFileCaskel
   using InterfaceMap = com::InterfaceMap<
       com::Via<IMMGalleryDownloadFileCaskel, IMMGalleryDownloadFileCaskel, IDispatch>>;
 
-  /// Sets the fields; called once. A null text counts as empty.
+  /// Sets the fields; called once. A null text is treated as empty.
   void Init(const wchar_t* location, const wchar_t* mediaLocation, const wchar_t* internetLocation,
             long fileSize, const wchar_t* checkSum);
 

@@ -17,7 +17,7 @@ constexpr const wchar_t* kPredefinedFolders[] = {
     L"WindowsVolume",      L"TARGETDIR",           L"ALLUSERSPROFILE",
     L"USERPROFILE"};
 
-// Kept as given, with one name twice.
+// This list is fixed, including the repeated name.
 constexpr const wchar_t* kShellFolders[] = {L"DesktopFolder",     L"DesktopFolder",
                                             L"ProgramMenuFolder", L"SendToFolder",
                                             L"StartMenuFolder",   L"StartupFolder"};
