@@ -28,7 +28,8 @@ class ElementEnum : public IEnumVARIANT, public com::ComObjectRoot {
       if (fetched) {
         *fetched = 0;
       }
-      // All are made before the first is handed over, so that a failure leaves the caller nothing.
+      // Creates all objects before it hands over the first, so that after a failure the caller has
+      // none.
       const size_t left = m_elements->Count() - m_position;
       std::vector<common::ComPtr<IDispatch>> made(std::min<size_t>(count, left));
       for (size_t i = 0; i < made.size(); ++i) {

@@ -12,8 +12,7 @@
 
 namespace qm::analysis {
 
-/// The elements of a collection: objects that are made whenever one is asked for. Used by one
-/// apartment.
+/// The elements of a collection. Their objects are created at each access. Used by one apartment.
 class Elements {
  public:
   /// Makes the object at a position. The caller owns the reference.
@@ -45,7 +44,8 @@ class Elements {
   std::optional<std::unordered_map<std::string, size_t>> m_positions;
 };
 
-/// Creates an enumerator over elements, IEnumVARIANT with the documented results.
+/// Creates an IEnumVARIANT over `elements` that starts at `position`. The caller owns the
+/// reference.
 IUnknown* MakeEnumerator(const std::shared_ptr<const Elements>& elements, size_t position);
 
 }  // namespace qm::analysis

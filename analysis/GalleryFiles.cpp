@@ -18,7 +18,7 @@ namespace {
 
 constexpr std::wstring_view kExtension = L".ini";
 
-/// Reads what a description says about the identity of its module. The first of equal keys counts.
+/// Reads the identity of the module from its description. Of several equal keys, the first is used.
 void ReadIdentity(GalleryDescription& description) {
   const common::ComPtr<IIniReader> reader = gallery::CreateIniReader();
   com::RaiseIfFailed(reader->Load(com::AllocateBstr(text::ToWide(description.path)).Get()));
@@ -50,7 +50,7 @@ GalleryDescription Describe(const common::WideString& folder, std::wstring_view 
   return description;
 }
 
-/// Reads the lists of a description.
+/// Reads a description into a module: summary and lists.
 class DescriptionReader {
  public:
   DescriptionReader(merge::Module& module, std::vector<std::unique_ptr<const std::string>>& texts)

@@ -10,7 +10,7 @@ namespace qm::analysis {
 
 namespace {
 
-/// Raises what a function of the client failed with.
+/// Raises the failure of a function of the client. Frees the texts in `exception`.
 [[noreturn]] void RaiseException(HRESULT hr, EXCEPINFO& exception) {
   if (hr == DISP_E_EXCEPTION && exception.pfnDeferredFillIn) {
     exception.pfnDeferredFillIn(&exception);
@@ -35,7 +35,7 @@ void LoadProgress::Report(long number, long total) {
   if (!m_function || number <= std::exchange(m_last, std::max(m_last, number))) {
     return;
   }
-  VARIANT arguments[2];  // the last comes first
+  VARIANT arguments[2];  // in reverse order
   arguments[0].vt = VT_I4;
   arguments[0].lVal = total;
   arguments[1].vt = VT_I4;

@@ -8,18 +8,18 @@
 
 namespace qm::analysis {
 
-/// Tells a function of the client how far a load is.
+/// Reports the progress of a load to a function of the client.
 class LoadProgress {
  public:
-  /// `function` is null for none. Its default method is called.
+  /// Reports to the default method of `function`, which may be null.
   explicit LoadProgress(common::ComPtr<IDispatch> function) : m_function(std::move(function)) {}
   LoadProgress(const LoadProgress&) = delete;
   LoadProgress& operator=(const LoadProgress&) = delete;
   ~LoadProgress() = default;
 
-  /// Calls the function with the number of the module that is about to be read, from 1, and their
-  /// total. Does nothing if this number or a greater one was reported before. Raises E_ABORT if the
-  /// function returns False, and the function's failures.
+  /// Calls the function with the number of the module that is about to be read, from 1, and the
+  /// total of modules. Does nothing if this number or a greater one was reported before. Raises
+  /// E_ABORT if the function returns False, and the function's failures.
   void Report(long number, long total);
 
  private:

@@ -21,7 +21,7 @@ namespace qm::analysis {
 
 namespace {
 
-/// The most modules that memory is reserved for: a collection may count elements that it lacks.
+/// The most modules for which memory is reserved, because the count of a collection may be wrong.
 constexpr long kMaxReserved = 10000;
 
 template <class Interface>
@@ -38,8 +38,8 @@ bool ReadFlag(Interface& object, HRESULT (STDMETHODCALLTYPE Interface::*property
   return value != VARIANT_FALSE;
 }
 
-/// Reads what the interfaces of the collection say about a module. An object of another maker may
-/// lack the newer interfaces: its modules need no download, and come from no folder.
+/// Reads the properties of a module of the collection. An object of another implementation may lack
+/// the newer interfaces; the module then needs no download and has no search folder.
 void ReadIdentity(const common::ComPtr<IMergeModule>& object, merge::Module& module) {
   module.path = ReadText(*object, &IMergeModule::get_Path);
   module.key = ReadText(*object, &IMergeModule::get_Key);
@@ -67,7 +67,7 @@ std::string Describe(const msidb::FileError& error, const std::string& path) {
                          path);
 }
 
-/// Returns how a file differs from what the collection says about it; empty if it does not.
+/// Describes how a file differs from what the collection says about it; empty if it does not.
 std::string CompareIdentities(const merge::Module& listed, const merge::Module& read) {
   const std::string listedLanguage = std::to_string(listed.language);
   const std::string readLanguage = std::to_string(read.language);
@@ -105,7 +105,7 @@ ModuleContents ReadContents(const merge::Module& module, OpenFileReader& openFil
   return ReadModuleContents(file, module.path, openFiles.Shared());
 }
 
-/// Adds what the file of a module contains. Returns the code of a failure, else S_OK.
+/// Fills in what the file of a module contains. Returns the code of a failure, else S_OK.
 HRESULT ReadFile(merge::Module& module, OpenFileReader& openFiles) {
   try {
     auto [read, code] = ReadContents(module, openFiles);
@@ -132,7 +132,7 @@ HRESULT ReadModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& o
       !common::PathExists(text::ToWide(module.path))) {
     module.path.clear();
   }
-  // The interfaces call a module present only if all its download files are.
+  // Unlike this flag, the interfaces call a module present only if all its download files are.
   module.isPresent = !module.isFromGallery || !module.path.empty();
   if (!module.path.empty()) {
     return ReadFile(module, openFiles);
@@ -157,7 +157,7 @@ void AddModule(const common::ComPtr<IMergeModule>& object, OpenFileReader& openF
   AddFailure(contents.modules.size() - 1, hr, contents);
 }
 
-/// Reads the modules again whose data must be compared with that of modules that came later.
+/// Reads modules again if their data must be compared with that of modules read after them.
 void ReadSharedData(OpenFileReader& openFiles, SetData::Contents& contents) {
   const std::vector<std::string> paths = openFiles.Shared().TakeUnread();
   if (paths.empty()) {
@@ -174,15 +174,15 @@ void ReadSharedData(OpenFileReader& openFiles, SetData::Contents& contents) {
             [](const LoadFailure& a, const LoadFailure& b) { return a.module < b.module; });
 }
 
-/// Raises E_UNEXPECTED for an element that the collection counts and does not have.
+/// Raises E_UNEXPECTED for an element that the collection counts but does not have.
 [[noreturn]] void RaiseBrokenCollection(long number) {
   ::SetErrorInfo(0, nullptr);
   com::Raise(com_exception(E_UNEXPECTED, common::WideString::Format(
                                              L"The collection has no module number %ld.", number)));
 }
 
-/// Returns the collection that `source` is, or that of the catalog that it is. A catalog may hand
-/// its files to `openFiles`.
+/// Returns `source` itself if it is a collection, or the collection of `source` if it is a catalog.
+/// A catalog may hand its files to `openFiles`.
 common::ComPtr<IMergeModules> GetCollection(IDispatch& source, OpenFileReader& openFiles) {
   const common::ComPtr<IDispatch> object(&source);
   common::ComPtr<IMergeModules> collection;

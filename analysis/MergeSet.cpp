@@ -58,7 +58,7 @@ std::vector<size_t> AddNeeded(const SetData& set, const std::vector<size_t>& wan
   return scope;
 }
 
-/// Adds what is wrong with the indexes.
+/// Adds findings about the index files, and sorts all findings again.
 void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   const IndexContents& indexes = set.Indexes();
   for (const auto* const entries : {&indexes.displayNames, &indexes.files}) {
@@ -68,7 +68,7 @@ void CheckIndexes(const SetData& set, std::vector<merge::Finding>& findings) {
   }
   for (const LoadFailure& failure : set.Failures()) {
     if (failure.module) {
-      continue;  // a finding about the module
+      continue;  // CheckModules reports failures of modules
     }
     findings.push_back(merge::MakeFinding(merge::kUnreadableIndex,
                                           failure.path + " cannot be read: " + failure.text));
@@ -111,8 +111,8 @@ class PathIndex {
   std::vector<Entry> m_paths;
 };
 
-/// Returns the positions of the modules that a key or a full path means. Raises E_INVALIDARG if no
-/// module has it. Makes `paths` if it is needed.
+/// Returns the positions of the modules that a key or a full path names. Raises E_INVALIDARG if
+/// there are none. Fills in `paths` at the first use.
 std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key,
                                    std::optional<PathIndex>& paths) {
   std::vector<size_t> positions = set.Index().FindByKey(text::ToUtf8(key));
@@ -133,8 +133,7 @@ std::vector<size_t> RequireModules(const SetData& set, std::wstring_view key) {
   return RequireModules(set, key, paths);
 }
 
-/// Returns the same for several keys, each position once. Raises E_INVALIDARG for none: nothing was
-/// asked.
+/// Returns the same for several keys, each position once. Raises E_INVALIDARG if `keys` is empty.
 std::vector<size_t> RequireModules(const SetData& set,
                                    const std::vector<common::WideString>& keys) {
   if (keys.empty()) {
@@ -153,8 +152,8 @@ std::vector<size_t> RequireModules(const SetData& set,
   return positions;
 }
 
-/// Reads a key or a list of keys. Call this before the set is used: an array object of a script may
-/// run code, which may load another one.
+/// Reads a key or a list of keys. Call this before using the set, because an array object of a
+/// script may run code that loads another set.
 std::vector<common::WideString> ReadKeys(const VARIANT& keys) {
   return com::ParseTextList(keys, L"The argument is neither a module key nor an array of them.")
       .texts;

@@ -21,7 +21,7 @@ std::optional<std::string> DecodeText(std::string_view bytes, std::uint32_t code
   return text::ToUtf8(msidb::DecodeCodePageText(bytes, codePage));
 }
 
-/// If the module has a failure, `code` is its Win32 error code; otherwise it means nothing.
+/// If the module has a failure, sets `code` to its Win32 error code; otherwise `code` is undefined.
 merge::Module ReadDatabase(msidb::ModuleFile& file, merge::SharedStreams& shared, DWORD& code) {
   try {
     code = ERROR_FILE_CORRUPT;

@@ -12,8 +12,8 @@ namespace qm::analysis {
 
 /// What a module's file contains.
 struct ModuleContents {
-  merge::Module module;  ///< without what only a catalog knows, see merge::ModuleListing
-  HRESULT code = S_OK;   ///< of the module's failure
+  merge::Module module;  ///< without what only a catalog knows; see merge::ModuleListing
+  HRESULT code = S_OK;   ///< of Module::failure
 };
 
 /// Reads a module from its file at `path`. Damage is the module's failure. Throws msidb::FileError,

@@ -46,7 +46,7 @@ class SetModule : public SetObject<ISetModule> {
   size_t m_position = 0;
 };
 
-/// Makes the object for a module of the set; null for no position.
+/// Makes the object for a module of the set; null without a position.
 ISetModule* MakeModule(const SharedSet& set, std::optional<size_t> position);
 
 /// Makes a collection of modules of the set.

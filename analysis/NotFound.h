@@ -6,7 +6,7 @@
 
 namespace qm::analysis {
 
-// Raise E_INVALIDARG with a description that has the first 200 bytes of a key as UTF-8.
+// These raise E_INVALIDARG. The description quotes at most 200 bytes of a key, as UTF-8.
 
 /// For an index that no element of a collection has.
 [[noreturn]] void RaiseNoElement(const common::CollectionIndex& index);

@@ -22,7 +22,7 @@ STDMETHODIMP OpenFileReader::ReadFile(const WCHAR* path, void* file) {
       const std::string utf8 = text::ToUtf8(std::wstring_view(path));
       m_contents.insert_or_assign(utf8, ReadModuleContents(opened, utf8, m_shared));
     } catch (const msidb::FileError&) {
-      return S_FALSE;  // the set will open the file itself, and report what fails
+      return S_FALSE;  // LoadSet then opens the file itself and reports the failure
     }
     return S_OK;
   });

@@ -13,8 +13,8 @@
 
 namespace qm::analysis {
 
-/// Reads modules while a catalog has their files open, and keeps them until the set asks. Opening a
-/// file takes longer than reading it.
+/// Reads modules while a catalog has their files open, and keeps them until LoadSet takes them.
+/// This saves opening each file again, which takes longer than reading it.
 class OpenFileReader : public IOpenFileReader, public com::ComObjectRoot {
  public:
   using InterfaceMap = com::InterfaceMap<com::Via<IOpenFileReader, IOpenFileReader>>;
@@ -23,18 +23,18 @@ class OpenFileReader : public IOpenFileReader, public com::ComObjectRoot {
 
   void Init(std::shared_ptr<LoadProgress> progress) { m_progress = std::move(progress); }
 
-  /// What the modules of the load have in common.
+  /// The data that several modules of the load have.
   merge::SharedStreams& Shared() noexcept { return m_shared; }
 
   // IOpenFileReader
   STDMETHOD(BeginFiles)(ULONG count) override;
   STDMETHOD(ReadFile)(const WCHAR* path, void* file) override;
 
-  /// Raises the failure of the progress that ended the catalog's refresh, if one did.
+  /// Raises the failure to report progress that ended the catalog's refresh, if there was one.
   void RaiseFailure() const;
 
-  /// Returns what was read of the file at a full path, in UTF-8; no value if that must still be
-  /// done. Gives it away.
+  /// Removes and returns what was read of the file at `path`, a full path in UTF-8; no value if the
+  /// file was not read.
   std::optional<ModuleContents> Take(const std::string& path);
 
  private:

@@ -26,16 +26,16 @@ struct GalleryDescription {
   HRESULT failureCode = S_OK;
 };
 
-/// What MergeSet.Load read. The objects of a set share it and keep it alive. Immutable, but for
-/// what it works out when it is first asked; used by one apartment, like the objects of the
+/// What MergeSet.Load read. The objects of a set share it and keep it alive. Immutable except for
+/// members that are computed at the first use. Used by one apartment, like the objects of the
 /// collection.
 class SetData {
  public:
-  /// What goes into a set. A position means the same module in both lists.
+  /// The contents of a set. A position means the same module in `modules` and `objects`.
   struct Contents {
     std::vector<merge::Module> modules;
     std::vector<common::ComPtr<IMergeModule>> objects;  ///< of the collection
-    /// The texts that modules of the gallery refer to, since they have no tables.
+    /// The texts that gallery modules read from descriptions refer to, because they have no tables.
     std::vector<std::unique_ptr<const std::string>> texts;
     IndexContents indexes;
     std::vector<GalleryDescription> descriptions;
@@ -65,14 +65,14 @@ class SetData {
 
   const std::vector<LoadFailure>& Failures() const noexcept { return m_contents.failures; }
 
-  /// Returns who needs whom.
+  /// Returns which modules need which. Computed at the first call.
   const merge::ModuleUsers& Users() const;
 
   /// Returns where an installer makes a directory of a module.
   merge::TargetFolder ResolveFolder(size_t module, std::string_view directory) const;
 
-  /// Returns a folder as the active project spells it; "[Key]" for the root in a project of unknown
-  /// type. Raises as traits::GetActiveProjectType does.
+  /// Returns a folder as the active project spells it; in a project of unknown type, the root is
+  /// "[Key]". Raises as traits::GetActiveProjectType does.
   static std::string SpellFolder(const merge::TargetFolder& folder);
 
   /// Returns the spelling of the folder of a directory of a module.

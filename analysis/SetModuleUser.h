@@ -13,7 +13,7 @@ class SetModuleUser : public SetObject<IModuleUser> {
  public:
   using Users = std::shared_ptr<const std::vector<merge::ModuleUser>>;
 
-  /// The object is the user at an index of `users`, all users of a module.
+  /// The object is the user at index `at` of `users`, which has all users of a module.
   void Init(SharedSet set, Users users, size_t at) noexcept;
 
   STDMETHOD(get_Module)(ISetModule** value) override;

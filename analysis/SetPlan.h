@@ -39,7 +39,7 @@ class SetMissingModule : public SetObject<IMissingModule> {
   merge::MissingModule m_missing;
 };
 
-/// A change that ends a conflict.
+/// A change that resolves a conflict.
 class SetPlanFix : public SetObject<IPlanFix> {
  public:
   void Init(SharedSet set, const merge::PlanFix& fix);

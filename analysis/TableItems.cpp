@@ -21,7 +21,7 @@ const char* GetTypeName(image::ColumnKind kind) noexcept {
   }
 }
 
-/// Returns the position of the column that an index means; the number of columns if none.
+/// Returns the position of the column that an index names; the number of columns if there is none.
 size_t FindColumn(const std::vector<merge::Column>& columns, const common::CollectionIndex& index) {
   if (!index.IsKey()) {
     return std::min(index.Position(), columns.size());
