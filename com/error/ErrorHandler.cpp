@@ -55,7 +55,7 @@ HRESULT Report(REFCLSID clsid, HRESULT hr, REFIID iid, const wchar_t* descriptio
 
 HRESULT ReportOutOfMemory() noexcept {
   TraceException(E_OUTOFMEMORY, L"");
-  ::SetErrorInfo(0, nullptr);  // one that another failure left would mislead
+  ::SetErrorInfo(0, nullptr);  // an object that another failure left would mislead
   return E_OUTOFMEMORY;
 }
 

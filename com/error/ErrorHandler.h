@@ -84,9 +84,9 @@ void SwallowFailures(Work&& work) noexcept {
 /// thrown by pointer. Rethrows out-of-memory exceptions and those of unknown type.
 std::unique_ptr<const com_exception> CaptureCurrentException();
 
-/// Runs `work` and returns the failure that it raised, or null. For work that may fail, if its
-/// failure is asked for later. Rethrows out-of-memory exceptions, which say nothing about the work,
-/// and those of unknown type.
+/// Runs `work` and returns the failure that it raised, or null. Use it to keep a failure that is
+/// reported later. Rethrows out-of-memory exceptions, which say nothing about the work, and those
+/// of unknown type.
 template <class Work>
 std::unique_ptr<const com_exception> CaptureFailure(Work&& work) {
   try {

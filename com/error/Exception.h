@@ -42,7 +42,7 @@ class CException : public CObject {
   Storage m_storage = Storage::Heap;
 };
 
-/// Out of memory. Every throw uses the same static object, so that throwing allocates none.
+/// Out of memory. Every throw uses the same static object, so that throwing allocates nothing.
 class MemoryException final : public CException {
  public:
   MemoryException() noexcept : CException(Storage::Static) {}

@@ -30,7 +30,8 @@ class win32_exception : public std::exception {
   const char* what() const noexcept override;
 
  private:
-  /// Takes the code as an argument, because allocating the shared block may change the thread's.
+  /// Takes the code as an argument, because allocating the shared block may change the thread's
+  /// last error.
   explicit win32_exception(DWORD code);
 
   struct Shared;

@@ -93,7 +93,8 @@ void ApartmentGate::Leave() noexcept {
   if (!m_first) {
     return;
   }
-  // If that thread has several waits, only the innermost one, which is its last, can return.
+  // If the first waiting thread has several waits, only the innermost one can return. It is the
+  // thread's last one in the list.
   Waiter* admitted = m_first;
   for (Waiter* waiter = m_first; waiter; waiter = waiter->next) {
     if (waiter->thread == m_first->thread) {

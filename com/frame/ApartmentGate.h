@@ -11,8 +11,8 @@ namespace qm::com {
 /// call that comes in meanwhile. A waiting thread dispatches COM calls to its apartment, so an
 /// owner that calls an object there can go on. Waiting threads are admitted in the order of their
 /// arrival. A thread that is admitted while it runs a dispatched call owns the gate from then on,
-/// although its wait returns only after that call. A thread that ends as the owner never gives the
-/// gate back.
+/// although its wait returns only after that call. If a thread ends while it owns the gate, the
+/// gate is never free again.
 class ApartmentGate {
  public:
   static constexpr DWORD kTimeoutMs = 30000;

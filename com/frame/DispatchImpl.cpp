@@ -13,7 +13,7 @@ namespace qm::com {
 
 namespace {
 
-// What crosses the boundary of the DLL has the layout that callers expect.
+// Types that cross the boundary of the DLL must have the layout that callers expect.
 constexpr bool kIs64Bit = sizeof(void*) == 8;
 static_assert(sizeof(VARIANT) == (kIs64Bit ? 24 : 16) && alignof(VARIANT) == 8);
 static_assert(offsetof(VARIANT, lVal) == 8);

@@ -8,16 +8,16 @@
 
 namespace qm::com {
 
-/// The members of a dual interface that scripts call most: the dispatch identifiers of all members
-/// by name, and the virtual-table slots of properties that are read without arguments. Read once
-/// from the type information, which would search its members at every call. Immutable after
+/// What IDispatch needs most often of a dual interface: the dispatch identifiers of its members by
+/// name, and the virtual-table slots of properties that are read without arguments. Read once from
+/// the type information, because that searches its members at every call. Immutable after
 /// construction.
 class DispatchTable {
  public:
   /// A property of type VT_BSTR, VT_I4 or VT_BOOL that is read without arguments.
   struct Getter {
     DISPID member;
-    unsigned slot;  ///< counted from 0, with those of IUnknown and IDispatch
+    unsigned slot;  ///< counted from 0, including those of IUnknown and IDispatch
     VARTYPE type;
   };
 

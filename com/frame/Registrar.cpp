@@ -15,9 +15,9 @@ namespace qm::com {
 
 namespace {
 
-// What differs between the architectures: the keys below which a type library lists the files of
-// each, and the flag that opens the keys that the other one has for itself. CLSID is such a key.
-// ProgIDs and type libraries are shared.
+// Differences between the architectures: the key in which a type library names its file for each of
+// them, and the flag that opens the keys of the other one. Each has its own CLSID key. ProgIDs and
+// type libraries are shared.
 #ifdef _WIN64
 constexpr SYSKIND kSystem = SYS_WIN64;
 constexpr wchar_t kOwnFile[] = L"win64";
@@ -52,7 +52,7 @@ void DeleteKey(const common::WideString& key) {
   }
 }
 
-/// Returns whether the other architecture has a key. A system of 32 bits has no keys but its own.
+/// Returns whether the other architecture has a key. A 32-bit system has only one set of keys.
 bool OtherArchitectureHas(const common::WideString& key) noexcept {
   common::UniqueRegistryKey handle;
   return ::RegOpenKeyExW(HKEY_CLASSES_ROOT, key.c_str(), 0, KEY_QUERY_VALUE | kOtherKeys,
@@ -133,7 +133,8 @@ void UnregisterClass(const ObjectMapEntry& entry) {
 /// Unregisters a type library, unless it is registered from a file other than `path`. If the other
 /// architecture has registered it as well, removes only the entry of this one.
 void UnregisterLibrary(REFGUID libid, const common::WideString& path) {
-  // Checked first, also because systems differ in the result for a library that is not registered.
+  // Checked first, also because systems differ in what UnRegisterTypeLib returns for a library that
+  // is not registered.
   common::UniqueBstr registered;
   if (SUCCEEDED(::QueryPathOfRegTypeLib(libid, 1, 0, LOCALE_NEUTRAL, registered.Put())) &&
       registered && IsSameFile(registered.Get(), path.c_str())) {

@@ -11,8 +11,8 @@ void RegisterServer(const ObjectMap& objects, HINSTANCE instance);
 
 /// Removes what RegisterServer writes. Missing entries are not a failure. A type library that has
 /// been registered from another file since then stays, because several DLLs may carry one library.
-/// So do the ProgIDs and the library's other entries while the other architecture has registered
-/// them. Raises as RegisterServer does.
+/// The ProgIDs and the library's other entries also stay while the other architecture has
+/// registered them. Raises as RegisterServer does.
 void UnregisterServer(const ObjectMap& objects, HINSTANCE instance);
 
 }  // namespace qm::com

@@ -8,7 +8,7 @@ namespace qm::com {
 /// ExitInstance.
 class WinApp : public CObject {
  public:
-  /// Called at load, which is refused if this returns FALSE. An override calls this one last.
+  /// Called at load. If it returns FALSE, the DLL is not loaded. An override calls this one last.
   virtual BOOL InitInstance() { return TRUE; }
 
   /// Called at unload, but not when the process ends. An override calls this one last.

@@ -136,8 +136,8 @@ HMODULE ComponentLoader::TryLoad(const wchar_t* dll, const common::WideString& p
   DWORD previousMode = 0;
   ::SetThreadErrorMode(SEM_FAILCRITICALERRORS | SEM_NOOPENFILEERRORBOX, &previousMode);
   const common::ScopeGuard mode([&]() noexcept { ::SetThreadErrorMode(previousMode, nullptr); });
-  // A DLL finds its own dependencies beside it only if that is the current folder, which is changed
-  // only if it can be restored.
+  // A DLL finds dependencies in its own folder only if that is the current one. The current folder
+  // is changed only if it can be restored.
   const std::wstring previousFolder = GetCurrentFolder();
   if (!previousFolder.empty()) {
     ::SetCurrentDirectoryW(common::ParentFolder(path).c_str());

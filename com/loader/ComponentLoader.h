@@ -37,7 +37,7 @@ class ComponentLoader {
   }
 
   /// Creates an object of `clsid`: from `dll` if that is loaded or lies at one of the first three
-  /// of these places, otherwise as registered on the machine.
+  /// places that GetFunction searches, otherwise as registered on the machine.
   template <class Interface>
   common::ComPtr<Interface> Create(const wchar_t* dll, REFCLSID clsid) {
     common::ComPtr<Interface> object;
