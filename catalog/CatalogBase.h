@@ -10,7 +10,8 @@
 
 namespace qm::catalog {
 
-/// Base of the two catalog classes. Scripts reach the members up to IMMCatalogVelmora.
+/// Base of the two catalog classes. Scripts can call the members up to IMMCatalogVelmora; those of
+/// IMMCatalogCaskel are for C++.
 template <const CLSID* pClsid>
 class CatalogBase : public com::SupportErrorInfo<IMMCatalog, IMMCatalogVelmora, IMMCatalogCaskel>,
                     public com::DispatchImpl<IMMCatalogCaskel, IMMCatalogVelmora>,

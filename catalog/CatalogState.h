@@ -10,15 +10,15 @@
 namespace qm::catalog {
 
 /// The state that all catalogs of the process share, from its first use until the DLL is unloaded.
-/// Use it only behind the ApartmentGate. The records in it may be used by any apartment, see
+/// Use it only while owning the ApartmentGate. The records in it may be used by any apartment, see
 /// CCacheMSM.
 ///
 /// The index tables are process-wide too, but belong to the gallery: IndexTables.
 struct CatalogState {
   static CatalogState& Instance();
 
-  /// The search folders by folder path; no source is null. A refresh replaces the whole map, so
-  /// that holders of a source can keep it.
+  /// The search folders by folder path; no source is null. A refresh replaces the map as a whole;
+  /// the shared pointers keep a source alive that is still in use.
   using SourceMap = std::map<common::WideString, std::shared_ptr<Source>, FolderLess>;
   SourceMap sources;
 

@@ -32,8 +32,8 @@ class RecordKeyView {
   std::wstring_view m_version;
 };
 
-/// Returns a value less than, equal to or greater than 0 if `a` comes before `b`, is equal to it or
-/// comes after it.
+/// Compares two keys unit by unit. Returns a value less than, equal to or greater than 0, as
+/// std::wstring_view::compare does.
 template <class KeyA, class KeyB>
 int Compare(const KeyA& a, const KeyB& b) noexcept {
   const size_t common = std::min(a.size(), b.size());

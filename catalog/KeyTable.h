@@ -8,11 +8,12 @@
 
 namespace qm::catalog {
 
-/// The lower-case keys "ID:version" of the records that the process has read. An empty version
-/// counts as "0".
+/// The lower-case keys "ID:version" of the records that the process has read. An empty version is
+/// treated as "0".
 ///
 /// Holds the records sorted by key and composes keys only for comparison. The table is built at the
-/// first search after Clear, since most lists are never searched. Used behind the ApartmentGate.
+/// first search after Clear, since most lists are never searched. Use it only while owning the
+/// ApartmentGate.
 class KeyTable {
  public:
   /// Returns whether a record that has not expired has the lower-case key `key`. The first call

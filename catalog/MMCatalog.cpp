@@ -173,7 +173,8 @@ STDMETHODIMP CMMCatalog::CatalogQuery(VARIANT query, VARIANT* count, VARIANT* mo
       return E_POINTER;
     }
     modules->vt = VT_EMPTY;
-    // Read before the list is used: this may run a script's code, which may refresh the catalog.
+    // Parsed before the list is used, because parsing may run script code, which may refresh the
+    // catalog.
     const ModuleQuery wanted = ParseQueryArgument(query);
     const com::ScopedGateEntry pass;
     const CatalogModules matches = FindMatchingModules(RequireModules(), wanted);

@@ -48,8 +48,9 @@ class CMMCatalog : public CatalogBase<&CLSID_MMCatalog>, public IOpenFiles {
   STDMETHOD(ListModules)(IOpenFileReader* reader, IMergeModules** modules) override;
 
  private:
-  /// Brings the list of modules up to date behind the ApartmentGate. Does nothing before Initialize
-  /// has succeeded, or if this apartment is already refreshing a catalog. `reader` may be null.
+  /// Enters the ApartmentGate and brings the list of modules up to date. Does nothing before
+  /// Initialize has succeeded, or if this apartment is already refreshing a catalog. `reader` may
+  /// be null.
   void RefreshModules(IOpenFileReader* reader = nullptr);
   std::vector<SearchFolder> GetSearchFolders();
 

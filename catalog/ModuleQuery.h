@@ -17,7 +17,7 @@ struct ModuleQuery {
 ModuleQuery ParseModuleKey(std::wstring_view key, std::wstring_view version);
 
 /// Returns the modules of `modules` that match the query, as new objects in the same order. The
-/// caller is behind the ApartmentGate, because matches are looked up in the key table of the
+/// caller must own the ApartmentGate, because matches are looked up in the key table of the
 /// process.
 CatalogModules FindMatchingModules(const CatalogModules& modules, const ModuleQuery& query);
 

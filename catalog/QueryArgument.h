@@ -7,7 +7,7 @@
 namespace qm::catalog {
 
 /// Parses the query argument of a script: a key, "ID" or "ID:language", or an array of key and
-/// version. The array may be a SAFEARRAY of VARIANTs or texts, or an array object of the script.
+/// version. The array may be a SAFEARRAY of VARIANTs or BSTRs, or an array object of the script.
 /// Key and version are converted to texts. Raises E_INVALIDARG for anything else.
 ModuleQuery ParseQueryArgument(const VARIANT& argument);
 

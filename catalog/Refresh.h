@@ -8,8 +8,8 @@
 
 namespace qm::catalog {
 
-// The steps of a refresh, in order; called behind the ApartmentGate. Each step records the changes
-// that it finds in the state, so that the next refresh continues after a failure in a later step.
+// The steps of a refresh, in order. The caller must own the ApartmentGate. Each step stores the
+// changes that it finds in the state, so that the next refresh can continue if a later step fails.
 // All throw std::bad_alloc.
 
 /// Makes `folders` the sources of the process. If a folder occurs twice, its first entry is used.

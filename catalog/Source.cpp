@@ -49,15 +49,15 @@ void Source::CompareWithFolder() {
           m_bChanged = true;
         }
       });
-  // The files of an unavailable folder do not count as deleted.
+  // The files of an unavailable folder are not treated as deleted.
   if (listing != common::ListingOutcome::Unavailable &&
       (!others.empty() || position != m_files.size())) {
     ReplaceFiles(std::move(others), position);
   }
 }
 
-/// Replaces all but the first `unchanged` files of the list with `others`, which keep the records
-/// that they have there.
+/// Replaces all but the first `unchanged` files of the list with `others`. A file that was already
+/// in the list keeps its record.
 void Source::ReplaceFiles(Files others, size_t unchanged) {
   const auto rest = m_files.begin() + static_cast<std::ptrdiff_t>(unchanged);
   std::map<std::wstring_view, const File*> known;
@@ -120,7 +120,7 @@ std::shared_ptr<module::CCacheMSM> Source::ReadRecord(const File& file,
   record->TryInitFromModule(path, m_folder.path, [&](HANDLE open) {
     hr = reader ? reader->ReadFile(path.c_str(), open) : S_OK;
   });
-  com::RaiseIfFailed(hr);  // only here: the file did not fail
+  com::RaiseIfFailed(hr);  // only here, because a failure of the reader is not one of the file
   return record->IsIncomplete() && !common::IsListedByParent(path) ? nullptr : record;
 }
 

@@ -15,7 +15,7 @@ namespace qm::catalog {
 /// Records; those of a folder are sorted by key and then by path.
 using RecordList = std::vector<std::shared_ptr<module::CCacheMSM>>;
 
-/// A search folder and the records of the module files (*.msm) in it. Used behind the
+/// A search folder and the records of the module files (*.msm) in it. Use it only while owning the
 /// ApartmentGate.
 ///
 /// An update has two steps, so that a refresh finds changes before it reads anything: FindChanges
@@ -79,6 +79,8 @@ class Source {
   };
   using Files = std::vector<File>;
 
+  /// Returns whether a file has no record or was rewritten since the record was read. If neither,
+  /// clears the record's recheck flag.
   static bool NeedsReading(const File& file) noexcept;
 
   void CompareWithFolder();

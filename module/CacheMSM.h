@@ -15,9 +15,9 @@ namespace qm::module {
 /// The module record: identity and summary texts, read by one of the Init functions, and the
 /// module's tables. Each table is read once, at the first call of its accessor, even if that fails.
 ///
-/// Apartments share records. After Init the texts no longer change. The tables are guarded by
-/// TableLock until they are read. The recheck flag belongs to the catalog, which uses it behind
-/// the ApartmentGate.
+/// Apartments share records. After Init the texts no longer change. TableLock guards the tables; a
+/// table that has been read does not change. The recheck flag belongs to the catalog, which uses it
+/// while owning the ApartmentGate.
 ///
 /// The module file is open only during a call. Failures are raised, see ReportInstallerResult; what
 /// was read before a failure is kept.
@@ -34,8 +34,8 @@ class CCacheMSM : public gallery::CMMGallery {
   ~CCacheMSM() override = default;
 
   /// Fills the record from the module database at the full path `path`. `origin` is the search
-  /// folder in which it was found, or empty. `use`, unless it is null, is called while the file is
-  /// open; not if the record cannot be filled, or if the installer reads the file.
+  /// folder in which it was found, or empty. `use`, unless null, is called with the open file once
+  /// the record is filled. It is not called if the installer reads the file.
   void InitFromModule(const common::WideString& path, const common::WideString& origin,
                       const UseFile& use = nullptr);
 

@@ -16,8 +16,8 @@ class CCollectionEnum : public IEnumVARIANT, public com::ComObjectRoot {
   using Elements = CollectionElements<ItemInterface>;
   using InterfaceMap = com::InterfaceMap<com::Via<IEnumVARIANT, IEnumVARIANT>>;
 
-  /// Creates an enumerator over all of `elements` with the cursor at `cursor`. E_POINTER,
-  /// E_OUTOFMEMORY.
+  /// Creates an enumerator over all of `elements` with the cursor at `cursor`. Fails with E_POINTER
+  /// or E_OUTOFMEMORY.
   static HRESULT Create(const std::shared_ptr<const Elements>& elements, size_t cursor,
                         IEnumVARIANT** out) noexcept {
     return com::FillOut(GUID_NULL, out, [&] {
@@ -71,6 +71,7 @@ class CCollectionEnum : public IEnumVARIANT, public com::ComObjectRoot {
 
  private:
   /// Copies the element at the cursor to `value` as VT_DISPATCH and releases what `value` held.
+  /// Returns false if VariantCopy fails.
   bool CopyCurrent(VARIANT& value) const noexcept {
     VARIANT element;
     ::VariantInit(&element);

@@ -52,8 +52,8 @@ bool IsFullPath(std::wstring_view path) noexcept {
          (path[1] == L':' || isSeparator(path[0]));
 }
 
-/// Returns the full path of a module to open. Resolves a relative path behind the gate, because
-/// loading a sibling changes the current folder of the process for a while.
+/// Returns the full path of a module to open. Enters the ApartmentGate to resolve a relative path,
+/// because loading a sibling changes the current folder of the process for a while.
 common::WideString ResolveModulePath(BSTR path) {
   std::optional<com::ScopedGateEntry> pass;
   if (!IsFullPath(common::ViewOf(path))) {
@@ -159,7 +159,7 @@ STDMETHODIMP CMergeModule::Open(BSTR path) {
     m_pCache = std::make_shared<CCacheMSM>();
     const auto record = m_pCache;
     if (common::ViewOf(path).find(L'\0') != std::wstring_view::npos) {
-      // The installer would open the path that ends at the zero.
+      // The installer would open the path up to the zero character.
       com::Raise(com_exception(E_INVALIDARG, L"The path holds a zero character."));
     }
     record->InitFromModule(ResolveModulePath(path), common::WideString());

@@ -52,8 +52,8 @@ class CRefCollectionImpl : public com::DispatchImpl<Collection>, public com::Com
 
   // The server fills a collection once and never calls these two.
 
-  /// Removes the element at `position`, counted from 0. E_INVALIDARG if there is no such element,
-  /// E_OUTOFMEMORY.
+  /// Removes the element at `position`, counted from 0. Fails with E_INVALIDARG if there is no such
+  /// element, or with E_OUTOFMEMORY.
   virtual HRESULT Remove(size_t position) {
     if (position >= m_elements->Size()) {
       return E_INVALIDARG;
@@ -67,7 +67,8 @@ class CRefCollectionImpl : public com::DispatchImpl<Collection>, public com::Com
   }
 
   /// Empties the collection and releases its items from the last to the first. If enumerators share
-  /// the element list, the last of them releases the items; only then E_OUTOFMEMORY is possible.
+  /// the element list, the last of them releases the items. E_OUTOFMEMORY is possible only in that
+  /// case.
   virtual HRESULT RemoveAll() {
     if (m_elements.use_count() == 1) {
       m_keyIndex = KeyIndex<Elements>(*m_elements);

@@ -38,7 +38,7 @@ struct FileRow {
 
   common::WideString File;
   common::WideString FileName;
-  int FileSize;
+  int FileSize;  ///< in bytes
   common::WideString Version;
   common::WideString Language;
   int Sequence;
