@@ -19,8 +19,8 @@ class CRepository : public com::ComponentObject<IRepository, &CLSID_RepositoryMg
   std::shared_ptr<const Repository> m_pRepository;
 };
 
-/// The repositories of a file, with a cursor. Keeps the list as it was read alive, even after the
-/// manager is gone or the file has changed.
+/// The repositories of a file, with a cursor. Keeps the list that was read, even after the manager
+/// is gone or the file has changed.
 class Repositories : public com::ComponentObject<IRepositories, &CLSID_RepositoryMgr> {
  public:
   void Init(std::shared_ptr<const RepositoryList> list) noexcept;

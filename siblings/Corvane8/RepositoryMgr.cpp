@@ -30,7 +30,7 @@ void CRepositoryMgr::ReloadIfChanged() {
   const common::FileStamp stamp = ReadStamp(m_strPath);
   if (!m_pList || stamp != m_stamp) {
     m_pList = ReadRepositories(m_strPath);
-    // The stamp from before reading: the next call notices a change during reading.
+    // The stamp is from before reading, so that the next call notices a change during reading.
     m_stamp = stamp;
   }
 }

@@ -16,7 +16,7 @@ constexpr size_t kMaxLinearSearch = 16;
 bool IsLineBreak(wchar_t c) noexcept { return c == L'\n' || c == L'\r'; }
 
 std::wstring_view Trim(std::wstring_view text) noexcept {
-  // Control characters count as blanks: files of old editors end in Ctrl+Z.
+  // Control characters are treated as blanks, because old editors end a file with Ctrl+Z.
   constexpr auto isBlank = [](wchar_t c) { return c <= L' '; };
   while (!text.empty() && isBlank(text.front())) {
     text.remove_prefix(1);

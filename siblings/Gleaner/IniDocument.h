@@ -18,7 +18,7 @@ namespace qm::siblings {
 /// values are ignored. A line that begins with ";" is a comment. A line that begins with "[" starts
 /// a section, whose name ends at the last "]" of the line, or at the end of the line. Any other
 /// line is a key, whose name ends at the first "="; without "=" the whole line is the name and the
-/// value is empty. Keys before the first section are ignored. No text is malformed.
+/// value is empty. Keys before the first section are ignored. Any text is valid.
 ///
 /// Lookups ignore case and find the first of several equal names. If a section occurs twice, the
 /// second one can be reached only by position.
