@@ -8,10 +8,10 @@
 
 namespace mmcat {
 
-/// What a word is that was meant as a module of the catalog, and which command fits it better: a
-/// folder, a module file that the catalog does not have, another file, a file that modules deliver.
-/// `command` is the command with what else it takes, such as "deps KEY". Empty if the word looks
-/// like a name.
+/// Explains what a word is that was meant as a module of the catalog, and which command fits it
+/// better. It may be a folder, a module file that the catalog does not have, another file, or a
+/// file that modules deliver. `command` is the command with its arguments, such as "deps KEY".
+/// Empty if the word looks like a name.
 std::string AdviseOnFile(const std::string& word, const std::string& command);
 
 /// Suggests names of files in the modules of a set. Reads these names once, when first needed.

@@ -215,7 +215,7 @@ void PrintResult(const CheckResult& result, Report& report) {
   }
 }
 
-/// Prints the files that could not be read. Those of folders were printed before.
+/// Prints the files that could not be read. Failures of folders were printed before.
 void PrintFailures(const std::vector<FileFailure>& failures) {
   for (const FileFailure& failure : failures) {
     if (failure.of == FailureOf::File) {
@@ -224,7 +224,8 @@ void PrintFailures(const std::vector<FileFailure>& failures) {
   }
 }
 
-/// Prints a run that checks nothing. Build servers may look at nothing but the document.
+/// Finishes a run that checks nothing. Prints its document nevertheless, because build servers may
+/// read nothing else.
 ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, const Options& options,
                          const std::vector<BaselineEntry>& baseline, Report& report) {
   CheckResult result{set.Modules()};

@@ -46,7 +46,7 @@ std::string FormatCycle(const Question& question, const std::vector<size_t>& cyc
   return FormatChain(question.modules, cycle) + " -> " + question.modules[cycle.front()].key;
 }
 
-/// Lists the modules for which others would have done.
+/// Lists the chosen modules that have alternatives.
 std::string FormatChoices(const Question& question, const PlanFacts& plan) {
   TextTable choices({"Chosen", "Others that would do"});
   bool isEmpty = true;
@@ -63,8 +63,8 @@ std::string FormatChoices(const Question& question, const PlanFacts& plan) {
   return isEmpty ? "" : '\n' + choices.ToString("");
 }
 
-/// Returns whether the plan's missing modules say the same as a conflict: that a module which was
-/// asked for lacks one.
+/// Returns whether a conflict only repeats what the plan's missing modules show: that a module
+/// which was asked for lacks one that it needs.
 bool IsInMissing(const PlanFacts& plan, const ConflictFacts& conflict) {
   return conflict.modules.size() == 1 &&
          std::none_of(conflict.chains.begin(), conflict.chains.end(),
@@ -184,8 +184,8 @@ void AddOrderJson(const Question& question, const PlanFacts& plan,
 
 // ---- Tree
 
-/// Writes each module of a plan above what it needs. Keeps a stack of its own, since a chain of
-/// dependencies can have any length.
+/// Writes each module of a plan above what it needs. Uses an explicit stack instead of recursion,
+/// because a chain of dependencies can have any length.
 class TreeWriter {
  public:
   TreeWriter(const Question& question, const PlanFacts& plan) : m_question(question) {
@@ -367,7 +367,8 @@ void AddArguments(CLI::App& parser, Options& options) {
       ->excludes("--tree");
 }
 
-/// Finds the modules that keys mean, each once. Returns false if one of them means none.
+/// Finds the modules that keys mean, each once. If a key means none, prints a remark, clears
+/// `wanted` and returns false.
 bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
                 std::vector<size_t>& wanted) {
   for (const std::string& key : keys) {
@@ -386,8 +387,8 @@ bool FindWanted(const ModuleSet& set, const std::vector<std::string>& keys,
   return true;
 }
 
-/// Keeps files that cannot be read from deciding the exit code of a plan that lacks nothing,
-/// unless they are in it.
+/// Keeps unreadable files that are not in a plan from deciding the exit code. Call it only for a
+/// plan that lacks nothing.
 void AcceptUnreadable(const Question& question, const PlanFacts& plan, Report& report) {
   std::set<std::string> planned;
   for (const PlannedFacts& one : plan.modules) {

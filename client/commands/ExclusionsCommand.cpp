@@ -21,7 +21,7 @@ std::vector<ExclusionFacts> ListExclusions(const ModuleSet& set) {
   return list;
 }
 
-/// What brings in the excluding modules, by their positions.
+/// The modules that bring in each excluding module, by its position.
 using Users = std::map<size_t, std::vector<UserFacts>>;
 
 Users FindUsers(const ModuleSet& set, const std::vector<ExclusionFacts>& exclusions) {
@@ -34,7 +34,7 @@ Users FindUsers(const ModuleSet& set, const std::vector<ExclusionFacts>& exclusi
   return users;
 }
 
-/// Lists who needs an excluding module, and so cannot be merged with what it excludes.
+/// Lists the modules that need an excluding module and so cannot be merged with what it excludes.
 std::string FormatUsers(const std::vector<ModuleFacts>& modules, const Users& users) {
   TextTable table({"Excluding module", "Brought in by", "Version", "Chain"});
   bool isEmpty = true;
@@ -65,7 +65,7 @@ std::string FormatExclusions(const std::vector<ModuleFacts>& modules,
   for (const ExclusionFacts& exclusion : list) {
     std::string affected;
     for (const size_t position : exclusion.excluded) {
-      // They have the excluded ID.
+      // All have the excluded ID.
       const std::string& key = modules[position].key;
       affected += (affected.empty() ? "" : ", ") + key.substr(key.rfind(':') + 1) + ' ' +
                   modules[position].version;

@@ -19,7 +19,7 @@ namespace {
 /// Copies of one file in one module.
 using ListedFile = std::vector<const FileFacts*>;
 
-/// Joins the rows of a module that differ in nothing but where they go.
+/// Groups the files of a module that differ only in where they go.
 std::vector<ListedFile> JoinCopies(const std::vector<FileFacts>& files) {
   using Identity = std::tuple<size_t, std::string, std::optional<long>, std::string, bool>;
   std::map<Identity, size_t> positions;

@@ -107,7 +107,7 @@ std::string FormatGallery(const std::vector<GalleryEntry>& entries) {
   TextTable files({"Download file", "On media", "On the internet", "Size", "Checksum"});
   bool hasFiles = false;
   for (const GalleryEntry& entry : entries) {
-    // What names no module is known by its own file.
+    // A description that names no module is shown by its file name.
     const std::string name = entry.file.key.empty() ? GetFileName(entry.file.path) : entry.file.key;
     table.AddRow({name, entry.state, entry.file.version, entry.localVersion, entry.file.packageCode,
                   entry.note.empty() ? entry.gallery.localPath : '(' + entry.note + ')'});

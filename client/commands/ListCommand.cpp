@@ -24,7 +24,7 @@ void AddArguments(CLI::App& parser, Options& options) {
                     "Only modules with this in their key, name or file; * and ? are wildcards");
 }
 
-/// Returns whether the module matches a pattern as a whole, or contains a word without wildcards.
+/// Returns whether a name of the module matches a pattern, or contains a word without wildcards.
 bool Matches(const ListedModule& module, const std::string& word) {
   const std::string pattern = HasWildcard(word) ? word : '*' + word + '*';
   const bool hasName = module.displayName != module.path;  // the path stands in for a name
@@ -32,7 +32,8 @@ bool Matches(const ListedModule& module, const std::string& word) {
          MatchesPattern(pattern, NamedModule{module.key, module.moduleId, module.path});
 }
 
-/// Leaves the modules that match one of the patterns. Prints a remark for a pattern that none does.
+/// Removes the modules that match none of the patterns. Prints a remark for each pattern without a
+/// match.
 ExitCode Select(const std::vector<std::string>& patterns, std::vector<ListedModule>& modules) {
   std::vector<bool> isWanted(modules.size(), patterns.empty());
   ExitCode outcome = kSuccess;
@@ -59,8 +60,8 @@ ExitCode Select(const std::vector<std::string>& patterns, std::vector<ListedModu
   return outcome;
 }
 
-/// Keeps files that cannot be read from deciding the exit code if they are not among the modules
-/// that were asked for.
+/// Keeps unreadable files from deciding the exit code unless they are among the modules that were
+/// asked for.
 void AcceptOthers(const std::vector<ListedModule>& wanted, Report& report) {
   std::set<std::string> paths;
   for (const ListedModule& module : wanted) {

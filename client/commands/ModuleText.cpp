@@ -92,15 +92,15 @@ std::string FormatTables(const std::vector<TableContents>& tables) {
   return FormatPartHeading("Tables", tables.size()) + table.ToString(kIndent);
 }
 
-/// A name, possibly with a description in parentheses, in `width` columns.
+/// Shortens a name, possibly with a description in parentheses, to `width` columns.
 std::string ShortenName(const std::string& name, size_t width) {
   const std::string& ellipsis = CurrentPage().ellipsis;
   return !name.empty() && name.back() == ')' ? ShortenBefore(name, 1, width, ellipsis)
                                              : ShortenMiddle(name, width, ellipsis);
 }
 
-/// A number, then names for as many lines as the page has room for: "4: one (x2), two and 1 more
-/// (--full shows all)". Empty if there are no names.
+/// The number of names, then as many of them as fit into three lines of the page: "4: one (x2), two
+/// and 1 more (--full shows all)". Empty if there are no names.
 std::string FormatList(const std::vector<std::string>& names) {
   constexpr size_t kLines = 3;
   constexpr size_t kHeading = 18;  // columns before the names

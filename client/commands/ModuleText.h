@@ -6,11 +6,13 @@
 
 namespace mmcat {
 
-/// The main facts of a module as text, which fit one screen: its key, identity, and a line for
-/// each kind of content, with the names of a page's width (Page.h). Marked for colours (Style.h).
+/// The main facts of a module as text that fits one screen: its key, its identity, and an entry for
+/// each kind of content, with as many names as the page has room for (Page.h). Marked for colours
+/// (Style.h).
 std::string FormatModuleSummary(const ModuleContents& module);
 
-/// All of it: identity and summary, then a table for each collection that is not empty.
+/// The whole module as text: identity and summary, then a table for each collection that is not
+/// empty.
 std::string FormatModule(const ModuleContents& module);
 
 /// The names of a file as the File table has them: "SHORT.TXT|long name.txt", or one name.

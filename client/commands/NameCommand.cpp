@@ -18,8 +18,8 @@ struct Candidate {
   std::string displayName;
 };
 
-/// The modules with different display names that a word names: from the index of module names, else
-/// from the catalog.
+/// Finds the display names of the modules that a word names, each once, in the index of module
+/// names or else in the catalog.
 std::vector<Candidate> FindNames(const Catalog& catalog, const std::string& word) {
   std::string indexed = catalog.FindDisplayName(word);
   if (indexed != word) {
@@ -61,7 +61,7 @@ ExitCode Run(const Options& options, const OutputOptions& output) {
   const std::string& key = options.key;
   Report report("name", output);
   const Catalog catalog;
-  // A pattern would be answered with any one of what it matches.
+  // A pattern may match modules with different names, so it is refused.
   const bool isPattern = HasWildcard(key);
   const std::vector<Candidate> candidates =
       isPattern ? std::vector<Candidate>() : FindNames(catalog, key);

@@ -62,7 +62,8 @@ class Checks {
   std::string m_remedy;
 };
 
-/// The full path of a file of this process; empty if it has no such DLL.
+/// The full path of a DLL of this process, or of the program if `dll` is null. Empty if the DLL is
+/// not loaded.
 WideString FindLoadedFile(const wchar_t* dll) {
   const HMODULE module = ::GetModuleHandleW(dll);
   wchar_t path[MAX_PATH * 4];
@@ -104,8 +105,8 @@ std::string CheckTypeLibrary(const wchar_t* file) {
   return library->GetTypeInfoCount() > 0 ? "" : "the library is empty";
 }
 
-/// Creates an object of a class. The manifest of this program makes that the one of its own folder,
-/// whatever is registered.
+/// Creates an object of a class and checks that its DLL is the one in this program's folder. The
+/// manifest demands that, whatever is registered.
 std::string CheckClass(const wchar_t* progId, const wchar_t* dll) {
   CLSID clsid{};
   ThrowIfFailed(::CLSIDFromProgID(progId, &clsid));
@@ -131,7 +132,7 @@ std::string Describe(const ModuleIdentity& module) {
          std::to_string(module.files) + " files";
 }
 
-/// What some of the samples contain, so that two readers with the same fault do not agree.
+/// The contents of some samples, which reveal a fault that both readers share.
 const std::map<std::wstring, const char*>& KnownSamples() {
   static const std::map<std::wstring, const char*> samples{
       {L"BareMark.msm",
@@ -163,7 +164,7 @@ std::string CheckSample(const WideString& folder, const std::wstring& name) {
              : "contains " + byServer + " instead of " + known->second;
 }
 
-/// Reads a sample into a set, which asks all components what is needed to spell a folder.
+/// Checks a target path in a sample that is loaded into a set. Spelling it involves all components.
 std::string CheckTargetPath(const WideString& path) {
   const auto module = CreateObject<IMergeModule2>(CLSID_MergeModule2, "QmMMUpdater2.dll");
   ThrowIfFailed(module->Open(MakeArgument(path).Get()));
@@ -180,7 +181,7 @@ std::string CheckTargetPath(const WideString& path) {
              : '"' + folder + "\" instead of \"[SystemFolder]\"";
 }
 
-/// The search folder of the samples: that of the package, or that of a build.
+/// The folder of the sample modules, in the package or in a build. Empty if there is none.
 WideString FindSamples() {
   for (const wchar_t* place : {L"..\\..\\samples\\modules", L"..\\samples\\modules"}) {
     WideString folder = qm::common::ResolveFullPath(qm::common::JoinPath(ProgramFolder(), place));

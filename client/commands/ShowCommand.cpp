@@ -78,8 +78,8 @@ class ModuleCollector {
     return false;
   }
 
-  /// The same for a pattern. If it is one of files, it means module files, and modules of the
-  /// catalog only if there are none; otherwise it is the other way round.
+  /// The same for a pattern. If it looks like a path, it means module files, or modules of the
+  /// catalog if no file matches; otherwise it is the other way round.
   bool AddMatching(const std::string& pattern) {
     const std::vector<std::string> files = FindModuleFiles(pattern);
     const bool prefersFiles = LooksLikeFile(pattern) && !files.empty();

@@ -16,7 +16,8 @@ namespace {
 
 constexpr size_t kMostCandidates = 8;
 
-/// The end of a remark on a word that may be any of `candidates`: the pattern that means them all.
+/// The end of a remark on an ambiguous word: the pattern that means all of its `candidates`. Empty
+/// if the pattern would match another number of modules.
 std::string SuggestPattern(const std::vector<NamedModule>& modules, const std::string& word,
                            size_t candidates) {
   const std::string pattern = word + '*';

@@ -27,10 +27,10 @@ struct Delivery {
   DelivererFacts facts;
   bool isPresent = false;
   std::string displayName;
-  std::string path;  ///< the module file; empty if it is not here
+  std::string path;  ///< the module file; empty if it is not on this machine
 };
 
-/// The name that the indexes have for a module that is in no folder; empty if they have none.
+/// The name that the index has for a module that the set does not contain; empty if it has none.
 std::string FindIndexedName(const Catalog& catalog, const std::string& key) {
   const std::string name = catalog.FindDisplayName(key);
   return name == key ? "" : name;
@@ -164,7 +164,7 @@ void AddArguments(CLI::App& parser, Options& options) {
   parser.add_option("FILE", options.files, "File names; * and ? are wildcards")->required();
 }
 
-/// A remark on a name for which there is nothing.
+/// A remark on a name that no module delivers.
 std::string DescribeNothing(FileSuggestions& suggestions, const std::string& file) {
   if (IsFolder(file)) {
     return file + ": this is a folder; mmcat which FILE --folder " + QuoteArgument(file) +

@@ -11,7 +11,7 @@ namespace mmcat {
 
 namespace {
 
-/// Replaces characters by what a service wants in their place.
+/// Replaces the characters that have a special meaning to a service.
 std::string Escape(const std::string& text,
                    std::initializer_list<std::pair<char, const char*>> replacements) {
   std::string escaped;

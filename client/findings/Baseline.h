@@ -15,7 +15,8 @@ struct BaselineEntry {
 };
 
 /// Parses a baseline file. Entries of equal identity become one. Throws std::runtime_error, with a
-/// text for the user, if the file is not a baseline, of another version, cut or damaged.
+/// text for the user, if the file is not a baseline, is of another version, or is truncated or
+/// damaged.
 std::vector<BaselineEntry> ParseBaseline(const std::string& text);
 
 /// Formats a baseline file, sorted, so that a comparison of two versions shows what changed.

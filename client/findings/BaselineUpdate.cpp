@@ -15,10 +15,10 @@ enum class Update {
   None,
   Pruned,
   Written,
-  WrittenWithOldEntries,  ///< it keeps those that match no finding
+  WrittenWithOldEntries,  ///< the file keeps entries that match no finding
 };
 
-/// Adds entries to those of a baseline that is written.
+/// Returns the entries of both lists.
 std::vector<BaselineEntry> Join(std::vector<BaselineEntry> entries,
                                 const std::vector<BaselineEntry>& more) {
   entries.insert(entries.end(), more.begin(), more.end());
@@ -27,7 +27,7 @@ std::vector<BaselineEntry> Join(std::vector<BaselineEntry> entries,
 
 Update WriteFindings(const BaselineOptions& options, const PreviousBaseline& previous,
                      bool isComplete, Judgement& judgement) {
-  // Only the rest of an entry is added: part of it may match.
+  // These entries have only the counts that match no finding. MakeBaseline adds the others.
   std::vector<BaselineEntry> kept = previous.ofOthers;
   const bool keepsOld = !isComplete && !judgement.unmatched.empty();
   if (keepsOld) {

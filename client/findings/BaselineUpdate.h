@@ -14,15 +14,15 @@ struct BaselineOptions {
   bool isPruned = false;
 };
 
-/// What a baseline was before, and what of it the run says nothing about.
+/// The baseline before a run, and the part of it that the run cannot judge.
 struct PreviousBaseline {
   std::vector<BaselineEntry> entries;
   std::vector<BaselineEntry> ofOthers;  ///< about modules that are not checked
 };
 
-/// Writes or prunes the baseline if the options say so, judges the findings accordingly, and prints
-/// what of the baseline and of the rules matches no finding: it might hide another one. A run that
-/// is not complete, because it could not read everything, removes nothing. Throws
+/// Writes or prunes the baseline if the options say so, and updates `judgement` accordingly. Prints
+/// the entries and rules that match no finding, because they might hide another one. If the run is
+/// not complete, because it could not read everything, no entry is removed. Throws
 /// std::runtime_error if the file cannot be written.
 void UpdateBaseline(const BaselineOptions& options, const PreviousBaseline& previous,
                     bool isComplete, Judgement& judgement);

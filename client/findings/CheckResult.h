@@ -14,15 +14,15 @@ struct CheckResult {
   std::vector<size_t> scope = {};           ///< positions of those that were checked
   std::vector<JudgedFinding> findings = {};
   std::vector<BaselineEntry> unmatchedBaseline = {};
-  std::vector<FileFailure> failures = {};  ///< that are no findings and not accepted
+  std::vector<FileFailure> failures = {};  ///< neither findings nor accepted
   FailOn failOn = FailOn::Warning;
   std::string base = {};          ///< the folder that paths are relative to, a full path
   ExitCode exitCode = kSuccess;   ///< of the run
   std::string whyUnchecked = {};  ///< why the run checked nothing; empty if it did
 };
 
-/// Where a finding is shown: the file of its first module, relative to the folder of the result. A
-/// finding without a file has a name there that tells what it is about; it is never empty.
+/// Where a finding is shown: the file of its first module, relative to the folder of the result.
+/// For a finding without such a file, returns a name for what it is about. Never empty.
 std::string LocateFinding(const CheckResult& result, const FindingFacts& finding);
 
 /// The same for a module.

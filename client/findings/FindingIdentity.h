@@ -8,11 +8,11 @@
 
 namespace mmcat {
 
-/// What makes a finding the same one in another run: neither its position nor its sentence, nor
-/// where the modules are. Several findings of a run can have the same identity. Texts are UTF-8.
+/// Identifies a finding across runs, whatever its position, its text and the folders of its
+/// modules. Several findings of a run can have the same identity. Texts are UTF-8.
 struct FindingIdentity {
   std::string code;
-  std::vector<std::string> modules;  ///< keys, sorted; the file's name of a module without a key
+  std::vector<std::string> modules;  ///< keys, sorted; the file name of a module without a key
   std::string table;
   std::string key;  ///< of the row; without one, the required module, or else the file
 

@@ -104,7 +104,7 @@ class Suite {
   std::string m_text;
 };
 
-/// The name of a finding's test: what stays the same from run to run, and tells it from others.
+/// The name of a finding's test: the same in every run, and unique among the tests of its code.
 std::string MakeName(const JudgedFinding& finding) {
   std::string name = FormatIdentity(finding.identity);
   if (name != finding.identity.code) {

@@ -8,8 +8,8 @@ namespace mmcat {
 
 /// A result as a report of tests in the XML that JUnit made common. Each finding is a test: it
 /// failed if it fails the run, was skipped if it is known or ignored, and passed otherwise. Each
-/// module without findings is a test that passed, and each file that could not be read one with an
-/// error. So is a run that checked nothing.
+/// module without findings is a test that passed. Each file that could not be read is a test with
+/// an error, and so is a run that checked nothing.
 std::string FormatJUnit(const CheckResult& result);
 
 }  // namespace mmcat

@@ -11,7 +11,7 @@ namespace mmcat {
 
 namespace {
 
-/// Finds the rules for a finding by their keys: a settings file may have thousands.
+/// Looks rules up by code and key, because a settings file may have thousands.
 class RuleIndex {
  public:
   explicit RuleIndex(const std::vector<IgnoreRule>& rules) {
@@ -20,7 +20,7 @@ class RuleIndex {
     }
   }
 
-  /// Returns whether a rule names a finding.
+  /// Returns whether any rule names a finding, and marks all rules that do.
   bool Match(const JudgedFinding& finding) {
     bool isMatched = MatchKey(finding, "");
     for (const std::string& module : finding.identity.modules) {

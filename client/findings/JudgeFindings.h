@@ -8,10 +8,10 @@
 
 namespace mmcat {
 
-// Which findings count, and which are known or not wanted.
+// Decides which findings are new, known or ignored.
 
-/// Findings that the user does not want to see: those of a code, or those of it that are about one
-/// thing.
+/// Findings that the user does not want to see: all of a code, or those of it that are about one
+/// module, row or file.
 struct IgnoreRule {
   std::string text;  ///< as the user wrote it, CODE or CODE:KEY
   std::string code;
@@ -39,8 +39,8 @@ struct JudgedFinding {
 
 struct Judgement {
   std::vector<JudgedFinding> findings;   ///< in the given order
-  std::vector<BaselineEntry> matched;    ///< what of the baseline matches findings
-  std::vector<BaselineEntry> unmatched;  ///< the rest of it
+  std::vector<BaselineEntry> matched;    ///< entries, with the counts that match findings
+  std::vector<BaselineEntry> unmatched;  ///< entries, with the counts that do not
   std::vector<IgnoreRule> unmatchedRules;
 };
 
@@ -49,8 +49,8 @@ Judgement JudgeFindings(std::vector<FindingFacts> findings,
                         const std::vector<BaselineEntry>& baseline,
                         const std::vector<IgnoreRule>& rules);
 
-/// Takes the unmatched entries that are not about modules with these keys alone. A check of these
-/// modules says nothing about them.
+/// Removes and returns the unmatched entries that are not only about modules with these keys,
+/// because a check of these modules says nothing about them.
 std::vector<BaselineEntry> TakeEntriesOfOthers(const std::set<std::string>& checked,
                                                Judgement& judgement);
 
@@ -58,7 +58,7 @@ std::vector<BaselineEntry> TakeEntriesOfOthers(const std::set<std::string>& chec
 std::vector<BaselineEntry> MakeBaseline(const std::vector<JudgedFinding>& findings,
                                         const std::vector<BaselineEntry>& known);
 
-/// How bad findings have to be to fail a run.
+/// The lowest severity that fails a run.
 enum class FailOn { Error, Warning, Note, Never };
 
 /// Returns whether a finding is new and bad enough.

@@ -45,7 +45,7 @@ std::string Join(const std::string& root, const std::vector<std::string>& parts)
 std::string MakeRelativePath(const std::string& path, const std::string& base) {
   const SplitPath from = Split(base);
   SplitPath to = Split(path);
-  // Letter case counts only where the host system says so.
+  // Only paths of the host system are case-sensitive.
   const bool ignoresCase = HasDrive(to.root) || to.root == "//";
   const auto isSame = [&](const std::string& a, const std::string& b) {
     return ignoresCase ? qm::text::FoldCase(a) == qm::text::FoldCase(b) : a == b;

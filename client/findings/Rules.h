@@ -5,7 +5,7 @@
 
 namespace mmcat {
 
-/// What formats say about a code of findings, from docs/findings.md. Texts are UTF-8.
+/// What the output formats say about a code of findings, from docs/findings.md. Texts are UTF-8.
 struct Rule {
   std::string title;  ///< one line, without a full stop
   std::string help;   ///< Markdown

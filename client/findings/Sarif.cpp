@@ -11,7 +11,7 @@ namespace mmcat {
 
 namespace {
 
-constexpr size_t kMostResults = 25000;
+constexpr size_t kMostResults = 25000;  // large consumers accept no more
 
 using RuleNumbers = std::map<std::string, size_t>;
 

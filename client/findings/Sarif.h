@@ -6,8 +6,8 @@
 
 namespace mmcat {
 
-/// A result as a SARIF 2.1.0 log. It lists 25,000 findings at most, which is what large consumers
-/// accept, the worst of them; a notification in it says how many were left out. Throws
+/// A result as a SARIF 2.1.0 log. It lists at most 25,000 findings, the worst ones, because large
+/// consumers accept no more. A notification in the log says how many were left out. Throws
 /// ServerFailure.
 std::string FormatSarif(const CheckResult& result);
 

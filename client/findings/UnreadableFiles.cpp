@@ -34,7 +34,7 @@ PositionsByPath IndexPaths(const std::vector<ModuleFacts>& modules) {
   return positions;
 }
 
-/// The finding about a failure that a check of everything has.
+/// Makes the finding that a check of everything would have about a failure.
 FindingFacts MakeFinding(const FileFailure& failure, const std::vector<ModuleFacts>& modules,
                          const PositionsByPath& positions) {
   FindingFacts finding;
@@ -62,7 +62,8 @@ JudgedFailures JudgeFailures(const std::vector<FileFailure>& failures,
                              const std::vector<BaselineEntry>& baseline,
                              const std::vector<IgnoreRule>& rules) {
   JudgedFailures judged;
-  // Both lists are judged together, because an entry of the baseline is good for a number of files.
+  // Both lists are judged together, because an entry of the baseline covers a limited number of
+  // files.
   std::vector<FindingFacts> findings;
   std::vector<FindingStatus> statuses;
   for (const JudgedFinding& finding : judgement.findings) {
