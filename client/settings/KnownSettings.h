@@ -14,7 +14,7 @@ struct KnownSetting {
   const char* name;   ///< the key in that table
   SettingType type;
   bool isPath;                         ///< of a file or folder
-  const char* byDefault;               ///< in words; empty for nothing
+  const char* byDefault;               ///< the default in words; empty if there is none
   std::vector<const char*> variables;  ///< of the environment, that set the same
 
   /// "check.baseline", which is how a file could spell it too.
@@ -27,7 +27,7 @@ const std::vector<KnownSetting>& KnownSettings();
 /// The table of the settings that only check takes. The others are for all commands.
 inline constexpr char kCheckTable[] = "check";
 
-/// The table of where to look.
+/// The table of the settings that say where to look.
 inline constexpr char kCatalogTable[] = "catalog";
 
 /// Returns whether a setting names a part of the catalog. If one is given, it and the others like

@@ -12,7 +12,8 @@
 #include "common/Path.h"
 #include "text/Utf.h"
 
-// How the library is built: it only parses, and knows UTF-8 alone. Settings are not nested deeply.
+// Configures the library: it only parses, takes only UTF-8 strings, and limits how deeply values
+// nest.
 #define TOML_ENABLE_FORMATTERS 0
 #define TOML_ENABLE_WINDOWS_COMPAT 0
 #define TOML_MAX_NESTED_VALUES 16
@@ -25,8 +26,8 @@ namespace {
 using qm::common::WideString;
 
 constexpr size_t kLargest = 1024 * 1024;  // bytes of a file
-/// The dots that a line can have. The library frees nested tables recursively, and each dot of a
-/// key nests one; since it limits how deep values nest, this limits the recursion.
+/// The most dots that a line can have. The library frees nested tables recursively, and each dot of
+/// a key nests one; since it limits how deep values nest, this limits the recursion.
 constexpr std::ptrdiff_t kMostDots = 200;
 
 constexpr char kSeeHelp[] = "; mmcat help config shows an example";
@@ -35,7 +36,7 @@ bool Contains(const std::string& text, const char* part) {
   return text.find(part) != std::string::npos;
 }
 
-/// How much of a full path is the root of its drive, or the shared folder of a server.
+/// The length of the root of a full path: that of its drive, or the shared folder of a server.
 size_t MeasureRoot(std::wstring_view path) {
   if (path.substr(0, 2) != LR"(\\)") {
     return 3;
@@ -73,7 +74,7 @@ std::string Explain(const toml::parse_error& error) {
   return text + kSeeHelp;
 }
 
-/// Takes the middle out of a text with a very long value.
+/// Cuts the middle out of a very long text.
 std::string Shorten(const std::string& text) {
   constexpr size_t kKept = 200;  // bytes at each end
   if (text.size() <= 2 * kKept) {
@@ -166,7 +167,7 @@ class Collector {
     if (elsewhere) {
       FailAt(key, name + " belongs in the table [" + elsewhere->table + ']');
     }
-    // What a run writes and where is for its user alone to say.
+    // Only the user of a run decides what it writes, and where.
     for (const char* const option : {"output", "write-baseline", "prune-baseline", "json"}) {
       if (name == option) {
         FailAt(key, name + " can only be given on the command line");
@@ -202,7 +203,7 @@ class Collector {
   SettingsFile& m_file;
 };
 
-/// Refuses text on which the library would exhaust the stack.
+/// Throws SettingsError for text on which the library would exhaust the stack.
 void RequireFewDots(const SettingsFile& file, const std::string& text) {
   size_t line = 1;
   for (size_t start = 0; start < text.size(); ++line) {
@@ -239,7 +240,7 @@ std::optional<std::string> FindSettingsFile() {
     const WideString path = qm::common::JoinPath(folder, name);
     const DWORD attributes = ::GetFileAttributesW(qm::common::ToExtendedPath(path).c_str());
     const DWORD code = attributes == INVALID_FILE_ATTRIBUTES ? ::GetLastError() : ERROR_SUCCESS;
-    // What is there and cannot be looked at is an error when it is read, not a reason to go on.
+    // A file that exists but cannot be accessed ends the search; reading it reports the error.
     if (code != ERROR_FILE_NOT_FOUND && code != ERROR_PATH_NOT_FOUND) {
       return SpellPath(qm::text::ToUtf8(path));
     }

@@ -59,11 +59,11 @@ SettingsFile ReadSettingsFile(const std::string& path);
 /// values of wrong types, are errors. Throws SettingsError.
 SettingsFile ParseSettings(const std::string& path, const std::string& text);
 
-/// What is to be read for a path in the file: a full path, as the user spells it. Relative paths
-/// are relative to the folder of the file. Throws SettingsError.
+/// Resolves a path in the file to a full path, as the user spells it. Relative paths are relative
+/// to the folder of the file. Throws SettingsError.
 std::string ResolvePath(const SettingsFile& file, const FileValue& value);
 
-/// Makes the error for a problem at a position of the file. A long text loses its middle.
+/// Makes the error for a problem at a position of the file. The middle of a long text is cut out.
 SettingsError MakeSettingsError(const SettingsFile& file, const FilePosition& position,
                                 const std::string& problem);
 

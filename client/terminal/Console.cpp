@@ -69,7 +69,7 @@ void WriteTo(DWORD standardHandle, FILE* stream, const std::string& text) {
   } else {
     std::fwrite(text.data(), 1, text.size(), stream);
     if (::GetFileType(::GetStdHandle(standardHandle)) != FILE_TYPE_DISK) {
-      std::fflush(stream);  // somebody may be reading along
+      std::fflush(stream);  // a reader may be waiting for it
     }
   }
 }

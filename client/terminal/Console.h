@@ -19,10 +19,11 @@ bool IsTerminal(DWORD standardHandle) noexcept;
 /// The width in characters of the terminal behind a standard handle; 80 if it is unknown.
 size_t GetTerminalWidth(DWORD standardHandle) noexcept;
 
-/// Keeps what is written to stdout from then on, instead of writing it. Stdout is no terminal then.
+/// Collects what is written to stdout from now on instead of writing it. Stdout is then not a
+/// terminal.
 void CollectOutput();
 
-/// Returns what was kept, with the line ends of a text file of the system.
+/// Returns what was collected, with CRLF line ends, and stops collecting.
 std::string TakeOutput();
 
 /// Returns whether the terminal of stdout shows U+2026, the ellipsis.

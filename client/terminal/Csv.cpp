@@ -10,7 +10,7 @@ std::string QuoteCell(const std::string& cell) {
   }
   std::string quoted = "\"";
   for (size_t i = 0; i < cell.size(); ++i) {
-    const bool isLineEnd = cell[i] == '\r' && cell[i + 1] == '\n';  // which output makes of LF
+    const bool isLineEnd = cell[i] == '\r' && cell[i + 1] == '\n';  // the output turns LF into CRLF
     quoted.append(isLineEnd ? 0 : cell[i] == '"' ? 2 : 1, cell[i]);
   }
   return quoted + '"';

@@ -6,8 +6,8 @@
 
 namespace mmcat {
 
-/// What the code of a failure to read a module or another file means to whoever made the file, as a
-/// sentence; an empty text if the description says more.
+/// Explains the code of a failure to read a module or another file, as a sentence for the user.
+/// Empty if the failure's own description says more.
 std::string ExplainFailure(HRESULT result);
 
 /// A failure as a remark: what it means first, the code last.

@@ -14,7 +14,7 @@ struct Page {
   std::string ellipsis = "…";
 };
 
-/// Returns the page of the terminal that stdout is; an unlimited one if stdout is no terminal.
+/// Returns the page of stdout's terminal; one without limits if stdout is not a terminal.
 Page PageOfTerminal();
 
 /// Lays out text for a page from now on. The default is one without limits.
@@ -25,7 +25,7 @@ const Page& CurrentPage() noexcept;
 /// Notes that a table shortens cells for the page, or leaves out the columns with these headings.
 void NoteShortened(const std::vector<std::string>& leftOut);
 
-/// A line for the reader on all that was noted since the last call; empty if nothing was.
+/// Returns a line for the reader about everything noted since the last call; empty if nothing was.
 std::string TakeShorteningNote();
 
 }  // namespace mmcat

@@ -22,7 +22,7 @@ class Progress {
   /// Returns whether anything is shown.
   bool IsShown() const noexcept { return m_isTerminal; }
 
-  /// Shows that a module is about to be read, with its number of `total`.
+  /// Shows that module `number` of `total` is about to be read, at most ten times a second.
   void ShowModule(long number, long total) noexcept;
 
   /// Erases the line, so that something else can be printed to stderr.

@@ -21,7 +21,7 @@ enum class FailureOf { File, Folder };
 /// A file or folder that could not be read. Texts are UTF-8.
 struct FileFailure {
   std::string file;
-  std::string part;  ///< what of it; empty for the file itself
+  std::string part;  ///< the part that failed; empty for the whole file
   HRESULT result = E_FAIL;
   std::string description;  ///< on one line
   FailureOf of = FailureOf::File;
@@ -31,7 +31,7 @@ struct FileFailure {
 struct OutputOptions {
   OutputFormat format = OutputFormat::PlainText;
   bool noColor = false;               ///< even on a terminal that shows them
-  bool wide = false;                  ///< whole lines, even on a terminal that breaks them
+  bool wide = false;                  ///< shorten nothing to fit the terminal
   std::vector<FileFailure> failures;  ///< from before the command began; its report has them first
 };
 
@@ -73,8 +73,8 @@ class Report {
   /// kNothingMatched over failures.
   ExitCode ExitCodeAfter(ExitCode outcome) const;
 
-  /// Prints the document if the output is JSON, and below a text what it had no room for. Returns
-  /// the exit code.
+  /// Prints the document if the output is JSON, or below a text a note on what was shortened.
+  /// Returns the exit code.
   ExitCode Finish(ExitCode outcome = kSuccess);
 
  private:

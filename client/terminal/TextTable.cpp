@@ -15,7 +15,7 @@ namespace mmcat {
 namespace {
 
 constexpr size_t kGap = 2;           // blanks between columns
-constexpr size_t kMostPadded = 200;  // columns that the widest cell to count has without a page
+constexpr size_t kMostPadded = 200;  // without a page, wider cells do not widen their column
 
 /// A column of a table, with its heading in cell 0.
 struct Column {
@@ -74,8 +74,8 @@ size_t MeasureReadable(const Column& column, bool isIdentity, size_t widestIdent
   return width;
 }
 
-/// Takes out the columns that say the same in every row, or nothing, but never the first. Returns
-/// a line for each that says something.
+/// Removes the columns that are empty or say the same in every row, but never the first. Returns a
+/// line for each of them that is not empty.
 std::string TakeUniformColumns(std::vector<Column>& columns, const std::string& indent) {
   std::string lines;
   const auto isTaken = [&](const Column& column) {
@@ -102,7 +102,8 @@ std::string TakeUniformColumns(std::vector<Column>& columns, const std::string& 
 /// false, with the columns as they were, if fewer than two would be left.
 bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity) {
   const size_t identity = FindIdentity(columns);
-  // What was chosen to identify a row says enough beside the columns before it.
+  // A column that was chosen to identify the rows says enough with those before it; otherwise one
+  // more must be left.
   const size_t fewest = identity + (identity > 0 && columns[identity].isIdentity ? 1 : 2);
   std::vector<size_t> widths;
   widths.reserve(columns.size());
@@ -123,7 +124,7 @@ bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity
     leftOut.push_back(columns[i].Heading());
   }
   columns.resize(widths.size());
-  // More digits of an ID are of less use than more of a text.
+  // Texts get the remaining room first, because more digits of an ID help less.
   for (const bool fillsIds : {false, true}) {
     for (size_t i = 0; i < columns.size(); ++i) {
       if (HasIds(columns[i]) == fillsIds) {
@@ -144,8 +145,7 @@ bool FitColumns(std::vector<Column>& columns, size_t room, size_t widestIdentity
   return true;
 }
 
-/// The cells of a column, shortened to its width. Cells that differ do so afterwards too, if that
-/// is possible.
+/// The cells of a column, shortened to its width. Cells that differ stay different if possible.
 std::vector<std::string> ShortenCells(const Column& column) {
   const std::string& ellipsis = CurrentPage().ellipsis;
   std::vector<std::string> best;
@@ -179,7 +179,7 @@ std::vector<std::string> ShortenCells(const Column& column) {
   return best;
 }
 
-/// The cells of a single row below each other.
+/// The cells of a single row, one per line.
 std::string FormatFields(const std::vector<Column>& columns, const std::string& indent) {
   size_t width = 0;
   for (const Column& column : columns) {

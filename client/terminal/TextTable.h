@@ -16,8 +16,7 @@ namespace mmcat {
 /// heading, unless IdentifyBy names another. If fewer than two columns would be left, each row
 /// becomes a list below what identifies it.
 ///
-/// Without a page, nothing is left out or shortened, and very wide cells do not count for the width
-/// of their column.
+/// Without a page, nothing is left out or shortened, and very wide cells do not widen their column.
 class TextTable {
  public:
   explicit TextTable(std::vector<std::string> headings) { AddRow(std::move(headings)); }

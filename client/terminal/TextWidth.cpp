@@ -62,13 +62,13 @@ Piece ReadPiece(std::string_view text) noexcept {
   return {bytes, IsIn(kZeroWidth, character) ? 0U : IsIn(kDoubleWidth, character) ? 2U : 1U};
 }
 
-/// The last part of a path, with the slash before it; empty if the text is no path.
+/// The last part of a path, with the slash before it; empty if the text is not a path.
 std::string_view LastPart(std::string_view text) noexcept {
   const size_t slash = text.find_last_of("\\/");
   return slash == std::string_view::npos || slash == 0 ? "" : text.substr(slash);
 }
 
-/// Where the GUIDs of module IDs are in a text, such as that of
+/// Finds the GUIDs of module IDs in a text, such as that of
 /// "TinyZip.DC6CE4A1310E463AA8F3B6C562EFDD90:1033", without the dots before them.
 std::vector<std::string_view> FindGuids(std::string_view text) {
   constexpr size_t kGuidDigits = 32;
@@ -83,7 +83,7 @@ std::vector<std::string_view> FindGuids(std::string_view text) {
   return guids;
 }
 
-/// A text with `digits` of each of these GUIDs, which are in it.
+/// Shortens each of `guids`, which are views of `text`, to `digits` digits and the ellipsis.
 std::string ShortenGuids(const std::string& text, const std::vector<std::string_view>& guids,
                          size_t digits, const std::string& ellipsis) {
   std::string shortened;

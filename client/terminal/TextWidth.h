@@ -18,8 +18,8 @@ std::string_view TakeStart(std::string_view text, size_t width) noexcept;
 /// The longest end of a text that fits into `width` columns.
 std::string_view TakeEnd(std::string_view text, size_t width) noexcept;
 
-/// Shortens the GUIDs of the module IDs in a text, to three digits each at least, so that it takes
-/// `width` columns if that is enough.
+/// Shortens the GUIDs of the module IDs in a text so that it fits `width` columns. Keeps at least
+/// three digits of each, so the result may be wider.
 std::string ShortenIds(const std::string& text, size_t width, const std::string& ellipsis);
 
 /// Shortens a text to `width` columns by putting the ellipsis before its last `end` columns. A text
