@@ -54,7 +54,7 @@ class Parser {
   Parser() : m_app("Lists, searches and checks the merge modules (.msm) of a catalog", "mmcat") {
     m_app.set_help_flag("-h,--help", "Print this help and exit");
     UseHelpFormat(m_app, kExamples);
-    // Never take a path such as "/home/x.msm" for an option.
+    // Do not treat a path such as "/home/x.msm" as an option.
     m_app.allow_windows_style_options(false);
     m_app.require_subcommand(1);
     m_app.set_version_flag("-V,--version", "mmcat " MMCAT_VERSION, "Print the version and exit");
@@ -101,8 +101,8 @@ class Parser {
   }
 
  private:
-  /// Parses arguments that do not ask for help. Returns an exit code if the run ends here: the
-  /// arguments are wrong, which remarks say, or they ask for the version.
+  /// Parses arguments that do not ask for help. Returns an exit code if the run ends here, because
+  /// the arguments are wrong (after a remark) or ask for the version.
   std::optional<ExitCode> Parse(const std::vector<std::string>& arguments) {
     std::string wrong = ExplainFirstWord(m_app, arguments);
     wrong = wrong.empty() ? ExplainMissingValue(m_app, arguments) : wrong;
@@ -129,8 +129,9 @@ class Parser {
     return std::nullopt;
   }
 
-  /// Adds what the command line leaves open. Returns what is wrong; empty if nothing is. `given`
-  /// are the arguments with the names of response files.
+  /// Completes the command line from the settings and from the extension of the output file.
+  /// Returns what is wrong, or an empty text. `given` are the arguments as typed, before response
+  /// files are expanded.
   std::string Complement(const std::vector<std::string>& given) {
     const bool isFormatTyped = m_isFormatChosen;
     try {
@@ -238,7 +239,7 @@ class Parser {
   }
 
   ExitCode PrintHelp(const std::string& word) const {
-    // What people ask about, and what explains it.
+    // Topics that users ask about, and the command whose help explains each.
     static const std::map<std::string, const char*> kTopics{
         {"baseline", "check"},    {"exit", "help"},    {"exit-codes", "help"}, {"formats", "check"},
         {"gitlab", "check"},      {"ignore", "check"}, {"junit", "check"},     {"mmcat", "help"},
@@ -292,13 +293,14 @@ class Parser {
     parser.formatter(format);
   }
 
-  /// Returns whether an extension that stands for JSON fits the format that was chosen.
+  /// Returns whether the extension stands for JSON and documents of the chosen format are JSON too.
   bool IsJsonToo(OutputFormat extension) const {
     return extension == OutputFormat::JsonDocument &&
            (m_output.format == OutputFormat::Sarif || m_output.format == OutputFormat::GitLab);
   }
 
-  /// Prints in the format of a file's extension if the command has it and none was chosen.
+  /// Chooses the format by the extension of the output file if the command has it and no format was
+  /// chosen. Otherwise prints a hint if the extension stands for another format.
   void ChooseFormatOfFile(bool isFormatTyped) {
     const std::optional<OutputFormat> format = FormatOfFile(m_outputFile);
     if (m_formats.empty() || isFormatTyped || (!format && !HasForeignExtension(m_outputFile))) {
@@ -404,7 +406,8 @@ class Parser {
     parser
         .add_flag_callback("--quiet", quiet, "Print only failures to stderr: no progress, no hints")
         ->group(stderrGroup);
-    // Options are handled in the order in which they are added, this one before any with a path.
+    // Options are processed in the order in which they are added. This one comes before those whose
+    // messages contain paths.
     parser
         .add_option_function<std::string>(
             "--paths",

@@ -65,7 +65,8 @@ void AddOptions(const CLI::App& command, Candidates& candidates) {
   }
 }
 
-/// Adds the values that a text such as "native|windows" lists, or files or folders.
+/// Adds the values of an option by its type: those listed in one such as "native|windows", files
+/// for "FILE", folders for "DIR".
 void AddValues(const std::string& type, Candidates& candidates) {
   if (type == "DIR") {
     candidates.AddFolders();
@@ -78,7 +79,7 @@ void AddValues(const std::string& type, Candidates& candidates) {
   }
 }
 
-/// The option of a command that a word names and that takes a value; null if there is none.
+/// Returns the option of a command that a word names. Null if there is none or it takes no value.
 const CLI::Option* FindOption(const CLI::App& command, const std::string& word) {
   const CLI::Option* const option =
       word.rfind("--", 0) == 0 ? command.get_option_no_throw(word) : nullptr;
@@ -91,8 +92,8 @@ void AddFolder(const std::string& folder, CatalogSettings& settings) {
   }
 }
 
-/// Adds the search folders of a settings file. One that is wrong has none: this is not the moment
-/// to report it.
+/// Adds the search folders of a settings file. Ignores a file with errors, because completion is
+/// not the moment to report them.
 void AddFoldersFromFile(const SettingsChoice& choice, CatalogSettings& settings) {
   std::string reason;
   try {
@@ -122,7 +123,7 @@ bool IsCatalogOption(const std::string& option) {
 CatalogSettings ReadSettings(const std::vector<std::string>& words) {
   CatalogSettings settings;
   SettingsChoice choice;
-  bool replacesFile = false;  // as in the command that is being typed
+  bool replacesFile = false;  // whether the typed options replace its catalog
   for (size_t i = 0; i < words.size(); ++i) {
     const std::string next = i + 1 < words.size() ? words[i + 1] : "";
     if (words[i] == "--folder") {
@@ -140,7 +141,7 @@ CatalogSettings ReadSettings(const std::vector<std::string>& words) {
   return settings;
 }
 
-/// Adds the IDs of the catalog that the words describe.
+/// Adds the IDs of the modules in the catalog that the settings select.
 void AddModules(const CatalogSettings& settings, Candidates& candidates) {
   ApplyCatalogSettings(settings);
   for (const NamedModule& module : Catalog().Names()) {

@@ -12,11 +12,11 @@ class App;
 
 namespace mmcat {
 
-/// What completes command lines in shells. The script of a shell (`mmcat completion SHELL`) calls
+/// Completes command lines for shells. The script of a shell (`mmcat completion SHELL`) calls
 /// `mmcat __complete WORDS... =WORD` with the words before the one to complete, and with that one.
 ///
-/// Returns what prints the candidates, one to a line, each followed by a tab and what it means. The
-/// line ":files" or ":folders" stands for the files or folders that the shell knows.
+/// Returns a function that prints the candidates, one per line, each followed by a tab and its
+/// meaning. The line ":files" or ":folders" makes the shell add files or folders.
 std::function<ExitCode()> Complete(const CLI::App& app, const std::vector<std::string>& words);
 
 }  // namespace mmcat

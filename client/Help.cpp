@@ -16,9 +16,10 @@ size_t CountLines(const std::string& text) {
   return static_cast<size_t>(std::count(text.begin(), text.end(), '\n'));
 }
 
-/// Breaks a line into lines that all begin alike.
+/// Breaks a line into lines without indenting any of them.
 std::string WrapFlush(const std::string& line, size_t width) {
-  // What follows a gap is a column of its own, below which other lines continue.
+  // WrapLines continues a line below the text after its first gap, so a dummy column before a gap
+  // keeps all lines aligned.
   const std::string column = ".  ";
   const std::string wrapped =
       WrapLines(column + line + '\n', std::max(width, column.size()) + column.size());

@@ -31,7 +31,8 @@ class HelpFormatter : public CLI::Formatter {
   std::string m_examples;
 };
 
-/// The columns that help can take: those of the terminal that stdout is, within limits.
+/// The width of help in columns: that of the terminal, at most 100, or 79 if stdout is not a
+/// terminal.
 size_t HelpWidth();
 
 /// A row of a table in help: a name, and a text beside it or, if the name is too long, below it.

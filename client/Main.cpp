@@ -39,7 +39,7 @@ ExitCode RunArguments(int argc, const wchar_t* const* argv) {
   return std::get<std::function<ExitCode()>>(commandLine)();
 }
 
-/// The same, but reports what is thrown.
+/// The same, but reports exceptions and returns kServerFailed for them.
 ExitCode RunReporting(int argc, const wchar_t* const* argv) {
   try {
     return RunArguments(argc, argv);

@@ -16,7 +16,7 @@ namespace mmcat {
 
 namespace {
 
-/// Returns whether a run left something for the file's reader.
+/// Returns whether the output of a run is to be written to the file.
 bool IsResult(ExitCode exitCode, OutputFormat format, const std::string& output) {
   switch (exitCode) {
     case kSuccess:
@@ -36,12 +36,13 @@ bool EndsWith(const std::string& folded, const std::string& end) {
          folded.compare(folded.size() - end.size(), end.size(), end) == 0;
 }
 
-/// Returns whether a file is the stdout of this process. Wine would open that of its server.
+/// Returns whether a name means the stdout of this process. Opened under Wine, it would be the
+/// stdout of Wine's server.
 bool IsStdout(const std::string& file) {
   return file == "-" || file == "/dev/stdout" || file == "/dev/fd/1" || file == "/proc/self/fd/1";
 }
 
-/// Returns whether a file is another stream of a process.
+/// Returns whether a name means another stream of a process.
 bool IsOtherStream(const std::string& file) {
   for (const char* const start : {"/dev/stderr", "/dev/stdin", "/dev/fd/", "/proc/"}) {
     if (file.rfind(start, 0) == 0) {
@@ -67,7 +68,7 @@ bool Succeeds(const std::string& file, Use use) {
 
 std::optional<OutputFormat> FormatOfFile(const std::string& file) {
   static const std::pair<const char*, OutputFormat> kExtensions[] = {
-      {".cdx.json", OutputFormat::CycloneDx},  // before the extension that it ends with
+      {".cdx.json", OutputFormat::CycloneDx},  // before ".json", with which it ends
       {".json", OutputFormat::JsonDocument},
       {".csv", OutputFormat::Csv},
       {".sarif", OutputFormat::Sarif},
@@ -84,7 +85,7 @@ std::optional<OutputFormat> FormatOfFile(const std::string& file) {
 bool HasForeignExtension(const std::string& file) {
   const std::string name = qm::text::FoldCase(GetFileName(file));
   const size_t dot = name.find_last_of('.');
-  // Not every other one: a temporary file can have any.
+  // Lists only known extensions, because a temporary file can have any.
   static const std::set<std::string> kForeign{".docx", ".htm", ".html", ".jsonl", ".ods", ".pdf",
                                               ".tsv",  ".xls", ".xlsx", ".yaml",  ".yml"};
   return dot != std::string::npos && kForeign.count(name.substr(dot)) > 0;

@@ -18,7 +18,8 @@ std::optional<OutputFormat> FormatOfFile(const std::string& file);
 bool HasForeignExtension(const std::string& file);
 
 /// Returns why a run must not print to a file, as a text for the user: the run reads the file, or
-/// the catalog would. Empty if it may. `filesInUse` need not exist.
+/// the catalog would. Empty if it may. `filesInUse` are the files that the run reads; they need not
+/// exist.
 std::string ExplainOutputFile(const std::string& file, const std::vector<std::string>& filesInUse);
 
 /// Runs a command whose output in `format` is for a file, which the user named (UTF-8). The file is

@@ -19,7 +19,7 @@ std::string ReadArguments(const std::string& path) {
   }
 }
 
-/// Adds what each separator of a text ends, and what follows the last one.
+/// Splits a text at a separator. A separator at the end adds no empty piece.
 void AddPieces(const std::string& text, char separator, std::vector<std::string>& pieces) {
   for (size_t start = 0; start < text.size();) {
     const size_t end = std::min(text.find(separator, start), text.size());

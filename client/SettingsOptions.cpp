@@ -13,7 +13,7 @@ namespace mmcat {
 
 namespace {
 
-/// No value if the environment does not have the variable.
+/// Reads an environment variable. No value if it is not set.
 std::optional<std::string> ReadVariable(const char* name) {
   const std::wstring wideName = qm::text::ToWide(name);
   ::SetLastError(ERROR_SUCCESS);
@@ -44,7 +44,8 @@ class Filler {
 
   void FillIn() {
     const std::vector<KnownSetting>& settings = KnownSettings();
-    // From the end, which has the spelling of paths in messages about others.
+    // Backwards, because the spelling of paths, which comes late, affects messages about the
+    // others.
     for (auto setting = settings.rbegin(); m_file && setting != settings.rend(); ++setting) {
       if (const FileSetting* const found = m_file->Find(*setting)) {
         CheckValues(*found);
@@ -84,7 +85,7 @@ class Filler {
     return json && json->count() > 0 && json->as<bool>();
   }
 
-  /// Returns whether the command line leaves room for what the file says of a setting.
+  /// Returns whether the file's values of a setting apply beside what the command line gives.
   bool IsInForce(const KnownSetting& setting) const {
     const bool isCatalog = setting.table == std::string(kCatalogTable);
     const bool isGiven = m_given.count(&setting) > 0 && setting.type != SettingType::Texts;
@@ -103,7 +104,8 @@ class Filler {
     }
   }
 
-  /// Refuses values that the option does not accept. Paths matter only to commands that use them.
+  /// Throws SettingsError if the option does not accept a value. Paths are left to FillIn, since
+  /// they matter only to commands that use them.
   void CheckValues(const FileSetting& setting) const {
     const bool isRecursive =
         setting.setting->name == std::string("recursive") && setting.values.front().text == "true";
@@ -211,7 +213,7 @@ class Filler {
                                  const std::string& text, std::vector<ValueInForce>& values) {
     ValueInForce value = MakeValue(setting, SettingSource::Environment);
     value.variable = variable;
-    if (setting.type == SettingType::Flag) {  // any text will do
+    if (setting.type == SettingType::Flag) {  // any text sets it
       if (!text.empty()) {
         value.value = "true";
         values.push_back(value);
@@ -229,7 +231,7 @@ class Filler {
   CLI::App& m_check;
   const SettingsFile* m_file;
   std::map<const KnownSetting*, std::vector<std::string>> m_given;  ///< on the command line
-  bool m_replacesCatalog = false;                                   ///< the command line does
+  bool m_replacesCatalog = false;                                   ///< whether the options do
 };
 
 }  // namespace

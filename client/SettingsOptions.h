@@ -18,13 +18,15 @@ struct SettingsChoice {
   bool isOff = false;  ///< --no-settings
 };
 
-/// Reads that file. Without one, returns no value and sets `reason`. Throws SettingsError.
+/// Reads that file. If there is none, returns no value and sets `reason` to the cause. Throws
+/// SettingsError.
 std::optional<SettingsFile> ReadChosenSettings(const SettingsChoice& choice, std::string& reason);
 
 /// Fills in what the options of a parsed command leave out from the settings file, so that the
 /// command need not know of the file. Lists that are not about the catalog get the elements of
-/// both. `check` is the parser of that command, which has the options of all settings: what the
-/// file says is checked for every command alike. Returns what is in force. Throws SettingsError.
+/// both. `check` is the parser of the check command, which has the options of all settings, so that
+/// values of the file are checked in the same way for every command. Returns what is in force.
+/// Throws SettingsError.
 SettingsInForce FillInOptions(CLI::App& command, CLI::App& check, const SettingsChoice& choice);
 
 }  // namespace mmcat

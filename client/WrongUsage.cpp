@@ -16,7 +16,8 @@ namespace mmcat {
 
 namespace {
 
-/// Words that other programs have for what a command does, and what to write after "mmcat".
+/// Returns what to write after "mmcat" for a word that other programs use instead. Null for an
+/// unknown word.
 const char* FindEquivalent(const std::string& word) {
   static const std::map<std::string, const char*> kEquivalents{
       {"audit", "check"},
@@ -199,7 +200,7 @@ std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::stri
 }
 
 std::string FormatQuotesHint(const std::vector<std::string>& arguments) {
-  // A response file can have any number of arguments, and each question takes a system call.
+  // A response file can have any number of arguments, and each check takes a system call.
   constexpr size_t kMostStarts = 100;
   constexpr size_t kMostWords = 8;
   constexpr size_t kLongest = 260;

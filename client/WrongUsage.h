@@ -12,19 +12,19 @@ namespace mmcat {
 // Remarks on wrong command lines: what is wrong, and what to write instead. `app` is the parser of
 // all commands. Arguments are UTF-8, as typed.
 
-/// Returns what is wrong with arguments of which the first is not a command; an empty text if it is
-/// a command or an option that needs none.
+/// Returns what is wrong if the first argument is neither a command nor an option of the program
+/// itself; otherwise an empty text.
 std::string ExplainFirstWord(const CLI::App& app, const std::vector<std::string>& arguments);
 
 /// Returns which option of a command lacks its value: the next argument is an option too, or the
-/// option is the last one; or which argument is an option with a slash for its dashes. The
+/// option is the last one; or which argument has a slash instead of the dashes of an option. The
 /// arguments begin with the command. Empty if there is no such mistake.
 std::string ExplainMissingValue(const CLI::App& app, const std::vector<std::string>& arguments);
 
 /// The end of a remark if a path with a blank may have been typed without quotes; else empty.
 std::string FormatQuotesHint(const std::vector<std::string>& arguments);
 
-/// What is said about arguments that the parser of the first one, a command, did not expect.
+/// Returns a remark on each argument that the command, which is the first argument, did not expect.
 std::vector<std::string> ExplainUnexpected(const CLI::App& app,
                                            const std::vector<std::string>& arguments,
                                            std::vector<std::string> unexpected);

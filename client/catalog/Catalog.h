@@ -30,7 +30,7 @@ class Catalog {
                                                 const std::string& version) const;
 
   /// The same for a word, which is a key or an ID as FindModules finds them; or else a pattern of
-  /// keys, IDs or file names (* and ?), or a name of ModuleNames.h.
+  /// keys, IDs or file names (* and ?), or a name as described in ModuleNames.h.
   qm::common::ComPtr<IMergeModules> FindNamedModules(const std::string& word,
                                                      const std::string& version) const;
 

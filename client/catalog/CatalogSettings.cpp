@@ -19,7 +19,7 @@ namespace {
 
 bool g_isReplaced = false;
 
-/// Sets a variable of the environment. To the application services, it takes precedence over their
+/// Sets an environment variable. For the application services, it takes precedence over their
 /// settings file.
 void SetVariable(const wchar_t* name, const qm::common::WideString& value) {
   ThrowIfFailed(
@@ -38,7 +38,8 @@ qm::common::WideString ResolveFolder(const std::optional<std::string>& folder) {
 /// A full path as the user spells it.
 std::string Spell(const qm::common::WideString& path) { return SpellPath(qm::text::ToUtf8(path)); }
 
-/// Adds the folders to search for a search folder of the settings.
+/// Adds a search folder or, if `isRecursive`, the folders with modules at and below it. A folder
+/// that cannot be listed is a failure.
 void AddSearchFolder(const qm::common::WideString& folder, bool isRecursive, ModuleFolders& all) {
   if (isRecursive) {
     ModuleFolders found = FindModuleFolders(folder);

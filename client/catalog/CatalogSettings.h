@@ -17,10 +17,10 @@ struct CatalogSettings {
   std::optional<std::string> dataFolder;  ///< contains Repositories\Repositories.xml
 };
 
-/// Returns why a path names no folder of this machine, or an empty text if it names one.
+/// Returns why a path does not name an existing folder, as a text for the user; empty if it does.
 std::string ValidateFolder(const std::string& folder);
 
-/// The same for a folder of the module search path, which cannot have every name.
+/// The same for a folder of the module search path, which must also satisfy FitsSearchPath.
 std::string ValidateSearchFolder(const std::string& folder);
 
 /// Applies the settings to the application services of this process. If any setting is given, the

@@ -59,8 +59,8 @@ FolderContents ListFolder(const WideString& folder) {
   return contents;
 }
 
-/// Tells folders apart, whatever path leads to them: the serial number of the volume, and the
-/// number of the folder on it.
+/// Identifies a folder whatever path leads to it: the serial number of the volume, and the number
+/// of the folder on it.
 using FolderIdentity = std::pair<DWORD, ULONGLONG>;
 
 std::optional<FolderIdentity> IdentifyFolder(const WideString& folder) {

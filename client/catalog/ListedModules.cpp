@@ -48,7 +48,7 @@ struct Listing {
   const ListedModule* module;
 };
 
-/// The modules folder by folder, in the order of their files, which come first in a row.
+/// The modules by folder and then by file name, which is the first cell of a row.
 std::vector<Listing> SortByFile(const std::vector<ListedModule>& modules) {
   std::map<std::string, size_t> folders;
   std::vector<Listing> sorted;
@@ -62,7 +62,7 @@ std::vector<Listing> SortByFile(const std::vector<ListedModule>& modules) {
   return sorted;
 }
 
-/// The display name. A module without one has its path instead, which a row already says.
+/// The display name in a row. Empty if it is only the path, which the row already shows.
 std::string FormatName(const ListedModule& module) {
   return module.isUnreadable                 ? "(unreadable)"
          : module.displayName == module.path ? ""

@@ -32,8 +32,8 @@ ListedModule ReadModule(IMergeModule& module);
 /// listed too, and its failure added to the report. Throws ServerFailure.
 std::vector<ListedModule> ReadModules(IMergeModules& modules, Report& report);
 
-/// The modules, of which there is at least one, as a text table, below a line for each folder that
-/// they come from, and sorted by file there.
+/// The modules as a text table, grouped below a line for each folder that they come from and sorted
+/// by file name there. Requires at least one module.
 std::string FormatModules(const std::vector<ListedModule>& modules);
 
 /// The modules as CSV, in the order of the list.

@@ -32,7 +32,7 @@ std::string NormalizePath(const std::string& path) {
   return normal;
 }
 
-/// A word for the beginning of IDs, folded.
+/// A word that is the beginning of IDs, case-folded.
 struct IdWord {
   std::string start;
   std::string language;  ///< with its colon; empty for every language
@@ -51,7 +51,7 @@ IdWord SplitIdWord(const std::string& word) {
 NameMatch MatchIdStart(const std::vector<NamedModule>& modules, const std::string& word) {
   const IdWord wanted = SplitIdWord(word);
   NameMatch all;
-  NameMatch named;  // those whose ID is the word but for its GUID
+  NameMatch named;  // those whose ID is the word followed by a GUID
   std::set<std::string> ids;
   std::set<std::string> namedIds;
   for (size_t i = 0; i < modules.size(); ++i) {

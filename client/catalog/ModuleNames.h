@@ -5,8 +5,9 @@
 
 namespace mmcat {
 
-// Modules as people name them. The catalog and the set know keys and IDs alone (FindModule). What
-// is neither may be the beginning of an ID, or a module's file. Texts are UTF-8; case is ignored.
+// Modules as people name them. The catalog and the set know only keys and IDs (FindModule). Any
+// other word may be the beginning of an ID, a module's file, or a display name. Texts are UTF-8;
+// case is ignored.
 
 /// What a module can be named by.
 struct NamedModule {
@@ -17,8 +18,8 @@ struct NamedModule {
 };
 
 struct NameMatch {
-  std::vector<size_t> modules;          ///< positions, in ascending order; empty unless it is clear
-  std::vector<std::string> candidates;  ///< the keys or paths of what it may be, if it is not
+  std::vector<size_t> modules;          ///< positions, in ascending order; empty if ambiguous
+  std::vector<std::string> candidates;  ///< keys or paths to choose from if ambiguous
 };
 
 /// Finds the modules that a word names:

@@ -42,7 +42,8 @@ std::vector<size_t> ReadPositions(ISetModules& modules, long most = LONG_MAX) {
   return positions;
 }
 
-/// Each module of a long chain uses its end, so together their chains are far longer than the set.
+/// Reads only the beginning of a long chain. Every module in it is a user with a chain of its own,
+/// so together these chains are far longer than the set.
 UserFacts ReadUser(IModuleUser& user) {
   constexpr long kMostInChain = 32;
   const auto chain = ReadObject(user, &IModuleUser::get_Chain);

@@ -12,7 +12,7 @@
 
 namespace mmcat {
 
-// What the set component answers, as plain values. Texts are UTF-8. A number that is null in a
+// The results of the set component as plain values. Texts are UTF-8. A number that is null in a
 // module's table has no value. A module is named by its position in ModuleSet::Modules.
 
 /// A module of the set.
@@ -35,7 +35,7 @@ struct FileFacts {
   std::string shortName;
   std::string directory;   ///< key in the Directory table
   std::string targetPath;  ///< such as "[SystemFolder]drivers"
-  bool isRedirected;       ///< the user of the module decides where it is
+  bool isRedirected;       ///< the product that gets the module decides where that is
   std::optional<long> size;
   std::string version;
   std::string language;
@@ -50,7 +50,7 @@ struct RequirementFacts {
   std::string version;
   std::string carriedFrom;  ///< key of a module that was merged into the one with the row
   bool isMetWithin;
-  std::optional<size_t> satisfiedBy;  ///< by the best module for it, whatever else is merged
+  std::optional<size_t> satisfiedBy;  ///< the best module for it, whatever else is merged
 };
 
 struct ExclusionFacts {
@@ -93,7 +93,7 @@ struct PlannedFacts {
   std::optional<size_t> neededBy;
   std::string reason;
   std::vector<size_t> alternatives;  ///< the others that would do, best first
-  std::vector<size_t> needs;         ///< what the plan takes for its requirements
+  std::vector<size_t> needs;         ///< the modules of the plan that satisfy its requirements
 };
 
 struct MissingFacts {
@@ -127,8 +127,8 @@ struct PlanFacts {
 struct UserFacts {
   size_t module;
   size_t through;
-  std::vector<size_t> chain;  ///< from the module to the one that it needs; the beginning if long
-  size_t chainLength;         ///< of all of it
+  std::vector<size_t> chain;  ///< from the module to the needed one; at most the first 32
+  size_t chainLength;         ///< of the whole chain
 };
 
 struct DelivererFacts {
@@ -137,7 +137,7 @@ struct DelivererFacts {
   std::optional<size_t> module;  ///< no value if only an index names it
   std::vector<FileFacts> copies;
   std::string indexFile;  ///< empty if no index names the module for the file
-  std::string problem;    ///< of the index
+  std::string problem;    ///< what is wrong with the index entry; empty if nothing is
 };
 
 struct DescriptionFacts {
@@ -162,7 +162,7 @@ class ModuleSet {
   ModuleSet(const ModuleSet&) = delete;
   ModuleSet& operator=(const ModuleSet&) = delete;
 
-  /// Leaves the component's set to the end of the process, which frees thousands of modules at
+  /// Does not release the component's set: the end of the process frees thousands of modules at
   /// once.
   ~ModuleSet() { m_set.Detach(); }
 
@@ -176,8 +176,8 @@ class ModuleSet {
   /// Adds the files that could not be read to the report.
   void AddFailures(FailuresOf files, Report& report) const;
 
-  // A word for modules is a key or an ID, as the set component finds them, or else a pattern
-  // of them or a name of ModuleNames.h. The set takes only words that name a module.
+  // A word for modules is a key or an ID, as the set component finds them, or else a pattern of
+  // them or a name as described in ModuleNames.h. Check and Plan fail if a word names no module.
 
   /// The modules that a word names, in ascending order.
   std::vector<size_t> FindModules(const std::string& word) const;
@@ -187,7 +187,7 @@ class ModuleSet {
 
   PlanFacts Plan(const std::vector<std::string>& words) const;
 
-  /// Why there is no plan to which nobody objects.
+  /// Why no plan is free of objections; empty if one is.
   std::vector<ConflictFacts> ConflictsOf(const PlanFacts& plan) const;
 
   std::vector<RequirementFacts> RequirementsOf(size_t module) const;
@@ -212,12 +212,12 @@ class ModuleSet {
  private:
   void Load(IDispatch& source);
   std::vector<size_t> FindByKey(const std::string& key) const;
-  /// The keys that the set component knows for words.
+  /// Returns keys or paths that the set component knows for the words.
   std::vector<std::string> ResolveKeys(const std::vector<std::string>& words) const;
 
   qm::common::ComPtr<IMergeSet> m_set;
   std::vector<ModuleFacts> m_modules;
-  mutable std::vector<NamedModule> m_names;  ///< made when they are first needed
+  mutable std::vector<NamedModule> m_names;  ///< made when first needed
 };
 
 }  // namespace mmcat

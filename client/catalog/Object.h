@@ -42,7 +42,8 @@ class Object : public Interface {
   ULONG m_references = 1;
 };
 
-/// The same for an automation interface, without type information: for callers that know its slots.
+/// The same for an automation interface. There is no type information, so callers must use the
+/// virtual table.
 template <class Interface>
 class DispatchObject : public Object<Interface> {
  public:

@@ -105,8 +105,8 @@ std::string SpellPathsIn(const std::string& message) {
       text += message[position++];
       continue;
     }
-    // A message may go on after the path, with any character that a file name can have. That does
-    // not matter: all that has to be found is the last backslash.
+    // The message may continue after the path with characters that a file name can have. That does
+    // not matter, because only the last backslash has to be found.
     size_t end = position + kRootSize;
     while (end < message.size() && !std::strchr("\"*:<>?|", message[end]) &&
            !HasRootAt(message, end)) {

@@ -25,7 +25,7 @@ std::string ToOneLine(const std::string& text) {
 
 namespace {
 
-/// The texts of codes for which not every system has one.
+/// Returns a text for a code that some systems do not describe.
 const char* FindText(HRESULT hr) noexcept {
   switch (hr) {
     case REGDB_E_CLASSNOTREG:

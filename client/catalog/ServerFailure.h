@@ -8,7 +8,7 @@
 namespace mmcat {
 
 /// A failed call of the server: its HRESULT and, in what(), the description from its error object
-/// or else the system's text for the HRESULT, as UTF-8 on one line. Paths in it are those of the
+/// or else the system's text for the HRESULT, as UTF-8 on one line. Paths in it are spelled for the
 /// user.
 class ServerFailure : public std::runtime_error {
  public:

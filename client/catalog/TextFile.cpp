@@ -29,7 +29,7 @@ struct FileCloser {
 using UniqueStream = std::unique_ptr<FILE, FileCloser>;
 using qm::common::WideString;
 
-/// What a path leads to that is to be written.
+/// The file or device that writing to a path changes.
 struct Target {
   explicit Target(const std::string& userPath);
 
@@ -47,7 +47,7 @@ Target::Target(const std::string& userPath) : path(ToSystemPath(userPath)) {
     return;
   }
   isDevice = ::GetFileType(file.Get()) != FILE_TYPE_DISK;
-  // A link stays one, and what it leads to is replaced.
+  // Follows a link, so that its target is replaced and not the link.
   wchar_t real[1024];
   const DWORD size =
       ::GetFinalPathNameByHandleW(file.Get(), real, std::size(real), FILE_NAME_NORMALIZED);
@@ -56,12 +56,12 @@ Target::Target(const std::string& userPath) : path(ToSystemPath(userPath)) {
   }
 }
 
-/// A name beside a file, which no other process uses.
+/// Makes a name for a new file beside `file` that no other process uses.
 WideString MakeFreshName(const WideString& file) {
   return file + L"." + std::to_wstring(::GetCurrentProcessId()).c_str() + L".new";
 }
 
-/// Refuses what could be replaced and should not be.
+/// Throws if the target is a folder or a read-only file.
 void RequireOrdinary(const Target& target) {
   const DWORD attributes = ::GetFileAttributesW(target.path.c_str());
   if (attributes == INVALID_FILE_ATTRIBUTES) {
@@ -75,8 +75,8 @@ void RequireOrdinary(const Target& target) {
   }
 }
 
-/// Puts a file in the place of another one, whose permissions it gets where the system knows how:
-/// Wine gives it those of a new file.
+/// Puts `fresh` in the place of `replaced`, which may not exist yet. The file keeps the permissions
+/// of the old one, except under Wine, where it has those of a new file.
 void Replace(const WideString& replaced, const WideString& fresh) {
   if (!::ReplaceFileW(replaced.c_str(), fresh.c_str(), nullptr, REPLACEFILE_IGNORE_MERGE_ERRORS,
                       nullptr, nullptr) &&
@@ -88,7 +88,7 @@ void Replace(const WideString& replaced, const WideString& fresh) {
 void WriteAndClose(UniqueStream file, const std::string& text) {
   const bool isWritten =
       file && std::fwrite(text.data(), 1, text.size(), file.get()) == text.size();
-  // Some of it may be written only now, and closing does not report every failure of that.
+  // Flushes before closing, because closing does not report every failure to write the rest.
   const bool isFlushed = isWritten && std::fflush(file.get()) == 0;
   if (!isFlushed || std::fclose(file.release()) != 0) {
     throw std::runtime_error(std::strerror(errno));

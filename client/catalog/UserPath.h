@@ -18,8 +18,8 @@ std::string GetFileName(const std::string& path);
 /// The folder of a path, as an argument for --folder: "." for a name alone.
 std::string GetFolder(const std::string& path);
 
-/// Returns why a name of a file in an option is wrong; empty if it is not. An empty one is probably
-/// an unset shell variable.
+/// Returns why the file name in an option is wrong; empty if it is not. Only an empty name is
+/// wrong: it is probably an unset shell variable.
 std::string ValidateFileName(const std::string& file);
 
 }  // namespace mmcat

@@ -13,7 +13,7 @@
 
 namespace mmcat {
 
-/// Owns a VARIANT. Empty unless it is given something. Throws ServerFailure.
+/// Owns a VARIANT, which is VT_EMPTY by default. Members throw ServerFailure.
 class Value {
  public:
   Value() { ::VariantInit(&m_value); }
