@@ -36,7 +36,7 @@ qm::common::WideString TemporaryFolder() {
   return folder;
 }
 
-/// Ends the program unless a baseline or a figure has done its work.
+/// Ends the program with the message `what` unless `isDone`.
 void Require(const char* what, bool isDone) {
   if (!isDone) {
     std::fprintf(stderr, "bench_directories: %s\n", what);

@@ -97,7 +97,8 @@ void Write(const qm::common::WideString& path, const std::string& bytes) {
   std::fclose(file);
 }
 
-/// A temporary gallery root with a folder for descriptions. Removed at the end with all files.
+/// A temporary gallery root with a folder for descriptions. The destructor removes it with all its
+/// files.
 class Scratch {
  public:
   Scratch() {
@@ -166,7 +167,8 @@ VARIANT Named(BSTR name) {
   return index;
 }
 
-/// Gets a value, starting at the reader, as the server does for every key. Returns its length.
+/// Reads a value through all objects from the reader down, as the server does for every key.
+/// Returns its length.
 size_t ReadKey(IIniReader* reader, BSTR sectionName, BSTR keyName) {
   qm::common::ComPtr<IIniSections> sections;
   qm::common::ComPtr<IIniSection> section;

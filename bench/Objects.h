@@ -16,13 +16,14 @@ namespace qm::bench {
   std::exit(1);
 }
 
+/// Ends the program if a COM call failed.
 inline void ThrowIfFailed(const char* what, HRESULT hr) {
   if (FAILED(hr)) {
     Fail(what, hr);
   }
 }
 
-/// Requires a call of the installer or of the system to have succeeded.
+/// Ends the program if a call of the installer or of the system failed.
 inline void Require(const char* what, UINT result) {
   if (result != ERROR_SUCCESS) {
     Fail(what, static_cast<long>(result));

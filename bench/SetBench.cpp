@@ -186,7 +186,7 @@ std::wstring GetString(MSIHANDLE record, UINT field) {
   return {g_text, length};
 }
 
-/// Reads all cells of a table. Of data only the size is asked for.
+/// Reads all cells of a table. Of binary data, it reads only the size.
 void ReadTable(MSIHANDLE database, const std::wstring& name) {
   MSIHANDLE view = 0;
   MSIHANDLE types = 0;

@@ -41,6 +41,6 @@ print_architectures() {
 
 architecture_row() {
   local must=1.0
-  [[ $2 != pass ]] || must= # not ours
+  [[ $2 != pass ]] || must= # measures the system, not the server
   row "$1" 2,900 "release-x64 $2" "release $2" ms ratio $must
 }

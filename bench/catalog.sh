@@ -122,7 +122,7 @@ measure_catalog() {
       prepare
       collect "$prefix" figure again
       collect "$prefix" figure pass
-      if [[ $size != 29 ]]; then # nobody writes a script for so few
+      if [[ $size != 29 ]]; then # too few to be worth a script
         prepare
         collect "$prefix" script ListModules.vbs 11
         collect "${prefix}installer_" script ListByInstaller.vbs

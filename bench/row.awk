@@ -16,7 +16,8 @@ function number(value) {
   return sprintf("%.3g %s", value, unit)
 }
 
-# Sets median and spread, the range of the runs relative to the median. Returns the spread as text.
+# Sets median and spread, the range of the runs relative to the median. Also sets unsteady if the
+# spread is more than 15 %. Returns the spread as text.
 function evaluate(list,    values, count, i, j, value) {
   count = split(list, values, " ")
   for (i = 2; i <= count; i++) {

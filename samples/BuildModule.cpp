@@ -1,6 +1,6 @@
 // build_module [OUTPUT.msm FOLDER]...: builds merge modules, each from the table text files (*.idt)
-// of a folder. If the folder has a file Changes.sql, its SQL statements, one a line, are executed
-// afterwards. That file is UTF-8, whereas an import may read the system's code page only.
+// of a folder. If the folder has a file Changes.sql, its SQL statements, one per line, are executed
+// afterwards. That file is UTF-8, whereas an import may support only the system's code page.
 
 #include <algorithm>
 #include <cstdio>
@@ -36,7 +36,7 @@ std::vector<qm::common::WideString> TableFiles(const qm::common::WideString& fol
   return names;
 }
 
-/// Reads the non-empty lines of a UTF-8 file; none if the file does not exist.
+/// Reads the non-empty lines of a UTF-8 file. Returns nothing if the file does not exist.
 std::vector<qm::common::WideString> ReadLines(const qm::common::WideString& path) {
   std::ifstream file{std::filesystem::path(std::wstring_view(path))};
   std::vector<qm::common::WideString> lines;
