@@ -145,7 +145,8 @@ std::vector<std::string> GetParameterNames(ITypeInfo& info, const FUNCDESC& func
   for (UINT i = 0; i < count; ++i) {
     texts.push_back(text::ToUtf8(common::ViewOf(common::UniqueBstr(names[i]).Get())));
     if (i > 0) {
-      // A library keeps one spelling of a name, which may be that of a member of the same name.
+      // A type library keeps one spelling of a name, so a parameter may be spelled like a member of
+      // the same name.
       char& first = texts.back()[0];
       first = static_cast<char>(first >= 'A' && first <= 'Z' ? first - 'A' + 'a' : first);
     }
