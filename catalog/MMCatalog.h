@@ -63,7 +63,7 @@ class CMMCatalog : public CatalogBase<&CLSID_MMCatalog>, public IOpenFiles {
   HRESULT Find(MakeQuery makeQuery, IMergeModules** modules, long* count) noexcept;
 
   bool m_bInitialized = false;
-  bool m_bDirty = true;
+  bool m_bDirty = true;                    ///< until a build of the list has succeeded
   unsigned long m_builtAtChangeCount = 0;  ///< the count of changes at which the list was built
   std::unique_ptr<const CatalogModules> m_pModules;
   common::WideString m_strSearchPath;

@@ -56,7 +56,7 @@ class Source {
         if (record) {
           adopt(record);
         } else {
-          file.stamp = {};  // if the file comes back unchanged, that counts as a change
+          file.stamp = {};  // if the file comes back unchanged, that is a change
         }
         file.record = std::move(record);
         file.readStamp = file.stamp;
@@ -90,8 +90,8 @@ class Source {
   void SetRecords();
 
   SearchFolder m_folder;
-  Files m_files;  ///< in the order of the file system's listing
-  bool m_bChanged = true;
+  Files m_files;           ///< in the order of the file system's listing
+  bool m_bChanged = true;  ///< whether Records() is out of date
   bool m_bAnyIncomplete = false;
   std::shared_ptr<const RecordList> m_records;
 };

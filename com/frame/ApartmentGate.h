@@ -46,8 +46,8 @@ class ApartmentGate {
   const DWORD m_timeoutMs;
   SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards the members below; held for a few instructions
   DWORD m_owner = 0;              ///< thread identifier; 0 if there is no owner
-  unsigned m_depth = 0;
-  Waiter* m_first = nullptr;
+  unsigned m_depth = 0;           ///< how often the owner has entered
+  Waiter* m_first = nullptr;      ///< queue of the waiting threads
 };
 
 /// Owns the gate of this DLL while in scope. Construction raises as ApartmentGate::Enter does.

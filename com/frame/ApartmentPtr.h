@@ -8,11 +8,11 @@
 
 namespace qm::com {
 
-/// A reference to an object, with the thread in whose apartment the object lives.
+/// An owned reference to an object, with the thread in whose apartment the object lives.
 struct ApartmentReference {
   IUnknown* object;
   DWORD thread;
-  ApartmentReference* next;
+  ApartmentReference* next;  ///< in the queue for ReleaseQueuedReferences
 };
 
 /// Releases the object if its thread is the calling one or has ended. Otherwise queues the

@@ -38,7 +38,7 @@ class TypeLibraries final : private common::DllLifetimeLink {
   HINSTANCE m_instance = nullptr;
   SRWLOCK m_lock = SRWLOCK_INIT;  ///< guards storing what was loaded
   bool m_isEnlisted = false;
-  std::atomic<ITypeLib*> m_loaded[2] = {};
+  std::atomic<ITypeLib*> m_loaded[2] = {};  ///< by TypeLibrary; each holds one reference
 };
 
 /// Returns the full path of the interface library's file beside the DLL. Raises as DllPath does.
