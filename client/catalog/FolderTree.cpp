@@ -23,7 +23,7 @@ using qm::common::WideString;
 constexpr int kDeepest = 64;
 constexpr int kMostToLookAt = 200;
 
-/// What one folder contains itself.
+/// What a folder contains, without the folders below it.
 struct FolderContents {
   bool hasModules = false;
   std::vector<std::wstring> subfolders;  ///< names, sorted ignoring case

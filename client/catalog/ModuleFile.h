@@ -7,7 +7,7 @@
 
 namespace mmcat {
 
-/// Opens a module file at a path of the user. Throws ServerFailure.
+/// Opens the module file at a path as the user spells it. Throws ServerFailure.
 qm::common::ComPtr<IMergeModule2> OpenModuleFile(const std::string& path);
 
 }  // namespace mmcat

@@ -78,7 +78,7 @@ struct FindingFacts {
   std::string text;
   std::vector<std::string> moduleKeys;
   std::vector<size_t> modules;
-  // What it is about. Empty where that does not apply.
+  // What the finding is about. Empty where that does not apply.
   std::optional<RequirementFacts> required;
   std::string file;
   std::string folder;

@@ -245,7 +245,7 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
   PreviousBaseline previous{baseline, {}};
   if (!options.keys.empty()) {
     previous.ofOthers = TakeEntriesOfOthers(FindCheckedKeys(set, scope), judgement);
-    judgement.unmatchedRules.clear();  // they may be about others too
+    judgement.unmatchedRules.clear();  // they may be about other modules
   }
   const ExitCode modules = RequireModules(set.Modules().size());
   if (modules == kSuccess) {

@@ -19,7 +19,7 @@ void AddHash(Json& component, const char* algorithm, const std::string& hash) {
   }
 }
 
-/// Adds what the format has no member for.
+/// Adds properties for values that the format has no member for. Leaves out empty values.
 void AddProperties(Json& component,
                    std::initializer_list<std::pair<const char*, std::string>> properties) {
   for (const auto& [name, value] : properties) {

@@ -90,7 +90,7 @@ std::string FormatConflicts(const Question& question, const PlanFacts& plan,
       }
     }
     for (const FixFacts& fix : conflict.fixes) {
-      // What one module lacks is in the sentence above.
+      // The text of the conflict already says what one module lacks.
       if (fix.drop.empty() && conflict.modules.size() < 2) {
         continue;
       }

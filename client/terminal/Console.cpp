@@ -14,7 +14,7 @@ namespace mmcat {
 namespace {
 
 bool g_consoleFailed = false;
-std::optional<std::string> g_collected;  // what is written to stdout, if it is kept
+std::optional<std::string> g_collected;  // what was written to stdout, while it is collected
 
 bool IsConsole(DWORD standardHandle) noexcept {
   DWORD mode = 0;

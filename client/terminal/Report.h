@@ -32,7 +32,7 @@ struct OutputOptions {
   OutputFormat format = OutputFormat::PlainText;
   bool noColor = false;               ///< even on a terminal that shows them
   bool wide = false;                  ///< shorten nothing to fit the terminal
-  std::vector<FileFailure> failures;  ///< from before the command began; its report has them first
+  std::vector<FileFailure> failures;  ///< found before the command began; its report lists them
 };
 
 /// The output of a command: results on stdout, in one of the formats, and failures on stderr. The
@@ -66,7 +66,7 @@ class Report {
   /// Keeps the failures of a file, which the user accepts, from deciding the exit code.
   void AcceptFailures(const std::string& file) { m_accepted.insert(file); }
 
-  /// The same for all files but these, if the results do not depend on others.
+  /// The same for all files except `files`, if the results depend on no others.
   void AcceptFailuresBeside(const std::set<std::string>& files);
 
   /// The exit code of a command with this outcome: failures take precedence over findings, and

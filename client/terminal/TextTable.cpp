@@ -61,8 +61,9 @@ bool HasIds(const Column& column) {
   });
 }
 
-/// The columns to which a column can be shortened without becoming unreadable. What identifies a
-/// row is whole unless it is wider than `widestIdentity`, and so are the words around an ID.
+/// The width, in columns of the terminal, to which a column can be shortened and stay readable.
+/// That is the width of its widest cell with IDs as short as possible, up to a limit:
+/// `widestIdentity` for cells that identify a row.
 size_t MeasureReadable(const Column& column, bool isIdentity, size_t widestIdentity) {
   constexpr size_t kText = 20;
   constexpr size_t kIds = 42;
@@ -267,7 +268,8 @@ std::string TextTable::ToString(const std::string& indent) const {
       if (rows == 2 && !hasLines) {
         return FormatFields(columns, indent);
       }
-      // Few file names are very long, and IDs are not recognised without their names.
+      // The second attempt shortens long file names, which are few. IDs are not recognised without
+      // their names, so they keep the width.
       constexpr size_t kWide = 48;
       const size_t narrow = HasIds(columns[FindIdentity(columns)]) ? kWide : 32;
       const size_t room = *page.width - indent.size();

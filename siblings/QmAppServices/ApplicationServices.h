@@ -8,7 +8,7 @@ namespace qm::siblings {
 /// The folders and search paths of the authoring environment (coclass ApplicationServices).
 ///
 /// Each value comes from its environment variable, otherwise from its key in section [Services] of
-/// QmAppServices.ini beside the DLL, otherwise it is a default. An empty value counts as set.
+/// QmAppServices.ini beside the DLL, otherwise it is a default. An empty value is used as it is.
 /// Values are read at every call, so that changes take effect at once. It is a failure if the INI
 /// file exists and cannot be read. Environment variables ("%NAME%") are expanded in folders but not
 /// in search paths.
