@@ -16,7 +16,7 @@
 #include "analysis/NotFound.h"
 #include "analysis/SetCollection.h"
 #include "analysis/SetFailure.h"
-#include "analysis/SetFinding.h"
+#include "analysis/SetFindings.h"
 #include "analysis/SetModuleUser.h"
 #include "analysis/SetPlan.h"
 #include "com/error/Raise.h"
@@ -188,19 +188,14 @@ STDMETHODIMP CMergeSet::Check(VARIANT modules, ISetFindings** findings) {
     const std::vector<common::WideString> keys =
         isWhole ? std::vector<common::WideString>() : ReadKeys(modules);
     const SharedSet set = RequireSet();
-    std::vector<merge::Finding> found;
+    std::vector<size_t> scope =
+        isWhole ? AllPositions(*set) : AddNeeded(*set, RequireModules(*set, keys));
+    std::vector<merge::Finding> found =
+        CheckModules(*set, scope, isWhole ? merge::CheckedAs::Catalog : merge::CheckedAs::Merge);
     if (isWhole) {
-      found = CheckModules(*set, AllPositions(*set), merge::CheckedAs::Catalog);
       CheckIndexes(*set, found);
-    } else {
-      found =
-          CheckModules(*set, AddNeeded(*set, RequireModules(*set, keys)), merge::CheckedAs::Merge);
     }
-    const auto shared = std::make_shared<const std::vector<merge::Finding>>(std::move(found));
-    return MakeCollection<ISetFindings, ISetFinding>(
-        shared->size(),
-        [set, shared](size_t at) { return com::MakeObject<SetFinding>(set, (*shared)[at]); },
-        [shared](size_t at) { return (*shared)[at].code; });
+    return com::MakeObject<SetFindings>(set, std::move(scope), std::move(found));
   });
 }
 

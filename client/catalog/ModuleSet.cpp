@@ -236,14 +236,14 @@ std::vector<std::string> ModuleSet::ResolveKeys(const std::vector<std::string>& 
   return keys;
 }
 
-std::vector<FindingFacts> ModuleSet::Check(const std::vector<std::string>& words) const {
+CheckFacts ModuleSet::Check(const std::vector<std::string>& words) const {
   Value argument = words.empty() ? Value() : Value(ResolveKeys(words));
   ComPtr<ISetFindings> findings;
   ThrowIfFailed(m_set->Check(argument.Get(), findings.Put()));
-  std::vector<FindingFacts> list;
-  ForEachItem<ISetFinding>(*findings,
-                           [&](ISetFinding& finding) { list.push_back(ReadFinding(finding)); });
-  return list;
+  CheckFacts facts{ReadPositions(*ReadObject(*findings, &ISetFindings::get_CheckedModules)), {}};
+  ForEachItem<ISetFinding>(
+      *findings, [&](ISetFinding& finding) { facts.findings.push_back(ReadFinding(finding)); });
+  return facts;
 }
 
 PlanFacts ModuleSet::Plan(const std::vector<std::string>& words) const {

@@ -88,6 +88,11 @@ struct FindingFacts {
   std::vector<FindingValueFacts> values;
 };
 
+struct CheckFacts {
+  std::vector<size_t> modules;  ///< positions of the modules that were checked
+  std::vector<FindingFacts> findings;
+};
+
 struct PlannedFacts {
   size_t module;
   std::optional<size_t> neededBy;
@@ -183,7 +188,7 @@ class ModuleSet {
   std::vector<size_t> FindModules(const std::string& word) const;
 
   /// Checks the modules of the words and what they need; without words, everything.
-  std::vector<FindingFacts> Check(const std::vector<std::string>& words) const;
+  CheckFacts Check(const std::vector<std::string>& words) const;
 
   PlanFacts Plan(const std::vector<std::string>& words) const;
 

@@ -2,7 +2,6 @@
 #include <algorithm>
 #include <iterator>
 #include <map>
-#include <numeric>
 #include <set>
 #include <stdexcept>
 
@@ -72,20 +71,6 @@ std::string FormatFindings(const CheckResult& result) {
     text += ", " + std::to_string(ignored) + " ignored";
   }
   return text + '\n';
-}
-
-/// The modules that are checked: those of the keys and what they need, or all.
-std::vector<size_t> FindScope(const ModuleSet& set, const std::vector<std::string>& keys) {
-  std::vector<size_t> scope;
-  if (keys.empty()) {
-    scope.resize(set.Modules().size());
-    std::iota(scope.begin(), scope.end(), 0);
-    return scope;
-  }
-  for (const PlannedFacts& planned : set.Plan(keys).modules) {
-    scope.push_back(planned.module);
-  }
-  return scope;
 }
 
 /// Returns the keys of which every module is in the scope.
@@ -240,8 +225,8 @@ ExitCode FinishUnchecked(const ModuleSet& set, const std::string& reason, const 
 
 ExitCode CheckSet(const ModuleSet& set, const Options& options,
                   const std::vector<BaselineEntry>& baseline, Report& report) {
-  Judgement judgement = JudgeFindings(set.Check(options.keys), baseline, options.ignored);
-  std::vector<size_t> scope = FindScope(set, options.keys);
+  auto [scope, findings] = set.Check(options.keys);
+  Judgement judgement = JudgeFindings(std::move(findings), baseline, options.ignored);
   PreviousBaseline previous{baseline, {}};
   if (!options.keys.empty()) {
     previous.ofOthers = TakeEntriesOfOthers(FindCheckedKeys(set, scope), judgement);

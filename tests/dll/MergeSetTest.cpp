@@ -405,10 +405,13 @@ TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
   EXPECT_THAT(keysOf(modules), testing::UnorderedElementsAre(L"Base:1033", L"User:1033"));
   EXPECT_THAT(CheckAll(), ElementsAre(L"missing-dependency"));
   EXPECT_THAT(Check(Variant(L"Base")), ElementsAre());
-  common::ComPtr<ISetFindings> none;
-  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(L"Nobody"), none.Put()));
+  common::ComPtr<ISetFindings> findings;
+  ASSERT_EQ(S_OK, m_set->Check(Variant(L"User"), findings.Put()));
+  EXPECT_EQ(S_OK, findings->get_CheckedModules(modules.Put()));
+  EXPECT_THAT(keysOf(modules), ElementsAre(L"Base:1033", L"User:1033"));
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(L"Nobody"), findings.Put()));
   EXPECT_EQ(L"The set has no module \"Nobody\".", TakeDescription());
-  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(std::wstring(300, L'x').c_str()), none.Put()));
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(Variant(std::wstring(300, L'x').c_str()), findings.Put()));
   EXPECT_EQ(L"The set has no module \"" + std::wstring(200, L'x') + L"...\".", TakeDescription());
 
   VARIANT empty{};  // a variable of a script, and an array without elements
@@ -416,7 +419,7 @@ TEST_F(MergeSetTest, PlansChecksAndUsersAgree) {
   keys.vt = VT_ARRAY | VT_VARIANT;
   keys.parray = ::SafeArrayCreateVector(VT_VARIANT, 0, 0);
   EXPECT_THAT(Check(Around(VT_VARIANT | VT_BYREF, &empty)), ElementsAre(L"missing-dependency"));
-  EXPECT_EQ(E_INVALIDARG, m_set->Check(keys, none.Put()));
+  EXPECT_EQ(E_INVALIDARG, m_set->Check(keys, findings.Put()));
   EXPECT_EQ(L"The array has no module keys.", TakeDescription());
 
   ASSERT_EQ(S_OK, m_set->get_Modules(modules.Put()));
