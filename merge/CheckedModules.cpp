@@ -26,8 +26,8 @@ constexpr KnownFolder kKnownFolders[] = {
     {"[programfiles64folder]common files", "[commonfiles64folder]"},
     {"[windowsfolder]fonts", "[fontsfolder]"},
     {"[windowsfolder]system", "[system16folder]"},
-    {"[programmenufolder]startup", "[startupfolder]"},
     {"[startmenufolder]programs", "[programmenufolder]"},
+    {"[programmenufolder]startup", "[startupfolder]"},  // after the entry that leads here
 };
 
 /// Appends the texts of a column, each text number once. Leaves out texts that are too long for a
@@ -104,12 +104,13 @@ std::optional<std::string> NormalizeFolder(const TargetFolder& folder) {
     return std::nullopt;
   }
   std::string text = folder.root.empty() ? std::string() : '[' + folder.root + ']';
+  const size_t rootSize = text.size();
   std::string_view rest = folder.path;
   while (!rest.empty()) {
     const size_t end = std::min(rest.find_first_of("\\/"), rest.size());
     const std::string_view name = rest.substr(0, end);
     if (!name.empty() && name != ".") {
-      if (!text.empty() && text.back() != ']') {
+      if (text.size() > rootSize) {
         text += '\\';
       }
       text += name;

@@ -97,8 +97,11 @@ std::uint64_t HashCell(std::uint64_t hash, const Table& table, size_t row, size_
       return HashText(hash, table.Text(row, column));
     case image::ColumnKind::Integer:
       return HashNumber(hash, static_cast<std::uint32_t>(table.Number(row, column).value_or(0)));
-    default:
-      return HashNumber(hash, table.StreamSize(row, column).value_or(0));
+    default: {
+      // Data that the file lacks is not the same as none.
+      const auto size = table.StreamSize(row, column);
+      return HashNumber(hash, size ? *size + 1 : 0);
+    }
   }
 }
 

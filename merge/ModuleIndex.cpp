@@ -12,22 +12,6 @@ namespace qm::merge {
 
 namespace {
 
-/// Returns the platform of a module; empty if it is unknown. A template without a platform is for
-/// Intel.
-std::string GetPlatform(const Module& module) {
-  static constexpr std::string_view kKnown[] = {"intel", "x64", "intel64", "arm64"};
-  std::string platform = text::FoldCase(module.platform);
-  if (platform.empty() && module.tables) {
-    return "intel";
-  }
-  if (platform == "amd64") {
-    return "x64";
-  }
-  const bool isKnown =
-      std::find(std::begin(kKnown), std::end(kKnown), platform) != std::end(kKnown);
-  return isKnown ? platform : std::string();
-}
-
 PlatformMatch MatchPlatform(const std::string& wanted, const std::string& platform) {
   return wanted.empty() || platform.empty() || wanted == platform ? PlatformMatch::Same
          : platform == "intel"                                    ? PlatformMatch::Other
@@ -47,6 +31,20 @@ LanguageMatch MatchLanguage(long wanted, long language) {
 }
 
 }  // namespace
+
+std::string GetPlatform(const Module& module) {
+  static constexpr std::string_view kKnown[] = {"intel", "x64", "intel64", "arm64"};
+  std::string platform = text::FoldCase(module.platform);
+  if (platform.empty() && module.tables) {
+    return "intel";
+  }
+  if (platform == "amd64") {
+    return "x64";
+  }
+  const bool isKnown =
+      std::find(std::begin(kKnown), std::end(kKnown), platform) != std::end(kKnown);
+  return isKnown ? platform : std::string();
+}
 
 ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
     : m_modules(modules), m_ranks(modules.size()) {

@@ -32,6 +32,10 @@ enum class LanguageMatch : std::uint8_t {
   Other,
 };
 
+/// Returns the platform of a module, case-folded and with one spelling of each; empty if it is
+/// unknown. A module whose template has no platform is for Intel.
+std::string GetPlatform(const Module& module);
+
 /// A module that satisfies a requirement.
 struct Candidate {
   size_t module;

@@ -63,7 +63,7 @@ class RequirementCheck {
     std::string key = text::FoldCase(requirement.moduleId);
     key.append(1, '\0').append(std::to_string(requirement.language.value_or(0)));
     key.append(1, '\0').append(requirement.version);
-    key.append(1, '\0').append(std::to_string(user.language)).append(user.platform);
+    key.append(1, '\0').append(std::to_string(user.language)).append(GetPlatform(user));
     const auto [place, isNew] = m_found.try_emplace(std::move(key));
     if (isNew) {
       place->second = Search(requirement, user);

@@ -299,6 +299,9 @@ class TableCheck {
       variant.push_back(ref);
       identities.push_back(m_modules.IdentityOf(ref.owner->module));
     }
+    if (order.size() < 2) {
+      return;  // the hashes of different values are equal
+    }
     const size_t identityCount = CountDistinct(std::move(identities));
     for (const auto& [hash, refs] : variants) {
       std::vector<size_t> agreeing;

@@ -294,6 +294,15 @@ TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
        Pair(MakeFile({"a.dll", "FontsFolder", ".A"}),
             second("X.B", {{"X.B", "WindowsFolder", "Fonts"}})),
        conflict},
+      {"a property two folders deep",
+       Pair(MakeFile({"a.lnk", "StartupFolder", ".A"}),
+            MakeFile({"a.lnk", "X.B", ".B"},
+                     {{"Y.B", "StartMenuFolder", "Programs"}, {"X.B", "Y.B", "Startup"}})),
+       conflict},
+      {"a bracket at the end of a name",
+       Pair(MakeFile({"a.dll", "X.A", ".A"}, {{"X.A", "Y.A", "b"}, {"Y.A", "SystemFolder", "a]"}}),
+            MakeFile({"a.dll", "X.B", ".B"}, {{"X.B", "SystemFolder", "a]b"}})),
+       {}},
       {"a folder that the product chooses",
        Pair(MakeFile({"a.dll", "X.A", ".A"}, {{"X.A", "TARGETDIR", "bin"}}),
             second("X.B", {{"X.B", "TARGETDIR", "bin"}})),
@@ -473,6 +482,13 @@ TEST(CheckTest, LanguagesPackageCodesAndPlatformsFit) {
       {"not needed", {on("A", "Intel;1033"), on("B", "x64;1033")}, {}},
   });
   EXPECT_EQ(14, Check({needs("A", "B", "Intel;1033"), on("B", "x64;1033")}).front().mergeError);
+
+  merge::Module described;  // by the gallery, which knows no platforms
+  described.moduleId = described.key = "D";
+  described.language = 1033;
+  described.requirements = {{"B", 1033, ""}};
+  EXPECT_THAT(Summarize(Check({described, needs("A", "B", ";1033"), on("B", "x64;1033")})),
+              ElementsAre("error platform-conflict A:1033 B:1033"));
 }
 
 TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
@@ -619,6 +635,17 @@ TEST(CheckTest, DataThatSeveralModulesHaveIsReadAndCompared) {
   EXPECT_NE(findings[0].values[0].value, findings[0].values[1].value);
   modules.pop_back();
   EXPECT_THAT(Summarize(Check(modules)), ElementsAre());
+
+  const auto withIcon = [](const char* id, std::vector<Stream> streams) {
+    const DatabaseImage image{{{"ModuleSignature", ColumnsOf("ModuleSignature"), {{id, 0, "1.0"}}},
+                               {"Binary", ColumnsOf("Binary"), {{"Icon", 1}}}},
+                              std::move(streams)};
+    MemorySource source = WriteCompoundFile(WriteDatabase(image)).Source();
+    return merge::ReadModule(source, merge::DecodeCommonCodePage);
+  };
+  EXPECT_THAT(Summarize(Check({withIcon("A", {{RowStream(u"Binary.Icon"), {}}}), withIcon("B", {})},
+                              merge::CheckedAs::Merge)),
+              ElementsAre("error row-conflict Binary Icon A:0 B:0"));
 }
 
 TEST(CheckTest, ModulesOfOthersHaveTheFindingsThatTheirTablesJustify) {
