@@ -69,6 +69,18 @@ std::string FormatMember(const MemberDescription& member, bool isCppOnly) {
   return text;
 }
 
+/// Returns a member that scripts can see with its heading and example. Throws std::runtime_error if
+/// something is missing.
+std::string FormatDescribedMember(const InterfaceDescription& description,
+                                  const MemberDescription& member, Examples& examples) {
+  const std::string name = description.name + '.' + member.name;
+  const Examples::Example& example = examples.Take(name);
+  if (member.hasTypedOut && !example.isCpp) {
+    throw std::runtime_error("scripts cannot call " + name + ": the example must be C++");
+  }
+  return "### " + name + "\n\n" + FormatMember(member, example.isCpp) + FormatExample(example);
+}
+
 std::string FormatContents(const std::vector<InterfaceDescription>& interfaces) {
   std::string text;
   for (const InterfaceDescription& description : interfaces) {
@@ -100,15 +112,16 @@ std::string GeneralizeElementType(std::string text, const std::string& elementTy
   return text;
 }
 
-bool HaveSameMembers(const InterfaceDescription& a, const InterfaceDescription& b) {
-  const std::string& elementA = a.Find("Item")->resultType;
-  const std::string& elementB = b.Find("Item")->resultType;
-  if (a.members.size() != b.members.size() || a.base != b.base) {
+/// Returns whether a collection begins with the members of another one.
+bool ExtendsMembers(const InterfaceDescription& description, const InterfaceDescription& pattern) {
+  if (description.members.size() < pattern.members.size() || description.base != pattern.base) {
     return false;
   }
-  for (size_t i = 0; i < a.members.size(); ++i) {
-    if (GeneralizeElementType(FormatMember(a.members[i], false), elementA) !=
-        GeneralizeElementType(FormatMember(b.members[i], false), elementB)) {
+  const std::string& element = description.Find("Item")->resultType;
+  const std::string& elementOfPattern = pattern.Find("Item")->resultType;
+  for (size_t i = 0; i < pattern.members.size(); ++i) {
+    if (GeneralizeElementType(FormatMember(description.members[i], false), element) !=
+        GeneralizeElementType(FormatMember(pattern.members[i], false), elementOfPattern)) {
       return false;
     }
   }
@@ -125,13 +138,16 @@ std::string FormatCollections(const std::vector<InterfaceDescription>& interface
     }
     if (!pattern) {
       pattern = &description;
-    } else if (!HaveSameMembers(*pattern, description)) {
+    } else if (!ExtendsMembers(description, *pattern)) {
       throw std::runtime_error(description.name + " is no collection like the others");
     }
     list += "### " + description.name + "\n\n" +
             WrapParagraph(FormatCode(description.guid) + ", elements " +
                           LinkTo(description.Find("Item")->resultType) + ". " + description.help) +
             FormatExample(examples.Take(description.name));
+    for (size_t i = pattern->members.size(); i < description.members.size(); ++i) {
+      list += FormatDescribedMember(description, description.members[i], examples);
+    }
   }
   if (!pattern) {
     throw std::runtime_error("there are no collections");
@@ -169,12 +185,7 @@ std::string FormatInterface(const InterfaceDescription& description, Examples& e
                   member.help + '\n';
       continue;
     }
-    const std::string name = description.name + '.' + member.name;
-    const Examples::Example& example = examples.Take(name);
-    if (member.hasTypedOut && !example.isCpp) {
-      throw std::runtime_error("scripts cannot call " + name + ": the example must be C++");
-    }
-    text += "### " + name + "\n\n" + FormatMember(member, example.isCpp) + FormatExample(example);
+    text += FormatDescribedMember(description, member, examples);
   }
   return reserved.empty() ? text : text + "Reserved:\n\n" + reserved + '\n';
 }
