@@ -106,7 +106,6 @@ measure_catalog() {
       collect "$prefix" figure tables
       collect "$prefix" figure table_calls
       collect "$prefix" figure pass_calls
-      prepare
       if [[ $size != 29 && $size != 290 ]]; then
         prepare
         collect "$prefix" set_figure set_load
