@@ -38,15 +38,15 @@ qm::common::WideString ResolveFolder(const std::optional<std::string>& folder) {
 /// A full path as the user spells it.
 std::string Spell(const qm::common::WideString& path) { return SpellPath(qm::text::ToUtf8(path)); }
 
-/// Adds a search folder or, if `isRecursive`, the folders with modules at and below it. A folder
-/// that cannot be listed is a failure.
-void AddSearchFolder(const qm::common::WideString& folder, bool isRecursive, ModuleFolders& all) {
-  if (isRecursive) {
-    ModuleFolders found = FindModuleFolders(folder);
-    std::move(found.folders.begin(), found.folders.end(), std::back_inserter(all.folders));
-    std::move(found.failures.begin(), found.failures.end(), std::back_inserter(all.failures));
-    return;
-  }
+/// Adds the folders with modules at and below a search folder.
+void AddFolderTree(const qm::common::WideString& folder, ModuleFolders& all) {
+  ModuleFolders found = FindModuleFolders(folder);
+  std::move(found.folders.begin(), found.folders.end(), std::back_inserter(all.folders));
+  std::move(found.failures.begin(), found.failures.end(), std::back_inserter(all.failures));
+}
+
+/// Adds a search folder. If it cannot be listed, that is a failure.
+void AddSearchFolder(const qm::common::WideString& folder, ModuleFolders& all) {
   all.folders.push_back(folder);
   const DWORD code = qm::common::ProbeFolder(folder);
   if (qm::common::ClassifyListing(code) != qm::common::ListingOutcome::Complete) {
@@ -111,7 +111,8 @@ std::vector<FileFailure> ApplyCatalogSettings(const CatalogSettings& settings) {
   g_isReplaced = true;
   ModuleFolders searched;
   for (const std::string& folder : settings.folders) {
-    AddSearchFolder(ResolveFolder(folder), settings.isRecursive, searched);
+    const auto add = settings.isRecursive ? AddFolderTree : AddSearchFolder;
+    add(ResolveFolder(folder), searched);
   }
   SetVariable(L"QM_MODULE_PATH", JoinSearchPath(searched.folders));
   SetVariable(L"QM_USER_MODULE_PATH", {});

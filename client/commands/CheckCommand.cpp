@@ -235,7 +235,8 @@ ExitCode CheckSet(const ModuleSet& set, const Options& options,
   const ExitCode modules = RequireModules(set.Modules().size());
   if (modules == kSuccess) {
     try {
-      UpdateBaseline(options.baseline, previous, report.Failures().empty(), judgement);
+      UpdateBaseline(options.baseline, previous,
+                     report.Failures().empty() ? Coverage::Complete : Coverage::Partial, judgement);
     } catch (const std::runtime_error& failure) {
       PrintRemark(failure.what());
       return kOutputFailed;

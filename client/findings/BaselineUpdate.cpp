@@ -26,10 +26,10 @@ std::vector<BaselineEntry> Join(std::vector<BaselineEntry> entries,
 }
 
 Update WriteFindings(const BaselineOptions& options, const PreviousBaseline& previous,
-                     bool isComplete, Judgement& judgement) {
+                     Coverage coverage, Judgement& judgement) {
   // These entries have only the counts that match no finding. MakeBaseline adds the others.
   std::vector<BaselineEntry> kept = previous.ofOthers;
-  const bool keepsOld = !isComplete && !judgement.unmatched.empty();
+  const bool keepsOld = coverage == Coverage::Partial && !judgement.unmatched.empty();
   if (keepsOld) {
     kept = Join(std::move(kept), judgement.unmatched);
   }
@@ -41,9 +41,9 @@ Update WriteFindings(const BaselineOptions& options, const PreviousBaseline& pre
   return keepsOld ? Update::WrittenWithOldEntries : Update::Written;
 }
 
-Update Prune(const BaselineOptions& options, const PreviousBaseline& previous, bool isComplete,
+Update Prune(const BaselineOptions& options, const PreviousBaseline& previous, Coverage coverage,
              const Judgement& judgement) {
-  if (!isComplete) {
+  if (coverage == Coverage::Partial) {
     PrintRemark(options.file +
                 ": not pruned, because files that cannot be read may have findings too");
     return Update::None;
@@ -75,8 +75,9 @@ void PrintRules(const std::vector<IgnoreRule>& rules) {
   }
 }
 
-void PrintEntries(const std::string& file, const std::vector<BaselineEntry>& entries,
-                  bool arePruned) {
+void PrintUnmatched(const std::string& file, const std::vector<BaselineEntry>& entries,
+                    Update update) {
+  const bool arePruned = update == Update::Pruned;
   for (size_t i = 0; i < std::min(entries.size(), kMostRemarks); ++i) {
     PrintRemark(file + (arePruned ? ": removed " : ": no finding matches ") +
                 FormatEntry(entries[i]));
@@ -90,9 +91,9 @@ void PrintEntries(const std::string& file, const std::vector<BaselineEntry>& ent
 }  // namespace
 
 void UpdateBaseline(const BaselineOptions& options, const PreviousBaseline& previous,
-                    bool isComplete, Judgement& judgement) {
-  const Update update = options.isWritten  ? WriteFindings(options, previous, isComplete, judgement)
-                        : options.isPruned ? Prune(options, previous, isComplete, judgement)
+                    Coverage coverage, Judgement& judgement) {
+  const Update update = options.isWritten  ? WriteFindings(options, previous, coverage, judgement)
+                        : options.isPruned ? Prune(options, previous, coverage, judgement)
                                            : Update::None;
   PrintRules(judgement.unmatchedRules);
   if (update == Update::Written) {
@@ -102,7 +103,7 @@ void UpdateBaseline(const BaselineOptions& options, const PreviousBaseline& prev
                 std::to_string(judgement.unmatched.size()) +
                 "), because files that cannot be read may have these findings");
   } else {
-    PrintEntries(options.file, judgement.unmatched, update == Update::Pruned);
+    PrintUnmatched(options.file, judgement.unmatched, update);
     if (!judgement.unmatched.empty() && !options.isPruned) {
       PrintHint(options.file + ": --prune-baseline removes what no finding matches");
     }

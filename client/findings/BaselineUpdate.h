@@ -20,11 +20,14 @@ struct PreviousBaseline {
   std::vector<BaselineEntry> ofOthers;  ///< about modules that are not checked
 };
 
+/// How much of the catalog a run could read.
+enum class Coverage { Complete, Partial };
+
 /// Writes or prunes the baseline if the options say so, and updates `judgement` accordingly. Prints
-/// the entries and rules that match no finding, because they might hide another one. If the run is
-/// not complete, because it could not read everything, no entry is removed. Throws
-/// std::runtime_error if the file cannot be written.
+/// the entries and rules that match no finding, because they might hide another one. If the
+/// coverage is partial, no entry is removed. Throws std::runtime_error if the file cannot be
+/// written.
 void UpdateBaseline(const BaselineOptions& options, const PreviousBaseline& previous,
-                    bool isComplete, Judgement& judgement);
+                    Coverage coverage, Judgement& judgement);
 
 }  // namespace mmcat
