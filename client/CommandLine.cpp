@@ -221,8 +221,9 @@ class Parser {
     if (isFirst) {
       return PrintHelp(arguments.size() > 1 ? arguments[1] : "help");
     }
-    const auto end = std::find(arguments.begin(), arguments.end(), "--");
-    const auto flag = std::find_if(arguments.begin() + 1, end, IsHelpFlag);
+    const auto second = arguments.begin() + 1;
+    const auto end = std::find(second, arguments.end(), "--");
+    const auto flag = std::find_if(second, end, IsHelpFlag);
     if (!m_app.get_option_no_throw(first) && flag != end &&
         ExplainFirstWord(m_app, arguments).empty()) {
       if (flag + 1 == arguments.end()) {

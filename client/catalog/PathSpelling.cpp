@@ -88,6 +88,11 @@ std::string SpellFolder(const std::string& folder) {
 void UsePathSpelling(PathSpelling spelling) noexcept { g_spelling = spelling; }
 
 std::string SpellPath(const std::string& path) {
+  constexpr char kExtended[] = "\\\\?\\";
+  constexpr size_t kExtendedSize = sizeof kExtended - 1;
+  if (path.compare(0, kExtendedSize, kExtended) == 0 && HasRootAt(path, kExtendedSize)) {
+    return SpellPath(path.substr(kExtendedSize));
+  }
   if (!IsNative() || !HasRootAt(path, 0)) {
     return path;
   }

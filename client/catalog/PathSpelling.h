@@ -17,7 +17,8 @@ enum class PathSpelling {
 /// Sets the spelling of all paths that are read from then on. The default is Native.
 void UsePathSpelling(PathSpelling spelling) noexcept;
 
-/// Spells the full path of a file or folder for the user. Anything else is returned unchanged.
+/// Spells the full path of a file or folder for the user, without a prefix "\\?\". Anything else is
+/// returned unchanged.
 std::string SpellPath(const std::string& path);
 
 /// Spells the full paths in a message for the user.

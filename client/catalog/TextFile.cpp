@@ -61,17 +61,19 @@ WideString MakeFreshName(const WideString& file) {
   return file + L"." + std::to_wstring(::GetCurrentProcessId()).c_str() + L".new";
 }
 
-/// Throws if the target is a folder or a read-only file.
-void RequireOrdinary(const Target& target) {
+/// Throws if the target exists and must not be written: it is a folder, is read-only, or cannot be
+/// opened. A replacement would get around the permissions of the file.
+void RequireWritableTarget(const Target& target) {
   const DWORD attributes = ::GetFileAttributesW(target.path.c_str());
-  if (attributes == INVALID_FILE_ATTRIBUTES) {
-    return;
-  }
-  if (attributes & FILE_ATTRIBUTE_DIRECTORY) {
+  const bool exists = attributes != INVALID_FILE_ATTRIBUTES;
+  if (exists && (attributes & FILE_ATTRIBUTE_DIRECTORY)) {
     throw std::runtime_error("this is a folder");
   }
-  if (!target.isDevice && (attributes & FILE_ATTRIBUTE_READONLY)) {
+  if (exists && !target.isDevice && (attributes & FILE_ATTRIBUTE_READONLY)) {
     throw std::runtime_error("the file is read-only");
+  }
+  if (target.error != ERROR_SUCCESS && target.error != ERROR_FILE_NOT_FOUND) {
+    throw std::runtime_error(FormatSystemError(target.error));
   }
 }
 
@@ -124,7 +126,7 @@ std::string ReadTextFile(const std::string& path, size_t largest) {
 
 void WriteTextFile(const std::string& path, const std::string& text) {
   const Target target(path);
-  RequireOrdinary(target);
+  RequireWritableTarget(target);
   const WideString fresh = MakeFreshName(target.path);
   UniqueStream file(target.isDevice ? nullptr : ::_wfopen(fresh.c_str(), L"wb"));
   if (!file && target.error == ERROR_SUCCESS) {
@@ -149,16 +151,14 @@ std::string ResolveTarget(const std::string& path) { return qm::text::ToUtf8(Tar
 
 void RequireWritable(const std::string& path) {
   const Target target(path);
-  RequireOrdinary(target);
-  DWORD error = target.error;
-  if (error == ERROR_FILE_NOT_FOUND) {
+  RequireWritableTarget(target);
+  if (target.error == ERROR_FILE_NOT_FOUND) {
     const qm::common::UniqueFile probe(::CreateFileW(MakeFreshName(target.path).c_str(),
                                                      GENERIC_WRITE, 0, nullptr, CREATE_ALWAYS,
                                                      FILE_FLAG_DELETE_ON_CLOSE, nullptr));
-    error = probe ? ERROR_SUCCESS : ::GetLastError();
-  }
-  if (error != ERROR_SUCCESS) {
-    throw std::runtime_error(FormatSystemError(error));
+    if (!probe) {
+      throw std::runtime_error(FormatSystemError(::GetLastError()));
+    }
   }
 }
 

@@ -55,11 +55,12 @@ void WriteToConsole(DWORD standardHandle, const std::string& text) {
     const size_t size = MeasurePiece(rest);
     DWORD written = 0;
     if (!::WriteConsoleW(::GetStdHandle(standardHandle), rest.data(), static_cast<DWORD>(size),
-                         &written, nullptr)) {
+                         &written, nullptr) ||
+        written == 0) {
       g_consoleFailed = true;
       return;
     }
-    rest.remove_prefix(size);
+    rest.remove_prefix(std::min<size_t>(written, size));
   }
 }
 

@@ -31,7 +31,7 @@ std::string MakePrintable(std::string text) {
     const auto next = static_cast<unsigned char>(i + 1 < text.size() ? text[i + 1] : '\0');
     if (c < 0x20 || c == 0x7F) {
       text[i] = ' ';
-    } else if (c == 0xC2 && next < 0xA0) {  // U+0080 to U+009F
+    } else if (c == 0xC2 && next >= 0x80 && next < 0xA0) {  // U+0080 to U+009F
       text.replace(i, 2, " ");
     }
   }

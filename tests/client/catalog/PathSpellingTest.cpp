@@ -29,11 +29,13 @@ TEST(PathSpellingTest, PathsInAMessageAreThoseOfTheHostUnderWine) {
   EXPECT_EQ("/dev/a b", mmcat::SpellPath("Z:\\DEV\\a b"))
       << "the letter case is that of the folder";
   EXPECT_EQ("%X%\\a", mmcat::SpellPath("%X%\\a"));
+  EXPECT_EQ("/no/where", mmcat::SpellPath(R"(\\?\Z:\no\where)"));
   EXPECT_STREQ(L"Z:\\no\\where", mmcat::ToSystemPath("/no/where").c_str());
   EXPECT_STREQ(L"a/b", mmcat::ToSystemPath("a/b").c_str());
 
   mmcat::UsePathSpelling(mmcat::PathSpelling::Windows);
   EXPECT_EQ("Z:\\a\\b", mmcat::SpellPath("Z:\\a\\b"));
+  EXPECT_EQ("Z:\\a\\b", mmcat::SpellPath(R"(\\?\Z:\a\b)"));
   mmcat::UsePathSpelling(mmcat::PathSpelling::Native);
 }
 
