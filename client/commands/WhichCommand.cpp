@@ -57,10 +57,12 @@ std::vector<Delivery> FindDeliveries(const ModuleSet& set, const std::string& pa
   return deliveries;
 }
 
-std::string FormatSource(const DelivererFacts& facts) {
-  return facts.copies.empty()      ? facts.indexFile
-         : facts.indexFile.empty() ? "File table"
-                                   : "File table, " + facts.indexFile;
+std::string FormatSource(const Delivery& delivery) {
+  const std::string& indexFile = delivery.facts.indexFile;
+  const std::string own = delivery.isPresent ? "File table" : "gallery";
+  return delivery.facts.copies.empty() ? indexFile
+         : indexFile.empty()           ? own
+                                       : own + ", " + indexFile;
 }
 
 std::string FormatVersions(const std::vector<FileFacts>& copies) {
@@ -98,8 +100,8 @@ std::string FormatDeliveries(const std::vector<Delivery>& deliveries) {
     const std::string name = delivery.displayName == delivery.path ? "" : delivery.displayName;
     table.AddRow({FormatCopies(facts), GetFileName(delivery.path), name,
                   FormatVersions(facts.copies), delivery.isPresent ? "yes" : "no",
-                  FormatSource(facts), facts.problem, FormatFolders(facts.copies), facts.moduleKey,
-                  delivery.path});
+                  FormatSource(delivery), facts.problem, FormatFolders(facts.copies),
+                  facts.moduleKey, delivery.path});
   }
   return table.ToString("");
 }

@@ -17,9 +17,19 @@ Json MakeRequiredJson(const RequirementFacts& required) {
 Json MakeValuesJson(const std::vector<FindingValueFacts>& values, const CheckResult& result) {
   Json list = Json::array();
   for (const FindingValueFacts& value : values) {
-    list.push_back({{"module", value.module ? result.modules[*value.module].key : ""},
+    const ModuleFacts* const module = value.module ? &result.modules[*value.module] : nullptr;
+    list.push_back({{"module", module ? module->key : ""},
+                    {"path", module ? module->path : ""},
                     {"column", value.column},
                     {"value", value.value}});
+  }
+  return list;
+}
+
+Json MakePathsJson(const std::vector<size_t>& positions, const CheckResult& result) {
+  Json list = Json::array();
+  for (const size_t position : positions) {
+    list.push_back(result.modules[position].path);
   }
   return list;
 }
@@ -33,6 +43,7 @@ Json MakeFindingJson(const JudgedFinding& judged, const CheckResult& result) {
                {"mergeErrorType",
                 finding.mergeErrorType == 0 ? Json(nullptr) : Json(finding.mergeErrorType)},
                {"modules", finding.moduleKeys},
+               {"paths", MakePathsJson(finding.modules, result)},
                {"text", finding.text}};
   if (finding.required) {
     json["required"] = MakeRequiredJson(*finding.required);
