@@ -48,7 +48,8 @@ std::vector<std::string> FindNearestNames(const std::string& wanted,
   // The comparison takes time in proportion to the product of both lengths.
   constexpr size_t kLongest = 200;
   const std::string folded = qm::text::FoldCase(wanted);
-  if (folded.empty() || folded.size() > kLongest) {
+  // Dashes alone are in every option.
+  if (folded.find_first_not_of('-') == std::string::npos || folded.size() > kLongest) {
     return {};
   }
   const size_t farthest = 1 + ReadablePart(folded).size() / 4;
