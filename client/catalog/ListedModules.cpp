@@ -100,7 +100,7 @@ std::string FormatModules(const std::vector<ListedModule>& modules) {
       table.AddLine(FormatFolder(module));
       folder = listing.folder;
     }
-    const std::string file = module.path.empty() ? "(no file)" : GetFileName(module.path);
+    const std::string file = module.path.empty() ? kNoFile : GetFileName(module.path);
     table.AddRow({file, FormatName(module), module.version,
                   module.language ? std::to_string(*module.language) : "", module.key});
   }

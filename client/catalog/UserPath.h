@@ -6,6 +6,9 @@ namespace mmcat {
 
 // Paths as the user spells them, in UTF-8.
 
+/// What tables show for a module of the gallery whose file is not on this machine.
+inline constexpr char kNoFile[] = "(no file)";
+
 /// Returns whether a file exists.
 bool IsFile(const std::string& path);
 

@@ -4,6 +4,7 @@
 #include <set>
 
 #include "client/catalog/ModuleSet.h"
+#include "client/catalog/UserPath.h"
 #include "client/commands/Commands.h"
 #include "client/commands/ModuleChain.h"
 #include "client/commands/UnknownKey.h"
@@ -24,6 +25,10 @@ struct Question {
 
 std::string NameOf(const Question& question, size_t position) {
   return question.modules[position].key + ' ' + question.modules[position].version;
+}
+
+std::string FormatPath(const ModuleFacts& module) {
+  return module.path.empty() ? kNoFile : module.path;
 }
 
 Json MakeSetModuleJson(const ModuleFacts& module) {
@@ -109,7 +114,7 @@ std::string FormatOrder(const Question& question, const PlanFacts& plan,
     const ModuleFacts& module = question.modules[planned.module];
     order.AddRow({std::to_string(++number), module.key, module.version,
                   planned.neededBy ? question.modules[*planned.neededBy].key : "", planned.reason,
-                  module.path});
+                  FormatPath(module)});
   }
   std::string text = order.ToString("") + FormatChoices(question, plan);
   if (!plan.missing.empty()) {
@@ -286,7 +291,7 @@ std::string FormatReverse(const Question& question, const std::vector<ReverseVie
       table.AddRow(
           {module.key, module.version,
            user.through == view.needed ? "" : FormatChain(question.modules, user, view.needed),
-           module.path});
+           FormatPath(module)});
     }
     text += table.ToString("  ");
   }
