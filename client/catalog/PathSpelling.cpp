@@ -87,12 +87,12 @@ std::string SpellFolder(const std::string& folder) {
 
 void UsePathSpelling(PathSpelling spelling) noexcept { g_spelling = spelling; }
 
-std::string SpellPath(const std::string& path) {
-  constexpr char kExtended[] = "\\\\?\\";
-  constexpr size_t kExtendedSize = sizeof kExtended - 1;
-  if (path.compare(0, kExtendedSize, kExtended) == 0 && HasRootAt(path, kExtendedSize)) {
-    return SpellPath(path.substr(kExtendedSize));
-  }
+std::string SpellPath(const std::string& fullPath) {
+  constexpr char kPrefix[] = "\\\\?\\";
+  constexpr size_t kPrefixSize = sizeof kPrefix - 1;
+  const bool isExtended =
+      fullPath.compare(0, kPrefixSize, kPrefix) == 0 && HasRootAt(fullPath, kPrefixSize);
+  const std::string path = isExtended ? fullPath.substr(kPrefixSize) : fullPath;
   if (!IsNative() || !HasRootAt(path, 0)) {
     return path;
   }

@@ -19,7 +19,7 @@ void UsePathSpelling(PathSpelling spelling) noexcept;
 
 /// Spells the full path of a file or folder for the user, without a prefix "\\?\". Anything else is
 /// returned unchanged.
-std::string SpellPath(const std::string& path);
+std::string SpellPath(const std::string& fullPath);
 
 /// Spells the full paths in a message for the user.
 std::string SpellPathsIn(const std::string& message);
