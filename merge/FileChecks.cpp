@@ -191,6 +191,9 @@ class FileCheck {
                            " from " + m_findings.JoinNames(modules, " and from "));
     SetPlace(*sides.front()->file, folder, finding);
     AddValues(sides, finding);
+    if (ShareComponent(sides)) {
+      AddColumn("File", sides, finding, [](const PlacedFile& file) { return file.file->key; });
+    }
     AddConditions(conditions, finding);
     LimitIfRedirected(sides, finding);
   }
@@ -256,18 +259,24 @@ class FileCheck {
 
   // ---- Common
 
-  /// Returns whether both are one row of the package, or belong to one component, which modules may
-  /// share. Other checks report differences between the two.
+  /// Returns whether both are one row of the package, or belong to two components with one
+  /// identifier. Other checks report differences between the two. Two rows of one component are not
+  /// the same: the package has both.
   static bool IsSameResource(const PlacedFile& a, const PlacedFile& b) {
-    const auto isRow = [](const PlacedFile& file) {
-      return !file.file->key.empty() && !file.file->component.empty();
-    };
-    if (isRow(a) && isRow(b) && a.file->key == b.file->key &&
-        a.file->component == b.file->component) {
+    const bool hasSameComponent = a.file->component == b.file->component;
+    if (IsRow(a) && IsRow(b) && a.file->key == b.file->key && hasSameComponent) {
       return true;
     }
-    return a.component && b.component && !a.component->componentId.empty() &&
+    return HasComponentId(a) && HasComponentId(b) && !hasSameComponent &&
            IsSameFolded(a.component->componentId, b.component->componentId);
+  }
+
+  static bool IsRow(const PlacedFile& file) noexcept {
+    return !file.file->key.empty() && !file.file->component.empty();
+  }
+
+  static bool HasComponentId(const PlacedFile& file) noexcept {
+    return file.component && !file.component->componentId.empty();
   }
 
   /// Returns the first kMaxModules files of which no two are the same.
@@ -320,14 +329,30 @@ class FileCheck {
 
   /// Adds the values that distinguish the files.
   static void AddValues(const std::vector<const PlacedFile*>& files, Finding& finding) {
+    AddColumn("Component", files, finding,
+              [](const PlacedFile& file) { return file.file->component; });
+    AddColumn("Version", files, finding, [](const PlacedFile& file) { return file.file->version; });
+  }
+
+  template <class GetValue>
+  static void AddColumn(const char* column, const std::vector<const PlacedFile*>& files,
+                        Finding& finding, GetValue getValue) {
     const size_t count = std::min(files.size(), FindingList::kMaxModules);
-    const auto add = [&](const char* column, auto getValue) {
-      for (size_t i = 0; i < count; ++i) {
-        finding.values.push_back({files[i]->module, column, Shorten(getValue(*files[i]))});
+    for (size_t i = 0; i < count; ++i) {
+      finding.values.push_back({files[i]->module, column, Shorten(getValue(*files[i]))});
+    }
+  }
+
+  /// Returns whether some of at most kMaxModules files belong to one component.
+  static bool ShareComponent(const std::vector<const PlacedFile*>& files) {
+    std::vector<std::string_view> components;
+    for (const PlacedFile* const file : files) {
+      if (IsRow(*file)) {
+        components.push_back(file->file->component);
       }
-    };
-    add("Component", [](const PlacedFile& file) { return file.file->component; });
-    add("Version", [](const PlacedFile& file) { return file.file->version; });
+    }
+    std::sort(components.begin(), components.end());
+    return std::adjacent_find(components.begin(), components.end()) != components.end();
   }
 
   /// Makes a finding a warning if the user of a module can redirect one of the folders.
@@ -428,7 +453,15 @@ class ComponentCheck {
     });
     const bool isSameKeyPath =
         AddColumn(sides, "KeyPath", finding, [&](const auto& side) { return FormatKeyPath(side); });
-    if (!isSameKey && isSameFolder && isSameKeyPath) {
+    const bool isSameVersion = AddColumn(sides, "Version", finding, [&](const auto& side) {
+      const DeliveredFile* const file = FindKeyFile(side);
+      return std::string(file ? file->version : std::string_view());
+    });
+    const bool isSameSize = AddColumn(sides, "FileSize", finding, [&](const auto& side) {
+      const DeliveredFile* const file = FindKeyFile(side);
+      return file && file->size ? std::to_string(*file->size) : std::string();
+    });
+    if (!isSameKey && isSameFolder && isSameKeyPath && isSameVersion && isSameSize) {
       // Both rows install the same, so only the count of users is wrong.
       LimitSeverity(finding, Severity::Warning);
     }
@@ -456,11 +489,17 @@ class ComponentCheck {
   /// Returns the name of the key file, because keys of files differ between modules. If the key
   /// path is not a file, returns the key itself.
   std::string FormatKeyPath(const IdentifiedComponent& side) const {
+    const DeliveredFile* const file = FindKeyFile(side);
+    return std::string(file ? file->name : side.component->keyPath);
+  }
+
+  /// Returns the file at the key path; null if the key path is not a file.
+  const DeliveredFile* FindKeyFile(const IdentifiedComponent& side) const {
     const std::vector<DeliveredFile>& files = m_modules.At(side.module).files;
     const auto found = std::find_if(files.begin(), files.end(), [&](const DeliveredFile& file) {
       return file.key == side.component->keyPath;
     });
-    return std::string(found == files.end() ? side.component->keyPath : found->name);
+    return found == files.end() ? nullptr : &*found;
   }
 
   const CheckedModules& m_modules;

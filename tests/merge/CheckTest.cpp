@@ -265,6 +265,10 @@ TEST(CheckTest, OneComponentIdMeansOneComponent) {
       {"perhaps both",
        Pair(with({"a.dll", "Bin", ".A", "{1}", "X=1"}), with({"b.dll", "Bin", ".B", "{1}", "Y=1"})),
        {"warning component-conflict Component A:1033 B:1033"}},
+      {"another version of the key path",
+       Pair(with({"a.dll", "Bin", ".A", "{1}", {}, "1.0"}),
+            with({"a.dll", "Bin", ".B", "{1}", {}, "2.0"})),
+       {"error component-conflict Component A:1033 B:1033"}},
       {"within a module",
        {Make("A", {{"Component",
                     {{"C", "{1}", "TARGETDIR", 0, nullptr, nullptr},
@@ -281,6 +285,10 @@ TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
   };
   const Lines conflict{"error file-conflict A:1033 B:1033"};
   const Lines perhaps{"warning file-conflict A:1033 B:1033"};
+  const SomeRows component{"Component", {{"C", "{1}", "SystemFolder", 0, nullptr, nullptr}}};
+  const auto fileRow = [](const char* key, const char* version) {
+    return std::vector<Cell>{key, "C", "a.dll", 1, version, nullptr, 1};
+  };
   CheckAll({
       {"suffix and case", Pair(first, second("SystemFolder.0A1B", {}, {"A.DLL"})), conflict},
       {"a directory of no name", Pair(first, second("Sys.B", {{"Sys.B", "SystemFolder", "."}})),
@@ -311,6 +319,10 @@ TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
        Pair(MakeFile({"a.dll", "SystemFolder", "", "{1}"}),
             MakeFile({"a.dll", "SystemFolder", "", "{1}"})),
        {}},
+      {"two rows of one component",
+       Pair({component, {"File", {fileRow("F1", "1.0")}}},
+            {component, {"File", {fileRow("F2", "2.0")}}}),
+       conflict},
       {"never both",
        Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "Version9X"}),
             second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT AND Privileged"})),
