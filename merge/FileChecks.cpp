@@ -2,6 +2,7 @@
 #include <map>
 #include <unordered_map>
 
+#include "merge/Alternatives.h"
 #include "merge/Checks.h"
 #include "merge/Conditions.h"
 #include "merge/Hashing.h"
@@ -67,6 +68,73 @@ void AddConditions(const Conditions& conditions, Finding& finding) {
                     QuoteShort(conditions.second) + " never hold together";
     LimitSeverity(finding, Severity::Warning);
   }
+}
+
+/// Returns the first kMaxModules items of which no two are the same.
+template <class Item, class IsSame>
+std::vector<const Item*> ChooseSides(const std::vector<const Item*>& items, IsSame isSame) {
+  std::vector<const Item*> sides;
+  for (const Item* const item : items) {
+    if (sides.size() < FindingList::kMaxModules &&
+        std::none_of(sides.begin(), sides.end(),
+                     [&](const Item* side) { return isSame(*side, *item); })) {
+      sides.push_back(item);
+    }
+  }
+  return sides;
+}
+
+/// Returns the sides of one module whose items collide with one another; nothing if no module has
+/// such items. The items of a module are beside one another.
+template <class Item, class IsSame>
+std::vector<const Item*> FindSidesWithinModule(const std::vector<const Item*>& items,
+                                               IsSame isSame) {
+  for (auto begin = items.begin(); begin != items.end();) {
+    const auto end = std::find_if(
+        begin, items.end(), [&](const Item* item) { return item->module != (*begin)->module; });
+    std::vector<const Item*> sides = ChooseSides(std::vector<const Item*>(begin, end), isSame);
+    if (sides.size() > 1) {
+      return sides;
+    }
+    begin = end;
+  }
+  return {};
+}
+
+/// Returns items that collide, of which no two are the same. In a catalog, nothing if the modules
+/// have alternatives that agree: `getVariant` returns a number that items of such modules share.
+template <class Item, class IsSame, class GetVariant>
+std::vector<const Item*> FindSides(const CheckedModules& modules,
+                                   const std::vector<const Item*>& items, IsSame isSame,
+                                   GetVariant getVariant) {
+  std::vector<const Item*> sides = ChooseSides(items, isSame);
+  if (sides.size() < 2 || modules.IsMerge()) {
+    return sides;
+  }
+  std::vector<ModuleVariant> variants;
+  variants.reserve(items.size());
+  for (const Item* const item : items) {
+    variants.push_back({item->module, getVariant(*item)});
+  }
+  const std::vector<bool> isChosen = ChooseAlternatives(modules, variants);
+  std::vector<const Item*> chosen;
+  for (size_t i = 0; i < items.size(); ++i) {
+    if (isChosen[i]) {
+      chosen.push_back(items[i]);
+    }
+  }
+  sides = ChooseSides(chosen, isSame);
+  return sides.size() < 2 ? FindSidesWithinModule(items, isSame) : sides;
+}
+
+template <class Item>
+std::vector<const Item*> PointersTo(const std::vector<Item>& items) {
+  std::vector<const Item*> pointers;
+  pointers.reserve(items.size());
+  for (const Item& item : items) {
+    pointers.push_back(&item);
+  }
+  return pointers;
 }
 
 /// A name under which a module installs a file.
@@ -174,10 +242,7 @@ class FileCheck {
   void CheckLongName(const std::vector<PlacedFile>& files) {
     CheckWithinModules(files,
                        [&](const std::vector<const PlacedFile*>& same) { AddDuplicate(same); });
-    const std::vector<const PlacedFile*> sides =
-        ChooseSides(files, [&](const auto& side, const auto& file) {
-          return m_modules.AreAlternatives(side.module, file.module) || IsSameResource(side, file);
-        });
+    const std::vector<const PlacedFile*> sides = FindSidesOf(files);
     const Conditions conditions = CompareAll(ConditionsOf(sides));
     if (sides.size() < 2 || conditions.relation == ConditionRelation::Exclusive ||
         !m_findings.Admit(kFileConflict)) {
@@ -196,6 +261,18 @@ class FileCheck {
     }
     AddConditions(conditions, finding);
     LimitIfRedirected(sides, finding);
+  }
+
+  /// Returns files of modules with different IDs that collide.
+  std::vector<const PlacedFile*> FindSidesOf(const std::vector<PlacedFile>& files) const {
+    const auto isSame = [&](const PlacedFile& side, const PlacedFile& file) {
+      return m_modules.AreAlternatives(side.module, file.module) || IsSameResource(side, file);
+    };
+    std::vector<const PlacedFile*> sides =
+        FindSides(m_modules, PointersTo(files), isSame, HashRowOf);
+    // Alternatives can agree on the row, or on the identifier of the component.
+    return sides.size() < 2 ? sides
+                            : FindSides(m_modules, PointersTo(files), isSame, HashComponentIdOf);
   }
 
   static void SetPlace(const DeliveredFile& file, const std::string& folder, Finding& finding) {
@@ -229,11 +306,13 @@ class FileCheck {
   // ---- Short names
 
   void CheckShortName(const std::vector<PlacedFile>& files) {
-    const std::vector<const PlacedFile*> sides = ChooseSides(files, [&](const auto& side,
-                                                                        const auto& file) {
+    const auto isSame = [&](const PlacedFile& side, const PlacedFile& file) {
       return (side.module != file.module && m_modules.AreAlternatives(side.module, file.module)) ||
              IsSameFolded(side.file->name, file.file->name);
-    });
+    };
+    const std::vector<const PlacedFile*> sides =
+        FindSides(m_modules, PointersTo(files), isSame,
+                  [](const PlacedFile& file) { return HashFolded(file.file->name); });
     if (sides.size() < 2 ||
         CompareAll(ConditionsOf(sides)).relation == ConditionRelation::Exclusive ||
         !m_findings.Admit(kShortNameConflict)) {
@@ -279,19 +358,14 @@ class FileCheck {
     return file.component && !file.component->componentId.empty();
   }
 
-  /// Returns the first kMaxModules files of which no two are the same.
-  template <class IsSame>
-  static std::vector<const PlacedFile*> ChooseSides(const std::vector<PlacedFile>& files,
-                                                    IsSame isSame) {
-    std::vector<const PlacedFile*> sides;
-    for (const PlacedFile& file : files) {
-      if (sides.size() < FindingList::kMaxModules &&
-          std::none_of(sides.begin(), sides.end(),
-                       [&](const PlacedFile* side) { return isSame(*side, file); })) {
-        sides.push_back(&file);
-      }
-    }
-    return sides;
+  /// Without a row, no other module has the same.
+  static std::uint64_t HashRowOf(const PlacedFile& file) noexcept {
+    return IsRow(file) ? HashText(HashText(kHashSeed, file.file->key), file.file->component)
+                       : HashNumber(kHashSeed, file.module);
+  }
+
+  static std::uint64_t HashComponentIdOf(const PlacedFile& file) {
+    return HasComponentId(file) ? HashFolded(file.component->componentId) : HashRowOf(file);
   }
 
   /// Calls `check` with the files of each module that has several.
@@ -407,17 +481,14 @@ class ComponentCheck {
  private:
   /// Rows with the same key are one row of the package: CheckRows compares them.
   void CheckOneId(const std::vector<IdentifiedComponent>& components) {
-    std::vector<const IdentifiedComponent*> sides;
-    for (const IdentifiedComponent& component : components) {
-      if (sides.size() < FindingList::kMaxModules &&
-          std::none_of(sides.begin(), sides.end(), [&](const IdentifiedComponent* side) {
-            return side->component->key == component.component->key ||
-                   (side->module != component.module &&
-                    m_modules.AreAlternatives(side->module, component.module));
-          })) {
-        sides.push_back(&component);
-      }
-    }
+    const auto isSame = [&](const IdentifiedComponent& a, const IdentifiedComponent& b) {
+      return a.component->key == b.component->key ||
+             (a.module != b.module && m_modules.AreAlternatives(a.module, b.module));
+    };
+    const std::vector<const IdentifiedComponent*> sides = FindSides(
+        m_modules, PointersTo(components), isSame, [](const IdentifiedComponent& component) {
+          return HashText(kHashSeed, component.component->key);
+        });
     std::vector<std::string_view> texts;
     texts.reserve(sides.size());
     for (const IdentifiedComponent* const side : sides) {
