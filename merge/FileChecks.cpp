@@ -156,6 +156,11 @@ std::string_view GetShortName(const DeliveredFile& file) noexcept {
   return file.shortName.empty() ? file.name : file.shortName;
 }
 
+/// Returns the cell of the File table.
+std::string FormatFileName(const DeliveredFile& file) {
+  return (file.shortName.empty() ? "" : Shorten(file.shortName) + '|') + Shorten(file.name);
+}
+
 class FileCheck {
  public:
   FileCheck(const CheckedModules& modules, FindingList& findings)
@@ -330,9 +335,7 @@ class FileCheck {
                            " in " + Shorten(folder) + ": " + JoinSome(names, ", "));
     SetPlace(*sides.front()->file, folder, finding);
     for (const PlacedFile* const side : sides) {
-      finding.values.push_back(
-          {side->module, "FileName",
-           Shorten(GetShortName(*side->file)) + '|' + Shorten(side->file->name)});
+      finding.values.push_back({side->module, "FileName", FormatFileName(*side->file)});
     }
   }
 

@@ -365,6 +365,8 @@ TEST(CheckTest, FilesOfOneNameAndFolderCollideHoweverTheFolderIsSpelled) {
        Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "X"}),
             second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT"})),
        perhaps},
+      {"always one, and sometimes the other",
+       Pair(first, second("SystemFolder", {}, {"a.dll", "", "", "", "X"})), conflict},
   });
   EXPECT_THAT(Check(Pair(MakeFile({"a.dll", "SystemFolder", ".A", "", "X"}),
                          second("SystemFolder", {}, {"a.dll", "", "", "", "VersionNT"})))
@@ -403,6 +405,10 @@ TEST(CheckTest, NamesAreUniqueInTheFoldersOfAModule) {
             MakeFile({"LONG~1.TXT|long two.txt", "SystemFolder", ".B"})),
        {"warning short-name-conflict A:1033 B:1033"}},
   });
+  const std::vector<merge::Finding> mixed = Check(two("FIRST.TXT|first one.txt", "FIRST.TXT"));
+  ASSERT_EQ(1u, mixed.size());
+  EXPECT_EQ("FIRST.TXT|first one.txt", mixed.front().values[0].value);
+  EXPECT_EQ("FIRST.TXT", mixed.front().values[1].value);
 }
 
 TEST(CheckTest, RowsReferToRowsThatAreThere) {
