@@ -181,19 +181,34 @@ size_t MergedTables::AddToGroup(const ModuleTable& table, std::vector<ColumnGrou
   return groups.size() - 1;
 }
 
+/// Returns whether the package has a row of its own in place of this one: TARGETDIR, or a standard
+/// action.
+bool MergedTables::IsOfPackage(const Table& table, TableKind kind, std::uint32_t row) const {
+  if (kind == TableKind::Directory) {
+    const auto directory = table.FindColumn("Directory");
+    return directory && table.Text(row, *directory) == "TARGETDIR";
+  }
+  if (kind != TableKind::Sequence) {
+    return false;
+  }
+  const auto action = table.FindColumn("Action");
+  const auto base = table.FindColumn("BaseAction");
+  if (!action || (base && !table.IsNull(row, *base))) {
+    return false;
+  }
+  const std::string_view name = table.Text(row, *action);
+  return !m_modules.HasRow("CustomAction", "Action", name) &&
+         !m_modules.HasRow("Dialog", "Dialog", name);
+}
+
 void MergedTables::HashRows(const ModuleTable& owner, TableKind kind) {
   const Table& table = *owner.table;
   const std::vector<Column>& columns = table.Columns();
-  const auto baseAction =
-      kind == TableKind::Sequence ? table.FindColumn("BaseAction") : std::nullopt;
-  const auto directory =
-      kind == TableKind::Directory ? table.FindColumn("Directory") : std::nullopt;
   const auto isKey = [](const Column& column) { return column.isKey; };
   const bool canDiffer = std::any_of(columns.begin(), columns.end(), isKey) &&
                          !std::all_of(columns.begin(), columns.end(), isKey);
   for (std::uint32_t row = 0; canDiffer && row < table.RowCount(); ++row) {
-    if ((kind == TableKind::Sequence && (!baseAction || table.IsNull(row, *baseAction))) ||
-        (directory && table.Text(row, *directory) == "TARGETDIR")) {
+    if (IsOfPackage(table, kind, row)) {
       continue;
     }
     std::uint64_t hash = HashNumber(kHashSeed, owner.name);

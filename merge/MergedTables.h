@@ -20,8 +20,9 @@ namespace qm::merge {
 // - ModuleIgnoreTable, ModuleConfiguration and ModuleSubstitution direct the merge and are not
 //   copied. Neither are _Validation and the tables that a ModuleIgnoreTable names.
 // - Rows of the Module...Sequence tables become rows of the sequence tables of the package, which
-//   are empty in a module. An action with a number and no base action is a standard one, which
-//   keeps the number that it has in the package.
+//   are empty in a module. Standard actions keep the number that the package has for them. An
+//   action is a standard one if it has no base action, and no module has it as a custom action or a
+//   dialog.
 // - The package has the row of TARGETDIR, and files and media are numbered again.
 
 enum class TableKind { Rows, Sequence, Directory, File, NotMerged };
@@ -103,6 +104,7 @@ class MergedTables {
   };
 
   std::size_t AddToGroup(const ModuleTable& table, std::vector<ColumnGroup>& groups) const;
+  bool IsOfPackage(const Table& table, TableKind kind, std::uint32_t row) const;
   void HashRows(const ModuleTable& owner, TableKind kind);
 
   const CheckedModules& m_modules;

@@ -202,8 +202,7 @@ class TableCheck {
     m_valueColumns.clear();
     const std::vector<Column>& columns = widest->Columns();
     for (size_t i = 0; i < columns.size(); ++i) {
-      const bool isNumbering = (m_kind == TableKind::File || m_kind == TableKind::Sequence) &&
-                               columns[i].name == "Sequence";
+      const bool isNumbering = m_kind == TableKind::File && columns[i].name == "Sequence";
       if (columns[i].isKey) {
         m_keyColumns.push_back(i);
       } else if (!isNumbering) {

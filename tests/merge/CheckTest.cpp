@@ -128,6 +128,7 @@ std::vector<merge::Module> Pair(const std::vector<SomeRows>& rowsOfA,
 
 TEST(CheckTest, RowsOfOneKeyMustBeEqual) {
   const std::string action = "ModuleInstallExecuteSequence";
+  const SomeRows custom{"CustomAction", {{"Mine", 51, "P", "x"}}};
   const Columns data = {{"Key", kText | kKey}, {"Data", kData | kNullable}};
   CheckAll({
       {"another version",
@@ -168,6 +169,23 @@ TEST(CheckTest, RowsOfOneKeyMustBeEqual) {
       {"numbers of standard actions",
        Pair({{action, {{"InstallFiles", 4000, nullptr, nullptr, "A"}}}},
             {{action, {{"InstallFiles", 4001, nullptr, nullptr, "B"}}}}),
+       {}},
+      {"numbers of a custom action",
+       Pair({custom, {action, {{"Mine", 4000, nullptr, nullptr, nullptr}}}},
+            {custom, {action, {{"Mine", 4001, nullptr, nullptr, nullptr}}}}),
+       {"error row-conflict ModuleInstallExecuteSequence Mine A:1033 B:1033"}},
+      {"conditions of a custom action that another module has",
+       Pair({custom, {action, {{"Mine", 4000, nullptr, nullptr, "X"}}}},
+            {{action, {{"Mine", 4000, nullptr, nullptr, "Y"}}}}),
+       {"error row-conflict ModuleInstallExecuteSequence Mine A:1033 B:1033"}},
+      {"numbers of a dialog",
+       Pair({{"Dialog", {{"Mine", 1}}, {{"Dialog", kText | kKey}, {"Attributes", kShort}}},
+             {action, {{"Mine", 4000, nullptr, nullptr, nullptr}}}},
+            {{action, {{"Mine", 4001, nullptr, nullptr, nullptr}}}}),
+       {"error row-conflict ModuleInstallExecuteSequence Mine A:1033 B:1033"}},
+      {"one number of a custom action",
+       Pair({custom, {action, {{"Mine", 4000, nullptr, nullptr, nullptr}}}},
+            {custom, {action, {{"Mine", 4000, nullptr, nullptr, nullptr}}}}),
        {}},
       {"the place of another action",
        Pair({{action, {{"Mine", nullptr, "InstallFiles", 1, nullptr}}}},
