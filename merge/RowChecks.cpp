@@ -1,6 +1,8 @@
 #include <algorithm>
 #include <map>
+#include <unordered_map>
 
+#include "merge/Alternatives.h"
 #include "merge/Checks.h"
 #include "merge/Hashing.h"
 #include "merge/JoinTexts.h"
@@ -89,8 +91,8 @@ class TableCheck {
   /// The most rows of one table that are listed for a pair of modules. One more finding counts the
   /// others.
   static constexpr size_t kMaxRowsOfPair = 20;
-  /// The most modules whose values are in one finding.
-  static constexpr size_t kMaxSides = 8;
+  /// The most different values that are in one finding.
+  static constexpr size_t kMaxVariants = 8;
 
   TableCheck(const CheckedModules& modules, FindingList& findings)
       : m_modules(modules), m_findings(findings) {}
@@ -283,75 +285,101 @@ class TableCheck {
     return isRead ? DataPart::Content : DataPart::Size;
   }
 
+  /// Rows of one key with the same values.
+  using Variant = std::vector<RowRef>;
+
   /// Adds a finding for rows of one key that differ, of modules of several IDs.
   void AddConflictOf(const std::vector<RowRef>& rows) {
-    // Modules that exist in alternatives do not collide if some choice of them agrees.
-    std::map<std::uint64_t, std::vector<RowRef>> variants;
-    std::vector<std::uint64_t> order;
-    std::vector<size_t> identities;
+    const std::vector<Variant> variants = GroupByValues(rows);
+    if (variants.size() < 2) {
+      return;  // alternatives agree, or the hashes of different values are equal
+    }
+    const std::vector<RowRef> sides = ChooseSides(variants);
+    size_t& rowsOfPair = m_pairs[{sides[0].owner->module, sides[1].owner->module}];
+    if (++rowsOfPair <= kMaxRowsOfPair && m_findings.Admit(kRowConflict)) {
+      AddConflict(sides, FormatRest(variants, sides.size()));
+    }
+  }
+
+  /// Groups rows by their values. In a catalog, takes only those of the alternatives that agree
+  /// with the most others.
+  std::vector<Variant> GroupByValues(const std::vector<RowRef>& rows) const {
+    std::vector<ModuleVariant> hashes;
+    hashes.reserve(rows.size());
     for (const RowRef& ref : rows) {
-      const std::uint64_t hash = HashValues(ref);
-      std::vector<RowRef>& variant = variants[hash];
-      if (variant.empty()) {
-        order.push_back(hash);
-      }
-      variant.push_back(ref);
-      identities.push_back(m_modules.IdentityOf(ref.owner->module));
+      hashes.push_back({ref.owner->module, HashValues(ref)});
     }
-    if (order.size() < 2) {
-      return;  // the hashes of different values are equal
-    }
-    const size_t identityCount = CountDistinct(std::move(identities));
-    for (const auto& [hash, refs] : variants) {
-      std::vector<size_t> agreeing;
-      for (const RowRef& ref : refs) {
-        agreeing.push_back(m_modules.IdentityOf(ref.owner->module));
+    const std::vector<bool> isCompared = ChooseAlternatives(m_modules, hashes);
+    std::unordered_map<std::uint64_t, size_t> numbers;
+    std::vector<Variant> variants;
+    for (size_t i = 0; i < rows.size(); ++i) {
+      if (!isCompared[i]) {
+        continue;
       }
-      if (!m_modules.IsMerge() && CountDistinct(std::move(agreeing)) == identityCount) {
-        return;
+      const auto [number, isNew] = numbers.emplace(hashes[i].variant, variants.size());
+      if (isNew) {
+        variants.emplace_back();
       }
+      variants[number->second].push_back(rows[i]);
     }
-    AddConflict(ChooseSides(variants, order), order.size());
+    return variants;
   }
 
-  static size_t CountDistinct(std::vector<size_t> values) {
-    std::sort(values.begin(), values.end());
-    return static_cast<size_t>(std::unique(values.begin(), values.end()) - values.begin());
-  }
-
-  /// Returns a row of each variant, of modules of different IDs as far as possible.
-  std::vector<RowRef> ChooseSides(const std::map<std::uint64_t, std::vector<RowRef>>& variants,
-                                  const std::vector<std::uint64_t>& order) const {
+  /// Returns a row of each of the first kMaxVariants variants, of modules of different IDs as far
+  /// as possible, and after them the rows of other modules that agree, up to kMaxModules in all.
+  std::vector<RowRef> ChooseSides(const std::vector<Variant>& variants) const {
     std::vector<RowRef> sides;
     const auto isNew = [&](const RowRef& ref) {
       return std::none_of(sides.begin(), sides.end(), [&](const RowRef& side) {
         return m_modules.AreAlternatives(side.owner->module, ref.owner->module);
       });
     };
-    for (const std::uint64_t hash : order) {
-      if (sides.size() == kMaxSides) {
-        break;
-      }
-      const std::vector<RowRef>& refs = variants.at(hash);
-      const auto found = std::find_if(refs.begin(), refs.end(), isNew);
-      if (found != refs.end()) {
+    const size_t count = std::min(variants.size(), kMaxVariants);
+    for (size_t i = 0; i < count; ++i) {
+      const auto found = std::find_if(variants[i].begin(), variants[i].end(), isNew);
+      if (found != variants[i].end()) {
         sides.push_back(*found);
       }
     }
     if (sides.size() < 2) {
       // The first variant took the only module of another ID: begin with a later one.
-      sides = {variants.at(order[1]).front()};
-      const std::vector<RowRef>& refs = variants.at(order[0]);
-      sides.insert(sides.begin(), *std::find_if(refs.begin(), refs.end(), isNew));
+      sides = {variants[1].front()};
+      sides.insert(sides.begin(), *std::find_if(variants[0].begin(), variants[0].end(), isNew));
+    }
+    for (size_t i = 0; i < count; ++i) {
+      AddModules(variants[i], sides);
     }
     return sides;
   }
 
-  void AddConflict(const std::vector<RowRef>& sides, size_t variantCount) {
-    size_t& rowsOfPair = m_pairs[{sides[0].owner->module, sides[1].owner->module}];
-    if (++rowsOfPair > kMaxRowsOfPair || !m_findings.Admit(kRowConflict)) {
-      return;
+  /// Adds the rows of modules that are not among the sides yet, up to kMaxModules sides.
+  static void AddModules(const Variant& rows, std::vector<RowRef>& sides) {
+    for (const RowRef& ref : rows) {
+      if (sides.size() == FindingList::kMaxModules) {
+        return;
+      }
+      if (std::none_of(sides.begin(), sides.end(), [&](const RowRef& side) {
+            return side.owner->module == ref.owner->module;
+          })) {
+        sides.push_back(ref);
+      }
     }
+  }
+
+  /// Describes what a finding with some sides leaves out; empty if it is complete.
+  static std::string FormatRest(const std::vector<Variant>& variants, size_t sideCount) {
+    if (variants.size() > std::min(sideCount, kMaxVariants)) {
+      return "; it has " + std::to_string(variants.size()) + " different values in all";
+    }
+    size_t rows = 0;
+    for (const Variant& variant : variants) {
+      rows += variant.size();
+    }
+    return rows > sideCount ? "; " + std::to_string(rows - sideCount) + " more modules have the row"
+                            : "";
+  }
+
+  void AddConflict(const std::vector<RowRef>& sides, const std::string& rest) {
     std::vector<size_t> modules;
     modules.reserve(sides.size());
     for (const RowRef& side : sides) {
@@ -368,27 +396,42 @@ class TableCheck {
       }
       const std::string name((*m_columns)[column].name);
       isSubstituted = isSubstituted && IsSubstituted(sides, name);
-      std::vector<std::string> cells;
       for (const RowRef& side : sides) {
         values.push_back({side.owner->module, name, FormatCell(side, column, m_dataPart)});
-        cells.push_back('"' + values.back().value + "\" in " +
-                        m_findings.NameOf(side.owner->module));
       }
-      texts.push_back(name + " is " + JoinTexts(cells, " and "));
+      texts.push_back(name + " is " + JoinCells(sides, column));
     }
     const std::string key = Shorten(JoinKey(sides[0], "/"));
-    Finding& finding = m_findings.Add(
-        kRowConflict, modules,
-        "row " + key + " of table " + std::string(m_name) + " differs: " + JoinColumns(texts) +
-            (variantCount > sides.size()
-                 ? "; it has " + std::to_string(variantCount) + " different values in all"
-                 : ""));
+    Finding& finding = m_findings.Add(kRowConflict, modules,
+                                      "row " + key + " of table " + std::string(m_name) +
+                                          " differs: " + JoinColumns(texts) + rest);
     finding.table = m_name;
     finding.key = key;
     finding.values = std::move(values);
     if (isSubstituted || HasOnlyDisplayTexts(m_name) || IsSameFolder(sides)) {
       LimitSeverity(finding, Severity::Warning);
     }
+  }
+
+  /// Returns the values of a column, each with the modules that have it.
+  std::string JoinCells(const std::vector<RowRef>& sides, size_t column) const {
+    std::vector<std::string> cells;
+    std::vector<bool> isListed(sides.size());
+    for (size_t i = 0; i < sides.size(); ++i) {
+      if (isListed[i]) {
+        continue;
+      }
+      std::vector<size_t> modules;
+      for (size_t j = i; j < sides.size(); ++j) {
+        if (IsSameCell(sides[i], sides[j], column, m_dataPart)) {
+          isListed[j] = true;
+          modules.push_back(sides[j].owner->module);
+        }
+      }
+      cells.push_back('"' + FormatCell(sides[i], column, m_dataPart) + "\" in " +
+                      m_findings.JoinNames(modules, " and "));
+    }
+    return JoinTexts(cells, " and ");
   }
 
   static std::string JoinColumns(std::vector<std::string> texts) {

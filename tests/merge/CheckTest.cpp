@@ -234,6 +234,33 @@ TEST(CheckTest, BothSidesOfACollisionAreThere) {
   EXPECT_EQ("Version 2.0", finding.values[3].column + ' ' + finding.values[3].value);
 }
 
+TEST(CheckTest, EveryModuleWithACollidingRowIsNamed) {
+  const auto with = [](const char* id, const char* value, long language = 1033) {
+    return Make(id, {{"Any", {{"P", value}}}}, "1.0", language);
+  };
+  const std::vector<merge::Finding> three = Check({with("A", "1"), with("B", "2"), with("C", "1")});
+  EXPECT_THAT(Summarize(three), ElementsAre("error row-conflict Any P A:1033 B:1033 C:1033"));
+  EXPECT_EQ("row P of table Any differs: Value is \"1\" in A:1033 and C:1033 and \"2\" in B:1033",
+            three.front().text);
+  ASSERT_EQ(3u, three.front().values.size());
+  EXPECT_EQ("1", three.front().values[2].value);
+
+  std::vector<merge::Module> many;
+  for (char id = 'A'; id <= 'T'; ++id) {
+    many.push_back(with(std::string(1, id).c_str(), id == 'T' ? "2" : "1"));
+  }
+  const std::vector<merge::Finding> twenty = Check(many);
+  ASSERT_EQ(1u, twenty.size());
+  EXPECT_EQ(merge::FindingList::kMaxModules, twenty.front().values.size());
+  EXPECT_EQ("T:1033", twenty.front().modules[1]);
+  EXPECT_THAT(twenty.front().text, HasSubstr("\"2\" in T:1033; 4 more modules have the row"));
+
+  // Of alternatives, the one that agrees with the most others is named.
+  EXPECT_THAT(
+      Summarize(Check({with("A", "1"), with("A", "2", 1031), with("B", "2"), with("C", "3")})),
+      ElementsAre("error row-conflict Any P A:1031 C:1033 B:1033"));
+}
+
 TEST(CheckTest, TablesMustHaveTheSameColumns) {
   const Columns wide = {
       {"Key", kText | kKey}, {"Value", kText | kNullable}, {"X", kLong | kNullable}};
@@ -706,7 +733,7 @@ TEST(CheckTest, DataThatSeveralModulesHaveIsReadAndCompared) {
 
   modules.pop_back();
   const std::vector<merge::Finding> findings = Check(modules);
-  EXPECT_THAT(Summarize(findings), ElementsAre("error row-conflict Binary Icon A:0 C:0"));
+  EXPECT_THAT(Summarize(findings), ElementsAre("error row-conflict Binary Icon A:0 C:0 B:0"));
   EXPECT_NE(findings[0].values[0].value, findings[0].values[1].value);
   modules.pop_back();
   EXPECT_THAT(Summarize(Check(modules)), ElementsAre());
