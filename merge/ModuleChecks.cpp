@@ -117,6 +117,18 @@ std::string FormatLanguages(const std::vector<long>& languages) {
   return JoinSome(texts, ",");
 }
 
+void CheckPresence(const CheckedModules& modules, size_t position, FindingList& findings) {
+  const Module& module = modules.At(position);
+  if ((module.needsDownload || !module.isPresent) && findings.Admit(kNeedsDownload)) {
+    findings.Add(kNeedsDownload, {position},
+                 findings.NameOf(position) +
+                     (module.isPresent ? " is on this machine, but files that belong to it are "
+                                         "missing, or the object gallery has a newer version"
+                                       : " is in the object gallery, but its file is not on this "
+                                         "machine"));
+  }
+}
+
 /// The installer opens a module for a language if its template has the language, its primary
 /// language, or 0.
 void CheckTemplate(const CheckedModules& modules, size_t position, FindingList& findings) {
@@ -305,10 +317,7 @@ void CheckModuleFacts(const CheckedModules& modules, FindingList& findings) {
           kChangedModule, {position},
           GetFileInSentence(module) + " is not the file that was listed: " + module.change);
     }
-    if (module.needsDownload && findings.Admit(kNeedsDownload)) {
-      findings.Add(kNeedsDownload, {position},
-                   findings.NameOf(position) + " has to be downloaded, or files of it");
-    }
+    CheckPresence(modules, position, findings);
     CheckTemplate(modules, position, findings);
     versions.Run(position);
   }

@@ -81,7 +81,7 @@ TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
   EXPECT_TRUE(merge::ModuleUsers(set).Find({1}).empty());
 }
 
-TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
+TEST(FindingsTest, AFileThatChangedIsNotThereOrCannotBeReadIsReported) {
   merge::Module changed = Module("A");
   changed.path = "a.msm";
   changed.change = "its version is 2.0";
@@ -89,10 +89,23 @@ TEST(FindingsTest, AFileThatChangedOrCannotBeReadIsReported) {
   damaged.path = "b.msm";
   damaged.failure = "Damaged.";
   damaged.needsDownload = true;
-  EXPECT_THAT(FindingsOf({changed, damaged}),
+  merge::Module absent = Module("C");
+  absent.isFromGallery = true;
+  absent.isPresent = false;
+  merge::Module wanted = Module("D");
+  wanted.isPresent = false;
+  wanted.needsDownload = true;
+  merge::Module present = Module("E");
+  present.isFromGallery = true;
+  EXPECT_THAT(FindingsOf({changed, damaged, absent, wanted, present}),
               ElementsAre("changed-module A:1033 | a.msm is not the file that was listed: its "
                           "version is 2.0",
-                          "needs-download B:1033 | B:1033 has to be downloaded, or files of it",
+                          "needs-download B:1033 | B:1033 is on this machine, but files that "
+                          "belong to it are missing, or the object gallery has a newer version",
+                          "needs-download C:1033 | C:1033 is in the object gallery, but its file "
+                          "is not on this machine",
+                          "needs-download D:1033 | D:1033 is in the object gallery, but its file "
+                          "is not on this machine",
                           "unreadable-module B:1033 | b.msm cannot be read: Damaged."));
 }
 
