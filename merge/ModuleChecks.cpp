@@ -195,7 +195,7 @@ class IdentityCheck {
       places.push_back(GetFileInSentence(module) + " (version " + module.version + ')');
     }
     Finding& finding =
-        m_findings.Add(kDuplicateModuleKey, {positions.front()},
+        m_findings.Add(kDuplicateModuleKey, positions,
                        m_findings.NameOf(positions.front()) + " is in the set " +
                            std::to_string(positions.size()) + " times: " + JoinSome(places, ", "));
     AddVersionValues(positions, finding);

@@ -567,9 +567,9 @@ TEST(CheckTest, LanguagesPackageCodesAndPlatformsFit) {
        {"warning duplicate-package-code A:1033 B:1033"}},
       {"one code of two versions",
        {with("A", "{1}"), with("A", "{1}", "2.0")},
-       {"warning duplicate-key A:1033", "warning duplicate-package-code A:1033 A:1033",
+       {"warning duplicate-key A:1033 A:1033", "warning duplicate-package-code A:1033 A:1033",
         "note several-versions A:1033 A:1033"}},
-      {"copies", {with("A", "{1}"), with("A", "{1}")}, {"warning duplicate-key A:1033"}},
+      {"copies", {with("A", "{1}"), with("A", "{1}")}, {"warning duplicate-key A:1033 A:1033"}},
       {"no codes", {with("A", ""), with("B", "")}, {}},
       {"x86 needs x64",
        {needs("A", "B", "Intel;1033"), on("B", "x64;1033")},
@@ -580,7 +580,7 @@ TEST(CheckTest, LanguagesPackageCodesAndPlatformsFit) {
       {"one platform, two names", {needs("A", "B", "x64;1033"), on("B", "AMD64;1033")}, {}},
       {"one of two fits",
        {needs("A", "B", "Intel;1033"), on("B", "x64;1033"), on("B", "Intel;1033")},
-       {"warning duplicate-key B:1033"}},
+       {"warning duplicate-key B:1033 B:1033"}},
       {"not needed", {on("A", "Intel;1033"), on("B", "x64;1033")}, {}},
   });
   EXPECT_EQ(14, Check({needs("A", "B", "Intel;1033"), on("B", "x64;1033")}).front().mergeError);
@@ -599,8 +599,9 @@ TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
   };
   EXPECT_THAT(merge({Module("A"), Module("A", "1.0", 1031)}),
               ElementsAre("error several-languages A:1031 A:1033"));
-  EXPECT_THAT(merge({Module("A"), Module("A", "2.0")}),
-              ElementsAre("error duplicate-key A:1033", "error several-versions A:1033 A:1033"));
+  EXPECT_THAT(
+      merge({Module("A"), Module("A", "2.0")}),
+      ElementsAre("error duplicate-key A:1033 A:1033", "error several-versions A:1033 A:1033"));
   EXPECT_THAT(Summarize(Check({Module("A"), Module("A", "1.0", 1031)})), ElementsAre());
 
   const std::vector<merge::Module> modules{Module("A", "1.0", 1033, {{"B", 0, "1.0"}}),
@@ -617,7 +618,7 @@ TEST(CheckTest, AMergeTakesOneModuleOfAnIdAndNothingElseOfTheSet) {
   merge::Module jealous = Module("A");
   jealous.exclusions = {{"A", 0, "", "0.9"}};
   EXPECT_THAT(Summarize(Check({jealous, Module("A", "0.5")})),
-              ElementsAre("warning duplicate-key A:1033", "note exclusion A:1033 A:1033",
+              ElementsAre("warning duplicate-key A:1033 A:1033", "note exclusion A:1033 A:1033",
                           "note several-versions A:1033 A:1033"));
 }
 
