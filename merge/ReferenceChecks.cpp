@@ -2,11 +2,23 @@
 #include <unordered_map>
 
 #include "merge/Checks.h"
+#include "merge/MergedCycles.h"
 #include "merge/ParentCycles.h"
 
 namespace qm::merge {
 
 namespace {
+
+/// Returns whether a directory needs a row. The installer sets its predefined folders without one.
+bool NeedsRow(std::string_view directory) noexcept {
+  return directory != "TARGETDIR" && !IsPredefinedFolder(directory.substr(0, directory.find('.')));
+}
+
+/// Returns whether the references of a module can be checked: rows that seem to be missing may be
+/// those that could not be read.
+bool AreRowsComplete(const Module& module) noexcept {
+  return module.tables && module.failure.empty();
+}
 
 /// Checks the references of the rows of one module. They may refer to rows of other checked
 /// modules, because a merge puts all of them into one package.
@@ -36,13 +48,6 @@ class ReferenceCheck {
           kMissingComponent, m_position, file, "Component_", file.component,
           "component " + QuoteShort(file.component) + ", which has no row in table Component");
     }
-  }
-
-  /// Returns whether a directory needs a row. The installer sets its predefined folders without
-  /// one.
-  static bool NeedsRow(std::string_view directory) noexcept {
-    return directory != "TARGETDIR" &&
-           !IsPredefinedFolder(directory.substr(0, directory.find('.')));
   }
 
   void CheckDirectories() {
@@ -124,15 +129,34 @@ class ReferenceCheck {
   FindingList& m_findings;
 };
 
+/// Finds circles of directories that only the merge closes.
+void CheckMergedDirectories(const CheckedModules& modules, FindingList& findings) {
+  std::vector<LinkedRow> rows;
+  for (const size_t position : modules.Scope()) {
+    if (AreRowsComplete(modules.At(position))) {
+      for (const Directory& directory : modules.At(position).directories) {
+        const bool isRoot = !NeedsRow(directory.key) || directory.parent == directory.key;
+        rows.push_back({position, directory.key, isRoot ? std::string_view() : directory.parent});
+      }
+    }
+  }
+  AddMergedCycles(rows,
+                  {kDirectoryCycle, "Directory", "Directory_Parent",
+                   "once merged, directories lie below one another, and the last one below the "
+                   "first: "},
+                  findings);
+}
+
 }  // namespace
 
 void CheckReferences(const CheckedModules& modules, FindingList& findings) {
   for (const size_t position : modules.Scope()) {
-    const Module& module = modules.At(position);
-    // Rows that seem to be missing may be those that could not be read.
-    if (module.tables && module.failure.empty()) {
+    if (AreRowsComplete(modules.At(position))) {
       ReferenceCheck(modules, position, findings).Run();
     }
+  }
+  if (modules.IsMerge()) {
+    CheckMergedDirectories(modules, findings);
   }
 }
 

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "merge/Checks.h"
+#include "merge/MergedCycles.h"
 #include "merge/ParentCycles.h"
 
 namespace qm::merge {
@@ -213,19 +214,55 @@ class SequenceCheck {
   std::unordered_map<std::uint32_t, bool> m_isBaseKnown;  ///< by the number of the base action
 };
 
+/// Returns a table of a module; null if it has none or not all of its tables could be read.
+const Table* FindWholeTable(const Module& module, const char* name) noexcept {
+  // Actions that seem to be missing may be in rows that could not be read.
+  return module.failure.empty() ? module.FindTable(name) : nullptr;
+}
+
+/// Appends the actions of a table. Leaves out names that are too long for a key, because rows that
+/// share a long one would hash it repeatedly.
+void AddActions(size_t position, const Table& table, std::vector<LinkedRow>& rows) {
+  constexpr size_t kMaxKeySize = 1024;
+  const auto action = table.FindColumn("Action");
+  const auto number = table.FindColumn("Sequence");
+  const auto base = table.FindColumn("BaseAction");
+  for (size_t row = 0; action && number && base && row < table.RowCount(); ++row) {
+    const std::string_view name = table.Text(row, *action);
+    const std::string_view parent =
+        table.IsNull(row, *number) ? table.Text(row, *base) : std::string_view();
+    if (name.size() <= kMaxKeySize && parent.size() <= kMaxKeySize) {
+      rows.push_back({position, name, parent});
+    }
+  }
+}
+
+/// Finds circles of actions that only the merge closes.
+void CheckMergedSequence(const CheckedModules& modules, const char* name, FindingList& findings) {
+  std::vector<LinkedRow> rows;
+  for (const size_t position : modules.Scope()) {
+    if (const Table* const table = FindWholeTable(modules.At(position), name)) {
+      AddActions(position, *table, rows);
+    }
+  }
+  AddMergedCycles(rows,
+                  {kUnplacedAction, name, "BaseAction",
+                   "once merged, actions are placed beside one another, and the last one beside "
+                   "the first: "},
+                  findings);
+}
+
 }  // namespace
 
 void CheckSequences(const CheckedModules& modules, FindingList& findings) {
-  for (const size_t position : modules.Scope()) {
-    const Module& module = modules.At(position);
-    // Actions that seem to be missing may be in rows that could not be read.
-    if (!module.failure.empty()) {
-      continue;
-    }
-    for (const char* const name : kSequenceTables) {
-      if (const Table* const table = module.FindTable(name)) {
+  for (const char* const name : kSequenceTables) {
+    for (const size_t position : modules.Scope()) {
+      if (const Table* const table = FindWholeTable(modules.At(position), name)) {
         SequenceCheck(modules, position, *table, findings).Run();
       }
+    }
+    if (modules.IsMerge()) {
+      CheckMergedSequence(modules, name, findings);
     }
   }
 }

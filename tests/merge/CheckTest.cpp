@@ -523,6 +523,47 @@ TEST(CheckTest, EveryActionHasAPlaceInItsSequence) {
       findings.front().text);
 }
 
+TEST(CheckTest, CirclesThatOnlyAMergeClosesAreFoundInAMerge) {
+  const char* const table = "ModuleInstallExecuteSequence";
+  const auto directory = [](const char* key, const char* parent) {
+    return SomeRows{"Directory", {{key, parent, "x"}}};
+  };
+  const auto after = [&](const char* action, const char* base) {
+    return SomeRows{table, {{action, nullptr, base, 1, nullptr}}};
+  };
+  const std::vector<Case> cases = {
+      {"directories",
+       Pair({directory("X", "Y")}, {directory("Y", "X")}),
+       {"error directory-cycle Directory X A:1033 B:1033"}},
+      {"directories that the installer sets",
+       Pair({directory("X", "SystemFolder.Y")}, {directory("SystemFolder.Y", "X")}),
+       {}},
+      {"a chain of directories", Pair({directory("X", "Y")}, {directory("Y", "TARGETDIR")}), {}},
+      {"a row that the merge has from another module",
+       {Make("A", {directory("X", "TARGETDIR")}), Make("B", {directory("Y", "X")}),
+        Make("C", {directory("X", "Y")})},
+       {"error row-conflict Directory X A:1033 C:1033"}},
+      {"a circle of a module and one more of its rows",
+       Pair({directory("X", "Y")}, {directory("X", "Y"), directory("Y", "X")}),
+       {"error directory-cycle Directory X B:1033"}},
+      {"actions",
+       Pair({after("Fill", "Wipe")}, {after("Wipe", "Fill")}),
+       {"error unplaced-action ModuleInstallExecuteSequence Fill A:1033 B:1033"}},
+      {"an action with a number",
+       Pair({after("Fill", "Wipe")}, {{table, {{"Wipe", 4000, "Fill", 1, nullptr}}}}),
+       {}},
+  };
+  for (const Case& one : cases) {
+    EXPECT_EQ(one.findings, Summarize(Check(one.modules, merge::CheckedAs::Merge))) << one.what;
+  }
+  EXPECT_THAT(Summarize(Check(cases.front().modules)), ElementsAre());
+  const auto found = Check(cases.front().modules, merge::CheckedAs::Merge);
+  EXPECT_EQ(
+      "once merged, directories lie below one another, and the last one below the first: X of "
+      "A:1033, Y of B:1033",
+      found.front().text);
+}
+
 TEST(CheckTest, VersionsAreUpToFourNumbers) {
   for (const char* const version : {"1", "1.2.3.4", "0.0", "65535.0"}) {
     EXPECT_THAT(Summarize(Check({Make("A", {}, version)})), ElementsAre()) << version;
