@@ -60,7 +60,8 @@ std::optional<std::string> NormalizeFolder(const TargetFolder& folder);
 
 /// Each module by itself: unreadable, changed, to be downloaded, versions and languages.
 void CheckModuleFacts(const CheckedModules& modules, FindingList& findings);
-/// Modules of the same ID, key or package code.
+/// Modules of the same ID, key or package code; in a merge, also those for different 64-bit
+/// platforms.
 void CheckIdentities(const CheckedModules& modules, FindingList& findings);
 /// Requirements: missing ones, cycles and platforms.
 void CheckRequirements(const CheckedModules& modules, FindingList& findings);

@@ -38,7 +38,7 @@ const std::vector<FindingCode>& FindingCodes() {
       {kNeedsDownload, Severity::Warning, kNoMergeError,
        "A module or files of it are not on this machine"},
       {kPlatformConflict, Severity::Error, kPlatformError,
-       "A module needs one for another platform"},
+       "Modules are for platforms that do not go together"},
       {kRowConflict, Severity::Error, kRowError, "Rows of the same key differ"},
       {kSeveralLanguages, Severity::Error, kNoMergeError,
        "One merge has a module in several languages"},

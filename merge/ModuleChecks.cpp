@@ -262,6 +262,37 @@ class IdentityCheck {
   std::map<size_t, std::vector<size_t>> m_byIdentity;
 };
 
+/// Finds modules for different 64-bit platforms: a package is for one of them. Names one module of
+/// each platform, so that a plan learns which of them do not go together.
+void CheckMergedPlatforms(const CheckedModules& modules, FindingList& findings) {
+  std::map<std::string, std::vector<size_t>> byPlatform;
+  for (const size_t position : modules.Scope()) {
+    const std::string platform = GetPlatform(modules.At(position));
+    if (!platform.empty() && platform != "intel") {
+      byPlatform[platform].push_back(position);
+    }
+  }
+  if (byPlatform.size() < 2 || !findings.Admit(kPlatformConflict)) {
+    return;
+  }
+  std::vector<size_t> positions;
+  std::vector<std::string> texts;
+  std::vector<FindingValue> values;
+  for (const auto& [platform, ofPlatform] : byPlatform) {
+    const size_t first = ofPlatform.front();
+    const size_t more = ofPlatform.size() - 1;
+    positions.push_back(first);
+    values.push_back({first, "Platform", modules.At(first).platform});
+    texts.push_back(findings.NameOf(first) +
+                    (more > 0 ? " and " + std::to_string(more) + " more" : "") + " for " +
+                    modules.At(first).platform);
+  }
+  findings
+      .Add(kPlatformConflict, positions,
+           "a package is for one 64-bit platform, but these are merged: " + JoinSome(texts, ", "))
+      .values = std::move(values);
+}
+
 /// Returns whether two modules are copies, which may share a package code: it belongs to one
 /// version in one language.
 bool AreCopies(const Module& a, const Module& b) {
@@ -326,6 +357,9 @@ void CheckModuleFacts(const CheckedModules& modules, FindingList& findings) {
 void CheckIdentities(const CheckedModules& modules, FindingList& findings) {
   IdentityCheck(modules, findings).Run();
   CheckPackageCodes(modules, findings);
+  if (modules.IsMerge()) {
+    CheckMergedPlatforms(modules, findings);
+  }
 }
 
 }  // namespace qm::merge

@@ -626,6 +626,19 @@ TEST(CheckTest, LanguagesPackageCodesAndPlatformsFit) {
   });
   EXPECT_EQ(14, Check({needs("A", "B", "Intel;1033"), on("B", "x64;1033")}).front().mergeError);
 
+  const std::vector<merge::Module> mixed{on("A", "x64;1033"), on("B", "AMD64;1033"),
+                                         on("C", "Intel64;1033"), on("D", "Intel;1033")};
+  EXPECT_THAT(Summarize(Check(mixed)), ElementsAre());
+  const std::vector<merge::Finding> merged = Check(mixed, merge::CheckedAs::Merge);
+  EXPECT_THAT(Summarize(merged), ElementsAre("error platform-conflict C:1033 A:1033"));
+  EXPECT_EQ(
+      "a package is for one 64-bit platform, but these are merged: C:1033 for Intel64, A:1033 and "
+      "1 more for x64",
+      merged.front().text);
+  EXPECT_EQ(14, merged.front().mergeError);
+  EXPECT_THAT(Summarize(Check({mixed[0], mixed[1], mixed[3]}, merge::CheckedAs::Merge)),
+              ElementsAre());
+
   merge::Module described;  // by the gallery, which knows no platforms
   described.moduleId = described.key = "D";
   described.language = 1033;
