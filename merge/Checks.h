@@ -72,7 +72,7 @@ void CheckRows(const CheckedModules& modules, FindingList& findings);
 void CheckFiles(const CheckedModules& modules, FindingList& findings);
 /// Identifiers of components.
 void CheckComponents(const CheckedModules& modules, FindingList& findings);
-/// References of rows to files, components and directories.
+/// References of rows to files, components, directories and configurable items.
 void CheckReferences(const CheckedModules& modules, FindingList& findings);
 
 /// Actions and their places in sequences.

@@ -12,6 +12,7 @@ constexpr long kLanguageError = 1;
 constexpr long kExclusionError = 3;
 constexpr long kRowError = 4;
 constexpr long kSequenceError = 5;
+constexpr long kItemError = 11;
 constexpr long kPlatformError = 14;
 
 }  // namespace
@@ -48,6 +49,7 @@ const std::vector<FindingCode>& FindingCodes() {
       {kTableConflict, Severity::Error, kNoMergeError, "A table has different columns"},
       {kTemplateLanguage, Severity::Warning, kLanguageError,
        "A module is not for its own language"},
+      {kUndeclaredItem, Severity::Error, kItemError, "A configurable item is not declared"},
       {kUnknownModule, Severity::Warning, kNoMergeError,
        "An index names a module that is not there"},
       {kUnplacedAction, Severity::Error, kSequenceError, "An action finds no place in a sequence"},

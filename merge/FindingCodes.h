@@ -37,6 +37,7 @@ inline constexpr char kTemplateLanguage[] = "template-language";
 inline constexpr char kMalformedVersion[] = "malformed-version";
 inline constexpr char kUnplacedAction[] = "unplaced-action";
 inline constexpr char kSeveralLanguages[] = "several-languages";
+inline constexpr char kUndeclaredItem[] = "undeclared-item";
 
 /// What holds for every finding of a code.
 struct FindingCode {

@@ -1,7 +1,9 @@
 #include <algorithm>
+#include <cstdint>
 #include <unordered_map>
 
 #include "merge/Checks.h"
+#include "merge/JoinTexts.h"
 #include "merge/MergedCycles.h"
 #include "merge/ParentCycles.h"
 
@@ -34,6 +36,7 @@ class ReferenceCheck {
     CheckComponentsOfFiles();
     CheckDirectories();
     CheckDirectoriesOfComponents();
+    CheckItems();
   }
 
  private:
@@ -121,6 +124,70 @@ class ReferenceCheck {
                           "row " + Shorten(row) + " of table " + table + " in " +
                               m_findings.NameOf(m_position) + " refers to directory " +
                               QuoteShort(directory) + ", which has no row");
+  }
+
+  /// The items that ModuleSubstitution uses must be in ModuleConfiguration of the same module: the
+  /// merge asks for their values by these rows.
+  void CheckItems() {
+    const Table* const table = m_module.FindTable("ModuleSubstitution");
+    const auto value = table ? table->FindColumn("Value") : std::nullopt;
+    if (!value) {
+      return;
+    }
+    const std::vector<std::string_view> declared = ReadItems();
+    std::unordered_map<std::uint32_t, std::string_view> items;  // rows may share a long text
+    for (size_t row = 0; row < table->RowCount(); ++row) {
+      const auto [item, isNew] = items.try_emplace(table->TextNumber(row, *value));
+      if (isNew) {
+        item->second = FindUndeclaredItem(table->Text(row, *value), declared);
+      }
+      if (!item->second.empty() && m_findings.Admit(kUndeclaredItem)) {
+        m_findings.AddForCell(
+            kUndeclaredItem,
+            {m_position, table->Name(), FormatKey(*table, row), "Value", table->Text(row, *value)},
+            m_findings.NameOf(m_position) + " uses the configurable item " +
+                QuoteShort(item->second) + ", which has no row in table ModuleConfiguration");
+      }
+    }
+  }
+
+  std::vector<std::string_view> ReadItems() const {
+    std::vector<std::string_view> names;
+    const Table* const table = m_module.FindTable("ModuleConfiguration");
+    const auto name = table ? table->FindColumn("Name") : std::nullopt;
+    for (size_t row = 0; name && row < table->RowCount(); ++row) {
+      names.push_back(table->Text(row, *name));
+    }
+    std::sort(names.begin(), names.end());
+    return names;
+  }
+
+  /// Returns the first item, such as "[=Item]", that is not declared; empty if all are.
+  static std::string_view FindUndeclaredItem(std::string_view text,
+                                             const std::vector<std::string_view>& declared) {
+    for (size_t begin = text.find("[="); begin != std::string_view::npos;
+         begin = text.find("[=", begin + 2)) {
+      const size_t end = text.find(']', begin);
+      if (end == std::string_view::npos) {
+        break;
+      }
+      const std::string_view item = text.substr(begin + 2, end - begin - 2);
+      const bool isEscaped = begin > 0 && text[begin - 1] == '\\';
+      if (!isEscaped && !std::binary_search(declared.begin(), declared.end(), item)) {
+        return item;
+      }
+    }
+    return {};
+  }
+
+  static std::string FormatKey(const Table& table, size_t row) {
+    std::vector<std::string> cells;
+    for (size_t column = 0; column < table.Columns().size(); ++column) {
+      if (table.Columns()[column].isKey) {
+        cells.push_back(Shorten(table.Text(row, column)));
+      }
+    }
+    return JoinTexts(cells, "/");
   }
 
   const CheckedModules& m_modules;

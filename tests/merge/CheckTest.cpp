@@ -193,7 +193,8 @@ TEST(CheckTest, RowsOfOneKeyMustBeEqual) {
        {"error row-conflict ModuleInstallExecuteSequence Mine A:1033 B:1033"}},
       {"a value that the user gives",
        Pair({{"Property", {{"P", "1"}}},
-             {"ModuleSubstitution", {{"Property", "P", "Value", "[=I]"}}}},
+             {"ModuleSubstitution", {{"Property", "P", "Value", "[=I]"}}},
+             {"ModuleConfiguration", {{"I"}}, {{"Name", kText | kKey}}}},
             {{"Property", {{"P", "2"}}}}),
        {"warning row-conflict Property P A:1033 B:1033"}},
       {"the size of data",
@@ -461,6 +462,11 @@ TEST(CheckTest, RowsReferToRowsThatAreThere) {
   const auto directories = [](Rows rows) {
     return std::vector<merge::Module>{Make("A", {{"Directory", std::move(rows)}})};
   };
+  const auto with = [](const char* value, Rows items) {
+    return std::vector<merge::Module>{
+        Make("A", {{"ModuleSubstitution", {{"Property", "P", "Value", value}}},
+                   {"ModuleConfiguration", std::move(items), {{"Name", kText | kKey}}}})};
+  };
   CheckAll({
       {"no component", {Make("A", {stray})}, {"error missing-component File F A:1033"}},
       {"a component of another module",
@@ -475,6 +481,18 @@ TEST(CheckTest, RowsReferToRowsThatAreThere) {
        directories({{"X", "Gone", "x"}}),
        {"error missing-directory Directory X A:1033"}},
       {"a parent that the installer sets", directories({{"X", "SystemFolder.A", "x"}}), {}},
+      {"items that are declared", with("[=I] and [=J]", {{"I"}, {"J"}}), {}},
+      {"text without an item", with("\\[=I], [I] and [=", {{"J"}}), {}},
+      {"an item that is not declared",
+       with("[=I] and [=J]", {{"I"}}),
+       {"error undeclared-item ModuleSubstitution Property/P/Value A:1033"}},
+      {"no items at all",
+       {Make("A", {{"ModuleSubstitution", {{"Property", "P", "Value", "[=I]"}}}})},
+       {"error undeclared-item ModuleSubstitution Property/P/Value A:1033"}},
+      {"an item that another module declares",
+       {with("[=I]", {})[0],
+        Make("B", {{"ModuleConfiguration", {{"I"}}, {{"Name", kText | kKey}}}})},
+       {"error undeclared-item ModuleSubstitution Property/P/Value A:1033"}},
       {"no directory of a component",
        {Make("A", {{"Component", {{"C", nullptr, "Gone", 0, nullptr, nullptr}}}})},
        {"error missing-directory Component C A:1033"}},
