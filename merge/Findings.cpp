@@ -20,18 +20,12 @@ Finding MakeFinding(const char* code, std::string text) {
 
 std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion) {
-  std::vector<size_t> excluded;
-  if (exclusion.moduleId.empty()) {
-    return excluded;
+  std::vector<size_t> positions;
+  for (const ExcludedModule& excluded : set.FindExcluded(excluding, exclusion)) {
+    positions.push_back(excluded.module);
   }
-  for (const size_t position : set.FindById(exclusion.moduleId)) {
-    const Module& module = set.Modules()[position];
-    if (position != excluding &&
-        Excludes(exclusion, module.moduleId, module.language, module.version)) {
-      excluded.push_back(position);
-    }
-  }
-  return excluded;
+  std::sort(positions.begin(), positions.end());
+  return positions;
 }
 
 std::vector<Finding> CheckModules(const ModuleIndex& set, const std::vector<size_t>& scope,

@@ -46,8 +46,8 @@ struct Finding {
 /// Makes a finding with the severity and the merge error of its code.
 Finding MakeFinding(const char* code, std::string text);
 
-/// Returns the positions of the modules that an exclusion of the module at `excluding` excludes,
-/// except that module itself. An exclusion without an ID excludes no module.
+/// Returns the positions of the modules that an exclusion of the module at `excluding` excludes, or
+/// that carry an excluded one, in ascending order. See ModuleIndex::FindExcluded.
 std::vector<size_t> FindExcludedModules(const ModuleIndex& set, size_t excluding,
                                         const Exclusion& exclusion);
 

@@ -150,12 +150,33 @@ class PlanWriter {
     }
     const std::uint32_t need = At(user).rowNeeds[row];
     const auto& candidates = m_problem.Needs()[need].candidates;
+    if (candidates.size() > 1 && !alternatives.empty()) {
+      planned.reason = ExplainChosen(module, user, row, planned.alternatives);
+      return planned;
+    }
     if (candidates.size() > 1) {
-      planned.reason = alternatives.empty()
-                           ? ExplainOnly(module, need)
-                           : ExplainChosen(module, user, row, planned.alternatives);
+      planned.reason = ExplainOnly(module, need);
+    }
+    if (const ModuleSignature* const carried = FindCarried(module, user, row)) {
+      planned.reason = "carries " + FormatCarried(*carried) + ", " + planned.reason;
     }
     return planned;
+  }
+
+  /// Returns the carried module with which a module satisfies a requirement; null if it satisfies
+  /// it itself.
+  const ModuleSignature* FindCarried(std::uint32_t module, std::uint32_t user, size_t row) const {
+    const std::uint32_t need = At(user).rowNeeds[row];
+    if (!m_problem.Needs()[need].hasCarriers || m_problem.Needs()[need].id == At(module).id) {
+      return nullptr;
+    }
+    for (const Candidate& candidate :
+         m_problem.Set().FindCandidates(ModuleAt(user).requirements[row], ModuleAt(user))) {
+      if (candidate.module == At(module).position) {
+        return candidate.carried;
+      }
+    }
+    return nullptr;
   }
 
   /// Returns the modules outside the plan that satisfy every need that `module` satisfies in it,

@@ -79,11 +79,17 @@ struct MergePlan {
 /// 2. the fewest objections: exclusions within the plan, what `findObjections` returns, and modules
 ///    whose only candidates are of a wrong platform,
 /// 3. the fewest modules in addition to the first of each ID,
-/// 4. modules of the platform of those that need them,
-/// 5. modules in the language of those that need them, then neutral ones,
-/// 6. the highest versions: each module costs the number of higher versions of its ID in the set,
-/// 7. the fewest modules,
-/// 8. the first of equal modules in the set.
+/// 4. the fewest modules to which no wanted module leads by requirements of their own IDs, and
+/// which
+///    are planned only because they carry what is needed,
+/// 5. modules of the platform of those that need them,
+/// 6. modules in the language of those that need them, then neutral ones,
+/// 7. the highest versions: each module costs the number of higher versions of its ID in the set,
+/// 8. the fewest modules,
+/// 9. the first of equal modules in the set, and modules of the needed ID rather than carriers.
+///
+/// A module of the plan that carries a needed one satisfies the requirement, whatever platform and
+/// language it has, unless a module of the needed ID is planned too.
 ///
 /// `findObjections` is called only if there is a choice, and again for each plan that its results
 /// lead to.

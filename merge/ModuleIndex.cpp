@@ -4,6 +4,7 @@
 #include <iterator>
 #include <string_view>
 #include <tuple>
+#include <unordered_set>
 
 #include "merge/JoinTexts.h"
 #include "text/Fold.h"
@@ -30,6 +31,30 @@ LanguageMatch MatchLanguage(long wanted, long language) {
              : LanguageMatch::Other;
 }
 
+/// Returns what ranks candidates before their versions do.
+std::tuple<bool, PlatformMatch, LanguageMatch> MeritOf(const Candidate& candidate) {
+  return {candidate.carried != nullptr, candidate.platform, candidate.language};
+}
+
+/// Keeps the first entry of each module.
+template <class Entry>
+void RemoveRepeated(std::vector<Entry>& entries) {
+  std::unordered_set<size_t> seen;
+  entries.erase(
+      std::remove_if(entries.begin(), entries.end(),
+                     [&](const Entry& entry) { return !seen.insert(entry.module).second; }),
+      entries.end());
+}
+
+/// Removes the candidates of a wrong platform if there are others.
+void RemoveWrongPlatform(std::vector<Candidate>& candidates) {
+  const auto isWrong = [](const Candidate& one) { return one.platform == PlatformMatch::Wrong; };
+  if (!std::all_of(candidates.begin(), candidates.end(), isWrong)) {
+    candidates.erase(std::remove_if(candidates.begin(), candidates.end(), isWrong),
+                     candidates.end());
+  }
+}
+
 }  // namespace
 
 std::string GetPlatform(const Module& module) {
@@ -50,24 +75,35 @@ ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
     : m_modules(modules), m_ranks(modules.size()) {
   for (size_t position = 0; position < modules.size(); ++position) {
     m_byId[text::FoldCase(modules[position].moduleId)].inOrder.push_back(position);
+    for (const ModuleSignature& carried : modules[position].carried) {
+      m_byId[text::FoldCase(carried.moduleId)].carriers.push_back({position, &carried});
+    }
   }
   for (auto& [id, same] : m_byId) {
-    if (same.inOrder.size() < 2) {
-      continue;
-    }
-    same.byVersion = same.inOrder;
-    std::sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
-      const int order = CompareVersionTexts(modules[a].version, modules[b].version);
-      return order != 0 ? order > 0 : a < b;
-    });
-    size_t higher = 0;
-    const Module* previous = nullptr;
-    for (size_t at = 0; at < same.byVersion.size(); ++at) {
-      const Module& module = modules[same.byVersion[at]];
-      higher += previous && CompareVersionTexts(previous->version, module.version) != 0 ? 1 : 0;
-      m_ranks[same.byVersion[at]] = {higher, at};
-      previous = &module;
-    }
+    RankVersions(same);
+  }
+}
+
+void ModuleIndex::RankVersions(SameId& same) {
+  std::stable_sort(same.carriers.begin(), same.carriers.end(),
+                   [](const Carrier& a, const Carrier& b) {
+                     return CompareVersionTexts(a.carried->version, b.carried->version) > 0;
+                   });
+  if (same.inOrder.size() < 2) {
+    return;
+  }
+  same.byVersion = same.inOrder;
+  std::sort(same.byVersion.begin(), same.byVersion.end(), [&](size_t a, size_t b) {
+    const int order = CompareVersionTexts(m_modules[a].version, m_modules[b].version);
+    return order != 0 ? order > 0 : a < b;
+  });
+  size_t higher = 0;
+  const Module* previous = nullptr;
+  for (size_t at = 0; at < same.byVersion.size(); ++at) {
+    const Module& module = m_modules[same.byVersion[at]];
+    higher += previous && CompareVersionTexts(previous->version, module.version) != 0 ? 1 : 0;
+    m_ranks[same.byVersion[at]] = {higher, at};
+    previous = &module;
   }
 }
 
@@ -114,32 +150,65 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
   if (!same) {
     return candidates;
   }
-  const auto isHighEnough = [&](size_t position) {
-    return requirement.version.empty() ||
-           CompareVersionTexts(m_modules[position].version, requirement.version) >= 0;
+  const auto isHighEnough = [&](const std::string& version) {
+    return requirement.version.empty() || CompareVersionTexts(version, requirement.version) >= 0;
   };
-  const auto end =
-      std::partition_point(same->ByVersion().begin(), same->ByVersion().end(), isHighEnough);
-  const long language = MatchesLanguage(requirement.language, user.language)
-                            ? user.language
-                            : requirement.language.value_or(0);
+  const long wanted = MatchesLanguage(requirement.language, user.language)
+                          ? user.language
+                          : requirement.language.value_or(0);
   const std::string platform = GetPlatform(user);
+  const auto add = [&](size_t position, long language, const ModuleSignature* carried) {
+    if (MatchesLanguage(requirement.language, language)) {
+      candidates.push_back({position, MatchPlatform(platform, GetPlatform(m_modules[position])),
+                            MatchLanguage(wanted, language), carried});
+    }
+  };
+  const auto end = std::partition_point(
+      same->ByVersion().begin(), same->ByVersion().end(),
+      [&](size_t position) { return isHighEnough(m_modules[position].version); });
   for (auto position = same->ByVersion().begin(); position != end; ++position) {
-    const Module& module = m_modules[*position];
-    if (MatchesLanguage(requirement.language, module.language)) {
-      candidates.push_back({*position, MatchPlatform(platform, GetPlatform(module)),
-                            MatchLanguage(language, module.language)});
+    add(*position, m_modules[*position].language, nullptr);
+  }
+  const auto carriersEnd = std::partition_point(
+      same->carriers.begin(), same->carriers.end(),
+      [&](const Carrier& carrier) { return isHighEnough(carrier.carried->version); });
+  for (auto carrier = same->carriers.begin(); carrier != carriersEnd; ++carrier) {
+    add(carrier->module, carrier->carried->language.value_or(0), carrier->carried);
+  }
+  // Within one platform and language, candidates are already in order.
+  std::stable_sort(candidates.begin(), candidates.end(),
+                   [](const Candidate& a, const Candidate& b) { return MeritOf(a) < MeritOf(b); });
+  if (carriersEnd != same->carriers.begin()) {
+    RemoveRepeated(candidates);
+  }
+  RemoveWrongPlatform(candidates);
+  return candidates;
+}
+
+std::vector<ExcludedModule> ModuleIndex::FindExcluded(size_t excluding,
+                                                      const Exclusion& exclusion) const {
+  std::vector<ExcludedModule> excluded;
+  const SameId* const same = exclusion.moduleId.empty() ? nullptr : Find(exclusion.moduleId);
+  if (!same) {
+    return excluded;
+  }
+  for (const size_t position : same->inOrder) {
+    const Module& module = m_modules[position];
+    if (position != excluding &&
+        Excludes(exclusion, module.moduleId, module.language, module.version)) {
+      excluded.push_back({position, nullptr});
     }
   }
-  std::sort(candidates.begin(), candidates.end(), [&](const Candidate& a, const Candidate& b) {
-    return std::tie(a.platform, a.language, m_ranks[a.module].modulesBefore) <
-           std::tie(b.platform, b.language, m_ranks[b.module].modulesBefore);
-  });
-  if (!candidates.empty() && candidates.front().platform != PlatformMatch::Wrong) {
-    const auto isWrong = [](const Candidate& one) { return one.platform == PlatformMatch::Wrong; };
-    candidates.erase(std::find_if(candidates.begin(), candidates.end(), isWrong), candidates.end());
+  for (const auto& [position, carried] : same->carriers) {
+    if (position != excluding &&
+        Excludes(exclusion, carried->moduleId, carried->language.value_or(0), carried->version)) {
+      excluded.push_back({position, carried});
+    }
   }
-  return candidates;
+  if (!same->carriers.empty()) {
+    RemoveRepeated(excluded);
+  }
+  return excluded;
 }
 
 Choice ModuleIndex::Choose(const Requirement& requirement, const Module& user) const {
@@ -155,13 +224,17 @@ std::string ModuleIndex::ExplainMissing(const Requirement& requirement) const {
   if (requirement.moduleId.empty()) {
     return "it names no module";
   }
-  const std::vector<size_t>& sameId = FindById(requirement.moduleId);
-  if (sameId.empty()) {
+  const SameId* const same = Find(requirement.moduleId);
+  if (!same) {
     return "no module has this ID";
   }
   const std::string language = std::to_string(requirement.language.value_or(0));
-  if (std::none_of(sameId.begin(), sameId.end(), [&](size_t position) {
-        return MatchesLanguage(requirement.language, m_modules[position].language);
+  if (std::none_of(same->inOrder.begin(), same->inOrder.end(),
+                   [&](size_t position) {
+                     return MatchesLanguage(requirement.language, m_modules[position].language);
+                   }) &&
+      std::none_of(same->carriers.begin(), same->carriers.end(), [&](const Carrier& carrier) {
+        return MatchesLanguage(requirement.language, carrier.carried->language.value_or(0));
       })) {
     return "no module of this ID is for " + language;
   }
@@ -169,14 +242,30 @@ std::string ModuleIndex::ExplainMissing(const Requirement& requirement) const {
          requirement.version;
 }
 
+std::string ModuleIndex::NameOf(const Candidate& candidate) const {
+  const std::string& name = GetNameInSentence(m_modules[candidate.module]);
+  return candidate.carried ? name + ", which carries " + FormatCarried(*candidate.carried) + ','
+                           : name;
+}
+
+std::string FormatCarried(const ModuleSignature& carried) {
+  return MakeModuleKey(carried.moduleId, carried.language.value_or(0)) + ' ' + carried.version;
+}
+
 std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement,
                           const std::vector<Candidate>& candidates, size_t chosen) {
-  if (candidates.size() == 1) {
-    return "the only candidate";
-  }
   const auto isChosen = [&](const Candidate& one) { return one.module == chosen; };
   const Candidate& choice = *std::find_if(candidates.begin(), candidates.end(), isChosen);
-  const std::string& version = set.Modules()[chosen].version;
+  std::vector<std::string> reasons;
+  if (choice.carried) {
+    reasons.push_back("carries " + FormatCarried(*choice.carried));
+  }
+  if (candidates.size() == 1) {
+    reasons.emplace_back("the only candidate");
+    return JoinTexts(reasons, ", ");
+  }
+  const std::string& version = set.VersionOf(choice);
+  bool isOwnIdRare = false;
   bool isPlatformRare = false;
   bool isLanguageRare = false;
   bool isHighest = true;
@@ -184,6 +273,10 @@ std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement
   size_t ofLanguage = 0;
   size_t equal = 0;
   for (const Candidate& one : candidates) {
+    isOwnIdRare = isOwnIdRare || (one.carried && !choice.carried);
+    if ((one.carried == nullptr) != (choice.carried == nullptr)) {
+      continue;
+    }
     isPlatformRare = isPlatformRare || one.platform > choice.platform;
     if (one.platform != choice.platform) {
       continue;
@@ -193,12 +286,14 @@ std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement
       continue;
     }
     ++ofLanguage;
-    const int order = CompareVersionTexts(version, set.Modules()[one.module].version);
+    const int order = CompareVersionTexts(version, set.VersionOf(one));
     isHighest = isHighest && order >= 0;
     sameVersion += order == 0 ? 1 : 0;
     equal += order == 0 && one.module >= chosen ? 1 : 0;
   }
-  std::vector<std::string> reasons;
+  if (isOwnIdRare && ofLanguage == 1) {
+    reasons.emplace_back("a module of its own");
+  }
   if (isPlatformRare) {
     reasons.push_back("for " + set.Modules()[chosen].platform);
   }

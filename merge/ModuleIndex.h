@@ -36,11 +36,18 @@ enum class LanguageMatch : std::uint8_t {
 /// unknown. A module whose template has no platform is for Intel.
 std::string GetPlatform(const Module& module);
 
-/// A module that satisfies a requirement.
+/// A module that satisfies a requirement, itself or because of a module that was merged into it.
 struct Candidate {
   size_t module;
   PlatformMatch platform;
-  LanguageMatch language;
+  LanguageMatch language;                    ///< of the module that has the required ID
+  const ModuleSignature* carried = nullptr;  ///< what satisfies it; null for the module itself
+};
+
+/// A module that an exclusion excludes.
+struct ExcludedModule {
+  size_t module;
+  const ModuleSignature* carried;  ///< what is excluded; null for the module itself
 };
 
 /// The rank of a module among those of its ID, by version.
@@ -73,7 +80,15 @@ class ModuleIndex {
   /// highest version and order. The wanted language is that of `user`, or that of the requirement
   /// if the two do not match. Modules of a wrong platform are returned only if no others satisfy
   /// it. No module, not even one without an ID, satisfies a requirement without an ID.
+  ///
+  /// Modules that carry a required one satisfy the requirement too. They follow all modules that
+  /// have the required ID themselves, in the same order, each once with the best that it carries.
   std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const;
+
+  /// Returns the modules that an exclusion of the module at `excluding` excludes, except that
+  /// module itself: those that have the excluded ID, then those that carry an excluded module, each
+  /// once. An exclusion without an ID excludes no module.
+  std::vector<ExcludedModule> FindExcluded(size_t excluding, const Exclusion& exclusion) const;
 
   /// Chooses the best of these modules, regardless of what else is merged.
   Choice Choose(const Requirement& requirement, const Module& user) const;
@@ -83,16 +98,31 @@ class ModuleIndex {
   /// Returns why no module satisfies a requirement that has no candidates.
   std::string ExplainMissing(const Requirement& requirement) const;
 
+  /// Returns how sentences name a candidate: "A:1033", or "A:1033, which carries B:1033 2.0,".
+  std::string NameOf(const Candidate& candidate) const;
+
+  /// Returns the version with which a candidate satisfies a requirement.
+  const std::string& VersionOf(const Candidate& candidate) const noexcept {
+    return candidate.carried ? candidate.carried->version : m_modules[candidate.module].version;
+  }
+
  private:
+  struct Carrier {
+    size_t module;
+    const ModuleSignature* carried;
+  };
+
   struct SameId {
     std::vector<size_t> inOrder;
     std::vector<size_t> byVersion;  ///< the highest first; empty for a single module
+    std::vector<Carrier> carriers;  ///< of the ID, the highest carried version first
 
     const std::vector<size_t>& ByVersion() const noexcept {
       return byVersion.empty() ? inOrder : byVersion;
     }
   };
 
+  void RankVersions(SameId& same);
   const SameId* Find(const std::string& moduleId) const;
   void AddByIdAndLanguage(const std::string& moduleId, const std::string& language,
                           std::vector<size_t>& positions) const;
@@ -101,6 +131,9 @@ class ModuleIndex {
   std::map<std::string, SameId> m_byId;
   std::vector<VersionRank> m_ranks;  ///< by position
 };
+
+/// Returns how sentences name a carried module: "B:1033 2.0".
+std::string FormatCarried(const ModuleSignature& carried);
 
 /// Returns why the module at `chosen` was chosen from the candidates of a requirement: "the highest
 /// version of 3, at least 1.9".

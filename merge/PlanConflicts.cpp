@@ -250,16 +250,23 @@ class ConflictFinder {
     return missing;
   }
 
-  /// Returns the row with which one module excludes another; null if it has none.
-  const Exclusion* FindExclusion(std::uint32_t excluding, std::uint32_t excluded) const {
-    const Module& module = ModuleAt(excluded);
+  /// Why one module excludes another.
+  struct ExclusionRow {
+    const Exclusion* row;
+    const ModuleSignature* carried;  ///< what is excluded; null for the excluded module itself
+  };
+
+  /// Returns the first row with which one module excludes another or a module that it carries.
+  std::optional<ExclusionRow> FindExclusion(std::uint32_t excluding, std::uint32_t excluded) const {
+    const size_t position = m_problem.Modules()[excluding].position;
     for (const Exclusion& row : ModuleAt(excluding).exclusions) {
-      if (!row.moduleId.empty() &&
-          Excludes(row, module.moduleId, module.language, module.version)) {
-        return &row;
+      for (const auto& [module, carried] : m_problem.Set().FindExcluded(position, row)) {
+        if (module == m_problem.Modules()[excluded].position) {
+          return ExclusionRow{&row, carried};
+        }
       }
     }
-    return nullptr;
+    return std::nullopt;
   }
 
   std::string ExplainObjection(const Numbers& modules) const {
@@ -268,9 +275,13 @@ class ConflictFinder {
     }
     for (const auto& [excluding, excluded] :
          {std::pair(modules.front(), modules.back()), {modules.back(), modules.front()}}) {
-      if (const Exclusion* const row = FindExclusion(excluding, excluded)) {
-        return NameOf(excluding) + " excludes " + FormatExcludedVersions(*row) + " of " +
-               NameOf(excluded) + ", which has version " + ModuleAt(excluded).version;
+      if (const auto found = FindExclusion(excluding, excluded)) {
+        const std::string text =
+            NameOf(excluding) + " excludes " + FormatExcludedVersions(*found->row) + " of ";
+        return found->carried
+                   ? text + FormatCarried(*found->carried) + ", which " + NameOf(excluded) +
+                         " carries"
+                   : text + NameOf(excluded) + ", which has version " + ModuleAt(excluded).version;
       }
     }
     std::vector<std::string> names;
@@ -374,7 +385,8 @@ class ConflictFinder {
       const std::uint32_t first = violation.modules.front();
       const std::uint32_t second = violation.modules.back();
       for (const auto& [excluding, excluded] : {std::pair(first, second), {second, first}}) {
-        if (lacking.empty() && !isWanted(excluded) && FindExclusion(excluding, excluded)) {
+        const auto found = FindExclusion(excluding, excluded);
+        if (lacking.empty() && !isWanted(excluded) && found && !found->carried) {
           lacking =
               ModuleAt(excluded).moduleId + " that " + NameOf(excluding) + " does not exclude";
         }

@@ -13,6 +13,7 @@ struct PlanCost {
     Missing,     ///< requirements that no module of the set satisfies
     Objections,  ///< combinations that must not be merged, and modules of the wrong platform
     Repeats,     ///< modules in addition to the first of each ID
+    Carriers,    ///< modules that are needed only for what they carry
     Platforms,   ///< requirements that a module of another platform satisfies
     Languages,   ///< how far a module is from the language of the one that needs it
     Versions,    ///< VersionRank::higherVersions of each module

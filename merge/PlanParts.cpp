@@ -42,6 +42,7 @@ std::vector<PlanParts::Part> PlanParts::Split(const Numbers& open) {
   Numbers modules;
   Numbers needs;
   Numbers ids;
+  Numbers shared;  // satisfied needs that modules of several IDs satisfy
   for (const std::uint32_t first : open) {
     if (m_needGroup[first] != kNone) {
       continue;
@@ -51,6 +52,13 @@ std::vector<PlanParts::Part> PlanParts::Split(const Numbers& open) {
       if (other != kNone) {
         groups.Join(group, other);
       }
+    };
+    const auto joinUsers = [&](std::uint32_t need) {
+      if (m_needGroup[need] == kNone) {
+        m_needGroup[need] = group;
+        shared.push_back(need);
+      }
+      join(m_needGroup[need]);
     };
     m_needGroup[first] = group;
     needs.push_back(first);
@@ -82,9 +90,18 @@ std::vector<PlanParts::Part> PlanParts::Split(const Numbers& open) {
             join(m_moduleGroup[other]);
           }
         });
+        m_state.CountSteps(m_state.CarriedNeeds(module).size());
+        for (const std::uint32_t need : m_state.CarriedNeeds(module)) {
+          if (m_state.IsServed(need)) {
+            joinUsers(need);
+          }
+        }
         for (const std::uint32_t need : node.needs) {
           m_state.CountSteps(1);
           if (m_state.IsServed(need)) {
+            if (m_state.Problem().Needs()[need].hasCarriers) {
+              joinUsers(need);
+            }
             continue;
           }
           if (m_needGroup[need] == kNone) {
@@ -119,6 +136,9 @@ std::vector<PlanParts::Part> PlanParts::Split(const Numbers& open) {
     m_moduleGroup[module] = kNone;
   }
   for (const std::uint32_t need : needs) {
+    m_needGroup[need] = kNone;
+  }
+  for (const std::uint32_t need : shared) {
     m_needGroup[need] = kNone;
   }
   for (const std::uint32_t id : ids) {
@@ -159,12 +179,17 @@ PlanParts::Numbers PlanParts::MakeKey(const Part& part) const {
     for (const std::uint32_t need : node.needs) {
       key.push_back(m_state.Server(need));
     }
+    for (const std::uint32_t need : m_state.CarriedNeeds(module)) {
+      key.push_back(m_state.Server(need));
+      key.push_back(m_state.Uses(need));
+    }
   }
   return key;
 }
 
 /// Fills in the lower bound for satisfying the open needs of a part: the cheapest candidate for
-/// each need, and the cheapest module of each ID that every answer contains.
+/// each need, and the cheapest module of each ID that every answer contains. A carrier, which can
+/// stand for modules of several IDs, counts only for its own.
 void PlanParts::FillBound(Part& part) {
   for (const std::uint32_t need : part.open) {
     PlanCost lowest = MakeHighestCost();
@@ -178,7 +203,8 @@ void PlanParts::FillBound(Part& part) {
   for (const PlanState::Certain& certain : m_state.FindCertain(part.open)) {
     PlanCost lowest = MakeHighestCost();
     for (const std::uint32_t module : certain.candidates) {
-      Lower(lowest, m_state.BoundCost(module));
+      const bool isCarrier = m_state.Problem().Modules()[module].id != certain.id;
+      Lower(lowest, isCarrier ? PlanCost{} : m_state.BoundCost(module));
     }
     part.bound += lowest;
     part.bounds.emplace(certain.id, lowest);

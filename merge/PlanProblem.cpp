@@ -44,6 +44,7 @@ PlanProblem::PlanProblem(const ModuleIndex& set, const std::vector<size_t>& want
   ExpandForced();
   if (extent == Extent::AnySubset || m_hasChoice) {
     ExpandAll();
+    FindOnlyCarriers(wanted);
     AddExclusions();
     AddCosts();
   }
@@ -87,8 +88,10 @@ std::uint32_t PlanProblem::AddNeed(const Module& user, const Requirement& requir
     Need need;
     need.id = key.id;
     for (const Candidate& candidate : m_set.FindCandidates(requirement, user)) {
+      const bool isCarrier = candidate.carried != nullptr;
       need.candidates.push_back(
-          {AddModule(candidate.module), candidate.platform, candidate.language});
+          {AddModule(candidate.module), candidate.platform, candidate.language, isCarrier});
+      need.hasCarriers = need.hasCarriers || isCarrier;
     }
     m_needs.push_back(std::move(need));
     m_lastUser.push_back(kNone);
@@ -171,17 +174,41 @@ void PlanProblem::ExpandAll() {
   }
 }
 
-void PlanProblem::AddExclusions() {
-  for (std::uint32_t number = 0; number < m_modules.size(); ++number) {
-    for (const Exclusion& exclusion : m_set.Modules()[m_modules[number].position].exclusions) {
-      if (exclusion.moduleId.empty()) {
+/// Determines Node::isOnlyCarrier.
+void PlanProblem::FindOnlyCarriers(const std::vector<size_t>& wanted) {
+  std::vector<std::uint32_t> reached;
+  const auto reach = [&](std::uint32_t module) {
+    if (m_modules[module].isOnlyCarrier) {
+      m_modules[module].isOnlyCarrier = false;
+      reached.push_back(module);
+    }
+  };
+  for (const size_t position : wanted) {
+    reach(m_numbers[position]);
+  }
+  std::vector<bool> isSeen(m_needs.size());
+  for (size_t next = 0; next < reached.size(); ++next) {
+    for (const std::uint32_t need : m_modules[reached[next]].needs) {
+      if (isSeen[need]) {
         continue;
       }
-      for (const size_t position : m_set.FindById(exclusion.moduleId)) {
-        const std::uint32_t other = m_numbers[position];
-        const Module& module = m_set.Modules()[position];
-        if (other != kNone && other != number &&
-            Excludes(exclusion, module.moduleId, module.language, module.version)) {
+      isSeen[need] = true;
+      for (const Option& candidate : m_needs[need].candidates) {
+        if (!candidate.isCarrier) {
+          reach(candidate.module);
+        }
+      }
+    }
+  }
+}
+
+void PlanProblem::AddExclusions() {
+  for (std::uint32_t number = 0; number < m_modules.size(); ++number) {
+    const size_t position = m_modules[number].position;
+    for (const Exclusion& exclusion : m_set.Modules()[position].exclusions) {
+      for (const ExcludedModule& excluded : m_set.FindExcluded(position, exclusion)) {
+        const std::uint32_t other = m_numbers[excluded.module];
+        if (other != kNone) {
           m_modules[number].excludedWith.push_back(other);
           m_modules[other].excludedWith.push_back(number);
         }
@@ -198,6 +225,7 @@ void PlanProblem::AddExclusions() {
 void PlanProblem::AddCosts() {
   for (Node& node : m_modules) {
     const VersionRank rank = m_set.RankOf(node.position);
+    node.cost[PlanCost::Carriers] = node.isOnlyCarrier ? 1 : 0;
     node.cost[PlanCost::Versions] = static_cast<std::int64_t>(rank.higherVersions);
     node.cost[PlanCost::Order] = static_cast<std::int64_t>(rank.modulesBefore);
   }

@@ -27,11 +27,18 @@ class PlanProblem {
     std::uint32_t module;
     PlatformMatch platform;
     LanguageMatch language;
+    bool isCarrier;  ///< the module carries the one that satisfies the need
 
-    /// Returns what it costs to take the module for this need.
+    /// Returns what it costs to take the module for this need. What a module carries is part of
+    /// every plan with the module, so its platform and language are no choice. A carrier costs
+    /// nothing that would outweigh another module, so no module is added to a plan in its place.
     PlanCost Cost() const noexcept {
       PlanCost cost;
       cost[PlanCost::Objections] = platform == PlatformMatch::Wrong ? 1 : 0;
+      if (isCarrier) {
+        cost[PlanCost::Order] = 1;
+        return cost;
+      }
       cost[PlanCost::Platforms] = platform == PlatformMatch::Other ? 1 : 0;
       cost[PlanCost::Languages] = static_cast<std::int64_t>(language);
       return cost;
@@ -40,7 +47,8 @@ class PlanProblem {
 
   struct Need {
     std::uint32_t id = 0;
-    std::vector<Option> candidates;  ///< best first
+    std::vector<Option> candidates;  ///< best first; carriers last
+    bool hasCarriers = false;        ///< not all candidates have the ID
   };
 
   struct Node {
@@ -50,7 +58,10 @@ class PlanProblem {
     std::vector<std::uint32_t> rowNeeds;      ///< need of each requirement; kNone if met within
     std::vector<std::uint32_t> needs;         ///< the same, each once, if it has candidates
     std::vector<std::uint32_t> excludedWith;  ///< modules that it excludes or that exclude it
-    PlanCost cost;                            ///< of the module, regardless of what else is planned
+    /// Set if no wanted module leads to it by requirements of its own ID. Such a module can be
+    /// planned, but only for what it carries.
+    bool isOnlyCarrier = true;
+    PlanCost cost;  ///< of the module, regardless of what else is planned
   };
 
   enum class Extent {
@@ -95,6 +106,7 @@ class PlanProblem {
   void Expand(std::uint32_t number);
   void ExpandForced();
   void ExpandAll();
+  void FindOnlyCarriers(const std::vector<size_t>& wanted);
   void AddExclusions();
   void AddCosts();
 

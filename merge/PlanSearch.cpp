@@ -27,13 +27,64 @@ PlanSearch::Result PlanSearch::Solve(const Numbers& wanted) {
   }
   m_state.Propagate(open, answer);
   if (!open.empty()) {
-    const Answer rest = Minimize(open);
+    const Answer rest = MinimizeCarriers(open);
     answer.cost += rest.cost;
     answer.modules.insert(answer.modules.end(), rest.modules.begin(), rest.modules.end());
   }
   m_state.UndoTo(0);
   std::sort(answer.modules.begin(), answer.modules.end());
   return {std::move(answer.modules), answer.cost, !m_isExhausted};
+}
+
+/// Solves the parts of a problem, at first without modules that are needed only for what they
+/// carry. They rarely improve a plan, and one of them can connect any number of parts, so a single
+/// search would take long to show that none does.
+PlanSearch::Answer PlanSearch::MinimizeCarriers(const Numbers& open) {
+  const size_t mark = m_state.Mark();
+  const auto& modules = m_state.Problem().Modules();
+  for (std::uint32_t module = 0; module < modules.size(); ++module) {
+    if (modules[module].isOnlyCarrier && !m_state.IsSelected(module)) {
+      m_state.Ban(module);
+    }
+  }
+  if (m_state.Mark() == mark) {
+    return Minimize(open, MakeHighestCost());
+  }
+  Answer best;
+  Numbers rest = open;
+  const bool isPossible = m_state.Propagate(rest, best);
+  if (isPossible && !rest.empty()) {
+    const Answer others = Minimize(rest, MakeHighestCost());
+    best.cost += others.cost;
+    best.modules.insert(best.modules.end(), others.modules.begin(), others.modules.end());
+  }
+  m_state.UndoTo(mark);
+  if (!isPossible || !(best.cost < MakeHighestCost())) {
+    best = m_state.Complete(open);
+  } else if (!MayImprove(best.cost, open)) {
+    return best;
+  }
+  if (!m_isExhausted) {
+    Answer other = Minimize(open, best.cost);
+    if (other.cost < best.cost) {
+      return other;
+    }
+  }
+  return best;
+}
+
+/// Returns whether an answer with a module that is needed only for what it carries can cost less
+/// than the best one without.
+bool PlanSearch::MayImprove(const PlanCost& best, const Numbers& open) {
+  PlanCost bound;
+  bound[PlanCost::Carriers] = 1;
+  if (!(bound < best)) {
+    return false;
+  }
+  for (const Part& part : m_parts.Split(open)) {
+    bound += part.bound;
+  }
+  return bound < best;
 }
 
 /// Bans the modules of a part that no answer below the limit can contain. Returns whether there are
@@ -53,10 +104,11 @@ bool PlanSearch::BanUseless(const Part& part, const PlanCost& limit) {
   return m_state.Mark() > mark;
 }
 
-/// Solves the parts of a problem, each by trying the candidates of one of its needs.
-PlanSearch::Answer PlanSearch::Minimize(const Numbers& open) {
+/// Solves the parts of a problem, each by trying the candidates of one of its needs. The answer is
+/// the cheapest one if it costs less than `highest`; otherwise it costs at least that.
+PlanSearch::Answer PlanSearch::Minimize(const Numbers& open, const PlanCost& highest) {
   Frame root;
-  root.limit = MakeHighestCost();
+  root.limit = highest;
   root.best.cost = root.limit;
   root.isRunning = true;
   root.mark = m_state.Mark();

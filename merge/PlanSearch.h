@@ -88,7 +88,9 @@ class PlanSearch {
   };
 
   bool BanUseless(const Part& part, const PlanCost& limit);
-  Answer Minimize(const Numbers& open);
+  Answer MinimizeCarriers(const Numbers& open);
+  bool MayImprove(const PlanCost& best, const Numbers& open);
+  Answer Minimize(const Numbers& open, const PlanCost& highest);
   Entry Enter(Part part, const PlanCost& limit, Answer& answer);
   bool StartNextChoice(Frame& frame);
   void StartParts(Frame& frame, const Numbers& open);

@@ -19,6 +19,7 @@ PlanState::PlanState(const PlanProblem& problem) : m_problem(problem) {
   const size_t modules = problem.Modules().size();
   const size_t needs = problem.Needs().size();
   m_services.resize(modules);
+  m_carriedNeeds.resize(modules);
   m_combinationsOf.resize(modules);
   for (const PlanProblem::Node& node : problem.Modules()) {
     m_costs.push_back(node.cost);
@@ -28,6 +29,9 @@ PlanState::PlanState(const PlanProblem& problem) : m_problem(problem) {
     const auto& candidates = problem.Needs()[need].candidates;
     for (std::uint32_t rank = 0; rank < candidates.size(); ++rank) {
       m_services[candidates[rank].module].push_back({need, rank});
+      if (problem.Needs()[need].hasCarriers) {
+        m_carriedNeeds[candidates[rank].module].push_back(need);
+      }
     }
   }
   m_isSelected.assign(modules, 0);
@@ -126,11 +130,13 @@ PlanCost PlanState::BoundCost(std::uint32_t module) const {
   std::uint32_t served = 0;
   for (const auto& [need, rank] : m_services[module]) {
     if (IsOpen(need)) {
-      ++served;
+      served += m_problem.Needs()[need].hasCarriers ? 0 : 1;
     } else if (m_uses[need] > 0 && rank < m_server[need]) {
       const auto& candidates = m_problem.Needs()[need].candidates;
-      cost.Add(candidates[rank].Cost(), m_uses[need]);
-      cost.Add(candidates[m_server[need]].Cost(), -std::int64_t{m_uses[need]});
+      const PlanCost change = candidates[rank].Cost() - candidates[m_server[need]].Cost();
+      if (change < PlanCost{}) {
+        cost.Add(change, m_uses[need]);
+      }
     }
   }
   if (served < m_openOfId[m_problem.Modules()[module].id]) {
@@ -165,7 +171,7 @@ void PlanState::Select(std::uint32_t module, Numbers& open, Answer& answer) {
     answer.cost.Add(candidates[rank].Cost(), m_uses[need]);
     if (m_server[need] != kNone) {
       answer.cost.Add(candidates[m_server[need]].Cost(), -std::int64_t{m_uses[need]});
-    } else if (m_uses[need] > 0) {
+    } else if (m_uses[need] > 0 && !m_problem.Needs()[need].hasCarriers) {
       Set(m_openOfId, node.id, m_openOfId[node.id] - 1);
     }
     Set(m_server, need, rank);
@@ -175,7 +181,7 @@ void PlanState::Select(std::uint32_t module, Numbers& open, Answer& answer) {
       answer.cost += m_problem.Needs()[need].candidates[m_server[need]].Cost();
     } else if (m_uses[need] == 0) {
       const std::uint32_t id = m_problem.Needs()[need].id;
-      Set(m_openOfId, id, m_openOfId[id] + 1);
+      Set(m_openOfId, id, m_openOfId[id] + (m_problem.Needs()[need].hasCarriers ? 0 : 1));
       open.push_back(need);
     }
     Set(m_uses, need, m_uses[need] + 1);

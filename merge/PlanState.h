@@ -71,12 +71,15 @@ class PlanState {
     }
   }
 
+  /// The needs with carriers among their candidates that a module satisfies.
+  const Numbers& CarriedNeeds(std::uint32_t module) const { return m_carriedNeeds[module]; }
+
   /// Returns what a module adds to the cost of the selected ones.
   PlanCost CostOf(std::uint32_t module) const;
 
   /// Returns a lower bound for what a module adds to any answer that contains it: its cost now,
   /// minus its improvement of needs that are already satisfied, plus a second module of its ID if
-  /// it does not satisfy all open needs of that ID.
+  /// it does not satisfy all open needs of that ID, which no carrier satisfies either.
   PlanCost BoundCost(std::uint32_t module) const;
 
   /// The same, plus what the module costs for the open needs that it satisfies.
@@ -144,6 +147,7 @@ class PlanState {
   std::uint64_t m_steps = 0;
 
   std::vector<std::vector<Service>> m_services;  ///< by module: the needs that it satisfies
+  std::vector<Numbers> m_carriedNeeds;           ///< by module
   std::vector<PlanCost> m_costs;                 ///< by module, regardless of what else is planned
   std::vector<Numbers> m_pairs;           ///< by module: those that must not be merged with it
   std::vector<Numbers> m_combinations;    ///< of three or more modules, sorted
@@ -151,9 +155,9 @@ class PlanState {
 
   Numbers m_isSelected;  ///< by module
   Numbers m_isBanned;
-  Numbers m_uses;    ///< by need: number of selected modules that have it
-  Numbers m_server;  ///< by need: best rank of a selected candidate
-  Numbers m_openOfId;
+  Numbers m_uses;      ///< by need: number of selected modules that have it
+  Numbers m_server;    ///< by need: best rank of a selected candidate
+  Numbers m_openOfId;  ///< by ID: number of open needs without carriers
   Numbers m_selectedOfId;
   std::vector<Undo> m_trail;
 };

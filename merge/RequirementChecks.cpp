@@ -17,6 +17,14 @@ std::string FormatSubject(const std::string& module, const std::string& carriedF
   return module + (carriedFrom.empty() ? " " : " carries " + carriedFrom + ", which ") + verb + ' ';
 }
 
+/// Returns the end of a sentence about an excluded module, before its version.
+std::string FormatExcluded(const ExcludedModule& excluded, const std::string& name) {
+  return excluded.carried
+             ? MakeModuleKey(excluded.carried->moduleId, excluded.carried->language.value_or(0)) +
+                   ", which " + name + " carries in version "
+             : name + ", which has version ";
+}
+
 class RequirementCheck {
  public:
   RequirementCheck(const CheckedModules& modules, FindingList& findings)
@@ -36,17 +44,16 @@ class RequirementCheck {
  private:
   /// The module that satisfies a requirement, or the reason why no module does.
   struct Found {
-    std::optional<size_t> module;
-    PlatformMatch platform = PlatformMatch::Same;
-    std::string reason;
+    std::optional<Candidate> best;
+    std::string reason = {};
   };
 
   void Check(size_t position, const Requirement& requirement) {
     const Found& found = Find(requirement, m_modules.At(position));
-    if (found.module) {
-      m_needed[position].push_back(*found.module);
-      if (found.platform != PlatformMatch::Same && m_findings.Admit(kPlatformConflict)) {
-        AddPlatformConflict(position, requirement, found);
+    if (found.best) {
+      m_needed[position].push_back(found.best->module);
+      if (found.best->platform != PlatformMatch::Same && m_findings.Admit(kPlatformConflict)) {
+        AddPlatformConflict(position, requirement, *found.best);
       }
     } else if (m_findings.Admit(kMissingDependency)) {
       m_findings
@@ -74,21 +81,22 @@ class RequirementCheck {
   Found Search(const Requirement& requirement, const Module& user) const {
     const std::vector<Candidate> candidates = m_modules.Set().FindCandidates(requirement, user);
     if (candidates.empty()) {
-      return {std::nullopt, PlatformMatch::Same, m_modules.Set().ExplainMissing(requirement)};
+      return {std::nullopt, m_modules.Set().ExplainMissing(requirement)};
     }
     const auto isThere = [&](const Candidate& one) {
       return !m_modules.IsMerge() || m_modules.IsInScope(one.module);
     };
     const auto best = std::find_if(candidates.begin(), candidates.end(), isThere);
     if (best == candidates.end()) {
-      return {std::nullopt, PlatformMatch::Same,
-              m_findings.NameOf(candidates.front().module) + " would do, but is not merged"};
+      return {std::nullopt,
+              m_modules.Set().NameOf(candidates.front()) + " would do, but is not merged"};
     }
-    return {best->module, best->platform, {}};
+    return {*best};
   }
 
-  void AddPlatformConflict(size_t position, const Requirement& requirement, const Found& found) {
-    const size_t chosen = *found.module;
+  void AddPlatformConflict(size_t position, const Requirement& requirement,
+                           const Candidate& found) {
+    const size_t chosen = found.module;
     const auto nameOf = [&](size_t module) {
       const std::string& platform = m_modules.At(module).platform;
       return platform.empty() ? std::string("Intel") : platform;
@@ -97,7 +105,7 @@ class RequirementCheck {
         kPlatformConflict, {position, chosen},
         FormatSubject(m_findings.NameOf(position), requirement.carriedFrom, "needs") +
             FormatRequirement(requirement) + ", but is for " + nameOf(position) + " while " +
-            m_findings.NameOf(chosen) + " is for " + nameOf(chosen));
+            m_modules.Set().NameOf(found) + " is for " + nameOf(chosen));
     finding.required = requirement;
     finding.values = {{position, "Platform", nameOf(position)},
                       {chosen, "Platform", nameOf(chosen)}};
@@ -177,16 +185,18 @@ void CheckExclusions(const CheckedModules& modules, FindingList& findings) {
         findings.EndSearch(kExclusion);
         return;
       }
-      for (const size_t other : FindExcludedModules(modules.Set(), position, exclusion)) {
+      for (const ExcludedModule& excluded : modules.Set().FindExcluded(position, exclusion)) {
+        const size_t other = excluded.module;
         if (!modules.IsInScope(other) || !findings.Admit(kExclusion)) {
           continue;
         }
-        const std::string& version = modules.At(other).version;
+        const std::string& version =
+            excluded.carried ? excluded.carried->version : modules.At(other).version;
         Finding& finding = findings.Add(
             kExclusion, {position, other},
             FormatSubject(findings.NameOf(position), exclusion.carriedFrom, "excludes") +
-                FormatExcludedVersions(exclusion) + " of " + findings.NameOf(other) +
-                ", which has version " + QuoteShort(version));
+                FormatExcludedVersions(exclusion) + " of " +
+                FormatExcluded(excluded, findings.NameOf(other)) + QuoteShort(version));
         finding.versions = {version};
         if (!modules.IsMerge() && modules.AreAlternatives(position, other)) {
           LimitSeverity(finding, Severity::Note);

@@ -73,12 +73,44 @@ TEST(FindingsTest, RowsOfCarriedModulesCountInTheirName) {
                   "every version of Other:1033, which has version \"1.0\"",
                   "missing-dependency Host:1033 | Host:1033 carries Part:0, which needs Gone: "
                   "no module has this ID",
-                  "missing-dependency Host:1033 | Host:1033 needs Part, at least 3.0: no "
-                  "module has this ID"));
+                  "missing-dependency Host:1033 | Host:1033 needs Part, at least 3.0: every "
+                  "version is lower than 3.0"));
   const std::vector<merge::Module> modules{host, Module("Part", "1.0", 0)};
   const merge::ModuleIndex set(modules);
   EXPECT_EQ(1u, merge::PlanMerge(set, {0}).modules.size());
   EXPECT_TRUE(merge::ModuleUsers(set).Find({1}).empty());
+}
+
+TEST(FindingsTest, CarriedModulesCountForTheOtherModulesOfAMerge) {
+  merge::Module carrier = Module("A");
+  carrier.carried = {{"B", 1033, "2.0"}};
+  merge::Module excluding = Module("C");
+  excluding.exclusions = {{"b", 0, "2.0", "2.0"}};
+  merge::Module tolerant = Module("C");
+  tolerant.exclusions = {{"B", 0, "2.1", ""}, {"B", -1033, "", ""}};
+  const struct {
+    const char* name;
+    merge::Module other;
+    std::vector<std::string> findings;
+  } cases[] = {
+      {"a requirement", Module("C", "1.0", 1033, {{"b", 1033, "1.5"}}), {}},
+      {"a requirement of a higher version",
+       Module("C", "1.0", 1033, {{"B", 0, "2.1"}}),
+       {"missing-dependency C:1033 | C:1033 needs B, at least 2.1: every version is lower than "
+        "2.1"}},
+      {"a requirement of another language",
+       Module("C", "1.0", 1033, {{"B", 1031, ""}}),
+       {"missing-dependency C:1033 | C:1033 needs B:1031: no module of this ID is for 1031"}},
+      {"an exclusion",
+       excluding,
+       {"exclusion C:1033 A:1033 | C:1033 excludes versions from 2.0 to 2.0 of B:1033, which "
+        "A:1033 carries in version \"2.0\""}},
+      {"exclusions of another version and language", tolerant, {}},
+  };
+  for (const auto& [name, other, findings] : cases) {
+    SCOPED_TRACE(name);
+    EXPECT_EQ(findings, FindingsOf({carrier, other}));
+  }
 }
 
 TEST(FindingsTest, AFileThatChangedIsNotThereOrCannotBeReadIsReported) {

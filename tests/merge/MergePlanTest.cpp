@@ -103,6 +103,10 @@ TEST(MergePlanTest, APlanSatisfiesAllRequirementsWithTheModulesThatFitBest) {
     module.exclusions.push_back({id, std::nullopt, minVersion, ""});
     return module;
   };
+  const auto carrying = [](merge::Module module, merge::ModuleSignature carried) {
+    module.carried.push_back(std::move(carried));
+    return module;
+  };
   const auto onPlatform = [](merge::Module module, const char* platform) {
     module.platform = platform;
     return module;
@@ -141,6 +145,23 @@ TEST(MergePlanTest, APlanSatisfiesAllRequirementsWithTheModulesThatFitBest) {
        {onPlatform(Module("P", "1", 0, {{"B", 0, ""}}), "Intel"),
         onPlatform(Module("B", "2", 0), "x64"), onPlatform(Module("B", "1", 0), "Intel")},
        "B:0 1 the only candidate\n"},
+      {"a planned module that carries a lower version than there is",
+       {Module("P", "1", 0, {{"A", 0, ""}, {"C", 0, ""}}),
+        carrying(Module("A", "1", 0), {"B", 0, "2"}), Module("B", "3", 0),
+        Module("C", "1", 0, {{"B", 0, "1.5"}})},
+       "A:0 1 the only candidate\nC:0 1 the only candidate\n"},
+      {"a carrier that is needed for nothing else",
+       {Module("P", "1", 0, {{"B", 0, "2"}}), Module("B", "1", 0),
+        carrying(Module("A", "1", 0), {"B", 0, "2"})},
+       "A:0 1 carries B:0 2, the only candidate\n"},
+      {"a module rather than one that carries it in a higher version",
+       {Module("P", "1", 0, {{"B", 0, ""}}), Module("B", "1", 1031, {{"D", 0, ""}}), Module("D"),
+        carrying(Module("A", "1", 0), {"B", 0, "2"})},
+       "D:1033 1.0 the only candidate\nB:1031 1 a module of its own\n"},
+      {"a carrier rather than an excluded module",
+       {excluding(Module("P", "1", 0, {{"B", 0, ""}}), "B", "2"), Module("B", "2", 0),
+        carrying(Module("A", "1", 0), {"B", 0, "1"}), carrying(Module("E", "1", 0), {"B", 0, "3"})},
+       "A:0 1 carries B:0 1, rather than B:0 2, which cannot be merged with P:0\n"},
   };
   for (const auto& [name, modules, expected] : cases) {
     SCOPED_TRACE(name);
@@ -265,7 +286,14 @@ std::vector<LargeSet> MakeLargeSets() {
   for (size_t version = 1; version <= kCount; ++version) {
     versions.modules.push_back(Module("B", std::to_string(version), 0));
   }
-  return {std::move(mutual), std::move(needy), std::move(versions)};
+  LargeSet carried = needy;
+  carried.what = "requirements that a carrier satisfies as well";
+  carried.candidates += kNeeds;
+  carried.modules.push_back(Module("Carrier", "1", 0));
+  for (size_t i = 0; i < kNeeds; ++i) {
+    carried.modules.back().carried.push_back({"B" + std::to_string(i), 0, "3"});
+  }
+  return {std::move(mutual), std::move(needy), std::move(versions), std::move(carried)};
 }
 
 TEST(MergePlanTest, LargeSetsTakeAFewStepsForEachCandidate) {

@@ -15,6 +15,11 @@ merge::Module Excluding(merge::Module module, std::vector<merge::Exclusion> excl
   return module;
 }
 
+merge::Module Carrying(merge::Module module, std::vector<merge::ModuleSignature> carried) {
+  module.carried = std::move(carried);
+  return module;
+}
+
 /// Returns a conflict as text: what it is, its chains and its fixes, one a line.
 std::string Describe(const std::vector<merge::Module>& modules,
                      const merge::PlanConflict& conflict) {
@@ -63,6 +68,13 @@ TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
         "fix: without P:0 the rest can be merged\n"
         "fix: without Q:0 the rest can be merged\n"
         "fix: a module Y that Q:0 does not exclude is missing\n"}},
+      {"an exclusion of a carried module",
+       {Module("P", "1", 0, {{"A", 0, ""}}), Carrying(Module("A", "1", 0), {{"B", 0, "2"}}),
+        Excluding(Module("Q", "1", 0), {{"B", 0, "", ""}})},
+       {0, 2},
+       {"Q:0 excludes every version of B:0 2, which A:0 carries\nQ\nP -> A\n"
+        "fix: without P:0 the rest can be merged\n"
+        "fix: without Q:0 the rest can be merged\n"}},
       {"two independent conflicts",
        {Module("P", "1", 0, {{"Y", 1031, "2"}, {"Gone", 0, ""}}), Module("Y", "1", 0)},
        {0},

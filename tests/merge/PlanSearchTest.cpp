@@ -34,6 +34,10 @@ struct RandomSet {
                                        below(2) == 0 ? std::to_string(1 + below(3)) : ""});
       }
       if (below(3) == 0) {
+        module.carried.push_back(
+            {ids[below(4)], languages[below(4)], std::to_string(1 + below(3))});
+      }
+      if (below(3) == 0) {
         const std::string lowest = below(2) == 0 ? "2" : "";
         module.exclusions.push_back(
             {ids[below(4)], std::nullopt, lowest, lowest.empty() ? "2" : ""});
@@ -58,7 +62,31 @@ struct RandomSet {
   }
 };
 
-using Cost = std::array<long, 8>;
+using Cost = std::array<long, 9>;
+
+/// Returns by position whether requirements lead from a wanted module to a module by its own ID.
+std::vector<bool> FindLedTo(const RandomSet& set, const merge::ModuleIndex& index) {
+  std::vector<bool> isLedTo(set.modules.size());
+  std::vector<size_t> queue = set.wanted;
+  for (size_t next = 0; next < queue.size(); ++next) {
+    const merge::Module& module = set.modules[queue[next]];
+    if (isLedTo[queue[next]]) {
+      continue;
+    }
+    isLedTo[queue[next]] = true;
+    for (const merge::Requirement& requirement : module.requirements) {
+      if (merge::IsMetWithin(module, requirement)) {
+        continue;
+      }
+      for (const merge::Candidate& candidate : index.FindCandidates(requirement, module)) {
+        if (!candidate.carried) {
+          queue.push_back(candidate.module);
+        }
+      }
+    }
+  }
+  return isLedTo;
+}
 
 /// Returns what a plan costs by the goals that PlanMerge documents; std::nullopt if it lacks a
 /// module that the set has.
@@ -67,6 +95,7 @@ std::optional<Cost> CostOf(const RandomSet& set, const merge::ModuleIndex& index
   Cost cost{};
   const auto& modules = set.modules;
   std::vector<std::vector<size_t>> objections = set.objections;
+  const std::vector<bool> isLedTo = FindLedTo(set, index);
   for (size_t i = 0; i < modules.size(); ++i) {
     if (!plan[i]) {
       continue;
@@ -90,30 +119,40 @@ std::optional<Cost> CostOf(const RandomSet& set, const merge::ModuleIndex& index
         return std::nullopt;
       }
       cost[1] += taken->platform == merge::PlatformMatch::Wrong ? 1 : 0;
-      cost[3] += taken->platform == merge::PlatformMatch::Other ? 1 : 0;
-      cost[4] += static_cast<long>(taken->language);
+      if (taken->carried) {
+        ++cost[8];
+      } else {
+        cost[4] += taken->platform == merge::PlatformMatch::Other ? 1 : 0;
+        cost[5] += static_cast<long>(taken->language);
+      }
     }
+    cost[3] += isLedTo[i] ? 0 : 1;
     std::vector<std::string> higher;
     bool isFirst = true;
     for (size_t j = 0; j < modules.size(); ++j) {
       const bool isSameId = modules[i].moduleId == modules[j].moduleId;
       const bool isHigher = isSameId && modules[j].version > modules[i].version;
       isFirst = isFirst && !(isSameId && j < i && plan[j]);
-      cost[7] +=
+      cost[8] +=
           isHigher || (isSameId && j < i && modules[j].version == modules[i].version) ? 1 : 0;
       if (isHigher && std::find(higher.begin(), higher.end(), modules[j].version) == higher.end()) {
         higher.push_back(modules[j].version);
       }
       for (const merge::Exclusion& row : modules[i].exclusions) {
+        const auto excludes = [&](const merge::ModuleSignature& one) {
+          return merge::Excludes(row, one.moduleId, *one.language, one.version);
+        };
+        const std::vector<merge::ModuleSignature>& carried = modules[j].carried;
         if (i != j && plan[j] &&
-            merge::Excludes(row, modules[j].moduleId, modules[j].language, modules[j].version)) {
+            (excludes({modules[j].moduleId, modules[j].language, modules[j].version}) ||
+             std::any_of(carried.begin(), carried.end(), excludes))) {
           objections.push_back({std::min(i, j), std::max(i, j)});
         }
       }
     }
     cost[2] += isFirst ? 0 : 1;
-    cost[5] += static_cast<long>(higher.size());
-    ++cost[6];
+    cost[6] += static_cast<long>(higher.size());
+    ++cost[7];
   }
   std::sort(objections.begin(), objections.end());
   objections.erase(std::unique(objections.begin(), objections.end()), objections.end());
