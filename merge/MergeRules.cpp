@@ -96,13 +96,19 @@ bool Satisfies(const Requirement& requirement, const std::string& moduleId, long
          MatchesLanguage(requirement.language, language) && IsAtLeast(version, requirement.version);
 }
 
+bool ExcludesLanguage(const Exclusion& exclusion, long language) {
+  const long wanted = exclusion.language.value_or(kEveryLanguage);
+  return wanted < 0 ? !MatchesLanguage(-wanted, language) : MatchesLanguage(wanted, language);
+}
+
+bool ExcludesVersion(const Exclusion& exclusion, const std::string& version) {
+  return IsAtLeast(version, exclusion.minVersion) && IsAtMost(version, exclusion.maxVersion);
+}
+
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version) {
-  const long wanted = exclusion.language.value_or(kEveryLanguage);
-  const bool languageHits =
-      wanted < 0 ? !MatchesLanguage(-wanted, language) : MatchesLanguage(wanted, language);
-  return languageHits && IsSameId(exclusion.moduleId, moduleId) &&
-         IsAtLeast(version, exclusion.minVersion) && IsAtMost(version, exclusion.maxVersion);
+  return ExcludesLanguage(exclusion, language) && IsSameId(exclusion.moduleId, moduleId) &&
+         ExcludesVersion(exclusion, version);
 }
 
 std::string FormatExcludedVersions(const Exclusion& exclusion) {

@@ -53,6 +53,10 @@ struct Exclusion {
 /// Returns the versions that an exclusion excludes as text: "every version", "versions from 1.0".
 std::string FormatExcludedVersions(const Exclusion& exclusion);
 
+/// Returns whether an exclusion concerns a language, or a version.
+bool ExcludesLanguage(const Exclusion& exclusion, long language);
+bool ExcludesVersion(const Exclusion& exclusion, const std::string& version);
+
 /// Returns whether an exclusion excludes a module. Ignores the case of the ID.
 bool Excludes(const Exclusion& exclusion, const std::string& moduleId, long language,
               const std::string& version);

@@ -7,6 +7,7 @@
 
 #include "merge/JoinTexts.h"
 #include "merge/PlanSolver.h"
+#include "merge/PossibleModule.h"
 #include "text/Fold.h"
 
 namespace qm::merge {
@@ -41,13 +42,13 @@ class ConflictFinder {
 
   std::vector<PlanConflict> Find() {
     std::vector<PlanConflict> conflicts;
-    Numbers plan = Solve(m_wanted).modules;
+    PlanSearch::Result planned = Solve(m_wanted);
     while (conflicts.size() < kMaxPlanConflicts && (conflicts.empty() || MaySolve())) {
-      std::optional<Violation> violation = FindViolation(plan);
+      std::optional<Violation> violation = FindViolation(planned.modules);
       if (!violation) {
         break;
       }
-      const auto [wanted, isComplete] = Minimize(plan, *violation);
+      const auto [wanted, isComplete] = Minimize(planned.modules, *violation);
       PlanSearch::Result result = Solve(wanted);
       Numbers smallest = std::move(result.modules);
       std::optional<Violation> first = FindViolation(smallest);
@@ -55,15 +56,21 @@ class ConflictFinder {
       if (first) {
         violation = std::move(first);
       } else {  // only if the search ended at its bound
-        smallest = plan;
+        smallest = planned.modules;
       }
       std::vector<Description> described = Describe(wanted, smallest, *violation);
+      if (!violation->isMissing) {
+        AddFixWithReplacement(*violation, smallest, planned.cost, described.front().conflict);
+      }
       Ignore(*violation);
-      plan = Solve(m_wanted).modules;
+      const PlanCost before = planned.cost;
+      planned = Solve(m_wanted);
       for (Description& one : described) {
         one.conflict.isMinimal = isMinimal;
         if (conflicts.size() < kMaxPlanConflicts) {
-          AddFixWithModule(*violation, one.missing, plan, one.conflict);
+          if (one.missing) {
+            AddFixWithMissing(*one.missing, planned.modules, before, one.conflict);
+          }
           conflicts.push_back(std::move(one.conflict));
         }
       }
@@ -371,30 +378,153 @@ class ConflictFinder {
     }
   }
 
-  /// Adds as a fix the module that would resolve a conflict if the set had it. `plan` is the plan
-  /// that ignores the conflict.
-  void AddFixWithModule(const Violation& violation, const Requirement* missing, const Numbers& plan,
-                        PlanConflict& conflict) {
-    std::string lacking;
-    if (missing) {
-      lacking = missing->moduleId.empty() ? "" : FormatWanted(*missing);
-    } else if (violation.modules.size() == 2) {
-      const auto isWanted = [&](std::uint32_t module) {
-        return std::find(m_wanted.begin(), m_wanted.end(), module) != m_wanted.end();
-      };
-      const std::uint32_t first = violation.modules.front();
-      const std::uint32_t second = violation.modules.back();
-      for (const auto& [excluding, excluded] : {std::pair(first, second), {second, first}}) {
-        const auto found = FindExclusion(excluding, excluded);
-        if (lacking.empty() && !isWanted(excluded) && found && !found->carried) {
-          lacking =
-              ModuleAt(excluded).moduleId + " that " + NameOf(excluding) + " does not exclude";
+  /// Adds as a fix a module that the set lacks and that would satisfy a requirement. `plan` is the
+  /// plan that ignores the requirement, `before` the cost of the one that does not.
+  void AddFixWithMissing(const Requirement& requirement, const Numbers& plan,
+                         const PlanCost& before, PlanConflict& conflict) {
+    if (requirement.moduleId.empty()) {
+      return;
+    }
+    if (const auto fixed = SolveWithModule({&requirement}, plan, before)) {
+      conflict.fixes.push_back(
+          {"a module " + FormatWanted(requirement) + " is missing", {}, InOrderOfSet(*fixed)});
+    }
+  }
+
+  /// Adds as a fix a module that the set lacks and that would replace an excluded one. `plan` is
+  /// the plan with both modules, `before` the cost of the one for all wanted modules.
+  void AddFixWithReplacement(const Violation& violation, const Numbers& plan,
+                             const PlanCost& before, PlanConflict& conflict) {
+    if (violation.modules.size() != 2) {
+      return;
+    }
+    const std::uint32_t first = violation.modules.front();
+    const std::uint32_t second = violation.modules.back();
+    for (const auto& [excluding, excluded] : {std::pair(first, second), {second, first}}) {
+      const auto found = FindExclusion(excluding, excluded);
+      if (!found || found->carried ||
+          std::find(m_wanted.begin(), m_wanted.end(), excluded) != m_wanted.end()) {
+        continue;
+      }
+      Numbers others = plan;
+      others.erase(std::remove(others.begin(), others.end(), excluded), others.end());
+      if (const auto fixed = SolveWithModule(FindServed(excluded, plan), others, before)) {
+        conflict.fixes.push_back({"a module " + ModuleAt(excluded).moduleId + " that " +
+                                      NameOf(excluding) + " does not exclude is missing",
+                                  {},
+                                  InOrderOfSet(*fixed)});
+        return;
+      }
+    }
+  }
+
+  /// Returns the requirements of planned modules that a module satisfies itself in a plan.
+  std::vector<const Requirement*> FindServed(std::uint32_t module, const Numbers& plan) const {
+    std::vector<const Requirement*> served;
+    for (const std::uint32_t user : plan) {
+      const std::vector<std::uint32_t>& needs = m_problem.Modules()[user].rowNeeds;
+      for (size_t row = 0; row < needs.size(); ++row) {
+        if (needs[row] != kNone &&
+            m_problem.Needs()[needs[row]].id == m_problem.Modules()[module].id &&
+            m_solver.FindProvider(plan, needs[row]) == module) {
+          served.push_back(&ModuleAt(user).requirements[row]);
         }
       }
     }
-    if (!lacking.empty()) {
-      conflict.fixes.push_back({"a module " + lacking + " is missing", {}, InOrderOfSet(plan)});
+    return served;
+  }
+
+  /// Plans with a module that the set lacks, which satisfies some requirements and which nothing in
+  /// the plan excludes. `plan` is a plan in which such a module could take its place. Returns the
+  /// new plan, without that module; std::nullopt if it does not lack less than a plan of the cost
+  /// `before`, or if no such module can exist.
+  std::optional<Numbers> SolveWithModule(const std::vector<const Requirement*>& requirements,
+                                         Numbers plan, const PlanCost& before) {
+    constexpr int kMaxAttempts = 3;
+    if (requirements.empty()) {
+      return std::nullopt;
     }
+    const std::string id = text::FoldCase(requirements.front()->moduleId);
+    std::vector<const Exclusion*> exclusions;
+    for (int attempt = 0; attempt < kMaxAttempts && MaySolve(); ++attempt) {
+      AppendExclusions(plan, id, exclusions);
+      const std::optional<ModuleSignature> added = FindPossibleModule(requirements, exclusions);
+      if (!added) {
+        return std::nullopt;
+      }
+      PlanSearch::Result result = SolveProvided(FindNeeds(*added));
+      if (!(FaultsOf(result.cost) < FaultsOf(before)) || HasId(result.modules, id)) {
+        return std::nullopt;
+      }
+      plan = std::move(result.modules);
+      if (!IsExcluded(*added, plan)) {
+        return plan;
+      }
+    }
+    return std::nullopt;
+  }
+
+  static std::pair<std::int64_t, std::int64_t> FaultsOf(const PlanCost& cost) {
+    return {cost[PlanCost::Missing], cost[PlanCost::Objections]};
+  }
+
+  /// Plans with some needs satisfied by something outside the set.
+  PlanSearch::Result SolveProvided(const Numbers& needs) {
+    for (const std::uint32_t need : needs) {
+      m_solver.Search().Provide(need);
+    }
+    PlanSearch::Result result = Solve(m_wanted);
+    for (const std::uint32_t need : needs) {
+      m_solver.Search().Withdraw(need);
+    }
+    return result;
+  }
+
+  /// Returns the needs that a module satisfies.
+  Numbers FindNeeds(const ModuleSignature& satisfying) const {
+    Numbers found;
+    for (const PlanProblem::Node& node : m_problem.Modules()) {
+      const Module& module = m_problem.Set().Modules()[node.position];
+      for (size_t row = 0; row < node.rowNeeds.size(); ++row) {
+        if (node.rowNeeds[row] != kNone && Satisfies(module.requirements[row], satisfying.moduleId,
+                                                     *satisfying.language, satisfying.version)) {
+          found.push_back(node.rowNeeds[row]);
+        }
+      }
+    }
+    return found;
+  }
+
+  /// Appends the exclusions of a plan that concern an ID.
+  void AppendExclusions(const Numbers& plan, const std::string& id,
+                        std::vector<const Exclusion*>& exclusions) const {
+    for (const std::uint32_t module : plan) {
+      for (const Exclusion& exclusion : ModuleAt(module).exclusions) {
+        if (text::FoldCase(exclusion.moduleId) == id) {
+          exclusions.push_back(&exclusion);
+        }
+      }
+    }
+  }
+
+  bool IsExcluded(const ModuleSignature& module, const Numbers& plan) const {
+    return std::any_of(plan.begin(), plan.end(), [&](std::uint32_t one) {
+      const std::vector<Exclusion>& exclusions = ModuleAt(one).exclusions;
+      return std::any_of(exclusions.begin(), exclusions.end(), [&](const Exclusion& exclusion) {
+        return Excludes(exclusion, module.moduleId, *module.language, module.version);
+      });
+    });
+  }
+
+  /// Returns whether a plan has a module of an ID, or one that carries such a module.
+  bool HasId(const Numbers& plan, const std::string& id) const {
+    return std::any_of(plan.begin(), plan.end(), [&](std::uint32_t one) {
+      const std::vector<ModuleSignature>& carried = ModuleAt(one).carried;
+      return text::FoldCase(ModuleAt(one).moduleId) == id ||
+             std::any_of(carried.begin(), carried.end(), [&](const ModuleSignature& signature) {
+               return text::FoldCase(signature.moduleId) == id;
+             });
+    });
   }
 
   static std::string FormatWanted(const Requirement& requirement) {

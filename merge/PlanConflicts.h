@@ -11,9 +11,10 @@ namespace qm::merge {
 
 /// A change that resolves a conflict, verified by planning again.
 struct PlanFix {
-  std::string text;             ///< "without A:1033 the rest can be merged"
-  std::vector<size_t> drop;     ///< wanted modules to leave out; empty if a module must be added
-  std::vector<size_t> modules;  ///< of the plan with this change, in the order of the set
+  std::string text;          ///< "without A:1033 the rest can be merged"
+  std::vector<size_t> drop;  ///< wanted modules to leave out; empty if a module must be added
+  /// Modules of the plan with this change, in the order of the set; without the added one.
+  std::vector<size_t> modules;
 };
 
 /// Why no choice of other modules lets some of the wanted modules be merged without an objection.

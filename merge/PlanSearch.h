@@ -44,6 +44,10 @@ class PlanSearch {
   void Avoid(std::uint32_t module) { m_state.AddMissing(module, kAvoided); }
   void Permit(std::uint32_t module) { m_state.AddMissing(module, -kAvoided); }
 
+  /// Makes Solve regard a need as satisfied by something outside the set, until Withdraw.
+  void Provide(std::uint32_t need) { m_state.Provide(need); }
+  void Withdraw(std::uint32_t need) { m_state.Withdraw(need); }
+
   /// Returns the steps of the last search.
   std::uint64_t Steps() const noexcept { return m_state.Steps(); }
 

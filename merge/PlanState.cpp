@@ -28,7 +28,7 @@ PlanState::PlanState(const PlanProblem& problem) : m_problem(problem) {
   for (std::uint32_t need = 0; need < needs; ++need) {
     const auto& candidates = problem.Needs()[need].candidates;
     for (std::uint32_t rank = 0; rank < candidates.size(); ++rank) {
-      m_services[candidates[rank].module].push_back({need, rank});
+      m_services[candidates[rank].module].push_back({need, rank + 1});
       if (problem.Needs()[need].hasCarriers) {
         m_carriedNeeds[candidates[rank].module].push_back(need);
       }
@@ -132,8 +132,7 @@ PlanCost PlanState::BoundCost(std::uint32_t module) const {
     if (IsOpen(need)) {
       served += m_problem.Needs()[need].hasCarriers ? 0 : 1;
     } else if (m_uses[need] > 0 && rank < m_server[need]) {
-      const auto& candidates = m_problem.Needs()[need].candidates;
-      const PlanCost change = candidates[rank].Cost() - candidates[m_server[need]].Cost();
+      const PlanCost change = ServiceCost(need, rank) - ServiceCost(need, m_server[need]);
       if (change < PlanCost{}) {
         cost.Add(change, m_uses[need]);
       }
@@ -150,7 +149,7 @@ PlanCost PlanState::EstimateCost(std::uint32_t module) const {
   PlanCost cost = BoundCost(module);
   for (const auto& [need, rank] : m_services[module]) {
     if (IsOpen(need)) {
-      cost.Add(m_problem.Needs()[need].candidates[rank].Cost(), m_uses[need]);
+      cost.Add(ServiceCost(need, rank), m_uses[need]);
     }
   }
   return cost;
@@ -167,10 +166,9 @@ void PlanState::Select(std::uint32_t module, Numbers& open, Answer& answer) {
     if (m_server[need] != kNone && m_server[need] <= rank) {
       continue;
     }
-    const auto& candidates = m_problem.Needs()[need].candidates;
-    answer.cost.Add(candidates[rank].Cost(), m_uses[need]);
+    answer.cost.Add(ServiceCost(need, rank), m_uses[need]);
     if (m_server[need] != kNone) {
-      answer.cost.Add(candidates[m_server[need]].Cost(), -std::int64_t{m_uses[need]});
+      answer.cost.Add(ServiceCost(need, m_server[need]), -std::int64_t{m_uses[need]});
     } else if (m_uses[need] > 0 && !m_problem.Needs()[need].hasCarriers) {
       Set(m_openOfId, node.id, m_openOfId[node.id] - 1);
     }
@@ -178,7 +176,7 @@ void PlanState::Select(std::uint32_t module, Numbers& open, Answer& answer) {
   }
   for (const std::uint32_t need : node.needs) {
     if (m_server[need] != kNone) {
-      answer.cost += m_problem.Needs()[need].candidates[m_server[need]].Cost();
+      answer.cost += ServiceCost(need, m_server[need]);
     } else if (m_uses[need] == 0) {
       const std::uint32_t id = m_problem.Needs()[need].id;
       Set(m_openOfId, id, m_openOfId[id] + (m_problem.Needs()[need].hasCarriers ? 0 : 1));

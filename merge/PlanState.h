@@ -59,6 +59,11 @@ class PlanState {
   }
   void ClearMissing(std::uint32_t module) { m_costs[module][PlanCost::Missing] = 0; }
 
+  /// Makes something outside the set satisfy a need for nothing, until Withdraw. Nothing may be
+  /// selected.
+  void Provide(std::uint32_t need) { m_server[need] = kProvided; }
+  void Withdraw(std::uint32_t need) { m_server[need] = kNone; }
+
   /// The modules that must not be merged with `module`.
   const Numbers& Excluded(std::uint32_t module) const { return m_pairs[module]; }
 
@@ -130,8 +135,10 @@ class PlanState {
  private:
   struct Service {
     std::uint32_t need;
-    std::uint32_t rank;  ///< of the module among the candidates
+    std::uint32_t rank;  ///< of the module among the candidates, from 1
   };
+
+  static constexpr std::uint32_t kProvided = 0;  ///< the rank of what Provide provides
 
   struct Undo {
     Numbers* list;
@@ -140,6 +147,10 @@ class PlanState {
   };
 
   void Set(Numbers& list, std::uint32_t index, std::uint32_t value);
+
+  PlanCost ServiceCost(std::uint32_t need, std::uint32_t rank) const {
+    return rank == kProvided ? PlanCost{} : m_problem.Needs()[need].candidates[rank - 1].Cost();
+  }
 
   bool IsOpen(std::uint32_t need) const { return m_uses[need] > 0 && m_server[need] == kNone; }
 

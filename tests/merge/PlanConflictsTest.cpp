@@ -50,10 +50,10 @@ TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
        {}},
       {"an exclusion between what two wanted modules need",
        {Module("P", "1", 0, {{"Y", 0, "2"}}), Module("Q", "1", 0, {{"Z", 0, ""}}),
-        Module("Y", "2", 0), Excluding(Module("Z", "1", 0), {{"Y", 0, "2", ""}}),
+        Module("Y", "2", 0), Excluding(Module("Z", "1", 0), {{"Y", 0, "2", "3"}}),
         Module("Other", "1", 0)},
        {0, 4, 1},
-       {"Z:0 excludes versions from 2 of Y:0, which has version 2\n"
+       {"Z:0 excludes versions from 2 to 3 of Y:0, which has version 2\n"
         "P -> Y\nQ -> Z\n"
         "fix: without P:0 the rest can be merged\n"
         "fix: without Q:0 the rest can be merged\n"
@@ -66,8 +66,19 @@ TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
         "Q:0 excludes every version of Y:0, which has version 1\n"
         "Q\nP -> Y\n"
         "fix: without P:0 the rest can be merged\n"
-        "fix: without Q:0 the rest can be merged\n"
-        "fix: a module Y that Q:0 does not exclude is missing\n"}},
+        "fix: without Q:0 the rest can be merged\n"}},
+      {"requirements that only excluded modules can satisfy",
+       {Module("P", "1", 1033, {{"Y", 1033, "2"}, {"Z", 0, ""}}), Module("Y", "2"),
+        Excluding(Module("Z", "1", 0), {{"Y", -1031, "2.0", "3"}, {"y", 9, "3", ""}})},
+       {0},
+       {"Z:0 excludes versions from 2.0 to 3 of Y:1033, which has version 2\n"
+        "P -> Y\nP -> Z\n"}},
+      {"a requirement of a missing module that is excluded",
+       {Module("P", "1", 0, {{"Gone", 0, "1"}}),
+        Excluding(Module("Q", "1", 0), {{"Gone", 0, "", ""}})},
+       {0, 1},
+       {"P:0 needs Gone, at least 1: no module has this ID\nP\n"
+        "fix: without P:0 the rest can be merged\n"}},
       {"an exclusion of a carried module",
        {Module("P", "1", 0, {{"A", 0, ""}}), Carrying(Module("A", "1", 0), {{"B", 0, "2"}}),
         Excluding(Module("Q", "1", 0), {{"B", 0, "", ""}})},

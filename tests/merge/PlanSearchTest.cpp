@@ -210,6 +210,11 @@ TEST(PlanSearchTest, NoPlanThatAnExhaustiveSearchFindsIsBetterAndFixesHold) {
           fixed[module] = true;
         }
         const std::optional<Cost> cost = CostOf(set, index, fixed);
+        if (fix.drop.empty() && conflict.modules.size() > 1) {
+          ASSERT_FALSE(std::all_of(conflict.modules.begin(), conflict.modules.end(),
+                                   [&](size_t module) { return fixed[module]; }))
+              << fix.text;
+        }
         if (fix.text.find("the rest can be merged") != std::string::npos) {
           ASSERT_EQ(0, (*cost)[0]) << fix.text;
           ASSERT_THAT(Objecting(set.objections)(fix.modules), testing::IsEmpty()) << fix.text;
