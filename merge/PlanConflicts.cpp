@@ -3,6 +3,7 @@
 #include <algorithm>
 #include <iterator>
 #include <optional>
+#include <set>
 #include <utility>
 
 #include "merge/JoinTexts.h"
@@ -164,40 +165,95 @@ class ConflictFinder {
     return {std::move(needed), isComplete};
   }
 
-  /// Returns the shortest chain from a wanted module to each target in the plan.
-  std::vector<Numbers> FindChains(const Numbers& wanted, const Numbers& plan,
-                                  const Numbers& targets) const {
-    std::vector<std::uint32_t> neededBy(m_problem.Modules().size(), kNone);
-    Numbers queue;
-    const auto visit = [&](std::uint32_t module, std::uint32_t user) {
-      if (neededBy[module] == kNone) {
-        neededBy[module] = user;
-        queue.push_back(module);
-      }
-    };
-    for (const std::uint32_t module : wanted) {
-      visit(module, module);
-    }
-    for (size_t next = 0; next < queue.size(); ++next) {
-      for (const std::uint32_t need : m_problem.Modules()[queue[next]].needs) {
-        if (const std::uint32_t provider = m_solver.FindProvider(plan, need); provider != kNone) {
-          visit(provider, queue[next]);
-        }
-      }
-    }
-    std::vector<Numbers> chains;
-    for (const std::uint32_t target : targets) {
-      if (neededBy[target] == kNone) {
-        continue;
-      }
-      Numbers chain{target};
+  /// Modules of a plan that some modules lead to, nearest first.
+  struct Reached {
+    Numbers order;
+    std::vector<std::uint32_t>
+        neededBy;  ///< by module; itself for the first ones, kNone if not led to
+
+    Numbers ChainTo(std::uint32_t module) const {
+      Numbers chain{module};
       while (neededBy[chain.back()] != chain.back()) {
         chain.push_back(neededBy[chain.back()]);
       }
       std::reverse(chain.begin(), chain.end());
-      chains.push_back(std::move(chain));
+      return chain;
+    }
+  };
+
+  Reached Reach(const Numbers& from, const Numbers& plan) const {
+    Reached reached{{}, std::vector<std::uint32_t>(m_problem.Modules().size(), kNone)};
+    const auto visit = [&](std::uint32_t module, std::uint32_t user) {
+      if (reached.neededBy[module] == kNone) {
+        reached.neededBy[module] = user;
+        reached.order.push_back(module);
+      }
+    };
+    for (const std::uint32_t module : from) {
+      visit(module, module);
+    }
+    for (size_t next = 0; next < reached.order.size(); ++next) {
+      const std::uint32_t user = reached.order[next];
+      for (const std::uint32_t need : m_problem.Modules()[user].needs) {
+        if (const std::uint32_t provider = m_solver.FindProvider(plan, need); provider != kNone) {
+          visit(provider, user);
+        }
+      }
+    }
+    return reached;
+  }
+
+  /// Returns the shortest chain from a wanted module to each target in the plan.
+  std::vector<Numbers> FindChains(const Numbers& wanted, const Numbers& plan,
+                                  const Numbers& targets) const {
+    const Reached reached = Reach(wanted, plan);
+    std::vector<Numbers> chains;
+    for (const std::uint32_t target : targets) {
+      if (reached.neededBy[target] != kNone) {
+        chains.push_back(reached.ChainTo(target));
+      }
     }
     return chains;
+  }
+
+  /// Appends a chain for each wanted module without one: to the nearest module that keeps the
+  /// targets from being replaced, since it excludes or is excluded by a module with an ID of
+  /// theirs.
+  void AppendOtherChains(const Numbers& wanted, const Numbers& plan, const Numbers& targets,
+                         std::vector<Numbers>& chains) const {
+    constexpr size_t kMaxSearches = 32;
+    std::set<std::uint32_t> ids;
+    for (const std::uint32_t target : targets) {
+      ids.insert(m_problem.Modules()[target].id);
+    }
+    std::set<std::uint32_t> sources;
+    for (const Numbers& chain : chains) {
+      sources.insert(chain.front());
+    }
+    size_t searches = 0;
+    for (const std::uint32_t module : wanted) {
+      if (sources.count(module) == 0) {
+        chains.push_back(searches++ < kMaxSearches ? FindChainTo(ids, module, plan)
+                                                   : Numbers{module});
+      }
+    }
+  }
+
+  /// Returns the shortest chain from a wanted module to one that objects to a module of these IDs,
+  /// or has one of them; otherwise, the wanted module alone.
+  Numbers FindChainTo(const std::set<std::uint32_t>& ids, std::uint32_t wanted,
+                      const Numbers& plan) const {
+    const auto hasId = [&](std::uint32_t module) {
+      return ids.count(m_problem.Modules()[module].id) != 0;
+    };
+    const Reached reached = Reach({wanted}, plan);
+    for (const std::uint32_t module : reached.order) {
+      const Numbers opponents = m_solver.Search().FindOpponents(module);
+      if (hasId(module) || std::any_of(opponents.begin(), opponents.end(), hasId)) {
+        return reached.ChainTo(module);
+      }
+    }
+    return {wanted};
   }
 
   std::vector<size_t> PositionsOf(const Numbers& modules) const {
@@ -223,7 +279,9 @@ class ConflictFinder {
     conflict.wanted = PositionsOf(wanted);
     conflict.modules = PositionsOf(violation.modules);
     Numbers onChains;
-    for (const Numbers& chain : FindChains(wanted, plan, violation.modules)) {
+    std::vector<Numbers> chains = FindChains(wanted, plan, violation.modules);
+    AppendOtherChains(wanted, plan, violation.modules, chains);
+    for (const Numbers& chain : chains) {
       conflict.chains.push_back(PositionsOf(chain));
       onChains.insert(onChains.end(), chain.begin() + 1, chain.end());
     }

@@ -25,7 +25,9 @@ struct PlanConflict {
   /// Those that must not be merged together, or the one whose requirement is missing.
   std::vector<size_t> modules;
   /// For each of these modules the shortest chain of requirements from a wanted module to it: each
-  /// needs the next one. For a wanted module, the chain is that module alone.
+  /// needs the next one. For a wanted module, the chain is that module alone. Then one for each
+  /// other module of `wanted`: to the nearest one that keeps these from being replaced by others of
+  /// their IDs, or that module alone if none is found.
   std::vector<std::vector<size_t>> chains;
   std::vector<PlanFix> fixes;
   /// Set if no plan for `wanted` avoids the conflict, but leaving out any of them does. Not set if

@@ -54,6 +54,9 @@ class PlanSearch {
   /// Finds the cheapest plan with some modules.
   Result Solve(const Numbers& wanted);
 
+  /// Returns the modules that cost an objection together with a module, alone or with others.
+  Numbers FindOpponents(std::uint32_t module) const { return m_state.FindOpponents(module); }
+
   /// Returns the first combination of a plan that costs an objection; nothing if none does.
   Numbers FindObjection(const Numbers& plan) const { return m_state.FindObjection(plan); }
 

@@ -1,6 +1,7 @@
 #include "merge/PlanState.h"
 
 #include <algorithm>
+#include <iterator>
 #include <unordered_map>
 
 namespace qm::merge {
@@ -95,6 +96,15 @@ PlanState::Numbers PlanState::FindObjection(const Numbers& plan) const {
     }
   }
   return {};
+}
+
+PlanState::Numbers PlanState::FindOpponents(std::uint32_t module) const {
+  Numbers opponents = m_pairs[module];
+  ForEachCombination(module, [&](const Numbers& combination) {
+    std::copy_if(combination.begin(), combination.end(), std::back_inserter(opponents),
+                 [&](std::uint32_t other) { return other != module; });
+  });
+  return opponents;
 }
 
 void PlanState::Set(Numbers& list, std::uint32_t index, std::uint32_t value) {

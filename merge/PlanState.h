@@ -52,6 +52,7 @@ class PlanState {
   void AddObjection(const Numbers& modules);
   void RemoveObjection(const Numbers& modules);
   Numbers FindObjection(const Numbers& plan) const;
+  Numbers FindOpponents(std::uint32_t module) const;
 
   /// Adds `count`, which may be negative, to the missing requirements that a module costs.
   void AddMissing(std::uint32_t module, std::int64_t count) {

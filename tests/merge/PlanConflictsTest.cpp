@@ -86,6 +86,23 @@ TEST(PlanConflictsTest, AConflictHasItsChainsAndFixes) {
        {"Q:0 excludes every version of B:0 2, which A:0 carries\nQ\nP -> A\n"
         "fix: without P:0 the rest can be merged\n"
         "fix: without Q:0 the rest can be merged\n"}},
+      {"three wanted modules of which any two can be merged",
+       {Module("W0", "1", 0, {{"P0", 0, ""}}), Module("W1", "1", 0, {{"N", 0, ""}}),
+        Module("W2", "1", 0, {{"P2", 0, ""}}), Module("Other"),
+        Excluding(Module("P0", "1", 0), {{"P1", 0, "1", "1"}, {"P2", 0, "1", "1"}}),
+        Excluding(Module("P0", "2", 0), {{"P1", 0, "2", "2"}, {"P2", 0, "2", "2"}}),
+        Excluding(Module("P1", "1", 0), {{"P2", 0, "1", "1"}}),
+        Excluding(Module("P1", "2", 0), {{"P2", 0, "2", "2"}}), Module("P2", "1", 0),
+        Module("P2", "2", 0), Module("N", "1", 0, {{"P1", 0, ""}})},
+       {0, 1, 2, 3},
+       {"P0:0 excludes versions from 2 to 2 of P1:0, which has version 2; with P2:0 2 instead of "
+        "P2:0 1, P0:0 excludes versions from 2 to 2 of P2:0, which has version 2; with P1:0 1 "
+        "instead of P1:0 2, P0:0 excludes versions from 2 to 2 of P2:0, which has version 2\n"
+        "W0 -> P0\nW1 -> N -> P1\nW2 -> P2\n"
+        "fix: without W0:0 the rest can be merged, with P2:0 2\n"
+        "fix: without W1:0 the rest can be merged\n"
+        "fix: without W2:0 the rest can be merged\n"
+        "fix: a module P1 that P0:0 does not exclude is missing\n"}},
       {"two independent conflicts",
        {Module("P", "1", 0, {{"Y", 1031, "2"}, {"Gone", 0, ""}}), Module("Y", "1", 0)},
        {0},
