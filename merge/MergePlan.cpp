@@ -171,7 +171,7 @@ class PlanWriter {
       return nullptr;
     }
     for (const Candidate& candidate :
-         m_problem.Set().FindCandidates(ModuleAt(user).requirements[row], ModuleAt(user))) {
+         m_problem.FindCandidates(ModuleAt(user).requirements[row], ModuleAt(user))) {
       if (candidate.module == At(module).position) {
         return candidate.carried;
       }
@@ -221,7 +221,7 @@ class PlanWriter {
     std::vector<Candidate> candidates;
     std::optional<size_t> better;
     bool isBefore = true;
-    for (const Candidate& candidate : m_problem.Set().FindCandidates(requirement, ModuleAt(user))) {
+    for (const Candidate& candidate : m_problem.FindCandidates(requirement, ModuleAt(user))) {
       const bool isAlternative = std::find(alternatives.begin(), alternatives.end(),
                                            candidate.module) != alternatives.end();
       isBefore = isBefore && candidate.module != chosen;

@@ -83,7 +83,8 @@ struct MergePlan {
 /// which
 ///    are planned only because they carry what is needed,
 /// 5. modules of the platform of those that need them,
-/// 6. modules in the language of those that need them, then neutral ones,
+/// 6. modules in the language of those that need them, then neutral ones; a neutral module needs
+///    modules in the language that all wanted modules that have one share,
 /// 7. the highest versions: each module costs the number of higher versions of its ID in the set,
 /// 8. the fewest modules,
 /// 9. the first of equal modules in the set, and modules of the needed ID rather than carriers.

@@ -144,7 +144,7 @@ void ModuleIndex::AddByIdAndLanguage(const std::string& moduleId, const std::str
 }
 
 std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requirement,
-                                                   const Module& user) const {
+                                                   const Module& user, long userLanguage) const {
   std::vector<Candidate> candidates;
   const SameId* const same = requirement.moduleId.empty() ? nullptr : Find(requirement.moduleId);
   if (!same) {
@@ -153,8 +153,8 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
   const auto isHighEnough = [&](const std::string& version) {
     return requirement.version.empty() || CompareVersionTexts(version, requirement.version) >= 0;
   };
-  const long wanted = MatchesLanguage(requirement.language, user.language)
-                          ? user.language
+  const long wanted = MatchesLanguage(requirement.language, userLanguage)
+                          ? userLanguage
                           : requirement.language.value_or(0);
   const std::string platform = GetPlatform(user);
   const auto add = [&](size_t position, long language, const ModuleSignature* carried) {

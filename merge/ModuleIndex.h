@@ -83,7 +83,13 @@ class ModuleIndex {
   ///
   /// Modules that carry a required one satisfy the requirement too. They follow all modules that
   /// have the required ID themselves, in the same order, each once with the best that it carries.
-  std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const;
+  std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const {
+    return FindCandidates(requirement, user, user.language);
+  }
+
+  /// The same as if `user` had another language.
+  std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user,
+                                        long userLanguage) const;
 
   /// Returns the modules that an exclusion of the module at `excluding` excludes, except that
   /// module itself: those that have the excluded ID, then those that carry an excluded module, each

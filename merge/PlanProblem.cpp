@@ -16,6 +16,19 @@ std::uint32_t NumberOf(Map& map, const Key& key) {
   return map.try_emplace(key, static_cast<std::uint32_t>(map.size())).first->second;
 }
 
+/// Returns the language of all modules that have one; 0 if none has, or if they differ.
+long FindCommonLanguage(const ModuleIndex& set, const std::vector<size_t>& modules) {
+  long common = 0;
+  for (const size_t position : modules) {
+    const long language = set.Modules()[position].language;
+    if (language != 0 && common != 0 && language != common) {
+      return 0;
+    }
+    common = language != 0 ? language : common;
+  }
+  return common;
+}
+
 }  // namespace
 
 bool PlanProblem::NeedKey::operator==(const NeedKey& other) const noexcept {
@@ -37,7 +50,9 @@ size_t PlanProblem::HashNeedKey::operator()(const NeedKey& key) const noexcept {
 }
 
 PlanProblem::PlanProblem(const ModuleIndex& set, const std::vector<size_t>& wanted, Extent extent)
-    : m_set(set), m_numbers(set.Modules().size(), kNone) {
+    : m_set(set),
+      m_wantedLanguage(FindCommonLanguage(set, wanted)),
+      m_numbers(set.Modules().size(), kNone) {
   for (const size_t position : wanted) {
     m_forced.push_back(AddModule(position));
   }
@@ -79,7 +94,7 @@ std::uint32_t PlanProblem::AddNeed(const Module& user, const Requirement& requir
                     NumberOf(m_versions, std::string_view(requirement.version)),
                     FindPlatform(user.platform),
                     requirement.language.value_or(0),
-                    user.language,
+                    LanguageOf(user),
                     !requirement.language,
                     user.tables != nullptr};
   const auto [known, isNew] =
@@ -87,7 +102,7 @@ std::uint32_t PlanProblem::AddNeed(const Module& user, const Requirement& requir
   if (isNew) {
     Need need;
     need.id = key.id;
-    for (const Candidate& candidate : m_set.FindCandidates(requirement, user)) {
+    for (const Candidate& candidate : FindCandidates(requirement, user)) {
       const bool isCarrier = candidate.carried != nullptr;
       need.candidates.push_back(
           {AddModule(candidate.module), candidate.platform, candidate.language, isCarrier});

@@ -76,6 +76,12 @@ class PlanProblem {
   const std::vector<Need>& Needs() const noexcept { return m_needs; }
   size_t IdCount() const noexcept { return m_idCount; }
 
+  /// Returns the modules that satisfy a requirement of a module of the problem, best first. The
+  /// language of a neutral module is that of the wanted modules, if those that have one agree.
+  std::vector<Candidate> FindCandidates(const Requirement& requirement, const Module& user) const {
+    return m_set.FindCandidates(requirement, user, LanguageOf(user));
+  }
+
   /// Returns the number of a module; kNone if no plan contains it.
   std::uint32_t FindModule(size_t position) const noexcept { return m_numbers[position]; }
 
@@ -99,6 +105,10 @@ class PlanProblem {
     size_t operator()(const NeedKey& key) const noexcept;
   };
 
+  long LanguageOf(const Module& user) const noexcept {
+    return user.language == 0 ? m_wantedLanguage : user.language;
+  }
+
   std::uint32_t AddModule(size_t position);
   std::uint32_t AddNeed(const Module& user, const Requirement& requirement);
   std::uint32_t FindId(const std::string& moduleId);
@@ -111,6 +121,7 @@ class PlanProblem {
   void AddCosts();
 
   const ModuleIndex& m_set;
+  const long m_wantedLanguage;           ///< 0 if the wanted modules have none or several
   std::vector<std::uint32_t> m_numbers;  ///< by position
   std::vector<Node> m_modules;
   std::vector<Need> m_needs;

@@ -62,6 +62,20 @@ struct RandomSet {
   }
 };
 
+/// Returns the language in which a module needs others.
+long LanguageOf(const RandomSet& set, const merge::Module& module) {
+  std::vector<long> languages;
+  for (const size_t wanted : set.wanted) {
+    if (set.modules[wanted].language != 0) {
+      languages.push_back(set.modules[wanted].language);
+    }
+  }
+  const bool isShared =
+      !languages.empty() && std::count(languages.begin(), languages.end(), languages.front()) ==
+                                static_cast<std::ptrdiff_t>(languages.size());
+  return module.language == 0 && isShared ? languages.front() : module.language;
+}
+
 using Cost = std::array<long, 9>;
 
 /// Returns by position whether requirements lead from a wanted module to a module by its own ID.
@@ -105,7 +119,8 @@ std::optional<Cost> CostOf(const RandomSet& set, const merge::ModuleIndex& index
       if (merge::IsMetWithin(modules[i], requirement)) {
         continue;
       }
-      const auto candidates = index.FindCandidates(requirement, modules[i]);
+      const auto candidates =
+          index.FindCandidates(requirement, modules[i], LanguageOf(set, modules[i]));
       cost[0] += candidates.empty() ? 1 : 0;
       const std::string text = requirement.moduleId + '/' + requirement.version + '/' +
                                std::to_string(*requirement.language);
