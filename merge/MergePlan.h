@@ -79,9 +79,8 @@ struct MergePlan {
 /// 2. the fewest objections: exclusions within the plan, what `findObjections` returns, and modules
 ///    whose only candidates are of a wrong platform,
 /// 3. the fewest modules in addition to the first of each ID,
-/// 4. the fewest modules to which no wanted module leads by requirements of their own IDs, and
-/// which
-///    are planned only because they carry what is needed,
+/// 4. the fewest modules that are planned only because they carry what is needed: no wanted module
+///    leads to them by requirements of their own IDs,
 /// 5. modules of the platform of those that need them,
 /// 6. modules in the language of those that need them, then neutral ones; a neutral module needs
 ///    modules in the language that all wanted modules that have one share,

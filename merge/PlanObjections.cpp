@@ -1,8 +1,24 @@
 #include "merge/PlanObjections.h"
 
+#include <algorithm>
 #include <utility>
 
 namespace qm::merge {
+
+namespace {
+
+/// Returns two modules whose rows differ. The finding may name more, of which some agree, and an
+/// objection to fewer modules rules out more plans.
+std::vector<size_t> FindOpponents(const Finding& finding) {
+  const std::vector<FindingValue>& values = finding.values;
+  const auto other = std::find_if(values.begin(), values.end(), [&](const FindingValue& value) {
+    return value.column == values.front().column && value.value != values.front().value;
+  });
+  return other == values.end() ? finding.positions
+                               : std::vector<size_t>{*values.front().module, *other->module};
+}
+
+}  // namespace
 
 std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::vector<size_t>& plan,
                                            CheckOptions options) {
@@ -10,12 +26,8 @@ std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::ve
   std::vector<Objection> objections;
   for (Finding& finding : CheckModules(set, plan, options)) {
     if (finding.severity == Severity::Error && finding.code != kMissingDependency) {
-      std::vector<size_t> modules = std::move(finding.positions);
-      if (finding.code == kDuplicateModuleKey) {  // the finding names one module for all
-        for (const FindingValue& value : finding.values) {
-          modules.push_back(*value.module);
-        }
-      }
+      std::vector<size_t> modules =
+          finding.code == kRowConflict ? FindOpponents(finding) : std::move(finding.positions);
       objections.push_back({std::move(modules), std::move(finding.text)});
     }
   }

@@ -325,8 +325,8 @@ class TableCheck {
     return variants;
   }
 
-  /// Returns a row of each of the first kMaxVariants variants, of modules of different IDs as far
-  /// as possible, and after them the rows of other modules that agree, up to kMaxModules in all.
+  /// Returns a row of each of kMaxVariants variants, of modules of different IDs as far as
+  /// possible, and after them the rows of other modules, up to kMaxModules in all.
   std::vector<RowRef> ChooseSides(const std::vector<Variant>& variants) const {
     std::vector<RowRef> sides;
     const auto isNew = [&](const RowRef& ref) {
@@ -334,20 +334,19 @@ class TableCheck {
         return m_modules.AreAlternatives(side.owner->module, ref.owner->module);
       });
     };
-    const size_t count = std::min(variants.size(), kMaxVariants);
-    for (size_t i = 0; i < count; ++i) {
-      const auto found = std::find_if(variants[i].begin(), variants[i].end(), isNew);
-      if (found != variants[i].end()) {
+    for (const Variant& variant : variants) {
+      const auto found = std::find_if(variant.begin(), variant.end(), isNew);
+      if (found != variant.end() && sides.size() < kMaxVariants) {
         sides.push_back(*found);
       }
     }
     if (sides.size() < 2) {
-      // The first variant took the only module of another ID: begin with a later one.
+      // All rows of another ID have the values of the first side: begin with other values.
       sides = {variants[1].front()};
       sides.insert(sides.begin(), *std::find_if(variants[0].begin(), variants[0].end(), isNew));
     }
-    for (size_t i = 0; i < count; ++i) {
-      AddModules(variants[i], sides);
+    for (const Variant& variant : variants) {
+      AddModules(variant, sides);
     }
     return sides;
   }
