@@ -2,9 +2,9 @@
 #include <map>
 #include <unordered_map>
 
-#include "merge/Alternatives.h"
 #include "merge/Checks.h"
-#include "merge/Conditions.h"
+#include "merge/CollidingConditions.h"
+#include "merge/CollisionSides.h"
 #include "merge/Hashing.h"
 
 namespace qm::merge {
@@ -34,108 +34,6 @@ class ComponentLookup {
   const CheckedModules& m_modules;
   std::unordered_map<size_t, ByKey> m_components;
 };
-
-/// The relation between the conditions of things that collide if they are installed together.
-struct Conditions {
-  ConditionRelation relation = ConditionRelation::Exclusive;
-  std::string first, second;  ///< two that may both hold
-};
-
-/// Compares each pair of the first kMaxModules conditions: Exclusive if no pair can hold together,
-/// Overlapping if a pair surely can.
-Conditions CompareAll(const std::vector<std::string_view>& texts) {
-  Conditions result;
-  const size_t count = std::min(texts.size(), FindingList::kMaxModules);
-  for (size_t i = 0; i < count; ++i) {
-    for (size_t j = i + 1; j < count; ++j) {
-      const ConditionRelation relation = CompareConditions(texts[i], texts[j]);
-      if (relation == ConditionRelation::Overlapping) {
-        return {relation, std::string(texts[i]), std::string(texts[j])};
-      }
-      if (relation == ConditionRelation::Unknown &&
-          result.relation == ConditionRelation::Exclusive) {
-        result = {relation, std::string(texts[i]), std::string(texts[j])};
-      }
-    }
-  }
-  return result;
-}
-
-/// Makes a finding a warning that quotes the conditions if it is not known whether both can hold.
-void AddConditions(const Conditions& conditions, Finding& finding) {
-  if (conditions.relation == ConditionRelation::Unknown) {
-    finding.text += ", unless the conditions " + QuoteShort(conditions.first) + " and " +
-                    QuoteShort(conditions.second) + " never hold together";
-    LimitSeverity(finding, Severity::Warning);
-  }
-}
-
-/// Returns the first kMaxModules items of which no two are the same.
-template <class Item, class IsSame>
-std::vector<const Item*> ChooseSides(const std::vector<const Item*>& items, IsSame isSame) {
-  std::vector<const Item*> sides;
-  for (const Item* const item : items) {
-    if (sides.size() < FindingList::kMaxModules &&
-        std::none_of(sides.begin(), sides.end(),
-                     [&](const Item* side) { return isSame(*side, *item); })) {
-      sides.push_back(item);
-    }
-  }
-  return sides;
-}
-
-/// Returns the sides of one module whose items collide with one another; nothing if no module has
-/// such items. The items of a module are beside one another.
-template <class Item, class IsSame>
-std::vector<const Item*> FindSidesWithinModule(const std::vector<const Item*>& items,
-                                               IsSame isSame) {
-  for (auto begin = items.begin(); begin != items.end();) {
-    const auto end = std::find_if(
-        begin, items.end(), [&](const Item* item) { return item->module != (*begin)->module; });
-    std::vector<const Item*> sides = ChooseSides(std::vector<const Item*>(begin, end), isSame);
-    if (sides.size() > 1) {
-      return sides;
-    }
-    begin = end;
-  }
-  return {};
-}
-
-/// Returns items that collide, of which no two are the same. In a catalog, nothing if the modules
-/// have alternatives that agree: `getVariant` returns a number that items of such modules share.
-template <class Item, class IsSame, class GetVariant>
-std::vector<const Item*> FindSides(const CheckedModules& modules,
-                                   const std::vector<const Item*>& items, IsSame isSame,
-                                   GetVariant getVariant) {
-  std::vector<const Item*> sides = ChooseSides(items, isSame);
-  if (sides.size() < 2 || modules.IsMerge()) {
-    return sides;
-  }
-  std::vector<ModuleVariant> variants;
-  variants.reserve(items.size());
-  for (const Item* const item : items) {
-    variants.push_back({item->module, getVariant(*item)});
-  }
-  const std::vector<bool> isChosen = ChooseAlternatives(modules, variants);
-  std::vector<const Item*> chosen;
-  for (size_t i = 0; i < items.size(); ++i) {
-    if (isChosen[i]) {
-      chosen.push_back(items[i]);
-    }
-  }
-  sides = ChooseSides(chosen, isSame);
-  return sides.size() < 2 ? FindSidesWithinModule(items, isSame) : sides;
-}
-
-template <class Item>
-std::vector<const Item*> PointersTo(const std::vector<Item>& items) {
-  std::vector<const Item*> pointers;
-  pointers.reserve(items.size());
-  for (const Item& item : items) {
-    pointers.push_back(&item);
-  }
-  return pointers;
-}
 
 /// A name under which a module installs a file.
 struct InstalledName {
@@ -248,7 +146,7 @@ class FileCheck {
     CheckWithinModules(files,
                        [&](const std::vector<const PlacedFile*>& same) { AddDuplicate(same); });
     const std::vector<const PlacedFile*> sides = FindSidesOf(files);
-    const Conditions conditions = CompareAll(ConditionsOf(sides));
+    const CollidingConditions conditions = CompareAll(ConditionsOf(sides));
     if (sides.size() < 2 || conditions.relation == ConditionRelation::Exclusive ||
         !m_findings.Admit(kFileConflict)) {
       return;
@@ -286,7 +184,7 @@ class FileCheck {
   }
 
   void AddDuplicate(const std::vector<const PlacedFile*>& same) {
-    const Conditions conditions = CompareAll(ConditionsOf(same));
+    const CollidingConditions conditions = CompareAll(ConditionsOf(same));
     if (conditions.relation == ConditionRelation::Exclusive || !m_findings.Admit(kDuplicateFile)) {
       return;
     }
@@ -445,149 +343,10 @@ class FileCheck {
   ComponentLookup m_components;
 };
 
-// ---- Components
-
-struct IdentifiedComponent {
-  std::uint64_t hash;
-  size_t module;
-  const Component* component;
-};
-
-class ComponentCheck {
- public:
-  ComponentCheck(const CheckedModules& modules, FindingList& findings)
-      : m_modules(modules), m_findings(findings) {}
-
-  void Run() {
-    std::vector<IdentifiedComponent> components;
-    for (const size_t position : m_modules.Scope()) {
-      for (const Component& component : m_modules.At(position).components) {
-        if (!component.componentId.empty()) {
-          components.push_back({HashFolded(component.componentId), position, &component});
-        }
-      }
-    }
-    std::stable_sort(components.begin(), components.end(),
-                     [](const auto& a, const auto& b) { return a.hash < b.hash; });
-    for (auto begin = components.begin(); begin != components.end();) {
-      const auto end = std::find_if(begin, components.end(), [&](const auto& component) {
-        return component.hash != begin->hash ||
-               !IsSameFolded(component.component->componentId, begin->component->componentId);
-      });
-      if (end - begin > 1) {
-        CheckOneId({begin, end});
-      }
-      begin = end;
-    }
-  }
-
- private:
-  /// Rows with the same key are one row of the package: CheckRows compares them.
-  void CheckOneId(const std::vector<IdentifiedComponent>& components) {
-    const auto isSame = [&](const IdentifiedComponent& a, const IdentifiedComponent& b) {
-      return a.component->key == b.component->key ||
-             (a.module != b.module && m_modules.AreAlternatives(a.module, b.module));
-    };
-    const std::vector<const IdentifiedComponent*> sides = FindSides(
-        m_modules, PointersTo(components), isSame, [](const IdentifiedComponent& component) {
-          return HashText(kHashSeed, component.component->key);
-        });
-    std::vector<std::string_view> texts;
-    texts.reserve(sides.size());
-    for (const IdentifiedComponent* const side : sides) {
-      texts.push_back(side->component->condition);
-    }
-    const Conditions conditions = CompareAll(texts);
-    if (sides.size() > 1 && conditions.relation != ConditionRelation::Exclusive &&
-        m_findings.Admit(kComponentConflict)) {
-      AddConflict(sides, conditions);
-    }
-  }
-
-  void AddConflict(const std::vector<const IdentifiedComponent*>& sides,
-                   const Conditions& conditions) {
-    std::vector<size_t> modules;
-    std::vector<std::string> names;
-    for (const IdentifiedComponent* const side : sides) {
-      if (std::find(modules.begin(), modules.end(), side->module) == modules.end()) {
-        modules.push_back(side->module);
-      }
-      names.push_back(Shorten(side->component->key) + " of " + m_findings.NameOf(side->module));
-    }
-    Finding& finding = m_findings.Add(kComponentConflict, modules,
-                                      "components have the identifier " +
-                                          Shorten(sides.front()->component->componentId) + ": " +
-                                          JoinSome(names, ", "));
-    finding.table = "Component";
-    const bool isSameKey = AddColumn(sides, "Component", finding, [](const auto& side) {
-      return std::string(side.component->key);
-    });
-    const bool isSameFolder = AddColumn(sides, "Folder", finding, [&](const auto& side) {
-      return m_modules.Spell(m_modules.Resolve(side.module, side.component->directory));
-    });
-    const bool isSameKeyPath =
-        AddColumn(sides, "KeyPath", finding, [&](const auto& side) { return FormatKeyPath(side); });
-    const bool isSameVersion = AddColumn(sides, "Version", finding, [&](const auto& side) {
-      const DeliveredFile* const file = FindKeyFile(side);
-      return std::string(file ? file->version : std::string_view());
-    });
-    const bool isSameSize = AddColumn(sides, "FileSize", finding, [&](const auto& side) {
-      const DeliveredFile* const file = FindKeyFile(side);
-      return file && file->size ? std::to_string(*file->size) : std::string();
-    });
-    if (!isSameKey && isSameFolder && isSameKeyPath && isSameVersion && isSameSize) {
-      // Both rows install the same, so only the count of users is wrong.
-      LimitSeverity(finding, Severity::Warning);
-    }
-    AddConditions(conditions, finding);
-  }
-
-  /// Adds the values of all sides unless they are the same. Returns whether they are.
-  template <class GetValue>
-  static bool AddColumn(const std::vector<const IdentifiedComponent*>& sides, const char* column,
-                        Finding& finding, GetValue getValue) {
-    std::vector<std::string> values;
-    values.reserve(sides.size());
-    for (const IdentifiedComponent* const side : sides) {
-      values.push_back(getValue(*side));
-    }
-    const bool isSame = std::all_of(values.begin(), values.end(), [&](const std::string& value) {
-      return IsSameFolded(value, values.front());
-    });
-    for (size_t i = 0; !isSame && i < sides.size(); ++i) {
-      finding.values.push_back({sides[i]->module, column, Shorten(values[i])});
-    }
-    return isSame;
-  }
-
-  /// Returns the name of the key file, because keys of files differ between modules. If the key
-  /// path is not a file, returns the key itself.
-  std::string FormatKeyPath(const IdentifiedComponent& side) const {
-    const DeliveredFile* const file = FindKeyFile(side);
-    return std::string(file ? file->name : side.component->keyPath);
-  }
-
-  /// Returns the file at the key path; null if the key path is not a file.
-  const DeliveredFile* FindKeyFile(const IdentifiedComponent& side) const {
-    const std::vector<DeliveredFile>& files = m_modules.At(side.module).files;
-    const auto found = std::find_if(files.begin(), files.end(), [&](const DeliveredFile& file) {
-      return file.key == side.component->keyPath;
-    });
-    return found == files.end() ? nullptr : &*found;
-  }
-
-  const CheckedModules& m_modules;
-  FindingList& m_findings;
-};
-
 }  // namespace
 
 void CheckFiles(const CheckedModules& modules, FindingList& findings) {
   FileCheck(modules, findings).Run();
-}
-
-void CheckComponents(const CheckedModules& modules, FindingList& findings) {
-  ComponentCheck(modules, findings).Run();
 }
 
 }  // namespace qm::merge

@@ -325,8 +325,8 @@ class TableCheck {
     return variants;
   }
 
-  /// Returns a row of each of kMaxVariants variants, of modules of different IDs as far as
-  /// possible, and after them the rows of other modules, up to kMaxModules in all.
+  /// Returns rows of at most kMaxVariants variants: one of each, of modules of different IDs as far
+  /// as possible, and after them the rows of other modules, up to kMaxModules in all.
   std::vector<RowRef> ChooseSides(const std::vector<Variant>& variants) const {
     std::vector<RowRef> sides;
     const auto isNew = [&](const RowRef& ref) {
@@ -334,19 +334,26 @@ class TableCheck {
         return m_modules.AreAlternatives(side.owner->module, ref.owner->module);
       });
     };
+    std::vector<const Variant*> shown;
+    std::vector<const Variant*> others;
     for (const Variant& variant : variants) {
-      const auto found = std::find_if(variant.begin(), variant.end(), isNew);
-      if (found != variant.end() && sides.size() < kMaxVariants) {
+      const auto found = shown.size() < kMaxVariants
+                             ? std::find_if(variant.begin(), variant.end(), isNew)
+                             : variant.end();
+      if (found != variant.end()) {
         sides.push_back(*found);
       }
+      (found != variant.end() ? shown : others).push_back(&variant);
     }
     if (sides.size() < 2) {
       // All rows of another ID have the values of the first side: begin with other values.
       sides = {variants[1].front()};
       sides.insert(sides.begin(), *std::find_if(variants[0].begin(), variants[0].end(), isNew));
     }
-    for (const Variant& variant : variants) {
-      AddModules(variant, sides);
+    shown.insert(shown.end(), others.begin(), others.end());
+    shown.resize(std::min(shown.size(), kMaxVariants));
+    for (const Variant* const variant : shown) {
+      AddModules(*variant, sides);
     }
     return sides;
   }

@@ -260,6 +260,16 @@ TEST(CheckTest, EveryModuleWithACollidingRowIsNamed) {
   EXPECT_THAT(
       Summarize(Check({with("A", "1"), with("A", "2", 1031), with("B", "2"), with("C", "3")})),
       ElementsAre("error row-conflict Any P A:1031 C:1033 B:1033"));
+
+  // A merge has all of them, and still names the module of another ID.
+  std::vector<merge::Module> alternatives;
+  for (long language = 1; language <= 9; ++language) {
+    alternatives.push_back(with("A", std::to_string(language).c_str(), language));
+  }
+  alternatives.push_back(with("B", "10"));
+  const std::vector<merge::Finding> merged = Check(alternatives, merge::CheckedAs::Merge);
+  ASSERT_STREQ(merge::kRowConflict, merged.front().code.c_str());
+  EXPECT_EQ("B:1033", merged.front().modules[1]);
 }
 
 TEST(CheckTest, TablesMustHaveTheSameColumns) {
