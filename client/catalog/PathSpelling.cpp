@@ -92,7 +92,7 @@ std::string SpellPath(const std::string& fullPath) {
   constexpr size_t kPrefixSize = sizeof kPrefix - 1;
   const bool isExtended =
       fullPath.compare(0, kPrefixSize, kPrefix) == 0 && HasRootAt(fullPath, kPrefixSize);
-  const std::string path = isExtended ? fullPath.substr(kPrefixSize) : fullPath;
+  std::string path = isExtended ? fullPath.substr(kPrefixSize) : fullPath;
   if (!IsNative() || !HasRootAt(path, 0)) {
     return path;
   }
