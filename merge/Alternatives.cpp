@@ -33,12 +33,14 @@ std::vector<bool> ChooseAlternatives(const CheckedModules& modules,
     return std::vector<bool>(all.size(), true);
   }
   const auto counts = CountIds(modules, all);
-  // A module with several variants agrees as far as the rarest one does.
-  std::unordered_map<std::size_t, std::size_t> agreement;
+  // A module with several variants agrees as far as the rarest one does. Of shared variants with
+  // equal counts, all IDs must take the same one.
+  std::unordered_map<std::size_t, std::pair<std::size_t, std::uint64_t>> agreement;
   for (const ModuleVariant& one : all) {
     const std::size_t count = counts.at(one.variant);
-    std::size_t& least = agreement.emplace(one.module, count).first->second;
-    least = std::min(least, count);
+    const std::pair shared(count, count > 1 ? one.variant : 0);
+    auto& least = agreement.emplace(one.module, shared).first->second;
+    least = std::min(least, shared);
   }
   std::unordered_map<std::size_t, std::size_t> chosen;  // module, by what alternatives share
   for (const ModuleVariant& one : all) {

@@ -11,7 +11,6 @@ namespace qm::merge {
 namespace {
 
 /// The longest key that a row can have, in bytes, as in ReadModule.
-constexpr size_t kMaxKeySize = 1024;
 
 /// A predefined folder that can also be reached from the property of another one.
 struct KnownFolder {

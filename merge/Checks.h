@@ -12,6 +12,9 @@
 
 namespace qm::merge {
 
+/// Longer keys, in bytes, name nothing.
+inline constexpr size_t kMaxKeySize = 1024;
+
 /// The modules of a check, with facts that several checks need.
 class CheckedModules {
  public:

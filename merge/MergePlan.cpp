@@ -167,7 +167,7 @@ class PlanWriter {
   /// it itself.
   const ModuleSignature* FindCarried(std::uint32_t module, std::uint32_t user, size_t row) const {
     const std::uint32_t need = At(user).rowNeeds[row];
-    if (!m_problem.Needs()[need].hasCarriers || m_problem.Needs()[need].id == At(module).id) {
+    if (!m_problem.Needs()[need].hasCarriers) {
       return nullptr;
     }
     for (const Candidate& candidate :
@@ -215,15 +215,16 @@ class PlanWriter {
   }
 
   std::string ExplainChosen(std::uint32_t module, std::uint32_t user, size_t row,
-                            const std::vector<size_t>& alternatives) const {
+                            std::vector<size_t> alternatives) const {
+    std::sort(alternatives.begin(), alternatives.end());
     const size_t chosen = At(module).position;
     const Requirement& requirement = ModuleAt(user).requirements[row];
     std::vector<Candidate> candidates;
     std::optional<size_t> better;
     bool isBefore = true;
     for (const Candidate& candidate : m_problem.FindCandidates(requirement, ModuleAt(user))) {
-      const bool isAlternative = std::find(alternatives.begin(), alternatives.end(),
-                                           candidate.module) != alternatives.end();
+      const bool isAlternative =
+          std::binary_search(alternatives.begin(), alternatives.end(), candidate.module);
       isBefore = isBefore && candidate.module != chosen;
       if (isAlternative || candidate.module == chosen) {
         candidates.push_back(candidate);

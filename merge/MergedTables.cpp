@@ -43,7 +43,7 @@ std::vector<std::string_view> ReadIgnoredTables(const Module& module) {
   return names;
 }
 
-constexpr size_t kMaxKeySize = 4096;
+constexpr size_t kMaxRowKeySize = 4096;
 
 std::uint64_t HashName(std::string_view table, std::string_view key,
                        std::string_view column) noexcept {
@@ -61,7 +61,7 @@ SubstitutedCells::SubstitutedCells(const Table& substitutions) {
                                       substitutions.Text(item, *row),
                                       substitutions.Text(item, *column)};
     if (std::all_of(std::begin(names), std::end(names),
-                    [](std::string_view name) { return name.size() <= kMaxKeySize; })) {
+                    [](std::string_view name) { return name.size() <= kMaxRowKeySize; })) {
       m_cells.insert(HashName(names[0], names[1], names[2]));
     }
   }
@@ -69,7 +69,7 @@ SubstitutedCells::SubstitutedCells(const Table& substitutions) {
 
 bool SubstitutedCells::Has(std::string_view table, std::string_view key,
                            std::string_view column) const {
-  return key.size() <= kMaxKeySize && m_cells.count(HashName(table, key, column)) > 0;
+  return key.size() <= kMaxRowKeySize && m_cells.count(HashName(table, key, column)) > 0;
 }
 
 ColumnRelation CompareColumns(const Table& a, const Table& b) {

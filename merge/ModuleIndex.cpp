@@ -46,10 +46,15 @@ void RemoveRepeated(std::vector<Entry>& entries) {
       entries.end());
 }
 
-/// Removes the candidates of a wrong platform if there are others.
+/// Removes the candidates of a wrong platform if others have the required ID too. Those that carry
+/// what is required stay: it is in the product if they are, whatever their platform.
 void RemoveWrongPlatform(std::vector<Candidate>& candidates) {
-  const auto isWrong = [](const Candidate& one) { return one.platform == PlatformMatch::Wrong; };
-  if (!std::all_of(candidates.begin(), candidates.end(), isWrong)) {
+  const auto isWrong = [](const Candidate& one) {
+    return !one.carried && one.platform == PlatformMatch::Wrong;
+  };
+  if (std::any_of(candidates.begin(), candidates.end(), [](const Candidate& one) {
+        return !one.carried && one.platform != PlatformMatch::Wrong;
+      })) {
     candidates.erase(std::remove_if(candidates.begin(), candidates.end(), isWrong),
                      candidates.end());
   }
@@ -73,22 +78,47 @@ std::string GetPlatform(const Module& module) {
 
 ModuleIndex::ModuleIndex(const std::vector<Module>& modules)
     : m_modules(modules), m_ranks(modules.size()) {
+  m_platforms.reserve(modules.size());
   for (size_t position = 0; position < modules.size(); ++position) {
+    m_platforms.push_back(GetPlatform(modules[position]));
     m_byId[text::FoldCase(modules[position].moduleId)].inOrder.push_back(position);
-    for (const ModuleSignature& carried : modules[position].carried) {
-      m_byId[text::FoldCase(carried.moduleId)].carriers.push_back({position, &carried});
-    }
+    AddCarried(position);
   }
   for (auto& [id, same] : m_byId) {
     RankVersions(same);
   }
 }
 
+void ModuleIndex::AddCarried(size_t position) {
+  // By ID and language, of which a module has few.
+  std::map<std::pair<SameId*, long>, Carrier> carriers;
+  std::map<SameId*, size_t> languages;
+  for (const ModuleSignature& carried : m_modules[position].carried) {
+    SameId& same = m_byId[text::FoldCase(carried.moduleId)];
+    const std::pair place(&same, carried.language.value_or(0));
+    auto carrier = carriers.find(place);
+    if (carrier == carriers.end()) {
+      if (++languages[&same] > kMaxCarriedLanguages) {
+        continue;
+      }
+      carrier = carriers.emplace(place, Carrier{position, place.second, {}}).first;
+    }
+    carrier->second.byVersion.push_back(&carried);
+  }
+  for (auto& [place, carrier] : carriers) {
+    std::stable_sort(carrier.byVersion.begin(), carrier.byVersion.end(),
+                     [](const ModuleSignature* a, const ModuleSignature* b) {
+                       return CompareVersionTexts(a->version, b->version) > 0;
+                     });
+    place.first->carriers.push_back(std::move(carrier));
+  }
+}
+
 void ModuleIndex::RankVersions(SameId& same) {
-  std::stable_sort(same.carriers.begin(), same.carriers.end(),
-                   [](const Carrier& a, const Carrier& b) {
-                     return CompareVersionTexts(a.carried->version, b.carried->version) > 0;
-                   });
+  std::sort(same.carriers.begin(), same.carriers.end(), [](const Carrier& a, const Carrier& b) {
+    const int order = CompareVersionTexts(a.Highest().version, b.Highest().version);
+    return order != 0 ? order > 0 : std::tie(a.module, a.language) < std::tie(b.module, b.language);
+  });
   if (same.inOrder.size() < 2) {
     return;
   }
@@ -156,10 +186,10 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
   const long wanted = MatchesLanguage(requirement.language, userLanguage)
                           ? userLanguage
                           : requirement.language.value_or(0);
-  const std::string platform = GetPlatform(user);
+  const std::string platform = GetPlatform(user);  // may not be one of the set
   const auto add = [&](size_t position, long language, const ModuleSignature* carried) {
     if (MatchesLanguage(requirement.language, language)) {
-      candidates.push_back({position, MatchPlatform(platform, GetPlatform(m_modules[position])),
+      candidates.push_back({position, MatchPlatform(platform, m_platforms[position]),
                             MatchLanguage(wanted, language), carried});
     }
   };
@@ -171,9 +201,9 @@ std::vector<Candidate> ModuleIndex::FindCandidates(const Requirement& requiremen
   }
   const auto carriersEnd = std::partition_point(
       same->carriers.begin(), same->carriers.end(),
-      [&](const Carrier& carrier) { return isHighEnough(carrier.carried->version); });
+      [&](const Carrier& carrier) { return isHighEnough(carrier.Highest().version); });
   for (auto carrier = same->carriers.begin(); carrier != carriersEnd; ++carrier) {
-    add(carrier->module, carrier->carried->language.value_or(0), carrier->carried);
+    add(carrier->module, carrier->language, &carrier->Highest());
   }
   // Within one platform and language, candidates are already in order.
   std::stable_sort(candidates.begin(), candidates.end(),
@@ -199,10 +229,17 @@ std::vector<ExcludedModule> ModuleIndex::FindExcluded(size_t excluding,
       excluded.push_back({position, nullptr});
     }
   }
-  for (const auto& [position, carried] : same->carriers) {
-    if (position != excluding &&
-        Excludes(exclusion, carried->moduleId, carried->language.value_or(0), carried->version)) {
-      excluded.push_back({position, carried});
+  for (const Carrier& carrier : same->carriers) {
+    if (carrier.module == excluding || !ExcludesLanguage(exclusion, carrier.language)) {
+      continue;
+    }
+    const auto highest = std::partition_point(
+        carrier.byVersion.begin(), carrier.byVersion.end(), [&](const ModuleSignature* carried) {
+          return !exclusion.maxVersion.empty() &&
+                 CompareVersionTexts(carried->version, exclusion.maxVersion) > 0;
+        });
+    if (highest != carrier.byVersion.end() && ExcludesVersion(exclusion, (*highest)->version)) {
+      excluded.push_back({carrier.module, *highest});
     }
   }
   if (!same->carriers.empty()) {
@@ -234,7 +271,7 @@ std::string ModuleIndex::ExplainMissing(const Requirement& requirement) const {
                      return MatchesLanguage(requirement.language, m_modules[position].language);
                    }) &&
       std::none_of(same->carriers.begin(), same->carriers.end(), [&](const Carrier& carrier) {
-        return MatchesLanguage(requirement.language, carrier.carried->language.value_or(0));
+        return MatchesLanguage(requirement.language, carrier.language);
       })) {
     return "no module of this ID is for " + language;
   }
@@ -298,8 +335,9 @@ std::string ExplainChoice(const ModuleIndex& set, const Requirement& requirement
     reasons.push_back("for " + set.Modules()[chosen].platform);
   }
   if (isLanguageRare) {
-    reasons.emplace_back(choice.language == LanguageMatch::Exact &&
-                                 set.Modules()[chosen].language != 0
+    const long language =
+        choice.carried ? choice.carried->language.value_or(0) : set.Modules()[chosen].language;
+    reasons.emplace_back(choice.language == LanguageMatch::Exact && language != 0
                              ? "of exactly this language"
                          : choice.language == LanguageMatch::Covering ? "of this language"
                                                                       : "language-neutral");

@@ -113,21 +113,29 @@ class ModuleIndex {
   }
 
  private:
+  /// The most languages of one ID that are read of what a module carries.
+  static constexpr size_t kMaxCarriedLanguages = 64;
+
+  /// What a module carries of an ID in a language.
   struct Carrier {
     size_t module;
-    const ModuleSignature* carried;
+    long language;
+    std::vector<const ModuleSignature*> byVersion;  ///< the highest first; never empty
+
+    const ModuleSignature& Highest() const noexcept { return *byVersion.front(); }
   };
 
   struct SameId {
     std::vector<size_t> inOrder;
     std::vector<size_t> byVersion;  ///< the highest first; empty for a single module
-    std::vector<Carrier> carriers;  ///< of the ID, the highest carried version first
+    std::vector<Carrier> carriers;  ///< by their highest versions, the highest first
 
     const std::vector<size_t>& ByVersion() const noexcept {
       return byVersion.empty() ? inOrder : byVersion;
     }
   };
 
+  void AddCarried(size_t position);
   void RankVersions(SameId& same);
   const SameId* Find(const std::string& moduleId) const;
   void AddByIdAndLanguage(const std::string& moduleId, const std::string& language,
@@ -135,7 +143,8 @@ class ModuleIndex {
 
   const std::vector<Module>& m_modules;
   std::map<std::string, SameId> m_byId;
-  std::vector<VersionRank> m_ranks;  ///< by position
+  std::vector<VersionRank> m_ranks;      ///< by position
+  std::vector<std::string> m_platforms;  ///< by position
 };
 
 /// Returns how sentences name a carried module: "B:1033 2.0".

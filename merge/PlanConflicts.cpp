@@ -324,9 +324,17 @@ class ConflictFinder {
   /// Returns the first row with which one module excludes another or a module that it carries.
   std::optional<ExclusionRow> FindExclusion(std::uint32_t excluding, std::uint32_t excluded) const {
     const size_t position = m_problem.Modules()[excluding].position;
+    const Module& module = ModuleAt(excluded);
     for (const Exclusion& row : ModuleAt(excluding).exclusions) {
-      for (const auto& [module, carried] : m_problem.Set().FindExcluded(position, row)) {
-        if (module == m_problem.Modules()[excluded].position) {
+      if (!row.moduleId.empty() &&
+          Excludes(row, module.moduleId, module.language, module.version)) {
+        return ExclusionRow{&row, nullptr};
+      }
+      if (module.carried.empty()) {
+        continue;
+      }
+      for (const auto& [other, carried] : m_problem.Set().FindExcluded(position, row)) {
+        if (carried && other == m_problem.Modules()[excluded].position) {
           return ExclusionRow{&row, carried};
         }
       }

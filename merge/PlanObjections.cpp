@@ -1,6 +1,8 @@
 #include "merge/PlanObjections.h"
 
 #include <algorithm>
+#include <map>
+#include <string>
 #include <utility>
 
 namespace qm::merge {
@@ -18,6 +20,29 @@ std::vector<size_t> FindOpponents(const Finding& finding) {
                                : std::vector<size_t>{*values.front().module, *other->module};
 }
 
+/// Adds an objection to each two modules for different 64-bit platforms, of which one is the first
+/// of its platform. The finding names only one module of each platform, and a plan would learn the
+/// others one by one.
+void ObjectToPlatforms(const ModuleIndex& set, const std::vector<size_t>& plan,
+                       const std::string& text, std::vector<Objection>& objections) {
+  std::map<std::string, std::vector<size_t>> byPlatform;
+  for (const size_t position : plan) {
+    const std::string platform = GetPlatform(set.Modules()[position]);
+    if (!platform.empty() && platform != "intel") {
+      byPlatform[platform].push_back(position);
+    }
+  }
+  for (const auto& [platform, modules] : byPlatform) {
+    for (const auto& [other, others] : byPlatform) {
+      for (const size_t module : modules) {
+        if (platform != other) {
+          objections.push_back({{module, others.front()}, text});
+        }
+      }
+    }
+  }
+}
+
 }  // namespace
 
 std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::vector<size_t>& plan,
@@ -25,7 +50,9 @@ std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::ve
   options.checkedAs = CheckedAs::Merge;
   std::vector<Objection> objections;
   for (Finding& finding : CheckModules(set, plan, options)) {
-    if (finding.severity == Severity::Error && finding.code != kMissingDependency) {
+    if (finding.code == kPlatformConflict && !finding.required) {
+      ObjectToPlatforms(set, plan, finding.text, objections);
+    } else if (finding.severity == Severity::Error && finding.code != kMissingDependency) {
       std::vector<size_t> modules =
           finding.code == kRowConflict ? FindOpponents(finding) : std::move(finding.positions);
       objections.push_back({std::move(modules), std::move(finding.text)});

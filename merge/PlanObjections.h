@@ -7,8 +7,8 @@
 
 namespace qm::merge {
 
-/// Checks the modules at `plan`, in ascending order, as a merge. Returns an objection for each
-/// error except missing modules, which the plan itself lists.
+/// Checks the modules at `plan`, in ascending order, as a merge. Returns objections for its errors
+/// except missing modules, which the plan itself lists.
 std::vector<Objection> FindCheckObjections(const ModuleIndex& set, const std::vector<size_t>& plan,
                                            CheckOptions options);
 

@@ -189,7 +189,7 @@ void PlanProblem::ExpandAll() {
   }
 }
 
-/// Determines Node::isOnlyCarrier.
+/// Determines Node::isOnlyCarrier, and with it Option::platform.
 void PlanProblem::FindOnlyCarriers(const std::vector<size_t>& wanted) {
   std::vector<std::uint32_t> reached;
   const auto reach = [&](std::uint32_t module) {
@@ -212,6 +212,13 @@ void PlanProblem::FindOnlyCarriers(const std::vector<size_t>& wanted) {
         if (!candidate.isCarrier) {
           reach(candidate.module);
         }
+      }
+    }
+  }
+  for (Need& need : m_needs) {
+    for (Option& candidate : need.candidates) {
+      if (candidate.isCarrier && !m_modules[candidate.module].isOnlyCarrier) {
+        candidate.platform = PlatformMatch::Same;
       }
     }
   }

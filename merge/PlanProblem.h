@@ -25,7 +25,7 @@ class PlanProblem {
   /// A module that satisfies a need.
   struct Option {
     std::uint32_t module;
-    PlatformMatch platform;
+    PlatformMatch platform;  ///< Same for a carrier that is planned for other reasons too
     LanguageMatch language;
     bool isCarrier;  ///< the module carries the one that satisfies the need
 
@@ -48,7 +48,7 @@ class PlanProblem {
   struct Need {
     std::uint32_t id = 0;
     std::vector<Option> candidates;  ///< best first; carriers last
-    bool hasCarriers = false;        ///< not all candidates have the ID
+    bool hasCarriers = false;        ///< whether some satisfy it by what they carry
   };
 
   struct Node {

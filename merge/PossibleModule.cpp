@@ -79,11 +79,13 @@ std::vector<long> ListLanguages(const std::vector<const Requirement*>& requireme
                                 const std::vector<const Exclusion*>& exclusions) {
   std::vector<long> languages;
   const auto add = [&](long language) {
+    if (languages.size() == kMaxLanguages) {
+      return;
+    }
     const bool isPossible = std::all_of(
         requirements.begin(), requirements.end(),
         [&](const Requirement* one) { return MatchesLanguage(one->language, language); });
-    if (isPossible && languages.size() < kMaxLanguages &&
-        std::find(languages.begin(), languages.end(), language) == languages.end()) {
+    if (isPossible && std::find(languages.begin(), languages.end(), language) == languages.end()) {
       languages.push_back(language);
     }
   };

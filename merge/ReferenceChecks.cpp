@@ -156,7 +156,10 @@ class ReferenceCheck {
     const Table* const table = m_module.FindTable("ModuleConfiguration");
     const auto name = table ? table->FindColumn("Name") : std::nullopt;
     for (size_t row = 0; name && row < table->RowCount(); ++row) {
-      names.push_back(table->Text(row, *name));
+      const std::string_view text = table->Text(row, *name);
+      if (text.size() <= kMaxKeySize) {  // rows that share a long one would compare it repeatedly
+        names.push_back(text);
+      }
     }
     std::sort(names.begin(), names.end());
     return names;
@@ -165,17 +168,20 @@ class ReferenceCheck {
   /// Returns the first item, such as "[=Item]", that is not declared; empty if all are.
   static std::string_view FindUndeclaredItem(std::string_view text,
                                              const std::vector<std::string_view>& declared) {
-    for (size_t begin = text.find("[="); begin != std::string_view::npos;
-         begin = text.find("[=", begin + 2)) {
+    for (size_t begin = 0; (begin = text.find("[=", begin)) != std::string_view::npos;) {
+      if (begin > 0 && text[begin - 1] == '\\') {  // escaped
+        begin += 2;
+        continue;
+      }
       const size_t end = text.find(']', begin);
       if (end == std::string_view::npos) {
         break;
       }
       const std::string_view item = text.substr(begin + 2, end - begin - 2);
-      const bool isEscaped = begin > 0 && text[begin - 1] == '\\';
-      if (!isEscaped && !std::binary_search(declared.begin(), declared.end(), item)) {
+      if (!std::binary_search(declared.begin(), declared.end(), item)) {
         return item;
       }
+      begin = end + 1;
     }
     return {};
   }

@@ -52,7 +52,9 @@ class RequirementCheck {
     const Found& found = Find(requirement, m_modules.At(position));
     if (found.best) {
       m_needed[position].push_back(found.best->module);
-      if (found.best->platform != PlatformMatch::Same && m_findings.Admit(kPlatformConflict)) {
+      // A carrier is in the product anyway, and what it carries with it.
+      if (!found.best->carried && found.best->platform != PlatformMatch::Same &&
+          m_findings.Admit(kPlatformConflict)) {
         AddPlatformConflict(position, requirement, *found.best);
       }
     } else if (m_findings.Admit(kMissingDependency)) {

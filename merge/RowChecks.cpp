@@ -1,5 +1,6 @@
 #include <algorithm>
 #include <map>
+#include <set>
 #include <unordered_map>
 
 #include "merge/Alternatives.h"
@@ -377,12 +378,15 @@ class TableCheck {
     if (variants.size() > std::min(sideCount, kMaxVariants)) {
       return "; it has " + std::to_string(variants.size()) + " different values in all";
     }
-    size_t rows = 0;
+    std::set<size_t> modules;
     for (const Variant& variant : variants) {
-      rows += variant.size();
+      for (const RowRef& ref : variant) {
+        modules.insert(ref.owner->module);
+      }
     }
-    return rows > sideCount ? "; " + std::to_string(rows - sideCount) + " more modules have the row"
-                            : "";
+    return modules.size() > sideCount
+               ? "; " + std::to_string(modules.size() - sideCount) + " more modules have the row"
+               : "";
   }
 
   void AddConflict(const std::vector<RowRef>& sides, const std::string& rest) {
@@ -401,7 +405,7 @@ class TableCheck {
         continue;
       }
       const std::string name((*m_columns)[column].name);
-      isSubstituted = isSubstituted && IsSubstituted(sides, name);
+      isSubstituted = isSubstituted && IsSubstituted(sides, column, name);
       for (const RowRef& side : sides) {
         values.push_back({side.owner->module, name, FormatCell(side, column, m_dataPart)});
       }
@@ -448,13 +452,19 @@ class TableCheck {
            (more > 0 ? ", and so do " + std::to_string(more) + " more columns" : "");
   }
 
-  /// Returns whether the user of one of the modules supplies the value of a column through a
-  /// configurable item.
-  static bool IsSubstituted(const std::vector<RowRef>& sides, const std::string& column) {
-    return std::any_of(sides.begin(), sides.end(), [&](const RowRef& side) {
+  /// Returns whether configurable items supply all values of a column that differ: the rows of the
+  /// other modules agree.
+  bool IsSubstituted(const std::vector<RowRef>& sides, size_t column,
+                     const std::string& name) const {
+    const RowRef* kept = nullptr;
+    return std::all_of(sides.begin(), sides.end(), [&](const RowRef& side) {
       const ModuleTable& owner = *side.owner;
-      return owner.substituted &&
-             owner.substituted->Has(owner.table->Name(), JoinKey(side, ";"), column);
+      if (owner.substituted &&
+          owner.substituted->Has(owner.table->Name(), JoinKey(side, ";"), name)) {
+        return true;
+      }
+      kept = kept ? kept : &side;
+      return IsSameCell(*kept, side, column, m_dataPart);
     });
   }
 

@@ -223,7 +223,6 @@ const Table* FindWholeTable(const Module& module, const char* name) noexcept {
 /// Appends the actions of a table. Leaves out names that are too long for a key, because rows that
 /// share a long one would hash it repeatedly.
 void AddActions(size_t position, const Table& table, std::vector<LinkedRow>& rows) {
-  constexpr size_t kMaxKeySize = 1024;
   const auto action = table.FindColumn("Action");
   const auto number = table.FindColumn("Sequence");
   const auto base = table.FindColumn("BaseAction");

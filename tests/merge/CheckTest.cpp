@@ -9,6 +9,7 @@
 #include "merge/Conditions.h"
 #include "merge/FindingList.h"
 #include "merge/Findings.h"
+#include "merge/PlanObjections.h"
 #include "merge/ReadModule.h"
 #include "tests/support/DatabaseFile.h"
 #include "tests/support/InstallerTables.h"
@@ -197,6 +198,12 @@ TEST(CheckTest, RowsOfOneKeyMustBeEqual) {
              {"ModuleConfiguration", {{"I"}}, {{"Name", kText | kKey}}}},
             {{"Property", {{"P", "2"}}}}),
        {"warning row-conflict Property P A:1033 B:1033"}},
+      {"a value that the user gives in place of one of two",
+       {Make("A", {{"Property", {{"P", "1"}}}}), Make("B", {{"Property", {{"P", "2"}}}}),
+        Make("C", {{"Property", {{"P", "1"}}},
+                   {"ModuleSubstitution", {{"Property", "P", "Value", "[=I]"}}},
+                   {"ModuleConfiguration", {{"I"}}, {{"Name", kText | kKey}}}})},
+       {"error row-conflict Property P A:1033 B:1033 C:1033"}},
       {"the size of data",
        {Make("A", {{"Binary", {{"B", 1}}, data}}), Make("B", {{"Binary", {{"B", nullptr}}, data}})},
        {"error row-conflict Binary B A:1033 B:1033"}},
@@ -260,6 +267,21 @@ TEST(CheckTest, EveryModuleWithACollidingRowIsNamed) {
   EXPECT_THAT(
       Summarize(Check({with("A", "1"), with("A", "2", 1031), with("B", "2"), with("C", "3")})),
       ElementsAre("error row-conflict Any P A:1031 C:1033 B:1033"));
+  // Of choices that agree equally well, all IDs take the same one.
+  const auto rowConflicts = [](const std::vector<merge::Module>& modules) {
+    Lines lines = Summarize(Check(modules));
+    lines.erase(std::remove_if(lines.begin(), lines.end(),
+                               [](const std::string& line) {
+                                 return line.find("row-conflict") == std::string::npos;
+                               }),
+                lines.end());
+    return lines;
+  };
+  EXPECT_THAT(
+      rowConflicts({with("A", "1"), with("A", "2", 1031), with("B", "2"), with("B", "1", 1031)}),
+      ElementsAre());
+  EXPECT_THAT(rowConflicts({with("A", "1"), with("A", "2"), with("B", "2"), with("B", "1")}),
+              ElementsAre());
 
   // A merge has all of them, and still names the module of another ID.
   std::vector<merge::Module> alternatives;
@@ -831,6 +853,28 @@ TEST(CheckTest, DataThatSeveralModulesHaveIsReadAndCompared) {
   EXPECT_THAT(Summarize(Check({withIcon("A", {{RowStream(u"Binary.Icon"), {}}}), withIcon("B", {})},
                               merge::CheckedAs::Merge)),
               ElementsAre("error row-conflict Binary Icon A:0 B:0"));
+}
+
+TEST(CheckTest, ObjectionsToAPlanNameTwoModulesWhereTwoAreEnough) {
+  const auto objectionsTo = [](const std::vector<merge::Module>& modules) {
+    std::vector<std::vector<size_t>> pairs;
+    for (const merge::Objection& objection :
+         merge::FindCheckObjections(merge::ModuleIndex(modules), {0, 1, 2}, {})) {
+      pairs.push_back(objection.modules);
+    }
+    return pairs;
+  };
+  const auto with = [](const char* id, const char* value) {
+    return Make(id, {{"Any", {{"P", value}}}});
+  };
+  EXPECT_THAT(objectionsTo({with("A", "1"), with("B", "1"), with("C", "2")}),
+              ElementsAre(ElementsAre(0u, 2u)));
+  const auto on = [](const char* id, const char* platform) {
+    return Make(id, {}, "1.0", 1033, platform);
+  };
+  EXPECT_THAT(
+      objectionsTo({on("A", "x64;1033"), on("B", "Arm64;1033"), on("C", "Arm64;1033")}),
+      testing::UnorderedElementsAre(ElementsAre(1u, 0u), ElementsAre(2u, 0u), ElementsAre(0u, 1u)));
 }
 
 TEST(CheckTest, ModulesOfOthersHaveTheFindingsThatTheirTablesJustify) {

@@ -133,7 +133,8 @@ std::optional<Cost> CostOf(const RandomSet& set, const merge::ModuleIndex& index
       if (taken == candidates.end()) {
         return std::nullopt;
       }
-      cost[1] += taken->platform == merge::PlatformMatch::Wrong ? 1 : 0;
+      const bool isThereAnyway = taken->carried && isLedTo[taken->module];
+      cost[1] += taken->platform == merge::PlatformMatch::Wrong && !isThereAnyway ? 1 : 0;
       if (taken->carried) {
         ++cost[8];
       } else {
