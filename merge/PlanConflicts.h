@@ -13,7 +13,9 @@ namespace qm::merge {
 struct PlanFix {
   std::string text;          ///< "without A:1033 the rest can be merged"
   std::vector<size_t> drop;  ///< wanted modules to leave out; empty if a module must be added
-  /// Modules of the plan with this change, in the order of the set; without the added one.
+  /// Modules of the plan with this change, in the order of the set; without the added one. Neutral
+  /// modules still need others in the language that all wanted modules share, including dropped
+  /// ones.
   std::vector<size_t> modules;
 };
 
