@@ -18,7 +18,7 @@ struct SettingsChoice {
   bool isOff = false;  ///< --no-settings
 };
 
-/// Reads that file. If there is none, returns no value and sets `reason` to the cause. Throws
+/// Reads that file. If it does not exist, returns no value and sets `reason` to the cause. Throws
 /// SettingsError.
 std::optional<SettingsFile> ReadChosenSettings(const SettingsChoice& choice, std::string& reason);
 

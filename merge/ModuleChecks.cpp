@@ -265,13 +265,7 @@ class IdentityCheck {
 /// Finds modules for different 64-bit platforms: a package is for one of them. Names one module of
 /// each platform, so that a plan learns which of them do not go together.
 void CheckMergedPlatforms(const CheckedModules& modules, FindingList& findings) {
-  std::map<std::string, std::vector<size_t>> byPlatform;
-  for (const size_t position : modules.Scope()) {
-    const std::string platform = GetPlatform(modules.At(position));
-    if (!platform.empty() && platform != "intel") {
-      byPlatform[platform].push_back(position);
-    }
-  }
+  const auto byPlatform = modules.Set().GroupBy64BitPlatform(modules.Scope());
   if (byPlatform.size() < 2 || !findings.Admit(kPlatformConflict)) {
     return;
   }

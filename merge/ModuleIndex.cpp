@@ -248,6 +248,18 @@ std::vector<ExcludedModule> ModuleIndex::FindExcluded(size_t excluding,
   return excluded;
 }
 
+std::map<std::string, std::vector<size_t>> ModuleIndex::GroupBy64BitPlatform(
+    const std::vector<size_t>& positions) const {
+  std::map<std::string, std::vector<size_t>> groups;
+  for (const size_t position : positions) {
+    const std::string& platform = m_platforms[position];
+    if (!platform.empty() && platform != "intel") {
+      groups[platform].push_back(position);
+    }
+  }
+  return groups;
+}
+
 Choice ModuleIndex::Choose(const Requirement& requirement, const Module& user) const {
   const std::vector<Candidate> candidates = FindCandidates(requirement, user);
   if (candidates.empty()) {

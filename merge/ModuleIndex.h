@@ -78,8 +78,9 @@ class ModuleIndex {
 
   /// Returns the modules that satisfy a requirement of `user`, best first: by platform, language,
   /// highest version and order. The wanted language is that of `user`, or that of the requirement
-  /// if the two do not match. Modules of a wrong platform are returned only if no others satisfy
-  /// it. No module, not even one without an ID, satisfies a requirement without an ID.
+  /// if the two do not match. Modules of the required ID that are for a wrong platform are returned
+  /// only if no others of the ID satisfy it. No module, not even one without an ID, satisfies a
+  /// requirement without an ID.
   ///
   /// Modules that carry a required one satisfy the requirement too. They follow all modules that
   /// have the required ID themselves, in the same order, each once with the best that it carries.
@@ -95,6 +96,11 @@ class ModuleIndex {
   /// module itself: those that have the excluded ID, then those that carry an excluded module, each
   /// once. An exclusion without an ID excludes no module.
   std::vector<ExcludedModule> FindExcluded(size_t excluding, const Exclusion& exclusion) const;
+
+  /// Returns those of some modules that are for a 64-bit platform, by platform: a package is for
+  /// one.
+  std::map<std::string, std::vector<size_t>> GroupBy64BitPlatform(
+      const std::vector<size_t>& positions) const;
 
   /// Chooses the best of these modules, regardless of what else is merged.
   Choice Choose(const Requirement& requirement, const Module& user) const;

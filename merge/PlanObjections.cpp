@@ -1,7 +1,6 @@
 #include "merge/PlanObjections.h"
 
 #include <algorithm>
-#include <map>
 #include <string>
 #include <utility>
 
@@ -25,13 +24,7 @@ std::vector<size_t> FindOpponents(const Finding& finding) {
 /// others one by one.
 void ObjectToPlatforms(const ModuleIndex& set, const std::vector<size_t>& plan,
                        const std::string& text, std::vector<Objection>& objections) {
-  std::map<std::string, std::vector<size_t>> byPlatform;
-  for (const size_t position : plan) {
-    const std::string platform = GetPlatform(set.Modules()[position]);
-    if (!platform.empty() && platform != "intel") {
-      byPlatform[platform].push_back(position);
-    }
-  }
+  const auto byPlatform = set.GroupBy64BitPlatform(plan);
   for (const auto& [platform, modules] : byPlatform) {
     for (const auto& [other, others] : byPlatform) {
       for (const size_t module : modules) {

@@ -14,7 +14,7 @@ struct KnownSetting {
   const char* name;   ///< the key in that table
   SettingType type;
   bool isPath;                         ///< of a file or folder
-  const char* byDefault;               ///< the default in words; empty if there is none
+  const char* byDefault;               ///< the default in words; may be empty
   std::vector<const char*> variables;  ///< of the environment, that set the same
 
   /// "check.baseline", which is how a file could spell it too.
